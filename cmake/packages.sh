@@ -1,0 +1,20 @@
+# Sourced by ./run and ./test: installs what Debian packages are missing. Needs root or sudo only
+# when there is something to install.
+plinth_packages() {
+    local missing=() package
+    for package in "$@"; do
+        dpkg-query -W -f='${Status}' "$package" 2>/dev/null | grep -q 'ok installed' ||
+            missing+=("$package")
+    done
+    [ ${#missing[@]} -eq 0 ] && return 0
+    local as_root=()
+    [ "$(id -u)" -eq 0 ] || as_root=(sudo)
+    echo "installing: ${missing[*]}" >&2
+    "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get update -qq >&2
+    "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive \
+        apt-get install -y -qq --no-install-recommends "${missing[@]}" >&2
+}
+
+build_packages=(g++ cmake ninja-build ccache pkg-config qt6-base-dev libgl1-mesa-dev
+    libfreetype-dev libharfbuzz-dev libfontconfig-dev fonts-dejavu-core libbenchmark-dev)
+test_packages=(libgtest-dev xvfb openbox xdotool xclip x11-utils imagemagick)

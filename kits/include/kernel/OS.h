@@ -1,0 +1,363 @@
+#ifndef _OS_H
+#define _OS_H
+
+#include <stdarg.h>
+
+#include <SupportDefs.h>
+
+#define B_OS_NAME_LENGTH                     32
+#define B_INFINITE_TIMEOUT                   0x7FFFFFFFFFFFFFFF
+#define B_PAGE_SIZE                          0x1000
+#define B_NO_LOCK                            0
+#define B_LAZY_LOCK                          1
+#define B_FULL_LOCK                          2
+#define B_CONTIGUOUS                         3
+#define B_LOMEM                              4
+#define B_32_BIT_FULL_LOCK                   5
+#define B_32_BIT_CONTIGUOUS                  6
+#define B_ANY_ADDRESS                        0
+#define B_EXACT_ADDRESS                      1
+#define B_BASE_ADDRESS                       2
+#define B_CLONE_ADDRESS                      3
+#define B_ANY_KERNEL_ADDRESS                 4
+#define B_RANDOMIZED_ANY_ADDRESS             6
+#define B_RANDOMIZED_BASE_ADDRESS            7
+#define B_READ_AREA                          1
+#define B_WRITE_AREA                         2
+#define B_EXECUTE_AREA                       4
+#define B_STACK_AREA                         8
+#define B_CLONEABLE_AREA                     0x100
+#define B_CURRENT_TEAM                       0
+#define B_SYSTEM_TEAM                        1
+#define B_IDLE_PRIORITY                      0
+#define B_LOWEST_ACTIVE_PRIORITY             1
+#define B_LOW_PRIORITY                       5
+#define B_NORMAL_PRIORITY                    10
+#define B_DISPLAY_PRIORITY                   15
+#define B_URGENT_DISPLAY_PRIORITY            20
+#define B_REAL_TIME_DISPLAY_PRIORITY         100
+#define B_URGENT_PRIORITY                    110
+#define B_REAL_TIME_PRIORITY                 120
+#define B_SYSTEM_TIMEBASE                    0
+#define B_FIRST_REAL_TIME_PRIORITY           100
+
+enum {
+    B_TIMEOUT = 8,
+    B_RELATIVE_TIMEOUT = 8,
+    B_ABSOLUTE_TIMEOUT = 16,
+    B_TIMEOUT_REAL_TIME_BASE = 64,
+    B_ABSOLUTE_REAL_TIME_TIMEOUT = 80,
+    B_CAN_INTERRUPT = 1,
+    B_CHECK_PERMISSION = 4,
+    B_KILL_CAN_INTERRUPT = 32,
+    B_DO_NOT_RESCHEDULE = 2,
+    B_RELEASE_ALL = 8,
+    B_RELEASE_IF_WAITING_ONLY = 16,
+    B_TEAM_USAGE_SELF = 0,
+    B_TEAM_USAGE_CHILDREN = 0xFFFFFFFF,
+    B_ONE_SHOT_ABSOLUTE_ALARM = 1,
+    B_ONE_SHOT_RELATIVE_ALARM = 2,
+    B_PERIODIC_ALARM = 3,
+    B_OBJECT_TYPE_FD = 0,
+    B_OBJECT_TYPE_SEMAPHORE = 1,
+    B_OBJECT_TYPE_PORT = 2,
+    B_OBJECT_TYPE_THREAD = 3,
+    B_EVENT_READ = 1,
+    B_EVENT_WRITE = 2,
+    B_EVENT_ERROR = 4,
+    B_EVENT_PRIORITY_READ = 8,
+    B_EVENT_PRIORITY_WRITE = 16,
+    B_EVENT_HIGH_PRIORITY_READ = 32,
+    B_EVENT_HIGH_PRIORITY_WRITE = 64,
+    B_EVENT_DISCONNECTED = 128,
+    B_EVENT_ACQUIRE_SEMAPHORE = 1,
+    B_EVENT_INVALID = 0x1000
+};
+
+enum topology_level_type {
+    B_TOPOLOGY_UNKNOWN = 0,
+    B_TOPOLOGY_ROOT = 1,
+    B_TOPOLOGY_SMT = 2,
+    B_TOPOLOGY_CORE = 3,
+    B_TOPOLOGY_PACKAGE = 4
+};
+
+enum cpu_platform {
+    B_CPU_UNKNOWN = 0,
+    B_CPU_x86 = 1,
+    B_CPU_x86_64 = 2,
+    B_CPU_PPC = 3,
+    B_CPU_PPC_64 = 4,
+    B_CPU_M68K = 5,
+    B_CPU_ARM = 6,
+    B_CPU_ARM_64 = 7,
+    B_CPU_ALPHA = 8,
+    B_CPU_MIPS = 9,
+    B_CPU_SH = 10,
+    B_CPU_SPARC = 11,
+    B_CPU_RISC_V = 12
+};
+
+enum cpu_vendor {
+    B_CPU_VENDOR_UNKNOWN = 0,
+    B_CPU_VENDOR_AMD = 1,
+    B_CPU_VENDOR_CYRIX = 2,
+    B_CPU_VENDOR_IDT = 3,
+    B_CPU_VENDOR_INTEL = 4,
+    B_CPU_VENDOR_NATIONAL_SEMICONDUCTOR = 5,
+    B_CPU_VENDOR_RISE = 6,
+    B_CPU_VENDOR_TRANSMETA = 7,
+    B_CPU_VENDOR_VIA = 8,
+    B_CPU_VENDOR_IBM = 9,
+    B_CPU_VENDOR_MOTOROLA = 10,
+    B_CPU_VENDOR_NEC = 11,
+    B_CPU_VENDOR_HYGON = 12,
+    B_CPU_VENDOR_SUN = 13,
+    B_CPU_VENDOR_FUJITSU = 14
+};
+
+typedef int32 area_id;
+typedef int32 port_id;
+typedef int32 sem_id;
+typedef int32 team_id;
+typedef int32 thread_id;
+struct area_info {
+    area_id area;
+    char name[32];
+    size_t size;
+    uint32 lock;
+    uint32 protection;
+    team_id team;
+    uint32 ram_size;
+    uint32 copy_count;
+    uint32 in_count;
+    uint32 out_count;
+    void* address;
+};
+
+struct port_info {
+    port_id port;
+    team_id team;
+    char name[32];
+    int32 capacity;
+    int32 queue_count;
+    int32 total_count;
+};
+
+struct port_message_info {
+    size_t size;
+    uid_t sender;
+    gid_t sender_group;
+    team_id sender_team;
+};
+
+struct sem_info {
+    sem_id sem;
+    team_id team;
+    char name[32];
+    int32 count;
+    thread_id latest_holder;
+};
+
+struct team_info {
+    team_id team;
+    int32 thread_count;
+    int32 image_count;
+    int32 area_count;
+    thread_id debugger_nub_thread;
+    port_id debugger_nub_port;
+    int32 argc;
+    char args[64];
+    uid_t uid;
+    gid_t gid;
+    uid_t real_uid;
+    gid_t real_gid;
+    pid_t group_id;
+    pid_t session_id;
+    team_id parent;
+    char name[32];
+    bigtime_t start_time;
+};
+
+struct team_usage_info {
+    bigtime_t user_time;
+    bigtime_t kernel_time;
+};
+
+enum thread_state {
+    B_THREAD_RUNNING = 1,
+    B_THREAD_READY = 2,
+    B_THREAD_RECEIVING = 3,
+    B_THREAD_ASLEEP = 4,
+    B_THREAD_SUSPENDED = 5,
+    B_THREAD_WAITING = 6
+};
+
+struct thread_info {
+    thread_id thread;
+    team_id team;
+    char name[32];
+    thread_state state;
+    int32 priority;
+    sem_id sem;
+    bigtime_t user_time;
+    bigtime_t kernel_time;
+    void* stack_base;
+    void* stack_end;
+};
+
+typedef status_t (*thread_func)(void *);
+struct cpu_info {
+    bigtime_t active_time;
+    bool enabled;
+    uint64 current_frequency;
+};
+
+struct system_info {
+    bigtime_t boot_time;
+    uint32 cpu_count;
+    uint64 max_pages;
+    uint64 used_pages;
+    uint64 cached_pages;
+    uint64 block_cache_pages;
+    uint64 ignored_pages;
+    uint64 needed_memory;
+    uint64 free_memory;
+    uint64 max_swap_pages;
+    uint64 free_swap_pages;
+    uint32 page_faults;
+    uint32 max_sems;
+    uint32 used_sems;
+    uint32 max_ports;
+    uint32 used_ports;
+    uint32 max_threads;
+    uint32 used_threads;
+    uint32 max_teams;
+    uint32 used_teams;
+    char kernel_name[256];
+    char kernel_build_date[32];
+    char kernel_build_time[32];
+    int64 kernel_version;
+    uint32 abi;
+};
+
+struct cpu_topology_root_info {
+    cpu_platform platform;
+};
+
+struct cpu_topology_package_info {
+    cpu_vendor vendor;
+    uint32 cache_line_size;
+};
+
+struct cpu_topology_core_info {
+    uint32 model;
+    uint64 default_frequency;
+};
+
+
+
+struct object_wait_info {
+    int32 object;
+    uint16 type;
+    uint16 events;
+};
+
+extern "C" {
+area_id create_area(const char* name, void** startAddress, uint32 addressSpec, size_t size, uint32 lock, uint32 protection);
+area_id clone_area(const char* name, void** destAddress, uint32 addressSpec, uint32 protection, area_id source);
+area_id find_area(const char* name);
+area_id area_for(void* address);
+status_t delete_area(area_id id);
+status_t resize_area(area_id id, size_t newSize);
+status_t set_area_protection(area_id id, uint32 newProtection);
+status_t _get_area_info(area_id id, area_info* areaInfo, size_t size);
+status_t _get_next_area_info(team_id team, ssize_t* cookie, area_info* areaInfo, size_t size);
+port_id create_port(int32 capacity, const char* name);
+port_id find_port(const char* name);
+ssize_t read_port(port_id port, int32* code, void* buffer, size_t bufferSize);
+ssize_t read_port_etc(port_id port, int32* code, void* buffer, size_t bufferSize, uint32 flags, bigtime_t timeout);
+status_t write_port(port_id port, int32 code, const void* buffer, size_t bufferSize);
+status_t write_port_etc(port_id port, int32 code, const void* buffer, size_t bufferSize, uint32 flags, bigtime_t timeout);
+status_t close_port(port_id port);
+status_t delete_port(port_id port);
+ssize_t port_buffer_size(port_id port);
+ssize_t port_buffer_size_etc(port_id port, uint32 flags, bigtime_t timeout);
+ssize_t port_count(port_id port);
+status_t set_port_owner(port_id port, team_id team);
+status_t _get_port_info(port_id port, port_info* portInfo, size_t portInfoSize);
+status_t _get_next_port_info(team_id team, int32* cookie, port_info* portInfo, size_t portInfoSize);
+status_t _get_port_message_info_etc(port_id port, port_message_info* info, size_t infoSize, uint32 flags, bigtime_t timeout);
+sem_id create_sem(int32 count, const char* name);
+status_t delete_sem(sem_id id);
+status_t acquire_sem(sem_id id);
+status_t acquire_sem_etc(sem_id id, int32 count, uint32 flags, bigtime_t timeout);
+status_t release_sem(sem_id id);
+status_t release_sem_etc(sem_id id, int32 count, uint32 flags);
+status_t switch_sem(sem_id semToBeReleased, sem_id id);
+status_t switch_sem_etc(sem_id semToBeReleased, sem_id id, int32 count, uint32 flags, bigtime_t timeout);
+status_t get_sem_count(sem_id id, int32* threadCount);
+status_t set_sem_owner(sem_id id, team_id team);
+status_t _get_sem_info(sem_id id, sem_info* info, size_t infoSize);
+status_t _get_next_sem_info(team_id team, int32* cookie, sem_info* info, size_t infoSize);
+status_t kill_team(team_id team);
+status_t _get_team_info(team_id id, team_info* info, size_t size);
+status_t _get_next_team_info(int32* cookie, team_info* info, size_t size);
+status_t _get_team_usage_info(team_id team, int32 who, team_usage_info* info, size_t size);
+thread_id spawn_thread(thread_func, const char* name, int32 priority, void* data);
+status_t kill_thread(thread_id thread);
+status_t resume_thread(thread_id thread);
+status_t suspend_thread(thread_id thread);
+status_t rename_thread(thread_id thread, const char* newName);
+status_t set_thread_priority(thread_id thread, int32 newPriority);
+void exit_thread(status_t status);
+status_t wait_for_thread(thread_id thread, status_t* returnValue);
+status_t wait_for_thread_etc(thread_id id, uint32 flags, bigtime_t timeout, status_t* _returnCode);
+status_t on_exit_thread(void (*callback)(void *), void* data);
+thread_id find_thread(const char* name);
+status_t send_data(thread_id thread, int32 code, const void* buffer, size_t bufferSize);
+int32 receive_data(thread_id* sender, void* buffer, size_t bufferSize);
+bool has_data(thread_id thread);
+status_t snooze(bigtime_t amount);
+status_t snooze_etc(bigtime_t amount, int timeBase, uint32 flags);
+status_t snooze_until(bigtime_t time, int timeBase);
+status_t _get_thread_info(thread_id id, thread_info* info, size_t size);
+status_t _get_next_thread_info(team_id team, int32* cookie, thread_info* info, size_t size);
+thread_id get_pthread_thread_id(pthread_t thread);
+unsigned long real_time_clock();
+void set_real_time_clock(unsigned long secsSinceJan1st1970);
+bigtime_t real_time_clock_usecs();
+bigtime_t system_time();
+nanotime_t system_time_nsecs();
+bigtime_t set_alarm(bigtime_t when, uint32 flags);
+void debugger(const char* message);
+int disable_debugger(int state);
+int debug_printf(const char* format, ...);
+int debug_vprintf(const char* format, va_list args);
+void ktrace_printf(const char* format, ...);
+void ktrace_vprintf(const char* format, va_list args);
+status_t get_system_info(system_info* info);
+status_t _get_cpu_info_etc(uint32 firstCPU, uint32 cpuCount, cpu_info* info, size_t size);
+int32 is_computer_on();
+double is_computer_on_fire();
+int send_signal(thread_id threadID, unsigned int signal);
+void set_signal_stack(void* base, size_t size);
+ssize_t wait_for_objects(object_wait_info* infos, int numInfos);
+ssize_t wait_for_objects_etc(object_wait_info* infos, int numInfos, uint32 flags, bigtime_t timeout);
+}
+
+// macro get_area_info(id, areaInfo)
+// macro get_next_area_info(team, cookie, areaInfo)
+// macro get_port_info(port, info)
+// macro get_next_port_info(team, cookie, info)
+// macro get_port_message_info_etc(port, info, flags, timeout)
+// macro get_sem_info(sem, info)
+// macro get_next_sem_info(team, cookie, info)
+// macro get_team_info(id, info)
+// macro get_next_team_info(cookie, info)
+// macro get_team_usage_info(team, who, info)
+// macro get_thread_info(id, info)
+// macro get_next_thread_info(team, cookie, info)
+// macro get_cpu_info(firstCPU, cpuCount, info)
+
+#endif  // _OS_H

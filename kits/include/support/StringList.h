@@ -1,0 +1,51 @@
+#ifndef _STRINGLIST_H
+#define _STRINGLIST_H
+
+#include <Flattenable.h>
+#include <String.h>
+#include <SupportDefs.h>
+
+class BStringList : public BFlattenable {
+public:
+    BStringList(int32 count = 20);
+    BStringList(const BStringList& other);
+    virtual ~BStringList();
+    bool Add(const BString& string, int32 index);
+    bool Add(const BString& string);
+    bool Add(const BStringList& list, int32 index);
+    bool Add(const BStringList& list);
+    bool Remove(const BString& string, bool ignoreCase = false);
+    bool Remove(const BStringList& list, bool ignoreCase = false);
+    BString Remove(int32 index);
+    bool Remove(int32 index, int32 count);
+    bool Replace(int32 index, const BString& string);
+    void MakeEmpty();
+    void Sort(bool ignoreCase = false);
+    void Sort(int (*compareFunc)(const char *, const char *, void *), void* context);
+    void Sort(int (*compareFunc)(const BString &, const BString &, void *), void* context);
+    bool Swap(int32 indexA, int32 indexB);
+    bool Move(int32 fromIndex, int32 toIndex);
+    BString StringAt(int32 index) const;
+    BString First() const;
+    BString Last() const;
+    bool HasString(const BString& string, bool ignoreCase = false) const;
+    int32 IndexOf(const BString& string, bool ignoreCase = false) const;
+    int32 CountStrings() const;
+    bool IsEmpty() const;
+    BString Join(const char* separator, int32 length = -1) const;
+    void DoForEach(bool (*func)(const BString &));
+    void DoForEach(bool (*func)(const BString &, void *), void* arg2);
+    BStringList& operator=(const BStringList& other);
+    bool operator==(const BStringList& other) const;
+    bool operator!=(const BStringList& other) const;
+    virtual bool IsFixedSize() const;
+    virtual type_code TypeCode() const;
+    virtual bool AllowsTypeCode(type_code code) const;
+    virtual ssize_t FlattenedSize() const;
+    virtual status_t Flatten(void* buffer, ssize_t size) const;
+    virtual status_t Unflatten(type_code code, const void* buffer, ssize_t size);
+
+private:
+};
+
+#endif  // _STRINGLIST_H
