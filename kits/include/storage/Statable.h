@@ -1,12 +1,13 @@
 #ifndef _STATABLE_H
 #define _STATABLE_H
 
-struct node_ref;
-struct stat;
 #include <SupportDefs.h>
 
 class BVolume;
+struct node_ref;
+struct stat;
 
+// What files, directories and links have in common. Failures also leave the host's number in errno.
 class BStatable {
 public:
     virtual ~BStatable();
@@ -24,6 +25,8 @@ public:
     status_t GetSize(off_t* size) const;
     status_t GetModificationTime(time_t* mtime) const;
     status_t SetModificationTime(time_t mtime);
+    // The host keeps no creation time that could be set: the last change of the node stands in
+    // for it, and setting it is B_NOT_SUPPORTED.
     status_t GetCreationTime(time_t* ctime) const;
     status_t SetCreationTime(time_t ctime);
     status_t GetAccessTime(time_t* atime) const;
@@ -31,6 +34,8 @@ public:
     status_t GetVolume(BVolume* volume) const;
 
 private:
+    // Applies the fields of `stat` that `what` names (a set of StatField).
+    virtual status_t set_stat(struct stat& stat, uint32 what) = 0;
 };
 
 #endif  // _STATABLE_H

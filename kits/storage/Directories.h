@@ -1,0 +1,37 @@
+#ifndef STORAGE_DIRECTORIES_H
+#define STORAGE_DIRECTORIES_H
+
+#include <string>
+
+#include <SupportDefs.h>
+
+namespace storage __attribute__((visibility("hidden"))) {
+
+// Remembers a directory by its device and inode, so that a ref made for it leads back to a path.
+// Any thread. Directories stay remembered until the process ends.
+status_t remember_directory(const std::string& path, dev_t* device, ino_t* inode);
+
+// The remembered path; B_ENTRY_NOT_FOUND when the directory was never met or has moved away.
+status_t find_directory_path(dev_t device, ino_t inode, std::string* path);
+
+// Makes `path` (relative paths start at the working directory) absolute, its directory part free of
+// links, "." and "..". The directory must exist, the leaf need not; with `traverse` a leaf that is
+// a link is followed.
+status_t resolve_entry(std::string path, bool traverse, std::string* resolved);
+
+// `directory`/`leaf`, with one slash between.
+std::string join(const std::string& directory, const std::string& leaf);
+
+// The directory part of a path with a slash; "/" for the root directory too.
+std::string directory_of(const std::string& path);
+
+// The leaf of a resolved path; "." for the root directory.
+const char* leaf_of(const char* path);
+
+// Replaces the heap text `owned` by a copy of `text` if `status` is B_OK, else by null. Returns the
+// status, B_NO_MEMORY if there was no room.
+status_t replace_path(char** owned, status_t status, const char* text);
+
+}  // namespace storage
+
+#endif  // STORAGE_DIRECTORIES_H

@@ -1,0 +1,292 @@
+// entry_ref and BEntry. A BEntry keeps one resolved absolute path.
+
+#include <Entry.h>
+
+#include <errno.h>
+#include <fcntl.h>
+#include <stdio.h>
+#include <stdlib.h>
+#include <string.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <string>
+
+#include <Path.h>
+#include <StorageDefs.h>
+
+#include "Directories.h"
+#include "HostErrors.h"
+#include "StatFields.h"
+
+using namespace storage;
+
+entry_ref::entry_ref()
+    : device(static_cast<dev_t>(-1)), directory(static_cast<ino_t>(-1)), name(nullptr)
+{
+}
+
+entry_ref::entry_ref(dev_t dev, ino_t dir, const char* name)
+    : device(dev), directory(dir), name(nullptr)
+{
+    set_name(name);
+}
+
+entry_ref::entry_ref(const entry_ref& ref)
+    : entry_ref(ref.device, ref.directory, ref.name)
+{
+}
+
+entry_ref::~entry_ref()
+{
+    free(name);
+}
+
+status_t entry_ref::set_name(const char* newName)
+{
+    return replace_path(&name, newName == nullptr ? B_BAD_VALUE : B_OK, newName) == B_NO_MEMORY
+        ? B_NO_MEMORY : B_OK;
+}
+
+// A ref without a name comes before every name.
+static int compare_names(const char* a, const char* b)
+{
+    if (a == nullptr || b == nullptr)
+        return (a != nullptr) - (b != nullptr);
+    return strcmp(a, b);
+}
+
+bool entry_ref::operator==(const entry_ref& ref) const
+{
+    return device == ref.device && directory == ref.directory
+        && compare_names(name, ref.name) == 0;
+}
+
+bool entry_ref::operator!=(const entry_ref& ref) const
+{
+    return !(*this == ref);
+}
+
+entry_ref& entry_ref::operator=(const entry_ref& ref)
+{
+    if (this != &ref) {
+        device = ref.device;
+        directory = ref.directory;
+        set_name(ref.name);
+    }
+    return *this;
+}
+
+BEntry::BEntry()
+    : fPath(nullptr), fStatus(B_NO_INIT)
+{
+}
+
+BEntry::BEntry(const entry_ref* ref, bool traverse)
+    : BEntry()
+{
+    SetTo(ref, traverse);
+}
+
+BEntry::BEntry(const char* path, bool traverse)
+    : BEntry()
+{
+    SetTo(path, traverse);
+}
+
+BEntry::BEntry(const BEntry& entry)
+    : BEntry()
+{
+    *this = entry;
+}
+
+BEntry::~BEntry()
+{
+    free(fPath);
+}
+
+status_t BEntry::InitCheck() const
+{
+    return fStatus;
+}
+
+bool BEntry::Exists() const
+{
+    struct stat info;
+    return GetStat(&info) == B_OK;
+}
+
+const char* BEntry::Name() const
+{
+    return fPath == nullptr ? nullptr : leaf_of(fPath);
+}
+
+status_t BEntry::GetStat(struct stat* stat) const
+{
+    if (fPath == nullptr)
+        return B_NO_INIT;
+    if (stat == nullptr)
+        return fail(EINVAL);
+    return lstat(fPath, stat) == 0 ? B_OK : host_failure();
+}
+
+status_t BEntry::SetTo(const entry_ref* ref, bool traverse)
+{
+    if (ref == nullptr || ref->name == nullptr)
+        return _Adopt(fail(EINVAL), nullptr);
+    std::string path;
+    status_t status = find_directory_path(ref->device, ref->directory, &path);
+    if (status == B_OK)
+        status = resolve_entry(join(path, ref->name), traverse, &path);
+    return _Adopt(status, path.c_str());
+}
+
+status_t BEntry::SetTo(const char* path, bool traverse)
+{
+    if (path == nullptr)
+        return _Adopt(fail(EINVAL), nullptr);
+    std::string resolved;
+    status_t status = resolve_entry(path, traverse, &resolved);
+    return _Adopt(status, resolved.c_str());
+}
+
+void BEntry::Unset()
+{
+    _Adopt(B_NO_INIT, nullptr);
+}
+
+status_t BEntry::GetRef(entry_ref* ref) const
+{
+    if (fPath == nullptr)
+        return B_NO_INIT;
+    if (ref == nullptr)
+        return fail(EINVAL);
+    entry_ref made;
+    status_t status = remember_directory(directory_of(fPath), &made.device, &made.directory);
+    if (status == B_OK)
+        status = made.set_name(leaf_of(fPath));
+    if (status == B_OK)
+        *ref = made;
+    return status;
+}
+
+status_t BEntry::GetPath(BPath* path) const
+{
+    if (fPath == nullptr)
+        return B_NO_INIT;
+    return path == nullptr ? fail(EINVAL) : path->SetTo(fPath);
+}
+
+status_t BEntry::GetParent(BEntry* entry) const
+{
+    if (fPath == nullptr)
+        return B_NO_INIT;
+    if (entry == nullptr)
+        return fail(EINVAL);
+    if (strcmp(fPath, "/") == 0)
+        return fail(ENOENT);
+    return entry->SetTo(directory_of(fPath).c_str());
+}
+
+status_t BEntry::GetName(char* buffer) const
+{
+    if (fPath == nullptr)
+        return B_NO_INIT;
+    if (buffer == nullptr)
+        return fail(EINVAL);
+    strcpy(buffer, leaf_of(fPath));
+    return B_OK;
+}
+
+status_t BEntry::Rename(const char* path, bool clobber)
+{
+    if (fPath == nullptr)
+        return B_NO_INIT;
+    if (path == nullptr)
+        return fail(EINVAL);
+    return _MoveTo(path[0] == '/' ? path : join(directory_of(fPath), path).c_str(), clobber);
+}
+
+status_t BEntry::Remove()
+{
+    if (fPath == nullptr)
+        return B_NO_INIT;
+    return remove(fPath) == 0 ? B_OK : host_failure();
+}
+
+bool BEntry::operator==(const BEntry& item) const
+{
+    return compare_names(fPath, item.fPath) == 0;
+}
+
+bool BEntry::operator!=(const BEntry& item) const
+{
+    return !(*this == item);
+}
+
+BEntry& BEntry::operator=(const BEntry& item)
+{
+    if (this != &item)
+        _Adopt(item.fStatus, item.fPath);
+    return *this;
+}
+
+status_t BEntry::set_stat(struct stat& stat, uint32 what)
+{
+    if (fPath == nullptr)
+        return B_NO_INIT;
+    int result = -1;
+    if (what == kStatMode) {
+        result = chmod(fPath, stat.st_mode & kPermissionBits);
+    } else if (what == kStatOwner) {
+        result = lchown(fPath, stat.st_uid, static_cast<gid_t>(-1));
+    } else if (what == kStatGroup) {
+        result = lchown(fPath, static_cast<uid_t>(-1), stat.st_gid);
+    } else {
+        timespec times[2] = { { 0, UTIME_OMIT }, { 0, UTIME_OMIT } };
+        times[what == kStatModified] = what == kStatModified ? stat.st_mtim : stat.st_atim;
+        result = utimensat(AT_FDCWD, fPath, times, AT_SYMLINK_NOFOLLOW);
+    }
+    return result == 0 ? B_OK : host_failure();
+}
+
+status_t BEntry::_Adopt(status_t status, const char* path)
+{
+    fStatus = replace_path(&fPath, status, path);
+    return fStatus;
+}
+
+// Moves what the entry names, and then names the new place.
+status_t BEntry::_MoveTo(const char* target, bool clobber)
+{
+    std::string resolved;
+    status_t status = resolve_entry(target, false, &resolved);
+    if (status != B_OK)
+        return status;
+    struct stat info;
+    status = GetStat(&info);
+    if (status != B_OK)
+        return status;
+    if (!clobber && lstat(resolved.c_str(), &info) == 0)
+        return fail(EEXIST);
+    if (rename(fPath, resolved.c_str()) != 0)
+        return host_failure();
+    return _Adopt(B_OK, resolved.c_str());
+}
+
+status_t get_ref_for_path(const char* path, entry_ref* ref)
+{
+    if (path == nullptr || ref == nullptr)
+        return fail(EINVAL);
+    BEntry entry(path);
+    return entry.InitCheck() == B_OK ? entry.GetRef(ref) : entry.InitCheck();
+}
+
+bool operator<(const entry_ref& a, const entry_ref& b)
+{
+    if (a.device != b.device)
+        return a.device < b.device;
+    if (a.directory != b.directory)
+        return a.directory < b.directory;
+    return compare_names(a.name, b.name) < 0;
+}

@@ -1,0 +1,61 @@
+// Turns the host's error numbers into the kits' status codes.
+
+#include "HostErrors.h"
+
+#include <errno.h>
+
+namespace storage {
+
+struct StatusRow {
+    int host;
+    status_t status;
+};
+
+static const StatusRow kStatuses[] = {
+    { ENOENT, B_ENTRY_NOT_FOUND },
+    { EEXIST, B_FILE_EXISTS },
+    { EACCES, B_PERMISSION_DENIED },
+    { EPERM, B_NOT_ALLOWED },
+    { ENOTDIR, B_NOT_A_DIRECTORY },
+    { EISDIR, B_IS_A_DIRECTORY },
+    { ENOTEMPTY, B_DIRECTORY_NOT_EMPTY },
+    { ENAMETOOLONG, B_NAME_TOO_LONG },
+    { ELOOP, B_LINK_LIMIT },
+    { EXDEV, B_CROSS_DEVICE_LINK },
+    { ENOSPC, B_DEVICE_FULL },
+    { EROFS, B_READ_ONLY_DEVICE },
+    { EMFILE, B_NO_MORE_FDS },
+    { EPIPE, B_BUSTED_PIPE },
+    { EBADF, B_FILE_ERROR },
+    { EINVAL, B_BAD_VALUE },
+    { EFAULT, B_BAD_ADDRESS },
+    { ENOMEM, B_NO_MEMORY },
+    { EIO, B_IO_ERROR },
+    { EBUSY, B_BUSY },
+    { EINTR, B_INTERRUPTED },
+    { EAGAIN, B_WOULD_BLOCK },
+    { EOPNOTSUPP, B_NOT_SUPPORTED },
+    { ENOSYS, B_NOT_SUPPORTED },
+};
+
+static status_t status_for(int host_number)
+{
+    for (const StatusRow& row : kStatuses) {
+        if (row.host == host_number)
+            return row.status;
+    }
+    return B_ERROR;
+}
+
+status_t host_failure()
+{
+    return status_for(errno);
+}
+
+status_t fail(int host_number)
+{
+    errno = host_number;
+    return status_for(host_number);
+}
+
+}  // namespace storage

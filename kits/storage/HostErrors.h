@@ -1,0 +1,16 @@
+#ifndef STORAGE_HOST_ERRORS_H
+#define STORAGE_HOST_ERRORS_H
+
+#include <SupportDefs.h>
+
+namespace storage __attribute__((visibility("hidden"))) {
+
+// The status of the host call that just failed; errno stays as the call left it.
+status_t host_failure();
+
+// Leaves `host_number` in errno, as a failing host call would, and returns its status.
+status_t fail(int host_number);
+
+}  // namespace storage
+
+#endif  // STORAGE_HOST_ERRORS_H

@@ -1,0 +1,131 @@
+// BStatable: reads the fields of a stat record and sets them one at a time.
+
+#include <Statable.h>
+
+#include <errno.h>
+#include <sys/stat.h>
+
+#include <Node.h>
+
+#include "HostErrors.h"
+#include "StatFields.h"
+
+using namespace storage;
+
+// Copies one value out of the object's stat record.
+template <class Value, class Field>
+static status_t read_field(const BStatable& statable, Value* value, Field field)
+{
+    if (value == nullptr)
+        return fail(EINVAL);
+    struct stat info;
+    status_t status = statable.GetStat(&info);
+    if (status == B_OK)
+        *value = field(info);
+    return status;
+}
+
+static bool has_type(const BStatable& statable, mode_t type)
+{
+    struct stat info;
+    return statable.GetStat(&info) == B_OK && (info.st_mode & S_IFMT) == type;
+}
+
+BStatable::~BStatable() {}
+
+bool BStatable::IsFile() const
+{
+    return has_type(*this, S_IFREG);
+}
+
+bool BStatable::IsDirectory() const
+{
+    return has_type(*this, S_IFDIR);
+}
+
+bool BStatable::IsSymLink() const
+{
+    return has_type(*this, S_IFLNK);
+}
+
+status_t BStatable::GetNodeRef(node_ref* ref) const
+{
+    return read_field(*this, ref,
+        [](const struct stat& info) { return node_ref(info.st_dev, info.st_ino); });
+}
+
+status_t BStatable::GetOwner(uid_t* owner) const
+{
+    return read_field(*this, owner, [](const struct stat& info) { return info.st_uid; });
+}
+
+status_t BStatable::SetOwner(uid_t owner)
+{
+    struct stat info = {};
+    info.st_uid = owner;
+    return set_stat(info, kStatOwner);
+}
+
+status_t BStatable::GetGroup(gid_t* group) const
+{
+    return read_field(*this, group, [](const struct stat& info) { return info.st_gid; });
+}
+
+status_t BStatable::SetGroup(gid_t group)
+{
+    struct stat info = {};
+    info.st_gid = group;
+    return set_stat(info, kStatGroup);
+}
+
+status_t BStatable::GetPermissions(mode_t* permissions) const
+{
+    return read_field(*this, permissions,
+        [](const struct stat& info) { return info.st_mode & kPermissionBits; });
+}
+
+status_t BStatable::SetPermissions(mode_t permissions)
+{
+    struct stat info = {};
+    info.st_mode = permissions & kPermissionBits;
+    return set_stat(info, kStatMode);
+}
+
+status_t BStatable::GetSize(off_t* size) const
+{
+    return read_field(*this, size, [](const struct stat& info) { return info.st_size; });
+}
+
+status_t BStatable::GetModificationTime(time_t* mtime) const
+{
+    return read_field(*this, mtime, [](const struct stat& info) { return info.st_mtime; });
+}
+
+status_t BStatable::SetModificationTime(time_t mtime)
+{
+    struct stat info = {};
+    info.st_mtime = mtime;
+    return set_stat(info, kStatModified);
+}
+
+status_t BStatable::GetCreationTime(time_t* ctime) const
+{
+    return read_field(*this, ctime, [](const struct stat& info) { return info.st_ctime; });
+}
+
+status_t BStatable::SetCreationTime(time_t)
+{
+    return fail(EOPNOTSUPP);
+}
+
+status_t BStatable::GetAccessTime(time_t* atime) const
+{
+    return read_field(*this, atime, [](const struct stat& info) { return info.st_atime; });
+}
+
+status_t BStatable::SetAccessTime(time_t atime)
+{
+    struct stat info = {};
+    info.st_atime = atime;
+    return set_stat(info, kStatAccessed);
+}
