@@ -91,11 +91,7 @@ enum command_code {
     B_CONTROL_MODIFIED = 'CMOD'
 };
 
-extern const unsigned char B_HAND_CURSOR[];   // 68 bytes: size 16, depth 1, hot spot 2,2, then 32 bytes image mask, 32 bytes transparency mask
-extern const unsigned char B_I_BEAM_CURSOR[];   // 68 bytes: size 16, depth 1, hot spot 5,8, then 32 bytes image mask, 32 bytes transparency mask
-extern const BCursor* B_CURSOR_SYSTEM_DEFAULT;
-extern const BCursor* B_CURSOR_I_BEAM;
-
+// Old cursors are 68 bytes: size 16, depth 1, hot spot y and x, 32 bytes image, 32 bytes mask.
 extern const unsigned char B_HAND_CURSOR[];
 extern const unsigned char B_I_BEAM_CURSOR[];
 extern const BCursor* B_CURSOR_SYSTEM_DEFAULT;

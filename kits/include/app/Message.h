@@ -20,6 +20,10 @@ class BHandler;
 class BString;
 class BStringList;
 
+namespace BPrivate {
+struct MessageAccess;
+}
+
 #define B_FIELD_NAME_LENGTH                  255
 #define B_PROPERTY_NAME_LENGTH               255
 
@@ -309,6 +313,16 @@ public:
     status_t SetData(const char* name, type_code type, const void* data, ssize_t numBytes, bool fixedSize = true, int count = 1);
 
 private:
+    friend struct BPrivate::MessageAccess;  // kits/app/MessageAccess.h
+
+    // For the destructor: a sender that still waits is told B_NO_REPLY. MessageDelivery.cpp.
+    void _EndDelivery();
+
+    // How the message travels. A copy of a message is not delivered, no reply, and owes none.
+    int32 fTarget = 0;             // token of the handler that is to get it
+    uint32 fDelivery = 0;          // MessageAccess::Flags
+    BMessenger fReturnAddress;     // of who wants a reply
+    BMessage* fPrevious = nullptr;  // what this is the reply to; owned
 };
 
 #endif  // _MESSAGE_H
