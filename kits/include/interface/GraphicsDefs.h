@@ -96,7 +96,6 @@ struct rgb_color {
     static int32 Contrast(rgb_color colorA, rgb_color colorB);
     bool operator==(const rgb_color& other) const;
     bool operator!=(const rgb_color& other) const;
-    rgb_color& operator=(const rgb_color& other);
 };
 
 struct color_map {

@@ -26,6 +26,7 @@ class BScrollBar;
 class BScrollView;
 class BShape;
 class BString;
+class BToolTip;
 class BWindow;
 
 enum {

@@ -1,5 +1,5 @@
-#ifndef _STRING_H
-#define _STRING_H
+#ifndef _B_STRING_H
+#define _B_STRING_H
 
 #include <stdarg.h>
 
@@ -221,4 +221,4 @@ bool operator>(const char* str, const BString& string);
 bool operator>=(const char* str, const BString& string);
 bool operator!=(const char* str, const BString& string);
 
-#endif  // _STRING_H
+#endif  // _B_STRING_H
