@@ -22,13 +22,207 @@ extern "C" {
 
 /* ---- Start-up, shutdown, allocation ---------------------------------------------------------- */
 
+/* The command line, filled by the start object; see __GetCommand. */
+extern int32_t __argc;
+extern char **__argv;
+/* Where __MultiStr puts its result. */
+extern char __kcb[1025];
+
+/* Creates the application, runs `program` on a thread of its own and the application's loop on
+   the calling thread, which must be the process's main thread. Returns 0 once the application has
+   quit (after End, or when the last window closed), also while `program` is still inside a call;
+   a non-zero status when the application could not be made. Call it once. */
+int32_t PlinthStart(int argc, char **argv, void (*program)(void));
+
+/* Makes the registry of all objects: the program's first call. With `tracker` non-zero the library
+   runs inside a host that has an application of its own and never tells it to quit. Returns the
+   table for Close_Sys, null when memory runs out. */
+void **Open_Sys(uint8_t tracker);
+
+/* Closes all objects but the windows, frees the table that Open_Sys returned (null or a table
+   closed before is skipped), and tells the application to quit unless it runs inside a host. */
+void Close_Sys(void **table);
+
+/* The program's last call: frees the system list and tells the application to quit, whereupon every
+   window closes without asking. Objects stay open; see Close_Sys. A second call does no harm. */
+void End(void);
+
+/* Returns `size` bytes filled with zero, null if `size` is negative or memory runs out. Any
+   thread. */
+void *MyAlloc(int32_t size);
+
+/* Frees a block of MyAlloc; null is skipped. Any thread. */
+void MyFree(void *block);
+
+/* Returns the next ident: 0x14041968 at first, then one more with each call. Any thread. */
+uint32_t GetUniqueID(void);
+
+/* Returns word `index` of the command line, 0 the program's own path; "" outside it. */
+const char *__GetCommand(int32_t index);
+
+/* Returns a zero-filled text buffer for `length` characters, which lives as long as the process;
+   null if `length` is negative or memory runs out. */
+char *alloc_string(int32_t length);
+
+/* Fills table[0] to table[count - 1] with buffers for 256 characters each (null where memory ran
+   out) and ends the table with a null pointer: it has count + 1 places. Returns `count`. */
+int32_t init_tab_string(char **table, int32_t count);
+
+/* Joins C strings, up to a null pointer, in __kcb, and returns it. `count` is not looked at. What
+   goes beyond 1024 characters is cut off. */
+char *__MultiStr(int32_t count, ...);
+
+/* Do nothing: programs that redimension an array or were compiled with debugging call them. */
+void Redim(void);
+void OpenDebug(void);
+void CloseDebug(void);
+void SetDebug(void);
+void SetMessage(void);
+
+/* Is called for each silent failure: `code` says why, `text` which call. Writes a line to standard
+   error in a debug build and where the environment variable PLINTH_TRACE is set. Any thread. */
+void show_dbg(int32_t code, int32_t ident, const char *text);
+
+/* Frees the names of the system list. */
+void FreeList(void);
+
 /* ---- Strings --------------------------------------------------------------------------------- */
 
 /* ---- Console, numbers, sorting --------------------------------------------------------------- */
 
 /* ---- Windows and events ---------------------------------------------------------------------- */
 
+/* The events of a window that call a handler, by slot, with what it gets (32-bit integers;
+   coordinates and sizes cut to whole pixels), and the bit of the event mask that must be set. */
+enum {
+    PLINTH_ACTIVATED = 0,           /* none; bit 7 */
+    PLINTH_DEACTIVATED = 1,         /* none; bit 9 */
+    PLINTH_MINIMIZED = 2,           /* 1 minimised (bit 11), 0 restored (bit 10) */
+    PLINTH_MOVED = 3,               /* left, top on the screen; bit 13 */
+    PLINTH_ZOOMED = 4,              /* none; bit 14 */
+    PLINTH_HIDDEN = 5,              /* none; always */
+    PLINTH_SHOWN = 6,               /* none; bit 10 */
+    PLINTH_REDRAWN = 7,             /* last width; bit 16 */
+    PLINTH_RESIZED = 8,             /* width, height; bit 12 */
+    PLINTH_SCREEN_CHANGED = 9,      /* colour space; bit 19 */
+    PLINTH_WORKSPACE_ACTIVATED = 10, /* number, 1 entered or 0 left; bit 17 */
+    PLINTH_WORKSPACES_CHANGED = 11, /* old set, new set; bit 18 */
+    PLINTH_CLOSE_REQUESTED = 12,    /* none; bit 0; low byte of the result non-zero: may close */
+    PLINTH_KEY = 13,                /* character, or key + 200 for a function key; modifiers */
+    PLINTH_MOUSE_DOWN = 14,         /* x, y, button 1, 2 or 4, click count; bit 6 */
+    PLINTH_MOUSE_MOVED = 15,        /* x, y; bit 4 */
+    PLINTH_TIMER = 16,              /* none; bit 15 */
+    PLINTH_MENU_ITEM = 17,          /* the item's code */
+    PLINTH_MENUS_BEGINNING = 18,    /* none */
+    PLINTH_FILES_DROPPED = 21       /* count, char ** of paths that live during the call */
+};
+
+/* Opens and shows a titled window whose content covers (x, y) to (x + width, y + height), screen
+   pixels. Returns its ident, 0 when there is no memory or no registry. Any thread. */
+int32_t OpenWindow(int32_t x, int32_t y, int32_t width, int32_t height);
+
+/* Closes a window without asking its close handler, and ends the application with the last one. A
+   handler that closes its own window ends there. Any thread. */
+void CloseWindow(int32_t ident);
+
+/* Stores the handler of one event, or null; see the slots above. Any thread. */
+void SetHandlerForWindow(int32_t ident, int32_t slot, void *handler);
+
+/* True while a window with that ident is open. Any thread. */
+bool is_window_ident(int32_t ident);
+
 /* ---- Drawing --------------------------------------------------------------------------------- */
+
+/* Drawing goes into the window's bitmap with the high colour; while the window's refresh mode is on,
+   as it is at first, the changed part shows with the next screen update. Rectangles reach from
+   (x, y) to (x + w, y + h), both included. Coordinates are pixels from the left top of the content,
+   angles whole degrees counter-clockwise from three o'clock, colours 0xRRGGBBAA. Any thread may
+   draw; a view as target is drawn into without a lock. */
+
+/* Makes a window the target -1; any other target makes -1 draw nothing. */
+void SetDefaultGfx(intptr_t target);
+/* Turns the refresh mode on (non-zero), which shows at once what was drawn, or off. */
+void SetRefreshWindowMode(intptr_t target, int32_t on);
+
+void FRectangle(intptr_t target, int32_t x, int32_t y, int32_t w, int32_t h);
+void Rectangle(intptr_t target, int32_t x, int32_t y, int32_t w, int32_t h);
+/* Outline and filled rectangle with corners of radii rx and ry. */
+void SetStrokeRectangle(intptr_t target, int32_t x, int32_t y, int32_t w, int32_t h, int32_t rx,
+                        int32_t ry);
+void SetStrokeFill(intptr_t target, int32_t x, int32_t y, int32_t w, int32_t h, int32_t rx,
+                   int32_t ry);
+void Ellipse(intptr_t target, int32_t cx, int32_t cy, int32_t rx, int32_t ry);
+void FEllipse(intptr_t target, int32_t cx, int32_t cy, int32_t rx, int32_t ry);
+void Circle(intptr_t target, int32_t cx, int32_t cy, int32_t r);
+void FCircle(intptr_t target, int32_t cx, int32_t cy, int32_t r);
+void Arc(intptr_t target, int32_t cx, int32_t cy, int32_t rx, int32_t ry, int32_t start,
+         int32_t arc);
+void FArc(intptr_t target, int32_t cx, int32_t cy, int32_t rx, int32_t ry, int32_t start,
+          int32_t arc);
+void Triangle(intptr_t target, int32_t x1, int32_t y1, int32_t x2, int32_t y2, int32_t x3,
+              int32_t y3);
+void FTriangle(intptr_t target, int32_t x1, int32_t y1, int32_t x2, int32_t y2, int32_t x3,
+               int32_t y3);
+void Line(intptr_t target, int32_t x1, int32_t y1, int32_t x2, int32_t y2);
+/* Draws from the pen to (x, y), where the pen then is. */
+void LineTo(intptr_t target, int32_t x, int32_t y);
+void MoveTo(intptr_t target, int32_t x, int32_t y);
+/* Writes the pen's x and y. */
+void GetCurrentPos(intptr_t target, int32_t xy[2]);
+
+/* Writes a line of text one line height below the pen and leaves the pen at its start, so that the
+   next call writes the line below it. The text is UTF-8; other bytes show as Latin-1. */
+void Text(intptr_t target, const char *text);
+/* Returns the width of a text in whole pixels, rounded half up. */
+int32_t GetTextWidth(intptr_t target, const char *text);
+
+/* Sets one pixel of the window's bitmap to the high colour, red and blue exchanged, without showing
+   it; nothing outside the bitmap. */
+void WritePixel(intptr_t target, int32_t x, int32_t y);
+/* Returns the index in the screen's palette, 0..255, of a pixel as WritePixel wrote it; 0 outside the
+   bitmap. */
+int32_t GetPixel(intptr_t target, int32_t x, int32_t y);
+/* Fills the window with the background colour. */
+void Clear(intptr_t target);
+
+/* Sets drawing colour and low colour. */
+void SetForeColor(intptr_t target, uint32_t fore, uint32_t back);
+/* Sets the background colour, that of Clear. */
+void SetBackColor(intptr_t target, uint32_t color);
+/* Width of lines in pixels. */
+void SetPenWidth(intptr_t target, int32_t width);
+/* Returns the width of lines, rounded half up. */
+int32_t GetPenWidth(intptr_t target);
+/* Line ends and corners: cap_mode and join_mode of the Interface Kit, miter limit 10. */
+void SetLineMode(intptr_t target, int32_t cap, int32_t join);
+/* drawing_mode of the Interface Kit: B_OP_COPY 0 ... B_OP_ALPHA 10. */
+void SetDrawMode(intptr_t target, int32_t mode);
+/* source_alpha and alpha_function of the Interface Kit, for B_OP_ALPHA. */
+void SetAlphaMode(intptr_t target, int32_t source_alpha, int32_t alpha_function);
+
+/* Limits drawing to a rectangle; to the view. */
+void SetClipping(intptr_t target, int32_t x, int32_t y, int32_t w, int32_t h);
+void SetClippingAll(intptr_t target);
+/* Limits drawing to the window's bounds (flag 0) or to the view's. */
+void DrawAcces(intptr_t target, int32_t flag);
+
+/* Copies the rectangle (sx, sy) to (sx + w, sy + h) so that its left top falls on (dx, dy). */
+void Blit(intptr_t target, int32_t sx, int32_t sy, int32_t w, int32_t h, int32_t dx, int32_t dy);
+
+/* Draws an icon, its second image if `selected` is not 0, leaving out its transparent pixels. */
+void DrawIcon(intptr_t target, int32_t icon, int32_t x, int32_t y, int32_t selected);
+
+/* Engraved lines of two pixels, black and white. */
+void DrawSeparatorHoriz(intptr_t target, int32_t x, int32_t y, int32_t length);
+void DrawSeparatorVert(intptr_t target, int32_t x, int32_t y, int32_t length);
+
+/* `points` holds `count` pairs x, y; a Bezier curve takes four. */
+void FillPolygon(intptr_t target, int32_t count, const int16_t *points);
+void StrokePolygon(intptr_t target, int32_t count, const int16_t *points, int32_t closed);
+void FillBezier(intptr_t target, const int16_t *points);
+void StrokeBezier(intptr_t target, const int16_t *points);
+/* Draws lines from point to point. */
+void PolyDraw(intptr_t target, int32_t count, const int16_t *points);
 
 /* ---- File channels --------------------------------------------------------------------------- */
 

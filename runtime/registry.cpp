@@ -1,0 +1,139 @@
+// The registry of all objects, and the first and last calls of a program. Main thread, but for
+// what the windows' threads read: the lists of windows and gadgets, and the two flags.
+
+#include "runtime/registry.h"
+
+#include "gadgets/gadget.h"
+#include "plinth.h"
+#include "runtime/system_list.h"
+#include "windows/window.h"
+
+#include <Application.h>
+#include <AppDefs.h>
+
+#include <atomic>
+
+BList** PtApp = nullptr;
+
+static const int32 kListBlockSize = 20;
+
+static BList* sOpenTables;             // registry lock; the tables that Close_Sys has not freed
+static std::atomic<bool> sEndApp = false;   // endapp
+static std::atomic<bool> sTracker = false;  // tracker
+
+BLocker& registry_lock()
+{
+    static BLocker* const lock = new BLocker("registry");  // outlives every window's thread
+    return *lock;
+}
+
+static bool is_open_table(BList** table)
+{
+    return table != nullptr && sOpenTables != nullptr && sOpenTables->HasItem(table);
+}
+
+BList* registry_list(RegistrySlot slot)
+{
+    return is_open_table(PtApp) ? PtApp[slot] : nullptr;
+}
+
+bool is_ending() { return sEndApp.load(std::memory_order_relaxed); }
+
+bool is_tracker() { return sTracker.load(std::memory_order_relaxed); }
+
+void quit_application()
+{
+    if (!is_tracker() && be_app != nullptr)
+        be_app->PostMessage(B_QUIT_REQUESTED);
+}
+
+// Records of these kinds own nothing but their memory.
+static void free_records(RegistrySlot slot)
+{
+    BList* list = registry_list(slot);
+    if (list == nullptr)
+        return;
+    for (int32 i = 0; i < list->CountItems(); i++)
+        MyFree(list->ItemAtFast(i));
+    list->MakeEmpty();
+}
+
+void Close_All_Font() { free_records(kFonts); }
+void Close_All_Menu() { free_records(kMenus); }
+void Close_All_MediaKit() { free_records(kMedia); }
+void Close_All_Serial() { free_records(kSerialPorts); }
+void Close_All_Midi() { free_records(kMidiFiles); }
+void Close_All_Joystick() { free_records(kJoysticks); }
+
+extern "C" void** Open_Sys(uint8_t tracker)
+{
+    sTracker = tracker != 0;
+    auto** table = static_cast<BList**>(MyAlloc(kRegistrySlots * sizeof(BList*)));
+    if (table == nullptr)
+        return nullptr;
+    for (int32 slot = kWindows; slot <= kMidiFiles; slot++) {
+        table[slot] = new (std::nothrow) BList(kListBlockSize);
+        if (table[slot] == nullptr) {
+            MyFree(table);  // kept on purpose: the lists made so far are lost
+            return nullptr;
+        }
+    }
+    registry_lock().Lock();
+    if (sOpenTables == nullptr)
+        sOpenTables = new BList(kListBlockSize);
+    sOpenTables->AddItem(table);
+    PtApp = table;
+    registry_lock().Unlock();
+    return reinterpret_cast<void**>(table);
+}
+
+// The order in which the kinds are closed: what a later one needs is still there.
+static const struct {
+    RegistrySlot slot;
+    void (*close_all)();
+} kCloseOrder[] = {
+    {kWindows, forget_all_windows},
+    {kIcons, Close_All_Icon},
+    {kFiles, Close_All_File},
+    {kFonts, Close_All_Font},
+    {kGadgets, Close_All_Gadget},
+    {kMenus, Close_All_Menu},
+    {kMedia, Close_All_MediaKit},
+    {kSerialPorts, Close_All_Serial},
+    {kMidiFiles, Close_All_Midi},
+    {kJoysticks, Close_All_Joystick},
+};
+static_assert(sizeof(kCloseOrder) / sizeof(kCloseOrder[0]) == kRegistrySlots, "one row per kind");
+
+static void close_table(BList** table)
+{
+    for (const auto& row : kCloseOrder) {
+        if (table[row.slot] == nullptr)
+            continue;
+        row.close_all();
+        registry_lock().Lock();
+        delete table[row.slot];
+        table[row.slot] = nullptr;
+        registry_lock().Unlock();
+    }
+    registry_lock().Lock();
+    sOpenTables->RemoveItem(table);
+    registry_lock().Unlock();
+    MyFree(table);
+}
+
+extern "C" void Close_Sys(void** table)
+{
+    auto** lists = reinterpret_cast<BList**>(table);
+    if (is_open_table(lists))
+        close_table(lists);
+    quit_application();
+}
+
+extern "C" void End(void)
+{
+    CloseDebug();
+    FreeList();
+    sEndApp = true;
+    quit_application();
+}

@@ -1,0 +1,45 @@
+// The diagnostic hook. Any thread.
+
+#include "runtime/trace.h"
+
+#include "plinth.h"
+
+#include <stdio.h>
+#include <stdlib.h>
+
+static const char* reason_of(int32_t code)
+{
+    switch (code) {
+        case kNoSuchWindow: return "no such window";
+        case kNoTarget: return "no window or plain view to draw into";
+        case kBadArgument: return "argument out of range";
+        case kIsGadget: return "the ident is a gadget's";
+        case kNoMemory: return "out of memory";
+        case kNoSuchChannel: return "no such channel";
+        case kFileError: return "the file operation failed, see dos_err";
+        default: return "failed";
+    }
+}
+
+static bool is_traced()
+{
+#ifdef NDEBUG
+    static const bool traced = getenv("PLINTH_TRACE") != nullptr;
+    return traced;
+#else
+    return true;
+#endif
+}
+
+extern "C" void show_dbg(int32_t code, int32_t ident, const char* text)
+{
+    if (is_traced())
+        fprintf(stderr, "plinth: %s(%d): %s\n", text != nullptr ? text : "?", static_cast<int>(ident),
+                reason_of(code));
+}
+
+extern "C" void OpenDebug(void) {}
+extern "C" void CloseDebug(void) {}
+extern "C" void SetDebug(void) {}
+extern "C" void SetMessage(void) {}
+extern "C" void Redim(void) {}

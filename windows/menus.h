@@ -1,0 +1,33 @@
+#ifndef WINDOWS_MENUS_H
+#define WINDOWS_MENUS_H
+
+// What windows do with menus: the chosen item's mark, and the pop-up menu.
+
+#include <MenuItem.h>
+#include <Point.h>
+
+class BPopUpMenu;
+
+// A menu item whose mark changes with each choice while it is checkable.
+class MyMenuItem : public BMenuItem {
+public:
+    MyMenuItem(const char* label, BMessage* message, char shortcut, bool checkable);
+
+    bool IsCheckable() const { return fCheckable; }
+
+protected:
+    void DrawContent() override;
+
+private:
+    const bool fCheckable;
+};
+
+// Moves the mark of a menu in radio mode to `item`, inverts that of a checkable item, and marks
+// any other. Window locked.
+void mark_chosen_item(BMenuItem* item);
+
+// Opens the menu at a place on the screen and returns when it is closed; an item chosen has sent
+// its message. Window's thread.
+void open_pop_up(BPopUpMenu* menu, BPoint where);
+
+#endif  // WINDOWS_MENUS_H

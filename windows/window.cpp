@@ -1,0 +1,357 @@
+// The class of a program's windows, and opening and closing them. Hooks run on the window's thread
+// with the window locked; its bitmap is not locked while a handler runs.
+
+#include "windows/window.h"
+
+#include "gadgets/gadget.h"
+#include "gadgets/text_entry.h"
+#include "plinth.h"
+#include "runtime/registry.h"
+#include "runtime/trace.h"
+#include "windows/drawing_view.h"
+#include "windows/menus.h"
+#include "windows/window_registry.h"
+
+#include <Application.h>
+#include <Bitmap.h>
+#include <Message.h>
+
+#include <math.h>
+#include <new>
+
+static const rgb_color kPanelGrey = {216, 216, 216, 255};
+static const rgb_color kBlack = {0, 0, 0, 255};
+
+static const uint32 kWindowFlags = B_ASYNCHRONOUS_CONTROLS | B_OUTLINE_RESIZE | B_AVOID_FRONT;
+
+// Printed, and nothing more: the message of a drag between windows of one program.
+static const uint32 kDragMessage = 'ddms';
+
+static int32 rounded(float value) { return static_cast<int32>(floorf(value + 0.5f)); }
+
+MyWinClass::MyWinClass(int32_t ident, BRect frame, window_type type, uint32 flags,
+                       const char* title)
+    : BWindow(frame, title, type, flags | kWindowFlags, B_ALL_WORKSPACES),
+      fIdent(ident),
+      fLastWidth(static_cast<int32>(frame.Width())),
+      fLastHeight(static_cast<int32>(frame.Height())),
+      fOriginX(rounded(frame.left)),
+      fOriginY(rounded(frame.top))
+{
+    Lock();
+    fTopView = new MyView(Bounds(), this);
+    _MakeRaster(frame);
+    AddChild(fTopView);
+    Unlock();
+}
+
+static void set_colors(BView* view, rgb_color high)
+{
+    view->SetHighColor(high);
+    view->SetViewColor(kPanelGrey);
+    view->SetLowColor(kPanelGrey);
+}
+
+void MyWinClass::_MakeRaster(BRect frame)
+{
+    const BRect bounds(0, 0, ceilf(frame.right - frame.left), ceilf(frame.bottom - frame.top));
+    auto* raster = new (std::nothrow) BBitmap(bounds, B_RGBA32, true);
+    if (raster == nullptr || raster->InitCheck() != B_OK) {
+        delete raster;
+        return;
+    }
+    fRaster = raster;
+    fOffscreenView = new BView(bounds, "", B_FOLLOW_NONE, B_WILL_DRAW);
+    fRaster->Lock();
+    fRaster->AddChild(fOffscreenView);
+    set_colors(fTopView, kBlack);
+    set_colors(fOffscreenView, kPanelGrey);
+    fOffscreenView->SetDrawingMode(B_OP_COPY);
+    fOffscreenView->FillRect(bounds);
+    fOffscreenView->SetHighColor(kBlack);
+    fOffscreenView->Sync();
+    fRaster->Unlock();
+}
+
+// What a window leaves when the program has ended: the process frees it.
+static void leave_behind(void* object)
+{
+    static BList* const left = new BList(20);
+    registry_lock().Lock();
+    left->AddItem(object);
+    registry_lock().Unlock();
+}
+
+MyWinClass::~MyWinClass()
+{
+    while (BView* child = fTopView->ChildAt(0))
+        fTopView->RemoveChild(child);
+    RemoveChild(fTopView);
+    if (fRaster != nullptr && fRaster->Lock()) {
+        fRaster->RemoveChild(fOffscreenView);
+        fRaster->Unlock();
+    }
+    MyWinClass* self = this;
+    defaultoutput.compare_exchange_strong(self, nullptr);
+    if (is_ending()) {
+        leave_behind(fTopView);
+        leave_behind(fOffscreenView);
+        leave_behind(fRaster);
+        return;
+    }
+    if (remove_window(this) == WindowRemoval::LastOne)
+        quit_application();
+    delete fTopView;
+    delete fOffscreenView;
+    delete fRaster;
+}
+
+void MyWinClass::LockRaster()
+{
+    if (fRaster != nullptr && !fRaster->IsLocked())
+        fRaster->Lock();
+}
+
+bool MyWinClass::MyLock()
+{
+    if (!Lock())
+        return false;
+    LockRaster();
+    return true;
+}
+
+void MyWinClass::MyUpdate(BRect rect, bool refresh)
+{
+    if (refresh && fTopView->fRefresh) {
+        fOffscreenView->Invalidate(rect);
+        fTopView->Invalidate(rect);
+    }
+    if (fRaster != nullptr && fRaster->IsLocked())
+        fRaster->Unlock();
+    Unlock();
+}
+
+// --- messages
+
+static void print_drag(BMessage* message, BWindow* window)
+{
+    message->PrintToStream();
+    int32 number;
+    BPoint drop;
+    if (message->FindInt32("nb", &number) == B_OK &&
+        message->FindPoint("_drop_point_", &drop) == B_OK)
+        window->ConvertFromScreen(&drop);
+}
+
+static void call_input_handler(BMessage* message)
+{
+    void* pointer;
+    if (message->FindPointer("fi", &pointer) != B_OK || pointer == nullptr)
+        return;
+    auto* entry = static_cast<TextEntry*>(pointer);
+    if (auto* handler = reinterpret_cast<int32_t (*)(const char*)>(entry->fInputHandler))
+        handler(entry->EntryText());
+}
+
+void MyWinClass::_ChooseMenuItem(BMessage* message)
+{
+    void* item;
+    if (message->FindPointer("it", &item) != B_OK || item == nullptr)
+        return;
+    mark_chosen_item(static_cast<BMenuItem*>(item));
+    CallHandler(kMenuItem, static_cast<int32_t>(message->what));
+}
+
+void MyWinClass::_CallGadget(BMessage* message)
+{
+    void* pointer;
+    if (message->FindPointer("gd", &pointer) != B_OK)
+        return;
+    auto* gadget = static_cast<MyGadget*>(pointer);
+    if (!is_listed_gadget(gadget))
+        return;
+    if (message->what == kClickMessage) {
+        if (auto* handler = reinterpret_cast<int32_t (*)()>(gadget->action_handler))
+            handler();
+    } else if (auto* handler = reinterpret_cast<int32_t (*)(int32_t)>(gadget->value_handler)) {
+        handler(static_cast<int32_t>(message->what - kChoiceMessage));
+    }
+}
+
+void MyWinClass::MessageReceived(BMessage* message)
+{
+    if (message->what == kDragMessage)
+        print_drag(message, this);
+    call_input_handler(message);
+    _ChooseMenuItem(message);
+    _CallGadget(message);
+    BWindow::MessageReceived(message);
+}
+
+// --- hooks
+
+void MyWinClass::WindowActivated(bool active)
+{
+    if (active) {
+        WindowRecord* record = Find_By_Class(this);
+        if (record != nullptr && record->cursor != nullptr && be_app != nullptr)
+            be_app->SetCursor(record->cursor);
+        CallHandler(kActivated, kActivatedBit);
+    } else {
+        fSavedFocus = CurrentFocus();
+        CallHandler(kDeactivated, kDeactivatedBit);
+    }
+    BWindow::WindowActivated(active);
+    if (active)
+        (fSavedFocus != nullptr ? fSavedFocus : fTopView)->MakeFocus(true);
+}
+
+void MyWinClass::FrameResized(float width, float height)
+{
+    BView* focus = CurrentFocus();
+    CallHandler(kResized, kResizedBit, static_cast<int32_t>(width), static_cast<int32_t>(height));
+    fLastWidth = static_cast<int32>(width);
+    fLastHeight = static_cast<int32>(height);
+    if (fTopView->LockLooper()) {
+        fTopView->ResizeTo(width, height);
+        fTopView->Invalidate();
+        fTopView->UnlockLooper();
+    }
+    BWindow::FrameResized(width, height);
+    if (focus != nullptr)
+        focus->MakeFocus(true);
+}
+
+void MyWinClass::FrameMoved(BPoint leftTop)
+{
+    BWindow::FrameMoved(leftTop);
+    CallHandler(kMoved, kMovedBit, static_cast<int32_t>(leftTop.x),
+                static_cast<int32_t>(leftTop.y));
+}
+
+void MyWinClass::Minimize(bool minimize)
+{
+    CallHandler(kMinimized, minimize ? kMinimizedBit : kRestoredBit, minimize ? 1 : 0);
+    BWindow::Minimize(minimize);
+}
+
+void MyWinClass::Zoom(BPoint leftTop, float width, float height)
+{
+    CallHandler(kZoomed, kZoomedBit);
+    BWindow::Zoom(leftTop, width, height);
+}
+
+void MyWinClass::Hide()
+{
+    CallHandler(kHidden);
+    BWindow::Hide();
+}
+
+void MyWinClass::Show()
+{
+    CallHandler(kShown, kShownBit);
+    BWindow::Show();
+}
+
+void MyWinClass::ScreenChanged(BRect frame, color_space space)
+{
+    CallHandler(kScreenChanged, kScreenChangedBit, static_cast<int32_t>(space));
+    BWindow::ScreenChanged(frame, space);
+}
+
+void MyWinClass::WorkspaceActivated(int32 workspace, bool active)
+{
+    CallHandler(kWorkspaceActivated, kWorkspaceActivatedBit, static_cast<int32_t>(workspace),
+                active ? 1 : 0);
+    BWindow::WorkspaceActivated(workspace, active);
+}
+
+void MyWinClass::WorkspacesChanged(uint32 before, uint32 after)
+{
+    CallHandler(kWorkspacesChanged, kWorkspacesChangedBit, static_cast<int32_t>(before),
+                static_cast<int32_t>(after));
+    BWindow::WorkspacesChanged(before, after);
+}
+
+void MyWinClass::MenusBeginning()
+{
+    if (KeyMenuBar() != nullptr)
+        CallHandler(kMenusBeginning);
+    BWindow::MenusBeginning();
+}
+
+bool MyWinClass::QuitRequested()
+{
+    using Handler = int32_t (*)();
+    Handler handler = is_ending() ? nullptr : HandlerFor<Handler>(kCloseRequested, 1u << kCloseBit);
+    if (handler != nullptr && static_cast<uint8_t>(handler()) == 0)
+        return false;
+    MyWinClass* self = this;
+    defaultoutput.compare_exchange_strong(self, nullptr);
+    return true;
+}
+
+// --- exported
+
+static void discard(MyWinClass* window)
+{
+    if (window->Lock())
+        window->Quit();
+}
+
+extern "C" int32_t OpenWindow(int32_t x, int32_t y, int32_t width, int32_t height)
+{
+    if (width < 0 || height < 0 || registry_list(kWindows) == nullptr) {
+        show_dbg(kBadArgument, 0, __func__);
+        return 0;
+    }
+    auto* record = static_cast<WindowRecord*>(MyAlloc(sizeof(WindowRecord)));
+    if (record == nullptr)
+        return 0;
+    const auto left = static_cast<float>(x);
+    const auto top = static_cast<float>(y);
+    const BRect frame(left, top, left + static_cast<float>(width), top + static_cast<float>(height));
+    const auto ident = static_cast<int32_t>(GetUniqueID());
+    auto* window = new (std::nothrow) MyWinClass(ident, frame, B_TITLED_WINDOW, 0, "");
+    if (window != nullptr) {
+        record->window = window;
+        record->ident = ident;
+        if (window->IsReady() && add_window(record)) {
+            if (x < 0 || y < 0)
+                window->ResizeTo(static_cast<float>(width), static_cast<float>(height));
+            window->Show();
+            return ident;
+        }
+        discard(window);
+    }
+    MyFree(record);
+    show_dbg(kNoMemory, ident, __func__);
+    return 0;
+}
+
+extern "C" void CloseWindow(int32_t ident)
+{
+    WindowRecord* record = LLFindWindow(ident, __func__);
+    if (record == nullptr || !record->window->Lock())
+        return;
+    if (is_window_ident(ident))
+        record->window->Quit();
+    else
+        record->window->Unlock();
+}
+
+extern "C" void SetHandlerForWindow(int32_t ident, int32_t slot, void* handler)
+{
+    WindowRecord* record = LLFindWindow(ident, __func__);
+    if (record == nullptr)
+        return;
+    if (static_cast<uint32_t>(slot) >= kWindowSlots) {
+        show_dbg(kBadArgument, ident, __func__);
+        return;
+    }
+    if (record->window->Lock()) {
+        if (is_window_ident(ident))
+            record->window->fHandlers[slot].store(handler, std::memory_order_release);
+        record->window->Unlock();
+    }
+}
