@@ -134,7 +134,9 @@ private:
     void _Init(int32 priority);
     void _RunLoop();
     bool _NextTurn(BPrivate::LooperSlot* slot, int32 token, bigtime_t* deadline);
-    void _Deliver(BMessage* message);
+    // Finds the target of a message out of the queue, and runs filters and dispatch. A window
+    // overrides it to find the targets of pointer and keys.
+    virtual void _Deliver(BMessage* message);
     BHandler* _Target(BMessage* message) const;
     BHandler* _Filter(BMessage* message, BHandler* target);
     BHandler* _ApplyFilters(BList* filters, BMessage* message, BHandler* target);
@@ -142,6 +144,8 @@ private:
     void _QuitAsked(BMessage* message);
     void _Forget();
     status_t _Post(BMessage* message, int32 handlerToken, BHandler* replyTo);
+    // Queues the message itself, for the looper as its target. Adopts it, even when it fails.
+    status_t _Queue(BMessage* message);
     static status_t _ThreadEntry(void* looper);
 
     BPrivate::LooperSlot* fSlot;  // lock, queue and thread; outlives the looper
