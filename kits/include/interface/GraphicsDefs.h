@@ -3,10 +3,15 @@
 
 #include <SupportDefs.h>
 
+// What bitmaps_support_space() tells of a colour space.
 enum {
     B_VIEWS_SUPPORT_DRAW_BITMAP = 1,
     B_BITMAPS_SUPPORT_ATTACHED_VIEWS = 2,
-    B_BITMAPS_SUPPORT_OVERLAY = 4,
+    B_BITMAPS_SUPPORT_OVERLAY = 4
+};
+
+// Screen resolutions.
+enum {
     B_8_BIT_640x480 = 1,
     B_8_BIT_800x600 = 2,
     B_8_BIT_1024x768 = 4,
@@ -43,6 +48,7 @@ enum buffer_layout {
     B_BUFFER_NONINTERLEAVED = 1
 };
 
+// How a drawing meets the pixels below it.
 enum drawing_mode {
     B_OP_COPY = 0,
     B_OP_OVER = 1,
@@ -80,6 +86,7 @@ enum alpha_function {
     B_ALPHA_COMPOSITE_DARKEN = 13
 };
 
+// 8 x 8 pixels, a byte a row, the left one in the top bit: set bits take the high colour.
 struct pattern {
     uint8 data[8];
 };
@@ -89,15 +96,29 @@ struct rgb_color {
     uint8 green;
     uint8 blue;
     uint8 alpha;
-    rgb_color& set_to(uint8 r, uint8 g, uint8 b, uint8 a = 255);
-    int32 Brightness() const;
-    bool IsDark() const;
-    bool IsLight() const;
-    static int32 Contrast(rgb_color colorA, rgb_color colorB);
-    bool operator==(const rgb_color& other) const;
-    bool operator!=(const rgb_color& other) const;
+
+    rgb_color& set_to(uint8 r, uint8 g, uint8 b, uint8 a = 255)
+    {
+        red = r;
+        green = g;
+        blue = b;
+        alpha = a;
+        return *this;
+    }
+    int32 Brightness() const;  // 0 to 255, as the eye weighs the components
+    bool IsDark() const { return Brightness() <= 127; }
+    bool IsLight() const { return !IsDark(); }
+    static int32 Contrast(rgb_color colorA, rgb_color colorB);  // difference of brightness
+    bool operator==(const rgb_color& other) const
+    {
+        return red == other.red && green == other.green && blue == other.blue &&
+               alpha == other.alpha;
+    }
+    bool operator!=(const rgb_color& other) const { return !(*this == other); }
 };
 
+// The system palette: its colours, each one's nearest inverse, and the nearest index of every
+// colour of 5 bits a component (red << 10 | green << 5 | blue).
 struct color_map {
     int32 id;
     rgb_color color_list[256];
@@ -201,38 +222,42 @@ enum color_space {
     B_BIG_RGB_16_BIT = 4112
 };
 
-extern const pattern B_SOLID_HIGH;   // {{0xff, 0xff, 0xff, 0xff, 0xff, 0xff, 0xff, 0xff}}
-extern const pattern B_MIXED_COLORS;   // {{0xaa, 0x55, 0xaa, 0x55, 0xaa, 0x55, 0xaa, 0x55}}
-extern const pattern B_SOLID_LOW;   // {{0, 0, 0, 0, 0, 0, 0, 0}}
-extern const rgb_color B_TRANSPARENT_COLOR;   // {0x77, 0x74, 0x77, 0x00}
+extern const pattern B_SOLID_HIGH;
+extern const pattern B_MIXED_COLORS;  // a chequerboard
+extern const pattern B_SOLID_LOW;
+
+// The colour that stands for "no pixel" in bitmaps, and what it looks like in their memory.
+extern const rgb_color B_TRANSPARENT_COLOR;
+extern const rgb_color B_TRANSPARENT_32_BIT;
 extern const uint8 B_TRANSPARENT_MAGIC_CMAP8;
 extern const uint16 B_TRANSPARENT_MAGIC_RGBA15;
 extern const uint16 B_TRANSPARENT_MAGIC_RGBA15_BIG;
 extern const uint32 B_TRANSPARENT_MAGIC_RGBA32;
 extern const uint32 B_TRANSPARENT_MAGIC_RGBA32_BIG;
 extern const uint8 B_TRANSPARENT_8_BIT;
-extern const rgb_color B_TRANSPARENT_32_BIT;   // {0x77, 0x74, 0x77, 0x00}
+
 extern const screen_id B_MAIN_SCREEN_ID;
 
-extern const pattern B_SOLID_HIGH;
-extern const pattern B_MIXED_COLORS;
-extern const pattern B_SOLID_LOW;
-extern const rgb_color B_TRANSPARENT_COLOR;
-extern const uint8 B_TRANSPARENT_MAGIC_CMAP8;
-extern const uint16 B_TRANSPARENT_MAGIC_RGBA15;
-extern const uint16 B_TRANSPARENT_MAGIC_RGBA15_BIG;
-extern const uint32 B_TRANSPARENT_MAGIC_RGBA32;
-extern const uint32 B_TRANSPARENT_MAGIC_RGBA32_BIG;
-extern const uint8 B_TRANSPARENT_8_BIT;
-extern const rgb_color B_TRANSPARENT_32_BIT;
-extern const screen_id B_MAIN_SCREEN_ID;
 bool operator==(const pattern& a, const pattern& b);
 bool operator!=(const pattern& a, const pattern& b);
-rgb_color make_color(uint8 red, uint8 green, uint8 blue, uint8 alpha = 255);
+
+inline rgb_color make_color(uint8 red, uint8 green, uint8 blue, uint8 alpha = 255)
+{
+    return {red, green, blue, alpha};
+}
+// `amount` 0 gives the first colour, 255 the second; alpha is mixed like the others.
 rgb_color mix_color(rgb_color color1, rgb_color color2, uint8 amount);
+// The same, but a colour counts the less the more transparent it is.
 rgb_color blend_color(rgb_color color1, rgb_color color2, uint8 amount);
+// `color` faded for something that can not be used, in front of `background`.
 rgb_color disable_color(rgb_color color, rgb_color background);
+
+// Whether bitmaps of this colour space can be made; B_VIEWS_SUPPORT_DRAW_BITMAP and
+// B_BITMAPS_SUPPORT_ATTACHED_VIEWS in `_supportFlags` (may be null) say what works with them.
 bool bitmaps_support_space(color_space space, uint32* _supportFlags);
-status_t get_pixel_size_for(color_space space, size_t* _pixelChunk, size_t* _rowAlignment, size_t* _pixelsPerChunk);
+// Bytes of the smallest piece of memory with whole pixels, what rows are padded to, and how many
+// pixels the piece has; each may be null. B_BAD_VALUE for a space without whole pixels.
+status_t get_pixel_size_for(color_space space, size_t* _pixelChunk, size_t* _rowAlignment,
+                            size_t* _pixelsPerChunk);
 
 #endif  // _GRAPHICSDEFS_H
