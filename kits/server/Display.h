@@ -56,6 +56,7 @@ struct Event {
     int32 repeat = 0;     // 0 for the first, then from 2
     uint8 states[16] = {};
     char bytes[8] = {};   // UTF-8
+    int32 byteCount = 0;  // 1 also for Control with Space, whose byte is 0; 0: the key is unmapped
     float wheelX = 0, wheelY = 0;
     BRect frame;
     bool active = false;
@@ -139,6 +140,19 @@ void SetClickSpeed(bigtime_t speed);
 // The window of this process under a place on the screen, null if none. Only to be compared or
 // used while the caller knows that the window lives.
 EventSink* SinkAt(BPoint screenWhere, BPoint* where);
+
+// Workspaces. The host's where it has some, else one; those in memory are four.
+int32 CountWorkspaces();
+int32 CurrentWorkspace();
+void ActivateWorkspace(int32 workspace);
+void SetWorkspaceCount(int32 count);
+
+// Microseconds since the last input of any kind.
+bigtime_t IdleTime();
+
+// Whether a press that activates a window also reaches it; true from the start.
+bool AcceptsFirstClick();
+void SetAcceptsFirstClick(bool accept);
 
 void SetAppCursor(const BCursor* cursor);  // of all windows without a view cursor
 void SetCursorHidden(bool hidden);
