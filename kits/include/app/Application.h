@@ -87,7 +87,6 @@ public:
 private:
     void _InitApp(const char* signature, status_t* error);
     bigtime_t _Idle() override;
-    bool _AskLoopers();
     void _QuitLoopers();
     void _PostLaunchMessages();
     void _ArgvReceived(BMessage* message);
@@ -95,8 +94,7 @@ private:
 
     std::string fSignature;
     status_t fInitStatus;
-    bool fLaunching;
-    bool fQuitAgreed;
+    std::atomic<bool> fLaunching;
     std::atomic<bool> fCursorHidden;
     bigtime_t fPulseRate;  // application locked, as the next two
     bigtime_t fNextPulse;

@@ -16,6 +16,8 @@ class BMessageFilter;
 
 namespace BPrivate {
 class ObserverList;
+struct LooperLoop;
+struct LooperTable;
 }
 
 #define B_OBSERVE_WHAT_CHANGE "be:observe_change_what"
@@ -85,6 +87,8 @@ private:
     friend class BLooper;
     friend class BMessageFilter;
     friend class BMessenger;
+    friend struct BPrivate::LooperLoop;
+    friend struct BPrivate::LooperTable;
 
     BHandler(const BHandler&) = delete;
     BHandler& operator=(const BHandler&) = delete;

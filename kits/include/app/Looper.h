@@ -15,7 +15,7 @@ class BMessageFilter;
 class BMessageQueue;
 
 namespace BPrivate {
-class FilterChain;
+struct LooperLoop;
 struct LooperSlot;
 struct LooperTable;
 }
@@ -37,7 +37,7 @@ public:
     virtual status_t Archive(BMessage* data, bool deep = true) const;
 
     /* Queue a copy of the message, and return at once. Without a handler argument the target is
-       the looper itself, with a null handler the preferred one. Any thread. B_BAD_HANDLER if the
+       the looper itself, with a null handler the preferred one. Any thread. B_BAD_PORT_ID if the
        looper is gone, B_MISMATCHED_VALUES if the handler belongs to another. */
     status_t PostMessage(uint32 command);
     status_t PostMessage(BMessage* message);
@@ -111,42 +111,42 @@ private:
     friend class BHandler;
     friend class BMessenger;
     friend class BWindow;
+    friend struct BPrivate::LooperLoop;
     friend struct BPrivate::LooperTable;
 
     BLooper(const BLooper&) = delete;
     BLooper& operator=(const BLooper&) = delete;
 
-    /* The loop's own hook, called on its thread with the looper locked: whenever the queue is
-       empty, and after each dispatched message. Does what is due (presents finished pixels, posts
-       a pulse) and returns the system_time() at which it wants to be called again at the latest;
-       B_INFINITE_TIMEOUT if nothing is due. It may post messages, and must make progress: a time
-       in the past means another call without a wait. An override is all that a subclass needs. */
+    // The loop's own hook, called on its thread with the looper locked: whenever the queue is
+    // empty, and after each dispatched message. Does what is due (presents finished pixels, posts
+    // a pulse) and returns the system_time() at which it wants to be called again at the latest;
+    // B_INFINITE_TIMEOUT if nothing is due. It may post messages, and must make progress: a time
+    // in the past means another call without a wait. An override is all that a subclass needs.
     virtual bigtime_t _Idle();
-    /* Makes the loop call _Idle() soon. Any thread, locked or not; of many calls one wakes it.
-       Set what _Idle() is to see before. Nothing happens if the loop does not run. */
+    // Makes the loop call _Idle() soon. Any thread, locked or not; of many calls one wakes it. Set
+    // what _Idle() is to see before. Nothing happens if the loop does not run.
     void _Wake();
 
-    /* What kind of looper this is, told once by the constructor of a window. An offscreen window
-       has a lock but never a thread: Run() does nothing, Quit() only deletes it. */
+    // What kind of looper this is, told once by the constructor of a window. An offscreen window
+    // has a lock but never a thread: Run() does nothing, Quit() only deletes it.
     enum class Kind : uint8 { Looper, Application, Window, Offscreen };
     void _SetKind(Kind kind);
 
     void _Init(int32 priority);
-    void _RunLoop();
-    bool _NextTurn(BPrivate::LooperSlot* slot, int32 token, bigtime_t* deadline);
-    // Finds the target of a message out of the queue, and runs filters and dispatch. A window
-    // overrides it to find the targets of pointer and keys.
+    // One message out of the queue: finds its target and calls _DispatchTo(). The loop deletes the
+    // message afterwards, unless it was detached. A window overrides it to find the targets of
+    // pointer and keys.
     virtual void _Deliver(BMessage* message);
+    // Filters, then DispatchMessage(). CurrentMessage() is set by the loop. A null target, or one
+    // of another looper, drops the message.
+    void _DispatchTo(BMessage* message, BHandler* target);
     BHandler* _Target(BMessage* message) const;
     BHandler* _Filter(BMessage* message, BHandler* target);
     BHandler* _ApplyFilters(BList* filters, BMessage* message, BHandler* target);
     BHandler* _ResolveSpecifiers(BMessage* message, BHandler* target);
     void _QuitAsked(BMessage* message);
-    void _Forget();
-    status_t _Post(BMessage* message, int32 handlerToken, BHandler* replyTo);
     // Queues the message itself, for the looper as its target. Adopts it, even when it fails.
     status_t _Queue(BMessage* message);
-    static status_t _ThreadEntry(void* looper);
 
     BPrivate::LooperSlot* fSlot;  // lock, queue and thread; outlives the looper
     BMessage* fCurrent;           // loop's thread; the loop owns it

@@ -8,6 +8,10 @@ class BHandler;
 class BLooper;
 class BMessage;
 
+namespace BPrivate {
+struct MessengerAccess;
+}
+
 /* Names a handler and its looper without keeping them alive: a messenger whose target is gone
    only fails. A plain value; any thread. */
 class BMessenger {
@@ -54,6 +58,7 @@ public:
 private:
     friend class BLooper;
     friend class BMessage;
+    friend struct BPrivate::MessengerAccess;
     friend bool operator<(const BMessenger& a, const BMessenger& b);
 
     BMessenger(team_id team, int32 looper, int32 handler);

@@ -1,0 +1,111 @@
+// The table behind the tokens: what stands behind each number, under one lock that is only ever
+// held for a look-up.
+
+#include "app/Tokens.h"
+
+#include <mutex>
+#include <unordered_map>
+
+#include "support/Futex.h"
+
+namespace BPrivate {
+namespace {
+
+struct Entry {
+    BHandler* handler;
+    LooperSlot* slot;
+    ReplyWaiter* waiter;
+};
+
+struct Table {
+    std::mutex lock;
+    std::unordered_map<int32, Entry> entries;
+    int32 last = 0;
+};
+
+// Never destroyed: static handlers go after it would.
+Table& table()
+{
+    static Table* sTable = new Table;
+    return *sTable;
+}
+
+int32 add(const Entry& entry)
+{
+    Table& tokens = table();
+    std::lock_guard<std::mutex> guard(tokens.lock);
+    do {
+        tokens.last = tokens.last == INT32_MAX ? 1 : tokens.last + 1;
+    } while (!tokens.entries.try_emplace(tokens.last, entry).second);
+    return tokens.last;
+}
+
+template <class Result>
+Result look_up(int32 token, Result Entry::*member)
+{
+    Table& tokens = table();
+    std::lock_guard<std::mutex> guard(tokens.lock);
+    auto found = tokens.entries.find(token);
+    return found != tokens.entries.end() ? found->second.*member : Result();
+}
+
+}  // namespace
+
+int32 Tokens::Add(BHandler* handler)
+{
+    return add(Entry{handler, nullptr, nullptr});
+}
+
+int32 Tokens::AddWaiter(ReplyWaiter* waiter)
+{
+    return add(Entry{nullptr, nullptr, waiter});
+}
+
+void Tokens::Remove(int32 token)
+{
+    Table& tokens = table();
+    std::lock_guard<std::mutex> guard(tokens.lock);
+    tokens.entries.erase(token);
+}
+
+void Tokens::BindSlot(int32 token, LooperSlot* slot)
+{
+    Table& tokens = table();
+    std::lock_guard<std::mutex> guard(tokens.lock);
+    auto found = tokens.entries.find(token);
+    if (found != tokens.entries.end())
+        found->second.slot = slot;
+}
+
+BHandler* Tokens::HandlerFor(int32 token)
+{
+    return look_up(token, &Entry::handler);
+}
+
+LooperSlot* Tokens::SlotFor(int32 token)
+{
+    return look_up(token, &Entry::slot);
+}
+
+bool Tokens::IsWaiter(int32 token)
+{
+    return look_up(token, &Entry::waiter) != nullptr;
+}
+
+bool Tokens::Answer(int32 token, BMessage* reply)
+{
+    // The lock keeps the waiting sender from leaving while its waiter is written.
+    Table& tokens = table();
+    std::lock_guard<std::mutex> guard(tokens.lock);
+    auto found = tokens.entries.find(token);
+    if (found == tokens.entries.end() || found->second.waiter == nullptr)
+        return false;
+    ReplyWaiter* waiter = found->second.waiter;
+    waiter->reply = reply;
+    waiter->answered.store(1, std::memory_order_release);
+    futex_wake(waiter->answered, 1);
+    tokens.entries.erase(found);  // one answer is enough
+    return true;
+}
+
+}  // namespace BPrivate

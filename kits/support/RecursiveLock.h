@@ -1,0 +1,143 @@
+#ifndef SUPPORT_RECURSIVE_LOCK_H
+#define SUPPORT_RECURSIVE_LOCK_H
+
+#include <OS.h>
+
+#include <atomic>
+
+#include <sched.h>
+
+#include "support/Futex.h"
+
+namespace BPrivate {
+
+// The calling thread's id, as find_thread(nullptr) gives it, from a word of the thread's own.
+inline constinit thread_local thread_id tThread
+    __attribute__((visibility("hidden"), tls_model("initial-exec"))) = 0;
+
+inline thread_id current_thread()
+{
+    if (__builtin_expect(tThread == 0, 0))
+        tThread = find_thread(nullptr);
+    return tThread;
+}
+
+// A lock that its holder may take again. Free, it costs two atomic operations a pair; contended,
+// the waiting threads sleep in the kernel. It needs no construction beyond zeroes.
+class RecursiveLock {
+public:
+    constexpr RecursiveLock() = default;
+    RecursiveLock(const RecursiveLock&) = delete;
+    RecursiveLock& operator=(const RecursiveLock&) = delete;
+
+    void Lock() { LockUntil(B_INFINITE_TIMEOUT); }
+
+    // False if the lock was not free before system_time() reached `deadline`. 0 only tries.
+    bool LockUntil(bigtime_t deadline)
+    {
+        const thread_id me = current_thread();
+        if (fOwner.load(std::memory_order_relaxed) == me) {
+            ++fDepth;
+            return true;
+        }
+        uint32 state = kFree;
+        if (!fState.compare_exchange_strong(state, kHeld, std::memory_order_acquire,
+                                            std::memory_order_relaxed)
+            && !_Wait(deadline))
+            return false;
+        fOwner.store(me, std::memory_order_relaxed);
+        fDepth = 1;
+        return true;
+    }
+
+    // Does nothing if the calling thread does not hold the lock.
+    void Unlock()
+    {
+        if (fOwner.load(std::memory_order_relaxed) != current_thread() || --fDepth > 0)
+            return;
+        _Release();
+    }
+
+    // Gives all levels back; returns how many there were, for LockTimes().
+    int32 UnlockAll()
+    {
+        if (fOwner.load(std::memory_order_relaxed) != current_thread())
+            return 0;
+        const int32 depth = fDepth;
+        fDepth = 0;
+        _Release();
+        return depth;
+    }
+
+    void LockTimes(int32 depth)
+    {
+        if (depth <= 0)
+            return;
+        Lock();
+        fDepth += depth - 1;
+    }
+
+    // Unlocks, and lets a thread that waits have its turn before the caller comes back for the
+    // lock: a loop that takes it again and again would starve the others.
+    void UnlockFairly()
+    {
+        const bool others = fWaiting.load(std::memory_order_relaxed) > 0;
+        const uint32 grants = fGrants.load(std::memory_order_relaxed);
+        Unlock();
+        if (!others || IsMine())
+            return;
+        const bigtime_t limit = system_time() + kTurn;
+        while (fGrants.load(std::memory_order_relaxed) == grants
+               && fWaiting.load(std::memory_order_relaxed) > 0 && system_time() < limit)
+            sched_yield();
+    }
+
+    bool IsMine() const { return fOwner.load(std::memory_order_relaxed) == current_thread(); }
+    // 0 if the lock is free.
+    thread_id Owner() const { return fOwner.load(std::memory_order_relaxed); }
+    // Levels of the calling thread.
+    int32 Depth() const { return IsMine() ? fDepth : 0; }
+    // Threads that hold or want the lock.
+    int32 Requests() const
+    {
+        return static_cast<int32>(fWaiting.load(std::memory_order_relaxed)) + (Owner() != 0);
+    }
+
+private:
+    enum : uint32 { kFree, kHeld, kContended };  // contended: somebody may sleep
+    static constexpr bigtime_t kTurn = 2000;     // microseconds, for a waiting thread to come
+
+    void _Release()
+    {
+        fOwner.store(0, std::memory_order_relaxed);
+        if (fState.exchange(kFree, std::memory_order_release) == kContended)
+            futex_wake(fState, 1);
+    }
+
+    bool _Wait(bigtime_t deadline)
+    {
+        fWaiting.fetch_add(1, std::memory_order_relaxed);
+        bool locked = true;
+        while (fState.exchange(kContended, std::memory_order_acquire) != kFree) {
+            if (deadline != B_INFINITE_TIMEOUT && system_time() >= deadline) {
+                locked = false;
+                break;
+            }
+            futex_wait(fState, kContended, deadline);
+        }
+        fWaiting.fetch_sub(1, std::memory_order_relaxed);
+        if (locked)
+            fGrants.fetch_add(1, std::memory_order_relaxed);
+        return locked;
+    }
+
+    std::atomic<uint32> fState{kFree};
+    std::atomic<thread_id> fOwner{0};
+    int32 fDepth = 0;                   // the owner's
+    std::atomic<uint32> fWaiting{0};
+    std::atomic<uint32> fGrants{0};     // how often somebody who had to wait got the lock
+};
+
+}  // namespace BPrivate
+
+#endif  // SUPPORT_RECURSIVE_LOCK_H
