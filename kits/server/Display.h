@@ -41,11 +41,17 @@ enum class EventKind : uint8 {
     TextDropped,     // text, where, screenWhere, buttons, modifiers
 };
 
+class EventSink;
+
 struct Event {
     EventKind kind;
     bigtime_t when = 0;   // system_time() base
     BPoint where;         // in the window's content
     BPoint screenWhere;
+    // Pointer events: the window of this process whose content is under the pointer (null for
+    // none), which is another one than the target while a button is held; and the place in it.
+    EventSink* under = nullptr;
+    BPoint underWhere;
     int32 buttons = 0;
     int32 button = 0;     // the one that changed
     int32 clicks = 0;     // from 1; starts anew with another button, place, window or modifier

@@ -178,6 +178,10 @@ Event Stage::_PointerEvent(EventKind kind, const ScreenWindow* window) const
     event.when = fLastInput;
     event.screenWhere = fPointer;
     event.where = fPointer - window->Frame().LeftTop();
+    if (ScreenWindow* under = ContentAt(fPointer)) {
+        event.under = under->Sink();
+        event.underWhere = fPointer - under->Frame().LeftTop();
+    }
     event.buttons = fButtons;
     event.modifiers = fKeyboard.Modifiers();
     return event;
