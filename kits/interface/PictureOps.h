@@ -1,0 +1,108 @@
+#ifndef INTERFACE_PICTURE_OPS_H
+#define INTERFACE_PICTURE_OPS_H
+
+// The drawing calls that a picture holds: one after the other an operation and its arguments, as
+// their bytes. Flattened pictures are the same bytes, so an operation keeps its number.
+
+#include <GraphicsDefs.h>
+#include <SupportDefs.h>
+
+#include <cstring>
+#include <memory>
+#include <type_traits>
+#include <vector>
+
+class BBitmap;
+class BPicture;
+class BView;
+
+namespace BPrivate {
+
+enum class PictureOp : uint8 {
+    End,
+    MovePenTo,
+    StrokeLine,
+    LineArray,
+    StrokePolygon,
+    FillPolygon,
+    StrokeRect,
+    FillRect,
+    FillRegion,
+    InvertRect,
+    StrokeRoundRect,
+    FillRoundRect,
+    StrokeEllipse,
+    FillEllipse,
+    StrokeArc,
+    FillArc,
+    StrokeBezier,
+    FillBezier,
+    StrokeShape,
+    FillShape,
+    DrawString,
+    DrawStringAt,
+    DrawBitmap,
+    DrawTiledBitmap,
+    DrawPicture,
+    CopyBits,
+    HighColor,
+    LowColor,
+    DrawingMode,
+    BlendingMode,
+    PenSize,
+    LineMode,
+    FillRule,
+    Origin,
+    Scale,
+    Transform,
+    Font,
+    PushState,
+    PopState,
+    ClipRegion,  // null region: none
+    ClipToRect,
+    ClipToInverseRect,
+    ClipToShape,
+    ClipToPicture,
+    Count
+};
+
+// A run of values as an argument.
+template <class Value>
+struct Span {
+    const Value* values;
+    int32 count;
+};
+
+struct [[gnu::visibility("hidden")]] PictureData {
+    std::vector<uint8> bytes;
+    std::vector<std::shared_ptr<const BBitmap>> bitmaps;          // drawn by index
+    std::vector<std::shared_ptr<const PictureData>> pictures;     // likewise
+
+    template <class... Args>
+    void Add(PictureOp op, const Args&... args)
+    {
+        bytes.push_back(uint8(op));
+        (Put(args), ...);
+    }
+    template <class Value>
+    void Put(const Value& value)
+    {
+        static_assert(std::is_trivially_destructible_v<Value>);
+        const uint8* from = reinterpret_cast<const uint8*>(&value);
+        bytes.insert(bytes.end(), from, from + sizeof(Value));
+    }
+    template <class Value>
+    void Put(const Span<Value>& span)
+    {
+        Put(span.count);
+        const uint8* from = reinterpret_cast<const uint8*>(span.values);
+        bytes.insert(bytes.end(), from, from + sizeof(Value) * size_t(span.count));
+    }
+
+    // Draws it in a view; what is damaged ends it.
+    void Play(BView* view, int depth = 0) const;
+};
+
+}  // namespace BPrivate
+
+#endif  // INTERFACE_PICTURE_OPS_H
