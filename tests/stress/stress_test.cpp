@@ -29,7 +29,7 @@ int32_t random_window()
 void draw_into(int32_t window, int32_t seed)
 {
     SetForeColor(window, static_cast<uint32_t>(seed) * 2654435761u | 255, 0xFFFFFFFF);
-    FRectangle(window, seed % 180, seed % 70, 40, 30);
+    FRectangle(window, std::abs(seed) % 180, seed % 70, 40, 30);
     Line(window, 0, 0, seed % 300, seed % 200);
     FCircle(window, seed % 200, seed % 150, seed % 40);
     MoveTo(window, seed % 100, 20);
@@ -38,44 +38,38 @@ void draw_into(int32_t window, int32_t seed)
     Blit(window, 0, 0, 50, 50, seed % 100, seed % 100);
 }
 
-void on_mouse(int32_t x, int32_t y, int32_t button, int32_t)
-{
-    sCalls++;
-    draw_into(random_window(), x * 7 + y);
-    if (button == 4)
-        CloseWindow(random_window());
-}
+// Handlers draw into their own window only: it is locked, and to wait for a second lock while
+// another handler waits for this one would never end.
+template <int place>
+struct Handlers {
+    static void MouseDown(int32_t x, int32_t y, int32_t button, int32_t)
+    {
+        sCalls++;
+        draw_into(sIdents[place], x * 7 + y);
+        if (button == 4)
+            CloseWindow(sIdents[place]);
+    }
+    static void TwoNumbers(int32_t a, int32_t b)
+    {
+        sCalls++;
+        draw_into(sIdents[place], a + b * 3);
+    }
+    static int32_t Close() { return 1; }
+};
 
-void on_move(int32_t x, int32_t y)
+template <int place>
+void open_at()
 {
-    sCalls++;
-    draw_into(random_window(), x + y * 3);
-}
-
-void on_key(int32_t key, int32_t)
-{
-    sCalls++;
-    draw_into(random_window(), key);
-}
-
-void on_resize(int32_t width, int32_t height)
-{
-    sCalls++;
-    draw_into(random_window(), width + height);
-}
-
-int32_t on_close() { return 1; }
-
-void open_at(int place)
-{
+    using Own = Handlers<place>;
     const int32_t window = OpenWindow(20 + 180 * place, 60 + 40 * place, 220, 160);
-    SetHandlerForWindow(window, PLINTH_MOUSE_DOWN, reinterpret_cast<void*>(on_mouse));
-    SetHandlerForWindow(window, PLINTH_MOUSE_MOVED, reinterpret_cast<void*>(on_move));
-    SetHandlerForWindow(window, PLINTH_KEY, reinterpret_cast<void*>(on_key));
-    SetHandlerForWindow(window, PLINTH_RESIZED, reinterpret_cast<void*>(on_resize));
-    SetHandlerForWindow(window, PLINTH_CLOSE_REQUESTED, reinterpret_cast<void*>(on_close));
     sIdents[place] = window;
+    SetHandlerForWindow(window, PLINTH_MOUSE_DOWN, reinterpret_cast<void*>(Own::MouseDown));
+    for (int32_t slot : {PLINTH_MOUSE_MOVED, PLINTH_KEY, PLINTH_RESIZED, PLINTH_MOVED})
+        SetHandlerForWindow(window, slot, reinterpret_cast<void*>(Own::TwoNumbers));
+    SetHandlerForWindow(window, PLINTH_CLOSE_REQUESTED, reinterpret_cast<void*>(Own::Close));
 }
+
+void (*const kOpeners[kWindows])() = {open_at<0>, open_at<1>, open_at<2>, open_at<3>};
 
 void inject_something(std::minstd_rand& random)
 {
@@ -109,7 +103,7 @@ TEST(Stress, WindowsThreadsAndInputTogether)
     const bigtime_t end = system_time() + (seconds != nullptr ? atoi(seconds) : 3) * 1'000'000LL;
     std::minstd_rand random(4711);
     for (int i = 0; i < kWindows; i++)
-        open_at(i);
+        kOpeners[i]();
     int32_t opened = kWindows;
     while (system_time() < end) {
         for (int i = 0; i < 20; i++)
@@ -119,7 +113,7 @@ TEST(Stress, WindowsThreadsAndInputTogether)
         if (random() % 16 == 0)
             CloseWindow(sIdents[place]);
         if (!is_window_ident(sIdents[place])) {
-            open_at(place);
+            kOpeners[place]();
             opened++;
         }
     }
