@@ -88,7 +88,130 @@ void FreeList(void);
 
 /* ---- Strings --------------------------------------------------------------------------------- */
 
+/* Text is bytes up to a zero; a null text counts as the empty one. Results live in a ring of sixteen
+   slots of 257 bytes: copy one before sixteen more slots are taken. Mid and MidStr take two slots,
+   searches two for every position they examine. Where no terminator is written, a result goes on
+   with what its slot held before. */
+
+/* Returns the first `n` bytes of `s`, at most 257; a negative `n` stands for all. No terminator is
+   written if `s` is longer than `n`. */
+char *Left(const char *s, int32_t n);
+
+/* Returns the last `n` bytes of `s`, at most 257. No terminator is written unless `n` exceeds the
+   length. */
+char *Right(const char *s, int32_t n);
+
+/* Returns `count` bytes of `s` from the 1-based `start` (0 counts as 1), at most 257; with -1 the
+   rest. "" past the end and for a negative start. Takes two slots; the terminator goes to
+   result[count], even if that lies in a later slot. */
+char *Mid(const char *s, int32_t start, int32_t count);
+
+/* Returns the rest of `s` from the 1-based `start`, "" past the end. Takes two slots. */
+char *MidStr(const char *s, int32_t start);
+
+/* Searches for `find` behind the first `offset` bytes of `s`. Returns its 1-based position counted
+   from there, 0 if it is not found; an empty `find` is found at 1. Takes two slots for every
+   position up to the match, or for every byte of `s`. */
+int32_t Instr(int32_t offset, const char *s, const char *find);
+
+/* Returns the length of `s` in bytes. */
+int32_t Len(const char *s);
+
+/* Returns `n` blanks, "" for 0 and less; from 257 on without a terminator. */
+char *Space(int32_t n);
+
+/* Returns `s` repeated `n` times, "" for 0 and less; from 257 bytes on cut and without a
+   terminator. */
+char *String(int32_t n, const char *s);
+
+/* Returns the text of the one byte `c`. */
+char *Chr(uint8_t c);
+
+/* Returns the first byte of `s` as a signed number, 0 for "". */
+int32_t Chr2(const char *s);
+
+/* Return the first 257 bytes of `s` in lower and in upper case. Bytes from 0x80 on follow the C
+   library. */
+char *Lcase(const char *s);
+char *Ucase(const char *s);
+
+/* Returns `s` in lower case, its first byte in upper case. */
+char *TitleCase(const char *s);
+
+/* Returns `s` without leading blanks. Takes a slot, two for each leading blank, and four. */
+char *Ltrim(const char *s);
+
+/* Returns `s` up to the first blank behind its leading blanks, which stay. */
+char *Rtrim(const char *s);
+
+/* Returns `s` without its leading blanks and without its last blank and what follows that one. The
+   result begins inside its slot. */
+char *Trim(const char *s);
+
+/* Returns what stands before the first `sep` in `s`: all if there is none, "" for an empty `sep`.
+   At most 256 bytes. Takes a slot, two for each position examined, and two if there is one. */
+char *Extract(const char *s, const char *sep);
+
+/* Returns the first 257 bytes of `s` with every `find` replaced by `repl`, also where a replacement
+   makes a new one, cut at 256 bytes. A replacement that never ends stops when the text no longer
+   changes or fits. Takes a slot, two for each position examined and four for each replacement. */
+char *Replace(const char *s, const char *find, const char *repl);
+
+/* Returns the directory part of `path`, made absolute, with a slash at its end; "" if the path
+   cannot be made. Lives until the next call. */
+char *ExtractPathName(const char *path);
+
+/* Returns the last part of `path`, "" if the path cannot be made. Lives until the next call. */
+char *ExtractFileName(const char *path);
+
+/* Returns `x` with six significant digits, in exponent form if it is very large or small ("%g"). */
+char *Str(double x);
+
+/* As Str, with a comma for the decimal point. */
+char *Cstr(double x);
+
+/* Returns the number at the start of `s`: blanks before it are skipped, what follows is ignored; 0
+   if there is none. The decimal point is "." in every locale. */
+double Val(const char *s);
+
+/* As Val, with the first comma of `s` taken for the decimal point. Looks at 1023 bytes. */
+double Cdbl(const char *s);
+
+/* Returns `x` formatted as `fmt` says, a text with one floating conversion as printf has it
+   ("%.2f"), cut at 256 bytes. Any other `fmt` is returned as it stands. */
+char *Format(double x, const char *fmt);
+
+/* Return `n` in octal, hexadecimal and binary digits, without leading zeros. Oct takes a slot, the
+   others' results live until their next call. */
+char *Oct(uint32_t n);
+char *Hex(uint32_t n);
+char *Bin(int32_t n);
+
 /* ---- Console, numbers, sorting --------------------------------------------------------------- */
+
+/* Writes `x` to standard output, with up to six decimals that end at the first zero among them: 3.5
+   as "3.5", 3 as "3", 1.05 as "1". Returns the number of bytes, negative if that failed. */
+int32_t Print(double x);
+
+/* Writes a line end to standard output. */
+void WriteCR(void);
+
+/* Returns `x` less its floor, which is taken in single precision: Frac(-1.25) is 0.75. */
+double Frac(double x);
+
+/* Returns -1 for a number below zero, 0 for zero, 1 for all else. */
+int32_t Sgn(double x);
+
+/* Returns a random integer from 0 to |n| - 1; for 0 a random number from 0 up to, but less than, 1.
+   Every call is seeded with the clock: calls in the same microsecond return the same number. */
+double Rnd(int32_t n);
+
+/* Returns `x` rounded to an integer, halves upward. Its floor is taken in single precision. */
+double Round(double x);
+
+/* Leaves the array as it is: no number of elements is passed. `type` is 0 for 16-bit and 1 for 32-bit
+   integers, 2 for singles, 3 for doubles, 4 for strings. */
+void Sort(void *base, uint32_t type);
 
 /* ---- Windows and events ---------------------------------------------------------------------- */
 
@@ -225,6 +348,62 @@ void StrokeBezier(intptr_t target, const int16_t *points);
 void PolyDraw(intptr_t target, int32_t count, const int16_t *points);
 
 /* ---- File channels --------------------------------------------------------------------------- */
+
+/* A channel is a file open for reading and writing through a buffer. Calls for an unknown channel
+   return false or 0 and change nothing. Between reading and writing on one channel a program calls
+   SeekFile or GetLof. Numbers are stored in the machine's own layout. */
+
+/* The C library's number of the last failure below; no success clears it. See GetDosErr. */
+extern int32_t dos_err;
+
+/* Opens a file: mode 0 for one that exists, mode 1 creates it or empties it. Returns the channel, 0
+   for another mode or if the file cannot be opened (dos_err is set). */
+int32_t OpenFile(const char *path, int32_t mode);
+
+/* Closes a channel; what was written is in the file. Returns true, even if the rest of it did not
+   fit on the disk (dos_err is set); false for a channel that is not open. */
+bool CloseFile(int32_t ch);
+
+/* Reads one line of channel `ch` into `buffer` (256 bytes), without its line feed; a carriage return
+   stays. A longer line goes on with the next call. Returns true if a line was read; else false,
+   `buffer` empty, and dos_err set if the C library gave a number. */
+bool ReadFile(int32_t ch, char *buffer);
+
+/* Writes the bytes of `s`, without terminator or line end. False for an empty `s`, and if not all
+   could be written. */
+bool WriteFile(int32_t ch, const char *s);
+
+/* Writes the bytes of `s`, its terminator and two zero bytes. False for an empty `s`, and if not all
+   could be written. */
+bool PrintFile(int32_t ch, const char *s);
+
+/* Write the bytes of one number. False if not all could be written. */
+bool WriteDouble(int32_t ch, double x);
+bool WriteSingle(int32_t ch, float x);
+bool WriteInteger(int32_t ch, int32_t n);
+bool WriteShort(int32_t ch, int16_t n);
+
+/* Read one number. False if not all of its bytes were there; `out` then keeps its value. */
+bool ReadDouble(int32_t ch, double *out);
+bool ReadSingle(int32_t ch, float *out);
+bool ReadInteger(int32_t ch, int32_t *out);
+bool ReadShort(int32_t ch, int16_t *out);
+
+/* Moves to `offset` bytes from the start (whence 0), from the current position (1) or from the end
+   (2). Always returns false; GetLoc tells the position. */
+bool SeekFile(int32_t ch, uint32_t whence, int32_t offset);
+
+/* Returns the length of the file (the low 32 bits of it) and moves to its start. */
+int32_t GetLof(int32_t ch);
+
+/* Returns the position in the file (the low 32 bits of it). */
+int32_t GetLoc(int32_t ch);
+
+/* Returns true once a read has failed at the end of the file. */
+bool GetEOF(int32_t ch);
+
+/* Returns dos_err, then sets it to `v` unless that is 0. */
+int32_t GetDosErr(int32_t v);
 
 #ifdef __cplusplus
 }

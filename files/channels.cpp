@@ -1,0 +1,250 @@
+// Numbered file channels over the C library's buffered streams. Main thread.
+
+#include "files/channels.h"
+
+#include "plinth.h"
+#include "runtime/registry.h"
+#include "runtime/strings.h"
+
+#include <algorithm>
+#include <errno.h>
+#include <iterator>
+#include <stdio.h>
+#include <string.h>
+
+static const int kLineSize = 256;  // with the terminator
+
+struct FileRecord {
+    FILE* stream;
+    int32_t ident;
+};
+
+int32_t dos_err = 0;
+
+static FileRecord* sLastUsed;  // the record found last; programs stay with a channel for a while
+
+// Streams belong to one thread, so their locks are left out where the C library lets us.
+template <class Stream>
+static size_t write_stream(const void* bytes, size_t size, Stream* stream)
+{
+    if constexpr (requires { fwrite_unlocked(bytes, 1, size, stream); })
+        return fwrite_unlocked(bytes, 1, size, stream);
+    else
+        return fwrite(bytes, 1, size, stream);
+}
+
+template <class Stream>
+static size_t read_stream(void* bytes, size_t size, Stream* stream)
+{
+    if constexpr (requires { fread_unlocked(bytes, 1, size, stream); })
+        return fread_unlocked(bytes, 1, size, stream);
+    else
+        return fread(bytes, 1, size, stream);
+}
+
+template <class Stream>
+static char* read_line(char* text, int size, Stream* stream)
+{
+    if constexpr (requires { fgets_unlocked(text, size, stream); })
+        return fgets_unlocked(text, size, stream);
+    else
+        return fgets(text, size, stream);
+}
+
+bool keep_error()
+{
+    GetDosErr(errno);
+    return false;
+}
+
+// Records stand in the order of their idents, counted from that of the first.
+static int32_t index_of(const BList& list, int32_t ident)
+{
+    auto** records = static_cast<FileRecord**>(list.Items());
+    FileRecord** end = records + list.CountItems();
+    if (records == end)
+        return -1;
+    const auto first = static_cast<uint32_t>(records[0]->ident);
+    FileRecord** found = std::lower_bound(records, end, ident,
+        [first](const FileRecord* record, int32_t wanted) {
+            return static_cast<uint32_t>(record->ident) - first
+                < static_cast<uint32_t>(wanted) - first;
+        });
+    return found != end && (*found)->ident == ident ? static_cast<int32_t>(found - records) : -1;
+}
+
+static FileRecord* look_up(int32_t ch)
+{
+    BList* list = registry_list(kFiles);
+    const int32_t index = list == nullptr ? -1 : index_of(*list, ch);
+    if (index < 0)
+        return nullptr;
+    sLastUsed = static_cast<FileRecord*>(list->ItemAtFast(index));
+    return sLastUsed;
+}
+
+static inline FileRecord* FindFile(int32_t ch)
+{
+    if (sLastUsed != nullptr && sLastUsed->ident == ch)
+        return sLastUsed;
+    return look_up(ch);
+}
+
+extern "C" int32_t OpenFile(const char* path, int32_t mode)
+{
+    BList* list = registry_list(kFiles);
+    if (mode < 0 || mode > 1 || list == nullptr)
+        return 0;
+    auto* record = static_cast<FileRecord*>(MyAlloc(sizeof(FileRecord)));
+    if (record == nullptr)
+        return 0;
+    record->stream = fopen(text_or_empty(path), mode == 0 ? "r+" : "w+");
+    if (record->stream == nullptr) {
+        keep_error();
+        MyFree(record);
+        return 0;
+    }
+    record->ident = static_cast<int32_t>(GetUniqueID());
+    if (!list->AddItem(record)) {
+        fclose(record->stream);
+        MyFree(record);
+        return 0;
+    }
+    return record->ident;
+}
+
+// What is still buffered may not fit on the disk; that is all a program learns of it.
+static void close_record(FileRecord* record)
+{
+    if (fclose(record->stream) != 0)
+        keep_error();
+    MyFree(record);
+}
+
+extern "C" bool CloseFile(int32_t ch)
+{
+    BList* list = registry_list(kFiles);
+    const int32_t index = list == nullptr ? -1 : index_of(*list, ch);
+    if (index < 0)
+        return false;
+    sLastUsed = nullptr;
+    close_record(static_cast<FileRecord*>(list->RemoveItem(index)));
+    return true;
+}
+
+void Close_All_File()
+{
+    sLastUsed = nullptr;
+    BList* list = registry_list(kFiles);
+    const int32_t count = list == nullptr ? 0 : list->CountItems();
+    for (int32_t i = 0; i < count; i++)
+        close_record(static_cast<FileRecord*>(list->ItemAtFast(i)));
+}
+
+extern "C" bool ReadFile(int32_t ch, char* buffer)
+{
+    if (buffer == nullptr)
+        return false;
+    buffer[0] = '\0';
+    FileRecord* record = FindFile(ch);
+    if (record == nullptr)
+        return false;
+    if (read_line(buffer, kLineSize, record->stream) == nullptr) {
+        buffer[0] = '\0';  // an error may leave half a line
+        return keep_error();
+    }
+    const size_t length = strlen(buffer);
+    if (length > 0 && buffer[length - 1] == '\n')
+        buffer[length - 1] = '\0';
+    return true;
+}
+
+static bool write_bytes(int32_t ch, const void* bytes, size_t size)
+{
+    FileRecord* record = FindFile(ch);
+    if (record == nullptr)
+        return false;
+    return write_stream(bytes, size, record->stream) == size || keep_error();
+}
+
+extern "C" bool WriteFile(int32_t ch, const char* s)
+{
+    const size_t length = strlen(text_or_empty(s));
+    return length > 0 && write_bytes(ch, s, length);
+}
+
+// Kept on purpose: the text is followed by its terminator and two more bytes, not by quotes and a
+// line feed. What lies behind the text is not ours to read, so those bytes are zero.
+extern "C" bool PrintFile(int32_t ch, const char* s)
+{
+    static const char tail[2] = {};
+    const size_t length = strlen(text_or_empty(s));
+    return length > 0 && write_bytes(ch, s, length + 1) && write_bytes(ch, tail, sizeof(tail));
+}
+
+extern "C" bool WriteDouble(int32_t ch, double x) { return write_bytes(ch, &x, sizeof(x)); }
+extern "C" bool WriteSingle(int32_t ch, float x) { return write_bytes(ch, &x, sizeof(x)); }
+extern "C" bool WriteInteger(int32_t ch, int32_t n) { return write_bytes(ch, &n, sizeof(n)); }
+extern "C" bool WriteShort(int32_t ch, int16_t n) { return write_bytes(ch, &n, sizeof(n)); }
+
+// Stores the number only if all of its bytes were read.
+template <class Number>
+static bool read_number(int32_t ch, Number* out)
+{
+    FileRecord* record = FindFile(ch);
+    if (record == nullptr || out == nullptr)
+        return false;
+    Number number;
+    if (read_stream(&number, sizeof(number), record->stream) != sizeof(number))
+        return keep_error();
+    *out = number;
+    return true;
+}
+
+extern "C" bool ReadDouble(int32_t ch, double* out) { return read_number(ch, out); }
+extern "C" bool ReadSingle(int32_t ch, float* out) { return read_number(ch, out); }
+extern "C" bool ReadInteger(int32_t ch, int32_t* out) { return read_number(ch, out); }
+extern "C" bool ReadShort(int32_t ch, int16_t* out) { return read_number(ch, out); }
+
+extern "C" bool SeekFile(int32_t ch, uint32_t whence, int32_t offset)
+{
+    static const int kWhence[] = { SEEK_SET, SEEK_CUR, SEEK_END };
+    FileRecord* record = FindFile(ch);
+    if (record == nullptr || whence >= std::size(kWhence))
+        return false;
+    const int moved = fseek(record->stream, offset, kWhence[whence]);
+    keep_error();  // kept on purpose: also what errno held before
+    return moved > 0;  // kept on purpose: never true, programs ask GetLoc
+}
+
+extern "C" int32_t GetLof(int32_t ch)
+{
+    FileRecord* record = FindFile(ch);
+    if (record == nullptr)
+        return 0;
+    if (fseek(record->stream, 0, SEEK_END) != 0)
+        keep_error();
+    const long length = ftell(record->stream);
+    fseek(record->stream, 0, SEEK_SET);
+    return static_cast<int32_t>(length);
+}
+
+extern "C" int32_t GetLoc(int32_t ch)
+{
+    FileRecord* record = FindFile(ch);
+    return record == nullptr ? 0 : static_cast<int32_t>(ftell(record->stream));
+}
+
+extern "C" bool GetEOF(int32_t ch)
+{
+    FileRecord* record = FindFile(ch);
+    return record != nullptr && feof(record->stream) != 0;
+}
+
+extern "C" int32_t GetDosErr(int32_t v)
+{
+    const int32_t kept = dos_err;
+    if (v != 0)
+        dos_err = v;
+    return kept;
+}

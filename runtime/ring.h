@@ -1,0 +1,53 @@
+#ifndef RUNTIME_RING_H
+#define RUNTIME_RING_H
+
+// The string ring: sixteen slots that text results go into. Main thread; other threads share it
+// unprotected by design.
+
+#include <stddef.h>
+#include <stdint.h>
+
+constexpr uint32_t kSlots = 16;
+constexpr size_t kSlotSize = 257;  // 256 characters and a terminator
+constexpr size_t kSlotText = kSlotSize - 1;
+constexpr size_t kRingSize = (kSlots + 1) * kSlotSize;  // slot 15 spills into a spare slot
+
+extern char StrFunction[kRingSize];
+extern uint32_t StrCnt;  // the slot handed out last
+
+inline char* ring_slot(uint32_t index)
+{
+    return StrFunction + (index % kSlots) * kSlotSize;
+}
+
+// Hands out the next slot, after slot 15 slot 0.
+inline char* GetNextTab()
+{
+    StrCnt = (StrCnt + 1) % kSlots;
+    return ring_slot(StrCnt);
+}
+
+// Copies at most `limit` bytes of `text`, which stay without a terminator if the text is no
+// shorter, and fills a shorter text up to the limit with zeros. The text may lie in the ring.
+void bounded_copy(char* to, const char* text, size_t limit);
+
+// Copies `text` (`length` bytes, at most 256 count) into a slot and terminates it.
+void put_text(char* slot, const char* text, size_t length);
+
+// What a Mid leaves in its slot. `source` is where the wanted part begins, `available` how many
+// bytes the text has from there; the terminator goes to result[count] wherever that falls.
+void put_mid(char* result, const char* source, size_t available, int32_t count);
+void put_empty_mid(char* result, int32_t count);
+
+// Searches `text` as a walk does that makes a Mid of every position, compares it with `find` and
+// goes no further than `positions`. Returns the 1-based position of the first match, 0 if there is
+// none; the ring is left as the walk leaves it.
+size_t walk_for(const char* text, size_t positions, const char* find, size_t find_length);
+
+// Leaves the ring as `tried` Mids of `width` characters leave it that begin at the first, second
+// ... position of `text`.
+void leave_walk(const char* text, size_t length, size_t width, size_t tried);
+
+bool in_ring(const char* text);
+
+#endif  // RUNTIME_RING_H

@@ -1,0 +1,369 @@
+// String functions. Their results go into the string ring, but for the two parts of a path, which
+// have buffers of their own. Main thread.
+
+#include "runtime/strings.h"
+
+#include "plinth.h"
+#include "runtime/ring.h"
+
+#include <Path.h>
+
+#include <algorithm>
+#include <ctype.h>
+#include <limits.h>
+#include <string.h>
+#include <utility>
+
+static const size_t kWorkText = 263;  // what the work buffer of Replace holds
+static const int kMaxSubstitutions = 100000;
+static const size_t kPathSize = 1024;
+
+static char sNothing[1];  // a "" that is no constant, for results that callers may write to
+
+static int32_t length_of(const char* text)
+{
+    return static_cast<int32_t>(strnlen(text, INT32_MAX));
+}
+
+// The limit of a copy of `count` characters into a slot; a negative count is no limit.
+static size_t slot_limit(int32_t count)
+{
+    return count < 0 ? kSlotSize : std::min<size_t>(count, kSlotSize);
+}
+
+extern "C" char* Left(const char* s, int32_t n)
+{
+    char* slot = GetNextTab();
+    bounded_copy(slot, text_or_empty(s), slot_limit(n));
+    return slot;
+}
+
+extern "C" char* Right(const char* s, int32_t n)
+{
+    s = text_or_empty(s);
+    const int64_t length = static_cast<int64_t>(strlen(s));
+    const int64_t start = std::clamp<int64_t>(length - n, 0, length);
+    char* slot = GetNextTab();
+    bounded_copy(slot, s + start, slot_limit(n));
+    return slot;
+}
+
+extern "C" char* Mid(const char* s, int32_t start, int32_t count)
+{
+    s = text_or_empty(s);
+    char* slot = GetNextTab();
+    GetNextTab();
+    if (count == -1)
+        count = length_of(s);
+    const size_t skipped = start > 0 ? start - 1 : 0;
+    const bool is_inside = start == 0 || (start > 0 && strnlen(s, start) > skipped);
+    if (is_inside) {
+        const char* source = s + skipped;
+        put_mid(slot, source, strnlen(source, kSlotSize), count);
+    } else {
+        put_empty_mid(slot, count);
+    }
+    return slot;
+}
+
+extern "C" char* MidStr(const char* s, int32_t start)
+{
+    return Mid(s, start, length_of(text_or_empty(s)));
+}
+
+extern "C" int32_t Instr(int32_t offset, const char* s, const char* find)
+{
+    s = text_or_empty(s);
+    find = text_or_empty(find);
+    const size_t length = strlen(s);
+    const size_t find_length = strlen(find);
+    // Outside the text there is nothing, as at its end.
+    const size_t skipped = offset < 0 ? length : std::min<size_t>(offset, length);
+    return static_cast<int32_t>(walk_for(s + skipped, length, find, find_length));
+}
+
+extern "C" int32_t Len(const char* s)
+{
+    return length_of(text_or_empty(s));
+}
+
+extern "C" char* Space(int32_t n)
+{
+    char* slot = GetNextTab();
+    const size_t blanks = n > 0 ? std::min<size_t>(n, kSlotSize) : 0;
+    memset(slot, ' ', blanks);
+    memset(slot + blanks, 0, kSlotSize - blanks);
+    return slot;
+}
+
+extern "C" char* String(int32_t n, const char* s)
+{
+    s = text_or_empty(s);
+    char work[kSlotSize] = {};  // s may lie in the slot
+    const size_t length = strnlen(s, kSlotSize);
+    const size_t times = n > 0 && length > 0 ? std::min<size_t>(n, kSlotSize) : 0;
+    size_t used = 0;
+    for (size_t i = 0; i < times && used < kSlotSize; i++) {
+        const size_t taken = std::min(length, kSlotSize - used);
+        memcpy(work + used, s, taken);
+        used += taken;
+    }
+    char* slot = GetNextTab();
+    memcpy(slot, work, kSlotSize);
+    return slot;
+}
+
+extern "C" char* Chr(uint8_t c)
+{
+    char* slot = GetNextTab();
+    slot[0] = static_cast<char>(c);
+    slot[1] = '\0';
+    return slot;
+}
+
+extern "C" int32_t Chr2(const char* s)
+{
+    return static_cast<signed char>(text_or_empty(s)[0]);
+}
+
+// Maps `length` bytes. ASCII is the same in every locale and goes the fast way; only other bytes
+// are the C library's affair.
+template <char First, char Last, int (*Map)(int)>
+static void map_case(char* to, const char* from, size_t length)
+{
+    unsigned char high = 0;
+    for (size_t i = 0; i < length; i++) {
+        const auto c = static_cast<unsigned char>(from[i]);
+        const bool changes = static_cast<unsigned char>(c - First) <= Last - First;
+        to[i] = static_cast<char>(c ^ (changes ? 0x20 : 0));
+        high |= c;
+    }
+    if (high < 0x80)
+        return;
+    for (size_t i = 0; i < length; i++) {
+        const auto c = static_cast<unsigned char>(to[i]);
+        if (c >= 0x80)
+            to[i] = static_cast<char>(Map(c));
+    }
+}
+
+static constexpr auto lower = map_case<'A', 'Z', tolower>;
+static constexpr auto raise = map_case<'a', 'z', toupper>;
+
+// A text of 257 bytes has its terminator in the following slot.
+template <auto Map>
+static char* take_mapped(const char* s)
+{
+    s = text_or_empty(s);
+    char work[kSlotSize + 1];  // s may lie in the slot
+    const size_t length = strnlen(s, kSlotSize);
+    Map(work, s, length);
+    char* slot = GetNextTab();
+    memcpy(slot, work, length);
+    slot[length] = '\0';
+    return slot;
+}
+
+extern "C" char* Lcase(const char* s)
+{
+    return take_mapped<lower>(s);
+}
+
+extern "C" char* Ucase(const char* s)
+{
+    return take_mapped<raise>(s);
+}
+
+extern "C" char* TitleCase(const char* s)
+{
+    char* slot = GetNextTab();
+    bounded_copy(slot, text_or_empty(s), kSlotSize);
+    const size_t length = strnlen(slot, kSlotSize);
+    lower(slot, slot, length);
+    raise(slot, slot, std::min<size_t>(length, 1));
+    return slot;
+}
+
+// Copies the rest of `s` from the 1-based `start` through a Mid, whose slots it takes.
+static char* copy_rest(char* slot, const char* s, size_t start)
+{
+    char* rest = Mid(s, static_cast<int32_t>(start), kSlotSize);
+    const size_t length = strnlen(rest, kSlotSize);
+    memcpy(slot, rest, length);
+    slot[length] = '\0';
+    return slot;
+}
+
+extern "C" char* Ltrim(const char* s)
+{
+    s = text_or_empty(s);
+    char* slot = GetNextTab();
+    size_t blanks = 0;
+    if (in_ring(s)) {  // the pieces may overwrite what is still to be read
+        while (strcmp(Mid(s, static_cast<int32_t>(blanks + 1), 1), " ") == 0)
+            blanks++;
+        return copy_rest(slot, s, blanks + 1);
+    }
+    blanks = strspn(s, " ");
+    leave_walk(s, blanks + (s[blanks] != '\0'), 1, blanks + 1);
+    char* rest = GetNextTab();
+    GetNextTab();
+    if (s[blanks] == '\0') {
+        put_empty_mid(rest, kSlotSize);
+        slot[0] = '\0';
+        return slot;
+    }
+    const size_t length = strnlen(s + blanks, kSlotSize);
+    put_mid(rest, s + blanks, length, kSlotSize);
+    memcpy(slot, s + blanks, length);
+    slot[length] = '\0';
+    return slot;
+}
+
+extern "C" char* Rtrim(const char* s)
+{
+    char* slot = GetNextTab();
+    bounded_copy(slot, text_or_empty(s), kSlotSize);
+    // A full slot has no terminator: its text runs on into the next ones. Every blank goes, last
+    // to first, so the text ends at the first.
+    char* blank = slot + strspn(slot, " ");
+    while ((blank = strchr(blank, ' ')) != nullptr)
+        *blank++ = '\0';
+    return slot;
+}
+
+extern "C" char* Trim(const char* s)
+{
+    char* slot = GetNextTab();
+    if (s == nullptr)
+        return sNothing;
+    bounded_copy(slot, s, kSlotSize);
+    char* text = slot + strspn(slot, " ");
+    if (char* blank = strrchr(text, ' '))
+        *blank = '\0';  // kept on purpose: one cut at the last blank, wherever it is
+    return text;
+}
+
+extern "C" char* Extract(const char* s, const char* sep)
+{
+    s = text_or_empty(s);
+    sep = text_or_empty(sep);
+    char* slot = GetNextTab();
+    const size_t position = walk_for(s, strlen(s), sep, strlen(sep));
+    const char* found = position == 0 ? s : Mid(s, 1, static_cast<int32_t>(position - 1));
+    put_text(slot, found, strnlen(found, kSlotText));
+    return slot;
+}
+
+// The work buffer of Replace. What does not fit is cut off.
+class WorkText {
+public:
+    void Append(const char* text, size_t length)
+    {
+        const size_t taken = std::min(length, kWorkText - fLength);
+        memcpy(fText + fLength, text, taken);
+        fLength += taken;
+        fText[fLength] = '\0';
+        fIsFull |= taken < length;
+    }
+    void Append(const char* text) { Append(text, strlen(text)); }
+    void MakeEmpty()
+    {
+        fLength = 0;
+        fIsFull = false;
+    }
+    const char* Text() const { return fText; }
+    size_t Length() const { return fLength; }
+    bool IsFull() const { return fIsFull; }
+    bool operator==(const WorkText& other) const
+    {
+        return fLength == other.fLength && memcmp(fText, other.fText, fLength) == 0;
+    }
+
+private:
+    char fText[kWorkText + 1];
+    size_t fLength = 0;
+    bool fIsFull = false;
+};
+
+// Each search begins at the front again, so a replacement that makes new matches would never come
+// to an end: it stops where the text no longer changes, does not fit any more, or at a count that
+// no text which ends by itself comes near.
+extern "C" char* Replace(const char* s, const char* find, const char* repl)
+{
+    s = text_or_empty(s);
+    find = text_or_empty(find);
+    repl = text_or_empty(repl);
+    char* slot = GetNextTab();
+    const auto rest_count = static_cast<int32_t>(strnlen(s, kSlotSize));
+    WorkText buffers[2];
+    WorkText* text = &buffers[0];
+    WorkText* joined = &buffers[1];
+    text->Append(s, rest_count);
+    for (int substitutions = 0; substitutions < kMaxSubstitutions; substitutions++) {
+        const size_t find_length = strlen(find);
+        const size_t position = walk_for(text->Text(), text->Length(), find, find_length);
+        if (position == 0)
+            break;
+        const auto left_count = static_cast<int32_t>(position - 1);
+        const auto rest_start = static_cast<int32_t>(position + find_length);
+        const char* left = Mid(text->Text(), 1, left_count);
+        const char* rest = Mid(text->Text(), rest_start, rest_count);
+        joined->MakeEmpty();
+        joined->Append(left);
+        joined->Append(repl);
+        joined->Append(rest);
+        std::swap(text, joined);
+        if (text->IsFull() || *text == *joined)
+            break;
+    }
+    put_text(slot, text->Text(), text->Length());
+    return slot;
+}
+
+extern "C" char* ExtractPathName(const char* path)
+{
+    static char directory[kPathSize];  // main thread
+    memset(directory, 0, kPathSize);
+    const BPath object(text_or_empty(path));
+    if (object.InitCheck() != B_OK)
+        return directory;
+    const size_t leaf_at = object.Leaf() - object.Path();
+    size_t length = leaf_at > 1 ? leaf_at : strlen(object.Path());
+    length = std::min(length, kPathSize - 1);
+    memcpy(directory, object.Path(), length);
+    if (directory[length - 1] != '/' && length < kPathSize - 1)
+        directory[length] = '/';
+    return directory;
+}
+
+extern "C" char* ExtractFileName(const char* path)
+{
+    static char leaf[kPathSize];  // main thread
+    memset(leaf, 0, kPathSize);
+    const BPath object(text_or_empty(path));
+    if (object.InitCheck() == B_OK)
+        memcpy(leaf, object.Leaf(), strnlen(object.Leaf(), kPathSize - 1));
+    return leaf;
+}
+
+char* MyStringStr(const char* text)
+{
+    if (text == nullptr || text[0] == '\0')
+        return nullptr;
+    const size_t size = strlen(text) + 1;
+    if (size > INT32_MAX)
+        return nullptr;
+    auto* copy = static_cast<char*>(MyAlloc(static_cast<int32_t>(size)));
+    if (copy != nullptr)
+        memcpy(copy, text, size);
+    return copy;
+}
+
+char* StrLower(char* text)
+{
+    if (text == nullptr)
+        return sNothing;
+    lower(text, text, strlen(text));
+    return text;
+}
