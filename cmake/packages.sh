@@ -15,6 +15,6 @@ plinth_packages() {
         apt-get install -y -qq --no-install-recommends "${missing[@]}" >&2
 }
 
-build_packages=(g++ cmake ninja-build ccache pkg-config qt6-base-dev libgl1-mesa-dev
+build_packages=(g++ cmake ninja-build ccache pkg-config qt6-base-dev libgl1-mesa-dev libxcb1-dev
     libfreetype-dev libharfbuzz-dev libfontconfig-dev fonts-dejavu-core libbenchmark-dev)
 test_packages=(libgtest-dev xvfb openbox xdotool xclip x11-utils imagemagick)

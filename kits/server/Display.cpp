@@ -10,6 +10,7 @@
 #include <new>
 #include <utility>
 
+#include "app/CursorImage.h"
 #include "server/Backend.h"
 #include "server/Composer.h"
 #include "server/ScreenWindow.h"
@@ -207,7 +208,7 @@ void SetAppCursor(const BCursor* cursor)
 {
     std::lock_guard guard(choice_mutex());
     StageLock lock;
-    stage().SetAppCursor(cursor);
+    stage().SetAppCursor(BPrivate::cursor_image(cursor));
     if (sBackend != nullptr)
         sBackend->UpdateCursors();
 }

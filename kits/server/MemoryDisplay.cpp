@@ -64,7 +64,6 @@ public:
     void MoveByUser(BPoint leftTop) override;
     void ResizeByUser(float width, float height) override;
     void MinimizeByUser(bool minimize) override;
-    void UpdateCursor() override {}
 
 private:
     ~MemoryWindow() override = default;

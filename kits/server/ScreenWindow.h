@@ -54,8 +54,6 @@ public:
     void LimitResize(float* width, float* height) const;
 
     BRect DecoratorFrame(BRect content) const override;
-    // The cursor to be shown over the content changed.
-    virtual void UpdateCursor() = 0;
 
 protected:
     ~ScreenWindow() override = default;

@@ -6,8 +6,10 @@
 // windows' events. One lock guards it, held while events are queued, so that a window never gets
 // one after it was taken off. Nothing here waits.
 
+#include <memory>
 #include <mutex>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include <server/Display.h>
@@ -16,6 +18,7 @@
 namespace server {
 
 class ScreenWindow;
+using Cursor = std::shared_ptr<const BPrivate::CursorImage>;  // null: the host's arrow
 
 class Stage {
 public:
@@ -61,9 +64,9 @@ public:
     const Keyboard& Keys() const { return fKeyboard; }
     bigtime_t LastInput() const { return fLastInput; }
 
-    // The cursor over windows that have none of their own. The application keeps it alive.
-    const BCursor* AppCursor() const { return fAppCursor; }
-    void SetAppCursor(const BCursor* cursor) { fAppCursor = cursor; }
+    // The cursor over windows that have none of their own.
+    const Cursor& AppCursor() const { return fAppCursor; }
+    void SetAppCursor(Cursor cursor) { fAppCursor = std::move(cursor); }
     bool IsCursorHidden() const { return fCursorHidden; }
     void SetCursorHidden(bool hidden) { fCursorHidden = hidden; }
 
@@ -85,7 +88,7 @@ private:
     int32 fButtons = 0;
     Keyboard fKeyboard;
     ClickCounter fClicks;
-    const BCursor* fAppCursor = nullptr;
+    Cursor fAppCursor;
     bool fCursorHidden = false;
     int32 fWorkspace = 0;
     int32 fWorkspaceCount = 4;

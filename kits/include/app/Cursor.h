@@ -4,9 +4,12 @@
 #include <Archivable.h>
 #include <SupportDefs.h>
 
+#include <memory>
+
 class BArchivable;
 class BBitmap;
 class BMessage;
+class BCursor;
 class BPoint;
 
 enum BCursorID {
@@ -41,14 +44,26 @@ enum BCursorID {
     B_CURSOR_ID_ZOOM_OUT = 28
 };
 
+namespace BPrivate {
+struct CursorImage;
+[[gnu::visibility("hidden")]] std::shared_ptr<const CursorImage> cursor_image(
+    const BCursor* cursor);
+}
+
+/* A picture for the pointer. It copies what it is made from, and copies share it. */
 class BCursor : public BArchivable {
 public:
+    /* 68 bytes: size 16, depth 1, hot spot as row and column, 16 rows of two image bytes, 16 rows
+       of two mask bytes. An image bit is black; else a mask bit is white, the rest transparent. */
     BCursor(const void* cursorData);
     BCursor(const BCursor& other);
+    /* One of the host's cursors. */
     BCursor(BCursorID id);
     BCursor(BMessage* data);
     BCursor(const BBitmap* bitmap, const BPoint& hotspot);
     virtual ~BCursor();
+
+    /* B_OK, or B_BAD_VALUE for data that is no cursor. */
     status_t InitCheck() const;
     virtual status_t Archive(BMessage* archive, bool deep = true) const;
     static BArchivable* Instantiate(BMessage* archive);
@@ -57,6 +72,10 @@ public:
     bool operator!=(const BCursor& other) const;
 
 private:
+    friend std::shared_ptr<const BPrivate::CursorImage> BPrivate::cursor_image(
+        const BCursor* cursor);
+
+    std::shared_ptr<const BPrivate::CursorImage> fImage;  // null: not made
 };
 
 #endif  // _CURSOR_H

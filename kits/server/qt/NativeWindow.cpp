@@ -1,0 +1,383 @@
+// Qt's events of one window, and the way of its pixels to the screen.
+
+#include "server/qt/NativeWindow.h"
+
+#include <QGuiApplication>
+#include <QInputMethodEvent>
+#include <QInputMethodQueryEvent>
+#include <QMimeData>
+#include <QPainter>
+#include <QUrl>
+
+#include <InterfaceDefs.h>
+#include <View.h>
+
+#include <algorithm>
+#include <utility>
+
+#include "app/CursorImage.h"
+#include "server/KeyTable.h"
+#include "server/qt/Cursors.h"
+#include "server/qt/QtWindow.h"
+
+namespace server {
+
+namespace {
+
+const uint32 kXLockMask = 0x02;     // Caps Lock in the state of an X key event
+const uint32 kXNumLockMask = 0x10;  // Mod2, where Num Lock is on every usual keyboard
+
+int32 button_of(Qt::MouseButton button)
+{
+    switch (button) {
+        case Qt::LeftButton:
+            return B_PRIMARY_MOUSE_BUTTON;
+        case Qt::RightButton:
+            return B_SECONDARY_MOUSE_BUTTON;
+        case Qt::MiddleButton:
+            return B_TERTIARY_MOUSE_BUTTON;
+        case Qt::BackButton:
+            return 8;
+        case Qt::ForwardButton:
+            return 16;
+        default:
+            return 0;
+    }
+}
+
+const uint32 kKnownModifiers = B_SHIFT_KEY | B_CONTROL_KEY | B_COMMAND_KEY;
+
+uint32 modifiers_of(Qt::KeyboardModifiers modifiers)
+{
+    uint32 result = 0;
+    if (modifiers & Qt::ShiftModifier)
+        result |= B_SHIFT_KEY;
+    if (modifiers & Qt::ControlModifier)
+        result |= B_CONTROL_KEY;
+    if (modifiers & Qt::AltModifier)
+        result |= B_COMMAND_KEY;
+    return result;
+}
+
+Qt::WindowFlags flags_of(window_look look, window_feel feel, uint32 flags)
+{
+    bool bare = look == B_NO_BORDER_WINDOW_LOOK || look == B_BORDERED_WINDOW_LOOK;
+    // Menus and the like stand where they are told to, at once.
+    if (bare && (flags & B_AVOID_FOCUS) != 0)
+        return Qt::Window | Qt::FramelessWindowHint | Qt::BypassWindowManagerHint |
+               Qt::WindowDoesNotAcceptFocus;
+
+    bool modal = look == B_MODAL_WINDOW_LOOK || feel == B_MODAL_APP_WINDOW_FEEL ||
+                 feel == B_MODAL_SUBSET_WINDOW_FEEL || feel == B_MODAL_ALL_WINDOW_FEEL;
+    bool floating = feel == B_FLOATING_APP_WINDOW_FEEL || feel == B_FLOATING_SUBSET_WINDOW_FEEL ||
+                    feel == B_FLOATING_ALL_WINDOW_FEEL;
+    Qt::WindowFlags result = modal ? Qt::Dialog : look == B_FLOATING_WINDOW_LOOK ? Qt::Tool
+                                                                                 : Qt::Window;
+    if (floating || feel == B_MODAL_ALL_WINDOW_FEEL)
+        result |= Qt::WindowStaysOnTopHint;
+    if ((flags & B_AVOID_FRONT) != 0)
+        result |= Qt::WindowStaysOnBottomHint;
+    if ((flags & B_AVOID_FOCUS) != 0)
+        result |= Qt::WindowDoesNotAcceptFocus;
+    if (bare)
+        return result | Qt::FramelessWindowHint;
+
+    result |= Qt::CustomizeWindowHint | Qt::WindowTitleHint | Qt::WindowSystemMenuHint;
+    if ((flags & B_NOT_CLOSABLE) == 0)
+        result |= Qt::WindowCloseButtonHint;
+    if ((flags & B_NOT_MINIMIZABLE) == 0 && !modal)
+        result |= Qt::WindowMinimizeButtonHint;
+    if ((flags & (B_NOT_ZOOMABLE | B_NOT_RESIZABLE)) == 0)
+        result |= Qt::WindowMaximizeButtonHint;
+    return result;
+}
+
+}  // namespace
+
+NativeWindow::NativeWindow(QtWindow* owner) : fOwner(owner), fStore(this)
+{
+    setSurfaceType(QSurface::RasterSurface);
+}
+
+void NativeWindow::SetKind(window_look look, window_feel feel, uint32 flags)
+{
+    Qt::WindowFlags wanted = flags_of(look, feel, flags);
+    if (wanted == this->flags())
+        return;
+    setFlags(wanted);
+    bool modal = feel == B_MODAL_APP_WINDOW_FEEL || feel == B_MODAL_ALL_WINDOW_FEEL;
+    QWindow* parent = modal ? QGuiApplication::focusWindow() : nullptr;
+    setTransientParent(parent != this ? parent : nullptr);
+}
+
+void NativeWindow::SetPlace(BRect frame)
+{
+    setGeometry(int(frame.left), int(frame.top), int(frame.Width()) + 1, int(frame.Height()) + 1);
+    _TellFrame();
+}
+
+void NativeWindow::SetLimits(const WindowSpec& spec)
+{
+    const int kNone = 16777215;  // what Qt takes for no limit
+    QSize least(int(spec.minWidth) + 1, int(spec.minHeight) + 1);
+    QSize most(spec.maxWidth < 32767 ? int(spec.maxWidth) + 1 : kNone,
+               spec.maxHeight < 32767 ? int(spec.maxHeight) + 1 : kNone);
+    if ((spec.flags & (B_NOT_RESIZABLE | B_NOT_H_RESIZABLE)) != 0) {
+        least.setWidth(int(spec.frame.Width()) + 1);
+        most.setWidth(least.width());
+    }
+    if ((spec.flags & (B_NOT_RESIZABLE | B_NOT_V_RESIZABLE)) != 0) {
+        least.setHeight(int(spec.frame.Height()) + 1);
+        most.setHeight(least.height());
+    }
+    setMinimumSize(least);
+    setMaximumSize(most.expandedTo(least));
+}
+
+void NativeWindow::SetCursorImage(const Cursor& image, bool hidden)
+{
+    setCursor(hidden ? QCursor(Qt::BlankCursor) : qt_cursor(image));
+}
+
+void NativeWindow::ScheduleFlush()
+{
+    if (!isExposed() || fTimer.isActive())
+        return;
+    bigtime_t wait = fLastFlush + fOwner->FrameInterval() - system_time();
+    if (wait <= 0)
+        _Flush();
+    else
+        fTimer.start(int(wait / 1000 + 1), Qt::PreciseTimer, this);
+}
+
+void NativeWindow::timerEvent(QTimerEvent* event)
+{
+    if (event->timerId() != fTimer.timerId())
+        return QWindow::timerEvent(event);
+    fTimer.stop();
+    _Flush();
+}
+
+void NativeWindow::_Flush()
+{
+    fLastFlush = system_time();
+    if (!isExposed())
+        return;
+    if (fStore.size() != size()) {
+        fStore.resize(size());
+        fOwner->Pixels().Touch();
+    }
+    QRegion region;
+    std::vector<clipping_rect> dirty = fOwner->Pixels().TakeDirty();
+    for (const clipping_rect& rect : dirty) {
+        region += QRect(QPoint(rect.left, rect.top), QPoint(rect.right, rect.bottom)) &
+                  QRect(QPoint(0, 0), size());
+    }
+    if (region.isEmpty())
+        return;
+    fStore.beginPaint(region);
+    auto* image = static_cast<QImage*>(fStore.paintDevice());
+    bool straight = image->depth() == 32;
+    QImage other;
+    if (!straight) {
+        other = QImage(size(), QImage::Format_RGB32);
+        if (other.isNull())
+            return;
+    }
+    QImage& pixels = straight ? *image : other;
+    Surface target;
+    target.bits = pixels.bits();
+    target.bytesPerRow = int32(pixels.bytesPerLine());
+    target.width = pixels.width();
+    target.height = pixels.height();
+    for (const QRect& rect : region) {
+        fOwner->Pixels().Draw({rect.left(), rect.top(), rect.right(), rect.bottom()}, target,
+                              rect.left(), rect.top());
+        if (!straight)
+            QPainter(image).drawImage(rect.topLeft(), other, rect);
+    }
+    fStore.endPaint();
+    fStore.flush(region);
+}
+
+void NativeWindow::_TellFrame()
+{
+    QRect place = geometry();
+    QMargins margins = frameMargins();
+    fOwner->NativeMoved(BRect(float(place.left()), float(place.top()), float(place.right()),
+                              float(place.bottom())),
+                        {margins.left(), margins.top()});
+}
+
+void NativeWindow::exposeEvent(QExposeEvent*)
+{
+    if (!isExposed())
+        return;
+    _TellFrame();
+    fOwner->Pixels().Touch();
+    fTimer.stop();
+    _Flush();
+}
+
+void NativeWindow::moveEvent(QMoveEvent*) { _TellFrame(); }
+
+void NativeWindow::resizeEvent(QResizeEvent*) { _TellFrame(); }
+
+void NativeWindow::focusInEvent(QFocusEvent*) { fOwner->NativeFocus(true); }
+
+void NativeWindow::focusOutEvent(QFocusEvent*) { fOwner->NativeFocus(false); }
+
+BPoint NativeWindow::_OnScreen(QPointF where) const
+{
+    return fOwner->Frame().LeftTop() + BPoint(float(where.x()), float(where.y()));
+}
+
+void NativeWindow::_MoveTo(QPointF where)
+{
+    BPoint place = _OnScreen(where);
+    if (place != stage().Pointer())
+        stage().MovePointer(place, fOwner);
+}
+
+void NativeWindow::mousePressEvent(QMouseEvent* event)
+{
+    StageLock lock;
+    stage().SyncModifiers(modifiers_of(event->modifiers()), kKnownModifiers);
+    _MoveTo(event->position());
+    stage().ChangeButton(button_of(event->button()), true, fOwner);
+}
+
+void NativeWindow::mouseReleaseEvent(QMouseEvent* event)
+{
+    StageLock lock;
+    _MoveTo(event->position());
+    stage().ChangeButton(button_of(event->button()), false, fOwner);
+}
+
+void NativeWindow::mouseMoveEvent(QMouseEvent* event)
+{
+    StageLock lock;
+    stage().MovePointer(_OnScreen(event->position()), fOwner);
+}
+
+void NativeWindow::wheelEvent(QWheelEvent* event)
+{
+    // Qt counts eighths of a degree, 15 degrees a notch, and turning away from the user up.
+    const float kNotch = 120.0f;
+    StageLock lock;
+    _MoveTo(event->position());
+    stage().TurnWheel(-event->angleDelta().x() / kNotch, -event->angleDelta().y() / kNotch,
+                      fOwner);
+}
+
+void NativeWindow::_Key(QKeyEvent* event, bool down)
+{
+    int32 key = KeyForHostCode(event->nativeScanCode() - 8);
+    QByteArray text = event->text().toUtf8();
+    int32 rawChar = 0;
+    if (event->key() > ' ' && event->key() < 0x7f && !KeyIsFixed(key))
+        rawChar = event->key() >= 'A' && event->key() <= 'Z' ? event->key() + 32 : event->key();
+
+    StageLock lock;
+    if (key == 0) {
+        if (down && !text.isEmpty())
+            stage().TypeCharacter(text.constData());
+        return;
+    }
+    if (down || !KeyIsLock(key)) {
+        uint32 locks = 0;
+        if ((event->nativeModifiers() & kXLockMask) != 0)
+            locks |= B_CAPS_LOCK;
+        if ((event->nativeModifiers() & kXNumLockMask) != 0)
+            locks |= B_NUM_LOCK;
+        stage().SyncModifiers(locks, B_CAPS_LOCK | B_NUM_LOCK);
+    }
+    if (KeyModifiers(key) == 0)
+        stage().SyncModifiers(modifiers_of(event->modifiers()), kKnownModifiers);
+    stage().ChangeKey(key, down, text.constData(), rawChar);
+}
+
+void NativeWindow::keyPressEvent(QKeyEvent* event) { _Key(event, true); }
+
+void NativeWindow::keyReleaseEvent(QKeyEvent* event)
+{
+    if (!event->isAutoRepeat())
+        _Key(event, false);
+}
+
+void NativeWindow::_TypeCommitted(const QString& text)
+{
+    StageLock lock;
+    for (uint character : text.toUcs4()) {
+        char32_t one = character;
+        stage().TypeCharacter(QString::fromUcs4(&one, 1).toUtf8().constData());
+    }
+}
+
+void NativeWindow::_Drop(QDropEvent* event)
+{
+    Event drop;
+    const QMimeData* data = event->mimeData();
+    for (const QUrl& url : data->urls()) {
+        if (url.isLocalFile())
+            drop.paths.push_back(url.toLocalFile().toLocal8Bit().toStdString());
+    }
+    drop.kind = drop.paths.empty() ? EventKind::TextDropped : EventKind::FilesDropped;
+    if (drop.paths.empty())
+        drop.text = data->text().toStdString();
+    if (drop.paths.empty() && drop.text.empty())
+        return event->ignore();
+    event->setDropAction(Qt::CopyAction);
+    event->accept();
+    StageLock lock;
+    stage().Drop(_OnScreen(event->position()), drop, fOwner);
+}
+
+bool NativeWindow::event(QEvent* event)
+{
+    switch (event->type()) {
+        case QEvent::Close: {
+            // The window's own thread decides.
+            event->ignore();
+            StageLock lock;
+            fOwner->CloseByUser();
+            return true;
+        }
+        case QEvent::WindowStateChange: {
+            bool minimized = (windowStates() & Qt::WindowMinimized) != 0;
+            bool result = QWindow::event(event);
+            fOwner->NativeMinimized(minimized);
+            return result;
+        }
+        case QEvent::Leave: {
+            StageLock lock;
+            stage().LeavePointer(fOwner);
+            return true;
+        }
+        case QEvent::DragEnter:
+        case QEvent::DragMove: {
+            auto* drag = static_cast<QDropEvent*>(event);
+            bool wanted = drag->mimeData()->hasUrls() || drag->mimeData()->hasText();
+            drag->setDropAction(Qt::CopyAction);
+            drag->setAccepted(wanted);
+            return true;
+        }
+        case QEvent::Drop:
+            _Drop(static_cast<QDropEvent*>(event));
+            return true;
+        case QEvent::InputMethodQuery: {
+            auto* query = static_cast<QInputMethodQueryEvent*>(event);
+            if ((query->queries() & Qt::ImEnabled) != 0)
+                query->setValue(Qt::ImEnabled, true);
+            query->accept();
+            return true;
+        }
+        case QEvent::InputMethod:
+            _TypeCommitted(static_cast<QInputMethodEvent*>(event)->commitString());
+            return true;
+        default:
+            return QWindow::event(event);
+    }
+}
+
+}  // namespace server

@@ -1,0 +1,64 @@
+#ifndef SERVER_QT_NATIVE_WINDOW_H
+#define SERVER_QT_NATIVE_WINDOW_H
+
+#include <QBackingStore>
+#include <QBasicTimer>
+#include <QWindow>
+
+#include <OS.h>
+
+#include "server/ScreenWindow.h"
+#include "server/Stage.h"
+
+class QDropEvent;
+
+namespace server {
+
+class QtWindow;
+
+// Qt's window of a QtWindow: turns Qt's events into what the stage wants to hear, and copies the
+// front buffer to the screen. Server's thread, which takes the stage's lock for a moment each.
+class NativeWindow final : public QWindow {
+public:
+    explicit NativeWindow(QtWindow* owner);
+
+    void SetKind(window_look look, window_feel feel, uint32 flags);
+    void SetPlace(BRect frame);
+    void SetLimits(const WindowSpec& spec);
+    void SetCursorImage(const Cursor& image, bool hidden);
+    // Brings what waits to the screen with its next frame.
+    void ScheduleFlush();
+
+protected:
+    bool event(QEvent* event) override;
+    void exposeEvent(QExposeEvent* event) override;
+    void moveEvent(QMoveEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+    void timerEvent(QTimerEvent* event) override;
+    void focusInEvent(QFocusEvent* event) override;
+    void focusOutEvent(QFocusEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
+    void wheelEvent(QWheelEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    void keyReleaseEvent(QKeyEvent* event) override;
+
+private:
+    void _TellFrame();
+    void _Flush();
+    BPoint _OnScreen(QPointF where) const;  // stage locked
+    void _MoveTo(QPointF where);            // stage locked
+    void _Key(QKeyEvent* event, bool down);
+    void _TypeCommitted(const QString& text);
+    void _Drop(QDropEvent* event);
+
+    QtWindow* fOwner;
+    QBackingStore fStore;
+    QBasicTimer fTimer;  // runs while something waits for the next frame
+    bigtime_t fLastFlush = 0;
+};
+
+}  // namespace server
+
+#endif  // SERVER_QT_NATIVE_WINDOW_H

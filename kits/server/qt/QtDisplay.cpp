@@ -1,0 +1,209 @@
+// The server's thread: Qt's start and end, its queue of work, and the screen.
+
+#include "server/qt/QtDisplay.h"
+
+#include <QCursor>
+#include <QGuiApplication>
+#include <QScreen>
+#include <QWindow>
+
+#include <clocale>
+#include <cerrno>
+#include <cstdlib>
+#include <cstring>
+#include <semaphore>
+#include <utility>
+
+#include "server/ScreenWindow.h"
+#include "server/Stage.h"
+#include "server/qt/QtWindow.h"
+#include "server/qt/X11Screen.h"
+
+namespace server {
+
+namespace {
+
+// Shutdown leaves the object behind for windows that are destroyed later.
+QtDisplay* sRunning;  // stage locked; null when no thread is up
+std::binary_semaphore sStarted(0);
+
+// Qt objects to an application object outside of the main thread, where all is made for it here.
+void filter_message(QtMsgType type, const QMessageLogContext&, const QString& text)
+{
+    if (type == QtDebugMsg || type == QtInfoMsg ||
+        text.contains(QLatin1String("not created in the main() thread")))
+        return;
+    fprintf(stderr, "%s\n", text.toLocal8Bit().constData());
+}
+
+}  // namespace
+
+QtDisplay::QtDisplay()
+{
+    fThread = std::thread([this] { _Run(); });
+    sStarted.acquire();
+}
+
+void QtDisplay::_Run()
+{
+    static char name[256];
+    static char* arguments[] = {name, nullptr};
+    int count = 1;
+    strncpy(name, program_invocation_short_name, sizeof(name) - 1);
+
+    // BeOS knows pixels alone. The variable is Qt's to read, not our children's.
+    bool scaling = qEnvironmentVariableIsSet("QT_ENABLE_HIGHDPI_SCALING");
+    if (!scaling)
+        qputenv("QT_ENABLE_HIGHDPI_SCALING", "0");
+    QtMessageHandler before = qInstallMessageHandler(filter_message);
+    QGuiApplication application(count, arguments);
+    qInstallMessageHandler(before);
+    if (!scaling)
+        qunsetenv("QT_ENABLE_HIGHDPI_SCALING");
+    // Qt takes the user's locale over for the process; numbers keep their decimal point.
+    setlocale(LC_NUMERIC, "C");
+    QGuiApplication::setQuitOnLastWindowClosed(false);
+
+    {
+        QObject queue;
+        fX11 = X11Screen::Connect();
+        {
+            StageLock lock;
+            fQueue = &queue;
+            sRunning = this;
+            _ReadScreen();
+        }
+        QObject::connect(application.primaryScreen(), &QScreen::geometryChanged, &queue, [this] {
+            StageLock lock;
+            _ReadScreen();
+            Event event;
+            event.kind = EventKind::ScreenChanged;
+            event.frame = fScreen;
+            for (ScreenWindow* window : stage().Windows())
+                window->Deliver(event);
+        });
+        // Runs before the destructors of what Qt made so far.
+        atexit([] {
+            QtDisplay* display;
+            {
+                StageLock lock;
+                display = sRunning;
+            }
+            if (display != nullptr)
+                display->_EndAtExit();
+        });
+        sStarted.release();
+        application.exec();
+
+        // Nothing is posted from here on.
+        std::vector<QtWindow*> windows;
+        {
+            StageLock lock;
+            fQueue = nullptr;
+            sRunning = nullptr;
+            for (ScreenWindow* window : stage().Windows())
+                windows.push_back(static_cast<QtWindow*>(window));
+        }
+        for (QtWindow* window : windows)
+            window->CloseNative();
+        _DeleteDiscarded();
+        fX11.reset();
+    }
+}
+
+void QtDisplay::_ReadScreen()
+{
+    QScreen* screen = QGuiApplication::primaryScreen();
+    QRect geometry = screen->geometry();
+    fScreen.Set(float(geometry.left()), float(geometry.top()), float(geometry.right()),
+                float(geometry.bottom()));
+    qreal rate = screen->refreshRate();
+    fFrameInterval = rate > 20 && rate < 500 ? bigtime_t(1000000 / rate) : 1000000 / 60;
+}
+
+ScreenWindow* QtDisplay::Create(const WindowSpec& spec, EventSink* sink)
+{
+    auto* window = QtWindow::Make(this, spec, sink);
+    if (window != nullptr)
+        stage().Add(window);
+    return window;
+}
+
+bool QtDisplay::Post(std::function<void()> task)
+{
+    return fQueue != nullptr &&
+           QMetaObject::invokeMethod(fQueue, std::move(task), Qt::QueuedConnection);
+}
+
+void QtDisplay::Discard(QtWindow* window)
+{
+    fDiscarded.push_back(window);
+    if (!Post([this] { _DeleteDiscarded(); }) && fDiscarded.back() == window) {
+        fDiscarded.pop_back();
+        delete window;
+    }
+}
+
+void QtDisplay::_DeleteDiscarded()
+{
+    std::vector<QtWindow*> discarded;
+    {
+        StageLock lock;
+        discarded.swap(fDiscarded);
+    }
+    for (QtWindow* window : discarded)
+        delete window;
+}
+
+void QtDisplay::SetPointer(BPoint where)
+{
+    Post([=] { QCursor::setPos(int(where.x), int(where.y)); });
+    stage().MovePointer(where);
+}
+
+int32 QtDisplay::CountWorkspaces() { return stage().WorkspaceCount(); }
+
+int32 QtDisplay::CurrentWorkspace() { return stage().Workspace(); }
+
+void QtDisplay::ActivateWorkspace(int32 workspace)
+{
+    if (workspace < 0 || workspace >= stage().WorkspaceCount())
+        return;
+    Post([=, this] {
+        if (fX11 != nullptr)
+            fX11->ActivateWorkspace(workspace);
+    });
+}
+
+void QtDisplay::UpdateCursors()
+{
+    for (ScreenWindow* window : stage().Windows())
+        static_cast<QtWindow*>(window)->UpdateCursor();
+}
+
+void QtDisplay::Shutdown()
+{
+    {
+        StageLock lock;
+        if (fQueue != nullptr)
+            Post([] { QGuiApplication::quit(); });
+    }
+    if (fThread.joinable() && fThread.get_id() != std::this_thread::get_id())
+        fThread.join();
+}
+
+void QtDisplay::_EndAtExit()
+{
+    // exit() may have been called on the server's own thread, when the display broke off.
+    if (fThread.get_id() != std::this_thread::get_id())
+        Shutdown();
+}
+
+Backend* make_qt_display()
+{
+    if (!X11Screen::CanConnect())
+        return nullptr;
+    return new QtDisplay;
+}
+
+}  // namespace server

@@ -1,0 +1,63 @@
+#ifndef SERVER_QT_DISPLAY_H
+#define SERVER_QT_DISPLAY_H
+
+// Qt's display. One thread, the server's, runs Qt's event loop and owns all native windows; other
+// threads leave it work in its queue.
+
+#include <QObject>
+
+#include <functional>
+#include <memory>
+#include <thread>
+#include <vector>
+
+#include "server/Backend.h"
+
+class QGuiApplication;
+
+namespace server {
+
+class QtWindow;
+class X11Screen;
+
+class QtDisplay final : public Backend {
+public:
+    // Starts the thread and waits until Qt is up.
+    QtDisplay();
+
+    ScreenWindow* Create(const WindowSpec& spec, EventSink* sink) override;
+    BRect ScreenFrame() const override { return fScreen; }
+    bigtime_t FrameInterval() const override { return fFrameInterval; }
+    void SetPointer(BPoint where) override;
+    int32 CountWorkspaces() override;
+    int32 CurrentWorkspace() override;
+    void ActivateWorkspace(int32 workspace) override;
+    void SetWorkspaceCount(int32) override {}  // the window manager's choice
+    void UpdateCursors() override;
+    void Shutdown() override;
+
+    // Runs `task` on the server's thread, in order. Stage locked. False when the thread is gone.
+    bool Post(std::function<void()> task);
+    // Deletes the window on the server's thread, or at once when that is gone. Stage locked.
+    void Discard(QtWindow* window);
+    // The X server's side of things; null elsewhere. Server's thread.
+    X11Screen* X11() const { return fX11.get(); }
+
+private:
+    ~QtDisplay() override = default;
+    void _Run();
+    void _ReadScreen();
+    void _DeleteDiscarded();
+    void _EndAtExit();
+
+    std::thread fThread;
+    QObject* fQueue = nullptr;  // lives on the server's thread; null: nothing is taken. Stage locked
+    std::vector<QtWindow*> fDiscarded;  // stage locked
+    std::unique_ptr<X11Screen> fX11;    // server's thread
+    BRect fScreen{0, 0, 1023, 767};     // stage locked
+    bigtime_t fFrameInterval = 1000000 / 60;
+};
+
+}  // namespace server
+
+#endif  // SERVER_QT_DISPLAY_H

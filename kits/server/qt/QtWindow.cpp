@@ -1,0 +1,358 @@
+// A window of Qt's display as other threads see it.
+
+#include "server/qt/QtWindow.h"
+
+#include <utility>
+
+#include "app/CursorImage.h"
+#include "server/qt/NativeWindow.h"
+#include "server/qt/QtDisplay.h"
+#include "server/qt/X11Screen.h"
+
+namespace server {
+
+QtWindow* QtWindow::Make(QtDisplay* display, const WindowSpec& spec, EventSink* sink)
+{
+    auto* window = new QtWindow(display, spec, sink);
+    BRect frame = window->fSpec.frame;
+    if (!window->fPixels.Resize(int32(frame.Width()) + 1, int32(frame.Height()) + 1)) {
+        delete window;
+        return nullptr;
+    }
+    if (spec.workspaces == B_CURRENT_WORKSPACE)
+        window->fSpec.workspaces = 1u << stage().Workspace();
+    return window;
+}
+
+QtWindow::QtWindow(QtDisplay* display, const WindowSpec& spec, EventSink* sink)
+    : ScreenWindow(spec, sink), fDisplay(display), fWanted(fSpec.frame) {}
+
+QtWindow::~QtWindow() = default;
+
+// Runs `task` with the native window, which the first one makes.
+template <class Task>
+void QtWindow::_Post(Task task)
+{
+    fDisplay->Post([this, task] {
+        if (fNative == nullptr) {
+            WindowSpec spec;
+            Cursor cursor;
+            bool hidden;
+            {
+                StageLock lock;
+                spec = fSpec;
+                cursor = fCursor != nullptr ? fCursor : stage().AppCursor();
+                hidden = stage().IsCursorHidden();
+            }
+            fNative = std::make_unique<NativeWindow>(this);
+            fNative->setTitle(QString::fromUtf8(spec.title.c_str()));
+            fNative->SetKind(spec.look, spec.feel, spec.flags);
+            fNative->SetLimits(spec);
+            fNative->SetPlace(spec.frame);
+            fNative->SetCursorImage(cursor, hidden);
+            fNative->create();
+            if (fDisplay->X11() != nullptr && (spec.workspaces & (spec.workspaces - 1)) != 0)
+                fDisplay->X11()->SetWorkspaces(uint32(fNative->winId()), spec.workspaces);
+        }
+        task(*fNative);
+    });
+}
+
+void QtWindow::Destroy()
+{
+    StageLock lock;
+    fSink = nullptr;
+    stage().Remove(this);
+    fDisplay->Discard(this);
+}
+
+void QtWindow::Show()
+{
+    StageLock lock;
+    if (std::exchange(fShown, true))
+        return;
+    stage().Raise(this);
+    bool minimized = fMinimized;
+    _Post([=](NativeWindow& native) {
+        if (minimized)
+            native.showMinimized();
+        else
+            native.show();
+    });
+}
+
+void QtWindow::Hide()
+{
+    StageLock lock;
+    if (!std::exchange(fShown, false))
+        return;
+    _Post([](NativeWindow& native) { native.hide(); });
+}
+
+void QtWindow::_Minimize(bool minimize)
+{
+    _Post([=](NativeWindow& native) {
+        Qt::WindowStates states = native.windowStates();
+        states.setFlag(Qt::WindowMinimized, minimize);
+        native.setWindowStates(states);
+        if (!minimize)
+            native.requestActivate();
+    });
+}
+
+void QtWindow::Minimize(bool minimize)
+{
+    StageLock lock;
+    if (minimize != fMinimized)
+        _Minimize(minimize);
+}
+
+void QtWindow::Activate(bool active)
+{
+    StageLock lock;
+    if (active) {
+        if (fMinimized)
+            _Minimize(false);
+        ActivateByUser();
+    } else {
+        stage().PutBehind(this, nullptr);
+        _Post([](NativeWindow& native) { native.lower(); });
+    }
+}
+
+void QtWindow::SendBehind(Window* other)
+{
+    StageLock lock;
+    auto* above = static_cast<QtWindow*>(other);
+    stage().PutBehind(this, above);
+    _Post([=, this](NativeWindow& native) {
+        uint32 aboveId = 0;
+        {
+            // The other one may be gone by this time.
+            StageLock lock;
+            for (ScreenWindow* each : stage().Windows()) {
+                if (each == above && above->fNative != nullptr)
+                    aboveId = uint32(above->fNative->winId());
+            }
+        }
+        if (aboveId != 0 && fDisplay->X11() != nullptr)
+            fDisplay->X11()->PutBehind(uint32(native.winId()), aboveId);
+        else
+            native.lower();
+    });
+}
+
+void QtWindow::_PostPlace(BRect frame)
+{
+    frame = SaneFrame(fSpec, frame);
+    if (!fPixels.Resize(int32(frame.Width()) + 1, int32(frame.Height()) + 1)) {
+        frame.right = frame.left + fWanted.Width();
+        frame.bottom = frame.top + fWanted.Height();
+    }
+    fWanted = frame;
+    fPlacing++;
+    WindowSpec spec = fSpec;
+    spec.frame = frame;
+    _Post([this, spec](NativeWindow& native) {
+        {
+            StageLock lock;
+            fPlacing--;
+        }
+        native.SetLimits(spec);
+        native.SetPlace(spec.frame);
+    });
+}
+
+void QtWindow::MoveTo(BPoint leftTop)
+{
+    StageLock lock;
+    _PostPlace(fWanted.OffsetToCopy(leftTop));
+}
+
+void QtWindow::ResizeTo(float width, float height)
+{
+    StageLock lock;
+    _PostPlace(
+        BRect(fWanted.left, fWanted.top, fWanted.left + width, fWanted.top + height));
+}
+
+void QtWindow::SetTitle(const std::string& title)
+{
+    StageLock lock;
+    fSpec.title = title;
+    _Post([title](NativeWindow& native) { native.setTitle(QString::fromUtf8(title.c_str())); });
+}
+
+void QtWindow::_PostKind()
+{
+    WindowSpec spec = fSpec;
+    _Post([spec](NativeWindow& native) {
+        native.SetKind(spec.look, spec.feel, spec.flags);
+        native.SetLimits(spec);
+    });
+}
+
+void QtWindow::SetLook(window_look look)
+{
+    StageLock lock;
+    fSpec.look = look;
+    _PostKind();
+}
+
+void QtWindow::SetFeel(window_feel feel)
+{
+    StageLock lock;
+    fSpec.feel = feel;
+    stage().Raise(this);
+    _PostKind();
+}
+
+void QtWindow::SetFlags(uint32 flags)
+{
+    StageLock lock;
+    fSpec.flags = flags;
+    _PostKind();
+}
+
+void QtWindow::SetSizeLimits(float minWidth, float maxWidth, float minHeight, float maxHeight)
+{
+    StageLock lock;
+    fSpec.minWidth = minWidth;
+    fSpec.maxWidth = maxWidth;
+    fSpec.minHeight = minHeight;
+    fSpec.maxHeight = maxHeight;
+    _PostPlace(fWanted);
+}
+
+void QtWindow::SetWorkspaces(uint32 workspaces)
+{
+    StageLock lock;
+    if (workspaces == B_CURRENT_WORKSPACE)
+        workspaces = 1u << stage().Workspace();
+    Event event;
+    event.kind = EventKind::WorkspacesChanged;
+    event.workspaces = workspaces;
+    event.oldWorkspaces = std::exchange(fSpec.workspaces, workspaces);
+    if (event.oldWorkspaces == workspaces)
+        return;
+    Deliver(event);
+    _Post([=, this](NativeWindow& native) {
+        if (fDisplay->X11() != nullptr)
+            fDisplay->X11()->SetWorkspaces(uint32(native.winId()), workspaces);
+    });
+}
+
+void QtWindow::SetCursor(const BCursor* cursor)
+{
+    StageLock lock;
+    Cursor image = BPrivate::cursor_image(cursor);
+    if (image == fCursor)
+        return;
+    fCursor = std::move(image);
+    UpdateCursor();
+}
+
+void QtWindow::UpdateCursor()
+{
+    Cursor image = fCursor != nullptr ? fCursor : stage().AppCursor();
+    bool hidden = stage().IsCursorHidden();
+    _Post([=](NativeWindow& native) { native.SetCursorImage(image, hidden); });
+}
+
+void QtWindow::Present(const Surface& surface, const clipping_rect* rects, int32 count)
+{
+    if (!fPixels.Copy(surface, rects, count))
+        return;
+    StageLock lock;
+    _Post([](NativeWindow& native) { native.ScheduleFlush(); });
+}
+
+void QtWindow::ActivateByUser()
+{
+    bool raise = (fSpec.flags & B_AVOID_FRONT) == 0;
+    bool focus = (fSpec.flags & B_AVOID_FOCUS) == 0;
+    if (raise)
+        stage().Raise(this);
+    if (stage().Active() == this && !raise)
+        return;
+    _Post([=](NativeWindow& native) {
+        if (raise)
+            native.raise();
+        if (focus)
+            native.requestActivate();
+    });
+}
+
+void QtWindow::MoveByUser(BPoint leftTop)
+{
+    if ((fSpec.flags & B_NOT_MOVABLE) == 0)
+        _PostPlace(fWanted.OffsetToCopy(leftTop));
+}
+
+void QtWindow::ResizeByUser(float width, float height)
+{
+    LimitResize(&width, &height);
+    _PostPlace(
+        BRect(fWanted.left, fWanted.top, fWanted.left + width, fWanted.top + height));
+}
+
+void QtWindow::MinimizeByUser(bool minimize)
+{
+    if ((fSpec.flags & B_NOT_MINIMIZABLE) == 0 && fShown && minimize != fMinimized)
+        _Minimize(minimize);
+}
+
+void QtWindow::NativeMoved(BRect frame, Border border)
+{
+    StageLock lock;
+    BRect before = std::exchange(fSpec.frame, frame);
+    fBorder = border;
+    Event event;
+    event.frame = frame;
+    if (frame.LeftTop() != before.LeftTop()) {
+        event.kind = EventKind::Moved;
+        Deliver(event);
+    }
+    if (frame.Width() != before.Width() || frame.Height() != before.Height()) {
+        fPixels.Resize(int32(frame.Width()) + 1, int32(frame.Height()) + 1);
+        event.kind = EventKind::Resized;
+        Deliver(event);
+    }
+    if (fPlacing == 0)
+        fWanted = frame;
+}
+
+void QtWindow::NativeMinimized(bool minimized)
+{
+    StageLock lock;
+    if (std::exchange(fMinimized, minimized) == minimized)
+        return;
+    Event event;
+    event.kind = EventKind::Minimized;
+    event.active = minimized;
+    Deliver(event);
+}
+
+void QtWindow::NativeFocus(bool focus)
+{
+    StageLock lock;
+    if (focus) {
+        if ((fSpec.flags & B_AVOID_FRONT) == 0)
+            stage().Raise(this);
+        stage().SetActive(this);
+    } else if (stage().Active() == this) {
+        // Releases go to whoever has the keyboard then.
+        stage().ReleaseKeys();
+        stage().SetActive(nullptr);
+    }
+}
+
+void QtWindow::CloseNative() { fNative.reset(); }
+
+bigtime_t QtWindow::FrameInterval() const
+{
+    StageLock lock;
+    return fDisplay->FrameInterval();
+}
+
+}  // namespace server

@@ -1,0 +1,74 @@
+#ifndef SERVER_QT_QT_WINDOW_H
+#define SERVER_QT_QT_WINDOW_H
+
+#include <memory>
+
+#include "server/ScreenWindow.h"
+#include "server/Stage.h"
+
+namespace server {
+
+class NativeWindow;
+class QtDisplay;
+
+// A window on Qt's display: what other threads ask for is noted here, and carried out by the
+// server's thread on the native window.
+class QtWindow final : public ScreenWindow {
+public:
+    // Stage locked.
+    static QtWindow* Make(QtDisplay* display, const WindowSpec& spec, EventSink* sink);
+    ~QtWindow() override;
+
+    void Destroy() override;
+    void Show() override;
+    void Hide() override;
+    void Minimize(bool minimize) override;
+    void Activate(bool active) override;
+    void SendBehind(Window* other) override;
+    void MoveTo(BPoint leftTop) override;
+    void ResizeTo(float width, float height) override;
+    void SetTitle(const std::string& title) override;
+    void SetLook(window_look look) override;
+    void SetFeel(window_feel feel) override;
+    void SetFlags(uint32 flags) override;
+    void SetSizeLimits(float minWidth, float maxWidth, float minHeight, float maxHeight) override;
+    void SetWorkspaces(uint32 workspaces) override;
+    void SetCursor(const BCursor* cursor) override;
+    void Present(const Surface& surface, const clipping_rect* rects, int32 count) override;
+
+    Border Decoration() const override { return fBorder; }
+    void ActivateByUser() override;
+    void MoveByUser(BPoint leftTop) override;
+    void ResizeByUser(float width, float height) override;
+    void MinimizeByUser(bool minimize) override;
+
+    // Stage locked.
+    void UpdateCursor();
+
+    // What the native window says. Server's thread, stage not locked.
+    void NativeMoved(BRect frame, Border border);
+    void NativeMinimized(bool minimized);
+    void NativeFocus(bool focus);
+    void CloseNative();
+    bigtime_t FrameInterval() const;
+
+private:
+    QtWindow(QtDisplay* display, const WindowSpec& spec, EventSink* sink);
+    // Stage locked.
+    template <class Task>
+    void _Post(Task task);
+    void _PostPlace(BRect frame);
+    void _PostKind();
+    void _Minimize(bool minimize);
+
+    QtDisplay* fDisplay;
+    std::unique_ptr<NativeWindow> fNative;  // server's thread; made by the first task
+    BRect fWanted;                          // stage locked: where the program last put it
+    int32 fPlacing = 0;                     // stage locked: tasks that will put it there
+    Border fBorder{5, 26};                  // stage locked: a guess until the window is mapped
+    Cursor fCursor;                         // stage locked
+};
+
+}  // namespace server
+
+#endif  // SERVER_QT_QT_WINDOW_H

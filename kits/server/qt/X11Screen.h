@@ -1,0 +1,46 @@
+#ifndef SERVER_QT_X11_SCREEN_H
+#define SERVER_QT_X11_SCREEN_H
+
+// What Qt leaves to the X server and its window manager: workspaces, and putting windows behind
+// each other. Server's thread, but for CanConnect().
+
+#include <QAbstractNativeEventFilter>
+
+#include <SupportDefs.h>
+
+#include <memory>
+
+struct xcb_connection_t;
+
+namespace server {
+
+class X11Screen final : public QAbstractNativeEventFilter {
+public:
+    // False if DISPLAY names a server that does not answer: Qt would end the process.
+    static bool CanConnect();
+    // Null if Qt does not run on X.
+    static std::unique_ptr<X11Screen> Connect();
+    ~X11Screen() override;
+
+    void ActivateWorkspace(int32 workspace);
+    // `workspaces` is a set of bits; X has a window on one workspace or on all.
+    void SetWorkspaces(uint32 window, uint32 workspaces);
+    void PutBehind(uint32 window, uint32 other);
+
+    bool nativeEventFilter(const QByteArray& type, void* message, qintptr* result) override;
+
+private:
+    X11Screen(xcb_connection_t* connection, uint32 root);
+    uint32 _Atom(const char* name);
+    int64 _RootNumber(uint32 property);
+    void _ReadWorkspaces();
+    void _Tell(uint32 window, uint32 message, uint32 first, uint32 second = 0, uint32 third = 0);
+
+    xcb_connection_t* fConnection;
+    uint32 fRoot;
+    uint32 fCount, fCurrent, fOfWindow, fRestack;  // atoms
+};
+
+}  // namespace server
+
+#endif  // SERVER_QT_X11_SCREEN_H
