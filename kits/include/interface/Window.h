@@ -10,8 +10,6 @@
 #include <Size.h>
 #include <SupportDefs.h>
 
-#include <memory>
-
 class BArchivable;
 class BBitmap;
 class BButton;
@@ -24,10 +22,13 @@ class BView;
 
 namespace BPrivate {
 class Canvas;
+class InputMessage;
+struct Shortcut;
 struct WindowData;
 }
 
 namespace server {
+struct Event;
 struct Surface;
 }
 
@@ -290,7 +291,6 @@ private:
 
     void _Init(BRect frame, const char* title, window_look look, window_feel feel, uint32 flags,
                uint32 workspace);
-    void _MakeTopView();
 
     // For the views; all with the window locked.
     BPrivate::Canvas& _Canvas() const;
@@ -316,7 +316,51 @@ private:
     void _ScheduleUpdate();   // sends _UPDATE_, if none is under way
     void _SchedulePresent();  // lets the loop look after the screen
 
-    std::unique_ptr<BPrivate::WindowData> fData;
+    void _Adopt(BMessage* message) { _Queue(message); }
+
+    // The loop's hooks.
+    virtual bigtime_t _Idle();
+    virtual void _Deliver(BMessage* message);
+
+    // Input, in the order in which it finds its target.
+    void _DeliverInput(BPrivate::InputMessage* message);
+    void _DeliverMove(BPrivate::InputMessage* message, const server::Event& event);
+    void _DeliverTransit(BMessage* message, const server::Event& event, BView* under);
+    void _DeliverButton(BPrivate::InputMessage* message, const server::Event& event);
+    void _DeliverToViews(BMessage* message, const server::Event& event, BView* target,
+                         uint32 mask);
+    void _DeliverKey(BPrivate::InputMessage* message);
+    void _DispatchPointer(BMessage* message, const server::Event& event, BView* view);
+    void _DispatchCopy(BMessage* message, BHandler* target);
+    void _SetButtons(int32 buttons);
+    BView* _ViewAt(BPoint where) const;
+    bool _WantsHistory(BView* view) const;
+
+    // Dispatch: true if the message is done with.
+    bool _DispatchToWindow(BMessage* message);
+    bool _DispatchScreenMessage(BMessage* message);
+    bool _DispatchToView(BMessage* message, BView* view);
+    bool _IsOutdated(const BMessage* message) const;
+    bool _KeyDown(BMessage* message);
+    bool _Pulse();
+    bool _Script(BMessage* message);
+    void _UnwantedKey(BMessage* message);
+    void _Navigate(bool backwards, bool jump);
+    BView* _DefaultButtonView() const;
+    void _AddDefaultShortcuts();
+    void _RunShortcut(BMessage* key);
+    void _SendShortcut(const BPrivate::Shortcut& shortcut, const BMessage* key);
+    void _CloseByKey(const BMessage* key);
+    void _Resized(float width, float height);
+    void _Moved(BPoint place);
+    void _Activated(bool active);
+    void _MinimizeAsked(bool minimize);
+    bool _AdoptSize(float width, float height);
+    void _LeaveFront();
+    void _Update();
+    bigtime_t _Present(bool force) const;
+
+    BPrivate::WindowData* fData;
 };
 
 #endif  // _WINDOW_H
