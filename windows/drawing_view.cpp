@@ -80,7 +80,7 @@ bool MyView::_OpenPopUp(BPoint where)
     const bool enabled = (fWindow->fEventMask & (1u << kPopUpMenuBit)) != 0;
     if (!enabled || fWindow->fPopUp == nullptr)
         return false;
-    open_pop_up(fWindow->fPopUp, ConvertToScreen(where));
+    open_pop_up(fWindow->fPopUp, fWindow, ConvertToScreen(where));
     return true;
 }
 

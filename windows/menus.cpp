@@ -4,6 +4,7 @@
 
 #include <Menu.h>
 #include <PopUpMenu.h>
+#include <Window.h>
 
 MyMenuItem::MyMenuItem(const char* label, BMessage* message, char shortcut, bool checkable)
     : BMenuItem(label, message, shortcut), fCheckable(checkable)
@@ -26,4 +27,8 @@ void mark_chosen_item(BMenuItem* item)
     item->SetMarked(inverted ? !item->IsMarked() : true);
 }
 
-void open_pop_up(BPopUpMenu* menu, BPoint where) { menu->Go(where, true); }
+void open_pop_up(BPopUpMenu* menu, BWindow* window, BPoint where)
+{
+    menu->SetTargetForItems(BMessenger(window));
+    menu->Go(where, true);
+}

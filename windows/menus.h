@@ -7,6 +7,7 @@
 #include <Point.h>
 
 class BPopUpMenu;
+class BWindow;
 
 // A menu item whose mark changes with each choice while it is checkable.
 class MyMenuItem : public BMenuItem {
@@ -27,7 +28,7 @@ private:
 void mark_chosen_item(BMenuItem* item);
 
 // Opens the menu at a place on the screen and returns when it is closed; an item chosen has sent
-// its message. Window's thread.
-void open_pop_up(BPopUpMenu* menu, BPoint where);
+// its message to `window`. The window's thread.
+void open_pop_up(BPopUpMenu* menu, BWindow* window, BPoint where);
 
 #endif  // WINDOWS_MENUS_H

@@ -1,0 +1,247 @@
+// Pop-up menus. The thread that calls Go() follows the pointer; the menus are drawn by windows of
+// their own, which it locks for a moment at a time.
+
+#include <PopUpMenu.h>
+
+#include <MenuItem.h>
+#include <Message.h>
+#include <Screen.h>
+#include <Window.h>
+
+#include <algorithm>
+#include <functional>
+#include <vector>
+
+#include <server/Display.h>
+
+static const bigtime_t kLookInterval_us = 10'000;  // between two looks at the pointer
+static const bigtime_t kClick_us = 300'000;        // a shorter press leaves the menu open
+static const float kClickDistance = 4;             // pixels
+static const uint8 kEscapeKey = 0x01;
+
+namespace {
+
+class MenuWindow : public BWindow {
+public:
+    MenuWindow(BRect frame, BMenu* menu)
+        : BWindow(frame, menu->Name(), B_NO_BORDER_WINDOW_LOOK, B_FLOATING_ALL_WINDOW_FEEL,
+                  B_NOT_RESIZABLE | B_NOT_MOVABLE | B_AVOID_FOCUS | B_AVOID_FRONT,
+                  B_CURRENT_WORKSPACE),
+          fMenu(menu)
+    {
+        AddChild(menu);
+    }
+
+    BMenu* Menu() const { return fMenu; }
+
+private:
+    BMenu* fMenu;
+};
+
+bool is_escape_down()
+{
+    uint8 states[16];
+    server::KeyStates(states);
+    return (states[kEscapeKey >> 3] & (1 << (7 - (kEscapeKey & 7)))) != 0;
+}
+
+}  // namespace
+
+// One opening of a menu: its windows, the submenus' after their supermenus', and the choice.
+class BPopUpMenu::Tracker {
+public:
+    Tracker(BPopUpMenu* menu, BRect openRect, bool keepOpen)
+        : fMenu(menu), fOpenRect(openRect), fSticky(keepOpen)
+    {
+    }
+
+    // Follows the pointer to the end and returns the item chosen, or null.
+    BMenuItem* Run(BWindow* caller)
+    {
+        _Open(fMenu, fMenu->ScreenLocation());
+        BPoint began;
+        uint32 buttons = 0;
+        server::PointerState(&began, &buttons);
+        const bigtime_t start = system_time();
+        bool pressed = buttons != 0;
+        if (!pressed)
+            fSticky = true;
+        BMenuItem* chosen = nullptr;
+        for (;;) {
+            BPoint where;
+            server::PointerState(&where, &buttons);
+            if (is_escape_down() || fWindows.empty())
+                break;
+            BMenuItem* under = _Follow(where);
+            if (pressed && buttons == 0) {
+                if (_LeavesOpen(began, where, start)) {
+                    fSticky = true;
+                } else {
+                    chosen = under;
+                    break;
+                }
+            }
+            if (!pressed && buttons != 0 && !_IsInside(where))
+                break;
+            pressed = buttons != 0;
+            if (caller != nullptr && caller->IsLocked())
+                caller->UpdateIfNeeded();
+            snooze(kLookInterval_us);
+        }
+        while (!fWindows.empty())
+            _CloseLast();
+        if (chosen != nullptr && (!chosen->IsEnabled() || chosen->Submenu() != nullptr))
+            return nullptr;
+        return chosen;
+    }
+
+private:
+    // A click that opened the menu does not choose from it yet.
+    bool _LeavesOpen(BPoint began, BPoint where, bigtime_t start) const
+    {
+        if (fSticky && _IsInside(where))
+            return false;
+        const bool moved = std::abs(where.x - began.x) > kClickDistance ||
+            std::abs(where.y - began.y) > kClickDistance;
+        return fSticky || fOpenRect.Contains(where) ||
+            (!moved && system_time() - start < kClick_us);
+    }
+
+    void _Open(BMenu* menu, BPoint where)
+    {
+        float width;
+        float height;
+        menu->GetPreferredSize(&width, &height);
+        const BRect screen = BScreen().Frame();
+        where.x = std::max(screen.left, std::min(where.x, screen.right - width));
+        where.y = std::max(screen.top, std::min(where.y, screen.bottom - height));
+        auto* window = new MenuWindow(BRect(where.x, where.y, where.x + width, where.y + height),
+                                      menu);
+        fWindows.push_back(window);
+        window->Show();
+    }
+
+    void _CloseLast()
+    {
+        MenuWindow* window = fWindows.back();
+        fWindows.pop_back();
+        if (!window->Lock())
+            return;
+        window->Menu()->_Select(nullptr);
+        window->RemoveChild(window->Menu());  // the menu belongs to whoever opened it
+        window->Quit();
+    }
+
+    bool _IsInside(BPoint where) const
+    {
+        return std::any_of(fWindows.begin(), fWindows.end(), [=](MenuWindow* window) {
+            return window->Frame().Contains(where);
+        });
+    }
+
+    // Selects the item under the pointer, opens its submenu, and closes those left.
+    BMenuItem* _Follow(BPoint where)
+    {
+        for (size_t i = fWindows.size(); i-- > 0;) {
+            MenuWindow* window = fWindows[i];
+            if (!window->Frame().Contains(where) || !window->Lock())
+                continue;
+            BMenu* menu = window->Menu();
+            BMenuItem* item = menu->_HitTest(where - window->Frame().LeftTop());
+            const bool changed = item != menu->fSelected;
+            menu->_Select(item != nullptr && item->IsEnabled() ? item : nullptr);
+            window->Unlock();
+            if (changed) {
+                while (fWindows.size() > i + 1)
+                    _CloseLast();
+                if (item != nullptr && item->IsEnabled() && item->Submenu() != nullptr)
+                    _Open(item->Submenu(), item->Submenu()->ScreenLocation());
+            }
+            return item;
+        }
+        if (fWindows.back()->Lock()) {
+            fWindows.back()->Menu()->_Select(nullptr);
+            fWindows.back()->Unlock();
+        }
+        return nullptr;
+    }
+
+    BPopUpMenu* fMenu;
+    BRect fOpenRect;
+    bool fSticky;  // the menu stays open without a button held
+    std::vector<MenuWindow*> fWindows;
+};
+
+BPopUpMenu::BPopUpMenu(const char* name, bool radioMode, bool labelFromMarked, menu_layout layout)
+    : BMenu(name, layout)
+{
+    SetRadioMode(radioMode);
+    if (labelFromMarked)
+        SetLabelFromMarked(true);
+}
+
+BPopUpMenu::BPopUpMenu(BMessage* data) : BMenu(data) {}
+
+BPopUpMenu::~BPopUpMenu() {}
+
+BArchivable* BPopUpMenu::Instantiate(BMessage* archive)
+{
+    return validate_instantiation(archive, "BPopUpMenu") ? new BPopUpMenu(archive) : nullptr;
+}
+
+status_t BPopUpMenu::Archive(BMessage* archive, bool deep) const
+{
+    return BMenu::Archive(archive, deep);
+}
+
+// The window it opens in is no target for what is chosen.
+void BPopUpMenu::AttachedToWindow()
+{
+    BView::AttachedToWindow();
+    ResizeToPreferred();
+}
+
+void BPopUpMenu::SetAsyncAutoDestruct(bool on) { fAutoDestruct = on; }
+bool BPopUpMenu::AsyncAutoDestruct() const { return fAutoDestruct; }
+BPoint BPopUpMenu::ScreenLocation() { return Superitem() != nullptr ? BMenu::ScreenLocation() : fWhere; }
+
+BMenuItem* BPopUpMenu::Go(BPoint where, bool autoInvoke, bool keepOpen, bool async)
+{
+    return Go(where, autoInvoke, keepOpen, BRect(), async);
+}
+
+BMenuItem* BPopUpMenu::Go(BPoint where, bool autoInvoke, bool keepOpen, BRect openRect, bool async)
+{
+    if (fOpen)
+        return nullptr;
+    fOpen = true;
+    fWhere = where;
+    auto follow = [=, this](BWindow* caller) {
+        BMenuItem* chosen = Tracker(this, openRect, keepOpen).Run(caller);
+        fOpen = false;
+        if (chosen != nullptr && autoInvoke)
+            chosen->Invoke();
+        return chosen;
+    };
+    BLooper* looper = BLooper::LooperForThread(find_thread(nullptr));
+    if (!async)
+        return follow(dynamic_cast<BWindow*>(looper));
+    auto* job = new std::function<void()>([=, this] {
+        follow(nullptr);
+        if (fAutoDestruct)
+            delete this;
+    });
+    const thread_id thread = spawn_thread(
+        [](void* data) -> status_t {
+            auto* work = static_cast<std::function<void()>*>(data);
+            (*work)();
+            delete work;
+            return B_OK;
+        },
+        "menu tracking", B_DISPLAY_PRIORITY, job);
+    if (thread < B_OK || resume_thread(thread) != B_OK) {
+        delete job;
+        fOpen = false;
+    }
+    return nullptr;
+}
