@@ -101,6 +101,7 @@ void LooperTable::Remove(LooperSlot* slot)
     slot->token.store(0);
     slot->gone.fetch_add(1);
     futex_wake(slot->gone, INT32_MAX);
+    Wake(slot);  // a loop whose looper was deleted under it ends
     for (BMessage* message : left)
         delete message;
 }
@@ -145,7 +146,6 @@ void LooperTable::Sleep(LooperSlot* slot, bigtime_t deadline)
     slot->queue.Unlock();
     if (empty)
         futex_wait(slot->awake, 0, deadline);
-    slot->awake.store(1);
 }
 
 std::vector<LooperRef> LooperTable::List()

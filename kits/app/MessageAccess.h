@@ -6,8 +6,6 @@
 #include <Message.h>
 #include <Messenger.h>
 
-#include <utility>
-
 namespace BPrivate {
 
 // Targets that are no handler's token.
@@ -31,16 +29,14 @@ struct MessageAccess {
     static BMessenger& ReturnAddress(BMessage* message) { return message->fReturnAddress; }
     static BMessage*& Previous(BMessage* message) { return message->fPrevious; }
 
+    // Gives a reply to who waited for it, with all that came along; deletes `from`.
+    static void MoveReply(BMessage* from, BMessage* to);
+
     // A copy that is on its way to a handler; answers go to `replyTo`.
     static BMessage* CopyFor(const BMessage* message, int32 target, const BMessenger& replyTo,
-                             uint32 flags)
-    {
-        BMessage* copy = new BMessage(*message);
-        copy->fTarget = target;
-        copy->fReturnAddress = replyTo;
-        copy->fDelivery = flags | (message->fDelivery & kDropped);
-        return copy;
-    }
+                             uint32 flags);
+    // Notes that an answer goes out; B_BAD_REPLY or B_DUPLICATE_REPLY if none may.
+    static status_t BeginReply(BMessage* message);
 };
 
 }  // namespace BPrivate

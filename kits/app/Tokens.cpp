@@ -13,6 +13,7 @@ namespace {
 
 struct Entry {
     BHandler* handler;
+    const BLooper* looper;
     LooperSlot* slot;
     ReplyWaiter* waiter;
 };
@@ -49,16 +50,26 @@ Result look_up(int32 token, Result Entry::*member)
     return found != tokens.entries.end() ? found->second.*member : Result();
 }
 
+template <class Value>
+void set(int32 token, Value Entry::*member, Value value)
+{
+    Table& tokens = table();
+    std::lock_guard<std::mutex> guard(tokens.lock);
+    auto found = tokens.entries.find(token);
+    if (found != tokens.entries.end())
+        found->second.*member = value;
+}
+
 }  // namespace
 
 int32 Tokens::Add(BHandler* handler)
 {
-    return add(Entry{handler, nullptr, nullptr});
+    return add(Entry{handler, nullptr, nullptr, nullptr});
 }
 
 int32 Tokens::AddWaiter(ReplyWaiter* waiter)
 {
-    return add(Entry{nullptr, nullptr, waiter});
+    return add(Entry{nullptr, nullptr, nullptr, waiter});
 }
 
 void Tokens::Remove(int32 token)
@@ -70,16 +81,31 @@ void Tokens::Remove(int32 token)
 
 void Tokens::BindSlot(int32 token, LooperSlot* slot)
 {
+    set(token, &Entry::slot, slot);
+}
+
+void Tokens::SetLooper(int32 token, const BLooper* looper)
+{
+    set(token, &Entry::looper, looper);
+}
+
+BHandler* Tokens::HandlerIn(const BLooper* looper, int32 token)
+{
     Table& tokens = table();
     std::lock_guard<std::mutex> guard(tokens.lock);
     auto found = tokens.entries.find(token);
-    if (found != tokens.entries.end())
-        found->second.slot = slot;
+    return found != tokens.entries.end() && found->second.looper == looper
+        ? found->second.handler : nullptr;
 }
 
-BHandler* Tokens::HandlerFor(int32 token)
+const BLooper* Tokens::LooperOf(int32 token)
 {
-    return look_up(token, &Entry::handler);
+    return look_up(token, &Entry::looper);
+}
+
+bool Tokens::IsHandler(int32 token)
+{
+    return look_up(token, &Entry::handler) != nullptr;
 }
 
 LooperSlot* Tokens::SlotFor(int32 token)

@@ -10,6 +10,7 @@
 #include <atomic>
 
 class BHandler;
+class BLooper;
 class BMessage;
 
 namespace BPrivate __attribute__((visibility("hidden"))) {
@@ -31,7 +32,15 @@ void Remove(int32 token);
 // The looper's own token leads to its queue as well.
 void BindSlot(int32 token, LooperSlot* slot);
 
-BHandler* HandlerFor(int32 token);  // null if gone
+// The looper that a handler was added to; told by the handler.
+void SetLooper(int32 token, const BLooper* looper);
+
+// Null if the handler is gone or not with that looper. The pointer holds while the looper is
+// locked.
+BHandler* HandlerIn(const BLooper* looper, int32 token);
+// Only an address, as with HandlerIn(): null for a handler without looper.
+const BLooper* LooperOf(int32 token);
+bool IsHandler(int32 token);
 LooperSlot* SlotFor(int32 token);   // null if it is no looper's
 bool IsWaiter(int32 token);
 // Hands a reply over; false, and the message stays the caller's, if nobody waits.

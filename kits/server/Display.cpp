@@ -222,6 +222,15 @@ void SetCursorHidden(bool hidden)
         sBackend->UpdateCursors();
 }
 
+void ObscureCursor()
+{
+    std::lock_guard guard(choice_mutex());
+    StageLock lock;
+    stage().ObscureCursor();
+    if (sBackend != nullptr)
+        sBackend->UpdateCursors();
+}
+
 void Shutdown()
 {
     Backend* display;

@@ -162,6 +162,7 @@ void SetAcceptsFirstClick(bool accept);
 
 void SetAppCursor(const BCursor* cursor);  // of all windows without a view cursor
 void SetCursorHidden(bool hidden);
+void ObscureCursor();  // hides it until the pointer moves
 
 // Ends the server's thread and closes what windows are left. Later calls do nothing.
 void Shutdown();

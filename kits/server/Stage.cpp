@@ -200,6 +200,7 @@ void Stage::MovePointer(BPoint where, ScreenWindow* target)
 {
     if (std::isnan(where.x) || std::isnan(where.y))
         return;
+    fCursorObscured = fCursorObscured && where == fPointer;
     fPointer = where;
     fLastInput = system_time();
     target = _PointerTarget(target);

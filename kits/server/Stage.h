@@ -67,8 +67,9 @@ public:
     // The cursor over windows that have none of their own.
     const Cursor& AppCursor() const { return fAppCursor; }
     void SetAppCursor(Cursor cursor) { fAppCursor = std::move(cursor); }
-    bool IsCursorHidden() const { return fCursorHidden; }
+    bool IsCursorHidden() const { return fCursorHidden || fCursorObscured; }
     void SetCursorHidden(bool hidden) { fCursorHidden = hidden; }
+    void ObscureCursor() { fCursorObscured = true; }  // until the pointer moves
 
     bigtime_t clickSpeed = 500000;  // microseconds
     bool acceptsFirstClick = true;
@@ -90,6 +91,7 @@ private:
     ClickCounter fClicks;
     Cursor fAppCursor;
     bool fCursorHidden = false;
+    bool fCursorObscured = false;
     int32 fWorkspace = 0;
     int32 fWorkspaceCount = 4;
     bigtime_t fLastInput = 0;

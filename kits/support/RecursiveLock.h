@@ -79,12 +79,12 @@ public:
 
     // Unlocks, and lets a thread that waits have its turn before the caller comes back for the
     // lock: a loop that takes it again and again would starve the others.
-    void UnlockFairly()
+    void UnlockAllFairly()
     {
         const bool others = fWaiting.load(std::memory_order_relaxed) > 0;
         const uint32 grants = fGrants.load(std::memory_order_relaxed);
-        Unlock();
-        if (!others || IsMine())
+        UnlockAll();
+        if (!others)
             return;
         const bigtime_t limit = system_time() + kTurn;
         while (fGrants.load(std::memory_order_relaxed) == grants

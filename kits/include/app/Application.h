@@ -91,6 +91,7 @@ private:
     void _PostLaunchMessages();
     void _ArgvReceived(BMessage* message);
     void _SetCursorHidden(bool hidden);
+    status_t _SetRegistered(BLooper* looper, bool registered);
 
     std::string fSignature;
     status_t fInitStatus;

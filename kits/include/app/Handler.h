@@ -94,6 +94,7 @@ private:
     BHandler& operator=(const BHandler&) = delete;
 
     void _SetLooper(BLooper* looper);
+    bool _ScriptReceived(BMessage* message);
     BPrivate::ObserverList* _Observers();
 
     std::string fName;
@@ -102,7 +103,7 @@ private:
     std::atomic<BLooper*> fLooper;    // changes with the looper locked
     BHandler* fNextHandler;
     std::unique_ptr<BList> fFilters;  // owns the filters as well
-    std::unique_ptr<BPrivate::ObserverList> fObservers;
+    std::atomic<BPrivate::ObserverList*> fObservers;  // owned
 };
 
 #endif  // _HANDLER_H

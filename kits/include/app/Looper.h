@@ -156,6 +156,7 @@ private:
     int32 fPriority;
     Kind fKind;
     bool fRunCalled;
+    bool fOwnThread;    // made by Run()
     bool fTerminating;  // the loop ends after the present message
 };
 

@@ -37,11 +37,19 @@ struct value_info {
     uint32 extra_data;
 };
 
+/* What a class understands of scripting messages: a table of properties and one of other codes,
+   each ended by an empty row. The tables are used in place; with `freeOnDelete` they come from
+   malloc() and are freed. */
 class BPropertyInfo : public BFlattenable {
 public:
-    BPropertyInfo(property_info* prop = nullptr, value_info* value = nullptr, bool freeOnDelete = false);
+    BPropertyInfo(property_info* prop = nullptr, value_info* value = nullptr,
+                  bool freeOnDelete = false);
     virtual ~BPropertyInfo();
-    virtual int32 FindMatch(BMessage* msg, int32 index, BMessage* specifier, int32 form, const char* prop, void* data = nullptr) const;
+
+    /* Index of the first row that fits, -1 if none does; `data` gets its extra word. */
+    virtual int32 FindMatch(BMessage* msg, int32 index, BMessage* specifier, int32 form,
+                            const char* prop, void* data = nullptr) const;
+
     virtual bool IsFixedSize() const;
     virtual type_code TypeCode() const;
     virtual ssize_t FlattenedSize() const;
@@ -58,6 +66,15 @@ protected:
     static bool FindSpecifier(uint32 form, property_info* info);
 
 private:
+    BPropertyInfo(const BPropertyInfo&) = delete;
+    BPropertyInfo& operator=(const BPropertyInfo&) = delete;
+
+    void _Free();
+
+    property_info* fProperties;  // ended by a row without name, as the values
+    value_info* fValues;
+    bool fFreeOnDelete;  // the tables come from malloc()
+    bool fOwnsNames;     // and so do the texts in them
 };
 
 #endif  // _PROPERTYINFO_H

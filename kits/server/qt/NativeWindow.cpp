@@ -257,7 +257,12 @@ void NativeWindow::mouseReleaseEvent(QMouseEvent* event)
 void NativeWindow::mouseMoveEvent(QMouseEvent* event)
 {
     StageLock lock;
+    const bool hidden = stage().IsCursorHidden();
     stage().MovePointer(_OnScreen(event->position()), fOwner);
+    if (!hidden || stage().IsCursorHidden())
+        return;
+    for (ScreenWindow* window : stage().Windows())
+        static_cast<QtWindow*>(window)->UpdateCursor();
 }
 
 void NativeWindow::wheelEvent(QWheelEvent* event)

@@ -1,0 +1,483 @@
+// The application: its loop on the main thread, what is told it at the start, the list of all
+// loopers, and the end of the program.
+//
+// Quitting never holds the application's lock, nor any list's, while it waits for a window: it
+// works on a list of tokens taken before, and a window that went meanwhile just refuses its lock.
+
+#include <Application.h>
+
+#include <Cursor.h>
+#include <Entry.h>
+#include <Message.h>
+#include <PropertyInfo.h>
+#include <Roster.h>
+#include <Window.h>
+
+#include <string.h>
+#include <strings.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <fstream>
+#include <iterator>
+#include <vector>
+
+#include "app/LooperTable.h"
+#include "app/MessageAccess.h"
+#include "app/MessengerAccess.h"
+#include "app/Scripting.h"
+#include "server/Display.h"
+
+using BPrivate::LooperRef;
+using BPrivate::LooperTable;
+using BPrivate::MessengerAccess;
+
+BApplication* be_app;
+BMessenger be_app_messenger;
+
+static const property_info kProperties[] = {
+    {"Name", {B_GET_PROPERTY}, {B_DIRECT_SPECIFIER}, nullptr, 0, {B_STRING_TYPE}, {}},
+    {"Window", {B_COUNT_PROPERTIES}, {B_DIRECT_SPECIFIER}, nullptr, 0, {B_INT32_TYPE}, {}},
+    {"Window", {B_GET_PROPERTY}, {B_INDEX_SPECIFIER}, nullptr, 0, {B_MESSENGER_TYPE}, {}},
+    {"Looper", {B_COUNT_PROPERTIES}, {B_DIRECT_SPECIFIER}, nullptr, 0, {B_INT32_TYPE}, {}},
+    {"Looper", {B_GET_PROPERTY}, {B_INDEX_SPECIFIER}, nullptr, 0, {B_MESSENGER_TYPE}, {}},
+    {},
+};
+
+app_info::app_info()
+    : thread(-1), team(-1), port(-1), flags(B_MULTIPLE_LAUNCH)
+{
+    memset(signature, 0, sizeof(signature));
+}
+
+app_info::~app_info() = default;
+
+// "application/x-vnd.Something": the supertype is told apart without regard to case.
+static bool is_signature(const char* signature)
+{
+    static const char kSupertype[] = "application/";
+    const size_t length = sizeof(kSupertype) - 1;
+    return signature != nullptr && strncasecmp(signature, kSupertype, length) == 0
+        && signature[length] != '\0' && strlen(signature) < sizeof(app_info::signature);
+}
+
+BApplication::BApplication(const char* signature)
+    : BLooper("application")
+{
+    _InitApp(signature, nullptr);
+}
+
+BApplication::BApplication(const char* signature, status_t* error)
+    : BLooper("application")
+{
+    _InitApp(signature, error);
+}
+
+BApplication::BApplication(BMessage* data)
+    : BLooper(data)
+{
+    const char* signature = nullptr;
+    if (data != nullptr)
+        data->FindString("mime_sig", &signature);
+    _InitApp(signature, nullptr);
+    bigtime_t rate;
+    if (data != nullptr && data->FindInt64("_pulse", &rate) == B_OK)
+        SetPulseRate(rate);
+}
+
+BApplication::~BApplication()
+{
+    const bool is_the_one = be_app == this;
+    Lock();
+    if (is_the_one) {
+        _QuitLoopers();
+        be_app = nullptr;
+        server::Shutdown();
+    }
+}
+
+BArchivable* BApplication::Instantiate(BMessage* data)
+{
+    return validate_instantiation(data, "BApplication") ? new BApplication(data) : nullptr;
+}
+
+status_t BApplication::Archive(BMessage* data, bool deep) const
+{
+    status_t status = BLooper::Archive(data, deep);
+    if (status == B_OK)
+        status = data->AddString("mime_sig", Signature());
+    return status == B_OK ? data->AddInt64("_pulse", fPulseRate) : status;
+}
+
+void BApplication::_InitApp(const char* signature, status_t* error)
+{
+    fSignature = signature != nullptr ? signature : "";
+    fInitStatus = is_signature(signature) ? B_OK : B_BAD_VALUE;
+    fLaunching = true;
+    fCursorHidden = false;
+    fPulseRate = 0;
+    fNextPulse = B_INFINITE_TIMEOUT;
+    _SetKind(Kind::Application);
+    if (be_app != nullptr)
+        fInitStatus = B_ALREADY_RUNNING;
+    if (fInitStatus == B_OK) {
+        be_app_messenger = BMessenger(nullptr, this);
+        be_app = this;
+    }
+    if (error != nullptr)
+        *error = fInitStatus;
+}
+
+status_t BApplication::InitCheck() const
+{
+    return fInitStatus;
+}
+
+thread_id BApplication::Run()
+{
+    if (fInitStatus != B_OK)
+        return fInitStatus;
+    if (fRunCalled)
+        return B_ALREADY_RUNNING;
+    _PostLaunchMessages();
+    Loop();
+    const thread_id thread = Thread();
+    _QuitLoopers();
+    return thread;
+}
+
+void BApplication::Quit()
+{
+    const bool locked = Lock();
+    if (!locked)
+        return;
+    fTerminating = true;
+    _Wake();
+    Unlock();
+}
+
+// Calls `act` with each window and each registered looper locked, in the order of their making;
+// stops when it answers false. What was never run is left out while another thread, most likely
+// its maker, holds it. `act` may give the lock back by ending the looper.
+template <class Act>
+static bool for_each_client(Act act)
+{
+    for (const LooperRef& ref : LooperTable::List()) {
+        if (!LooperTable::IsWindow(ref.slot) && !ref.slot->registered.load())
+            continue;
+        const bool runs = ref.slot->thread.load() != 0;
+        if (LooperTable::Lock(ref.slot, ref.token, runs ? B_INFINITE_TIMEOUT : 0) != B_OK)
+            continue;
+        const bool go_on = act(*ref.slot->looper.load());
+        if (ref.slot->token.load() == ref.token)
+            ref.slot->lock.Unlock();
+        if (!go_on)
+            return false;
+    }
+    return true;
+}
+
+bool BApplication::QuitRequested()
+{
+    const int32 levels = fSlot->lock.UnlockAll();
+    const bool agreed = for_each_client([](BLooper& looper) { return looper.QuitRequested(); });
+    fSlot->lock.LockTimes(levels);
+    return agreed;
+}
+
+// New windows may come while the others go.
+void BApplication::_QuitLoopers()
+{
+    const int32 levels = fSlot->lock.UnlockAll();
+    bool some;
+    do {
+        some = false;
+        for_each_client([&](BLooper& looper) {
+            some = true;
+            looper.Quit();
+            return true;
+        });
+    } while (some);
+    fSlot->lock.LockTimes(levels);
+}
+
+void BApplication::Pulse()
+{
+}
+
+void BApplication::ReadyToRun()
+{
+}
+
+void BApplication::MessageReceived(BMessage* message)
+{
+    int32 index, form;
+    BMessage specifier;
+    const char* property;
+    if (message == nullptr || !message->HasSpecifiers()
+        || message->GetCurrentSpecifier(&index, &specifier, &form, &property) != B_OK
+        || !BPrivate::knows_property(kProperties, message, index, &specifier, form, property)) {
+        BLooper::MessageReceived(message);
+        return;
+    }
+    BMessage reply(B_REPLY);
+    status_t status;
+    const bool windows = strcmp(property, "Window") == 0;
+    if (strcmp(property, "Name") == 0)
+        status = reply.AddString("result", Name());
+    else if (message->what == B_COUNT_PROPERTIES)
+        status = reply.AddInt32("result", windows ? CountWindows() : CountLoopers());
+    else {
+        const int32 at = specifier.FindInt32("index");
+        const BMessenger messenger(nullptr, windows ? WindowAt(at) : LooperAt(at));
+        status = messenger.IsValid() ? reply.AddMessenger("result", messenger) : B_BAD_INDEX;
+    }
+    reply.AddInt32("error", status);
+    message->SendReply(&reply);
+}
+
+void BApplication::ArgvReceived(int32, char**)
+{
+}
+
+void BApplication::AppActivated(bool)
+{
+}
+
+void BApplication::RefsReceived(BMessage*)
+{
+}
+
+void BApplication::AboutRequested()
+{
+}
+
+BHandler* BApplication::ResolveSpecifier(BMessage* message, int32 index, BMessage* specifier,
+                                         int32 form, const char* property)
+{
+    if (BPrivate::knows_property(kProperties, message, index, specifier, form, property))
+        return this;
+    return BLooper::ResolveSpecifier(message, index, specifier, form, property);
+}
+
+void BApplication::ShowCursor()
+{
+    _SetCursorHidden(false);
+}
+
+void BApplication::HideCursor()
+{
+    _SetCursorHidden(true);
+}
+
+void BApplication::ObscureCursor()
+{
+    server::ObscureCursor();
+}
+
+bool BApplication::IsCursorHidden() const
+{
+    return fCursorHidden;
+}
+
+void BApplication::_SetCursorHidden(bool hidden)
+{
+    fCursorHidden = hidden;
+    server::SetCursorHidden(hidden);
+}
+
+// The old form, 68 bytes; null is the arrow.
+void BApplication::SetCursor(const void* cursor)
+{
+    if (cursor == nullptr) {
+        SetCursor(static_cast<const BCursor*>(nullptr));
+        return;
+    }
+    const BCursor made(cursor);
+    SetCursor(&made);
+}
+
+void BApplication::SetCursor(const BCursor* cursor, bool)
+{
+    server::SetAppCursor(cursor);
+}
+
+int32 BApplication::CountWindows() const
+{
+    const std::vector<LooperRef> loopers = LooperTable::List();
+    return static_cast<int32>(
+        std::count_if(loopers.begin(), loopers.end(),
+                      [](const LooperRef& ref) { return LooperTable::IsWindow(ref.slot); }));
+}
+
+BWindow* BApplication::WindowAt(int32 index) const
+{
+    for (const LooperRef& ref : LooperTable::List()) {
+        if (LooperTable::IsWindow(ref.slot) && index-- == 0)
+            return static_cast<BWindow*>(ref.looper);
+    }
+    return nullptr;
+}
+
+int32 BApplication::CountLoopers() const
+{
+    return static_cast<int32>(LooperTable::List().size());
+}
+
+BLooper* BApplication::LooperAt(int32 index) const
+{
+    const std::vector<LooperRef> loopers = LooperTable::List();
+    return index >= 0 && index < static_cast<int32>(loopers.size())
+        ? loopers[index].looper : nullptr;
+}
+
+bool BApplication::IsLaunching() const
+{
+    return fLaunching;
+}
+
+const char* BApplication::Signature() const
+{
+    return fSignature.c_str();
+}
+
+status_t BApplication::GetAppInfo(app_info* info) const
+{
+    if (info == nullptr)
+        return B_BAD_VALUE;
+    *info = app_info();
+    info->thread = Thread();
+    info->team = Team();
+    fSignature.copy(info->signature, sizeof(info->signature) - 1);
+    char path[4096];
+    const ssize_t length = readlink("/proc/self/exe", path, sizeof(path) - 1);
+    if (length < 0)
+        return B_ENTRY_NOT_FOUND;
+    path[length] = '\0';
+    return get_ref_for_path(path, &info->ref);
+}
+
+// Programs are built without resources here.
+BResources* BApplication::AppResources()
+{
+    return nullptr;
+}
+
+void BApplication::DispatchMessage(BMessage* message, BHandler* handler)
+{
+    if (message == nullptr || handler != this) {
+        BLooper::DispatchMessage(message, handler);
+        return;
+    }
+    switch (message->what) {
+        case B_ARGV_RECEIVED:
+            _ArgvReceived(message);
+            break;
+        case B_REFS_RECEIVED:
+            RefsReceived(message);
+            break;
+        case B_READY_TO_RUN:
+            if (fLaunching)
+                ReadyToRun();
+            fLaunching = false;
+            break;
+        case B_APP_ACTIVATED:
+            AppActivated(message->FindBool("active"));
+            break;
+        case B_ABOUT_REQUESTED:
+            AboutRequested();
+            break;
+        case B_PULSE:
+            Pulse();
+            break;
+        default:
+            BLooper::DispatchMessage(message, handler);
+    }
+}
+
+void BApplication::SetPulseRate(bigtime_t rate)
+{
+    if (!Lock())
+        return;
+    fPulseRate = max_c(rate, 0);
+    fNextPulse = fPulseRate > 0 ? system_time() + fPulseRate : B_INFINITE_TIMEOUT;
+    Unlock();
+    _Wake();
+}
+
+bigtime_t BApplication::_Idle()
+{
+    const bigtime_t now = system_time();
+    if (fPulseRate > 0 && now >= fNextPulse) {
+        fNextPulse = max_c(fNextPulse, now - fPulseRate) + fPulseRate;
+        PostMessage(B_PULSE);
+    }
+    return fNextPulse;
+}
+
+status_t BApplication::RegisterLooper(BLooper* looper)
+{
+    return _SetRegistered(looper, true);
+}
+
+status_t BApplication::UnregisterLooper(BLooper* looper)
+{
+    return _SetRegistered(looper, false);
+}
+
+status_t BApplication::_SetRegistered(BLooper* looper, bool registered)
+{
+    BPrivate::LooperSlot* slot = LooperTable::Find(looper);
+    if (slot == nullptr || looper == this || LooperTable::IsWindow(slot)
+        || slot->registered.exchange(registered) == registered)
+        return B_BAD_VALUE;
+    return B_OK;
+}
+
+status_t BApplication::GetSupportedSuites(BMessage* data)
+{
+    const status_t status = BPrivate::add_suite(data, "suite/vnd.Be-application", kProperties);
+    return status == B_OK ? BLooper::GetSupportedSuites(data) : status;
+}
+
+status_t BApplication::Perform(perform_code d, void* arg)
+{
+    return BLooper::Perform(d, arg);
+}
+
+// The command line as the kernel keeps it: each argument ends with a zero byte.
+static std::vector<std::string> command_line()
+{
+    std::ifstream file("/proc/self/cmdline", std::ios::binary);
+    std::vector<std::string> arguments;
+    for (std::string argument; std::getline(file, argument, '\0');)
+        arguments.push_back(argument);
+    return arguments;
+}
+
+void BApplication::_PostLaunchMessages()
+{
+    const std::vector<std::string> arguments = command_line();
+    if (arguments.size() > 1) {
+        BMessage message(B_ARGV_RECEIVED);
+        message.AddInt32("argc", static_cast<int32>(arguments.size()));
+        for (const std::string& argument : arguments)
+            message.AddString("argv", argument.c_str());
+        char folder[4096];
+        message.AddString("cwd", getcwd(folder, sizeof(folder)) != nullptr ? folder : "/");
+        PostMessage(&message);
+    }
+    PostMessage(B_READY_TO_RUN);
+}
+
+// argv[argc] is null; the strings belong to the message.
+void BApplication::_ArgvReceived(BMessage* message)
+{
+    std::vector<char*> arguments;
+    const char* argument;
+    while (message->FindString("argv", static_cast<int32>(arguments.size()), &argument) == B_OK)
+        arguments.push_back(const_cast<char*>(argument));
+    const int32 count = static_cast<int32>(arguments.size());
+    arguments.push_back(nullptr);
+    ArgvReceived(count, arguments.data());
+}

@@ -1,0 +1,34 @@
+#ifndef APP_MESSENGER_ACCESS_H
+#define APP_MESSENGER_ACCESS_H
+
+// Messengers made from tokens, and the sending of messages that need no copy.
+
+#include <Messenger.h>
+
+namespace BPrivate __attribute__((visibility("hidden"))) {
+
+struct MessengerAccess {
+    // A messenger to a looper, or to a sender that waits, and one of the looper's handlers.
+    static BMessenger Make(int32 looper, int32 handler);
+    // To a handler where it is at the moment; invalid if it is gone or has no looper.
+    static BMessenger ForHandler(int32 handler);
+    static bool IsSet(const BMessenger& messenger) { return messenger.fLooper != 0; }
+
+    // Queues the message itself, whose access data are set. Adopts it, even when it fails.
+    static status_t Deliver(const BMessenger& target, BMessage* message);
+    // Sends a copy; as the reply to `previous`, if there is one.
+    static status_t Send(const BMessenger& target, const BMessage* message,
+                         const BMessenger& replyTo, const BMessage* previous);
+    static status_t SendAndWait(const BMessenger& target, const BMessage* message,
+                                BMessage* reply, bigtime_t replyTimeout,
+                                const BMessage* previous);
+    // Where an answer goes when the sender of `message` named nobody: to who waits for it
+    // already, if it is passed on, else to the application.
+    static BMessenger ReplyAddress(const BMessage* message);
+};
+
+team_id current_team();
+
+}  // namespace BPrivate
+
+#endif  // APP_MESSENGER_ACCESS_H
