@@ -20,9 +20,9 @@ uint32 sDesktop = 0xff336698;  // stage locked
 const int32 kBoxSize = 13;  // close and zoom boxes in the tab
 
 // Fills and frames in a picture of the screen whose first pixel is somewhere on it.
-class Canvas {
+class Screenshot {
 public:
-    Canvas(const Surface& target, BPoint leftTop)
+    Screenshot(const Surface& target, BPoint leftTop)
         : fTarget(target), fLeft(int32(leftTop.x)), fTop(int32(leftTop.y)) {}
 
     void Fill(clipping_rect rect, uint32 color)
@@ -68,7 +68,7 @@ FontSpec title_font()
     return font;
 }
 
-void Canvas::Title(const std::string& text, const clipping_rect& room, uint32 background)
+void Screenshot::Title(const std::string& text, const clipping_rect& room, uint32 background)
 {
     Target target;
     target.surface = &fTarget;
@@ -86,7 +86,7 @@ void Canvas::Title(const std::string& text, const clipping_rect& room, uint32 ba
     DrawString(target, paint, title_font(), text.data(), int32(text.size()), nullptr, &pen);
 }
 
-void Canvas::Content(ScreenWindow& window)
+void Screenshot::Content(ScreenWindow& window)
 {
     BRect frame = window.Frame();
     window.Pixels().Draw({0, 0, int32(frame.Width()), int32(frame.Height())}, fTarget,
@@ -101,7 +101,7 @@ int32 tab_width(const ScreenWindow& window, int32 whole)
     return std::min(whole, int32(text) + 2 * kBoxSize + 32);
 }
 
-void draw_window(Canvas& canvas, ScreenWindow& window, bool active)
+void draw_window(Screenshot& shot, ScreenWindow& window, bool active)
 {
     BRect outer = window.OuterFrame();
     BRect content = window.Frame();
@@ -111,63 +111,66 @@ void draw_window(Canvas& canvas, ScreenWindow& window, bool active)
     int32 edge = int32(content.top) - side;  // where the border starts below the tab
     if (side > 0) {
         clipping_rect border = {left, edge, right, bottom};
-        canvas.Fill(border, active ? 0xffe0e0e0 : 0xffe8e8e8);
-        canvas.Bevel(border, side > 1 ? 0xffb0b0b0 : 0xff606060, 0xff606060);
+        shot.Fill(border, active ? 0xffe0e0e0 : 0xffe8e8e8);
+        shot.Bevel(border, side > 1 ? 0xffb0b0b0 : 0xff606060, 0xff606060);
         if (side > 2) {
-            canvas.Bevel({left + 1, edge + 1, right - 1, bottom - 1}, 0xffffffff, 0xffa0a0a0);
-            canvas.Bevel({left + side - 1, edge + side - 1, right - side + 1, bottom - side + 1},
+            shot.Bevel({left + 1, edge + 1, right - 1, bottom - 1}, 0xffffffff, 0xffa0a0a0);
+            shot.Bevel({left + side - 1, edge + side - 1, right - side + 1, bottom - side + 1},
                          0xff909090, 0xffffffff);
         }
     }
     if (edge > top) {
         uint32 color = active ? 0xffffcb00 : 0xffe8e8e8;
         clipping_rect tab = {left, top, left + tab_width(window, right - left), edge};
-        canvas.Fill(tab, color);
-        canvas.Bevel(tab, active ? 0xffb08c00 : 0xffb0b0b0, color);
-        canvas.Bevel({tab.left + 1, tab.top + 1, tab.right - 1, tab.bottom},
+        shot.Fill(tab, color);
+        shot.Bevel(tab, active ? 0xffb08c00 : 0xffb0b0b0, color);
+        shot.Bevel({tab.left + 1, tab.top + 1, tab.right - 1, tab.bottom},
                      active ? 0xffffe88c : 0xffffffff, color);
-        canvas.Fill({tab.right, tab.top, tab.right, tab.bottom}, 0xff707070);
+        shot.Fill({tab.right, tab.top, tab.right, tab.bottom}, 0xff707070);
         int32 boxTop = top + (edge - top - kBoxSize) / 2 + 1;
         uint32 dark = active ? 0xffa07800 : 0xff909090;
         int32 textLeft = left + 7;
         int32 textRight = tab.right - 6;
         if ((window.Flags() & B_NOT_CLOSABLE) == 0) {
-            canvas.Bevel({left + 5, boxTop, left + 4 + kBoxSize, boxTop + kBoxSize - 1}, dark, dark);
-            canvas.Bevel({left + 6, boxTop + 1, left + 3 + kBoxSize, boxTop + kBoxSize - 2},
+            shot.Bevel({left + 5, boxTop, left + 4 + kBoxSize, boxTop + kBoxSize - 1}, dark, dark);
+            shot.Bevel({left + 6, boxTop + 1, left + 3 + kBoxSize, boxTop + kBoxSize - 2},
                          0xfffff4c0, color);
             textLeft += kBoxSize + 5;
         }
         if ((window.Flags() & B_NOT_ZOOMABLE) == 0) {
             int32 x = tab.right - 5 - kBoxSize;
-            canvas.Bevel({x + 4, boxTop + 4, x + kBoxSize - 1, boxTop + kBoxSize - 1}, dark, dark);
-            canvas.Fill({x, boxTop, x + 7, boxTop + 7}, color);
-            canvas.Bevel({x, boxTop, x + 7, boxTop + 7}, dark, dark);
+            shot.Bevel({x + 4, boxTop + 4, x + kBoxSize - 1, boxTop + kBoxSize - 1}, dark, dark);
+            shot.Fill({x, boxTop, x + 7, boxTop + 7}, color);
+            shot.Bevel({x, boxTop, x + 7, boxTop + 7}, dark, dark);
             textRight -= kBoxSize + 3;
         }
-        canvas.Title(window.Title(), {textLeft, top + 1, textRight, edge - 1}, color);
+        shot.Title(window.Title(), {textLeft, top + 1, textRight, edge - 1}, color);
     }
-    canvas.Content(window);
+    shot.Content(window);
     if (window.Look() == B_DOCUMENT_WINDOW_LOOK && (window.Flags() & B_NOT_RESIZABLE) == 0) {
         clipping_rect knob = {right - side - 13, bottom - side - 13, right - side, bottom - side};
-        canvas.Fill(knob, 0xffe0e0e0);
-        canvas.Bevel(knob, 0xff909090, 0xffffffff);
+        shot.Fill(knob, 0xffe0e0e0);
+        shot.Bevel(knob, 0xff909090, 0xffffffff);
     }
 }
 
 }  // namespace
 
-uint32 desktop_color() { return sDesktop; }
+rgb_color desktop_color() { return rgb_of(sDesktop); }
 
-void set_desktop_color(uint32 color) { sDesktop = color | 0xff000000; }
+void set_desktop_color(rgb_color color)
+{
+    sDesktop = 0xff000000 | uint32(color.red) << 16 | uint32(color.green) << 8 | color.blue;
+}
 
 void compose(const Surface& target, BPoint leftTop)
 {
-    Canvas canvas(target, leftTop);
+    Screenshot shot(target, leftTop);
     int32 left = int32(leftTop.x), top = int32(leftTop.y);
-    canvas.Fill({left, top, left + target.width - 1, top + target.height - 1}, sDesktop);
+    shot.Fill({left, top, left + target.width - 1, top + target.height - 1}, sDesktop);
     for (ScreenWindow* window : stage().Windows()) {
         if (stage().IsVisible(window))
-            draw_window(canvas, *window, window == stage().Active());
+            draw_window(shot, *window, window == stage().Active());
     }
 }
 

@@ -7,9 +7,9 @@
 
 namespace server {
 
-// The desktop's colour, 0xffRRGGBB. Stage locked.
-uint32 desktop_color();
-void set_desktop_color(uint32 color);
+// The colour behind the windows. Stage locked.
+rgb_color desktop_color();
+void set_desktop_color(rgb_color color);
 
 // Draws this program's windows with title tabs and borders over the desktop. `leftTop` is the
 // place on the screen of the target's first pixel. Stage locked.

@@ -186,6 +186,24 @@ void SetWorkspaceCount(int32 count)
     display->SetWorkspaceCount(count);
 }
 
+rgb_color DesktopColor()
+{
+    StageLock lock;
+    return desktop_color();
+}
+
+void SetDesktopColor(rgb_color color)
+{
+    StageLock lock;
+    set_desktop_color(color);
+}
+
+void SetLocks(uint32 modifiers)
+{
+    StageLock lock;
+    stage().SyncModifiers(modifiers, B_CAPS_LOCK | B_NUM_LOCK | B_SCROLL_LOCK);
+}
+
 bigtime_t IdleTime()
 {
     StageLock lock;

@@ -153,6 +153,13 @@ int32 CurrentWorkspace();
 void ActivateWorkspace(int32 workspace);
 void SetWorkspaceCount(int32 count);
 
+// What lies behind the windows of the picture of the screen.
+rgb_color DesktopColor();
+void SetDesktopColor(rgb_color color);
+
+// Caps, Num and Scroll Lock.
+void SetLocks(uint32 modifiers);
+
 // Microseconds since the last input of any kind.
 bigtime_t IdleTime();
 

@@ -20,6 +20,7 @@ class BRect;
 #define B_UTF8_HIROSHI                       "弘"
 #define B_MAX_MOUSE_BUTTONS                  16
 
+// Bytes that keys send.
 enum {
     B_ASCII_NUL = 0,
     B_HOME = 1,
@@ -57,7 +58,11 @@ enum {
     B_SPACE = 32,
     B_DELETE = 127,
     B_KATAKANA_HIRAGANA = 242,
-    B_HANKAKU_ZENKAKU = 243,
+    B_HANKAKU_ZENKAKU = 243
+};
+
+// Key codes of the keys that B_FUNCTION_KEY stands for, and of some others.
+enum {
     B_F1_KEY = 2,
     B_F2_KEY = 3,
     B_F3_KEY = 4,
@@ -78,7 +83,11 @@ enum {
     B_SPACE_BAR_KEY = 94,
     B_NUMPAD_EQUAL_KEY = 106,
     B_HANGUL_KEY = 240,
-    B_HANGUL_HANJA_KEY = 241,
+    B_HANGUL_HANJA_KEY = 241
+};
+
+// Tables of a key map.
+enum {
     B_CONTROL_TABLE = 1,
     B_OPTION_CAPS_SHIFT_TABLE = 2,
     B_OPTION_CAPS_TABLE = 4,
@@ -87,7 +96,11 @@ enum {
     B_CAPS_SHIFT_TABLE = 32,
     B_CAPS_TABLE = 64,
     B_SHIFT_TABLE = 128,
-    B_NORMAL_TABLE = 0x100,
+    B_NORMAL_TABLE = 0x100
+};
+
+// Modifiers. The word has the common bit and that of the side.
+enum {
     B_SHIFT_KEY = 1,
     B_COMMAND_KEY = 2,
     B_CONTROL_KEY = 4,
@@ -103,14 +116,30 @@ enum {
     B_LEFT_CONTROL_KEY = 0x1000,
     B_RIGHT_CONTROL_KEY = 0x2000,
     B_LEFT_OPTION_KEY = 0x4000,
-    B_RIGHT_OPTION_KEY = 0x8000,
-    B_NO_COMMAND_KEY = 0x00010000,
+    B_RIGHT_OPTION_KEY = 0x8000
+};
+
+// Flag of shortcuts: the Command key is not added.
+enum {
+    B_NO_COMMAND_KEY = 0x00010000
+};
+
+// Rules for the inside of a shape.
+enum {
     B_EVEN_ODD = 0,
-    B_NONZERO = 1,
+    B_NONZERO = 1
+};
+
+// Bitmaps of an icon.
+enum {
     B_INACTIVE_ICON_BITMAP = 0,
     B_ACTIVE_ICON_BITMAP = 1,
     B_PARTIALLY_ACTIVATE_ICON_BITMAP = 2,
-    B_DISABLED_ICON_BITMAP = 128,
+    B_DISABLED_ICON_BITMAP = 128
+};
+
+// Flags of icons.
+enum {
     B_KEEP_ICON_BITMAP = 1,
     B_TRIM_ICON_BITMAP = 0x100,
     B_TRIM_ICON_BITMAP_KEEP_ASPECT = 0x200,
@@ -328,11 +357,19 @@ const float B_DISABLED_LABEL_TINT = 1.407;
 const float B_HIGHLIGHT_BACKGROUND_TINT = 1.295;
 const float B_DISABLED_MARK_TINT = 0.385;
 
+/* B_UNSUPPORTED: hosts have no Deskbar to ask, nor screen modes to set. */
 status_t get_deskbar_frame(BRect* frame);
-const color_map* system_colors();
 status_t set_screen_space(int32 index, uint32 resolution, bool save = true);
+/* The palette of B_CMAP8. Never freed. */
+const color_map* system_colors();
+
+/* How scroll bars look in this program. */
 status_t get_scroll_bar_info(scroll_bar_info* info);
 status_t set_scroll_bar_info(scroll_bar_info* info);
+
+/* The mouse. Types, maps, speeds and accelerations are the host's: reading gives the defaults of
+   BeOS, setting B_UNSUPPORTED. The click speed (microseconds between two presses of a double
+   click) holds for this program. There is one mouse, whatever its name. */
 status_t get_mouse_type(int32* type);
 status_t get_mouse_type(const char* mouse_name, int32* type);
 status_t set_mouse_type(const char* mouse_name, int32 type);
@@ -350,41 +387,65 @@ status_t set_mouse_speed(const char* mouse_name, int32 speed);
 status_t get_mouse_acceleration(int32* speed);
 status_t get_mouse_acceleration(const char* mouse_name, int32* speed);
 status_t set_mouse_acceleration(const char* mouse_name, int32 speed);
+
+/* The keyboard. Repeating is the host's: B_UNSUPPORTED as above. */
 status_t get_key_repeat_rate(int32* rate);
 status_t set_key_repeat_rate(int32 rate);
 status_t get_key_repeat_delay(bigtime_t* delay);
 status_t set_key_repeat_delay(bigtime_t delay);
+/* The modifiers and keys that are down. */
 uint32 modifiers();
 status_t get_key_info(key_info* info);
+/* The US key map and the characters its entries point to (a count, then that many bytes). Both are
+   the caller's to free(). Null if memory runs out. */
 void get_key_map(key_map** _map, char** _keyBuffer);
 status_t get_keyboard_id(uint16* _id);
 status_t get_modifier_key(uint32 modifier, uint32* key);
+/* Does nothing: the host's keyboard map says which key is what. */
 void set_modifier_key(uint32 modifier, uint32 key);
+/* Caps, Num and Scroll Lock, until the keyboard itself says otherwise. */
 void set_keyboard_locks(uint32 modifiers);
 rgb_color keyboard_navigation_color();
+
+/* The host's workspaces, where it has some. The number is the window manager's to set, but in
+   memory, where it is 4. */
 int32 count_workspaces();
 void set_workspace_count(int32 count);
 int32 current_workspace();
 void activate_workspace(int32 workspace);
+
+/* Microseconds since this program last saw input. */
 bigtime_t idle_time();
+/* Do nothing: there are no such panels on other hosts. */
 void run_select_printer_panel();
 void run_add_printer_panel();
 void run_be_about();
+
+/* The window manager's: reading gives click to focus, setting does nothing. */
 void set_focus_follows_mouse(bool follow);
 bool focus_follows_mouse();
 void set_mouse_mode(mode_mouse mode);
 mode_mouse mouse_mode();
 void set_focus_follows_mouse_mode(mode_focus_follows_mouse mode);
 mode_focus_follows_mouse focus_follows_mouse_mode();
+
+/* Where the pointer is on the screen, and which buttons are down. */
 status_t get_mouse(BPoint* screenWhere, uint32* buttons);
+/* B_UNSUPPORTED: the pointer's picture is the host's. */
 status_t get_mouse_bitmap(BBitmap** bitmap, BPoint* hotspot);
+/* Whether the press that activates a window is also a press in it. */
 void set_accept_first_click(bool acceptFirstClick);
 bool accept_first_click();
+
+/* Colours of the user interface, for this program. Black for a code that is none. */
 rgb_color ui_color(color_which which);
+/* The name of the constant, null for a code that is none; and back, B_NO_COLOR for no such name. */
 const char* ui_color_name(color_which which);
 color_which which_ui_color(const char* name);
 void set_ui_color(const color_which& which, const rgb_color& color);
+/* Fields of the colours' names. */
 void set_ui_colors(const BMessage* colors);
+/* Below 1 nearer to white, above nearer to black; 0 and 2 are white and black. Alpha stays. */
 rgb_color tint_color(rgb_color color, float tint);
 status_t set_mouse_type(int32 type);
 status_t set_mouse_speed(int32 speed);

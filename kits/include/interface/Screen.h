@@ -8,29 +8,40 @@
 class BBitmap;
 class BWindow;
 
+/* The screen. Hosts show one, whatever its size; in memory it has 1024 x 768 pixels unless
+   PLINTH_SCREEN says otherwise ("1280x800"). Any thread. */
 class BScreen {
 public:
     BScreen(screen_id id = B_MAIN_SCREEN_ID);
     BScreen(BWindow* window);
     ~BScreen();
+
     bool IsValid();
+    /* B_ERROR: there is no next one. */
     status_t SetToNext();
     color_space ColorSpace();
     BRect Frame();
     screen_id ID();
+    /* Waits for the beginning of the next display frame, as far as its rate is known. B_ERROR if
+       `timeout` (microseconds) is over first. */
     status_t WaitForRetrace();
     status_t WaitForRetrace(bigtime_t timeout);
+    /* The palette of B_CMAP8. */
     uint8 IndexForColor(rgb_color color);
     uint8 IndexForColor(uint8 red, uint8 green, uint8 blue, uint8 alpha = 255);
     rgb_color ColorForIndex(uint8 index);
     uint8 InvertIndex(uint8 index);
     const color_map* ColorMap();
+    /* What this program's windows show in front of the desktop, without the pointer. `frame` null:
+       the whole screen. GetBitmap() makes a bitmap that is the caller's; ReadBitmap() fills one. */
     status_t GetBitmap(BBitmap** _bitmap, bool drawCursor = true, BRect* frame = nullptr);
     status_t ReadBitmap(BBitmap* bitmap, bool drawCursor = true, BRect* frame = nullptr);
+    /* The colour behind the windows in memory; other displays have desktops of their own. */
     rgb_color DesktopColor();
     rgb_color DesktopColor(uint32 workspace);
     void SetDesktopColor(rgb_color color, bool stick = true);
     void SetDesktopColor(rgb_color color, uint32 workspace, bool stick = true);
+    /* Power and brightness are the host's: B_UNSUPPORTED, and always on. */
     status_t SetDPMS(uint32 state);
     uint32 DPMSState();
     uint32 DPMSCapabilites();
@@ -38,6 +49,7 @@ public:
     status_t SetBrightness(float brightness);
 
 private:
+    screen_id fId;
 };
 
 #endif  // _SCREEN_H
