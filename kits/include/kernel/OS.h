@@ -346,18 +346,26 @@ ssize_t wait_for_objects(object_wait_info* infos, int numInfos);
 ssize_t wait_for_objects_etc(object_wait_info* infos, int numInfos, uint32 flags, bigtime_t timeout);
 }
 
-// macro get_area_info(id, areaInfo)
-// macro get_next_area_info(team, cookie, areaInfo)
-// macro get_port_info(port, info)
-// macro get_next_port_info(team, cookie, info)
-// macro get_port_message_info_etc(port, info, flags, timeout)
-// macro get_sem_info(sem, info)
-// macro get_next_sem_info(team, cookie, info)
-// macro get_team_info(id, info)
-// macro get_next_team_info(cookie, info)
-// macro get_team_usage_info(team, who, info)
-// macro get_thread_info(id, info)
-// macro get_next_thread_info(team, cookie, info)
-// macro get_cpu_info(firstCPU, cpuCount, info)
+// The info functions take the size of the structure that the caller was built with.
+#define get_area_info(id, areaInfo) _get_area_info((id), (areaInfo), sizeof(*(areaInfo)))
+#define get_next_area_info(team, cookie, areaInfo) \
+    _get_next_area_info((team), (cookie), (areaInfo), sizeof(*(areaInfo)))
+#define get_port_info(port, info) _get_port_info((port), (info), sizeof(*(info)))
+#define get_next_port_info(team, cookie, info) \
+    _get_next_port_info((team), (cookie), (info), sizeof(*(info)))
+#define get_port_message_info_etc(port, info, flags, timeout) \
+    _get_port_message_info_etc((port), (info), sizeof(*(info)), (flags), (timeout))
+#define get_sem_info(sem, info) _get_sem_info((sem), (info), sizeof(*(info)))
+#define get_next_sem_info(team, cookie, info) \
+    _get_next_sem_info((team), (cookie), (info), sizeof(*(info)))
+#define get_team_info(id, info) _get_team_info((id), (info), sizeof(*(info)))
+#define get_next_team_info(cookie, info) _get_next_team_info((cookie), (info), sizeof(*(info)))
+#define get_team_usage_info(team, who, info) \
+    _get_team_usage_info((team), (who), (info), sizeof(*(info)))
+#define get_thread_info(id, info) _get_thread_info((id), (info), sizeof(*(info)))
+#define get_next_thread_info(team, cookie, info) \
+    _get_next_thread_info((team), (cookie), (info), sizeof(*(info)))
+#define get_cpu_info(firstCPU, cpuCount, info) \
+    _get_cpu_info_etc((firstCPU), (cpuCount), (info), sizeof(*(info)))
 
 #endif  // _OS_H

@@ -57,19 +57,81 @@ extern const char* B_EMPTY_STRING;  // ""
 #define B_COUNT_OF(a) (sizeof(a) / sizeof((a)[0]))
 
 // Sequentially consistent operations; all but atomic_set return the value before the change.
-void atomic_set(int32* value, int32 newValue);
-int32 atomic_get_and_set(int32* value, int32 newValue);
-int32 atomic_test_and_set(int32* value, int32 newValue, int32 testAgainst);
-int32 atomic_add(int32* value, int32 addValue);
-int32 atomic_and(int32* value, int32 andValue);
-int32 atomic_or(int32* value, int32 orValue);
-int32 atomic_get(int32* value);
-void atomic_set64(int64* value, int64 newValue);
-int64 atomic_get_and_set64(int64* value, int64 newValue);
-int64 atomic_test_and_set64(int64* value, int64 newValue, int64 testAgainst);
-int64 atomic_add64(int64* value, int64 addValue);
-int64 atomic_and64(int64* value, int64 andValue);
-int64 atomic_or64(int64* value, int64 orValue);
-int64 atomic_get64(int64* value);
+
+inline void atomic_set(int32* value, int32 newValue)
+{
+    __atomic_store_n(value, newValue, __ATOMIC_SEQ_CST);
+}
+
+inline int32 atomic_get_and_set(int32* value, int32 newValue)
+{
+    return __atomic_exchange_n(value, newValue, __ATOMIC_SEQ_CST);
+}
+
+// Stores `newValue` only where `testAgainst` is found.
+inline int32 atomic_test_and_set(int32* value, int32 newValue, int32 testAgainst)
+{
+    __atomic_compare_exchange_n(value, &testAgainst, newValue, false, __ATOMIC_SEQ_CST,
+                                __ATOMIC_SEQ_CST);
+    return testAgainst;
+}
+
+inline int32 atomic_add(int32* value, int32 addValue)
+{
+    return __atomic_fetch_add(value, addValue, __ATOMIC_SEQ_CST);
+}
+
+inline int32 atomic_and(int32* value, int32 andValue)
+{
+    return __atomic_fetch_and(value, andValue, __ATOMIC_SEQ_CST);
+}
+
+inline int32 atomic_or(int32* value, int32 orValue)
+{
+    return __atomic_fetch_or(value, orValue, __ATOMIC_SEQ_CST);
+}
+
+inline int32 atomic_get(int32* value)
+{
+    return __atomic_load_n(value, __ATOMIC_SEQ_CST);
+}
+
+inline void atomic_set64(int64* value, int64 newValue)
+{
+    __atomic_store_n(value, newValue, __ATOMIC_SEQ_CST);
+}
+
+inline int64 atomic_get_and_set64(int64* value, int64 newValue)
+{
+    return __atomic_exchange_n(value, newValue, __ATOMIC_SEQ_CST);
+}
+
+// Stores `newValue` only where `testAgainst` is found.
+inline int64 atomic_test_and_set64(int64* value, int64 newValue, int64 testAgainst)
+{
+    __atomic_compare_exchange_n(value, &testAgainst, newValue, false, __ATOMIC_SEQ_CST,
+                                __ATOMIC_SEQ_CST);
+    return testAgainst;
+}
+
+inline int64 atomic_add64(int64* value, int64 addValue)
+{
+    return __atomic_fetch_add(value, addValue, __ATOMIC_SEQ_CST);
+}
+
+inline int64 atomic_and64(int64* value, int64 andValue)
+{
+    return __atomic_fetch_and(value, andValue, __ATOMIC_SEQ_CST);
+}
+
+inline int64 atomic_or64(int64* value, int64 orValue)
+{
+    return __atomic_fetch_or(value, orValue, __ATOMIC_SEQ_CST);
+}
+
+inline int64 atomic_get64(int64* value)
+{
+    return __atomic_load_n(value, __ATOMIC_SEQ_CST);
+}
 
 #endif  // _SUPPORT_DEFS_H

@@ -55,19 +55,7 @@ enum {
     B_ASCII_TYPE = 'TEXT'
 };
 
-extern const char * B_URL_HTTP;   // "application/x-vnd.Be.URL.http"
-extern const char * B_URL_HTTPS;   // "application/x-vnd.Be.URL.https"
-extern const char * B_URL_FTP;   // "application/x-vnd.Be.URL.ftp"
-extern const char * B_URL_GOPHER;   // "application/x-vnd.Be.URL.gopher"
-extern const char * B_URL_MAILTO;   // "application/x-vnd.Be.URL.mailto"
-extern const char * B_URL_NEWS;   // "application/x-vnd.Be.URL.news"
-extern const char * B_URL_NNTP;   // "application/x-vnd.Be.URL.nntp"
-extern const char * B_URL_TELNET;   // "application/x-vnd.Be.URL.telnet"
-extern const char * B_URL_RLOGIN;   // "application/x-vnd.Be.URL.rlogin"
-extern const char * B_URL_TN3270;   // "application/x-vnd.Be.URL.tn3270"
-extern const char * B_URL_WAIS;   // "application/x-vnd.Be.URL.wais"
-extern const char * B_URL_FILE;   // "application/x-vnd.Be.URL.file"
-
+// MIME types of links, by scheme.
 extern const char* B_URL_HTTP;
 extern const char* B_URL_HTTPS;
 extern const char* B_URL_FTP;

@@ -1,0 +1,19 @@
+#ifndef KERNEL_HOST_ACTIONS_H
+#define KERNEL_HOST_ACTIONS_H
+
+// What the kernel kit does to the machine and to other processes. A test puts its own functions in.
+
+#include <sys/types.h>
+
+namespace BPrivate {
+
+struct HostActions {
+    int (*set_clock)(unsigned long seconds);       // since 1970; 0, or -1 with errno
+    int (*signal_team)(pid_t team, int signal);    // 0, or -1 with errno
+};
+
+HostActions& host_actions();
+
+}  // namespace BPrivate
+
+#endif  // KERNEL_HOST_ACTIONS_H
