@@ -5,6 +5,9 @@
 #include <Flattenable.h>
 #include <SupportDefs.h>
 
+// Turns (x, y) into (x * sx + y * shx + tx, x * shy + y * sy + ty). Calls that change it act after
+// what it did before, those named Pre... act first. Angles are radians. The inverse of one that
+// is not valid has no finite values.
 class BAffineTransform : public BFlattenable {
 public:
     static constexpr double kDefaultEpsilon = 1e-14;
@@ -12,16 +15,19 @@ public:
     BAffineTransform(double sx, double shy, double shx, double sy, double tx, double ty);
     BAffineTransform(const BAffineTransform& copyFrom);
     virtual ~BAffineTransform();
+
     virtual bool IsFixedSize() const;
     virtual type_code TypeCode() const;
     virtual ssize_t FlattenedSize() const;
     virtual status_t Flatten(void* buffer, ssize_t size) const;
     virtual status_t Unflatten(type_code code, const void* buffer, ssize_t size);
+
     static BAffineTransform AffineTranslation(double x, double y);
     static BAffineTransform AffineRotation(double angle);
     static BAffineTransform AffineScaling(double x, double y);
     static BAffineTransform AffineScaling(double scale);
     static BAffineTransform AffineShearing(double x, double y);
+
     void Apply(double* x, double* y) const;
     void ApplyInverse(double* x, double* y) const;
     BPoint Apply(const BPoint& point) const;
@@ -30,6 +36,7 @@ public:
     void ApplyInverse(BPoint* point) const;
     void Apply(BPoint* points, uint32 count) const;
     void ApplyInverse(BPoint* points, uint32 count) const;
+
     const BAffineTransform& TranslateBy(double x, double y);
     const BAffineTransform& TranslateBy(const BPoint& delta);
     const BAffineTransform& PreTranslateBy(double x, double y);
@@ -63,10 +70,12 @@ public:
     BAffineTransform ShearByCopy(const BPoint& center, double x, double y) const;
     BAffineTransform ShearByCopy(const BPoint& shear) const;
     BAffineTransform ShearByCopy(const BPoint& center, const BPoint& shear) const;
+
     const BAffineTransform& Multiply(const BAffineTransform& other);
     const BAffineTransform& PreMultiply(const BAffineTransform& other);
     const BAffineTransform& MultiplyInverse(const BAffineTransform& other);
     const BAffineTransform& PreMultiplyInverse(const BAffineTransform& other);
+
     BAffineTransform& operator=(const BAffineTransform& copyFrom);
     bool operator==(const BAffineTransform& other) const;
     bool operator!=(const BAffineTransform& other) const;
@@ -75,14 +84,17 @@ public:
     BAffineTransform operator*(const BAffineTransform& other) const;
     BAffineTransform operator/(const BAffineTransform& other) const;
     BAffineTransform operator~() const;
+
     bool IsValid(double epsilon = kDefaultEpsilon) const;
     bool IsIdentity(double epsilon = kDefaultEpsilon) const;
     bool IsDilation(double epsilon = kDefaultEpsilon) const;
     bool IsEqual(const BAffineTransform& other, double epsilon = kDefaultEpsilon) const;
+
     const BAffineTransform& Invert();
     const BAffineTransform& FlipX();
     const BAffineTransform& FlipY();
     const BAffineTransform& Reset();
+
     double Determinant() const;
     double InverseDeterminant() const;
     void GetTranslation(double* tx, double* ty) const;
@@ -90,15 +102,18 @@ public:
     double Scale() const;
     void GetScale(double* sx, double* sy) const;
     void GetScaleAbs(double* sx, double* sy) const;
-    bool GetAffineParameters(double* translationX, double* translationY, double* rotation, double* scaleX, double* scaleY, double* shearX, double* shearY) const;
+    // Each may be null. False, and nothing set, for a transformation that is not valid.
+    bool GetAffineParameters(double* translationX, double* translationY, double* rotation,
+                             double* scaleX, double* scaleY, double* shearX,
+                             double* shearY) const;
+
+
     double sx;
     double shy;
     double shx;
     double sy;
     double tx;
     double ty;
-
-private:
 };
 
 extern const BAffineTransform B_AFFINE_IDENTITY_TRANSFORM;
