@@ -35,7 +35,7 @@ public:
     {
         {
             StageLock lock;
-            fSink = nullptr;
+            Silence();
             bool wasActive = stage().Active() == this;
             stage().Remove(this);
             if (wasActive)

@@ -26,6 +26,9 @@ public:
     // Queues the event for the window; nothing once it is destroyed. Stage locked.
     void Deliver(Event event);
 
+    // No more events. Stage locked.
+    void Silence() { fSink = nullptr; }
+
     BRect Frame() const { return fSpec.frame; }
     BRect OuterFrame() const;  // with the decoration
     const std::string& Title() const { return fSpec.title; }

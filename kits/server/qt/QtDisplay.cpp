@@ -27,11 +27,13 @@ namespace {
 QtDisplay* sRunning;  // stage locked; null when no thread is up
 std::binary_semaphore sStarted(0);
 
-// Qt objects to an application object outside of the main thread, where all is made for it here.
+// Qt objects to an application object outside of the main thread, where all is made for it here,
+// and to sessions without a run-time folder, which windows do not need.
 void filter_message(QtMsgType type, const QMessageLogContext&, const QString& text)
 {
     if (type == QtDebugMsg || type == QtInfoMsg ||
-        text.contains(QLatin1String("not created in the main() thread")))
+        text.contains(QLatin1String("not created in the main() thread")) ||
+        text.startsWith(QLatin1String("QStandardPaths:")))
         return;
     fprintf(stderr, "%s\n", text.toLocal8Bit().constData());
 }
@@ -101,8 +103,10 @@ void QtDisplay::_Run()
             StageLock lock;
             fQueue = nullptr;
             sRunning = nullptr;
-            for (ScreenWindow* window : stage().Windows())
+            for (ScreenWindow* window : stage().Windows()) {
+                window->Silence();
                 windows.push_back(static_cast<QtWindow*>(window));
+            }
         }
         for (QtWindow* window : windows)
             window->CloseNative();

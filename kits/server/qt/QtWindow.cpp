@@ -61,7 +61,7 @@ void QtWindow::_Post(Task task)
 void QtWindow::Destroy()
 {
     StageLock lock;
-    fSink = nullptr;
+    Silence();
     stage().Remove(this);
     fDisplay->Discard(this);
 }

@@ -5,6 +5,7 @@
 #include <QGuiApplication>
 
 #include <xcb/xcb.h>
+#include <xcb/xcbext.h>
 
 #include <algorithm>
 #include <bit>
@@ -42,6 +43,7 @@ std::unique_ptr<X11Screen> X11Screen::Connect()
     xcb_screen_t* screen = xcb_setup_roots_iterator(xcb_get_setup(connection)).data;
     std::unique_ptr<X11Screen> result(new X11Screen(connection, screen->root));
     result->_ReadWorkspaces();
+    result->_RepeatWithoutReleases();
     qGuiApp->installNativeEventFilter(result.get());
     return result;
 }
@@ -53,6 +55,33 @@ X11Screen::X11Screen(xcb_connection_t* connection, uint32 root)
     fCurrent = _Atom("_NET_CURRENT_DESKTOP");
     fOfWindow = _Atom("_NET_WM_DESKTOP");
     fRestack = _Atom("_NET_RESTACK_WINDOW");
+}
+
+// Asks for repeats as presses alone. Without it the releases between them look like the user's own
+// whenever the next press is not yet there to be seen. Qt has opened the extension already.
+void X11Screen::_RepeatWithoutReleases()
+{
+    static xcb_extension_t extension = {"XKEYBOARD", 0};
+    const uint8_t kPerClientFlags = 21;
+    const uint32 kDetectableRepeat = 1;
+    struct {
+        uint8_t major = 0, minor = 0;  // xcb's to fill in
+        uint16_t length = 0;
+        uint16_t device = 0x100;  // the core keyboard
+        uint16_t padding = 0;
+        uint32_t change = kDetectableRepeat;
+        uint32_t value = kDetectableRepeat;
+        uint32_t controlsToChange = 0, controls = 0, controlValues = 0;
+    } request;
+    const xcb_query_extension_reply_t* present = xcb_get_extension_data(fConnection, &extension);
+    if (present == nullptr || !present->present)
+        return;
+    static const xcb_protocol_request_t kProtocol = {1, &extension, kPerClientFlags, 0};
+    iovec parts[3] = {};
+    parts[2].iov_base = &request;
+    parts[2].iov_len = sizeof(request);
+    unsigned sequence = xcb_send_request(fConnection, XCB_REQUEST_CHECKED, parts + 2, &kProtocol);
+    xcb_discard_reply(fConnection, sequence);
 }
 
 X11Screen::~X11Screen() { qGuiApp->removeNativeEventFilter(this); }

@@ -34,6 +34,7 @@ private:
     uint32 _Atom(const char* name);
     int64 _RootNumber(uint32 property);
     void _ReadWorkspaces();
+    void _RepeatWithoutReleases();
     void _Tell(uint32 window, uint32 message, uint32 first, uint32 second = 0, uint32 third = 0);
 
     xcb_connection_t* fConnection;
