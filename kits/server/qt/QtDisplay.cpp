@@ -190,7 +190,7 @@ void QtDisplay::Shutdown()
     {
         StageLock lock;
         if (fQueue != nullptr)
-            Post([] { QGuiApplication::quit(); });
+            Post([] { QGuiApplication::exit(); });  // quit() would ask the windows
     }
     if (fThread.joinable() && fThread.get_id() != std::this_thread::get_id())
         fThread.join();
