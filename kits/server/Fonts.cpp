@@ -305,8 +305,8 @@ void FontHeight(const FontSpec& font, font_height* height)
     };
     thread_local Known known[16];
     uint32 ids = static_cast<uint32>(font.family) << 16 | font.style;
-    Known& slot = known[(ids * 7 + ids / 65536 * 3 + static_cast<int32>(
-        std::clamp(font.size, 0.0f, 1000.0f))) & 15];
+    uint32 size = font.size > 0.0f ? static_cast<uint32>(std::min(font.size, kLargestSize)) : 0;
+    Known& slot = known[((ids >> 16) * 3 + ids * 7 + size) & 15];
     if (slot.ids == ids && slot.size == font.size && slot.generation == RunGeneration()) {
         *height = slot.height;
         return;
