@@ -194,39 +194,41 @@ static size_t put_conversion(char* to, double x, const Conversion& conversion)
     return std::clamp<size_t>(length, 0, kSlotText);
 }
 
-// Honours exactly one conversion of a double, and "%%" beside it; every other text is printed as
-// it stands, so that nothing is read that was not passed.
+// True if `fmt` holds exactly one conversion, of a double, beside any "%%".
+static bool find_conversion(const char* fmt, Conversion* conversion)
+{
+    int conversions = 0;
+    for (const char* at = fmt; (at = strchr(at, '%')) != nullptr;) {
+        if (at[1] == '%') {
+            at += 2;
+            continue;
+        }
+        at = read_conversion(at + 1, conversion);
+        if (at == nullptr || ++conversions > 1)
+            return false;
+    }
+    return conversions == 1;
+}
+
+// Prints a text that is not one conversion of a double as it stands, so that nothing is read that
+// was not passed.
 extern "C" char* Format(double x, const char* fmt)
 {
     fmt = text_or_empty(fmt);
     char* slot = GetNextTab();
     Conversion conversion;
-    int conversions = 0;
-    const char* end = fmt;
-    while ((end = strchr(end, '%')) != nullptr) {
-        if (end[1] == '%') {
-            end += 2;
-            continue;
-        }
-        Conversion found;
-        end = read_conversion(end + 1, &found);
-        if (end == nullptr || ++conversions > 1)
-            break;
-        conversion = found;
-    }
-    if (conversions != 1 || end != nullptr) {
+    if (!find_conversion(fmt, &conversion)) {
         put_text(slot, fmt, strnlen(fmt, kSlotText));
         return slot;
     }
-
     bound_conversion(&conversion);
-    char text[kSlotSize];  // fmt may lie in the slot
+    char text[kSlotText];  // fmt may lie in the slot
     size_t length = 0;
     for (const char* at = fmt; *at != '\0' && length < kSlotText;) {
         if (at[0] == '%' && at[1] != '%') {
             char number[kSlotSize];
-            const size_t number_length = put_conversion(number, x, conversion);
-            const size_t taken = std::min(number_length, kSlotText - length);
+            const size_t taken
+                = std::min(put_conversion(number, x, conversion), kSlotText - length);
             memcpy(text + length, number, taken);
             length += taken;
             Conversion again;

@@ -286,9 +286,9 @@ private:
     bool fIsFull = false;
 };
 
-// Each search begins at the front again, so a replacement that makes new matches would never come
-// to an end: it stops where the text no longer changes, does not fit any more, or at a count that
-// no text which ends by itself comes near.
+// Each search begins at the front again, so a replacement that makes new matches might never come
+// to an end: it stops where the text does not fit any more or comes back to what it was, and at a
+// count that no text which ends by itself comes near.
 extern "C" char* Replace(const char* s, const char* find, const char* repl)
 {
     s = text_or_empty(s);
@@ -299,8 +299,9 @@ extern "C" char* Replace(const char* s, const char* find, const char* repl)
     WorkText buffers[2];
     WorkText* text = &buffers[0];
     WorkText* joined = &buffers[1];
+    WorkText earlier;  // the text after the last power of two of substitutions
     text->Append(s, rest_count);
-    for (int substitutions = 0; substitutions < kMaxSubstitutions; substitutions++) {
+    for (int substitutions = 1; substitutions <= kMaxSubstitutions; substitutions++) {
         const size_t find_length = strlen(find);
         const size_t position = walk_for(text->Text(), text->Length(), find, find_length);
         if (position == 0)
@@ -314,8 +315,10 @@ extern "C" char* Replace(const char* s, const char* find, const char* repl)
         joined->Append(repl);
         joined->Append(rest);
         std::swap(text, joined);
-        if (text->IsFull() || *text == *joined)
+        if (text->IsFull() || *text == *joined || *text == earlier)
             break;
+        if ((substitutions & (substitutions - 1)) == 0)
+            earlier = *text;
     }
     put_text(slot, text->Text(), text->Length());
     return slot;
