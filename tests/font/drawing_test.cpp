@@ -393,7 +393,7 @@ TEST(TextDrawing, ThreadsDrawTheSame)
                 font.style = static_cast<uint16>(i % 3);
                 font.spacing = static_cast<uint8>(i % 4);
                 font.rotation = i % 10 == 0 ? 30.0f : 0.0f;
-                std::string text = "T" + std::to_string(i * (round + 1)) + " \xD7\xA9\xE2\x88\x9E";
+                std::string text = std::to_string(i * (round + 1)) + " \xD7\xA9\xE2\x88\x9E";
                 paper->Write(font, text, static_cast<float>(i), static_cast<float>(10 + i % 25));
             }
         }
