@@ -174,4 +174,10 @@ int32 ClickCounter::Press(int32 button, BPoint where, int32 modifiers, const voi
     return fCount;
 }
 
+void ClickCounter::Forget(const void* window)
+{
+    if (fWindow == window)
+        fCount = 0;
+}
+
 }  // namespace server

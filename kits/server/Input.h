@@ -44,6 +44,8 @@ public:
     // The count of this press.
     int32 Press(int32 button, BPoint where, int32 modifiers, const void* window, bigtime_t when,
                 bigtime_t speed);
+    // The window is gone: the next one may be made at the same address.
+    void Forget(const void* window);
 
 private:
     int32 fButton = 0, fModifiers = 0, fCount = 0;

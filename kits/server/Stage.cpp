@@ -41,6 +41,7 @@ void Stage::Add(ScreenWindow* window)
 void Stage::Remove(ScreenWindow* window)
 {
     std::erase(fWindows, window);
+    fClicks.Forget(window);
     if (fHover == window)
         fHover = nullptr;
     if (fPressed == window)
