@@ -21,12 +21,14 @@ class BString;
 class BStringList;
 
 namespace BPrivate {
+struct FieldBlock;
 struct MessageAccess;
 }
 
 #define B_FIELD_NAME_LENGTH                  255
 #define B_PROPERTY_NAME_LENGTH               255
 
+// How a scripting message names its target; the code of a message in "specifiers".
 enum {
     B_NO_SPECIFIER = 0,
     B_DIRECT_SPECIFIER = 1,
@@ -39,24 +41,40 @@ enum {
     B_SPECIFIERS_END = 128
 };
 
+/* A code and named fields, each an array of values of one type. What the Find functions give out
+   by pointer lives in the message until that is changed. One thread at a time.
+
+   Functions that look for a field return B_NAME_NOT_FOUND, B_BAD_TYPE if it holds values of
+   another type, B_BAD_INDEX if it holds fewer; those that add one, B_BAD_VALUE for a null or too
+   long name, B_BAD_TYPE, or B_NO_MEMORY. */
 class BMessage {
 public:
     uint32 what;
+
     BMessage();
     BMessage(uint32 what);
+    /* Copies code and fields. The copy was not delivered, and answers nobody. */
     BMessage(const BMessage& other);
     virtual ~BMessage();
     BMessage& operator=(const BMessage& other);
-    status_t GetInfo(type_code typeRequested, int32 index, char** nameFound, type_code* typeFound, int32* countFound = nullptr) const;
+
+    /* Describe the field with this index among those of a type (B_ANY_TYPE: all), or with this
+       name. `nameFound` points into the message. */
+    status_t GetInfo(type_code typeRequested, int32 index, char** nameFound, type_code* typeFound,
+                     int32* countFound = nullptr) const;
     status_t GetInfo(const char* name, type_code* typeFound, int32* countFound = nullptr) const;
     status_t GetInfo(const char* name, type_code* typeFound, bool* fixedSize) const;
-    status_t GetInfo(const char* name, type_code* typeFound, int32* countFound, bool* fixedSize) const;
+    status_t GetInfo(const char* name, type_code* typeFound, int32* countFound,
+                     bool* fixedSize) const;
+
     int32 CountNames(type_code type) const;
     bool IsEmpty() const;
-    bool IsSystem() const;
+    bool IsSystem() const;  // the code is one of the system's: '_' and three capitals
     bool IsReply() const;
     void PrintToStream() const;
     status_t Rename(const char* oldEntry, const char* newEntry);
+
+    /* Where the message came from. */
     bool WasDelivered() const;
     bool IsSourceWaiting() const;
     bool IsSourceRemote() const;
@@ -64,25 +82,40 @@ public:
     const BMessage* Previous() const;
     bool WasDropped() const;
     BPoint DropPoint(BPoint* offset = nullptr) const;
+
+    /* Answer the sender, once if it waits. B_BAD_REPLY for a message that was not delivered or
+       names nobody, B_DUPLICATE_REPLY. */
     status_t SendReply(uint32 command, BHandler* replyTo = nullptr);
-    status_t SendReply(BMessage* reply, BHandler* replyTo = nullptr, bigtime_t timeout = B_INFINITE_TIMEOUT);
+    status_t SendReply(BMessage* reply, BHandler* replyTo = nullptr,
+                       bigtime_t timeout = B_INFINITE_TIMEOUT);
     status_t SendReply(BMessage* reply, BMessenger replyTo, bigtime_t timeout = B_INFINITE_TIMEOUT);
     status_t SendReply(uint32 command, BMessage* replyToReply);
-    status_t SendReply(BMessage* reply, BMessage* replyToReply, bigtime_t sendTimeout = B_INFINITE_TIMEOUT, bigtime_t replyTimeout = B_INFINITE_TIMEOUT);
+    status_t SendReply(BMessage* reply, BMessage* replyToReply,
+                       bigtime_t sendTimeout = B_INFINITE_TIMEOUT,
+                       bigtime_t replyTimeout = B_INFINITE_TIMEOUT);
+
+    /* The flat form holds code and fields, the same on every machine of the kind. Unflatten()
+       takes any bytes: what is no message is refused with B_BAD_VALUE (or B_NO_MEMORY) and leaves
+       the object as it was. A bare buffer has to be as long as its head says. */
     ssize_t FlattenedSize() const;
     status_t Flatten(char* buffer, ssize_t size) const;
     status_t Flatten(BDataIO* stream, ssize_t* size = nullptr) const;
     status_t Unflatten(const char* flatBuffer);
     status_t Unflatten(BDataIO* stream);
+
+    /* Scripting: the stack of specifiers, in the field "specifiers"; the last added comes first. */
     status_t AddSpecifier(const char* property);
     status_t AddSpecifier(const char* property, int32 index);
     status_t AddSpecifier(const char* property, int32 index, int32 range);
     status_t AddSpecifier(const char* property, const char* name);
     status_t AddSpecifier(const BMessage* specifier);
     status_t SetCurrentSpecifier(int32 index);
-    status_t GetCurrentSpecifier(int32* index, BMessage* specifier = nullptr, int32* what = nullptr, const char** property = nullptr) const;
+    status_t GetCurrentSpecifier(int32* index, BMessage* specifier = nullptr,
+                                 int32* what = nullptr, const char** property = nullptr) const;
     bool HasSpecifiers() const;
     status_t PopSpecifier();
+
+    /* Add a value to the end of a field, and the field if it is not there. Null is B_BAD_VALUE. */
     status_t AddAlignment(const char* name, const BAlignment& alignment);
     status_t AddRect(const char* name, BRect rect);
     status_t AddPoint(const char* name, BPoint point);
@@ -109,11 +142,18 @@ public:
     status_t AddMessage(const char* name, const BMessage* message);
     status_t AddFlat(const char* name, BFlattenable* object, int32 count = 1);
     status_t AddFlat(const char* name, const BFlattenable* object, int32 count = 1);
-    status_t AddData(const char* name, type_code type, const void* data, ssize_t numBytes, bool isFixedSize = true, int32 count = 1);
-    status_t Append(const BMessage& message);
+    /* `count` is how many values are to be expected. The first value says whether all have its
+       size; one of another size is B_BAD_VALUE then. */
+    status_t AddData(const char* name, type_code type, const void* data, ssize_t numBytes,
+                     bool isFixedSize = true, int32 count = 1);
+    status_t Append(const BMessage& message);  // every value of every field
+
     status_t RemoveData(const char* name, int32 index = 0);
     status_t RemoveName(const char* name);
     status_t MakeEmpty();
+
+    /* Copy a value out, the first or that at `index`; a number or structure that is not found is
+       zero. Strings and data are given by pointer. */
     status_t FindAlignment(const char* name, BAlignment* alignment) const;
     status_t FindAlignment(const char* name, int32 index, BAlignment* alignment) const;
     status_t FindRect(const char* name, BRect* rect) const;
@@ -164,7 +204,10 @@ public:
     status_t FindFlat(const char* name, BFlattenable* object) const;
     status_t FindFlat(const char* name, int32 index, BFlattenable* object) const;
     status_t FindData(const char* name, type_code type, const void** data, ssize_t* numBytes) const;
-    status_t FindData(const char* name, type_code type, int32 index, const void** data, ssize_t* numBytes) const;
+    status_t FindData(const char* name, type_code type, int32 index, const void** data,
+                      ssize_t* numBytes) const;
+
+    /* Change a value that is there. */
     status_t ReplaceAlignment(const char* name, const BAlignment& alignment);
     status_t ReplaceAlignment(const char* name, int32 index, const BAlignment& alignment);
     status_t ReplaceRect(const char* name, BRect rect);
@@ -214,12 +257,17 @@ public:
     status_t ReplaceFlat(const char* name, BFlattenable* object);
     status_t ReplaceFlat(const char* name, int32 index, BFlattenable* object);
     status_t ReplaceData(const char* name, type_code type, const void* data, ssize_t numBytes);
-    status_t ReplaceData(const char* name, type_code type, int32 index, const void* data, ssize_t numBytes);
+    status_t ReplaceData(const char* name, type_code type, int32 index, const void* data,
+                         ssize_t numBytes);
+
+    /* Compares the fields, not the code; with `deep` messages in fields field by field. */
     bool HasSameData(const BMessage& other, bool ignoreFieldOrder = true, bool deep = false) const;
+
     static void* operator new(size_t size);
     static void* operator new(size_t, void* pointer);
     static void* operator new(size_t, const std::nothrow_t& noThrow);
     static void operator delete(void* pointer, size_t size);
+
     bool HasAlignment(const char* name, int32 n = 0) const;
     bool HasRect(const char* name, int32 n = 0) const;
     bool HasPoint(const char* name, int32 n = 0) const;
@@ -245,6 +293,8 @@ public:
     bool HasFlat(const char* name, const BFlattenable* object) const;
     bool HasFlat(const char* name, int32 n, const BFlattenable* object) const;
     bool HasData(const char* name, type_code, int32 n = 0) const;
+
+    /* The value, or zero: these cannot tell a missing one. */
     BRect FindRect(const char* name, int32 n = 0) const;
     BPoint FindPoint(const char* name, int32 n = 0) const;
     const char* FindString(const char* name, int32 n = 0) const;
@@ -255,6 +305,8 @@ public:
     bool FindBool(const char* name, int32 n = 0) const;
     float FindFloat(const char* name, int32 n = 0) const;
     double FindDouble(const char* name, int32 n = 0) const;
+
+    /* The value, or the default if it is missing. */
     bool GetBool(const char* name, bool defaultValue = false) const;
     bool GetBool(const char* name, int32 index, bool defaultValue) const;
     int8 GetInt8(const char* name, int8 defaultValue) const;
@@ -291,6 +343,8 @@ public:
     BPoint GetPoint(const char* name, const BPoint& defaultValue) const;
     BSize GetSize(const char* name, int32 index, const BSize& defaultValue) const;
     BSize GetSize(const char* name, const BSize& defaultValue) const;
+
+    /* Change the first value of a field, or add it. */
     status_t SetBool(const char* name, bool value);
     status_t SetInt8(const char* name, int8 value);
     status_t SetUInt8(const char* name, uint8 value);
@@ -310,19 +364,31 @@ public:
     status_t SetPoint(const char* name, const BPoint& value);
     status_t SetRect(const char* name, const BRect& value);
     status_t SetSize(const char* name, const BSize& value);
-    status_t SetData(const char* name, type_code type, const void* data, ssize_t numBytes, bool fixedSize = true, int count = 1);
+    status_t SetData(const char* name, type_code type, const void* data, ssize_t numBytes,
+                     bool fixedSize = true, int count = 1);
 
 private:
     friend struct BPrivate::MessageAccess;  // kits/app/MessageAccess.h
+
+    friend class BMessageQueue;
+
+    status_t _AddFlat(const char* name, const BFlattenable* object, bool replace, int32 index);
+    status_t _Unflatten(const void* bytes, size_t size);
+    void _Print(int depth) const;
+    bool _HasSameData(const BMessage& other, bool ignoreFieldOrder, bool deep, int depth) const;
 
     // For the destructor: a sender that still waits is told B_NO_REPLY. MessageDelivery.cpp.
     void _EndDelivery();
 
     // How the message travels. A copy of a message is not delivered, no reply, and owes none.
-    int32 fTarget = 0;             // token of the handler that is to get it
-    uint32 fDelivery = 0;          // MessageAccess::Flags
-    BMessenger fReturnAddress;     // of who wants a reply
+    int32 fTarget = 0;              // token of the handler that is to get it
+    uint32 fDelivery = 0;           // MessageAccess::Flags
+    BMessenger fReturnAddress;      // of who wants a reply
     BMessage* fPrevious = nullptr;  // what this is the reply to; owned
+
+    BPrivate::FieldBlock* fFields = nullptr;  // kits/app/MessageFields.h; null without fields
+    int32 fCurrentSpecifier = -1;
+    BMessage* fQueueLink = nullptr;           // the next one in a BMessageQueue; with its lock
 };
 
 #endif  // _MESSAGE_H
