@@ -81,7 +81,7 @@ public:
 private:
     static int64 _Floor(double value) { return pixel_at(value - 0.5); }
 
-    // Where the centre of the target's pixel falls in the bitmap; its pixel (0, 0) goes from 0 to 1.
+    // Where the centre of the target's pixel falls in the bitmap, whose first pixel is from 0 to 1.
     DPoint _Place(int32 x, int32 y) const
     {
         double targetX = x + 0.5, targetY = y + 0.5;

@@ -115,10 +115,14 @@ public:
         const double sweep = fWide ? 360 - arc : arc;
         const DPoint first = _Ray(xRadius, yRadius, from);
         const DPoint last = _Ray(xRadius, yRadius, from + sweep);
-        const DPoint middle = _Ray(xRadius, yRadius, from + sweep / 2);
+        // The direction half-way between: without it a narrow sector had a twin on the far side.
+        const bool narrow = first.x * last.x + first.y * last.y > 0;
+        const DPoint middle = narrow ? DPoint{first.x + last.x, first.y + last.y}
+                                     : DPoint{first.y - last.y, last.x - first.x};
+        const double length = std::hypot(middle.x, middle.y);
         fPlanes[0] = {first.y, -first.x};
         fPlanes[1] = {-last.y, last.x};
-        fPlanes[2] = middle;
+        fPlanes[2] = {middle.x / length, middle.y / length};
     }
 
     // Calls run(left, right) for the parts of a row's run that lie inside.

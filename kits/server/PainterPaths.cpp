@@ -249,7 +249,8 @@ private:
 template <class Part>
 bool for_each_part(const PathOps& path, Part part)
 {
-    if ((path.ops == nullptr && path.opCount > 0) || (path.points == nullptr && path.pointCount > 0))
+    if ((path.ops == nullptr && path.opCount > 0) ||
+        (path.points == nullptr && path.pointCount > 0))
         return false;
     std::vector<DPoint> points;
     DPoint start = {0, 0};

@@ -41,7 +41,8 @@ struct Run {
 class Side {
 public:
     Side() = default;
-    Side(int64 x0, int64 y0, int64 x1, int64 y1) : fX0(x0), fX1(x1), fTop(y0), fBottom(y1), fWinding(1)
+    Side(int64 x0, int64 y0, int64 x1, int64 y1)
+        : fX0(x0), fX1(x1), fTop(y0), fBottom(y1), fWinding(1)
     {
         if (fTop > fBottom) {
             std::swap(fTop, fBottom);
@@ -60,6 +61,7 @@ public:
     void Start(int64 y)
     {
         const int64 dx = fX1 - fX0, dy = fBottom - fTop;
+        fRow = y;
         if (dy == 0)
             return;
         fSlope = double(dx) / double(dy);
@@ -69,7 +71,6 @@ public:
         // A steep side's pixel of row k is floor((2 * dx * k + dy) / (2 * dy)), as ThinLine has it.
         // The run of a flat one begins where that formula, solved for x, steps into the row.
         const int64 k = y - fTop;
-        fRow = y;
         if (!fFlat) {
             _Place(k, 2 * dx, dy);
         } else if (dx > 0) {
