@@ -129,7 +129,6 @@ BLooper::BLooper(BMessage* data)
 BLooper::~BLooper()
 {
     fSlot->lock.Lock();
-    delete fCurrent;
     while (!fHandlers.empty()) {
         BHandler* handler = fHandlers.back();
         fHandlers.pop_back();
@@ -138,6 +137,7 @@ BLooper::~BLooper()
     }
     BPrivate::delete_filters(fCommonFilters);
     LooperTable::Remove(fSlot);
+    delete fCurrent;  // whose sender, told that there is no reply, finds no looper any more
 }
 
 BArchivable* BLooper::Instantiate(BMessage* data)
