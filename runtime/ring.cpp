@@ -14,23 +14,27 @@ uint32_t StrCnt;
 
 void bounded_copy(char* to, const char* text, size_t limit)
 {
-    size_t length = strnlen(text, limit);
-    memmove(to, text, length);
-    memset(to + length, 0, limit - length);
+    if (!in_ring(text)) {
+        strncpy(to, text, limit);
+        return;
+    }
+    const size_t length = strnlen(text, limit);
+    copy_bytes(to, text, length);
+    fill_bytes(to + length, '\0', limit - length);
 }
 
 void put_text(char* slot, const char* text, size_t length)
 {
     length = std::min(length, kSlotText);
-    memmove(slot, text, length);
+    copy_bytes(slot, text, length);
     slot[length] = '\0';
 }
 
 // The terminator may fall into a later slot, or with a negative count into an earlier one.
 static void terminate(char* result, int32_t count)
 {
-    ptrdiff_t at = result - StrFunction + static_cast<ptrdiff_t>(count);
-    if (at >= 0 && at < static_cast<ptrdiff_t>(kRingSize))
+    const size_t at = result - StrFunction + static_cast<ptrdiff_t>(count);
+    if (at < kRingSize)
         StrFunction[at] = '\0';
 }
 
@@ -41,11 +45,11 @@ static size_t copy_limit(int32_t count)
 
 void put_mid(char* result, const char* source, size_t available, int32_t count)
 {
-    size_t limit = copy_limit(count);
-    size_t length = std::min(available, limit);
-    memmove(result, source, length);
+    const size_t limit = copy_limit(count);
+    const size_t length = std::min(available, limit);
+    copy_bytes(result, source, length);
     if (length < limit)
-        memset(result + length, 0, limit - length);
+        fill_bytes(result + length, '\0', limit - length);
     terminate(result, count);
 }
 
@@ -55,23 +59,77 @@ void put_empty_mid(char* result, int32_t count)
     terminate(result, count);
 }
 
-bool in_ring(const char* text)
+void put_mid_of(char* result, const char* source, int32_t count)
 {
-    return text >= StrFunction && text < StrFunction + kRingSize;
+    bounded_copy(result, source, copy_limit(count));
+    terminate(result, count);
+}
+
+static const size_t kPairs = kSlots / 2;
+
+// The slot of position `i` of a walk that is about to begin.
+static char* walk_slot(size_t i)
+{
+    return ring_slot(StrCnt + 2 * static_cast<uint32_t>(i) - 1);
+}
+
+// Pieces of a fixed width that the text has in full.
+template <class Copy>
+static void put_pieces(const char* text, size_t first, size_t last, size_t width, Copy copy)
+{
+    for (size_t i = first; i <= last; i++, text++) {
+        char* slot = walk_slot(i);
+        copy(slot, text);
+        slot[width] = '\0';
+    }
+}
+
+// Two copies that may overlap do for all widths from Half to twice that.
+template <size_t Half>
+static void put_pieces_of(const char* text, size_t first, size_t last, size_t width)
+{
+    put_pieces(text, first, last, width, [=](char* to, const char* from) {
+        memcpy(to, from, Half);
+        memcpy(to + width - Half, from + width - Half, Half);
+    });
+}
+
+// What the Mids at `first` to `last` leave, at most eight of them. Short pieces, the most of them,
+// are copied from a window of the text in which zeros follow its end.
+static void leave_pieces(const char* text, size_t length, size_t width, size_t first, size_t last)
+{
+    const size_t kWidest = 16;
+    if (width > kWidest) {
+        for (size_t i = first; i <= last; i++)
+            put_mid(walk_slot(i), text + i - 1, length - i + 1, static_cast<int32_t>(width));
+        return;
+    }
+    char window[kPairs + kWidest] = {};
+    const char* from = text + first - 1;
+    if (last + width > length + 1) {
+        for (size_t i = first; i <= length; i++)
+            window[i - first] = text[i - 1];
+        from = window;
+    }
+    if (width >= 8)
+        put_pieces_of<8>(from, first, last, width);
+    else if (width >= 4)
+        put_pieces_of<4>(from, first, last, width);
+    else if (width >= 2)
+        put_pieces_of<2>(from, first, last, width);
+    else
+        put_pieces(from, first, last, width, [=](char* to, const char* at) { to[0] = *at; });
 }
 
 void leave_walk(const char* text, size_t length, size_t width, size_t tried)
 {
     // Eight pairs of slots: what lies more than eight positions back is overwritten. Positions
     // behind the text's end leave only an empty result, so that pieces before them show through.
-    const size_t kPairs = kSlots / 2;
-    size_t inside = std::min(tried, length);
+    const size_t inside = std::min(tried, length);
     auto first_of = [](size_t last) { return last > kPairs ? last - kPairs + 1 : 1; };
-    auto slot_of = [](size_t i) { return ring_slot(StrCnt + 2 * static_cast<uint32_t>(i) - 1); };
-    for (size_t i = first_of(inside); i <= inside; i++)
-        put_mid(slot_of(i), text + i - 1, length - i + 1, width);
+    leave_pieces(text, length, width, first_of(inside), inside);
     for (size_t i = std::max(first_of(tried), inside + 1); i <= tried; i++)
-        put_empty_mid(slot_of(i), width);
+        put_empty_mid(walk_slot(i), static_cast<int32_t>(width));
     StrCnt = (StrCnt + 2 * static_cast<uint32_t>(tried)) % kSlots;
 }
 
@@ -105,18 +163,18 @@ static bool may_run_on(const char* find, size_t find_length)
 }
 
 // The walk itself, for texts that it writes over while it reads them.
-static size_t walk_each(const char* text, size_t positions, const char* find, size_t find_length)
+static size_t walk_each(const char* text, size_t length, size_t positions, const char* find,
+    size_t find_length)
 {
-    size_t length = strlen(text);
     for (size_t i = 1; i <= positions; i++) {
         if (in_ring(text))
             length = strlen(text);
         char* piece = GetNextTab();
         GetNextTab();
         if (i <= length)
-            put_mid(piece, text + i - 1, length - i + 1, find_length);
+            put_mid(piece, text + i - 1, length - i + 1, static_cast<int32_t>(find_length));
         else
-            put_empty_mid(piece, find_length);
+            put_empty_mid(piece, static_cast<int32_t>(find_length));
         if (strcmp(piece, find) == 0)
             return i;
     }
@@ -130,15 +188,15 @@ static const char* find_text(const char* text, size_t length, const char* find, 
     return strstr(text, find);
 }
 
-size_t walk_for(const char* text, size_t positions, const char* find, size_t find_length)
+size_t walk_for(const char* text, size_t length, size_t positions, const char* find,
+    size_t find_length)
 {
-    size_t length = strlen(text);
     if (find_length > positions || positions == 0)
         return 0;
     if (is_disturbed(text, length, find_length, positions)
         || is_disturbed(find, find_length, find_length, positions)
         || (find_length > kSlotSize && may_run_on(find, find_length)))
-        return walk_each(text, positions, find, find_length);
+        return walk_each(text, length, positions, find, find_length);
 
     const char* hit = nullptr;
     if (find_length <= kSlotSize)

@@ -6,6 +6,7 @@
 
 #include <stddef.h>
 #include <stdint.h>
+#include <string.h>
 
 constexpr uint32_t kSlots = 16;
 constexpr size_t kSlotSize = 257;  // 256 characters and a terminator
@@ -27,6 +28,24 @@ inline char* GetNextTab()
     return ring_slot(StrCnt);
 }
 
+inline bool in_ring(const char* text)
+{
+    return reinterpret_cast<uintptr_t>(text) - reinterpret_cast<uintptr_t>(StrFunction) < kRingSize;
+}
+
+// The C library's copy and fill, also for sizes that the compiler can bound: it would turn those
+// into string instructions, which start slowly.
+inline void copy_bytes(char* to, const char* from, size_t size)
+{
+    asm("" : "+r"(size));
+    memmove(to, from, size);
+}
+inline void fill_bytes(char* to, char c, size_t size)
+{
+    asm("" : "+r"(size));
+    memset(to, c, size);
+}
+
 // Copies at most `limit` bytes of `text`, which stay without a terminator if the text is no
 // shorter, and fills a shorter text up to the limit with zeros. The text may lie in the ring.
 void bounded_copy(char* to, const char* text, size_t limit);
@@ -39,15 +58,17 @@ void put_text(char* slot, const char* text, size_t length);
 void put_mid(char* result, const char* source, size_t available, int32_t count);
 void put_empty_mid(char* result, int32_t count);
 
-// Searches `text` as a walk does that makes a Mid of every position, compares it with `find` and
-// goes no further than `positions`. Returns the 1-based position of the first match, 0 if there is
-// none; the ring is left as the walk leaves it.
-size_t walk_for(const char* text, size_t positions, const char* find, size_t find_length);
+// A Mid from `source` on, whose length nobody knows yet.
+void put_mid_of(char* result, const char* source, int32_t count);
+
+// Searches `text` (`length` bytes) as a walk does that makes a Mid of every position, compares it
+// with `find` and goes no further than `positions`. Returns the 1-based position of the first
+// match, 0 if there is none; the ring is left as the walk leaves it.
+size_t walk_for(const char* text, size_t length, size_t positions, const char* find,
+    size_t find_length);
 
 // Leaves the ring as `tried` Mids of `width` characters leave it that begin at the first, second
 // ... position of `text`.
 void leave_walk(const char* text, size_t length, size_t width, size_t tried);
-
-bool in_ring(const char* text);
 
 #endif  // RUNTIME_RING_H

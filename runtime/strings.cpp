@@ -12,9 +12,9 @@
 #include <ctype.h>
 #include <limits.h>
 #include <string.h>
-#include <utility>
 
 static const size_t kWorkText = 263;  // what the work buffer of Replace holds
+static const int kFewSubstitutions = 64;  // a power of two; so many need no watch
 static const int kMaxSubstitutions = 100000;
 static const size_t kPathSize = 1024;
 
@@ -22,7 +22,7 @@ static char sNothing[1];  // a "" that is no constant, for results that callers 
 
 static int32_t length_of(const char* text)
 {
-    return static_cast<int32_t>(strnlen(text, INT32_MAX));
+    return static_cast<int32_t>(std::min<size_t>(strlen(text), INT32_MAX));
 }
 
 // The limit of a copy of `count` characters into a slot; a negative count is no limit.
@@ -48,27 +48,39 @@ extern "C" char* Right(const char* s, int32_t n)
     return slot;
 }
 
+static char* take_mid()
+{
+    char* slot = GetNextTab();
+    GetNextTab();
+    return slot;
+}
+
 extern "C" char* Mid(const char* s, int32_t start, int32_t count)
 {
     s = text_or_empty(s);
-    char* slot = GetNextTab();
-    GetNextTab();
+    char* slot = take_mid();
     if (count == -1)
         count = length_of(s);
     const size_t skipped = start > 0 ? start - 1 : 0;
     const bool is_inside = start == 0 || (start > 0 && strnlen(s, start) > skipped);
-    if (is_inside) {
-        const char* source = s + skipped;
-        put_mid(slot, source, strnlen(source, kSlotSize), count);
-    } else {
+    if (is_inside)
+        put_mid_of(slot, s + skipped, count);
+    else
         put_empty_mid(slot, count);
-    }
     return slot;
 }
 
 extern "C" char* MidStr(const char* s, int32_t start)
 {
-    return Mid(s, start, length_of(text_or_empty(s)));
+    s = text_or_empty(s);
+    char* slot = take_mid();
+    const int32_t length = length_of(s);
+    const int32_t skipped = start > 0 ? start - 1 : 0;
+    if (start == 0 || (start > 0 && start <= length))
+        put_mid(slot, s + skipped, length - skipped, length);
+    else
+        put_empty_mid(slot, length);
+    return slot;
 }
 
 extern "C" int32_t Instr(int32_t offset, const char* s, const char* find)
@@ -76,10 +88,10 @@ extern "C" int32_t Instr(int32_t offset, const char* s, const char* find)
     s = text_or_empty(s);
     find = text_or_empty(find);
     const size_t length = strlen(s);
-    const size_t find_length = strlen(find);
     // Outside the text there is nothing, as at its end.
     const size_t skipped = offset < 0 ? length : std::min<size_t>(offset, length);
-    return static_cast<int32_t>(walk_for(s + skipped, length, find, find_length));
+    return static_cast<int32_t>(
+        walk_for(s + skipped, length - skipped, length, find, strlen(find)));
 }
 
 extern "C" int32_t Len(const char* s)
@@ -91,25 +103,28 @@ extern "C" char* Space(int32_t n)
 {
     char* slot = GetNextTab();
     const size_t blanks = n > 0 ? std::min<size_t>(n, kSlotSize) : 0;
-    memset(slot, ' ', blanks);
-    memset(slot + blanks, 0, kSlotSize - blanks);
+    fill_bytes(slot, ' ', blanks);
+    fill_bytes(slot + blanks, '\0', kSlotSize - blanks);
     return slot;
 }
 
 extern "C" char* String(int32_t n, const char* s)
 {
     s = text_or_empty(s);
-    char work[kSlotSize] = {};  // s may lie in the slot
+    char own[kSlotSize];
     const size_t length = strnlen(s, kSlotSize);
-    const size_t times = n > 0 && length > 0 ? std::min<size_t>(n, kSlotSize) : 0;
-    size_t used = 0;
-    for (size_t i = 0; i < times && used < kSlotSize; i++) {
-        const size_t taken = std::min(length, kSlotSize - used);
-        memcpy(work + used, s, taken);
-        used += taken;
+    if (in_ring(s)) {  // it may lie in the slot
+        copy_bytes(own, s, length);
+        s = own;
     }
     char* slot = GetNextTab();
-    memcpy(slot, work, kSlotSize);
+    size_t used = 0;
+    for (int32_t i = 0; i < n && used < kSlotSize && length > 0; i++) {
+        const size_t taken = std::min(length, kSlotSize - used);
+        copy_bytes(slot + used, s, taken);
+        used += taken;
+    }
+    fill_bytes(slot + used, '\0', kSlotSize - used);
     return slot;
 }
 
@@ -159,7 +174,7 @@ static char* take_mapped(const char* s)
     const size_t length = strnlen(s, kSlotSize);
     Map(work, s, length);
     char* slot = GetNextTab();
-    memcpy(slot, work, length);
+    copy_bytes(slot, work, length);
     slot[length] = '\0';
     return slot;
 }
@@ -184,38 +199,39 @@ extern "C" char* TitleCase(const char* s)
     return slot;
 }
 
-// Copies the rest of `s` from the 1-based `start` through a Mid, whose slots it takes.
-static char* copy_rest(char* slot, const char* s, size_t start)
+// The first byte that is no blank.
+static size_t skip_blanks(const char* text)
 {
-    char* rest = Mid(s, static_cast<int32_t>(start), kSlotSize);
-    const size_t length = strnlen(rest, kSlotSize);
-    memcpy(slot, rest, length);
-    slot[length] = '\0';
-    return slot;
+    size_t blanks = 0;
+    while (text[blanks] == ' ')
+        blanks++;
+    return blanks;
 }
 
 extern "C" char* Ltrim(const char* s)
 {
     s = text_or_empty(s);
     char* slot = GetNextTab();
-    size_t blanks = 0;
+    const char* rest;
     if (in_ring(s)) {  // the pieces may overwrite what is still to be read
-        while (strcmp(Mid(s, static_cast<int32_t>(blanks + 1), 1), " ") == 0)
-            blanks++;
-        return copy_rest(slot, s, blanks + 1);
+        int32_t start = 1;
+        while (strcmp(Mid(s, start, 1), " ") == 0)
+            start++;
+        rest = Mid(s, start, kSlotSize);
+    } else {
+        const size_t blanks = skip_blanks(s);
+        const bool is_empty = s[blanks] == '\0';
+        leave_walk(s, blanks + (is_empty ? 0 : 1), 1, blanks + 1);
+        char* piece = take_mid();
+        if (is_empty)
+            put_empty_mid(piece, kSlotSize);
+        else
+            put_mid_of(piece, s + blanks, kSlotSize);
+        rest = piece;
     }
-    blanks = strspn(s, " ");
-    leave_walk(s, blanks + (s[blanks] != '\0'), 1, blanks + 1);
-    char* rest = GetNextTab();
-    GetNextTab();
-    if (s[blanks] == '\0') {
-        put_empty_mid(rest, kSlotSize);
-        slot[0] = '\0';
-        return slot;
-    }
-    const size_t length = strnlen(s + blanks, kSlotSize);
-    put_mid(rest, s + blanks, length, kSlotSize);
-    memcpy(slot, s + blanks, length);
+    // A rest of 257 bytes has its terminator in the following slot.
+    const size_t length = strnlen(rest, kSlotSize);
+    copy_bytes(slot, rest, length);
     slot[length] = '\0';
     return slot;
 }
@@ -226,7 +242,7 @@ extern "C" char* Rtrim(const char* s)
     bounded_copy(slot, text_or_empty(s), kSlotSize);
     // A full slot has no terminator: its text runs on into the next ones. Every blank goes, last
     // to first, so the text ends at the first.
-    char* blank = slot + strspn(slot, " ");
+    char* blank = slot + skip_blanks(slot);
     while ((blank = strchr(blank, ' ')) != nullptr)
         *blank++ = '\0';
     return slot;
@@ -238,7 +254,7 @@ extern "C" char* Trim(const char* s)
     if (s == nullptr)
         return sNothing;
     bounded_copy(slot, s, kSlotSize);
-    char* text = slot + strspn(slot, " ");
+    char* text = slot + skip_blanks(slot);
     if (char* blank = strrchr(text, ' '))
         *blank = '\0';  // kept on purpose: one cut at the last blank, wherever it is
     return text;
@@ -249,32 +265,42 @@ extern "C" char* Extract(const char* s, const char* sep)
     s = text_or_empty(s);
     sep = text_or_empty(sep);
     char* slot = GetNextTab();
-    const size_t position = walk_for(s, strlen(s), sep, strlen(sep));
-    const char* found = position == 0 ? s : Mid(s, 1, static_cast<int32_t>(position - 1));
-    put_text(slot, found, strnlen(found, kSlotText));
+    const size_t length = strlen(s);
+    const size_t position = walk_for(s, length, length, sep, strlen(sep));
+    if (position == 0) {
+        put_text(slot, s, strnlen(s, kSlotText));
+    } else {
+        char* left = take_mid();
+        put_mid_of(left, s, static_cast<int32_t>(position - 1));
+        put_text(slot, left, strnlen(left, kSlotText));
+    }
     return slot;
 }
 
 // The work buffer of Replace. What does not fit is cut off.
 class WorkText {
 public:
+    const char* Text() const { return fText; }
+    size_t Length() const { return fLength; }
+    bool IsFull() const { return fIsFull; }
+
     void Append(const char* text, size_t length)
     {
         const size_t taken = std::min(length, kWorkText - fLength);
-        memcpy(fText + fLength, text, taken);
+        copy_bytes(fText + fLength, text, taken);
         fLength += taken;
         fText[fLength] = '\0';
         fIsFull |= taken < length;
     }
-    void Append(const char* text) { Append(text, strlen(text)); }
-    void MakeEmpty()
+    // Puts `text` between the first `left` and the last `right` bytes, of which it keeps `kept`.
+    void Splice(size_t left, const char* text, size_t length, size_t right, size_t kept)
     {
-        fLength = 0;
-        fIsFull = false;
+        char rest[kWorkText];
+        copy_bytes(rest, fText + fLength - right, kept);
+        fLength = left;
+        Append(text, length);
+        Append(rest, kept);
     }
-    const char* Text() const { return fText; }
-    size_t Length() const { return fLength; }
-    bool IsFull() const { return fIsFull; }
     bool operator==(const WorkText& other) const
     {
         return fLength == other.fLength && memcmp(fText, other.fText, fLength) == 0;
@@ -286,6 +312,34 @@ private:
     bool fIsFull = false;
 };
 
+// Replaces the match at `position` as two Mids and their joining do.
+static void substitute(WorkText* work, size_t position, size_t find_length, const char* repl,
+    int32_t rest_count)
+{
+    const size_t left_length = position - 1;
+    const size_t after = left_length + find_length;
+    // A search that wrote over its own pattern may match more than there is.
+    const size_t right_length = work->Length() - std::min(after, work->Length());
+    char* left = take_mid();
+    put_mid(left, work->Text(), work->Length(), static_cast<int32_t>(left_length));
+    char* rest = take_mid();
+    if (right_length > 0)
+        put_mid(rest, work->Text() + after, right_length, rest_count);
+    else
+        put_empty_mid(rest, rest_count);
+
+    const size_t kept = std::min<size_t>(right_length, rest_count);
+    if (left_length < kSlotSize) {
+        work->Splice(left_length, repl, strlen(repl), right_length, kept);
+        return;
+    }
+    WorkText joined;  // the left piece goes on with what follows its slot
+    joined.Append(left, strlen(left));
+    joined.Append(repl, strlen(repl));
+    joined.Append(rest, kept);
+    *work = joined;
+}
+
 // Each search begins at the front again, so a replacement that makes new matches might never come
 // to an end: it stops where the text does not fit any more or comes back to what it was, and at a
 // count that no text which ends by itself comes near.
@@ -295,32 +349,23 @@ extern "C" char* Replace(const char* s, const char* find, const char* repl)
     find = text_or_empty(find);
     repl = text_or_empty(repl);
     char* slot = GetNextTab();
-    const auto rest_count = static_cast<int32_t>(strnlen(s, kSlotSize));
-    WorkText buffers[2];
-    WorkText* text = &buffers[0];
-    WorkText* joined = &buffers[1];
+    const size_t rest_count = strnlen(s, kSlotSize);
+    WorkText work;
     WorkText earlier;  // the text after the last power of two of substitutions
-    text->Append(s, rest_count);
+    work.Append(s, rest_count);
     for (int substitutions = 1; substitutions <= kMaxSubstitutions; substitutions++) {
         const size_t find_length = strlen(find);
-        const size_t position = walk_for(text->Text(), text->Length(), find, find_length);
+        const size_t position
+            = walk_for(work.Text(), work.Length(), work.Length(), find, find_length);
         if (position == 0)
             break;
-        const auto left_count = static_cast<int32_t>(position - 1);
-        const auto rest_start = static_cast<int32_t>(position + find_length);
-        const char* left = Mid(text->Text(), 1, left_count);
-        const char* rest = Mid(text->Text(), rest_start, rest_count);
-        joined->MakeEmpty();
-        joined->Append(left);
-        joined->Append(repl);
-        joined->Append(rest);
-        std::swap(text, joined);
-        if (text->IsFull() || *text == *joined || *text == earlier)
+        substitute(&work, position, find_length, repl, static_cast<int32_t>(rest_count));
+        if (work.IsFull() || (substitutions > kFewSubstitutions && work == earlier))
             break;
-        if ((substitutions & (substitutions - 1)) == 0)
-            earlier = *text;
+        if (substitutions >= kFewSubstitutions && (substitutions & (substitutions - 1)) == 0)
+            earlier = work;
     }
-    put_text(slot, text->Text(), text->Length());
+    put_text(slot, work.Text(), work.Length());
     return slot;
 }
 

@@ -268,11 +268,10 @@ public:
             std::string joined = TextAt(left) + Text(repl) + TextAt(rest);
             bool is_full = joined.size() > kWorkText;
             joined.resize(std::min(joined.size(), kWorkText));
-            bool is_same = joined == work;
             work = joined;
-            if (is_full || is_same || work == earlier)
+            if (is_full || (steps > 64 && work == earlier))
                 break;
-            if ((steps & (steps - 1)) == 0)
+            if (steps >= 64 && (steps & (steps - 1)) == 0)
                 earlier = work;
         }
         CopyCut(slot, work);
