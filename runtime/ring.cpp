@@ -12,12 +12,8 @@
 char StrFunction[kRingSize];
 uint32_t StrCnt;
 
-void bounded_copy(char* to, const char* text, size_t limit)
+void copy_within_ring(char* to, const char* text, size_t limit)
 {
-    if (!in_ring(text)) {
-        strncpy(to, text, limit);
-        return;
-    }
     const size_t length = strnlen(text, limit);
     copy_bytes(to, text, length);
     fill_bytes(to + length, '\0', limit - length);
@@ -28,19 +24,6 @@ void put_text(char* slot, const char* text, size_t length)
     length = std::min(length, kSlotText);
     copy_bytes(slot, text, length);
     slot[length] = '\0';
-}
-
-// The terminator may fall into a later slot, or with a negative count into an earlier one.
-static void terminate(char* result, int32_t count)
-{
-    const size_t at = result - StrFunction + static_cast<ptrdiff_t>(count);
-    if (at < kRingSize)
-        StrFunction[at] = '\0';
-}
-
-static size_t copy_limit(int32_t count)
-{
-    return std::min(static_cast<size_t>(static_cast<ptrdiff_t>(count)), kSlotSize);
 }
 
 void put_mid(char* result, const char* source, size_t available, int32_t count)
@@ -57,20 +40,6 @@ void put_empty_mid(char* result, int32_t count)
 {
     result[0] = '\0';
     terminate(result, count);
-}
-
-void put_mid_of(char* result, const char* source, int32_t count)
-{
-    bounded_copy(result, source, copy_limit(count));
-    terminate(result, count);
-}
-
-static const size_t kPairs = kSlots / 2;
-
-// The slot of position `i` of a walk that is about to begin.
-static char* walk_slot(size_t i)
-{
-    return ring_slot(StrCnt + 2 * static_cast<uint32_t>(i) - 1);
 }
 
 // Pieces of a fixed width that the text has in full.
@@ -121,10 +90,12 @@ static void leave_pieces(const char* text, size_t length, size_t width, size_t f
         put_pieces(from, first, last, width, [=](char* to, const char* at) { to[0] = *at; });
 }
 
-void leave_walk(const char* text, size_t length, size_t width, size_t tried)
+// Leaves the ring as `tried` Mids of `width` characters leave it that begin at the first, second
+// ... position of `text`.
+static void leave_walk(const char* text, size_t length, size_t width, size_t tried)
 {
-    // Eight pairs of slots: what lies more than eight positions back is overwritten. Positions
-    // behind the text's end leave only an empty result, so that pieces before them show through.
+    // Positions behind the text's end leave only an empty result, so that pieces before them show
+    // through.
     const size_t inside = std::min(tried, length);
     auto first_of = [](size_t last) { return last > kPairs ? last - kPairs + 1 : 1; };
     leave_pieces(text, length, width, first_of(inside), inside);

@@ -48,7 +48,14 @@ inline void fill_bytes(char* to, char c, size_t size)
 
 // Copies at most `limit` bytes of `text`, which stay without a terminator if the text is no
 // shorter, and fills a shorter text up to the limit with zeros. The text may lie in the ring.
-void bounded_copy(char* to, const char* text, size_t limit);
+void copy_within_ring(char* to, const char* text, size_t limit);
+inline void bounded_copy(char* to, const char* text, size_t limit)
+{
+    if (in_ring(text))
+        copy_within_ring(to, text, limit);
+    else
+        strncpy(to, text, limit);
+}
 
 // Copies `text` (`length` bytes, at most 256 count) into a slot and terminates it.
 void put_text(char* slot, const char* text, size_t length);
@@ -58,8 +65,26 @@ void put_text(char* slot, const char* text, size_t length);
 void put_mid(char* result, const char* source, size_t available, int32_t count);
 void put_empty_mid(char* result, int32_t count);
 
+// The terminator of a Mid; it may fall into a later slot, or with a negative count into an earlier.
+inline void terminate(char* result, int32_t count)
+{
+    const size_t at = result - StrFunction + static_cast<ptrdiff_t>(count);
+    if (at < kRingSize)
+        StrFunction[at] = '\0';
+}
+
+inline size_t copy_limit(int32_t count)
+{
+    const auto limit = static_cast<size_t>(static_cast<ptrdiff_t>(count));
+    return limit < kSlotSize ? limit : kSlotSize;
+}
+
 // A Mid from `source` on, whose length nobody knows yet.
-void put_mid_of(char* result, const char* source, int32_t count);
+inline void put_mid_of(char* result, const char* source, int32_t count)
+{
+    bounded_copy(result, source, copy_limit(count));
+    terminate(result, count);
+}
 
 // Searches `text` (`length` bytes) as a walk does that makes a Mid of every position, compares it
 // with `find` and goes no further than `positions`. Returns the 1-based position of the first
@@ -67,8 +92,13 @@ void put_mid_of(char* result, const char* source, int32_t count);
 size_t walk_for(const char* text, size_t length, size_t positions, const char* find,
     size_t find_length);
 
-// Leaves the ring as `tried` Mids of `width` characters leave it that begin at the first, second
-// ... position of `text`.
-void leave_walk(const char* text, size_t length, size_t width, size_t tried);
+// Positions of a walk that are further back than this leave nothing: each takes a pair of slots.
+constexpr size_t kPairs = kSlots / 2;
+
+// The slot of position `i` of a walk that is about to begin.
+inline char* walk_slot(size_t i)
+{
+    return ring_slot(StrCnt + 2 * static_cast<uint32_t>(i) - 1);
+}
 
 #endif  // RUNTIME_RING_H

@@ -128,12 +128,16 @@ extern "C" char* String(int32_t n, const char* s)
     return slot;
 }
 
-extern "C" char* Chr(uint8_t c)
+static char* put_char(char* slot, char c)
 {
-    char* slot = GetNextTab();
-    slot[0] = static_cast<char>(c);
+    slot[0] = c;
     slot[1] = '\0';
     return slot;
+}
+
+extern "C" char* Chr(uint8_t c)
+{
+    return put_char(GetNextTab(), static_cast<char>(c));
 }
 
 extern "C" int32_t Chr2(const char* s)
@@ -220,14 +224,15 @@ extern "C" char* Ltrim(const char* s)
         rest = Mid(s, start, kSlotSize);
     } else {
         const size_t blanks = skip_blanks(s);
-        const bool is_empty = s[blanks] == '\0';
-        leave_walk(s, blanks + (is_empty ? 0 : 1), 1, blanks + 1);
+        for (size_t i = blanks < kPairs ? 1 : blanks + 2 - kPairs; i <= blanks + 1; i++)
+            put_char(walk_slot(i), s[i - 1]);
+        StrCnt = (StrCnt + 2 * static_cast<uint32_t>(blanks + 1)) % kSlots;
         char* piece = take_mid();
-        if (is_empty)
+        rest = s + blanks;
+        if (rest[0] == '\0')
             put_empty_mid(piece, kSlotSize);
         else
-            put_mid_of(piece, s + blanks, kSlotSize);
-        rest = piece;
+            put_mid_of(piece, rest, kSlotSize);
     }
     // A rest of 257 bytes has its terminator in the following slot.
     const size_t length = strnlen(rest, kSlotSize);
@@ -236,15 +241,26 @@ extern "C" char* Ltrim(const char* s)
     return slot;
 }
 
+// Where the text of a slot just filled from `s` can be read: `s` itself, whose bytes need not wait
+// for the copy, unless it lies in the ring or the slot is full. A full slot has no terminator; its
+// text runs on into the next ones.
+static const char* readable_text(const char* slot, const char* s)
+{
+    return in_ring(s) || slot[kSlotText] != '\0' ? slot : s;
+}
+
 extern "C" char* Rtrim(const char* s)
 {
+    s = text_or_empty(s);
     char* slot = GetNextTab();
-    bounded_copy(slot, text_or_empty(s), kSlotSize);
-    // A full slot has no terminator: its text runs on into the next ones. Every blank goes, last
-    // to first, so the text ends at the first.
-    char* blank = slot + skip_blanks(slot);
-    while ((blank = strchr(blank, ' ')) != nullptr)
-        *blank++ = '\0';
+    bounded_copy(slot, s, kSlotSize);
+    const char* text = readable_text(slot, s);
+    // Every blank goes, last to first, so the text ends at the first.
+    const char* blank = text + skip_blanks(text);
+    while ((blank = strchr(blank, ' ')) != nullptr) {
+        slot[blank - text] = '\0';
+        blank++;
+    }
     return slot;
 }
 
@@ -254,10 +270,11 @@ extern "C" char* Trim(const char* s)
     if (s == nullptr)
         return sNothing;
     bounded_copy(slot, s, kSlotSize);
-    char* text = slot + skip_blanks(slot);
-    if (char* blank = strrchr(text, ' '))
-        *blank = '\0';  // kept on purpose: one cut at the last blank, wherever it is
-    return text;
+    const char* text = readable_text(slot, s);
+    const size_t blanks = skip_blanks(text);
+    if (const char* blank = strrchr(text + blanks, ' '))
+        slot[blank - text] = '\0';  // kept on purpose: one cut at the last blank, wherever it is
+    return slot + blanks;
 }
 
 extern "C" char* Extract(const char* s, const char* sep)
