@@ -9,7 +9,6 @@
 
 #include <cstdlib>
 #include <memory>
-#include <vector>
 
 #include <server/Display.h>
 #include <server/Surface.h>
@@ -30,7 +29,7 @@ public:
     Canvas& operator=(const Canvas&) = delete;
 
     server::Surface& Pixels() { return fSurface; }
-    bool IsOffscreen() const { return fDisplay == nullptr; }
+    bool IsOffscreen() const { return fOffscreen; }
 
     // New size in pixels; what is kept of the picture stays, the rest is invalid. False, and
     // nothing changed, when memory runs out or the size is no size.
@@ -57,7 +56,7 @@ public:
     // `force`). `next_us` is when to come again: a system_time(), B_INFINITE_TIMEOUT if nothing
     // waits. Null is allowed.
     void Present(bool force, bigtime_t* next_us);
-    bool NeedsPresent() const { return !IsOffscreen() && fDirty.right >= fDirty.left; }
+    bool NeedsPresent() const { return fDisplay != nullptr && fDirty.right >= fDirty.left; }
 
     // Changes whenever tree, frames, visibility or update change what views may draw on; never 0.
     const uint32* Generation() const { return &fGeneration; }
@@ -75,16 +74,20 @@ private:
     };
 
     void _GrowDirty(const clipping_rect& box);
-    void _DrawView(BView* view, std::vector<BView*>* later);
+    void _DrawView(BView* view);
+    void _DrawBackground(BView* view, const BRegion& dirty);
+    void _Clear(const clipping_rect& rect);
+    clipping_rect _Bounds() const { return {0, 0, fSurface.width - 1, fSurface.height - 1}; }
 
     BWindow* const fWindow;
-    server::Window* const fDisplay;
+    server::Window* const fDisplay;  // null too when the screen took no more windows
+    const bool fOffscreen;
     server::Surface fSurface;
     uint32 fGeneration = 1;
     clipping_rect fDirty = {0, 0, -1, -1};  // offscreen: everything, so that no box is outside
     std::unique_ptr<uint8[], FreeBuffer> fBuffer;
-    int32 fCapacityHeight = 0;  // rows that the buffer has
-    int32 fCapacityWidth = 0;   // pixels that a row has
+    int32 fCapacityWidth = 0;   // pixels that a row of the buffer has room for
+    int32 fCapacityHeight = 0;  // rows
     BRegion fInvalid;
     const BRegion* fUpdate = nullptr;
     bigtime_t fLastPresent = 0;

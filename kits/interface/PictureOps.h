@@ -5,6 +5,7 @@
 // their bytes. Flattened pictures are the same bytes, so an operation keeps its number.
 
 #include <GraphicsDefs.h>
+#include <Rect.h>
 #include <SupportDefs.h>
 
 #include <cstring>
@@ -13,7 +14,10 @@
 #include <vector>
 
 class BBitmap;
+class BFont;
 class BPicture;
+class BRegion;
+class BShape;
 class BView;
 
 namespace BPrivate {
@@ -42,7 +46,6 @@ enum class PictureOp : uint8 {
     DrawString,
     DrawStringAt,
     DrawBitmap,
-    DrawTiledBitmap,
     DrawPicture,
     CopyBits,
     HighColor,
@@ -99,8 +102,17 @@ struct [[gnu::visibility("hidden")]] PictureData {
         bytes.insert(bytes.end(), from, from + sizeof(Value) * size_t(span.count));
     }
 
+    void AddRegion(PictureOp op, const BRegion* region);
+    void AddShape(PictureOp op, const BShape& shape, bool inverse);
+    void AddFont(const BFont& font);
+    void AddBitmap(PictureOp op, const BBitmap& bitmap, BRect from, BRect to, uint32 options);
+    void AddPicture(std::shared_ptr<const PictureData> picture, BPoint where);
+
     // Draws it in a view; what is damaged ends it.
-    void Play(BView* view, int depth = 0) const;
+    void Play(BView* view, int depth) const;
+    static void PlayAt(const PictureData& picture, BView* view, BPoint where, int depth);
+    // For BPicture::Play().
+    void PlayTable(void** table, int32 entries, void* userData) const;
 };
 
 }  // namespace BPrivate

@@ -11,7 +11,9 @@
 #include <Region.h>
 #include <String.h>
 #include <View.h>
+#include <Window.h>
 
+#include <algorithm>
 #include <atomic>
 #include <memory>
 #include <utility>
@@ -24,9 +26,10 @@
 
 class BScrollBar;
 class BToolTip;
-class BWindow;
 
 namespace BPrivate {
+
+const uint32 kInvalidateLater = '_DIV';  // "rect"
 
 // The picture of a view's background: SetViewBitmap().
 struct ViewBitmap {
@@ -51,7 +54,8 @@ struct DrawState {
     BAffineTransform transform;  // of this state
     BAffineTransform base;       // all of the states below, as an affine map; if transformed
     std::shared_ptr<const BRegion> clip;      // of this state, in its own coordinates
-    std::shared_ptr<const BRegion> baseClip;  // of the states below, in the view's
+    std::shared_ptr<const BRegion> viewClip;  // of this state too, in the view's coordinates
+    std::shared_ptr<const BRegion> baseClip;  // of the states below, in the view's coordinates
     BFont font;
     server::FontSpec fontSpec;
 
@@ -62,6 +66,10 @@ struct DrawState {
     }
     // From the coordinates of this state to the view's, transforms included.
     BAffineTransform Full() const;
+    void SetTransform(const BAffineTransform& matrix);
+    void SetFont(const BFont& newFont);
+    // What this state and those below leave of `region`, which is in the view's coordinates.
+    void ClipInView(BRegion* region) const;
 };
 
 struct LineArray {
@@ -79,6 +87,14 @@ struct RectTracking {
     uint32 style = B_TRACK_WHOLE_RECT;
     BRect rect;
     BPoint grip;  // the pointer's place as the rectangle is
+};
+
+// A scroll bar that has the view as its target, by what the view wants of it.
+struct ScrollBarLink {
+    BScrollBar* bar = nullptr;
+    void (*scrolled)(BScrollBar* bar, float value) = nullptr;  // the view is at `value`
+    status_t (*wheel)(BScrollBar* bar, float delta) = nullptr;
+    void (*target_gone)(BScrollBar* bar) = nullptr;
 };
 
 struct [[gnu::visibility("hidden")]] ViewData {
@@ -109,6 +125,10 @@ struct [[gnu::visibility("hidden")]] ViewData {
         return MakeReady();
     }
     bool MakeReady();
+    // Narrows the clipping of the state by a region of the view.
+    void NarrowClip(const BRegion& region, bool inverse);
+    void PushState();
+    void PopState();
     // The paint or the clipping has to be made anew before the next drawing.
     void Outdate() { readyAt = 0; }
     BPoint Map(BPoint p) const { return BPoint(p.x * scale + mapX, p.y * scale + mapY); }
@@ -117,6 +137,13 @@ struct [[gnu::visibility("hidden")]] ViewData {
         return BRect(r.left * scale + mapX, r.top * scale + mapY, r.right * scale + mapX,
                      r.bottom * scale + mapY);
     }
+    // A bitmap's place, whose right bottom pixel is `scale` pixels large.
+    BRect MapPixels(const BRect& r) const
+    {
+        return BRect(r.left * scale + mapX, r.top * scale + mapY, (r.right + 1) * scale + mapX - 1,
+                     (r.bottom + 1) * scale + mapY - 1);
+    }
+    BPoint Unmap(BPoint p) const { return BPoint((p.x - mapX) / scale, (p.y - mapY) / scale); }
     void Touched(const clipping_rect& box) { canvas->Touched(box); }
     template <class... Args>
     bool Recorded(PictureOp op, const Args&... args)
@@ -136,6 +163,8 @@ struct [[gnu::visibility("hidden")]] ViewData {
     // unless `with_children`. False if nothing.
     bool Visible(BRegion* region, bool with_children) const;
     const BRegion& OwnVisible();  // cached: without children if they clip
+    void SetCanvas(Canvas* newCanvas);
+    void InvalidateVisible(bool with_children) const;
     void TreeChanged();           // the clipping of views in the window is to be made anew
 
     // The part that drawing reads.
@@ -152,7 +181,6 @@ struct [[gnu::visibility("hidden")]] ViewData {
     BRegion visible;
     uint32 visibleAt = 0;
     BRegion clip;  // what `target` points to, if it is cut further than `visible`
-    bool clippedByUpdate = false;
 
     // Tree. `parent` is the window's top view for the views that hang in the window.
     BView* const self;
@@ -164,7 +192,8 @@ struct [[gnu::visibility("hidden")]] ViewData {
     BView* previous = nullptr;
     BView* next = nullptr;
     bool isTop = false;
-    bool attached = false;  // AttachedToWindow() was called
+    bool attached = false;     // AttachedToWindow() was called
+    bool allAttached = false;  // AllAttached() was
 
     BPoint leftTop;  // in the parent
     BRect bounds;
@@ -183,8 +212,7 @@ struct [[gnu::visibility("hidden")]] ViewData {
     std::vector<std::pair<BPicture*, PictureData*>> pictures;  // being recorded, innermost last
     RectTracking tracking;
     uint32 eventMask = 0, eventOptions = 0;
-    BScrollBar* horizontalBar = nullptr;
-    BScrollBar* verticalBar = nullptr;
+    ScrollBarLink bars[2];  // by orientation
 
     BSize minSize{B_SIZE_UNSET, B_SIZE_UNSET};
     BSize maxSize{B_SIZE_UNSET, B_SIZE_UNSET};
@@ -200,7 +228,7 @@ private:
 };
 
 // A view that a walk knows: View() is null once the view is being deleted.
-class ViewRef {
+class [[gnu::visibility("hidden")]] ViewRef {
 public:
     ViewRef() = default;
     explicit ViewRef(BView* view);
@@ -228,6 +256,46 @@ private:
 
     ViewData* fData = nullptr;
 };
+
+// Pixels of `mask` with any alpha, as a region whose left top pixel is (x, y). B_RGBA32 only.
+BRegion opaque_region(const server::Surface& mask, int32 x, int32 y);
+// `outer` after `inner`.
+BAffineTransform composed(const BAffineTransform& outer, const BAffineTransform& inner);
+
+// Holds the window of a view, if it has one.
+class ViewLock {
+public:
+    explicit ViewLock(const BView* view)
+        : fWindow(view->Window()), fHeld(fWindow != nullptr && fWindow->Lock()) {}
+    ~ViewLock()
+    {
+        if (fHeld)
+            fWindow->Unlock();
+    }
+    ViewLock(const ViewLock&) = delete;
+
+private:
+    BWindow* fWindow;
+    bool fHeld;
+};
+
+inline bool empty(const clipping_rect& rect)
+{
+    return rect.right < rect.left || rect.bottom < rect.top;
+}
+inline clipping_rect intersection(const clipping_rect& a, const clipping_rect& b)
+{
+    return {std::max(a.left, b.left), std::max(a.top, b.top), std::min(a.right, b.right),
+            std::min(a.bottom, b.bottom)};
+}
+inline clipping_rect moved(const clipping_rect& rect, int32 dx, int32 dy)
+{
+    return {rect.left + dx, rect.top + dy, rect.right + dx, rect.bottom + dy};
+}
+
+// Whole pixels for what a program gives; NaN is 0, and no sum of two of them leaves an int32.
+float whole_pixels(float value);
+BPoint whole_pixels(BPoint point);
 
 // The views' side of windows, bitmaps and controls. With the window locked.
 struct [[gnu::visibility("hidden")]] ViewPrivate {
@@ -263,6 +331,7 @@ struct [[gnu::visibility("hidden")]] ViewPrivate {
                 visit(view);
         }
     }
+    static void CollectUpwards(BView* top, std::vector<ViewRef>* views);  // children first
     static void Collect(BView* top, std::vector<ViewRef>* views);
     static bool Holds(const BView* top, const BView* branch);  // `branch` may be a stale pointer
 
@@ -277,8 +346,22 @@ struct [[gnu::visibility("hidden")]] ViewPrivate {
     // For a pointer message before its hook runs: place in the window, buttons after it.
     static void TrackPointer(BView* view, BPoint windowPoint, uint32 buttons);
 
-    // A scroll bar has or leaves the view as target.
-    static void SetScrollBar(BView* view, orientation direction, BScrollBar* bar);
+    // A branch comes to or leaves its parent's window, with hooks.
+    static void Attach(BView* branch, BWindow* window, Canvas* canvas);
+    static void Detach(BView* branch);
+    // New place in the parent and new size; children follow. Pixels of a view that only moves are
+    // kept where they can be.
+    static void SetFrame(BView* view, BPoint leftTop, float width, float height);
+    enum class Repaint : bool { No, Yes };
+    static void Reshape(BView* view, BPoint leftTop, float width, float height, Repaint repaint);
+    static void Follow(BView* child, float oldWidth, float oldHeight, float width, float height,
+                       Repaint repaint);
+    // Moves what shows in `area` of the window, and what of it waits for Draw().
+    static void MovePixels(BView* view, const BRegion& area, int32 dx, int32 dy);
+
+    // A scroll bar has the view as its target; an empty link leaves it.
+    static void SetScrollBar(BView* view, orientation direction, const ScrollBarLink& link);
+    static void ForgetScrollBars(BView* view);
 
     // How deep the stack of states is; cut back to a depth it had.
     static size_t StateDepth(const BView* view);

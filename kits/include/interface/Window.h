@@ -24,6 +24,7 @@ namespace BPrivate {
 class Canvas;
 class InputMessage;
 struct Shortcut;
+struct ViewPrivate;
 struct WindowData;
 }
 
@@ -280,6 +281,7 @@ private:
     friend class BBitmap;
     friend class BView;
     friend class BPrivate::Canvas;
+    friend struct BPrivate::ViewPrivate;
     friend struct BPrivate::WindowData;
 
     // Carries the views of a bitmap and draws into its pixels: a looper that never has a thread,

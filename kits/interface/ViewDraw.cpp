@@ -1,0 +1,808 @@
+// Drawing calls of views. Each maps its places into the window, paints at once on the caller's
+// thread, and tells the canvas what changed; during a recording it only notes the call.
+
+#include <View.h>
+
+#include <Bitmap.h>
+#include <Gradient.h>
+#include <Picture.h>
+#include <Polygon.h>
+#include <Shape.h>
+
+#include <interface/BitmapSurface.h>
+#include <interface/GradientMap.h>
+#include <interface/RegionAccess.h>
+#include <interface/ShapeData.h>
+#include <interface/ViewPrivate.h>
+
+#include <cmath>
+#include <cstring>
+
+using BPrivate::PictureOp;
+using BPrivate::Span;
+using BPrivate::ViewData;
+
+namespace {
+
+// Mapped points: a few on the stack.
+class MappedPoints {
+public:
+    MappedPoints(const ViewData& data, const BPoint* points, int32 count)
+    {
+        if (count > kFew) {
+            fMany.resize(count);
+            fPoints = fMany.data();
+        }
+        for (int32 i = 0; i < count; i++)
+            fPoints[i] = data.Map(points[i]);
+    }
+    operator const BPoint*() const { return fPoints; }
+
+private:
+    static const int32 kFew = 32;
+
+    BPoint fFew[kFew];
+    std::vector<BPoint> fMany;
+    BPoint* fPoints = fFew;
+};
+
+// Paints with a gradient in place of the high colour: `draw` makes the solid call.
+template <class Draw>
+void with_gradient(ViewData& data, const BGradient& gradient, Draw draw)
+{
+    if (data.recording != nullptr || (!data.Ready() && !data.MakeReady())) {
+        draw();
+        return;
+    }
+    const BPrivate::MappedGradient mapped(gradient, data.scale, data.mapX, data.mapY);
+    data.state.paint.gradient = mapped.Gradient();
+    draw();
+    data.state.paint.gradient = nullptr;
+}
+
+BPoint center_of(const BRect& rect)
+{
+    return BPoint((rect.left + rect.right) / 2, (rect.top + rect.bottom) / 2);
+}
+
+}  // namespace
+
+// Lines.
+
+void BView::StrokeLine(BPoint toPoint, ::pattern pattern)
+{
+    StrokeLine(fData->state.pen, toPoint, pattern);
+}
+
+void BView::StrokeLine(BPoint start, BPoint end, ::pattern pattern)
+{
+    ViewData& data = *fData;
+    data.state.pen = end;
+    if (!data.Begin(PictureOp::StrokeLine, start, end, pattern))
+        return;
+    data.state.paint.pattern = pattern;
+    data.Touched(server::StrokeLine(data.target, data.state.paint, data.Map(start),
+                                    data.Map(end)));
+}
+
+void BView::StrokeLine(BPoint toPoint, const BGradient& gradient)
+{
+    StrokeLine(fData->state.pen, toPoint, gradient);
+}
+
+void BView::StrokeLine(BPoint start, BPoint end, const BGradient& gradient)
+{
+    with_gradient(*fData, gradient, [&] { StrokeLine(start, end); });
+}
+
+void BView::BeginLineArray(int32 count)
+{
+    if (count < 0)
+        return;
+    fData->lineArray = std::make_unique<BPrivate::LineArray>();
+    fData->lineArray->limit = size_t(count);
+}
+
+void BView::AddLine(BPoint start, BPoint end, rgb_color color)
+{
+    BPrivate::LineArray* array = fData->lineArray.get();
+    if (array != nullptr && array->lines.size() < array->limit)
+        array->lines.push_back({start, end, color});
+}
+
+void BView::EndLineArray()
+{
+    ViewData& data = *fData;
+    const std::unique_ptr<BPrivate::LineArray> array = std::move(data.lineArray);
+    if (array == nullptr || array->lines.empty())
+        return;
+    const Span<BPrivate::LineArray::Line> span{array->lines.data(), int32(array->lines.size())};
+    if (!data.Begin(PictureOp::LineArray, span))
+        return;
+    server::Paint& paint = data.state.paint;
+    const rgb_color high = paint.high;
+    paint.pattern = B_SOLID_HIGH;
+    for (const BPrivate::LineArray::Line& line : array->lines) {
+        paint.high = line.color;
+        data.Touched(server::StrokeLine(data.target, paint, data.Map(line.start),
+                                        data.Map(line.end)));
+    }
+    paint.high = high;
+}
+
+// Polygons.
+
+void BView::StrokePolygon(const BPolygon* polygon, bool closed, ::pattern pattern)
+{
+    if (polygon != nullptr)
+        StrokePolygon(polygon->fPoints, polygon->fCount, closed, pattern);
+}
+
+void BView::StrokePolygon(const BPoint* pointArray, int32 numPoints, bool closed,
+                          ::pattern pattern)
+{
+    ViewData& data = *fData;
+    if (pointArray == nullptr || numPoints < 1 ||
+        !data.Begin(PictureOp::StrokePolygon, Span<BPoint>{pointArray, numPoints}, closed, pattern))
+        return;
+    data.state.paint.pattern = pattern;
+    data.Touched(server::StrokePolygon(data.target, data.state.paint,
+                                       MappedPoints(data, pointArray, numPoints), numPoints,
+                                       closed));
+}
+
+// With bounds the polygon is fitted into them.
+static BPolygon fitted(const BPoint* points, int32 count, BRect bounds)
+{
+    BPolygon polygon(points, count);
+    polygon.MapTo(polygon.Frame(), bounds);
+    return polygon;
+}
+
+void BView::StrokePolygon(const BPoint* pointArray, int32 numPoints, BRect bounds, bool closed,
+                          ::pattern pattern)
+{
+    const BPolygon polygon = fitted(pointArray, numPoints, bounds);
+    StrokePolygon(&polygon, closed, pattern);
+}
+
+void BView::StrokePolygon(const BPolygon* polygon, bool closed, const BGradient& gradient)
+{
+    with_gradient(*fData, gradient, [&] { StrokePolygon(polygon, closed); });
+}
+
+void BView::StrokePolygon(const BPoint* pointArray, int32 numPoints, bool closed,
+                          const BGradient& gradient)
+{
+    with_gradient(*fData, gradient, [&] { StrokePolygon(pointArray, numPoints, closed); });
+}
+
+void BView::StrokePolygon(const BPoint* pointArray, int32 numPoints, BRect bounds, bool closed,
+                          const BGradient& gradient)
+{
+    with_gradient(*fData, gradient, [&] { StrokePolygon(pointArray, numPoints, bounds, closed); });
+}
+
+void BView::FillPolygon(const BPolygon* polygon, ::pattern pattern)
+{
+    if (polygon != nullptr)
+        FillPolygon(polygon->fPoints, polygon->fCount, pattern);
+}
+
+void BView::FillPolygon(const BPoint* pointArray, int32 numPoints, ::pattern pattern)
+{
+    ViewData& data = *fData;
+    if (pointArray == nullptr || numPoints < 1 ||
+        !data.Begin(PictureOp::FillPolygon, Span<BPoint>{pointArray, numPoints}, pattern))
+        return;
+    data.state.paint.pattern = pattern;
+    data.Touched(server::FillPolygon(data.target, data.state.paint,
+                                     MappedPoints(data, pointArray, numPoints), numPoints));
+}
+
+void BView::FillPolygon(const BPoint* pointArray, int32 numPoints, BRect bounds,
+                        ::pattern pattern)
+{
+    const BPolygon polygon = fitted(pointArray, numPoints, bounds);
+    FillPolygon(&polygon, pattern);
+}
+
+void BView::FillPolygon(const BPolygon* polygon, const BGradient& gradient)
+{
+    with_gradient(*fData, gradient, [&] { FillPolygon(polygon); });
+}
+
+void BView::FillPolygon(const BPoint* pointArray, int32 numPoints, const BGradient& gradient)
+{
+    with_gradient(*fData, gradient, [&] { FillPolygon(pointArray, numPoints); });
+}
+
+void BView::FillPolygon(const BPoint* pointArray, int32 numPoints, BRect bounds,
+                        const BGradient& gradient)
+{
+    with_gradient(*fData, gradient, [&] { FillPolygon(pointArray, numPoints, bounds); });
+}
+
+void BView::StrokeTriangle(BPoint point1, BPoint point2, BPoint point3, ::pattern pattern)
+{
+    const BPoint points[] = {point1, point2, point3};
+    StrokePolygon(points, 3, true, pattern);
+}
+
+void BView::StrokeTriangle(BPoint point1, BPoint point2, BPoint point3, BRect, ::pattern pattern)
+{
+    StrokeTriangle(point1, point2, point3, pattern);
+}
+
+void BView::StrokeTriangle(BPoint point1, BPoint point2, BPoint point3, const BGradient& gradient)
+{
+    with_gradient(*fData, gradient, [&] { StrokeTriangle(point1, point2, point3); });
+}
+
+void BView::StrokeTriangle(BPoint point1, BPoint point2, BPoint point3, BRect,
+                           const BGradient& gradient)
+{
+    StrokeTriangle(point1, point2, point3, gradient);
+}
+
+void BView::FillTriangle(BPoint point1, BPoint point2, BPoint point3, ::pattern pattern)
+{
+    const BPoint points[] = {point1, point2, point3};
+    FillPolygon(points, 3, pattern);
+}
+
+void BView::FillTriangle(BPoint point1, BPoint point2, BPoint point3, BRect, ::pattern pattern)
+{
+    FillTriangle(point1, point2, point3, pattern);
+}
+
+void BView::FillTriangle(BPoint point1, BPoint point2, BPoint point3, const BGradient& gradient)
+{
+    with_gradient(*fData, gradient, [&] { FillTriangle(point1, point2, point3); });
+}
+
+void BView::FillTriangle(BPoint point1, BPoint point2, BPoint point3, BRect,
+                         const BGradient& gradient)
+{
+    FillTriangle(point1, point2, point3, gradient);
+}
+
+// Rectangles and regions.
+
+void BView::StrokeRect(BRect rect, ::pattern pattern)
+{
+    ViewData& data = *fData;
+    if (!data.Begin(PictureOp::StrokeRect, rect, pattern))
+        return;
+    data.state.paint.pattern = pattern;
+    data.Touched(server::StrokeRect(data.target, data.state.paint, data.Map(rect)));
+}
+
+void BView::StrokeRect(BRect rect, const BGradient& gradient)
+{
+    with_gradient(*fData, gradient, [&] { StrokeRect(rect); });
+}
+
+void BView::FillRect(BRect rect, ::pattern pattern)
+{
+    ViewData& data = *fData;
+    if (!data.Begin(PictureOp::FillRect, rect, pattern))
+        return;
+    data.state.paint.pattern = pattern;
+    data.Touched(server::FillRect(data.target, data.state.paint, data.Map(rect)));
+}
+
+void BView::FillRect(BRect rect, const BGradient& gradient)
+{
+    with_gradient(*fData, gradient, [&] { FillRect(rect); });
+}
+
+void BView::FillRegion(BRegion* region, ::pattern pattern)
+{
+    ViewData& data = *fData;
+    if (region == nullptr)
+        return;
+    if (data.recording != nullptr) {
+        for (int32 i = 0; i < region->CountRects(); i++)
+            FillRect(region->RectAt(i), pattern);
+        return;
+    }
+    if (!data.Begin(PictureOp::FillRegion))
+        return;
+    data.state.paint.pattern = pattern;
+    if (data.scale == 1 && data.mapX == std::floor(data.mapX) &&
+        data.mapY == std::floor(data.mapY)) {
+        BRegion mapped(*region);
+        mapped.OffsetBy(int32(data.mapX), int32(data.mapY));
+        data.Touched(server::FillRegion(data.target, data.state.paint, mapped));
+        return;
+    }
+    for (int32 i = 0; i < region->CountRects(); i++) {
+        data.Touched(server::FillRect(data.target, data.state.paint,
+                                      data.MapPixels(region->RectAt(i))));
+    }
+}
+
+void BView::FillRegion(BRegion* region, const BGradient& gradient)
+{
+    with_gradient(*fData, gradient, [&] { FillRegion(region); });
+}
+
+void BView::InvertRect(BRect rect)
+{
+    ViewData& data = *fData;
+    if (data.Begin(PictureOp::InvertRect, rect))
+        data.Touched(server::InvertRect(data.target, data.Map(rect)));
+}
+
+void BView::StrokeRoundRect(BRect rect, float xRadius, float yRadius, ::pattern pattern)
+{
+    ViewData& data = *fData;
+    if (!data.Begin(PictureOp::StrokeRoundRect, rect, xRadius, yRadius, pattern))
+        return;
+    data.state.paint.pattern = pattern;
+    data.Touched(server::StrokeRoundRect(data.target, data.state.paint, data.Map(rect),
+                                         xRadius * data.scale, yRadius * data.scale));
+}
+
+void BView::StrokeRoundRect(BRect rect, float xRadius, float yRadius, const BGradient& gradient)
+{
+    with_gradient(*fData, gradient, [&] { StrokeRoundRect(rect, xRadius, yRadius); });
+}
+
+void BView::FillRoundRect(BRect rect, float xRadius, float yRadius, ::pattern pattern)
+{
+    ViewData& data = *fData;
+    if (!data.Begin(PictureOp::FillRoundRect, rect, xRadius, yRadius, pattern))
+        return;
+    data.state.paint.pattern = pattern;
+    data.Touched(server::FillRoundRect(data.target, data.state.paint, data.Map(rect),
+                                       xRadius * data.scale, yRadius * data.scale));
+}
+
+void BView::FillRoundRect(BRect rect, float xRadius, float yRadius, const BGradient& gradient)
+{
+    with_gradient(*fData, gradient, [&] { FillRoundRect(rect, xRadius, yRadius); });
+}
+
+// Ellipses and arcs.
+
+void BView::StrokeEllipse(BPoint center, float xRadius, float yRadius, ::pattern pattern)
+{
+    ViewData& data = *fData;
+    if (!data.Begin(PictureOp::StrokeEllipse, center, xRadius, yRadius, pattern))
+        return;
+    data.state.paint.pattern = pattern;
+    data.Touched(server::StrokeEllipse(data.target, data.state.paint, data.Map(center),
+                                       xRadius * data.scale, yRadius * data.scale));
+}
+
+void BView::StrokeEllipse(BRect rect, ::pattern pattern)
+{
+    StrokeEllipse(center_of(rect), rect.Width() / 2, rect.Height() / 2, pattern);
+}
+
+void BView::StrokeEllipse(BPoint center, float xRadius, float yRadius, const BGradient& gradient)
+{
+    with_gradient(*fData, gradient, [&] { StrokeEllipse(center, xRadius, yRadius); });
+}
+
+void BView::StrokeEllipse(BRect rect, const BGradient& gradient)
+{
+    with_gradient(*fData, gradient, [&] { StrokeEllipse(rect); });
+}
+
+void BView::FillEllipse(BPoint center, float xRadius, float yRadius, ::pattern pattern)
+{
+    ViewData& data = *fData;
+    if (!data.Begin(PictureOp::FillEllipse, center, xRadius, yRadius, pattern))
+        return;
+    data.state.paint.pattern = pattern;
+    data.Touched(server::FillEllipse(data.target, data.state.paint, data.Map(center),
+                                     xRadius * data.scale, yRadius * data.scale));
+}
+
+void BView::FillEllipse(BRect rect, ::pattern pattern)
+{
+    FillEllipse(center_of(rect), rect.Width() / 2, rect.Height() / 2, pattern);
+}
+
+void BView::FillEllipse(BPoint center, float xRadius, float yRadius, const BGradient& gradient)
+{
+    with_gradient(*fData, gradient, [&] { FillEllipse(center, xRadius, yRadius); });
+}
+
+void BView::FillEllipse(BRect rect, const BGradient& gradient)
+{
+    with_gradient(*fData, gradient, [&] { FillEllipse(rect); });
+}
+
+void BView::StrokeArc(BPoint center, float xRadius, float yRadius, float startAngle,
+                      float arcAngle, ::pattern pattern)
+{
+    ViewData& data = *fData;
+    if (!data.Begin(PictureOp::StrokeArc, center, xRadius, yRadius, startAngle, arcAngle, pattern))
+        return;
+    data.state.paint.pattern = pattern;
+    data.Touched(server::StrokeArc(data.target, data.state.paint, data.Map(center),
+                                   xRadius * data.scale, yRadius * data.scale, startAngle,
+                                   arcAngle));
+}
+
+void BView::StrokeArc(BRect rect, float startAngle, float arcAngle, ::pattern pattern)
+{
+    StrokeArc(center_of(rect), rect.Width() / 2, rect.Height() / 2, startAngle, arcAngle, pattern);
+}
+
+void BView::StrokeArc(BPoint center, float xRadius, float yRadius, float startAngle,
+                      float arcAngle, const BGradient& gradient)
+{
+    with_gradient(*fData, gradient,
+                  [&] { StrokeArc(center, xRadius, yRadius, startAngle, arcAngle); });
+}
+
+void BView::StrokeArc(BRect rect, float startAngle, float arcAngle, const BGradient& gradient)
+{
+    with_gradient(*fData, gradient, [&] { StrokeArc(rect, startAngle, arcAngle); });
+}
+
+void BView::FillArc(BPoint center, float xRadius, float yRadius, float startAngle, float arcAngle,
+                    ::pattern pattern)
+{
+    ViewData& data = *fData;
+    if (!data.Begin(PictureOp::FillArc, center, xRadius, yRadius, startAngle, arcAngle, pattern))
+        return;
+    data.state.paint.pattern = pattern;
+    data.Touched(server::FillArc(data.target, data.state.paint, data.Map(center),
+                                 xRadius * data.scale, yRadius * data.scale, startAngle,
+                                 arcAngle));
+}
+
+void BView::FillArc(BRect rect, float startAngle, float arcAngle, ::pattern pattern)
+{
+    FillArc(center_of(rect), rect.Width() / 2, rect.Height() / 2, startAngle, arcAngle, pattern);
+}
+
+void BView::FillArc(BPoint center, float xRadius, float yRadius, float startAngle, float arcAngle,
+                    const BGradient& gradient)
+{
+    with_gradient(*fData, gradient,
+                  [&] { FillArc(center, xRadius, yRadius, startAngle, arcAngle); });
+}
+
+void BView::FillArc(BRect rect, float startAngle, float arcAngle, const BGradient& gradient)
+{
+    with_gradient(*fData, gradient, [&] { FillArc(rect, startAngle, arcAngle); });
+}
+
+// Curves and shapes.
+
+void BView::StrokeBezier(BPoint* controlPoints, ::pattern pattern)
+{
+    ViewData& data = *fData;
+    if (controlPoints == nullptr ||
+        !data.Begin(PictureOp::StrokeBezier, Span<BPoint>{controlPoints, 4}, pattern))
+        return;
+    data.state.paint.pattern = pattern;
+    data.Touched(server::StrokeBezier(data.target, data.state.paint,
+                                      MappedPoints(data, controlPoints, 4)));
+}
+
+void BView::StrokeBezier(BPoint* controlPoints, const BGradient& gradient)
+{
+    with_gradient(*fData, gradient, [&] { StrokeBezier(controlPoints); });
+}
+
+void BView::FillBezier(BPoint* controlPoints, ::pattern pattern)
+{
+    ViewData& data = *fData;
+    if (controlPoints == nullptr ||
+        !data.Begin(PictureOp::FillBezier, Span<BPoint>{controlPoints, 4}, pattern))
+        return;
+    data.state.paint.pattern = pattern;
+    data.Touched(server::FillBezier(data.target, data.state.paint,
+                                    MappedPoints(data, controlPoints, 4)));
+}
+
+void BView::FillBezier(BPoint* controlPoints, const BGradient& gradient)
+{
+    with_gradient(*fData, gradient, [&] { FillBezier(controlPoints); });
+}
+
+// Strokes or fills a shape that starts at the pen.
+template <class Draw>
+static void draw_shape(ViewData& data, PictureOp op, const BShape* shape, ::pattern pattern,
+                       Draw draw)
+{
+    const BPrivate::ShapeData* parts =
+        shape != nullptr ? BPrivate::ShapeData::Of(*shape) : nullptr;
+    if (parts == nullptr)
+        return;
+    if (data.recording != nullptr) {
+        data.recording->AddShape(op, *shape, false);
+        data.recording->Put(pattern);
+        return;
+    }
+    if (!data.Ready() && !data.MakeReady())
+        return;
+    std::vector<uint8> ops;
+    std::vector<BPoint> points;
+    if (!parts->AppendPath(data.Map(data.state.pen), data.scale, &ops, &points))
+        return;
+    data.state.paint.pattern = pattern;
+    const server::PathOps path{ops.data(), int32(ops.size()), points.data(), int32(points.size())};
+    data.Touched(draw(data.target, data.state.paint, path));
+}
+
+void BView::StrokeShape(BShape* shape, ::pattern pattern)
+{
+    draw_shape(*fData, PictureOp::StrokeShape, shape, pattern, server::StrokePath);
+}
+
+void BView::StrokeShape(BShape* shape, const BGradient& gradient)
+{
+    with_gradient(*fData, gradient, [&] { StrokeShape(shape); });
+}
+
+void BView::FillShape(BShape* shape, ::pattern pattern)
+{
+    draw_shape(*fData, PictureOp::FillShape, shape, pattern, server::FillPath);
+}
+
+void BView::FillShape(BShape* shape, const BGradient& gradient)
+{
+    with_gradient(*fData, gradient, [&] { FillShape(shape); });
+}
+
+// Pixels.
+
+static clipping_rect pixels_of(const BRect& rect)
+{
+    const double limit = 1 << 29;
+    auto at = [&](float value) {
+        return std::isnan(value) ? 0 : int32(std::clamp(std::floor(double(value)), -limit, limit));
+    };
+    return {at(rect.left), at(rect.top), at(rect.right), at(rect.bottom)};
+}
+
+static BRect to_rect(const clipping_rect& rect)
+{
+    return BRect(rect.left, rect.top, rect.right, rect.bottom);
+}
+
+void BView::CopyBits(BRect src, BRect dst)
+{
+    ViewData& data = *fData;
+    if (!data.Begin(PictureOp::CopyBits, src, dst) || !src.IsValid() || !dst.IsValid())
+        return;
+    const clipping_rect source = pixels_of(data.MapPixels(src));
+    const clipping_rect target = pixels_of(data.MapPixels(dst));
+    const int32 dx = target.left - source.left, dy = target.top - source.top;
+    if (source.right + dx == target.right && source.bottom + dy == target.bottom) {
+        data.Touched(server::CopyRect(data.target, to_rect(source),
+                                      BPoint(target.left, target.top)));
+    } else {
+        // Another size: by way of a copy, since the two may overlap.
+        const server::Surface& pixels = *data.target.surface;
+        const clipping_rect held =
+            BPrivate::intersection(source, {0, 0, pixels.width - 1, pixels.height - 1});
+        if (BPrivate::empty(held))
+            return;
+        BBitmap copy(BRect(0, 0, held.right - held.left, held.bottom - held.top), 0, B_RGBA32);
+        if (!copy.IsValid())
+            return;
+        for (int32 y = held.top; y <= held.bottom; y++) {
+            memcpy(static_cast<uint8*>(copy.Bits()) +
+                       size_t(y - held.top) * size_t(copy.BytesPerRow()),
+                   pixels.bits + size_t(y) * size_t(pixels.bytesPerRow) + size_t(held.left) * 4,
+                   size_t(held.right - held.left + 1) * 4);
+        }
+        server::Paint paint;
+        data.Touched(server::DrawBitmap(data.target, paint, BPrivate::surface_of(copy),
+                                        to_rect(BPrivate::moved(source, -held.left, -held.top)),
+                                        to_rect(target), 0));
+    }
+    if (data.canvas->IsOffscreen())
+        return;
+    // What does not show, or waits to be drawn itself, left no picture to copy.
+    BRegion missing(to_rect(source));
+    missing.Exclude(&data.OwnVisible());
+    BRegion waiting(to_rect(source));
+    waiting.IntersectWith(&data.canvas->Invalid());
+    missing.Include(&waiting);
+    missing.OffsetBy(dx, dy);
+    BRegion reached(to_rect(target));
+    reached.IntersectWith(&data.OwnVisible());
+    missing.IntersectWith(&reached);
+    data.canvas->Invalidate(missing);
+}
+
+void BView::DrawBitmapAsync(const BBitmap* aBitmap, BRect bitmapRect, BRect viewRect,
+                            uint32 options)
+{
+    ViewData& data = *fData;
+    if (aBitmap == nullptr || !aBitmap->IsValid())
+        return;
+    if ((options & B_TILE_BITMAP) == B_TILE_BITMAP) {
+        DrawTiledBitmapAsync(aBitmap, viewRect);
+        return;
+    }
+    if (data.recording != nullptr) {
+        data.recording->AddBitmap(PictureOp::DrawBitmap, *aBitmap, bitmapRect, viewRect, options);
+        return;
+    }
+    if (!data.Ready() && !data.MakeReady())
+        return;
+    data.Touched(server::DrawBitmap(data.target, data.state.paint, BPrivate::surface_of(*aBitmap),
+                                    bitmapRect.OffsetByCopy(-aBitmap->Bounds().LeftTop()),
+                                    data.MapPixels(viewRect), options));
+}
+
+void BView::DrawBitmapAsync(const BBitmap* aBitmap, BRect bitmapRect, BRect viewRect)
+{
+    DrawBitmapAsync(aBitmap, bitmapRect, viewRect, 0);
+}
+
+void BView::DrawBitmapAsync(const BBitmap* aBitmap, BRect viewRect)
+{
+    if (aBitmap != nullptr)
+        DrawBitmapAsync(aBitmap, aBitmap->Bounds(), viewRect, 0);
+}
+
+void BView::DrawBitmapAsync(const BBitmap* aBitmap, BPoint where)
+{
+    if (aBitmap != nullptr)
+        DrawBitmapAsync(aBitmap, aBitmap->Bounds().OffsetToCopy(where));
+}
+
+void BView::DrawBitmapAsync(const BBitmap* aBitmap)
+{
+    DrawBitmapAsync(aBitmap, fData->state.pen);
+}
+
+void BView::DrawBitmap(const BBitmap* aBitmap, BRect bitmapRect, BRect viewRect, uint32 options)
+{
+    DrawBitmapAsync(aBitmap, bitmapRect, viewRect, options);
+}
+
+void BView::DrawBitmap(const BBitmap* aBitmap, BRect bitmapRect, BRect viewRect)
+{
+    DrawBitmapAsync(aBitmap, bitmapRect, viewRect, 0);
+}
+
+void BView::DrawBitmap(const BBitmap* aBitmap, BRect viewRect)
+{
+    DrawBitmapAsync(aBitmap, viewRect);
+}
+
+void BView::DrawBitmap(const BBitmap* aBitmap, BPoint where)
+{
+    DrawBitmapAsync(aBitmap, where);
+}
+
+void BView::DrawBitmap(const BBitmap* aBitmap)
+{
+    DrawBitmapAsync(aBitmap);
+}
+
+void BView::DrawTiledBitmapAsync(const BBitmap* aBitmap, BRect viewRect, BPoint phase)
+{
+    ViewData& data = *fData;
+    if (aBitmap == nullptr || !aBitmap->IsValid())
+        return;
+    BRect area = viewRect;
+    if (data.recording == nullptr) {
+        if (!data.Ready() && !data.MakeReady())
+            return;
+        // Only tiles that can show.
+        area = area & BRect(data.Unmap(BPoint(data.target.bounds.left, data.target.bounds.top)),
+                            data.Unmap(BPoint(data.target.bounds.right, data.target.bounds.bottom)));
+    }
+    if (!area.IsValid())
+        return;
+    const BRect bounds = aBitmap->Bounds();
+    const float width = bounds.Width() + 1, height = bounds.Height() + 1;
+    const BPoint start = viewRect.LeftTop() - phase;
+    const float firstX = start.x + std::floor((area.left - start.x) / width) * width;
+    const float firstY = start.y + std::floor((area.top - start.y) / height) * height;
+    for (float y = firstY; y <= area.bottom; y += height) {
+        for (float x = firstX; x <= area.right; x += width) {
+            const BRect tile = BRect(x, y, x + width - 1, y + height - 1) & viewRect;
+            DrawBitmapAsync(aBitmap, tile.OffsetByCopy(bounds.left - x, bounds.top - y), tile, 0);
+        }
+    }
+}
+
+void BView::DrawTiledBitmap(const BBitmap* aBitmap, BRect viewRect, BPoint phase)
+{
+    DrawTiledBitmapAsync(aBitmap, viewRect, phase);
+}
+
+// Text.
+
+void BView::DrawChar(char aChar)
+{
+    DrawString(&aChar, 1);
+}
+
+void BView::DrawChar(char aChar, BPoint location)
+{
+    DrawString(&aChar, 1, location);
+}
+
+void BView::DrawString(const char* string, escapement_delta* delta)
+{
+    if (string != nullptr)
+        DrawString(string, int32(strlen(string)), fData->state.pen, delta);
+}
+
+void BView::DrawString(const char* string, BPoint location, escapement_delta* delta)
+{
+    if (string != nullptr)
+        DrawString(string, int32(strlen(string)), location, delta);
+}
+
+void BView::DrawString(const char* string, int32 length, escapement_delta* delta)
+{
+    DrawString(string, length, fData->state.pen, delta);
+}
+
+// A program's length may reach beyond the terminator.
+static int32 text_length(const char* string, int32 length)
+{
+    return string != nullptr && length > 0 ? int32(strnlen(string, size_t(length))) : 0;
+}
+
+void BView::DrawString(const char* string, int32 length, BPoint location, escapement_delta* delta)
+{
+    ViewData& data = *fData;
+    length = text_length(string, length);
+    if (length == 0)
+        return;
+    data.state.pen = location;
+    escapement_delta escapement = {0, 0};
+    if (delta != nullptr)
+        escapement = *delta;
+    if (!data.Begin(PictureOp::DrawString, location, escapement, Span<char>{string, length})) {
+        // The pen moves all the same.
+        escapement_delta* use = delta != nullptr ? &escapement : nullptr;
+        server::FontSpec font = data.state.fontSpec;
+        font.size = data.state.font.Size();
+        data.state.pen.x += server::StringWidth(font, string, length, use);
+        return;
+    }
+    escapement.nonspace *= data.scale;
+    escapement.space *= data.scale;
+    data.state.paint.pattern = B_SOLID_HIGH;
+    BPoint pen = data.Map(location);
+    data.Touched(server::DrawString(data.target, data.state.paint, data.state.fontSpec, string,
+                                    length, delta != nullptr ? &escapement : nullptr, &pen));
+    data.state.pen = data.Unmap(pen);
+}
+
+void BView::DrawString(const char* string, const BPoint* locations, int32 locationCount)
+{
+    if (string != nullptr)
+        DrawString(string, int32(strlen(string)), locations, locationCount);
+}
+
+void BView::DrawString(const char* string, int32 length, const BPoint* locations,
+                       int32 locationCount)
+{
+    ViewData& data = *fData;
+    length = text_length(string, length);
+    if (length == 0 || locations == nullptr || locationCount < 1 ||
+        !data.Begin(PictureOp::DrawStringAt, Span<BPoint>{locations, locationCount},
+                    Span<char>{string, length}))
+        return;
+    data.state.paint.pattern = B_SOLID_HIGH;
+    BPoint pen = data.Map(locations[0]);
+    data.Touched(server::DrawStringAt(data.target, data.state.paint, data.state.fontSpec, string,
+                                      length, MappedPoints(data, locations, locationCount),
+                                      locationCount, &pen));
+    data.state.pen = data.Unmap(pen);
+}
+
+// Layers are drawn as what they hold.
+void BView::BeginLayer(uint8) {}
+void BView::EndLayer() {}
