@@ -412,11 +412,14 @@ FontStyle* FontCatalog::AddFile(const char* path, int32 index, status_t* error)
     *error = B_BAD_VALUE;
     if (pattern == nullptr)
         return nullptr;
+    auto before = fByFile.find(file_key(pattern));
+    bool installed = before != fByFile.end() && before->second->installed;
     FontStyle* style = _Add(pattern);
     FcPatternDestroy(pattern);
     if (style == nullptr)
         return nullptr;
-    style->loaded = true;
+    if (!installed)
+        style->loaded = style->path == path;  // else an installed font that is the same
     _Sort();
     *error = B_OK;
     return style;

@@ -23,8 +23,14 @@ constexpr double kSyntheticSlant = 0.2;
 // What a ScaledFont differs by: style, size in 1/64 pixel, flags, shear, rotation, false bold.
 using ScaleKey = std::tuple<FontStyle*, int32, uint32, float, float, float>;
 
-std::map<ScaleKey, std::shared_ptr<ScaledFont>> sScaled;  // font lock
-size_t sGlyphBytes;                                       // font lock
+size_t sGlyphBytes;  // font lock
+
+// Outlives every thread that draws at exit. Font lock.
+std::map<ScaleKey, std::shared_ptr<ScaledFont>>& scaled_fonts()
+{
+    static auto& fonts = *new std::map<ScaleKey, std::shared_ptr<ScaledFont>>;
+    return fonts;
+}
 
 FT_Library library()
 {
@@ -166,11 +172,12 @@ std::shared_ptr<ScaledFont> ScaledFont::Get(const FontSpec& spec, FontStyle* sty
     float rotation = std::isfinite(spec.rotation) ? spec.rotation : 0.0f;
     float falseBold = std::isfinite(spec.falseBoldWidth) ? spec.falseBoldWidth : 0.0f;
     ScaleKey key(style, units, flags, shear, rotation, falseBold);
-    auto known = sScaled.find(key);
-    if (known != sScaled.end())
+    auto& fonts = scaled_fonts();
+    auto known = fonts.find(key);
+    if (known != fonts.end())
         return known->second;
 
-    if (sScaled.size() >= kMaxScaledFonts || sGlyphBytes > kMaxGlyphBytes)
+    if (fonts.size() >= kMaxScaledFonts || sGlyphBytes > kMaxGlyphBytes)
         ForgetAll();
     std::shared_ptr<FontFile> file = FontFile::Open(*style);
     if (file == nullptr)
@@ -203,15 +210,15 @@ std::shared_ptr<ScaledFont> ScaledFont::Get(const FontSpec& spec, FontStyle* sty
         font->fBold = std::max(size / 20.0f, 0.6f);
     font->fBold = std::clamp(font->fBold + falseBold, -size / 8.0f, size);
     std::fill(std::begin(font->fAscii), std::end(font->fAscii), ~0u);
-    sScaled[key] = font;
+    fonts[key] = font;
     return font;
 }
 
 void ScaledFont::ForgetAll()
 {
-    for (auto& [key, font] : sScaled)
+    for (auto& [key, font] : scaled_fonts())
         font->fStyle->file.reset();
-    sScaled.clear();
+    scaled_fonts().clear();
     sGlyphBytes = 0;
 }
 

@@ -32,7 +32,8 @@ bool letters_without(FcCharSet* characters, uint32 wanted, uint32 missing)
 void describe(const FontStyle& style, FontInfo* info)
 {
     const FontFamily* family = FontCatalog::Get().FamilyFor(style.familyId);
-    snprintf(info->family, sizeof(info->family), "%s", family != nullptr ? family->name.c_str() : "");
+    snprintf(info->family, sizeof(info->family), "%s",
+        family != nullptr ? family->name.c_str() : "");
     snprintf(info->style, sizeof(info->style), "%s", style.name.c_str());
     info->familyId = style.familyId;
     info->styleId = style.styleId;

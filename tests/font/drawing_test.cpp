@@ -56,7 +56,10 @@ public:
     }
 
     const server::Target& Target() const { return fTarget; }
-    uint32 At(int32 x, int32 y) const { return fPixels[static_cast<size_t>(y) * fSurface.width + x]; }
+    uint32 At(int32 x, int32 y) const
+    {
+        return fPixels[static_cast<size_t>(y) * fSurface.width + x];
+    }
     bool operator==(const Paper& other) const { return fPixels == other.fPixels; }
 
     // The box of all pixels that are not white.
