@@ -21,8 +21,9 @@
 namespace {
 
 constexpr char kShort[] = "Hello world";
-constexpr char kLine[] = "The quick brown fox jumps over the lazy dog, and the dog does not mind: "
-                         "it has seen 1234567890 foxes jump before.";
+constexpr char kLine[] =
+    "The quick brown fox jumps over the lazy dog, and the dog does not mind: "
+    "it has seen 1234567890 foxes jump before.";
 
 QFont qt_font()
 {

@@ -20,8 +20,8 @@ using server::FontInfo;
 namespace {
 
 // Faces that are drawn onto any style and belong to none.
-constexpr uint16 kDecorations = B_UNDERSCORE_FACE | B_NEGATIVE_FACE | B_OUTLINED_FACE
-    | B_STRIKEOUT_FACE;
+constexpr uint16 kDecorations =
+    B_UNDERSCORE_FACE | B_NEGATIVE_FACE | B_OUTLINED_FACE | B_STRIKEOUT_FACE;
 
 int32 length_of(const char* string)
 {
@@ -51,7 +51,7 @@ BPoint along(const server::FontSpec& font, float distance)
         return BPoint(distance, 0.0f);
     double angle = std::remainder(static_cast<double>(font.rotation), 360.0) * M_PI / 180.0;
     return BPoint(static_cast<float>(std::cos(angle) * distance),
-        static_cast<float>(-std::sin(angle) * distance));
+                  static_cast<float>(-std::sin(angle) * distance));
 }
 
 server::Boxes boxes_for(font_metric_mode mode)
@@ -66,15 +66,9 @@ FontInfo info_of(const server::FontSpec& font)
     return info;
 }
 
-void copy_name(char* to, const char* from)
-{
-    snprintf(to, B_FONT_FAMILY_LENGTH + 1, "%s", from);
-}
+void copy_name(char* to, const char* from) { snprintf(to, B_FONT_FAMILY_LENGTH + 1, "%s", from); }
 
-uint32 flags_of(const FontInfo& info)
-{
-    return info.fixed ? B_IS_FIXED : 0;
-}
+uint32 flags_of(const FontInfo& info) { return info.fixed ? B_IS_FIXED : 0; }
 
 }  // namespace
 
@@ -155,20 +149,11 @@ void BFont::SetFalseBoldWidth(float width)
         fFalseBoldWidth = width;
 }
 
-void BFont::SetSpacing(uint8 spacing)
-{
-    fSpacing = spacing;
-}
+void BFont::SetSpacing(uint8 spacing) { fSpacing = spacing; }
 
-void BFont::SetEncoding(uint8 encoding)
-{
-    fEncoding = encoding;
-}
+void BFont::SetEncoding(uint8 encoding) { fEncoding = encoding; }
 
-void BFont::SetFlags(uint32 flags)
-{
-    fFlags = flags;
-}
+void BFont::SetFlags(uint32 flags) { fFlags = flags; }
 
 void BFont::GetFamilyAndStyle(font_family* family, font_style* style) const
 {
@@ -193,20 +178,11 @@ font_direction BFont::Direction() const
                                                         : B_FONT_LEFT_TO_RIGHT;
 }
 
-bool BFont::IsFixed() const
-{
-    return info_of(FontAccess::Spec(*this)).fixed;
-}
+bool BFont::IsFixed() const { return info_of(FontAccess::Spec(*this)).fixed; }
 
-bool BFont::IsFullAndHalfFixed() const
-{
-    return info_of(FontAccess::Spec(*this)).fullAndHalfFixed;
-}
+bool BFont::IsFullAndHalfFixed() const { return info_of(FontAccess::Spec(*this)).fullAndHalfFixed; }
 
-BRect BFont::BoundingBox() const
-{
-    return server::FontBox(FontAccess::Spec(*this));
-}
+BRect BFont::BoundingBox() const { return server::FontBox(FontAccess::Spec(*this)); }
 
 unicode_block BFont::Blocks() const
 {
@@ -229,10 +205,7 @@ font_file_format BFont::FileFormat() const
                                                        : B_TRUETYPE_WINDOWS;
 }
 
-int32 BFont::CountTuned() const
-{
-    return 0;
-}
+int32 BFont::CountTuned() const { return 0; }
 
 void BFont::GetTunedInfo(int32 /*index*/, tuned_font_info* info) const
 {
@@ -250,8 +223,8 @@ float BFont::StringWidth(const char* string, int32 length) const
     return server::StringWidth(FontAccess::Spec(*this), string, length, nullptr);
 }
 
-void BFont::GetStringWidths(const char* stringArray[], const int32 lengthArray[],
-                            int32 numStrings, float widthArray[]) const
+void BFont::GetStringWidths(const char* stringArray[], const int32 lengthArray[], int32 numStrings,
+                            float widthArray[]) const
 {
     if (stringArray == nullptr || widthArray == nullptr)
         return;
@@ -271,8 +244,8 @@ void BFont::GetEscapements(const char charArray[], int32 numChars, escapement_de
 {
     if (escapementArray == nullptr || numChars <= 0)
         return;
-    auto metrics = measure(FontAccess::Spec(*this), charArray, numChars, delta,
-        server::Boxes::None);
+    auto metrics =
+        measure(FontAccess::Spec(*this), charArray, numChars, delta, server::Boxes::None);
     for (size_t i = 0; i < metrics.size(); i++)
         escapementArray[i] = fSize > 0.0f ? metrics[i].advance / fSize : 0.0f;
     std::fill(escapementArray + metrics.size(), escapementArray + numChars, 0.0f);
@@ -326,8 +299,7 @@ void BFont::GetBoundingBoxesAsGlyphs(const char charArray[], int32 numChars, fon
 {
     if (boundingBoxArray == nullptr || numChars <= 0)
         return;
-    auto metrics = measure(FontAccess::Spec(*this), charArray, numChars, nullptr,
-        boxes_for(mode));
+    auto metrics = measure(FontAccess::Spec(*this), charArray, numChars, nullptr, boxes_for(mode));
     for (size_t i = 0; i < metrics.size(); i++)
         boundingBoxArray[i] = metrics[i].box;
     std::fill(boundingBoxArray + metrics.size(), boundingBoxArray + numChars, BRect());
@@ -357,7 +329,7 @@ void BFont::GetBoundingBoxesForStrings(const char* stringArray[], int32 numStrin
     for (int32 i = 0; i < numStrings; i++) {
         std::vector<BRect> boxes(static_cast<size_t>(length_of(stringArray[i])));
         GetBoundingBoxesAsString(stringArray[i], static_cast<int32>(boxes.size()), mode,
-            deltas != nullptr ? &deltas[i] : nullptr, boxes.data());
+                                 deltas != nullptr ? &deltas[i] : nullptr, boxes.data());
         BRect all;
         for (const BRect& box : boxes) {
             if (box.IsValid())
@@ -425,18 +397,15 @@ void BFont::GetHasGlyphs(const char charArray[], int32 numChars, bool hasArray[]
 
 bool BFont::operator==(const BFont& font) const
 {
-    bool alike = fFace == font.fFace && fSpacing == font.fSpacing && fEncoding == font.fEncoding
-        && fSize == font.fSize && fShear == font.fShear && fRotation == font.fRotation
-        && fFalseBoldWidth == font.fFalseBoldWidth && fFlags == font.fFlags;
+    bool alike = fFace == font.fFace && fSpacing == font.fSpacing && fEncoding == font.fEncoding &&
+                 fSize == font.fSize && fShear == font.fShear && fRotation == font.fRotation &&
+                 fFalseBoldWidth == font.fFalseBoldWidth && fFlags == font.fFlags;
     if (!alike || (fFamily == font.fFamily && fStyle == font.fStyle))
         return alike;
     return FamilyAndStyle() == font.FamilyAndStyle();
 }
 
-bool BFont::operator!=(const BFont& font) const
-{
-    return !(*this == font);
-}
+bool BFont::operator!=(const BFont& font) const { return !(*this == font); }
 
 void BFont::PrintToStream() const
 {
@@ -444,14 +413,11 @@ void BFont::PrintToStream() const
     font_height height;
     GetHeight(&height);
     printf("BFont { %s (%d), %s (%d) 0x%x %f/%f %f, height %f+%f+%f }\n", info.family,
-        info.familyId, info.style, info.styleId, fFace, fSize, fShear, fRotation, height.ascent,
-        height.descent, height.leading);
+           info.familyId, info.style, info.styleId, fFace, fSize, fShear, fRotation, height.ascent,
+           height.descent, height.leading);
 }
 
-status_t BFont::LoadFont(const char* path)
-{
-    return LoadFont(path, 0, 0);
-}
+status_t BFont::LoadFont(const char* path) { return LoadFont(path, 0, 0); }
 
 status_t BFont::LoadFont(const char* path, uint16 index, uint16 instance)
 {
@@ -484,10 +450,7 @@ status_t BFont::UnloadFont()
     return status;
 }
 
-int32 count_font_families()
-{
-    return server::CountFontFamilies();
-}
+int32 count_font_families() { return server::CountFontFamilies(); }
 
 status_t get_font_family(int32 index, font_family* name, uint32* flags)
 {
@@ -500,10 +463,7 @@ status_t get_font_family(int32 index, font_family* name, uint32* flags)
     return B_OK;
 }
 
-int32 count_font_styles(font_family name)
-{
-    return server::CountFontStyles(name);
-}
+int32 count_font_styles(font_family name) { return server::CountFontStyles(name); }
 
 status_t get_font_style(font_family family, int32 index, font_style* name, uint32* flags)
 {
@@ -524,7 +484,4 @@ status_t get_font_style(font_family family, int32 index, font_style* name, uint1
     return B_OK;
 }
 
-bool update_font_families(bool checkOnly)
-{
-    return server::RefreshFonts(checkOnly);
-}
+bool update_font_families(bool checkOnly) { return server::RefreshFonts(checkOnly); }

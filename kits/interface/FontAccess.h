@@ -19,8 +19,8 @@ struct FontAccess {
 
     static server::FontSpec Spec(const BFont& font)
     {
-        return {font.fFamily, font.fStyle, font.fFace, font.fSize, font.fShear, font.fRotation,
-            font.fSpacing, font.fEncoding, font.fFlags, font.fFalseBoldWidth};
+        return {font.fFamily,   font.fStyle,   font.fFace,     font.fSize,  font.fShear,
+                font.fRotation, font.fSpacing, font.fEncoding, font.fFlags, font.fFalseBoldWidth};
     }
 };
 

@@ -29,7 +29,7 @@ Measured measure(const server::FontSpec& font, const char* string)
     int32 length = static_cast<int32>(std::min<size_t>(result.text.size(), INT32_MAX));
     std::vector<server::CharacterMetrics> metrics(static_cast<size_t>(length));
     int32 count = server::MeasureCharacters(font, string, length, nullptr, server::Boxes::None,
-        metrics.data());
+                                            metrics.data());
     float width = 0.0f;
     int32 at = 0;
     for (int32 i = 0; i < count; i++) {
@@ -58,7 +58,7 @@ size_t tail_that_fits(const Measured& string, float room)
 {
     float total = string.Total();
     auto start = std::partition_point(string.before.begin(), string.before.end() - 1,
-        [=](float before) { return total - before > room; });
+                                      [=](float before) { return total - before > room; });
     return static_cast<size_t>(start - string.before.begin());
 }
 
@@ -86,16 +86,16 @@ struct Cutter {
 
     std::string Keep(const Measured& string, size_t head, size_t tail) const
     {
-        return string.text.substr(0, string.offsets[head]) + ellipsis
-            + string.text.substr(string.offsets[std::max(head, tail)]);
+        return string.text.substr(0, string.offsets[head]) + ellipsis +
+               string.text.substr(string.offsets[std::max(head, tail)]);
     }
 
     std::string Middle(const Measured& string, float room) const
     {
         size_t head = head_that_fits(string, room / 2.0f);
         size_t tail = std::max(head, tail_that_fits(string, room - string.before[head]));
-        head = std::max(head, head_that_fits(string,
-            room - (string.Total() - string.before[tail])));
+        head =
+            std::max(head, head_that_fits(string, room - (string.Total() - string.before[tail])));
         return Keep(string, std::min(head, tail), tail);
     }
 
@@ -120,8 +120,10 @@ struct Cutter {
             return Middle(string, room);
         size_t end = head_that_fits(string, string.before[own] + room - ellipsisWidth);
         end = std::max(end, own);
-        std::string result = ellipsis + string.text.substr(string.offsets[own],
-            string.offsets[end] - string.offsets[own]) + ellipsis;
+        std::string result =
+            ellipsis +
+            string.text.substr(string.offsets[own], string.offsets[end] - string.offsets[own]) +
+            ellipsis;
         // Callers' buffers have room for one ellipsis more than the string.
         return result.size() <= bytes + 3 ? result : Middle(string, room);
     }
@@ -173,8 +175,8 @@ Alike common_parts(const char* strings[], int32 count)
         size_t head = 0, tail = 0;
         while (head < std::min(alike.head, length) && strings[i][head] == first[head])
             head++;
-        while (tail < std::min(alike.tail, length)
-            && strings[i][length - 1 - tail] == first[firstLength - 1 - tail]) {
+        while (tail < std::min(alike.tail, length) &&
+               strings[i][length - 1 - tail] == first[firstLength - 1 - tail]) {
             tail++;
         }
         alike = {head, tail};
@@ -213,7 +215,7 @@ void BFont::GetTruncatedStrings(const char* stringArray[], int32 numStrings, uin
     if (resultArray == nullptr)
         return;
     cut_all(*this, stringArray, numStrings, mode, width,
-        [=](int32 i, const std::string& text) { resultArray[i].SetTo(text.c_str()); });
+            [=](int32 i, const std::string& text) { resultArray[i].SetTo(text.c_str()); });
 }
 
 void BFont::GetTruncatedStrings(const char* stringArray[], int32 numStrings, uint32 mode,
@@ -221,10 +223,9 @@ void BFont::GetTruncatedStrings(const char* stringArray[], int32 numStrings, uin
 {
     if (resultArray == nullptr)
         return;
-    cut_all(*this, stringArray, numStrings, mode, width,
-        [=](int32 i, const std::string& text) {
-            // The buffer has room for three bytes more than the string.
-            if (resultArray[i] != nullptr && text.size() <= strlen(stringArray[i]) + 3)
-                memcpy(resultArray[i], text.c_str(), text.size() + 1);
-        });
+    cut_all(*this, stringArray, numStrings, mode, width, [=](int32 i, const std::string& text) {
+        // The buffer has room for three bytes more than the string.
+        if (resultArray[i] != nullptr && text.size() <= strlen(stringArray[i]) + 3)
+            memcpy(resultArray[i], text.c_str(), text.size() + 1);
+    });
 }

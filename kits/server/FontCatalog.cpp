@@ -72,8 +72,8 @@ std::string file_key(FcPattern* pattern)
     FcChar8* path = nullptr;
     if (FcPatternGetString(pattern, FC_FILE, 0, &path) != FcResultMatch)
         return {};
-    return std::string(reinterpret_cast<const char*>(path)) + ':'
-        + std::to_string(integer_of(pattern, FC_INDEX, 0));
+    return std::string(reinterpret_cast<const char*>(path)) + ':' +
+           std::to_string(integer_of(pattern, FC_INDEX, 0));
 }
 
 uint16 face_of(int weight, int slant, int width)
@@ -163,8 +163,8 @@ FontStyle* FontCatalog::_Add(FcPattern* pattern)
 {
     std::string key = file_key(pattern);
     std::string family = name_of(pattern, FC_FAMILY);
-    if (key.empty() || family.empty() || !truth_of(pattern, FC_SCALABLE, true)
-        || truth_of(pattern, FC_VARIABLE, false) || truth_of(pattern, FC_COLOR, false)) {
+    if (key.empty() || family.empty() || !truth_of(pattern, FC_SCALABLE, true) ||
+        truth_of(pattern, FC_VARIABLE, false) || truth_of(pattern, FC_COLOR, false)) {
         return nullptr;
     }
     auto known = fByFile.find(key);
@@ -217,7 +217,7 @@ FontStyle* FontCatalog::_Add(FcPattern* pattern)
     FcPatternGetDouble(pattern, FC_WEIGHT, 0, &weight);
     style->weight = static_cast<int32>(weight);
     style->face = face_of(style->weight, integer_of(pattern, FC_SLANT, FC_SLANT_ROMAN),
-        integer_of(pattern, FC_WIDTH, FC_WIDTH_NORMAL));
+                          integer_of(pattern, FC_WIDTH, FC_WIDTH_NORMAL));
     int spacing = integer_of(pattern, FC_SPACING, FC_PROPORTIONAL);
     style->fixed = spacing >= FC_MONO;
     style->dual = spacing == FC_DUAL;
@@ -282,8 +282,8 @@ FontStyle* FontCatalog::NearestStyle(const FontFamily& family, uint16 face) cons
         if (!style->installed)
             continue;
         uint16 differs = style->face ^ face;
-        int32 cost = std::abs(style->weight - weight_of(face))
-            + (differs & B_ITALIC_FACE ? 250 : 0) + (differs & B_CONDENSED_FACE ? 500 : 0);
+        int32 cost = std::abs(style->weight - weight_of(face)) +
+                     (differs & B_ITALIC_FACE ? 250 : 0) + (differs & B_CONDENSED_FACE ? 500 : 0);
         if (cost < bestCost) {
             best = style.get();
             bestCost = cost;
@@ -336,8 +336,8 @@ FontStyle* FontCatalog::StyleFor(uint16 family, uint16 style)
 
 FontStyle* FontCatalog::FallbackFor(const FontStyle& style, uint32 character)
 {
-    uint64 key = static_cast<uint64>(style.familyId) << 48
-        | static_cast<uint64>(style.styleId) << 32 | character;
+    uint64 key = static_cast<uint64>(style.familyId) << 48 |
+                 static_cast<uint64>(style.styleId) << 32 | character;
     auto known = fFallbacks.find(key);
     if (known != fFallbacks.end())
         return known->second;
@@ -351,13 +351,13 @@ FontStyle* FontCatalog::FallbackFor(const FontStyle& style, uint32 character)
     FcPatternAddCharSet(query, FC_CHARSET, characters);
     if (family != nullptr) {
         FcPatternAddString(query, FC_FAMILY,
-            reinterpret_cast<const FcChar8*>(family->name.c_str()));
+                           reinterpret_cast<const FcChar8*>(family->name.c_str()));
     }
-    FcPatternAddString(query, FC_FAMILY, reinterpret_cast<const FcChar8*>(
-        style.fixed ? "monospace" : "sans-serif"));
+    FcPatternAddString(query, FC_FAMILY,
+                       reinterpret_cast<const FcChar8*>(style.fixed ? "monospace" : "sans-serif"));
     FcPatternAddInteger(query, FC_WEIGHT, style.weight);
     FcPatternAddInteger(query, FC_SLANT,
-        style.face & B_ITALIC_FACE ? FC_SLANT_ITALIC : FC_SLANT_ROMAN);
+                        style.face & B_ITALIC_FACE ? FC_SLANT_ITALIC : FC_SLANT_ROMAN);
     FcPatternAddBool(query, FC_SCALABLE, FcTrue);
     FcPatternAddBool(query, FC_COLOR, FcFalse);
     FontStyle* found = _Match(query);
@@ -365,9 +365,9 @@ FontStyle* FontCatalog::FallbackFor(const FontStyle& style, uint32 character)
     FcCharSetDestroy(characters);
 
     FcCharSet* covered = nullptr;
-    if (found != nullptr
-        && (FcPatternGetCharSet(found->pattern, FC_CHARSET, 0, &covered) != FcResultMatch
-            || !FcCharSetHasChar(covered, character) || found->unreadable)) {
+    if (found != nullptr &&
+        (FcPatternGetCharSet(found->pattern, FC_CHARSET, 0, &covered) != FcResultMatch ||
+         !FcCharSetHasChar(covered, character) || found->unreadable)) {
         found = nullptr;
     }
     fFallbacks[key] = found;
@@ -407,8 +407,8 @@ bool FontCatalog::Refresh(bool checkOnly)
 FontStyle* FontCatalog::AddFile(const char* path, int32 index, status_t* error)
 {
     int count = 0;
-    FcPattern* pattern = FcFreeTypeQuery(reinterpret_cast<const FcChar8*>(path), index, nullptr,
-        &count);
+    FcPattern* pattern =
+        FcFreeTypeQuery(reinterpret_cast<const FcChar8*>(path), index, nullptr, &count);
     *error = B_BAD_VALUE;
     if (pattern == nullptr)
         return nullptr;

@@ -91,12 +91,12 @@ void hollow(FT_Outline* outline, float lineWidth)
     if (FT_Stroker_New(library(), &stroker) != 0)
         return;
     FT_Stroker_Set(stroker, static_cast<FT_Fixed>(lineWidth * 32.0f), FT_STROKER_LINECAP_BUTT,
-        FT_STROKER_LINEJOIN_ROUND, 0);
+                   FT_STROKER_LINEJOIN_ROUND, 0);
     FT_UInt points = 0, contours = 0;
     FT_Outline line;
-    if (FT_Stroker_ParseOutline(stroker, outline, false) == 0
-        && FT_Stroker_GetCounts(stroker, &points, &contours) == 0
-        && FT_Outline_New(library(), points, static_cast<FT_Int>(contours), &line) == 0) {
+    if (FT_Stroker_ParseOutline(stroker, outline, false) == 0 &&
+        FT_Stroker_GetCounts(stroker, &points, &contours) == 0 &&
+        FT_Outline_New(library(), points, static_cast<FT_Int>(contours), &line) == 0) {
         line.n_points = line.n_contours = 0;
         FT_Stroker_Export(stroker, &line);
         // The slot's own outline has other room; FreeType frees what owns its points.
@@ -114,8 +114,8 @@ std::shared_ptr<FontFile> FontFile::Open(FontStyle& style)
     if (style.file != nullptr || style.unreadable)
         return style.file;
     FT_Face face = nullptr;
-    if (library() == nullptr
-        || FT_New_Face(library(), style.path.c_str(), style.index, &face) != 0) {
+    if (library() == nullptr ||
+        FT_New_Face(library(), style.path.c_str(), style.index, &face) != 0) {
         style.unreadable = true;
         return nullptr;
     }
@@ -128,8 +128,8 @@ std::shared_ptr<FontFile> FontFile::Open(FontStyle& style)
     style.file->fFace = face;
     if (face->charmap == nullptr && face->num_charmaps > 0)
         FT_Set_Charmap(face, face->charmaps[0]);
-    style.file->fSymbols = face->charmap != nullptr
-        && face->charmap->encoding == FT_ENCODING_MS_SYMBOL;
+    style.file->fSymbols =
+        face->charmap != nullptr && face->charmap->encoding == FT_ENCODING_MS_SYMBOL;
     return style.file;
 }
 
@@ -166,8 +166,8 @@ std::shared_ptr<ScaledFont> ScaledFont::Get(const FontSpec& spec, FontStyle* sty
     if (units < 1)
         return nullptr;
     uint16 missing = spec.face & ~style->face & (B_BOLD_FACE | B_ITALIC_FACE);
-    uint32 flags = (spec.flags & B_DISABLE_ANTIALIASING) | static_cast<uint32>(missing) << 8
-        | static_cast<uint32>(spec.face & B_OUTLINED_FACE) << 16;
+    uint32 flags = (spec.flags & B_DISABLE_ANTIALIASING) | static_cast<uint32>(missing) << 8 |
+                   static_cast<uint32>(spec.face & B_OUTLINED_FACE) << 16;
     float shear = std::isfinite(spec.shear) ? spec.shear : 90.0f;
     float rotation = std::isfinite(spec.rotation) ? spec.rotation : 0.0f;
     float falseBold = std::isfinite(spec.falseBoldWidth) ? spec.falseBoldWidth : 0.0f;
@@ -201,8 +201,8 @@ std::shared_ptr<ScaledFont> ScaledFont::Get(const FontSpec& spec, FontStyle* sty
         FT_Matrix_Multiply(&font->fMatrix, &slant);
         font->fMatrix = slant;
     }
-    font->fTransformed = font->fMatrix.xx != 0x10000 || font->fMatrix.xy != 0
-        || font->fMatrix.yx != 0 || font->fMatrix.yy != 0x10000;
+    font->fTransformed = font->fMatrix.xx != 0x10000 || font->fMatrix.xy != 0 ||
+                         font->fMatrix.yx != 0 || font->fMatrix.yy != 0x10000;
     font->fMono = (spec.flags & B_DISABLE_ANTIALIASING) != 0;
     font->fHinted = size <= kLargestHintedSize && font->fMatrix.yx == 0;
     font->fOutlined = (spec.face & B_OUTLINED_FACE) != 0;
@@ -291,8 +291,8 @@ FT_Outline* ScaledFont::Outline(uint32 glyph, bool hinted)
 
 std::shared_ptr<const Glyph> ScaledFont::Raster(uint32 glyph, GlyphPhase phase)
 {
-    uint64 key = static_cast<uint64>(glyph) << 8 | static_cast<uint64>(phase.centred) << 7
-        | static_cast<uint64>(phase.y) << 2 | phase.x;
+    uint64 key = static_cast<uint64>(glyph) << 8 | static_cast<uint64>(phase.centred) << 7 |
+                 static_cast<uint64>(phase.y) << 2 | phase.x;
     auto& kept = fGlyphs[key];
     if (kept != nullptr)
         return kept;

@@ -52,7 +52,7 @@ private:
 
 // Where on the pixel grid a glyph starts.
 struct GlyphPhase {
-    uint8 x = 0, y = 0;     // quarters of a pixel
+    uint8 x = 0, y = 0;    // quarters of a pixel
     bool centred = false;  // the rounding of its width shared out on both sides
 };
 

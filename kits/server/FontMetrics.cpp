@@ -19,10 +19,7 @@ std::shared_ptr<ScaledFont> scaled_font(const FontSpec& font)
     return ScaledFont::Get(font, FontCatalog::Get().StyleFor(font.family, font.style));
 }
 
-void join(BRect& all, const BRect& more)
-{
-    all = all.IsValid() ? all | more : more;
-}
+void join(BRect& all, const BRect& more) { all = all.IsValid() ? all | more : more; }
 
 bool letters_without(FcCharSet* characters, uint32 wanted, uint32 missing)
 {
@@ -33,7 +30,7 @@ void describe(const FontStyle& style, FontInfo* info)
 {
     const FontFamily* family = FontCatalog::Get().FamilyFor(style.familyId);
     snprintf(info->family, sizeof(info->family), "%s",
-        family != nullptr ? family->name.c_str() : "");
+             family != nullptr ? family->name.c_str() : "");
     snprintf(info->style, sizeof(info->style), "%s", style.name.c_str());
     info->familyId = style.familyId;
     info->styleId = style.styleId;
@@ -42,9 +39,9 @@ void describe(const FontStyle& style, FontInfo* info)
     info->fullAndHalfFixed = style.dual;
     info->postScript = style.postScript;
     FcCharSet* characters = nullptr;
-    info->rightToLeft = FcPatternGetCharSet(style.pattern, FC_CHARSET, 0, &characters)
-            == FcResultMatch
-        && (letters_without(characters, 0x5D0, 'A') || letters_without(characters, 0x627, 'A'));
+    info->rightToLeft =
+        FcPatternGetCharSet(style.pattern, FC_CHARSET, 0, &characters) == FcResultMatch &&
+        (letters_without(characters, 0x5D0, 'A') || letters_without(characters, 0x627, 'A'));
 }
 
 // Adds a glyph's extent to the metrics of its character.
@@ -77,7 +74,7 @@ void add_extent(const FontSpec& spec, const Layout& layout, const PlacedGlyph& p
             join(metrics.box, BRect(x, y, x + glyph->width - 1, y + glyph->height - 1));
     } else {
         join(metrics.box, BRect(at.x + box.xMin / 64.0f, at.y - box.yMax / 64.0f,
-            at.x + box.xMax / 64.0f, at.y - box.yMin / 64.0f));
+                                at.x + box.xMax / 64.0f, at.y - box.yMin / 64.0f));
     }
 }
 
@@ -99,10 +96,7 @@ struct OutlineSink {
     }
 };
 
-OutlineSink& sink(void* user)
-{
-    return *static_cast<OutlineSink*>(user);
-}
+OutlineSink& sink(void* user) { return *static_cast<OutlineSink*>(user); }
 
 int move_to(const FT_Vector* to, void* user)
 {
@@ -137,7 +131,7 @@ int conic_to(const FT_Vector* control, const FT_Vector* to, void* user)
     BPoint middle = out.At(control), end = out.At(to);
     auto toward = [](BPoint from, BPoint through) {
         return BPoint(from.x + (through.x - from.x) * 2.0f / 3.0f,
-            from.y + (through.y - from.y) * 2.0f / 3.0f);
+                      from.y + (through.y - from.y) * 2.0f / 3.0f);
     };
     out.ops->push_back(kPathBezierTo);
     out.points->insert(out.points->end(), {toward(out.last, middle), toward(end, middle), end});
@@ -198,8 +192,8 @@ bool HasGlyph(const FontSpec& font, uint32 code, bool useFallbacks)
     auto scaled = scaled_font(font);
     if (scaled == nullptr)
         return false;
-    return scaled->GlyphFor(code) != 0
-        || (useFallbacks && FontCatalog::Get().FallbackFor(scaled->Style(), code) != nullptr);
+    return scaled->GlyphFor(code) != 0 ||
+           (useFallbacks && FontCatalog::Get().FallbackFor(scaled->Style(), code) != nullptr);
 }
 
 bool GlyphOutline(const FontSpec& font, uint32 code, std::vector<uint8>* ops,
@@ -214,8 +208,8 @@ bool GlyphOutline(const FontSpec& font, uint32 code, std::vector<uint8>* ops,
         if (other != nullptr)
             scaled = ScaledFont::Get(font, other);
     }
-    FT_Outline* outline = scaled != nullptr ? scaled->Outline(scaled->GlyphFor(code), false)
-                                            : nullptr;
+    FT_Outline* outline =
+        scaled != nullptr ? scaled->Outline(scaled->GlyphFor(code), false) : nullptr;
     if (outline == nullptr || outline->n_points == 0)
         return false;
     OutlineSink out = {ops, points, BPoint(), false};
@@ -234,7 +228,7 @@ BRect FontBox(const FontSpec& font)
     FT_Face face = scaled->File().Face();
     float unit = scaled->Pixels() / std::max<FT_UShort>(1, face->units_per_EM);
     return BRect(face->bbox.xMin * unit, -face->bbox.yMax * unit, face->bbox.xMax * unit,
-        -face->bbox.yMin * unit);
+                 -face->bbox.yMin * unit);
 }
 
 int32 CountFontFamilies()
@@ -260,7 +254,7 @@ int32 CountFontStyles(const char* name)
     if (family == nullptr)
         return 0;
     return static_cast<int32>(std::count_if(family->styles.begin(), family->styles.end(),
-        [](auto& style) { return style->installed; }));
+                                            [](auto& style) { return style->installed; }));
 }
 
 bool FontStyleAt(const char* name, int32 index, FontInfo* info)
@@ -288,8 +282,8 @@ status_t FindFontStyle(const char* name, const char* styleName, FontInfo* info)
 {
     std::lock_guard lock(FontLock());
     FontCatalog& catalog = FontCatalog::Get();
-    const FontFamily* family = name != nullptr ? catalog.FindFamily(name)
-                                               : catalog.FamilyFor(info->familyId);
+    const FontFamily* family =
+        name != nullptr ? catalog.FindFamily(name) : catalog.FamilyFor(info->familyId);
     if (family == nullptr || !family->Installed())
         return B_NAME_NOT_FOUND;
     describe(*catalog.FindStyle(*family, styleName != nullptr ? styleName : info->style), info);
@@ -300,8 +294,8 @@ status_t FindFontFace(const char* name, uint16 face, FontInfo* info)
 {
     std::lock_guard lock(FontLock());
     FontCatalog& catalog = FontCatalog::Get();
-    const FontFamily* family = name != nullptr ? catalog.FindFamily(name)
-                                               : catalog.FamilyFor(info->familyId);
+    const FontFamily* family =
+        name != nullptr ? catalog.FindFamily(name) : catalog.FamilyFor(info->familyId);
     if (family == nullptr || !family->Installed())
         return B_NAME_NOT_FOUND;
     describe(*catalog.NearestStyle(*family, face), info);
@@ -313,8 +307,8 @@ int32 CountGlyphs(uint16 family, uint16 style, uint32 first, uint32 last)
     std::lock_guard lock(FontLock());
     const FontStyle* found = FontCatalog::Get().StyleFor(family, style);
     FcCharSet* characters = nullptr;
-    if (found == nullptr || FcPatternGetCharSet(found->pattern, FC_CHARSET, 0, &characters)
-            != FcResultMatch) {
+    if (found == nullptr ||
+        FcPatternGetCharSet(found->pattern, FC_CHARSET, 0, &characters) != FcResultMatch) {
         return 0;
     }
     int32 count = 0;

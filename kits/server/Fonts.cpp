@@ -26,7 +26,7 @@ void join(clipping_rect& all, const clipping_rect& more)
         return;
     }
     all = {std::min(all.left, more.left), std::min(all.top, more.top),
-        std::max(all.right, more.right), std::max(all.bottom, more.bottom)};
+           std::max(all.right, more.right), std::max(all.bottom, more.bottom)};
 }
 
 bool within_reach(const BPoint& pen)
@@ -36,8 +36,8 @@ bool within_reach(const BPoint& pen)
 
 bool touches(const clipping_rect& a, const clipping_rect& b)
 {
-    return a.left <= b.right && a.right >= b.left && a.top <= b.bottom && a.bottom >= b.top
-        && a.left <= a.right;
+    return a.left <= b.right && a.right >= b.left && a.top <= b.bottom && a.bottom >= b.top &&
+           a.left <= a.right;
 }
 
 bool wants_outlines(const Paint& paint, const FontSpec& font)
@@ -54,17 +54,18 @@ clipping_rect draw_bar(const Target& target, const Paint& paint, const FontSpec&
     Turn turn(font.rotation);
     if (!turn.turned) {
         float left = std::floor(pen.x + 0.5f), base = std::floor(pen.y + 0.5f);
-        return FillRect(target, paint, BRect(left, base + std::round(top),
-            left + std::max(0.0f, std::round(width) - 1.0f),
-            base + std::max(std::round(top), std::round(bottom) - 1.0f)));
+        return FillRect(
+            target, paint,
+            BRect(left, base + std::round(top), left + std::max(0.0f, std::round(width) - 1.0f),
+                  base + std::max(std::round(top), std::round(bottom) - 1.0f)));
     }
     const BPoint corners[4] = {pen + turn.At(0, top), pen + turn.At(width, top),
-        pen + turn.At(width, bottom), pen + turn.At(0, bottom)};
+                               pen + turn.At(width, bottom), pen + turn.At(0, bottom)};
     return FillPolygon(target, paint, corners, 4);
 }
 
-clipping_rect draw_lines(const Target& target, const Paint& paint, const FontSpec& font,
-                         BPoint pen, float width)
+clipping_rect draw_lines(const Target& target, const Paint& paint, const FontSpec& font, BPoint pen,
+                         float width)
 {
     clipping_rect changed = kNothing;
     float size = std::min(font.size, kLargestSize);
@@ -89,16 +90,16 @@ clipping_rect draw_run_at(const Target& target, const Paint& paint, const TextRu
     if (run.mask != nullptr) {
         int32 width = ink.right - ink.left + 1;
         return FillMask(target, paint, run.mask.get(), width, ink.left, ink.top, width,
-            ink.bottom - ink.top + 1);
+                        ink.bottom - ink.top + 1);
     }
     clipping_rect changed = kNothing;
     for (const RunGlyph& set : run.glyphs) {
         const Glyph& glyph = *set.glyph;
         clipping_rect box = {set.x + x, set.y + y, set.x + x + glyph.width - 1,
-            set.y + y + glyph.height - 1};
+                             set.y + y + glyph.height - 1};
         if (touches(box, target.bounds)) {
-            join(changed, FillMask(target, paint, glyph.bits.get(), glyph.width, box.left,
-                box.top, glyph.width, glyph.height));
+            join(changed, FillMask(target, paint, glyph.bits.get(), glyph.width, box.left, box.top,
+                                   glyph.width, glyph.height));
         }
     }
     return changed;
@@ -108,8 +109,8 @@ clipping_rect draw_run_at(const Target& target, const Paint& paint, const TextRu
 float draw_piece(const Target& target, const Paint& paint, const FontSpec& font, const char* text,
                  int32 length, const escapement_delta* delta, BPoint pen, clipping_rect& changed)
 {
-    bool whole = font.rotation == 0.0f
-        && (font.spacing == B_BITMAP_SPACING || font.spacing == B_FIXED_SPACING);
+    bool whole = font.rotation == 0.0f &&
+                 (font.spacing == B_BITMAP_SPACING || font.spacing == B_FIXED_SPACING);
     bool seen = within_reach(pen);
     float x = 0.0f, y = 0.0f;
     GlyphPhase phase;
@@ -124,8 +125,8 @@ float draw_piece(const Target& target, const Paint& paint, const FontSpec& font,
     }
     auto run = FindRun(font, text, length, delta, phase, RunUse::Draw);
     if (seen) {
-        join(changed, draw_run_at(target, paint, *run, static_cast<int32>(x),
-            static_cast<int32>(y)));
+        join(changed,
+             draw_run_at(target, paint, *run, static_cast<int32>(x), static_cast<int32>(y)));
     }
     return run->width;
 }
@@ -140,7 +141,7 @@ FT_Matrix matrix_of(const BAffineTransform* transform)
     };
     // The outline's y points up, the transformation's down.
     return {fixed(transform->sx), fixed(-transform->shx), fixed(-transform->shy),
-        fixed(transform->sy)};
+            fixed(transform->sy)};
 }
 
 // Draws one piece from the outlines, clipped, and returns its width.
@@ -167,13 +168,13 @@ float draw_outlines(const Target& target, const Paint& paint, const FontSpec& fo
         }
         clipping_rect box;
         if (!layout.fonts[placed.font]->RasterClipped(placed.glyph, matrix, x, y, target.bounds,
-                &box, &bits)) {
+                                                      &box, &bits)) {
             continue;
         }
         lock.unlock();
         int32 width = box.right - box.left + 1;
         join(changed, FillMask(target, plain, bits.data(), width, box.left, box.top, width,
-            box.bottom - box.top + 1));
+                               box.bottom - box.top + 1));
         lock.lock();
     }
     return layout.width;
@@ -185,10 +186,10 @@ bool misses(const Target& target, const FontSpec& font, BPoint pen, float width)
 {
     BPoint end = pen + Turn(font.rotation).At(width, 0);
     double room = 4.0 * std::min(font.size, kLargestSize) + 16.0;
-    return std::max(pen.x, end.x) + room < target.bounds.left
-        || std::min(pen.x, end.x) - room > target.bounds.right
-        || std::max(pen.y, end.y) + room < target.bounds.top
-        || std::min(pen.y, end.y) - room > target.bounds.bottom;
+    return std::max(pen.x, end.x) + room < target.bounds.left ||
+           std::min(pen.x, end.x) - room > target.bounds.right ||
+           std::max(pen.y, end.y) + room < target.bounds.top ||
+           std::min(pen.y, end.y) - room > target.bounds.bottom;
 }
 
 float measure_piece(const FontSpec& font, const char* text, int32 length,
@@ -201,8 +202,7 @@ float measure_piece(const FontSpec& font, const char* text, int32 length,
 }
 
 clipping_rect draw_text(const Target& target, const Paint& paint, const FontSpec& font,
-                        const char* text, int32 length, const escapement_delta* delta,
-                        BPoint* pen)
+                        const char* text, int32 length, const escapement_delta* delta, BPoint* pen)
 {
     clipping_rect changed = kNothing;
     auto draw = wants_outlines(paint, font) ? draw_outlines : draw_piece;
@@ -249,8 +249,7 @@ float StringWidth(const FontSpec& font, const char* text, int32 length,
 }
 
 clipping_rect DrawString(const Target& target, const Paint& paint, const FontSpec& font,
-                         const char* text, int32 length, const escapement_delta* delta,
-                         BPoint* pen)
+                         const char* text, int32 length, const escapement_delta* delta, BPoint* pen)
 {
     length = TextLength(text, length);
     if (length == 0 || target.surface == nullptr)
@@ -266,8 +265,7 @@ clipping_rect DrawString(const Target& target, const Paint& paint, const FontSpe
         font_height height;
         FontHeight(font, &height);
         float width = StringWidth(font, text, length, delta);
-        join(changed, draw_bar(target, paint, font, start, width, -height.ascent,
-            height.descent));
+        join(changed, draw_bar(target, paint, font, start, width, -height.ascent, height.descent));
         std::swap(ink.high, ink.low);
     }
     join(changed, draw_text(target, ink, font, text, length, delta, pen));

@@ -16,15 +16,15 @@ enum DefaultStyle : uint16 { kPlainStyle, kBoldStyle, kFixedStyle };
 
 // What of a BFont decides how its glyphs look.
 struct FontSpec {
-    uint16 family = 0;    // 0 has the default fonts as its styles: kPlainStyle ...
+    uint16 family = 0;  // 0 has the default fonts as its styles: kPlainStyle ...
     uint16 style = 0;
     uint16 face = 0;      // B_BOLD_FACE ...: synthesised where the style does not bring it
     float size = 12.0f;   // pixels
     float shear = 90.0f;  // degrees
     float rotation = 0.0f;
-    uint8 spacing = 0;    // B_BITMAP_SPACING ...
-    uint8 encoding = 0;   // B_UNICODE_UTF8 ...
-    uint32 flags = 0;     // B_DISABLE_ANTIALIASING ...
+    uint8 spacing = 0;   // B_BITMAP_SPACING ...
+    uint8 encoding = 0;  // B_UNICODE_UTF8 ...
+    uint32 flags = 0;    // B_DISABLE_ANTIALIASING ...
     float falseBoldWidth = 0.0f;
 };
 
@@ -51,7 +51,7 @@ struct CharacterMetrics {
     float advance = 0.0f;  // 0 for what is drawn together with the character before
     float left = 0.0f;     // of the outline, from the character's start; right < left if blank
     float right = -1.0f;
-    BRect box;             // from the character's start; not valid if blank
+    BRect box;  // from the character's start; not valid if blank
 };
 enum class Boxes { None, Screen, Outline };  // Screen: the pixels' box
 // Measures up to `count` characters and returns how many there were before the text's end.

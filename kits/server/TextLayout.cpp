@@ -28,33 +28,31 @@ struct Range {
 bool in_ranges(const Range* ranges, size_t count, uint32 code)
 {
     const Range* end = ranges + count;
-    const Range* found = std::upper_bound(ranges, end, code,
-        [](uint32 value, const Range& range) { return value < range.first; });
+    const Range* found = std::upper_bound(
+        ranges, end, code, [](uint32 value, const Range& range) { return value < range.first; });
     return found != ranges && code <= found[-1].last;
 }
 
 // Letters and signs that never change their shape, place or width with their neighbours.
 constexpr Range kSimple[] = {
-    {0x0020, 0x02FF}, {0x0370, 0x0482}, {0x048A, 0x058F}, {0x10A0, 0x10FF}, {0x1E00, 0x200A},
-    {0x2010, 0x2027}, {0x202F, 0x205F}, {0x2070, 0x20CF}, {0x2100, 0x2CEE}, {0x2CF2, 0x2DDF},
-    {0x2E00, 0x3029}, {0x3030, 0x3098}, {0x309B, 0xA48F}, {0xAC00, 0xD7A3}, {0xE000, 0xFAFF},
-    {0xFF00, 0xFFEF}, {0xFFFC, 0xFFFD}, {0x1D000, 0x1D164}, {0x1F000, 0x1F3FA},
-    {0x1F400, 0x1FAFF}, {0x20000, 0x3FFFF},
+    {0x0020, 0x02FF},   {0x0370, 0x0482},   {0x048A, 0x058F},   {0x10A0, 0x10FF},
+    {0x1E00, 0x200A},   {0x2010, 0x2027},   {0x202F, 0x205F},   {0x2070, 0x20CF},
+    {0x2100, 0x2CEE},   {0x2CF2, 0x2DDF},   {0x2E00, 0x3029},   {0x3030, 0x3098},
+    {0x309B, 0xA48F},   {0xAC00, 0xD7A3},   {0xE000, 0xFAFF},   {0xFF00, 0xFFEF},
+    {0xFFFC, 0xFFFD},   {0x1D000, 0x1D164}, {0x1F000, 0x1F3FA}, {0x1F400, 0x1FAFF},
+    {0x20000, 0x3FFFF},
 };
 constexpr Range kRightToLeft[] = {
     {0x0590, 0x08FF}, {0xFB1D, 0xFDFF}, {0xFE70, 0xFEFE}, {0x10800, 0x10FFF}, {0x1E800, 0x1EFFF},
 };
 // Signs that steer the layout and are never seen themselves.
 constexpr Range kInvisible[] = {
-    {0x0000, 0x0008}, {0x000A, 0x001F}, {0x007F, 0x009F}, {0x034F, 0x034F}, {0x061C, 0x061C},
-    {0x180B, 0x180E}, {0x200B, 0x200F}, {0x2028, 0x202E}, {0x2060, 0x206F}, {0xFE00, 0xFE0F},
+    {0x0000, 0x0008}, {0x000A, 0x001F}, {0x007F, 0x009F},   {0x034F, 0x034F}, {0x061C, 0x061C},
+    {0x180B, 0x180E}, {0x200B, 0x200F}, {0x2028, 0x202E},   {0x2060, 0x206F}, {0xFE00, 0xFE0F},
     {0xFEFF, 0xFEFF}, {0xFFF9, 0xFFFB}, {0xE0000, 0xE0FFF},
 };
 
-bool is_simple(uint32 code)
-{
-    return code < 0x300 || in_ranges(kSimple, std::size(kSimple), code);
-}
+bool is_simple(uint32 code) { return code < 0x300 || in_ranges(kSimple, std::size(kSimple), code); }
 
 bool is_right_to_left(uint32 code)
 {
@@ -63,14 +61,14 @@ bool is_right_to_left(uint32 code)
 
 bool is_invisible(uint32 code)
 {
-    return (code < 0x20 && code != '\t') || (code >= 0x7F
-        && in_ranges(kInvisible, std::size(kInvisible), code));
+    return (code < 0x20 && code != '\t') ||
+           (code >= 0x7F && in_ranges(kInvisible, std::size(kInvisible), code));
 }
 
 bool is_digit(uint32 code)
 {
-    return (code >= '0' && code <= '9') || (code >= 0x660 && code <= 0x669)
-        || (code >= 0x6F0 && code <= 0x6F9);
+    return (code >= '0' && code <= '9') || (code >= 0x660 && code <= 0x669) ||
+           (code >= 0x6F0 && code <= 0x6F9);
 }
 
 bool is_mark(uint32 code)
@@ -103,7 +101,7 @@ uint32 latin1(uint8 byte)
 const uint32* upper_half(uint8 encoding)
 {
     static const char* const kNames[] = {
-        nullptr, "ISO-8859-1", "ISO-8859-2", "ISO-8859-3", "ISO-8859-4", "ISO-8859-5",
+        nullptr,      "ISO-8859-1", "ISO-8859-2", "ISO-8859-3", "ISO-8859-4",  "ISO-8859-5",
         "ISO-8859-6", "ISO-8859-7", "ISO-8859-8", "ISO-8859-9", "ISO-8859-10", "MACINTOSH",
     };
     static uint32 tables[std::size(kNames)][128];
@@ -116,8 +114,8 @@ const uint32* upper_half(uint8 encoding)
             char byte = static_cast<char>(i + 128);
             char *in = &byte, *out = reinterpret_cast<char*>(&tables[encoding][i]);
             size_t inLeft = 1, outLeft = sizeof(uint32);
-            if (converter == reinterpret_cast<iconv_t>(-1)
-                || iconv(converter, &in, &inLeft, &out, &outLeft) != 0 || outLeft != 0) {
+            if (converter == reinterpret_cast<iconv_t>(-1) ||
+                iconv(converter, &in, &inLeft, &out, &outLeft) != 0 || outLeft != 0) {
                 iconv(converter, nullptr, nullptr, nullptr, nullptr);
                 tables[encoding][i] = latin1(static_cast<uint8>(byte));
             }
@@ -215,8 +213,8 @@ void set_levels(Character* characters, int32 count)
         } else if (code >= 'A' && !is_mark(code) && !is_invisible(code)) {
             hb_unicode_general_category_t category =
                 hb_unicode_general_category(hb_unicode_funcs_get_default(), code);
-            bool letter = category >= HB_UNICODE_GENERAL_CATEGORY_LOWERCASE_LETTER
-                && category <= HB_UNICODE_GENERAL_CATEGORY_UPPERCASE_LETTER;
+            bool letter = category >= HB_UNICODE_GENERAL_CATEGORY_LOWERCASE_LETTER &&
+                          category <= HB_UNICODE_GENERAL_CATEGORY_UPPERCASE_LETTER;
             if (letter)
                 close();
         } else if (start >= 0 && is_mark(code)) {
@@ -247,8 +245,8 @@ void shape_item(const FontSpec& spec, const Character* characters, const Item& i
             if (!is_invisible(code)) {
                 uint32 glyph = font.GlyphFor(code == '\t' ? ' ' : code);
                 advance = spaced(spec, layout, font.Advance(glyph)) + extra(code, delta);
-                layout.glyphs.push_back({glyph, characters[i].font, static_cast<uint16>(i),
-                    layout.width, 0.0f});
+                layout.glyphs.push_back(
+                    {glyph, characters[i].font, static_cast<uint16>(i), layout.width, 0.0f});
             }
             layout.starts[i] = layout.width;
             layout.advances[i] = advance;
@@ -292,9 +290,9 @@ void shape_item(const FontSpec& spec, const Character* characters, const Item& i
             advance += extra(characters[cluster].code, delta);
         }
         layout.glyphs.push_back({infos[g].codepoint, characters[item.start].font,
-            static_cast<uint16>(cluster),
-            layout.width + static_cast<float>(places[g].x_offset) / 64.0f,
-            static_cast<float>(-places[g].y_offset) / 64.0f});
+                                 static_cast<uint16>(cluster),
+                                 layout.width + static_cast<float>(places[g].x_offset) / 64.0f,
+                                 static_cast<float>(-places[g].y_offset) / 64.0f});
         layout.advances[cluster] += advance;
         layout.width += advance;
     }
@@ -326,18 +324,18 @@ void place_shaped(const FontSpec& spec, Character* characters, int32 count,
         Character& character = characters[i];
         uint32 code = character.code == '\t' ? ' ' : character.code;
         bool joins = i > 0 && (is_mark(code) || is_invisible(code));
-        if (joins && (is_invisible(code)
-                || layout.fonts[characters[i - 1].font]->GlyphFor(code) != 0)) {
+        if (joins &&
+            (is_invisible(code) || layout.fonts[characters[i - 1].font]->GlyphFor(code) != 0)) {
             character.font = characters[i - 1].font;
         } else {
             character.font = is_invisible(code) ? 0 : font_for(spec, code, layout);
         }
         hb_script_t script = hb_unicode_script(unicode, code);
-        bool neutral = script == HB_SCRIPT_COMMON || script == HB_SCRIPT_INHERITED
-            || script == HB_SCRIPT_UNKNOWN;
-        if (!items.empty() && character.font == characters[i - 1].font
-            && character.level == items.back().level
-            && (neutral || itemScript == HB_SCRIPT_COMMON || script == itemScript)) {
+        bool neutral = script == HB_SCRIPT_COMMON || script == HB_SCRIPT_INHERITED ||
+                       script == HB_SCRIPT_UNKNOWN;
+        if (!items.empty() && character.font == characters[i - 1].font &&
+            character.level == items.back().level &&
+            (neutral || itemScript == HB_SCRIPT_COMMON || script == itemScript)) {
             items.back().end = i + 1;
         } else {
             items.push_back({i, i + 1, character.level});
@@ -361,8 +359,8 @@ void place_shaped(const FontSpec& spec, Character* characters, int32 count,
 
 bool IsSpace(uint32 character)
 {
-    return character == ' ' || character == '\t' || character == 0xA0
-        || (character >= 0x2000 && character <= 0x200A) || character == 0x3000;
+    return character == ' ' || character == '\t' || character == 0xA0 ||
+           (character >= 0x2000 && character <= 0x200A) || character == 0x3000;
 }
 
 int32 NextCharacter(const FontSpec& font, const char* text, int32 length, uint32* code)
@@ -384,8 +382,8 @@ int32 NextCharacter(const FontSpec& font, const char* text, int32 length, uint32
         for (; i < size && (bytes[i] & 0xC0) == 0x80; i++)
             value = value << 6 | (bytes[i] & 0x3F);
         constexpr uint32 kLeast[] = {0, 0, 0x80, 0x800, 0x10000};
-        if (i == size && value >= kLeast[size] && value <= 0x10FFFF
-            && (value < 0xD800 || value > 0xDFFF)) {
+        if (i == size && value >= kLeast[size] && value <= 0x10FFFF &&
+            (value < 0xD800 || value > 0xDFFF)) {
             *code = value;
             return size;
         }

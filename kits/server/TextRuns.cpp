@@ -29,17 +29,18 @@ struct RunKey {
     RunKey(const FontSpec& font, const escapement_delta* delta, GlyphPhase phase)
     {
         auto pair = [](float low, float high) {
-            return static_cast<uint64>(std::bit_cast<uint32>(high)) << 32
-                | std::bit_cast<uint32>(low);
+            return static_cast<uint64>(std::bit_cast<uint32>(high)) << 32 |
+                   std::bit_cast<uint32>(low);
         };
-        words[0] = static_cast<uint64>(font.family) | static_cast<uint64>(font.style) << 16
-            | static_cast<uint64>(font.face) << 32 | static_cast<uint64>(font.spacing) << 48
-            | static_cast<uint64>(font.encoding) << 56;
+        words[0] = static_cast<uint64>(font.family) | static_cast<uint64>(font.style) << 16 |
+                   static_cast<uint64>(font.face) << 32 | static_cast<uint64>(font.spacing) << 48 |
+                   static_cast<uint64>(font.encoding) << 56;
         words[1] = pair(font.size, font.shear);
         words[2] = pair(font.rotation, font.falseBoldWidth);
-        words[3] = static_cast<uint64>(font.flags) << 32
-            | static_cast<uint64>(sGeneration.load(std::memory_order_relaxed) & 0xFFFFFF) << 8
-            | static_cast<uint64>(phase.x) << 4 | phase.y;
+        words[3] = static_cast<uint64>(font.flags) << 32 |
+                   static_cast<uint64>(sGeneration.load(std::memory_order_relaxed) & 0xFFFFFF)
+                       << 8 |
+                   static_cast<uint64>(phase.x) << 4 | phase.y;
         words[4] = delta != nullptr ? pair(delta->nonspace, delta->space) : 0;
     }
 };
@@ -53,8 +54,8 @@ uint64 mix(uint64 a, uint64 b)
 uint64 hash_of(const RunKey& key, const char* text, size_t length)
 {
     constexpr uint64 kA = 0x9E3779B97F4A7C15, kB = 0xD1B54A32D192ED03, kC = 0x8CB92BA72F3D8DD7;
-    uint64 hash = mix(key.words[0] ^ kA, key.words[1] ^ kB)
-        ^ mix(key.words[2] ^ kC, key.words[3] ^ kA) ^ (key.words[4] + length) * kB;
+    uint64 hash = mix(key.words[0] ^ kA, key.words[1] ^ kB) ^
+                  mix(key.words[2] ^ kC, key.words[3] ^ kA) ^ (key.words[4] + length) * kB;
     for (; length > 8; text += 8, length -= 8) {
         uint64 word;
         memcpy(&word, text, 8);
@@ -67,13 +68,15 @@ uint64 hash_of(const RunKey& key, const char* text, size_t length)
 
 struct KeptRun : TextRun {
     KeptRun(const RunKey& key, uint64 hash, const char* text, int32 length)
-        : key(key), hash(hash), text(text, static_cast<size_t>(length)) {}
+        : key(key), hash(hash), text(text, static_cast<size_t>(length))
+    {
+    }
 
     bool Is(const RunKey& other, uint64 otherHash, const char* otherText, size_t length) const
     {
-        return hash == otherHash && text.size() == length
-            && memcmp(&key, &other, sizeof(key)) == 0
-            && memcmp(text.data(), otherText, length) == 0;
+        return hash == otherHash && text.size() == length &&
+               memcmp(&key, &other, sizeof(key)) == 0 &&
+               memcmp(text.data(), otherText, length) == 0;
     }
 
     RunKey key;
@@ -99,8 +102,8 @@ public:
         std::lock_guard lock(fLock);
         RunPointer* place = nullptr;
         for (RunPointer& other : fRuns[_Set(run->hash)]) {
-            if (other == nullptr || other->Is(run->key, run->hash, run->text.data(),
-                    run->text.size())) {
+            if (other == nullptr ||
+                other->Is(run->key, run->hash, run->text.data(), run->text.size())) {
                 place = &other;
                 break;
             }
@@ -170,8 +173,8 @@ void blend(const Glyph& glyph, int32 x, int32 y, TextRun& run)
     int32 width = run.ink.right - run.ink.left + 1;
     for (int32 row = 0; row < glyph.height; row++) {
         const uint8* from = glyph.bits.get() + static_cast<ptrdiff_t>(row) * glyph.width;
-        uint8* to = run.mask.get()
-            + static_cast<ptrdiff_t>(y - run.ink.top + row) * width + (x - run.ink.left);
+        uint8* to = run.mask.get() + static_cast<ptrdiff_t>(y - run.ink.top + row) * width +
+                    (x - run.ink.left);
         for (int32 i = 0; i < glyph.width; i++)
             to[i] = static_cast<uint8>(to[i] + from[i] - (to[i] * from[i] + 127) / 255);
     }
@@ -214,17 +217,17 @@ void draw_run(const FontSpec& spec, const Layout& layout, GlyphPhase pen, TextRu
         if (set.glyph->bits == nullptr)
             continue;
         clipping_rect box = {set.x, set.y, set.x + set.glyph->width - 1,
-            set.y + set.glyph->height - 1};
+                             set.y + set.glyph->height - 1};
         if (run.ink.right < run.ink.left) {
             run.ink = box;
         } else {
             run.ink = {std::min(run.ink.left, box.left), std::min(run.ink.top, box.top),
-                std::max(run.ink.right, box.right), std::max(run.ink.bottom, box.bottom)};
+                       std::max(run.ink.right, box.right), std::max(run.ink.bottom, box.bottom)};
         }
         run.glyphs.push_back(std::move(set));
     }
-    int64 area = (static_cast<int64>(run.ink.right) - run.ink.left + 1)
-        * (static_cast<int64>(run.ink.bottom) - run.ink.top + 1);
+    int64 area = (static_cast<int64>(run.ink.right) - run.ink.left + 1) *
+                 (static_cast<int64>(run.ink.bottom) - run.ink.top + 1);
     if (run.glyphs.empty() || area > kMaxMaskArea)
         return;
     run.mask.reset(new uint8[static_cast<size_t>(area)]());
@@ -275,14 +278,14 @@ const RunPointer* find(const FontSpec& font, const char* text, int32 length,
 
 size_t TextRun::Bytes() const
 {
-    size_t area = mask == nullptr ? 0 : static_cast<size_t>(ink.right - ink.left + 1)
-        * static_cast<size_t>(ink.bottom - ink.top + 1);
+    size_t area = mask == nullptr ? 0
+                                  : static_cast<size_t>(ink.right - ink.left + 1) *
+                                        static_cast<size_t>(ink.bottom - ink.top + 1);
     return sizeof(KeptRun) + kPieceBytes + area + glyphs.capacity() * sizeof(RunGlyph);
 }
 
 std::shared_ptr<const TextRun> FindRun(const FontSpec& font, const char* text, int32 length,
-                                       const escapement_delta* delta, GlyphPhase phase,
-                                       RunUse use)
+                                       const escapement_delta* delta, GlyphPhase phase, RunUse use)
 {
     RunPointer made;
     return *find(font, text, length, delta, phase, use, made);
@@ -294,15 +297,9 @@ float RunWidth(const FontSpec& font, const char* text, int32 length, const escap
     return (*find(font, text, length, delta, {}, RunUse::Measure, made))->width;
 }
 
-void ForgetRuns()
-{
-    sGeneration++;
-}
+void ForgetRuns() { sGeneration++; }
 
-uint32 RunGeneration()
-{
-    return sGeneration.load(std::memory_order_relaxed);
-}
+uint32 RunGeneration() { return sGeneration.load(std::memory_order_relaxed); }
 
 Turn::Turn(float rotation)
 {
@@ -319,7 +316,7 @@ Turn::Turn(float rotation)
 BPoint Turn::At(double along, double off) const
 {
     return BPoint(static_cast<float>(along * cosine + off * sine),
-        static_cast<float>(off * cosine - along * sine));
+                  static_cast<float>(off * cosine - along * sine));
 }
 
 }  // namespace server

@@ -19,10 +19,10 @@ struct RunGlyph {
 
 struct TextRun {
     float width = 0.0f;
-    bool drawn = false;                    // else only measured
-    clipping_rect ink = {0, 0, -1, -1};    // from the pen
-    std::unique_ptr<uint8[]> mask;         // covers `ink`; null for a run too large to merge
-    std::vector<RunGlyph> glyphs;          // of a run without a mask
+    bool drawn = false;                  // else only measured
+    clipping_rect ink = {0, 0, -1, -1};  // from the pen
+    std::unique_ptr<uint8[]> mask;       // covers `ink`; null for a run too large to merge
+    std::vector<RunGlyph> glyphs;        // of a run without a mask
     size_t Bytes() const;
 };
 
@@ -30,11 +30,9 @@ enum class RunUse { Measure, Draw };
 
 // The run of a text of at most kPieceBytes. `phase` is where the pen stands between pixels.
 std::shared_ptr<const TextRun> FindRun(const FontSpec& font, const char* text, int32 length,
-                                       const escapement_delta* delta, GlyphPhase phase,
-                                       RunUse use);
+                                       const escapement_delta* delta, GlyphPhase phase, RunUse use);
 // Its width alone.
-float RunWidth(const FontSpec& font, const char* text, int32 length,
-               const escapement_delta* delta);
+float RunWidth(const FontSpec& font, const char* text, int32 length, const escapement_delta* delta);
 // Makes every kept run stale: fonts came or went.
 void ForgetRuns();
 // Changes with ForgetRuns().

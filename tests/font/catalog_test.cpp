@@ -40,11 +40,11 @@ std::vector<Sample> samples(size_t count)
         int index = 1;
         FcPatternGetBool(fonts->fonts[i], FC_SCALABLE, 0, &scalable);
         FcPatternGetInteger(fonts->fonts[i], FC_INDEX, 0, &index);
-        if (scalable && index == 0
-            && FcPatternGetString(fonts->fonts[i], FC_FILE, 0, &path) == FcResultMatch
-            && FcPatternGetString(fonts->fonts[i], FC_FAMILY, 0, &family) == FcResultMatch
-            && FcPatternGetString(fonts->fonts[i], FC_STYLE, 0, &style) == FcResultMatch
-            && families.insert(reinterpret_cast<char*>(family)).second) {
+        if (scalable && index == 0 &&
+            FcPatternGetString(fonts->fonts[i], FC_FILE, 0, &path) == FcResultMatch &&
+            FcPatternGetString(fonts->fonts[i], FC_FAMILY, 0, &family) == FcResultMatch &&
+            FcPatternGetString(fonts->fonts[i], FC_STYLE, 0, &style) == FcResultMatch &&
+            families.insert(reinterpret_cast<char*>(family)).second) {
             found.push_back({reinterpret_cast<char*>(path), reinterpret_cast<char*>(family)});
         }
     }
@@ -100,12 +100,12 @@ bool is_listed(const Sample& sample)
     return false;
 }
 
-#define CHECK(what)                                     \
-    do {                                                \
-        if (!(what)) {                                  \
-            fprintf(stderr, "failed: %s\n", #what);     \
-            _exit(1);                                   \
-        }                                               \
+#define CHECK(what)                                 \
+    do {                                            \
+        if (!(what)) {                              \
+            fprintf(stderr, "failed: %s\n", #what); \
+            _exit(1);                               \
+        }                                           \
     } while (false)
 
 void follow_the_folder()
@@ -186,15 +186,9 @@ void expect_success(void (*run)())
 
 }  // namespace
 
-TEST(FontCatalogDeathTest, FollowsTheFontFolder)
-{
-    expect_success(follow_the_folder);
-}
+TEST(FontCatalogDeathTest, FollowsTheFontFolder) { expect_success(follow_the_folder); }
 
-TEST(FontCatalogDeathTest, LivesWithoutAnyFont)
-{
-    expect_success(live_without_fonts);
-}
+TEST(FontCatalogDeathTest, LivesWithoutAnyFont) { expect_success(live_without_fonts); }
 
 TEST(FontCatalogDeathTest, UnreadableFontBecomesThePlainOne)
 {

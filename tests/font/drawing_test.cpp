@@ -31,8 +31,7 @@ public:
     explicit Paper(int32 width = 200, int32 height = 40)
         : fPixels(static_cast<size_t>(width) * height, 0xFFFFFFFF)
     {
-        fSurface = {reinterpret_cast<uint8*>(fPixels.data()), width * 4, width, height,
-            B_RGBA32};
+        fSurface = {reinterpret_cast<uint8*>(fPixels.data()), width * 4, width, height, B_RGBA32};
         Clip({0, 0, width - 1, height - 1});
     }
 
@@ -46,7 +45,7 @@ public:
                         const server::Paint& paint = {})
     {
         return server::DrawString(fTarget, paint, font, text.data(),
-            static_cast<int32>(text.size()), nullptr, pen);
+                                  static_cast<int32>(text.size()), nullptr, pen);
     }
 
     clipping_rect Write(const FontSpec& font, const std::string& text, float x = 10, float y = 20)
@@ -87,9 +86,8 @@ private:
 
 bool contains(const clipping_rect& outer, const clipping_rect& inner)
 {
-    return inner.right < inner.left
-        || (outer.left <= inner.left && outer.top <= inner.top && outer.right >= inner.right
-            && outer.bottom >= inner.bottom);
+    return inner.right < inner.left || (outer.left <= inner.left && outer.top <= inner.top &&
+                                        outer.right >= inner.right && outer.bottom >= inner.bottom);
 }
 
 bool is_empty(const clipping_rect& rect)
@@ -132,8 +130,11 @@ TEST(TextDrawing, OnlyClippedPixelsChange)
         BPoint pen(-4, 40);
         clipping_rect changed = whole.Write(font, kMixed, &pen);
         EXPECT_TRUE(contains(changed, whole.Ink()));
-        for (clipping_rect clip : {clipping_rect{0, 0, 149, 59}, {20, 30, 60, 40}, {5, 35, 5, 35},
-                 {0, 59, 149, 59}, {30, 10, 29, 9}}) {
+        for (clipping_rect clip : {clipping_rect{0, 0, 149, 59},
+                                   {20, 30, 60, 40},
+                                   {5, 35, 5, 35},
+                                   {0, 59, 149, 59},
+                                   {30, 10, 29, 9}}) {
             Paper part(150, 60);
             part.Clip(clip);
             pen = BPoint(-4, 40);
@@ -141,8 +142,8 @@ TEST(TextDrawing, OnlyClippedPixelsChange)
             EXPECT_TRUE(is_empty(changed) || contains(clip, changed));
             for (int32 y = 0; y < 60; y++) {
                 for (int32 x = 0; x < 150; x++) {
-                    bool inside = x >= clip.left && x <= clip.right && y >= clip.top
-                        && y <= clip.bottom;
+                    bool inside =
+                        x >= clip.left && x <= clip.right && y >= clip.top && y <= clip.bottom;
                     ASSERT_EQ(inside ? whole.At(x, y) : 0xFFFFFFFF, part.At(x, y))
                         << size << ": " << x << ", " << y;
                 }
@@ -176,10 +177,10 @@ TEST(TextDrawing, LongTextShowsWhatIsInSight)
     BPoint pen(10 - before, 20);
     whole.Write(font, text, &pen);
     EXPECT_NEAR(10 - before + server::StringWidth(font, text.data(), INT32_MAX, nullptr), pen.x,
-        1.0f);
+                1.0f);
     size_t start = text.find("word49990 ");
-    float lead = server::StringWidth(font, text.data() + start, static_cast<int32>(at - start),
-        nullptr);
+    float lead =
+        server::StringWidth(font, text.data() + start, static_cast<int32>(at - start), nullptr);
     part.Write(font, text.substr(start, 300), 10 - lead, 20);
     EXPECT_EQ(whole, part);
     EXPECT_FALSE(is_empty(whole.Ink()));
@@ -215,8 +216,8 @@ TEST(TextDrawing, NothingToDrawChangesNothing)
     EXPECT_EQ(BPoint(10 + server::StringWidth(plain(), " ", 1, nullptr), 20), pen);
     for (float size : {0.0f, -3.0f, NAN})
         EXPECT_TRUE(is_empty(paper.Write(plain(size), "Hello")));
-    clipping_rect changed = server::DrawString(paper.Target(), {}, plain(), nullptr, 5, nullptr,
-        &pen);
+    clipping_rect changed =
+        server::DrawString(paper.Target(), {}, plain(), nullptr, 5, nullptr, &pen);
     EXPECT_TRUE(is_empty(changed));
     changed = server::DrawString(paper.Target(), {}, plain(), "abc", -5, nullptr, &pen);
     EXPECT_TRUE(is_empty(changed));
@@ -291,7 +292,7 @@ TEST(TextDrawing, FacesAreSeen)
     boldPaper.Write(bold, "l");
     outlinedPaper.Write(outlined, "l");
     EXPECT_GT(boldPaper.Ink().right - boldPaper.Ink().left,
-        plainPaper.Ink().right - plainPaper.Ink().left);
+              plainPaper.Ink().right - plainPaper.Ink().left);
     EXPECT_FALSE(is_empty(outlinedPaper.Ink()));
     EXPECT_FALSE(outlinedPaper == plainPaper);
 }
@@ -303,8 +304,11 @@ TEST(TextDrawing, TurnedTextRunsAlongItsBaseline)
     const struct {
         float rotation;
         BPoint end;
-    } kCases[] = {{90, BPoint(0, -width)}, {180, BPoint(-width, 0)}, {270, BPoint(0, width)},
-        {-90, BPoint(0, width)}, {360, BPoint(width, 0)}};
+    } kCases[] = {{90, BPoint(0, -width)},
+                  {180, BPoint(-width, 0)},
+                  {270, BPoint(0, width)},
+                  {-90, BPoint(0, width)},
+                  {360, BPoint(width, 0)}};
     for (auto& one : kCases) {
         font.rotation = one.rotation;
         Paper paper(120, 120);
@@ -348,7 +352,7 @@ TEST(TextDrawing, GiantAndTransformedTextComesFromOutlines)
     EXPECT_NEAR(small.Ink().left * 2 + 5, large.Ink().left, 2);
     EXPECT_NEAR(small.Ink().bottom * 2 - 10, large.Ink().bottom, 3);
     EXPECT_NEAR((small.Ink().right - small.Ink().left) * 2, large.Ink().right - large.Ink().left,
-        4);
+                4);
 }
 
 TEST(TextDrawing, EachCharacterGoesToItsPlace)
@@ -356,8 +360,10 @@ TEST(TextDrawing, EachCharacterGoesToItsPlace)
     const BPoint places[] = {BPoint(10, 20), BPoint(50, 30), BPoint(90, 25)};
     auto draw = [&](Paper& paper, int32 count) {
         BPoint pen(150, 20);
-        server::DrawStringAt(paper.Target(), {}, plain(), "a\xC3\xA4" "bcd", 6,
-            count > 0 ? places : nullptr, count, &pen);
+        server::DrawStringAt(paper.Target(), {}, plain(),
+                             "a\xC3\xA4"
+                             "bcd",
+                             6, count > 0 ? places : nullptr, count, &pen);
         return pen;
     };
     Paper all, expected;
@@ -369,7 +375,10 @@ TEST(TextDrawing, EachCharacterGoesToItsPlace)
     EXPECT_EQ(BPoint(90 + server::StringWidth(plain(), "bcd", 3, nullptr), 25), pen);
     Paper none, inTurn;
     draw(none, 0);
-    inTurn.Write(plain(), "a\xC3\xA4" "bcd", 150, 20);
+    inTurn.Write(plain(),
+                 "a\xC3\xA4"
+                 "bcd",
+                 150, 20);
     EXPECT_EQ(inTurn, none);
     draw(none, -1);
 }

@@ -43,8 +43,7 @@ bool is_utf8(const std::string& text)
     return true;
 }
 
-constexpr uint8 kSpacings[] = {B_CHAR_SPACING, B_STRING_SPACING, B_BITMAP_SPACING,
-    B_FIXED_SPACING};
+constexpr uint8 kSpacings[] = {B_CHAR_SPACING, B_STRING_SPACING, B_BITMAP_SPACING, B_FIXED_SPACING};
 
 }  // namespace
 
@@ -93,8 +92,9 @@ TEST(Font, WidthsOfPartsAddUp)
                 if ((text[at] & 0xC0) == 0x80)
                     continue;
                 int32 head = static_cast<int32>(at);
-                EXPECT_EQ(whole, font.StringWidth(text.c_str(), head)
-                    + font.StringWidth(text.c_str() + at)) << size << " " << at;
+                EXPECT_EQ(whole, font.StringWidth(text.c_str(), head) +
+                                     font.StringWidth(text.c_str() + at))
+                    << size << " " << at;
             }
         }
     }
@@ -130,12 +130,12 @@ TEST(Font, BytesThatAreNoUtf8CountAsLatin1)
     } kCases[] = {
         {"caf\xE9", "caf\xC3\xA9"},
         {"\xFF\xFE", "\xC3\xBF\xC3\xBE"},
-        {"\xE4", "\xC3\xA4"},                        // a lead byte without its tail
+        {"\xE4", "\xC3\xA4"},  // a lead byte without its tail
         {"\xC3", "\xC3\x83"},
         {"\xF4\xA0\xA0\xA0", "\xC3\xB4\xC2\xA0\xC2\xA0\xC2\xA0"},  // beyond the last character
-        {"\xC0\xAF", "\xC3\x80\xC2\xAF"},            // an overlong slash
+        {"\xC0\xAF", "\xC3\x80\xC2\xAF"},                          // an overlong slash
         {"\xED\xA0\xA0", "\xC3\xAD\xC2\xA0\xC2\xA0"},              // half a surrogate pair
-        {"\x80", "\xE2\x82\xAC"},                    // no letter in Latin-1: the euro
+        {"\x80", "\xE2\x82\xAC"},                                  // no letter in Latin-1: the euro
     };
     for (auto& one : kCases) {
         for (uint8 spacing : kSpacings) {
@@ -152,7 +152,8 @@ TEST(Font, BytesThatAreNoUtf8CountAsLatin1)
 TEST(Font, ControlCharactersTakeNoRoomButTheTab)
 {
     const BFont& font = *be_plain_font;
-    EXPECT_EQ(font.StringWidth("ab"), font.StringWidth("a\n\r\x01\x7F\xE2\x80\x8B" "b"));
+    EXPECT_EQ(font.StringWidth("ab"), font.StringWidth("a\n\r\x01\x7F\xE2\x80\x8B"
+                                                       "b"));
     EXPECT_EQ(font.StringWidth("a b"), font.StringWidth("a\tb"));
 }
 
@@ -170,8 +171,13 @@ TEST(Font, OtherEncodingsReadOneByteACharacter)
 // Escapements are in font sizes, deltas in pixels.
 TEST(Font, EscapementsSumToTheWidth)
 {
-    const char* kTexts[] = {"Hello world", "caf\xC3\xA9 \xFF x", "e\xCC\x81" "a\xCC\x88 AVA",
-        "\xD7\xA9\xD7\x9C\xD7\x95\xD7\x9D 123 abc", "\xD8\xB3\xD9\x84\xD8\xA7\xD9\x85",
+    const char* kTexts[] = {
+        "Hello world",
+        "caf\xC3\xA9 \xFF x",
+        "e\xCC\x81"
+        "a\xCC\x88 AVA",
+        "\xD7\xA9\xD7\x9C\xD7\x95\xD7\x9D 123 abc",
+        "\xD8\xB3\xD9\x84\xD8\xA7\xD9\x85",
         "\xE0\xA4\xB9\xE0\xA4\xBF\xE0\xA4\xA8\xE0\xA5\x8D\xE0\xA4\xA6\xE0\xA5\x80"};
     for (const char* text : kTexts) {
         for (uint8 spacing : kSpacings) {
@@ -326,13 +332,14 @@ TEST(Font, CutStringsFitAndKeepTheRightEnd)
 {
     const BFont& font = *be_plain_font;
     const char* ellipsis = "\xE2\x80\xA6";
-    const std::string texts[] = {"/boot/home/Desktop/picture.png",
+    const std::string texts[] = {
+        "/boot/home/Desktop/picture.png",
         "\xC3\x84\xC3\x96\xC3\x9C \xCE\xB1\xCE\xB2\xCE\xB3 \xE4\xB8\xAD\xE6\x96\x87 e\xCC\x81nd"};
     for (const std::string& text : texts) {
         float whole = font.StringWidth(text.c_str());
         for (float width = -5; width < whole + 10; width++) {
-            for (uint32 mode : {B_TRUNCATE_END, B_TRUNCATE_BEGINNING, B_TRUNCATE_MIDDLE,
-                     B_TRUNCATE_SMART}) {
+            for (uint32 mode :
+                 {B_TRUNCATE_END, B_TRUNCATE_BEGINNING, B_TRUNCATE_MIDDLE, B_TRUNCATE_SMART}) {
                 std::string got = cut(font, text, mode, width);
                 EXPECT_TRUE(is_utf8(got));
                 if (width >= whole) {
@@ -360,8 +367,12 @@ TEST(Font, CutStringsFitAndKeepTheRightEnd)
         EXPECT_EQ(text, cut(font, text, B_NO_TRUNCATION, 3));
     }
     // A mark goes with its letter: whatever is cut, no cut is before U+0301.
-    EXPECT_EQ(std::string::npos, cut(font, "xxxxe\xCC\x81" "e\xCC\x81" "e\xCC\x81",
-        B_TRUNCATE_BEGINNING, 25).find("\xA6\xCC"));
+    EXPECT_EQ(std::string::npos, cut(font,
+                                     "xxxxe\xCC\x81"
+                                     "e\xCC\x81"
+                                     "e\xCC\x81",
+                                     B_TRUNCATE_BEGINNING, 25)
+                                     .find("\xA6\xCC"));
     // As much is kept as fits.
     float room = font.StringWidth("Hello w\xE2\x80\xA6");
     EXPECT_EQ("Hello w\xE2\x80\xA6", cut(font, "Hello world", B_TRUNCATE_END, room));
@@ -370,7 +381,8 @@ TEST(Font, CutStringsFitAndKeepTheRightEnd)
 TEST(Font, SmartCutsKeepStringsApart)
 {
     const char* in[] = {"/a/very/long/common/folder/name/one.txt",
-        "/a/very/long/common/folder/name/two.txt", "/a/very/long/common/folder/name/three.txt"};
+                        "/a/very/long/common/folder/name/two.txt",
+                        "/a/very/long/common/folder/name/three.txt"};
     BString out[3];
     be_plain_font->GetTruncatedStrings(in, 3, B_TRUNCATE_SMART, 120, out);
     for (int i = 0; i < 3; i++) {
@@ -450,10 +462,10 @@ TEST(Font, LongTextIsMeasuredInOneWalk)
     for (int i = 0; i < 1000; i++)
         marks += "e\xCC\x81";
     EXPECT_FLOAT_EQ(be_plain_font->StringWidth("e\xCC\x81") * 1000,
-        be_plain_font->StringWidth(marks.c_str()));
+                    be_plain_font->StringWidth(marks.c_str()));
     std::string stray(5000, '\xA9');
     EXPECT_FLOAT_EQ(be_plain_font->StringWidth("\xC2\xA9") * 5000,
-        be_plain_font->StringWidth(stray.c_str()));
+                    be_plain_font->StringWidth(stray.c_str()));
 }
 
 TEST(Font, ThreadsMeasureTheSame)
