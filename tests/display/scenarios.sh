@@ -1,0 +1,237 @@
+#!/usr/bin/env bash
+# One scenario of tests/display/CMakeLists.txt: scenarios.sh NAME LISTENER DRAG_SOURCE. Starts its
+# own X server and window manager, runs the listener, plays the user, and compares what the
+# listener prints. Ends what it started and nothing else.
+set -u
+scenario=$1 listener=$2 drag_source=$3
+folder=$(mktemp -d)
+log=$folder/log
+started=()
+
+finish() {
+    local status=$? pid
+    for pid in "${started[@]}"; do
+        kill "$pid" 2>/dev/null
+    done
+    wait 2>/dev/null
+    rm -rf "$folder"
+    exit "$status"
+}
+trap finish EXIT
+
+fail() {
+    echo "$scenario: $*" >&2
+    echo "--- the listener said:" >&2
+    cat "$log" >&2
+    exit 1
+}
+
+# Waits up to ten seconds for a command to succeed.
+eventually() {
+    local tries
+    for tries in $(seq 200); do
+        "$@" >/dev/null 2>&1 && return 0
+        sleep 0.05
+    done
+    return 1
+}
+
+# Waits until the listener has printed a line, from the mark on.
+mark=0
+mark() { mark=$(wc -l <"$log"); }
+said() { tail -n "+$((mark + 1))" "$log" | grep -qxE -- "$1"; }
+expect() { eventually said "$1" || fail "no line \"$1\""; }
+expect_not() { ! said "$1" || fail "a line \"$1\""; }
+
+client_frame() {
+    xwininfo -id "$window" | awk '/Absolute upper-left X/ {x = $4} /Absolute upper-left Y/ {y = $4}
+        /Width:/ {w = $2} /Height:/ {h = $2} END {print x, y, w, h}'
+}
+frame_is() { [ "$(client_frame)" = "$1" ]; }
+expect_frame() { eventually frame_is "$1" || fail "client area $(client_frame), not $1"; }
+pixel() { import -window root -crop "1x1+$1+$2" -depth 8 txt:- | grep -oE '#[0-9A-F]{6}'; }
+pixel_is() { [ "$(pixel "$1" "$2")" = "$3" ]; }
+
+start_server() {
+    Xvfb -displayfd 1 -screen 0 1024x768x24 -nolisten tcp >"$folder/display" 2>"$folder/xvfb" &
+    started+=($!)
+    eventually test -s "$folder/display" || fail "no X server: $(cat "$folder/xvfb")"
+    DISPLAY=:$(head -n 1 "$folder/display")
+    export DISPLAY XDG_CONFIG_HOME=$folder XDG_RUNTIME_DIR=$folder
+    openbox >"$folder/openbox" 2>&1 &
+    started+=($!)
+    eventually xprop -root _NET_SUPPORTING_WM_CHECK || fail "no window manager"
+    eventually sh -c 'xprop -root _NET_SUPPORTING_WM_CHECK | grep -q "window id"'
+}
+
+start_listener() {
+    "$listener" >"$log" 2>&1 &
+    program=$!
+    started+=("$program")
+    eventually listener_shows || fail "no window"
+    window=$(xdotool search --onlyvisible --pid "$program" | tail -n 1)
+    expect_frame "100 120 300 200"
+    expect ready
+}
+listener_shows() { [ -n "$(xdotool search --onlyvisible --pid "$program")" ]; }
+
+# A bystander to take the focus.
+start_other() {
+    "$drag_source" "$@" >"$folder/other" 2>&1 &
+    started+=($!)
+    eventually xdotool search --onlyvisible --name "drag source" || fail "no second program"
+    other=$(xdotool search --onlyvisible --name "drag source" | tail -n 1)
+}
+
+frame() { :; }  # the start has looked at it
+
+picture() {
+    eventually pixel_is 100 120 '#2060C0' || fail "left top pixel is $(pixel 100 120)"
+    eventually pixel_is 399 319 '#2060C0' || fail "right bottom pixel is $(pixel 399 319)"
+    # What was covered comes back.
+    start_other
+    xdotool windowmove "$other" 150 150
+    eventually pixel_is 160 160 '#FF0000' || fail "the other window does not cover"
+    xdotool windowmove "$other" 600 400
+    eventually pixel_is 160 160 '#2060C0' || fail "uncovered pixel is $(pixel 160 160)"
+}
+
+clicks() {
+    xdotool mousemove 150 170
+    expect 'pointer 50 50'
+    xdotool click 1 click 1 click 1
+    expect 'press 50 50 1 1'
+    expect 'press 50 50 1 2'
+    expect 'press 50 50 1 3'
+    mark
+    sleep 0.6
+    xdotool click 1
+    expect 'press 50 50 1 1'
+    xdotool click 3
+    expect 'press 50 50 2 1'
+    xdotool click 2
+    expect 'press 50 50 4 1'
+    mark
+    xdotool mousemove 100 120 click 1
+    expect 'press 0 0 1 1'
+    xdotool mousemove 399 319 click 1
+    expect 'press 299 199 1 1'
+    # Not in the window, not in its handler.
+    mark
+    xdotool mousemove 700 600 click 1
+    xdotool mousemove 150 170
+    expect 'pointer 50 50'
+    expect_not 'press.*'
+}
+
+keys() {
+    xdotool windowactivate --sync "$window"
+    xdotool key a F1 F12 Left Right Up Down BackSpace Return Escape Tab space
+    expect 'key 97 0'
+    expect 'key 202 0'
+    expect 'key 213 0'
+    expect 'key 28 0'
+    expect 'key 29 0'
+    expect 'key 30 0'
+    expect 'key 31 0'
+    expect 'key 8 0'
+    expect 'key 10 0'
+    expect 'key 27 0'
+    expect 'key 32 0'
+}
+
+modifiers() {
+    xdotool windowactivate --sync "$window"
+    xdotool key shift+b
+    expect 'key 66 1'
+    xdotool key ctrl+c
+    expect 'key 3 4'
+    xdotool key shift+F2
+    expect 'key 203 1'
+    mark
+    xdotool key b
+    expect 'key 98 0'
+}
+
+move_and_resize() {
+    xdotool windowmove "$window" 200 240
+    expect 'moved 200 240'
+    expect_frame "200 240 300 200"
+    xdotool windowsize "$window" 350 260
+    expect 'resized 349 259'
+    expect_frame "200 240 350 260"
+    mark
+    # By its title, with the mouse.
+    xdotool mousemove 300 230 mousedown 1 mousemove 310 240 mousemove 340 260 mouseup 1
+    expect 'moved [0-9]+ [0-9]+'
+    read -r x y w h < <(client_frame)
+    expect "moved $x $y"
+    xdotool mousemove $((x + 30)) $((y + 20)) click 1
+    expect 'press 30 20 1 1'
+}
+
+minimize() {
+    xdotool windowminimize "$window"
+    expect 'minimized 1'
+    xdotool windowactivate "$window"
+    expect 'minimized 0'
+    expect_frame "100 120 300 200"
+}
+
+activation() {
+    xdotool windowactivate --sync "$window"
+    expect activated
+    start_other
+    mark
+    xdotool windowactivate --sync "$other"
+    expect deactivated
+    mark
+    xdotool mousemove 150 170 click 1
+    expect activated
+    expect 'press 50 50 1 1'
+}
+
+close() {
+    xdotool windowactivate --sync "$window"
+    xdotool key alt+F4
+    expect refused
+    expect_frame "100 120 300 200"
+    xdotool key alt+F4
+    expect closing
+    gone() { ! kill -0 "$program"; }
+    eventually gone || fail "the process lives on"
+    wait "$program"
+    status=$?
+    [ $status -eq 0 ] || fail "exit status $status"
+}
+
+drop() {
+    touch "$folder/one file" "$folder/zwei"
+    start_other "$folder/one file" "$folder/zwei"
+    xdotool mousemove 650 170 mousedown 1
+    for x in 640 600 500 400 300 260 250; do
+        xdotool mousemove "$x" 200
+        sleep 0.1
+    done
+    sleep 0.3
+    xdotool mouseup 1
+    expect "dropped $folder/one file"
+    expect "dropped $folder/zwei"
+}
+
+# A display that does not answer: the program runs in memory, says so, and can be ended.
+exit_without_display() {
+    : >"$log"
+    DISPLAY=:54321 "$listener" >"$log" 2>"$folder/err" &
+    program=$!
+    started+=("$program")
+    expect ready
+    grep -q 'windows stay in memory' "$folder/err" || fail "it does not say so"
+    [ "$(grep -c 'in memory' "$folder/err")" -eq 1 ] || fail "it says so more than once"
+}
+
+if [ "$scenario" != exit_without_display ]; then
+    start_server
+    start_listener
+fi
+"$scenario"
