@@ -122,6 +122,20 @@ TEST(TextDrawing, ColdAndWarmCachesGiveTheSamePixels)
     }
 }
 
+TEST(TextDrawing, ExactSpacingFollowsThePenBetweenPixels)
+{
+    FontSpec font = plain();
+    Paper whole, half;
+    whole.Write(font, "Hello", 10.0f, 20.0f);
+    half.Write(font, "Hello", 10.4f, 20.0f);
+    EXPECT_EQ(whole, half);  // whole-pixel widths stay on whole pixels
+    font.spacing = B_CHAR_SPACING;
+    Paper exact, moved;
+    exact.Write(font, "Hello", 10.0f, 20.0f);
+    moved.Write(font, "Hello", 10.5f, 20.0f);
+    EXPECT_FALSE(exact == moved);
+}
+
 TEST(TextDrawing, OnlyClippedPixelsChange)
 {
     for (float size : {12.0f, 60.0f, 250.0f}) {
