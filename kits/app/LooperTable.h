@@ -20,7 +20,7 @@ struct LooperSlot {
     std::atomic<BLooper*> looper{nullptr};  // both change with lock and queue held
     std::atomic<int32> token{0};            // the looper's own; 0 when there is none
     LooperSlot* next = nullptr;             // in the chain of its hash, for ever
-    RecursiveLock lock;
+    BasicRecursiveLock<LockLife::Forever> lock;
     BMessageQueue queue;
     std::atomic<uint32> awake{1};           // futex: 0 while the loop sleeps or is about to
     std::atomic<uint32> gone{0};            // futex: counts the loopers that were here

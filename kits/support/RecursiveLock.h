@@ -5,6 +5,7 @@
 
 #include <atomic>
 
+#include <linux/membarrier.h>
 #include <sched.h>
 
 #include "support/Futex.h"
@@ -22,13 +23,27 @@ inline thread_id current_thread()
     return tThread;
 }
 
-// A lock that its holder may take again. Free, it costs two atomic operations a pair; contended,
-// the waiting threads sleep in the kernel. It needs no construction beyond zeroes.
-class RecursiveLock {
+// Returns after every running thread of the process has passed a memory fence; false if the host
+// can not do that.
+inline bool all_threads_barrier()
+{
+    static const bool sRegistered =
+        syscall(SYS_membarrier, MEMBARRIER_CMD_REGISTER_PRIVATE_EXPEDITED, 0, 0) == 0;
+    return sRegistered && syscall(SYS_membarrier, MEMBARRIER_CMD_PRIVATE_EXPEDITED, 0, 0) == 0;
+}
+
+// Whether a lock may be freed while a thread is still on its way out of Unlock().
+enum class LockLife { Any, Forever };
+
+// A lock that its holder may take again. Free, a pair costs two locked memory operations, or one
+// if the lock lives for ever; contended, the waiting threads sleep in the kernel. It needs no
+// construction beyond zeroes.
+template <LockLife kLife>
+class BasicRecursiveLock {
 public:
-    constexpr RecursiveLock() = default;
-    RecursiveLock(const RecursiveLock&) = delete;
-    RecursiveLock& operator=(const RecursiveLock&) = delete;
+    constexpr BasicRecursiveLock() = default;
+    BasicRecursiveLock(const BasicRecursiveLock&) = delete;
+    BasicRecursiveLock& operator=(const BasicRecursiveLock&) = delete;
 
     void Lock() { LockUntil(B_INFINITE_TIMEOUT); }
 
@@ -43,7 +58,7 @@ public:
         uint32 state = kFree;
         if (!fState.compare_exchange_strong(state, kHeld, std::memory_order_acquire,
                                             std::memory_order_relaxed)
-            && !_Wait(deadline))
+            && (deadline == 0 || !_Wait(deadline)))
             return false;
         fOwner.store(me, std::memory_order_relaxed);
         fDepth = 1;
@@ -110,20 +125,30 @@ private:
     void _Release()
     {
         fOwner.store(0, std::memory_order_relaxed);
-        if (fState.exchange(kFree, std::memory_order_release) == kContended)
+        if constexpr (kLife == LockLife::Forever) {
+            // Without a fence between the two: a thread that begins to wait makes one happen
+            // here, by its all_threads_barrier().
+            fState.store(kFree, std::memory_order_release);
+            std::atomic_signal_fence(std::memory_order_seq_cst);
+            if (__builtin_expect(fWaiting.load(std::memory_order_relaxed) != 0, 0))
+                futex_wake(fState, 1);
+        } else if (fState.exchange(kFree, std::memory_order_release) == kContended)
             futex_wake(fState, 1);
     }
 
     bool _Wait(bigtime_t deadline)
     {
-        fWaiting.fetch_add(1, std::memory_order_relaxed);
+        fWaiting.fetch_add(1);
+        const bool seen = kLife == LockLife::Any || all_threads_barrier();
         bool locked = true;
         while (fState.exchange(kContended, std::memory_order_acquire) != kFree) {
-            if (deadline != B_INFINITE_TIMEOUT && system_time() >= deadline) {
+            const bigtime_t now = deadline != B_INFINITE_TIMEOUT || !seen ? system_time() : 0;
+            if (now >= deadline) {
                 locked = false;
                 break;
             }
-            futex_wait(fState, kContended, deadline);
+            // Where the host has no such barrier, a wake-up may be missed.
+            futex_wait(fState, kContended, seen ? deadline : min_c(deadline, now + kTurn));
         }
         fWaiting.fetch_sub(1, std::memory_order_relaxed);
         if (locked)
@@ -137,6 +162,8 @@ private:
     std::atomic<uint32> fWaiting{0};
     std::atomic<uint32> fGrants{0};     // how often somebody who had to wait got the lock
 };
+
+using RecursiveLock = BasicRecursiveLock<LockLife::Any>;
 
 }  // namespace BPrivate
 
