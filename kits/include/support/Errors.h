@@ -187,4 +187,10 @@
 #define ESIGPARM                             ((int)0x8000700F)
 #define ENOATTR                              ((int)0x8000703C)
 
+// errno holds the host's numbers, which are positive, and the kits' codes are negative: neither
+// needs to be changed into the other.
+#define B_TO_POSIX_ERROR(error) (error)
+#define B_FROM_POSIX_ERROR(error) (error)
+#define B_TO_POSITIVE_ERROR(error) ((error) < 0 ? -(error) : (error))
+
 #endif  // _ERRORS_H

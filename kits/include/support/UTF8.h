@@ -3,6 +3,7 @@
 
 #include <SupportDefs.h>
 
+// Character sets.
 enum {
     B_ISO1_CONVERSION = 0,
     B_ISO2_CONVERSION = 1,
@@ -36,7 +37,17 @@ enum {
 
 #define B_SUBSTITUTE 0x1a
 
-status_t convert_to_utf8(uint32 sourceEncoding, const char* source, int32* sourceLength, char* dest, int32* destLength, int32* state, char substitute = B_SUBSTITUTE);
-status_t convert_from_utf8(uint32 destEncoding, const char* source, int32* sourceLength, char* dest, int32* destLength, int32* state, char substitute = B_SUBSTITUTE);
+/* Convert text, in pieces if need be. `sourceLength` and `destLength` tell the bytes that there
+   are, and afterwards those that were used; text that is no character of its set becomes
+   `substitute`. A character that is cut off by the end of the source, or does not fit into what is
+   left of the destination, is not used. `state` starts as 0 and belongs to one text. B_BAD_VALUE
+   for null or a negative length, B_ERROR for a set that the host does not know, or when not one
+   character could be converted. */
+status_t convert_to_utf8(uint32 sourceEncoding, const char* source, int32* sourceLength,
+                         char* dest, int32* destLength, int32* state,
+                         char substitute = B_SUBSTITUTE);
+status_t convert_from_utf8(uint32 destEncoding, const char* source, int32* sourceLength,
+                           char* dest, int32* destLength, int32* state,
+                           char substitute = B_SUBSTITUTE);
 
 #endif  // _UTF8_H
