@@ -264,8 +264,10 @@ struct object_wait_info {
 };
 
 extern "C" {
-area_id create_area(const char* name, void** startAddress, uint32 addressSpec, size_t size, uint32 lock, uint32 protection);
-area_id clone_area(const char* name, void** destAddress, uint32 addressSpec, uint32 protection, area_id source);
+area_id create_area(const char* name, void** startAddress, uint32 addressSpec, size_t size,
+                    uint32 lock, uint32 protection);
+area_id clone_area(const char* name, void** destAddress, uint32 addressSpec, uint32 protection,
+                   area_id source);
 area_id find_area(const char* name);
 area_id area_for(void* address);
 status_t delete_area(area_id id);
@@ -276,9 +278,11 @@ status_t _get_next_area_info(team_id team, ssize_t* cookie, area_info* areaInfo,
 port_id create_port(int32 capacity, const char* name);
 port_id find_port(const char* name);
 ssize_t read_port(port_id port, int32* code, void* buffer, size_t bufferSize);
-ssize_t read_port_etc(port_id port, int32* code, void* buffer, size_t bufferSize, uint32 flags, bigtime_t timeout);
+ssize_t read_port_etc(port_id port, int32* code, void* buffer, size_t bufferSize, uint32 flags,
+                      bigtime_t timeout);
 status_t write_port(port_id port, int32 code, const void* buffer, size_t bufferSize);
-status_t write_port_etc(port_id port, int32 code, const void* buffer, size_t bufferSize, uint32 flags, bigtime_t timeout);
+status_t write_port_etc(port_id port, int32 code, const void* buffer, size_t bufferSize,
+                        uint32 flags, bigtime_t timeout);
 status_t close_port(port_id port);
 status_t delete_port(port_id port);
 ssize_t port_buffer_size(port_id port);
@@ -287,7 +291,8 @@ ssize_t port_count(port_id port);
 status_t set_port_owner(port_id port, team_id team);
 status_t _get_port_info(port_id port, port_info* portInfo, size_t portInfoSize);
 status_t _get_next_port_info(team_id team, int32* cookie, port_info* portInfo, size_t portInfoSize);
-status_t _get_port_message_info_etc(port_id port, port_message_info* info, size_t infoSize, uint32 flags, bigtime_t timeout);
+status_t _get_port_message_info_etc(port_id port, port_message_info* info, size_t infoSize,
+                                    uint32 flags, bigtime_t timeout);
 sem_id create_sem(int32 count, const char* name);
 status_t delete_sem(sem_id id);
 status_t acquire_sem(sem_id id);
@@ -295,7 +300,8 @@ status_t acquire_sem_etc(sem_id id, int32 count, uint32 flags, bigtime_t timeout
 status_t release_sem(sem_id id);
 status_t release_sem_etc(sem_id id, int32 count, uint32 flags);
 status_t switch_sem(sem_id semToBeReleased, sem_id id);
-status_t switch_sem_etc(sem_id semToBeReleased, sem_id id, int32 count, uint32 flags, bigtime_t timeout);
+status_t switch_sem_etc(sem_id semToBeReleased, sem_id id, int32 count, uint32 flags,
+                        bigtime_t timeout);
 status_t get_sem_count(sem_id id, int32* threadCount);
 status_t set_sem_owner(sem_id id, team_id team);
 status_t _get_sem_info(sem_id id, sem_info* info, size_t infoSize);
@@ -343,7 +349,8 @@ double is_computer_on_fire();
 int send_signal(thread_id threadID, unsigned int signal);
 void set_signal_stack(void* base, size_t size);
 ssize_t wait_for_objects(object_wait_info* infos, int numInfos);
-ssize_t wait_for_objects_etc(object_wait_info* infos, int numInfos, uint32 flags, bigtime_t timeout);
+ssize_t wait_for_objects_etc(object_wait_info* infos, int numInfos, uint32 flags,
+                             bigtime_t timeout);
 }
 
 // The info functions take the size of the structure that the caller was built with.

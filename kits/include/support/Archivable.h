@@ -37,7 +37,8 @@ public:
 };
 
 /* Writes objects that point at one another: each goes into the archive once, and is named by a
-   token. Used within an override of Archive(); the outermost one's Finish() completes the archive. */
+   token. Used within an override of Archive(); the outermost one's Finish() completes the
+   archive. */
 class BArchiver {
 public:
     BArchiver(BMessage* archive);

@@ -35,7 +35,8 @@ inline BAutolock::BAutolock(BLocker* locker)
 {
 }
 
-inline BAutolock::BAutolock(BLocker& locker) : fLocker(&locker), fLooper(nullptr), fHeld(locker.Lock())
+inline BAutolock::BAutolock(BLocker& locker)
+    : fLocker(&locker), fLooper(nullptr), fHeld(locker.Lock())
 {
 }
 
