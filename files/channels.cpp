@@ -1,10 +1,9 @@
 // Numbered file channels over the C library's buffered streams. Main thread.
 
-#include "files/channels.h"
-
 #include "plinth.h"
 #include "runtime/registry.h"
 #include "runtime/strings.h"
+#include "runtime/trace.h"
 
 #include <algorithm>
 #include <errno.h>
@@ -51,9 +50,15 @@ static char* read_line(char* text, int size, Stream* stream)
         return fgets(text, size, stream);
 }
 
-bool keep_error()
+// Keeps the C library's error number of a call that just failed. Returns false, as most
+// operations do then.
+static bool keep_error(int32_t ch, const char* call)
 {
-    GetDosErr(errno);
+    const int number = errno;
+    GetDosErr(number);
+    if (number != 0)
+        show_dbg(kFileError, ch, call);
+    errno = number;
     return false;
 }
 
@@ -83,24 +88,30 @@ static FileRecord* look_up(int32_t ch)
     return sLastUsed;
 }
 
-static inline FileRecord* FindFile(int32_t ch)
+// `call` is the exported call that looks.
+static inline FileRecord* FindFile(int32_t ch, const char* call)
 {
     if (sLastUsed != nullptr && sLastUsed->ident == ch)
         return sLastUsed;
-    return look_up(ch);
+    FileRecord* record = look_up(ch);
+    if (record == nullptr)
+        show_dbg(kNoSuchChannel, ch, call);
+    return record;
 }
 
 extern "C" int32_t OpenFile(const char* path, int32_t mode)
 {
     BList* list = registry_list(kFiles);
-    if (mode < 0 || mode > 1 || list == nullptr)
+    if (mode < 0 || mode > 1 || list == nullptr) {
+        show_dbg(kBadArgument, mode, __func__);
         return 0;
+    }
     auto* record = static_cast<FileRecord*>(MyAlloc(sizeof(FileRecord)));
     if (record == nullptr)
         return 0;
     record->stream = fopen(text_or_empty(path), mode == 0 ? "r+" : "w+");
     if (record->stream == nullptr) {
-        keep_error();
+        keep_error(0, __func__);
         MyFree(record);
         return 0;
     }
@@ -117,7 +128,7 @@ extern "C" int32_t OpenFile(const char* path, int32_t mode)
 static void close_record(FileRecord* record)
 {
     if (fclose(record->stream) != 0)
-        keep_error();
+        keep_error(record->ident, "CloseFile");
     MyFree(record);
 }
 
@@ -125,8 +136,10 @@ extern "C" bool CloseFile(int32_t ch)
 {
     BList* list = registry_list(kFiles);
     const int32_t index = list == nullptr ? -1 : index_of(*list, ch);
-    if (index < 0)
+    if (index < 0) {
+        show_dbg(kNoSuchChannel, ch, __func__);
         return false;
+    }
     sLastUsed = nullptr;
     close_record(static_cast<FileRecord*>(list->RemoveItem(index)));
     return true;
@@ -146,12 +159,12 @@ extern "C" bool ReadFile(int32_t ch, char* buffer)
     if (buffer == nullptr)
         return false;
     buffer[0] = '\0';
-    FileRecord* record = FindFile(ch);
+    FileRecord* record = FindFile(ch, __func__);
     if (record == nullptr)
         return false;
     if (read_line(buffer, kLineSize, record->stream) == nullptr) {
         buffer[0] = '\0';  // an error may leave half a line
-        return keep_error();
+        return keep_error(ch, __func__);
     }
     const size_t length = strlen(buffer);
     if (length > 0 && buffer[length - 1] == '\n')
@@ -159,18 +172,18 @@ extern "C" bool ReadFile(int32_t ch, char* buffer)
     return true;
 }
 
-static bool write_bytes(int32_t ch, const void* bytes, size_t size)
+static bool write_bytes(int32_t ch, const void* bytes, size_t size, const char* call)
 {
-    FileRecord* record = FindFile(ch);
+    FileRecord* record = FindFile(ch, call);
     if (record == nullptr)
         return false;
-    return write_stream(bytes, size, record->stream) == size || keep_error();
+    return write_stream(bytes, size, record->stream) == size || keep_error(ch, call);
 }
 
 extern "C" bool WriteFile(int32_t ch, const char* s)
 {
     const size_t length = strlen(text_or_empty(s));
-    return length > 0 && write_bytes(ch, s, length);
+    return length > 0 && write_bytes(ch, s, length, __func__);
 }
 
 // Kept on purpose: the text is followed by its terminator and two more bytes, not by quotes and a
@@ -179,51 +192,58 @@ extern "C" bool PrintFile(int32_t ch, const char* s)
 {
     static const char tail[2] = {};
     const size_t length = strlen(text_or_empty(s));
-    return length > 0 && write_bytes(ch, s, length + 1) && write_bytes(ch, tail, sizeof(tail));
+    return length > 0 && write_bytes(ch, s, length + 1, __func__)
+        && write_bytes(ch, tail, sizeof(tail), __func__);
 }
 
-extern "C" bool WriteDouble(int32_t ch, double x) { return write_bytes(ch, &x, sizeof(x)); }
-extern "C" bool WriteSingle(int32_t ch, float x) { return write_bytes(ch, &x, sizeof(x)); }
-extern "C" bool WriteInteger(int32_t ch, int32_t n) { return write_bytes(ch, &n, sizeof(n)); }
-extern "C" bool WriteShort(int32_t ch, int16_t n) { return write_bytes(ch, &n, sizeof(n)); }
+template <class Number>
+static bool write_number(int32_t ch, Number number, const char* call)
+{
+    return write_bytes(ch, &number, sizeof(number), call);
+}
+
+extern "C" bool WriteDouble(int32_t ch, double x) { return write_number(ch, x, __func__); }
+extern "C" bool WriteSingle(int32_t ch, float x) { return write_number(ch, x, __func__); }
+extern "C" bool WriteInteger(int32_t ch, int32_t n) { return write_number(ch, n, __func__); }
+extern "C" bool WriteShort(int32_t ch, int16_t n) { return write_number(ch, n, __func__); }
 
 // Stores the number only if all of its bytes were read.
 template <class Number>
-static bool read_number(int32_t ch, Number* out)
+static bool read_number(int32_t ch, Number* out, const char* call)
 {
-    FileRecord* record = FindFile(ch);
+    FileRecord* record = FindFile(ch, call);
     if (record == nullptr || out == nullptr)
         return false;
     Number number;
     if (read_stream(&number, sizeof(number), record->stream) != sizeof(number))
-        return keep_error();
+        return keep_error(ch, call);
     *out = number;
     return true;
 }
 
-extern "C" bool ReadDouble(int32_t ch, double* out) { return read_number(ch, out); }
-extern "C" bool ReadSingle(int32_t ch, float* out) { return read_number(ch, out); }
-extern "C" bool ReadInteger(int32_t ch, int32_t* out) { return read_number(ch, out); }
-extern "C" bool ReadShort(int32_t ch, int16_t* out) { return read_number(ch, out); }
+extern "C" bool ReadDouble(int32_t ch, double* out) { return read_number(ch, out, __func__); }
+extern "C" bool ReadSingle(int32_t ch, float* out) { return read_number(ch, out, __func__); }
+extern "C" bool ReadInteger(int32_t ch, int32_t* out) { return read_number(ch, out, __func__); }
+extern "C" bool ReadShort(int32_t ch, int16_t* out) { return read_number(ch, out, __func__); }
 
 extern "C" bool SeekFile(int32_t ch, uint32_t whence, int32_t offset)
 {
     static const int kWhence[] = { SEEK_SET, SEEK_CUR, SEEK_END };
-    FileRecord* record = FindFile(ch);
+    FileRecord* record = FindFile(ch, __func__);
     if (record == nullptr || whence >= std::size(kWhence))
         return false;
     const int moved = fseek(record->stream, offset, kWhence[whence]);
-    keep_error();  // kept on purpose: also what errno held before
+    GetDosErr(errno);  // kept on purpose: also what errno held before
     return moved > 0;  // kept on purpose: never true, programs ask GetLoc
 }
 
 extern "C" int32_t GetLof(int32_t ch)
 {
-    FileRecord* record = FindFile(ch);
+    FileRecord* record = FindFile(ch, __func__);
     if (record == nullptr)
         return 0;
     if (fseek(record->stream, 0, SEEK_END) != 0)
-        keep_error();
+        keep_error(ch, __func__);
     const long length = ftell(record->stream);
     fseek(record->stream, 0, SEEK_SET);
     return static_cast<int32_t>(length);
@@ -231,13 +251,13 @@ extern "C" int32_t GetLof(int32_t ch)
 
 extern "C" int32_t GetLoc(int32_t ch)
 {
-    FileRecord* record = FindFile(ch);
+    FileRecord* record = FindFile(ch, __func__);
     return record == nullptr ? 0 : static_cast<int32_t>(ftell(record->stream));
 }
 
 extern "C" bool GetEOF(int32_t ch)
 {
-    FileRecord* record = FindFile(ch);
+    FileRecord* record = FindFile(ch, __func__);
     return record != nullptr && feof(record->stream) != 0;
 }
 

@@ -88,10 +88,10 @@ void FreeList(void);
 
 /* ---- Strings --------------------------------------------------------------------------------- */
 
-/* Text is bytes up to a zero; a null text counts as the empty one. Results live in a ring of sixteen
-   slots of 257 bytes: copy one before sixteen more slots are taken. Mid and MidStr take two slots,
-   searches two for every position they examine. Where no terminator is written, a result goes on
-   with what its slot held before. */
+/* Text is bytes up to a zero; a null text counts as the empty one. Results live in a ring of
+   sixteen slots of 257 bytes: copy one before sixteen more slots are taken. Mid and MidStr take two
+   slots, searches two for every position they examine. Where no terminator is written, a result
+   goes on with what its slot held before. */
 
 /* Returns the first `n` bytes of `s`, at most 257; a negative `n` stands for all. No terminator is
    written if `s` is longer than `n`. */
@@ -209,8 +209,8 @@ double Rnd(int32_t n);
 /* Returns `x` rounded to an integer, halves upward. Its floor is taken in single precision. */
 double Round(double x);
 
-/* Leaves the array as it is: no number of elements is passed. `type` is 0 for 16-bit and 1 for 32-bit
-   integers, 2 for singles, 3 for doubles, 4 for strings. */
+/* Leaves the array as it is: no number of elements is passed. `type` is 0 for 16-bit and 1 for
+   32-bit integers, 2 for singles, 3 for doubles, 4 for strings. */
 void Sort(void *base, uint32_t type);
 
 /* ---- Windows and events ---------------------------------------------------------------------- */
@@ -364,17 +364,17 @@ int32_t OpenFile(const char *path, int32_t mode);
    fit on the disk (dos_err is set); false for a channel that is not open. */
 bool CloseFile(int32_t ch);
 
-/* Reads one line of channel `ch` into `buffer` (256 bytes), without its line feed; a carriage return
-   stays. A longer line goes on with the next call. Returns true if a line was read; else false,
-   `buffer` empty, and dos_err set if the C library gave a number. */
+/* Reads one line of channel `ch` into `buffer` (256 bytes), without its line feed; a carriage
+   return stays. A longer line goes on with the next call. Returns true if a line was read; else
+   false, `buffer` empty, and dos_err set if the C library gave a number. */
 bool ReadFile(int32_t ch, char *buffer);
 
 /* Writes the bytes of `s`, without terminator or line end. False for an empty `s`, and if not all
    could be written. */
 bool WriteFile(int32_t ch, const char *s);
 
-/* Writes the bytes of `s`, its terminator and two zero bytes. False for an empty `s`, and if not all
-   could be written. */
+/* Writes the bytes of `s`, its terminator and two zero bytes. False for an empty `s`, and if not
+   all could be written. */
 bool PrintFile(int32_t ch, const char *s);
 
 /* Write the bytes of one number. False if not all could be written. */

@@ -128,7 +128,8 @@ TEST_F(Channels, UnknownChannelsDoNothing)
 TEST_F(Channels, LongLineGoesOnWithNextRead)
 {
     const std::string line(300, 'x');
-    Put("abc\r\n\n" + line + "\n" + std::string(254, 'y') + "\n" + std::string(255, 'z') + "\nlast");
+    Put("abc\r\n\n" + line + "\n" + std::string(254, 'y') + "\n" + std::string(255, 'z')
+        + "\nlast");
     int32_t ch = OpenFile(fPath.c_str(), 0);
     char text[256];
     for (const std::string& expected : { std::string("abc\r"), std::string(), line.substr(0, 255),
@@ -158,7 +159,8 @@ TEST_F(Channels, NumbersAreRawBytes)
     EXPECT_FALSE(WriteFile(ch, nullptr));
     EXPECT_EQ(GetLoc(ch), 22);
     EXPECT_TRUE(CloseFile(ch));
-    EXPECT_EQ(Bytes(), std::string("\x34\x12\xfe\xff\xff\xff\0\0\x80\x3f\0\0\0\0\0\0\xf0\x3ftext", 22));
+    const char bytes[] = "\x34\x12\xfe\xff\xff\xff\0\0\x80\x3f\0\0\0\0\0\0\xf0\x3ftext";
+    EXPECT_EQ(Bytes(), std::string(bytes, 22));
 
     ch = OpenFile(fPath.c_str(), 0);
     int16_t s = 0;
