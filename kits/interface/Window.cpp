@@ -101,6 +101,8 @@ BWindow::~BWindow()
     ViewPrivate::DeleteTop(fData->topView);
     if (fData->display != nullptr)
         fData->display->Destroy();
+    BPrivate::count_active(fData, false);
+    BPrivate::tell_application();
     _LeaveFront();
     delete fData->delivering;
     delete fData;

@@ -115,10 +115,16 @@ bool drag_event(WindowData* grabbed, const server::Event& event)
     if (sDrag->over != nullptr && sDrag->over != over && sDrag->over != grabbed) {
         server::Event left = event;
         left.kind = server::EventKind::MouseExited;
+        {
+            std::lock_guard<std::mutex> state(sDrag->over->stateLock);
+            left.where = event.screenWhere - sDrag->over->frame.LeftTop();
+        }
         sDrag->over->PostInput(left, true);
     }
     sDrag->over = over;
-    grabbed->PostInput(event, over != grabbed);
+    server::Event own = event;
+    own.under = nullptr;  // the window below gets its share here
+    grabbed->PostInput(own, over != grabbed);
     if (over != nullptr && over != grabbed)
         over->PostInput(below, false);
     if (event.kind == server::EventKind::MouseUp && event.buttons == 0) {

@@ -228,6 +228,7 @@ void WindowData::_DeliverWindowEvent(const server::Event& event)
             _ScreenResized(event);
             break;
         case server::EventKind::Activated: {
+            count_active(this, event.active);
             auto message = std::make_unique<BMessage>(B_WINDOW_ACTIVATED);
             message->AddBool("active", event.active);
             Post(std::move(message));

@@ -112,11 +112,6 @@ void BWindow::_ForgetView(BView* view)
     std::erase_if(fData->listeners,
                   [=](const EventListener& listener) { return listener.view == view; });
     fData->ListenersChanged();
-    if (fData->cursor != nullptr && fData->display != nullptr) {
-        // It may be the view's own, which goes with it.
-        fData->cursor = nullptr;
-        fData->display->SetCursor(nullptr);
-    }
 }
 
 void BWindow::SetDefaultButton(BButton* button)

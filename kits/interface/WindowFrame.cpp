@@ -20,22 +20,22 @@ using BPrivate::ViewPrivate;
 static const float kFarthest = 1000000;
 static const float kLargest = 32768;
 
-static float whole(float value, float low, float high)
+static float nearest(float value, float low, float high)
 {
     return std::isnan(value) ? low : std::clamp(std::round(value), low, high);
 }
 
 static BPoint whole_place(BPoint place)
 {
-    return BPoint(whole(place.x, -kFarthest, kFarthest), whole(place.y, -kFarthest, kFarthest));
+    return BPoint(nearest(place.x, -kFarthest, kFarthest), nearest(place.y, -kFarthest, kFarthest));
 }
 
 BRect BPrivate::window_frame(BRect frame)
 {
     const BPoint place = whole_place(frame.LeftTop());
     // Rounded edges rather than a rounded width: neighbours stay neighbours.
-    const float width = whole(whole(frame.right, -kFarthest, kFarthest) - place.x, 0, kLargest);
-    const float height = whole(whole(frame.bottom, -kFarthest, kFarthest) - place.y, 0, kLargest);
+    const float width = nearest(nearest(frame.right, -kFarthest, kFarthest) - place.x, 0, kLargest);
+    const float height = nearest(nearest(frame.bottom, -kFarthest, kFarthest) - place.y, 0, kLargest);
     return BRect(place.x, place.y, place.x + width, place.y + height);
 }
 
@@ -102,8 +102,8 @@ void BWindow::ResizeTo(float width, float height)
     BAutolock lock(this);
     if (!lock.IsLocked())
         return;
-    width = whole(width, fData->minWidth, fData->maxWidth);
-    height = whole(height, fData->minHeight, fData->maxHeight);
+    width = nearest(width, fData->minWidth, fData->maxWidth);
+    height = nearest(height, fData->minHeight, fData->maxHeight);
     const BRect frame = Frame();
     if ((frame.Width() == width && frame.Height() == height) || fData->offscreen)
         return;
@@ -188,10 +188,10 @@ void BWindow::SetSizeLimits(float minWidth, float maxWidth, float minHeight, flo
     BAutolock lock(this);
     if (!lock.IsLocked())
         return;
-    fData->minWidth = whole(minWidth, 0, kLargest);
-    fData->maxWidth = whole(maxWidth, 0, kLargest);
-    fData->minHeight = whole(minHeight, 0, kLargest);
-    fData->maxHeight = whole(maxHeight, 0, kLargest);
+    fData->minWidth = nearest(minWidth, 0, kLargest);
+    fData->maxWidth = nearest(maxWidth, 0, kLargest);
+    fData->minHeight = nearest(minHeight, 0, kLargest);
+    fData->maxHeight = nearest(maxHeight, 0, kLargest);
     const BRect frame = Frame();
     const float width = std::clamp(frame.Width(), fData->minWidth, fData->maxWidth);
     const float height = std::clamp(frame.Height(), fData->minHeight, fData->maxHeight);
@@ -232,8 +232,8 @@ void BWindow::SetZoomLimits(float maxWidth, float maxHeight)
     BAutolock lock(this);
     if (!lock.IsLocked())
         return;
-    fData->maxZoomWidth = whole(maxWidth, 0, kLargest);
-    fData->maxZoomHeight = whole(maxHeight, 0, kLargest);
+    fData->maxZoomWidth = nearest(maxWidth, 0, kLargest);
+    fData->maxZoomHeight = nearest(maxHeight, 0, kLargest);
 }
 
 // One side of the zoomed frame: as long as limits and screen allow, moved no more than needed.

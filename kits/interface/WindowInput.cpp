@@ -311,8 +311,8 @@ void BWindow::_UpdateCursor()
     if (view == nullptr)
         view = _ViewAt(fData->pointer);
     const BCursor* cursor = view != nullptr ? ViewPrivate::Cursor(view) : nullptr;
-    if (cursor == fData->cursor)
+    if (cursor == nullptr && !fData->hasCursor)
         return;
-    fData->cursor = cursor;
+    fData->hasCursor = cursor != nullptr;
     fData->display->SetCursor(cursor);
 }

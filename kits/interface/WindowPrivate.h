@@ -164,6 +164,7 @@ struct [[gnu::visibility("hidden")]] WindowData : public server::EventSink {
     std::atomic<bool> minimized{false};         // as the program knows it
     std::atomic<bool> screenMinimized{false};   // as the screen has it
     std::atomic<bool> active{false};
+    bool screenActive = false;       // under the lock of count_active()
 
     // Update cycle.
     std::atomic<bool> updatePosted{false};
@@ -180,7 +181,7 @@ struct [[gnu::visibility("hidden")]] WindowData : public server::EventSink {
     std::atomic<bool> wantsHistory{false};
     BView* focus = nullptr;
     BView* mouseView = nullptr;      // got ENTERED last, and not EXITED
-    const BCursor* cursor = nullptr;  // that the display shows; only compared
+    bool hasCursor = false;          // the display shows that of a view
     BView* clickView = nullptr;      // of the last press
     int32 clicksBefore = 0;          // of a run, at other views
     BPoint pointer;                  // as of the last event handled
@@ -200,6 +201,12 @@ private:
     void _ScreenMoved(const server::Event& event);
     void _ScreenResized(const server::Event& event);
 };
+
+// The screen's word on whether a window is active, which counts for the application's.
+void count_active(WindowData* window, bool active);
+// Sends B_APP_ACTIVATED if the first window of the application became active, or the last one no
+// longer is.
+void tell_application();
 
 WindowStyle style_of_type(window_type type);
 // A frame of whole pixels, not too far away and not too large.

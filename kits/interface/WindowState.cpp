@@ -11,6 +11,7 @@
 
 #include <algorithm>
 #include <iterator>
+#include <mutex>
 
 #include <interface/ViewPrivate.h>
 #include <interface/WindowPrivate.h>
@@ -34,6 +35,32 @@ static const TypeRow kTypes[] = {
 };
 
 static std::atomic<const BWindow*> sFront{nullptr};  // the window that was activated last
+static std::mutex sActiveLock;
+static int32 sActiveWindows;   // sActiveLock; as the screen says
+static bool sAppIsActive;      // sActiveLock; as the application was told
+
+void BPrivate::count_active(WindowData* window, bool active)
+{
+    std::lock_guard<std::mutex> lock(sActiveLock);
+    if (window->screenActive != active)
+        sActiveWindows += active ? 1 : -1;
+    window->screenActive = active;
+}
+
+void BPrivate::tell_application()
+{
+    bool active;
+    {
+        std::lock_guard<std::mutex> lock(sActiveLock);
+        active = sActiveWindows > 0;
+        if (active == sAppIsActive || be_app == nullptr)
+            return;
+        sAppIsActive = active;
+    }
+    BMessage message(B_APP_ACTIVATED);
+    message.AddBool("active", active);
+    be_app->PostMessage(&message);
+}
 
 BPrivate::WindowStyle BPrivate::style_of_type(window_type type)
 {
@@ -134,6 +161,7 @@ void BWindow::_Activated(bool active)
     fData->active = active;
     if (active)
         sFront = this;
+    BPrivate::tell_application();
     WindowActivated(active);
     ViewPrivate::ForEach(fData->topView, [=](BView* view) { view->WindowActivated(active); });
 }
