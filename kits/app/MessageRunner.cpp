@@ -95,7 +95,8 @@ bool start_timer(Runners& list)
     BPrivate::futex_wake(list.changed, 1);
     if (list.running)
         return true;
-    const thread_id thread = spawn_thread(&run_timer, "message runners", B_NORMAL_PRIORITY, nullptr);
+    const thread_id thread =
+        spawn_thread(&run_timer, "message runners", B_NORMAL_PRIORITY, nullptr);
     list.running = thread >= B_OK && resume_thread(thread) == B_OK;
     return list.running;
 }
