@@ -23,16 +23,26 @@ PixelRect rounded(const BRect& rect)
     return {left, top, pixel_at(rect.right) - left + 1, pixel_at(rect.bottom) - top + 1};
 }
 
-// Picks the bitmap's pixel for every pixel of the target.
+bool is_straight(const PixelRect& from, const PixelRect& to, const Paint& paint)
+{
+    return from.width == to.width && from.height == to.height && !has_transform(paint);
+}
+
+// Picks the bitmap's pixel for every pixel of the target. Unless it is straight, the bitmap has
+// to be in B_RGBA32.
 class Sampler {
 public:
     Sampler(const Surface& source, const PixelRect& from, const PixelRect& to, const Paint& paint,
             uint32 options)
-        : fSource(source), fFrom(from), fTo(to), fPaint(paint),
+        : fSource(source), fFrom(from), fTo(to),
+          fUsed(intersect(box_of(from.left, from.top, from.left + from.width - 1,
+                                 from.top + from.height - 1),
+                          {0, 0, source.width - 1, source.height - 1})),
+          fPaint(paint),
           fScaleX(double(from.width) / double(to.width)),
           fScaleY(double(from.height) / double(to.height)),
           fSmooth((options & B_FILTER_BITMAP_BILINEAR) != 0),
-          fStraight(from.width == to.width && from.height == to.height && !has_transform(paint))
+          fStraight(is_straight(from, to, paint))
     {
         if (has_transform(paint)) {
             fInverse = *paint.transform;
@@ -40,7 +50,6 @@ public:
         }
     }
 
-    bool IsStraight() const { return fStraight; }
     // What of the target the bitmap covers, and the part of it that has pixels.
     clipping_rect Reach() const
     {
@@ -94,15 +103,16 @@ private:
     {
         const DPoint place = _Place(x, y);
         const int64 column = _Floor(place.x), row = _Floor(place.y);
-        return column >= std::max<int64>(fFrom.left, 0) && row >= std::max<int64>(fFrom.top, 0) &&
-               column < std::min<int64>(fFrom.left + fFrom.width, fSource.width) &&
-               row < std::min<int64>(fFrom.top + fFrom.height, fSource.height);
+        return column >= fUsed.left && column <= fUsed.right && row >= fUsed.top &&
+               row <= fUsed.bottom;
     }
+    // The nearest pixel of the part that is drawn.
     uint32 _Pixel(int64 x, int64 y) const
     {
+        x = std::clamp<int64>(x, fUsed.left, fUsed.right);
+        y = std::clamp<int64>(y, fUsed.top, fUsed.bottom);
         uint32 pixel;
-        read_pixels(fSource, int32(std::clamp<int64>(x, 0, fSource.width - 1)),
-                    int32(std::clamp<int64>(y, 0, fSource.height - 1)), 1, &pixel);
+        memcpy(&pixel, fSource.bits + y * fSource.bytesPerRow + x * 4, 4);
         return pixel;
     }
     uint32 _Mixed(const DPoint& place) const
@@ -119,6 +129,7 @@ private:
 
     const Surface& fSource;
     const PixelRect fFrom, fTo;
+    const clipping_rect fUsed;  // the part of the bitmap that is drawn
     const Paint& fPaint;
     const double fScaleX, fScaleY;
     const bool fSmooth, fStraight;
@@ -156,9 +167,9 @@ clipping_rect copy_rows(const Target& target, const Surface& source, const Pixel
 
 clipping_rect draw_sampled(const Target& target, const Paint& paint, const Sampler& sampler)
 {
-    // The bitmap stands for the pattern.
+    // The bitmap stands for the pattern, which only has to be one that needs a row writer.
     Paint bitmapPaint = paint;
-    bitmapPaint.pattern = B_SOLID_HIGH;
+    bitmapPaint.pattern = B_MIXED_COLORS;
     bitmapPaint.gradient = nullptr;
     const Brush brush(bitmapPaint);
     if (uint32(paint.mode) > B_OP_ALPHA)
@@ -223,21 +234,23 @@ clipping_rect DrawBitmap(const Target& target, const Paint& paint, const Surface
         source.height < 1 || BytesPerRow(source.space, 1) == 0)
         return kNoPixels;
     const PixelRect fromPixels = rounded(from), toPixels = rounded(to);
-    if (source.bits == target.surface->bits) {
-        // A surface drawn onto itself is read from a copy.
-        const size_t size = size_t(source.bytesPerRow) * source.height;
-        const std::unique_ptr<uint8[]> bits(new (std::nothrow) uint8[size]);
-        if (bits == nullptr)
+    const bool straight = is_straight(fromPixels, toPixels, paint);
+    if (source.bits == target.surface->bits || (!straight && source.space != B_RGBA32)) {
+        // A surface drawn onto itself is read from a copy; pixels are picked one by one from a
+        // space that is quick to read.
+        const size_t size = size_t(source.width) * source.height;
+        const std::unique_ptr<uint32[]> pixels(new (std::nothrow) uint32[size]);
+        if (pixels == nullptr)
             return kNoPixels;
-        memcpy(bits.get(), source.bits, size);
-        Surface copy = source;
-        copy.bits = bits.get();
+        for (int32 y = 0; y < source.height; y++)
+            read_pixels(source, 0, y, source.width, pixels.get() + size_t(y) * source.width);
+        const Surface copy = {reinterpret_cast<uint8*>(pixels.get()), source.width * 4,
+                              source.width, source.height, B_RGBA32};
         return DrawBitmap(target, paint, copy, from, to, options);
     }
-    const Sampler sampler(source, fromPixels, toPixels, paint, options);
-    if (paint.mode == B_OP_COPY && sampler.IsStraight() &&
-        is_plain_copy(source.space, target.surface->space))
+    if (paint.mode == B_OP_COPY && straight && is_plain_copy(source.space, target.surface->space))
         return copy_rows(target, source, fromPixels, toPixels);
+    const Sampler sampler(source, fromPixels, toPixels, paint, options);
     return draw_sampled(target, paint, sampler);
 }
 

@@ -344,23 +344,15 @@ Pattern kind_of(const pattern& bits)
 
 }  // namespace
 
-Brush::Brush(const Paint& paint)
-    : color(pixel_of(paint.high)), high(color), low(pixel_of(paint.low)), paint(paint)
+void Brush::_FreeGradient()
 {
-    plain = paint.mode == B_OP_COPY && paint.gradient == nullptr &&
-            kind_of(paint.pattern) == Pattern::High;
-    if (plain) {
-        span = kModes[B_OP_COPY].solid;
-        row = kModes[B_OP_COPY].row;
-    } else {
-        _Prepare();
-    }
+    delete gradient;
 }
-
-Brush::~Brush() = default;
 
 void Brush::_Prepare()
 {
+    high = color;
+    low = pixel_of(paint.low);
     const uint32 index = uint32(paint.mode);
     if (index > B_OP_ALPHA) {
         empty = true;
@@ -376,7 +368,7 @@ void Brush::_Prepare()
     }
 
     if (paint.gradient != nullptr && !(mode.masked && index != B_OP_OVER)) {
-        gradient = std::make_unique<GradientColors>(*paint.gradient);
+        gradient = new GradientColors(*paint.gradient);
         span = gradient_span;
         return;
     }

@@ -295,8 +295,9 @@ bool for_each_part(const PathOps& path, Part part)
 
 bool has_curves(const PathOps& path)
 {
-    return std::find(path.ops, path.ops + path.opCount, uint8(kPathBezierTo)) !=
-           path.ops + path.opCount;
+    const int32 count = path.ops != nullptr ? std::max(path.opCount, 0) : 0;
+    const uint8* end = path.ops + count;
+    return std::find(path.ops, end, uint8(kPathBezierTo)) != end;
 }
 
 }  // namespace

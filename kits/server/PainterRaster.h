@@ -128,13 +128,19 @@ inline void draw_run(const Pen& pen, const clipping_rect& box, int32 y, int64 le
 template <class Pen>
 inline void draw_box(const Pen& pen, const clipping_rect& box)
 {
-    for (int32 y = box.top; y <= box.bottom; y++)
-        pen.Run(y, box.left, box.right);
+    if constexpr (std::is_same_v<Pen, PlainPen>) {
+        fill_box(pen.raster.At(box.left, box.top), pen.raster.pitch, box.right - box.left + 1,
+                 box.bottom - box.top + 1, pen.color);
+    } else {
+        for (int32 y = box.top; y <= box.bottom; y++)
+            pen.Run(y, box.left, box.right);
+    }
 }
 
-inline bool has_32_bits(color_space space)
+inline bool can_draw_directly(const Surface& surface)
 {
-    return space == B_RGBA32 || space == B_RGB32;
+    return (surface.space == B_RGBA32 || surface.space == B_RGB32) &&
+           ((uintptr_t(surface.bits) | uint32(surface.bytesPerRow)) & 3) == 0;
 }
 
 // The pixels of `box` of a surface as 32-bit ones. For another colour space they are a copy;
@@ -143,7 +149,7 @@ class Pixels32 {
 public:
     Pixels32(const Surface& surface, const clipping_rect& box)
     {
-        if (has_32_bits(surface.space))
+        if (can_draw_directly(surface))
             raster = {uintptr_t(surface.bits), surface.bytesPerRow};
         else
             _Convert(surface, box);

@@ -22,7 +22,7 @@ clipping_rect rounded(const BRect& rect)
                   pixel_at(rect.bottom));
 }
 
-clipping_rect fill_box(const Target& target, const Brush& brush, const clipping_rect& box)
+clipping_rect paint_box(const Target& target, const Brush& brush, const clipping_rect& box)
 {
     return paint_shape(target, brush, box, [](const auto& pen, const clipping_rect& part) {
         draw_box(pen, part);
@@ -36,7 +36,7 @@ clipping_rect fill_frame(const Target& target, const Brush& brush, const clippin
     if (is_empty(outer))
         return kNoPixels;
     if (is_empty(inner))
-        return fill_box(target, brush, outer);
+        return paint_box(target, brush, outer);
     return paint_shape(target, brush, outer, [&](const auto& pen, const clipping_rect& part) {
         const clipping_rect sides[] = {
             {outer.left, outer.top, outer.right, inner.top - 1},
@@ -88,7 +88,7 @@ clipping_rect FillRect(const Target& target, const Paint& paint, BRect rect)
     if (has_transform(paint))
         return fill_transformed_rect(target, paint, rect);
     const clipping_rect box = rounded(rect);
-    return is_empty(box) ? kNoPixels : fill_box(target, Brush(paint), box);
+    return is_empty(box) ? kNoPixels : paint_box(target, Brush(paint), box);
 }
 
 clipping_rect FillRegion(const Target& target, const Paint& paint, const BRegion& region)
@@ -103,7 +103,7 @@ clipping_rect FillRegion(const Target& target, const Paint& paint, const BRegion
                             fill_transformed_rect(target, paint, BRect(rect.left, rect.top,
                                                                        rect.right, rect.bottom)));
         else
-            changed = unite(changed, fill_box(target, brush, rect));
+            changed = unite(changed, paint_box(target, brush, rect));
     }
     return changed;
 }
