@@ -1,2 +1,1 @@
-file(GLOB painter CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/kits/server/Painter*.cpp)
-list(APPEND sources ${painter})
+file(GLOB hidden_sources CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/kits/server/Painter*.cpp)
