@@ -287,9 +287,15 @@ extern "C" char* Extract(const char* s, const char* sep)
     if (position == 0) {
         put_text(slot, s, strnlen(s, kSlotText));
     } else {
+        const size_t left_length = position - 1;
         char* left = take_mid();
-        put_mid_of(left, s, static_cast<int32_t>(position - 1));
-        put_text(slot, left, strnlen(left, kSlotText));
+        put_mid_of(left, s, static_cast<int32_t>(left_length));
+        // What the piece holds need not be read back from it, unless the search wrote over its text
+        // or the piece has no terminator of its own.
+        if (in_ring(s) || left_length > kSlotText)
+            put_text(slot, left, strnlen(left, kSlotText));
+        else
+            put_text(slot, s, left_length);
     }
     return slot;
 }

@@ -7,7 +7,9 @@
 #include <climits>
 #include <clocale>
 #include <cmath>
+#include <cstdlib>
 #include <cstring>
+#include <filesystem>
 #include <limits>
 #include <string>
 #include <vector>
@@ -176,22 +178,45 @@ TEST(Conversions, TextToNumbers)
     EXPECT_EQ(Cdbl((std::string(1022, '0') + "12").c_str()), 1);
 }
 
+// Sets a locale with a decimal comma, if need be one compiled for the occasion.
+static bool set_comma_locale(const std::filesystem::path& folder)
+{
+    for (const char* name : { "de_DE.UTF-8", "de_DE", "fr_FR.UTF-8" }) {
+        if (setlocale(LC_ALL, name) != nullptr)
+            return true;
+    }
+    const std::string command
+        = "localedef -i de_DE -f UTF-8 '" + (folder / "de_DE.UTF-8").string() + "' >&2";
+    if (system(command.c_str()) != 0)
+        return false;
+    setenv("LOCPATH", folder.c_str(), 1);
+    const bool is_set = setlocale(LC_ALL, "de_DE.UTF-8") != nullptr;
+    unsetenv("LOCPATH");
+    return is_set;
+}
+
 // A toolkit underneath, or the program, may set a locale with another decimal point.
 TEST(Conversions, NoLocaleReachesThem)
 {
-    const char* const names[] = { "de_DE.UTF-8", "de_DE", "fr_FR.UTF-8", "ru_RU.UTF-8" };
-    bool found = false;
-    for (const char* name : names)
-        found = found || setlocale(LC_ALL, name) != nullptr;
+    std::string folder = (std::filesystem::temp_directory_path() / "plinth-XXXXXX").string();
+    ASSERT_NE(mkdtemp(folder.data()), nullptr);
+    const bool is_set = set_comma_locale(folder);
+    if (is_set) {
+        char comma[16];
+        snprintf(comma, sizeof(comma), "%.1f", 1.5);
+        EXPECT_STREQ(comma, "1,5");
+    }
     EXPECT_STREQ(Str(1234.5), "1234.5");
+    EXPECT_STREQ(Cstr(1234.5), "1234,5");
     EXPECT_STREQ(Format(1234.5, "%.2f"), "1234.50");
-    EXPECT_STREQ(Format(1234567.5, "%'10.2e"), "  1.23e+06");
+    EXPECT_STREQ(Format(1234567.5, "%10.2e"), "  1.23e+06");
     EXPECT_STREQ(Format(1234567.5, "%'.1f"), "1234567.5");
     EXPECT_EQ(Val("1.5"), 1.5);
     EXPECT_EQ(Val("0x1.8p0"), 1.5);
     EXPECT_EQ(Cdbl("1,5"), 1.5);
     EXPECT_EQ(printed(1.5), "1.5");
     setlocale(LC_ALL, "C");
-    if (!found)
-        GTEST_SKIP() << "no locale with a decimal comma is installed";
+    std::filesystem::remove_all(folder);
+    if (!is_set)
+        GTEST_SKIP() << "no locale with a decimal comma";
 }
