@@ -19,7 +19,7 @@
 namespace BPrivate __attribute__((visibility("hidden"))) {
 
 struct Drag {
-    std::unique_ptr<BMessage> message;
+    std::shared_ptr<const BMessage> message;
     std::unique_ptr<BBitmap> image;
     BPoint offset;
     WindowData* source;
@@ -95,15 +95,6 @@ void start_drag(WindowData* source, std::unique_ptr<BMessage> message,
         sDrag = std::move(drag);
 }
 
-bool dragged_message(BMessage* message)
-{
-    std::lock_guard<std::mutex> lock(sLock);
-    if (sDrag == nullptr)
-        return false;
-    *message = *sDrag->message;
-    return true;
-}
-
 bool drag_event(WindowData* grabbed, const server::Event& event)
 {
     std::lock_guard<std::mutex> lock(sLock);
@@ -124,9 +115,9 @@ bool drag_event(WindowData* grabbed, const server::Event& event)
     sDrag->over = over;
     server::Event own = event;
     own.under = nullptr;  // the window below gets its share here
-    grabbed->PostInput(own, over != grabbed);
+    grabbed->PostInput(own, over != grabbed, sDrag->message);
     if (over != nullptr && over != grabbed)
-        over->PostInput(below, false);
+        over->PostInput(below, false, sDrag->message);
     if (event.kind == server::EventKind::MouseUp && event.buttons == 0) {
         drop(*sDrag, over, event.underWhere, event.screenWhere);
         sDrag.reset();

@@ -39,8 +39,6 @@ void start_drag(WindowData* source, std::unique_ptr<BMessage> message,
 // A pointer event that `grabbed` got: posts it there and to the window under the pointer. False,
 // and nothing posted, if nothing is dragged.
 bool drag_event(WindowData* grabbed, const server::Event& event);
-// The message being dragged, for a move.
-bool dragged_message(BMessage* message);
 // Posts the event to the window that it names as the one under the pointer.
 void pass_to_window_below(const server::Event& event);
 

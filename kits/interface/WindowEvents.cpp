@@ -59,9 +59,10 @@ static void add_key_fields(BMessage* message, const server::Event& event)
         message->AddInt32("be:key_repeat", event.repeat);
 }
 
-InputMessage::InputMessage(const server::Event& event, bool isOutside,
+InputMessage::InputMessage(const server::Event& event, bool isOutside, const Dragged& dragged,
                            const std::shared_ptr<OpenMove>& open)
-    : BMessage(input_code(event)), fEvent(event), fOpen(open), fIsOutside(isOutside)
+    : BMessage(input_code(event)), fEvent(event), fDragged(dragged), fOpen(open),
+      fIsOutside(isOutside)
 {
     _Fill();
 }
@@ -84,9 +85,10 @@ const server::Event& InputMessage::Close()
     return fEvent;
 }
 
-bool InputMessage::CanBecome(const server::Event& event, bool isOutside) const
+bool InputMessage::CanBecome(const server::Event& event, bool isOutside,
+                             const Dragged& dragged) const
 {
-    return fIsOutside == isOutside && fEvent.buttons == event.buttons
+    return fIsOutside == isOutside && fDragged == dragged && fEvent.buttons == event.buttons
         && fEvent.modifiers == event.modifiers;
 }
 
@@ -110,6 +112,8 @@ void InputMessage::_Fill()
             AddInt32("modifiers", fEvent.modifiers);
             if (what == B_MOUSE_DOWN)
                 AddInt32("clicks", fEvent.clicks);
+            if (what == B_MOUSE_MOVED && fDragged != nullptr)
+                AddMessage("be:drag_message", fDragged.get());
             break;
         case B_MOUSE_WHEEL_CHANGED:
             AddFloat("be:wheel_delta_x", fEvent.wheelX);
@@ -160,19 +164,21 @@ void WindowData::PostResized(float width, float height, bigtime_t when)
 
 // Queues an event of keyboard or pointer. A move takes the place of one that waits at the end of
 // the input, unless a view wants them all.
-void WindowData::PostInput(const server::Event& event, bool isOutside)
+void WindowData::PostInput(const server::Event& event, bool isOutside,
+                           const InputMessage::Dragged& dragged)
 {
     const bool isMove = event.kind == server::EventKind::MouseMoved;
     {
         std::lock_guard<std::mutex> lock(openMove->lock);
         InputMessage* last = openMove->message;
-        if (isMove && last != nullptr && !wantsHistory && last->CanBecome(event, isOutside)) {
+        if (isMove && last != nullptr && !wantsHistory
+            && last->CanBecome(event, isOutside, dragged)) {
             last->Replace(event);
             return;
         }
         openMove->message = nullptr;
     }
-    auto message = std::make_unique<InputMessage>(event, isOutside, openMove);
+    auto message = std::make_unique<InputMessage>(event, isOutside, dragged, openMove);
     if (isMove) {
         std::lock_guard<std::mutex> lock(openMove->lock);
         openMove->message = message.get();

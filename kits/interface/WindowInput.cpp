@@ -163,9 +163,6 @@ void BWindow::_DeliverMove(InputMessage* message, const server::Event& event)
         if (next != nullptr && next->what == B_MOUSE_MOVED)
             return;
     }
-    BMessage dragged;
-    if (event.buttons != 0 && BPrivate::dragged_message(&dragged))
-        message->AddMessage("be:drag_message", &dragged);
     _UpdateCursor();
     _DeliverTransit(message, event, under);
 }

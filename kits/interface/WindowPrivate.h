@@ -41,8 +41,11 @@ struct OpenMove {
 // its turn, so the fields hold places in the window until then.
 class [[gnu::visibility("hidden")]] InputMessage : public BMessage {
 public:
-    // `isOutside`: the window sees it only because a button is held.
-    InputMessage(const server::Event& event, bool isOutside, const std::shared_ptr<OpenMove>& open);
+    using Dragged = std::shared_ptr<const BMessage>;
+
+    // `isOutside`: the window sees it only because a button is held. `dragged` may be null.
+    InputMessage(const server::Event& event, bool isOutside, const Dragged& dragged,
+                 const std::shared_ptr<OpenMove>& open);
     virtual ~InputMessage();
 
     // No newer event takes its place from here on.
@@ -50,13 +53,14 @@ public:
     bool IsOutside() const { return fIsOutside; }
 
     // Under the lock of the open move.
-    bool CanBecome(const server::Event& event, bool isOutside) const;
+    bool CanBecome(const server::Event& event, bool isOutside, const Dragged& dragged) const;
     void Replace(const server::Event& event);
 
 private:
     void _Fill();
 
     server::Event fEvent;
+    Dragged fDragged;
     std::shared_ptr<OpenMove> fOpen;
     bool fIsOutside;
     bool fIsStale = false;
@@ -131,7 +135,8 @@ struct [[gnu::visibility("hidden")]] WindowData : public server::EventSink {
     void Post(uint32 what) { Post(std::make_unique<BMessage>(what)); }
     void PostMoved(BPoint place, bigtime_t when);
     void PostResized(float width, float height, bigtime_t when);
-    void PostInput(const server::Event& event, bool isOutside);
+    void PostInput(const server::Event& event, bool isOutside,
+                   const InputMessage::Dragged& dragged = nullptr);
 
     bool Holds(const BView* view) const;
     // The view that gets the pointer until the last button is up; null if none.
