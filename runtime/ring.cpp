@@ -46,10 +46,14 @@ void put_empty_mid(char* result, int32_t count)
 template <class Copy>
 static void put_pieces(const char* text, size_t first, size_t last, size_t width, Copy copy)
 {
-    for (size_t i = first; i <= last; i++, text++) {
-        char* slot = walk_slot(i);
-        copy(slot, text);
+    char* slot = walk_slot(first);
+    char* const end = StrFunction + kSlots * kSlotSize;
+    for (const char* at = text; at <= text + (last - first); at++) {
+        copy(slot, at);
         slot[width] = '\0';
+        slot += 2 * kSlotSize;
+        if (slot >= end)
+            slot -= kSlots * kSlotSize;
     }
 }
 
@@ -68,6 +72,8 @@ static void put_pieces_of(const char* text, size_t first, size_t last, size_t wi
 static void leave_pieces(const char* text, size_t length, size_t width, size_t first, size_t last)
 {
     const size_t kWidest = 16;
+    if (first > last)
+        return;
     if (width > kWidest) {
         for (size_t i = first; i <= last; i++)
             put_mid(walk_slot(i), text + i - 1, length - i + 1, static_cast<int32_t>(width));
@@ -86,8 +92,10 @@ static void leave_pieces(const char* text, size_t length, size_t width, size_t f
         put_pieces_of<4>(from, first, last, width);
     else if (width >= 2)
         put_pieces_of<2>(from, first, last, width);
+    else if (width == 1)
+        put_pieces(from, first, last, 1, [](char* to, const char* at) { to[0] = *at; });
     else
-        put_pieces(from, first, last, width, [=](char* to, const char* at) { to[0] = *at; });
+        put_pieces(from, first, last, 0, [](char*, const char*) {});
 }
 
 // Leaves the ring as `tried` Mids of `width` characters leave it that begin at the first, second
@@ -152,27 +160,43 @@ static size_t walk_each(const char* text, size_t length, size_t positions, const
     return 0;
 }
 
-static const char* find_text(const char* text, size_t length, const char* find, size_t find_length)
+static const char* find_text(const char* text, const char* find, size_t find_length)
 {
-    if (find_length == 1)
-        return static_cast<const char*>(memchr(text, find[0], length));
-    return strstr(text, find);
+    return find_length == 1 ? strchr(text, find[0]) : strstr(text, find);
 }
 
-size_t walk_for(const char* text, size_t length, size_t positions, const char* find,
-    size_t find_length)
+// The search when its pieces may get in the way of its texts.
+static size_t walk_with_care(const char* text, size_t before, const char* find, size_t find_length)
 {
+    const size_t length = strlen(text);
+    const size_t positions = before + length;
     if (find_length > positions || positions == 0)
         return 0;
     if (is_disturbed(text, length, find_length, positions)
         || is_disturbed(find, find_length, find_length, positions)
         || (find_length > kSlotSize && may_run_on(find, find_length)))
         return walk_each(text, length, positions, find, find_length);
-
-    const char* hit = nullptr;
-    if (find_length <= kSlotSize)
-        hit = find_text(text, length, find, find_length);
-    size_t position = hit == nullptr ? 0 : hit - text + 1;
+    const char* hit = find_length > kSlotSize ? nullptr : find_text(text, find, find_length);
+    const size_t position = hit == nullptr ? 0 : hit - text + 1;
     leave_walk(text, length, find_length, hit == nullptr ? positions : position);
     return position;
+}
+
+size_t walk_for(const char* text, size_t before, const char* find)
+{
+    const size_t find_length = strlen(find);
+    if (in_ring(text) || in_ring(find) || find_length > kSlotSize)
+        return walk_with_care(text, before, find, find_length);
+    if (before == 0 && text[0] == '\0')
+        return 0;
+    const char* hit = find_text(text, find, find_length);
+    if (hit != nullptr) {
+        const size_t position = hit - text + 1;
+        leave_walk(text, position - 1 + find_length, find_length, position);
+        return position;
+    }
+    const size_t length = strlen(text);
+    if (find_length <= before + length)
+        leave_walk(text, length, find_length, before + length);
+    return 0;
 }

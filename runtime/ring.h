@@ -86,11 +86,10 @@ inline void put_mid_of(char* result, const char* source, int32_t count)
     terminate(result, count);
 }
 
-// Searches `text` (`length` bytes) as a walk does that makes a Mid of every position, compares it
-// with `find` and goes no further than `positions`. Returns the 1-based position of the first
-// match, 0 if there is none; the ring is left as the walk leaves it.
-size_t walk_for(const char* text, size_t length, size_t positions, const char* find,
-    size_t find_length);
+// Searches `text` as a walk does that makes a Mid of every position, compares it with `find` and
+// gives up after as many positions as the text and `before` more bytes have. Returns the 1-based
+// position of the first match, 0 if there is none; the ring is left as the walk leaves it.
+size_t walk_for(const char* text, size_t before, const char* find);
 
 // Positions of a walk that are further back than this leave nothing: each takes a pair of slots.
 constexpr size_t kPairs = kSlots / 2;

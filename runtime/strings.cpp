@@ -87,11 +87,9 @@ extern "C" int32_t Instr(int32_t offset, const char* s, const char* find)
 {
     s = text_or_empty(s);
     find = text_or_empty(find);
-    const size_t length = strlen(s);
     // Outside the text there is nothing, as at its end.
-    const size_t skipped = offset < 0 ? length : std::min<size_t>(offset, length);
-    return static_cast<int32_t>(
-        walk_for(s + skipped, length - skipped, length, find, strlen(find)));
+    const size_t skipped = offset < 0 ? strlen(s) : strnlen(s, offset);
+    return static_cast<int32_t>(walk_for(s + skipped, skipped, find));
 }
 
 extern "C" int32_t Len(const char* s)
@@ -282,8 +280,7 @@ extern "C" char* Extract(const char* s, const char* sep)
     s = text_or_empty(s);
     sep = text_or_empty(sep);
     char* slot = GetNextTab();
-    const size_t length = strlen(s);
-    const size_t position = walk_for(s, length, length, sep, strlen(sep));
+    const size_t position = walk_for(s, 0, sep);
     if (position == 0) {
         put_text(slot, s, strnlen(s, kSlotText));
     } else {
@@ -378,8 +375,7 @@ extern "C" char* Replace(const char* s, const char* find, const char* repl)
     work.Append(s, rest_count);
     for (int substitutions = 1; substitutions <= kMaxSubstitutions; substitutions++) {
         const size_t find_length = strlen(find);
-        const size_t position
-            = walk_for(work.Text(), work.Length(), work.Length(), find, find_length);
+        const size_t position = walk_for(work.Text(), 0, find);
         if (position == 0)
             break;
         substitute(&work, position, find_length, repl, static_cast<int32_t>(rest_count));
