@@ -162,7 +162,12 @@ move_and_resize() {
     expect_frame "200 240 350 260"
     mark
     # By its title, with the mouse.
-    xdotool mousemove 300 230 mousedown 1 mousemove 310 240 mousemove 340 260 mouseup 1
+    xdotool mousemove 300 230 mousedown 1
+    for step in 10 20 30 40; do
+        sleep 0.1
+        xdotool mousemove $((300 + step)) $((230 + step))
+    done
+    xdotool mouseup 1
     expect 'moved [0-9]+ [0-9]+'
     read -r x y w h < <(client_frame)
     expect "moved $x $y"
@@ -181,8 +186,8 @@ minimize() {
 activation() {
     xdotool windowactivate --sync "$window"
     expect activated
-    start_other
     mark
+    start_other
     xdotool windowactivate --sync "$other"
     expect deactivated
     mark
