@@ -182,9 +182,8 @@ static size_t walk_with_care(const char* text, size_t before, const char* find, 
     return position;
 }
 
-size_t walk_for(const char* text, size_t before, const char* find)
+size_t walk_for(const char* text, size_t before, const char* find, size_t find_length)
 {
-    const size_t find_length = strlen(find);
     if (in_ring(text) || in_ring(find) || find_length > kSlotSize)
         return walk_with_care(text, before, find, find_length);
     if (before == 0 && text[0] == '\0')

@@ -89,7 +89,7 @@ inline void put_mid_of(char* result, const char* source, int32_t count)
 // Searches `text` as a walk does that makes a Mid of every position, compares it with `find` and
 // gives up after as many positions as the text and `before` more bytes have. Returns the 1-based
 // position of the first match, 0 if there is none; the ring is left as the walk leaves it.
-size_t walk_for(const char* text, size_t before, const char* find);
+size_t walk_for(const char* text, size_t before, const char* find, size_t find_length);
 
 // Positions of a walk that are further back than this leave nothing: each takes a pair of slots.
 constexpr size_t kPairs = kSlots / 2;

@@ -89,7 +89,7 @@ extern "C" int32_t Instr(int32_t offset, const char* s, const char* find)
     find = text_or_empty(find);
     // Outside the text there is nothing, as at its end.
     const size_t skipped = offset < 0 ? strlen(s) : strnlen(s, offset);
-    return static_cast<int32_t>(walk_for(s + skipped, skipped, find));
+    return static_cast<int32_t>(walk_for(s + skipped, skipped, find, strlen(find)));
 }
 
 extern "C" int32_t Len(const char* s)
@@ -280,19 +280,22 @@ extern "C" char* Extract(const char* s, const char* sep)
     s = text_or_empty(s);
     sep = text_or_empty(sep);
     char* slot = GetNextTab();
-    const size_t position = walk_for(s, 0, sep);
+    const size_t position = walk_for(s, 0, sep, strlen(sep));
     if (position == 0) {
         put_text(slot, s, strnlen(s, kSlotText));
     } else {
         const size_t left_length = position - 1;
+        const auto count = static_cast<int32_t>(left_length);
         char* left = take_mid();
-        put_mid_of(left, s, static_cast<int32_t>(left_length));
         // What the piece holds need not be read back from it, unless the search wrote over its text
         // or the piece has no terminator of its own.
-        if (in_ring(s) || left_length > kSlotText)
-            put_text(slot, left, strnlen(left, kSlotText));
-        else
+        if (!in_ring(s) && left_length <= kSlotText) {
+            put_mid(left, s, left_length, count);
             put_text(slot, s, left_length);
+        } else {
+            put_mid_of(left, s, count);
+            put_text(slot, left, strnlen(left, kSlotText));
+        }
     }
     return slot;
 }
@@ -312,14 +315,16 @@ public:
         fText[fLength] = '\0';
         fIsFull |= taken < length;
     }
-    // Puts `text` between the first `left` and the last `right` bytes, of which it keeps `kept`.
-    void Splice(size_t left, const char* text, size_t length, size_t right, size_t kept)
+    // Puts `text` between the first `left` bytes and the `kept` bytes at `after`.
+    void Splice(size_t left, const char* text, size_t length, size_t after, size_t kept)
     {
-        char rest[kWorkText];
-        copy_bytes(rest, fText + fLength - right, kept);
-        fLength = left;
-        Append(text, length);
-        Append(rest, kept);
+        const size_t taken = std::min(length, kWorkText - left);
+        const size_t rest = std::min(kept, kWorkText - left - taken);
+        copy_bytes(fText + left + taken, fText + after, rest);
+        copy_bytes(fText + left, text, taken);
+        fLength = left + taken + rest;
+        fText[fLength] = '\0';
+        fIsFull |= taken + rest < length + kept;
     }
     bool operator==(const WorkText& other) const
     {
@@ -332,14 +337,28 @@ private:
     bool fIsFull = false;
 };
 
+// A text whose length is measured once, unless it lies in the ring and may change.
+class Pattern {
+public:
+    explicit Pattern(const char* text)
+        : fText(text_or_empty(text)), fLength(strlen(fText)), fInRing(in_ring(fText)) {}
+    const char* Text() const { return fText; }
+    size_t Length() const { return fInRing ? strlen(fText) : fLength; }
+
+private:
+    const char* fText;
+    size_t fLength;
+    bool fInRing;
+};
+
 // Replaces the match at `position` as two Mids and their joining do.
-static void substitute(WorkText* work, size_t position, size_t find_length, const char* repl,
+static void substitute(WorkText* work, size_t position, size_t find_length, const Pattern& repl,
     int32_t rest_count)
 {
     const size_t left_length = position - 1;
-    const size_t after = left_length + find_length;
     // A search that wrote over its own pattern may match more than there is.
-    const size_t right_length = work->Length() - std::min(after, work->Length());
+    const size_t after = std::min(left_length + find_length, work->Length());
+    const size_t right_length = work->Length() - after;
     char* left = take_mid();
     put_mid(left, work->Text(), work->Length(), static_cast<int32_t>(left_length));
     char* rest = take_mid();
@@ -350,12 +369,12 @@ static void substitute(WorkText* work, size_t position, size_t find_length, cons
 
     const size_t kept = std::min<size_t>(right_length, rest_count);
     if (left_length < kSlotSize) {
-        work->Splice(left_length, repl, strlen(repl), right_length, kept);
+        work->Splice(left_length, repl.Text(), repl.Length(), after, kept);
         return;
     }
     WorkText joined;  // the left piece goes on with what follows its slot
     joined.Append(left, strlen(left));
-    joined.Append(repl, strlen(repl));
+    joined.Append(repl.Text(), repl.Length());
     joined.Append(rest, kept);
     *work = joined;
 }
@@ -366,19 +385,19 @@ static void substitute(WorkText* work, size_t position, size_t find_length, cons
 extern "C" char* Replace(const char* s, const char* find, const char* repl)
 {
     s = text_or_empty(s);
-    find = text_or_empty(find);
-    repl = text_or_empty(repl);
+    const Pattern pattern(find);
+    const Pattern replacement(repl);
     char* slot = GetNextTab();
     const size_t rest_count = strnlen(s, kSlotSize);
     WorkText work;
     WorkText earlier;  // the text after the last power of two of substitutions
     work.Append(s, rest_count);
     for (int substitutions = 1; substitutions <= kMaxSubstitutions; substitutions++) {
-        const size_t find_length = strlen(find);
-        const size_t position = walk_for(work.Text(), 0, find);
+        const size_t find_length = pattern.Length();
+        const size_t position = walk_for(work.Text(), 0, pattern.Text(), find_length);
         if (position == 0)
             break;
-        substitute(&work, position, find_length, repl, static_cast<int32_t>(rest_count));
+        substitute(&work, position, find_length, replacement, static_cast<int32_t>(rest_count));
         if (work.IsFull() || (substitutions > kFewSubstitutions && work == earlier))
             break;
         if (substitutions >= kFewSubstitutions && (substitutions & (substitutions - 1)) == 0)
