@@ -208,9 +208,9 @@ TEST_F(Windows, KeysReachSlot13WithModifiers)
             inject_key(row.held, true);
         inject_key(row.key, true);
         inject_key(row.key, false);
+        EXPECT_TRUE(eventually([] { return sKey != -1; })) << "key " << row.key;
         if (row.held != 0)
             inject_key(row.held, false);
-        EXPECT_TRUE(eventually([] { return sKey != -1; })) << "key " << row.key;
         EXPECT_EQ(static_cast<int32_t>(sKey), row.code) << "key " << row.key;
         EXPECT_EQ((sKey >> 32) & row.modifiers, row.modifiers) << "key " << row.key;
     }
