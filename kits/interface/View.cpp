@@ -244,14 +244,6 @@ status_t BView::AllArchived(BMessage* archive) const
 void BView::MessageReceived(BMessage* message)
 {
     switch (message->what) {
-    case B_VIEW_MOVED:
-        fData->moveTold = false;
-        FrameMoved(fData->leftTop);
-        break;
-    case B_VIEW_RESIZED:
-        fData->resizeTold = false;
-        FrameResized(fData->bounds.Width(), fData->bounds.Height());
-        break;
     case BPrivate::kInvalidateLater: {
         BRect rect;
         if (message->FindRect("rect", &rect) == B_OK)

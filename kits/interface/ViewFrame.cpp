@@ -97,6 +97,16 @@ static void tell(BView* view, ViewData& data, uint32 what)
     told = data.window.load()->PostMessage(&message, view) == B_OK;
 }
 
+void ViewPrivate::FrameChanged(BView* view, uint32 what)
+{
+    ViewData& data = *view->fData;
+    (what == B_VIEW_MOVED ? data.moveTold : data.resizeTold) = false;
+    if (what == B_VIEW_MOVED)
+        view->FrameMoved(data.leftTop);
+    else
+        view->FrameResized(data.bounds.Width(), data.bounds.Height());
+}
+
 void ViewPrivate::Reshape(BView* view, BPoint leftTop, float width, float height, Repaint repaint)
 {
     ViewData& data = *view->fData;

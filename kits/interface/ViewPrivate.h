@@ -343,6 +343,9 @@ struct [[gnu::visibility("hidden")]] ViewPrivate {
     // Moves the focus for a Tab that nobody else wanted.
     static bool Navigate(BView* view, bool backwards, bool jump);
 
+    // Dispatch of B_VIEW_MOVED and B_VIEW_RESIZED: the hook is told the newest frame.
+    static void FrameChanged(BView* view, uint32 what);
+
     // For a pointer message before its hook runs: place in the window, buttons after it.
     static void TrackPointer(BView* view, BPoint windowPoint, uint32 buttons);
 

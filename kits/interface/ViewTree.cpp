@@ -44,7 +44,8 @@ void ViewPrivate::Attach(BView* branch, BWindow* window, Canvas* canvas)
         BView* view = ref.View();
         ViewData& data = *ref.Data();
         window->AddHandler(view);
-        view->SetNextHandler(data.isTop ? static_cast<BHandler*>(window) : data.parent);
+        const bool hangsInWindow = data.isTop || data.parent->fData->isTop;
+        view->SetNextHandler(hangsInWindow ? static_cast<BHandler*>(window) : data.parent);
         data.SetCanvas(canvas);
         data.window = window;
         if (data.eventMask != 0)

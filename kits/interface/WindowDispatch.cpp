@@ -128,7 +128,7 @@ static const char* key_text(const BMessage* message, int32* length)
 bool BWindow::_DispatchToView(BMessage* message, BView* view)
 {
     BPoint where;
-    int32 transit, length, width, height;
+    int32 transit, length;
     switch (message->what) {
         case B_KEY_DOWN:
             if (!_KeyDown(message)) {
@@ -157,15 +157,8 @@ bool BWindow::_DispatchToView(BMessage* message, BView* view)
             }
             return true;
         case B_VIEW_MOVED:
-            if (message->FindPoint("where", &where) != B_OK)
-                return false;
-            view->FrameMoved(where);
-            return true;
         case B_VIEW_RESIZED:
-            if (message->FindInt32("width", &width) != B_OK
-                || message->FindInt32("height", &height) != B_OK)
-                return false;
-            view->FrameResized(width, height);
+            ViewPrivate::FrameChanged(view, message->what);
             return true;
         case B_PULSE:
             view->Pulse();

@@ -123,7 +123,7 @@ const uint32 B_FOLLOW_LEFT_TOP = 0x1212;
 /* A part of a window, or of a bitmap that takes views: it draws and takes input there. Calls of an
    attached view want the window locked, but for Window() and LockLooper(). Frames are whole pixels:
    what is given is rounded; Bounds() are the view's own coordinates, whose left top corner moves
-   when it scrolls. A coordinate belongs to the pixel of its floor.
+   when it scrolls. What is drawn goes to the nearest pixels.
 
    Children clip their parent, unless it has B_DRAW_ON_CHILDREN; a view later in its parent's list
    lies in front of the earlier ones. A child with B_TRANSPARENT_BACKGROUND clips nobody. Drawing
