@@ -135,8 +135,16 @@ ScreenWindow* QtDisplay::Create(const WindowSpec& spec, EventSink* sink)
 
 bool QtDisplay::Post(std::function<void()> task)
 {
-    return fQueue != nullptr &&
-           QMetaObject::invokeMethod(fQueue, std::move(task), Qt::QueuedConnection);
+    if (fQueue == nullptr)
+        return false;
+    // Qt sends its requests off when it handles events of the X server. A task may be followed by
+    // none for long.
+    auto run = [this, task = std::move(task)] {
+        task();
+        if (fX11 != nullptr)
+            fX11->Flush();
+    };
+    return QMetaObject::invokeMethod(fQueue, std::move(run), Qt::QueuedConnection);
 }
 
 void QtDisplay::Discard(QtWindow* window)

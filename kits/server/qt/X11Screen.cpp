@@ -131,6 +131,8 @@ void X11Screen::_Tell(uint32 window, uint32 message, uint32 first, uint32 second
     xcb_flush(fConnection);
 }
 
+void X11Screen::Flush() { xcb_flush(fConnection); }
+
 void X11Screen::ActivateWorkspace(int32 workspace)
 {
     _Tell(fRoot, fCurrent, uint32(workspace));

@@ -22,6 +22,8 @@ public:
     static std::unique_ptr<X11Screen> Connect();
     ~X11Screen() override;
 
+    // Sends waiting requests to the server.
+    void Flush();
     void ActivateWorkspace(int32 workspace);
     // `workspaces` is a set of bits; X has a window on one workspace or on all.
     void SetWorkspaces(uint32 window, uint32 workspaces);
