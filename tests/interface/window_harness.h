@@ -200,39 +200,39 @@ public:
 
     void FrameMoved(BPoint place) override
     {
-        fLog.Add(CurrentMessage(), "moved %g,%g", place.x, place.y);
+        fLog.Add(_Current(), "moved %g,%g", place.x, place.y);
         if (onMoved)
             onMoved();
     }
     void FrameResized(float width, float height) override
     {
-        fLog.Add(CurrentMessage(), "resized %g,%g", width, height);
+        fLog.Add(_Current(), "resized %g,%g", width, height);
         if (onResized)
             onResized();
     }
     void Minimize(bool minimize) override
     {
-        fLog.Add(CurrentMessage(), "minimize %d", minimize);
+        fLog.Add(_Current(), "minimize %d", minimize);
         if (acceptsMinimize)
             BWindow::Minimize(minimize);
     }
     using BWindow::Zoom;
     void Zoom(BPoint origin, float width, float height) override
     {
-        fLog.Add(CurrentMessage(), "zoom %g,%g %g,%g", origin.x, origin.y, width, height);
+        fLog.Add(_Current(), "zoom %g,%g %g,%g", origin.x, origin.y, width, height);
         BWindow::Zoom(origin, width, height);
     }
     void WindowActivated(bool active) override
     {
-        fLog.Add(CurrentMessage(), "window active %d", active);
+        fLog.Add(_Current(), "window active %d", active);
     }
     void WorkspaceActivated(int32 workspace, bool active) override
     {
-        fLog.Add(CurrentMessage(), "workspace %d %d", int(workspace), active);
+        fLog.Add(_Current(), "workspace %d %d", int(workspace), active);
     }
     void WorkspacesChanged(uint32 before, uint32 after) override
     {
-        fLog.Add(CurrentMessage(), "workspaces %u %u", before, after);
+        fLog.Add(_Current(), "workspaces %u %u", before, after);
     }
     void Show() override
     {
@@ -253,7 +253,7 @@ public:
     void MenusEnded() override { fLog.Add(nullptr, "menus ended"); }
     bool QuitRequested() override
     {
-        fLog.Add(CurrentMessage(), "quit requested");
+        fLog.Add(_Current(), "quit requested");
         return !onQuitRequested || onQuitRequested();
     }
     void MessageReceived(BMessage* message) override
@@ -270,6 +270,12 @@ public:
     }
 
 private:
+    // Hooks that a program calls itself have none.
+    const BMessage* _Current() const
+    {
+        return Thread() == find_thread(nullptr) ? CurrentMessage() : nullptr;
+    }
+
     Log& fLog;
 };
 

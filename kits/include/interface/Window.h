@@ -198,7 +198,8 @@ public:
     void CenterOnScreen(screen_id id);
     void MoveOnScreen(uint32 flags = 0);
 
-    /* Calls count: a window is visible after as many Show() as Hide() and one more. */
+    /* Hide() counts: the window is visible again after as many Show(). Show() of a visible window
+       changes nothing; the first one makes the window visible and starts its thread. */
     virtual void Show();
     virtual void Hide();
     bool IsHidden() const;
