@@ -100,12 +100,15 @@ void Canvas::_Clear(const clipping_rect& rect)
 
 // Waiting for Draw().
 
+static const int32 kMostInvalidRects = 16;
+
 void Canvas::Invalidate(const clipping_rect& rect)
 {
     const clipping_rect held = intersection(rect, _Bounds());
     if (fOffscreen || empty(held))
         return;
     fInvalid.Include(held);
+    _KeepInvalidSimple();
     fWindow->_ScheduleUpdate();
 }
 
@@ -119,7 +122,15 @@ void Canvas::Invalidate(const BRegion& region)
     if (held.CountRects() == 0)
         return;
     fInvalid.Include(&held);
+    _KeepInvalidSimple();
     fWindow->_ScheduleUpdate();
+}
+
+// Many scattered pieces cost more to keep apart than to draw as one.
+void Canvas::_KeepInvalidSimple()
+{
+    if (fInvalid.CountRects() > kMostInvalidRects)
+        fInvalid.Set(fInvalid.FrameInt());
 }
 
 void Canvas::MoveInvalid(const clipping_rect& area, int32 dx, int32 dy)

@@ -73,6 +73,7 @@ private:
         void operator()(uint8* buffer) const { std::free(buffer); }
     };
 
+    void _KeepInvalidSimple();
     void _GrowDirty(const clipping_rect& box);
     void _DrawView(BView* view);
     void _DrawBackground(BView* view, const BRegion& dirty);

@@ -40,6 +40,7 @@ bool BWindow::_DispatchToWindow(BMessage* message)
         case kUpdateMessage:
             fData->updatePosted = false;
             _Update();
+            fData->nextUpdate = system_time() + server::FrameInterval();
             return true;
         case B_PULSE:
             return _Pulse();
@@ -203,8 +204,14 @@ void BWindow::_ScheduleUpdate()
     // While updates are off, or nobody can see them, the invalid region just waits.
     if (fData->offscreen || fData->updatesDisabled > 0 || IsHidden())
         return;
-    if (!fData->updatePosted.exchange(true))
+    if (fData->updatePosted.exchange(true))
+        return;
+    if (system_time() >= fData->nextUpdate) {
         fData->Post(kUpdateMessage);
+    } else {
+        fData->updateDelayed = true;
+        _SchedulePresent();
+    }
 }
 
 void BWindow::_Update()
@@ -293,8 +300,14 @@ void BWindow::Sync() const
 
 bigtime_t BWindow::_Idle()
 {
-    const bigtime_t present = _Present(false);
+    bigtime_t next = _Present(false);
     const bigtime_t now = system_time();
+    if (fData->updateDelayed && now >= fData->nextUpdate) {
+        fData->updateDelayed = false;
+        fData->Post(kUpdateMessage);
+    } else if (fData->updateDelayed) {
+        next = std::min(next, fData->nextUpdate);
+    }
     if (now >= fData->nextPulse) {
         // A pulse that nobody had time for is left out; the others keep their time.
         fData->nextPulse += (now - fData->nextPulse) / fData->pulseRate * fData->pulseRate
@@ -304,7 +317,7 @@ bigtime_t BWindow::_Idle()
             fData->Post(B_PULSE);
         }
     }
-    return std::min(present, fData->nextPulse);
+    return std::min(next, fData->nextPulse);
 }
 
 // Pulses.

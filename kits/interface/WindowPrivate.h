@@ -172,7 +172,9 @@ struct [[gnu::visibility("hidden")]] WindowData : public server::EventSink {
     bool screenActive = false;       // under the lock of count_active()
 
     // Update cycle.
-    std::atomic<bool> updatePosted{false};
+    std::atomic<bool> updatePosted{false};  // or waiting for nextUpdate
+    bool updateDelayed = false;
+    bigtime_t nextUpdate = 0;  // the views draw at most once a display frame
     int32 updatesDisabled = 0;
     int32 transactions = 0;
 
