@@ -4,7 +4,13 @@
 // Drawing into memory. Every function runs on the calling thread and touches nothing but the
 // surface, so it may be used by whoever holds the lock of the surface's owner. Coordinates are
 // those of the surface (the view has already applied origin, scale and its place in the window).
-// Shapes are not anti-aliased; rectangles include their right and bottom pixels.
+// Shapes are not anti-aliased; rectangles include their right and bottom pixels. Coordinates are
+// rounded to whole pixels, halves upwards; NaN draws nothing, and any other number is fine. A
+// function paints no pixel twice, and exactly those of its unclipped picture that the clip holds.
+//
+// Modes: B_OP_OVER, ERASE, INVERT and SELECT paint only where the pattern has the high colour, and
+// where a bitmap is not transparent. ADD, SUBTRACT, BLEND, MIN and MAX work on each component; the
+// greater alpha stays. B_OP_COPY writes a colour's alpha as it is.
 
 #include <AffineTransform.h>
 #include <Point.h>
@@ -60,13 +66,14 @@ clipping_rect StrokeEllipse(const Target& target, const Paint& paint, BPoint cen
                             float yRadius);
 clipping_rect FillEllipse(const Target& target, const Paint& paint, BPoint center, float xRadius,
                           float yRadius);
-// Angles in degrees, counter-clockwise from three o'clock.
+// Angles in degrees, counter-clockwise from three o'clock. A filled arc is a pie.
 clipping_rect StrokeArc(const Target& target, const Paint& paint, BPoint center, float xRadius,
                         float yRadius, float startAngle, float arcAngle);
 clipping_rect FillArc(const Target& target, const Paint& paint, BPoint center, float xRadius,
                       float yRadius, float startAngle, float arcAngle);
 clipping_rect StrokePolygon(const Target& target, const Paint& paint, const BPoint* points,
                             int32 count, bool closed);
+// The pixels inside, by the paint's fill rule, and those of the thin closed outline.
 clipping_rect FillPolygon(const Target& target, const Paint& paint, const BPoint* points,
                           int32 count);
 clipping_rect StrokeBezier(const Target& target, const Paint& paint, const BPoint points[4]);

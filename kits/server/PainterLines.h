@@ -20,7 +20,8 @@ inline Int floor_div(Int value, Int divisor)
 // same pixels drawn either way.
 class ThinLine {
 public:
-    ThinLine(int64 x0, int64 y0, int64 x1, int64 y1) : fSteep(std::abs(y1 - y0) > std::abs(x1 - x0))
+    ThinLine(int64 x0, int64 y0, int64 x1, int64 y1)
+        : fSteep(std::abs(y1 - y0) > std::abs(x1 - x0))
     {
         if (fSteep ? y0 > y1 : x0 > x1) {
             std::swap(x0, x1);

@@ -9,7 +9,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <string>
+#include <sstream>
 
 #include "interface/ShapeData.h"
 
@@ -81,34 +81,32 @@ namespace {
 
 class Recorder : public BShapeIterator {
 public:
-    std::string log;
+    std::ostringstream log;
     status_t answer = B_OK;
 
     virtual status_t IterateMoveTo(BPoint* point)
     {
-        log += "M" + std::to_string(int(point->x)) + " ";
+        log << 'M' << point->x << ' ';
         return answer;
     }
     virtual status_t IterateLineTo(int32 count, BPoint* points)
     {
-        log += "L" + std::to_string(count) + ":" + std::to_string(int(points[count - 1].x)) + " ";
+        log << 'L' << count << ':' << points[count - 1].x << ' ';
         return answer;
     }
     virtual status_t IterateBezierTo(int32 count, BPoint* points)
     {
-        log += "B" + std::to_string(count) + ":" + std::to_string(int(points[3 * count - 1].x)) +
-               " ";
+        log << 'B' << count << ':' << points[3 * count - 1].x << ' ';
         return answer;
     }
     virtual status_t IterateClose()
     {
-        log += "Z ";
+        log << "Z ";
         return answer;
     }
     virtual status_t IterateArcTo(float& rx, float&, float&, bool large, bool counter, BPoint& end)
     {
-        log += "A" + std::to_string(int(rx)) + (large ? "l" : "") + (counter ? "c" : "") + ":" +
-               std::to_string(int(end.x)) + " ";
+        log << 'A' << rx << (large ? "l" : "") << (counter ? "c" : "") << ':' << end.x << ' ';
         return answer;
     }
 };
@@ -134,11 +132,11 @@ TEST(Shapes, IterationGathersLinesAndStopsWhereAHookSaysSo)
     BShape shape = sample_shape();
     Recorder all;
     EXPECT_EQ(all.Iterate(&shape), B_OK);
-    EXPECT_EQ(all.log, "M2 L2:4 B1:7 A10l:20 Z L1:30 ");
+    EXPECT_EQ(all.log.str(), "M2 L2:4 B1:7 A10l:20 Z L1:30 ");
     Recorder stopped;
     stopped.answer = B_ERROR;
     EXPECT_EQ(stopped.Iterate(&shape), B_ERROR);
-    EXPECT_EQ(stopped.log, "M2 ");
+    EXPECT_EQ(stopped.log.str(), "M2 ");
     EXPECT_EQ(stopped.Iterate(nullptr), B_BAD_VALUE);
     EXPECT_EQ(shape.CurrentPosition(), BPoint(30, 8));
     shape.Close();

@@ -129,7 +129,8 @@ Paint any_paint(std::mt19937& random, int round)
 
 bool pattern_bit(const Paint& paint, int x, int y)
 {
-    const int column = (x - int(paint.patternPhase.x)) & 7, row = (y - int(paint.patternPhase.y)) & 7;
+    const int column = (x - int(paint.patternPhase.x)) & 7;
+    const int row = (y - int(paint.patternPhase.y)) & 7;
     return (paint.pattern.data[row] >> (7 - column) & 1) != 0;
 }
 
