@@ -3,15 +3,14 @@
 #include <Entry.h>
 
 #include <errno.h>
-#include <fcntl.h>
 #include <stdio.h>
 #include <stdlib.h>
 #include <string.h>
 #include <sys/stat.h>
-#include <unistd.h>
 
 #include <string>
 
+#include <Directory.h>
 #include <Path.h>
 #include <StorageDefs.h>
 
@@ -82,6 +81,12 @@ BEntry::BEntry()
 {
 }
 
+BEntry::BEntry(const BDirectory* dir, const char* path, bool traverse)
+    : BEntry()
+{
+    SetTo(dir, path, traverse);
+}
+
 BEntry::BEntry(const entry_ref* ref, bool traverse)
     : BEntry()
 {
@@ -128,6 +133,18 @@ status_t BEntry::GetStat(struct stat* stat) const
     if (stat == nullptr)
         return fail(EINVAL);
     return lstat(fPath, stat) == 0 ? B_OK : host_failure();
+}
+
+status_t BEntry::SetTo(const BDirectory* dir, const char* path, bool traverse)
+{
+    if (dir == nullptr || path == nullptr || path[0] == '/')
+        return _Adopt(fail(EINVAL), nullptr);
+    BEntry entry;
+    status_t status = dir->GetEntry(&entry);
+    std::string resolved;
+    if (status == B_OK)
+        status = resolve_entry(join(entry.fPath, path), traverse, &resolved);
+    return _Adopt(status, resolved.c_str());
 }
 
 status_t BEntry::SetTo(const entry_ref* ref, bool traverse)
@@ -188,6 +205,15 @@ status_t BEntry::GetParent(BEntry* entry) const
     return entry->SetTo(directory_of(fPath).c_str());
 }
 
+status_t BEntry::GetParent(BDirectory* dir) const
+{
+    if (dir == nullptr)
+        return fail(EINVAL);
+    BEntry parent;
+    status_t status = GetParent(&parent);
+    return status == B_OK ? dir->SetTo(&parent) : status;
+}
+
 status_t BEntry::GetName(char* buffer) const
 {
     if (fPath == nullptr)
@@ -205,6 +231,15 @@ status_t BEntry::Rename(const char* path, bool clobber)
     if (path == nullptr)
         return fail(EINVAL);
     return _MoveTo(path[0] == '/' ? path : join(directory_of(fPath), path).c_str(), clobber);
+}
+
+status_t BEntry::MoveTo(BDirectory* dir, const char* path, bool clobber)
+{
+    if (fPath == nullptr)
+        return B_NO_INIT;
+    BEntry target;
+    status_t status = target.SetTo(dir, path == nullptr ? leaf_of(fPath) : path);
+    return status == B_OK ? _MoveTo(target.fPath, clobber) : status;
 }
 
 status_t BEntry::Remove()
@@ -233,21 +268,7 @@ BEntry& BEntry::operator=(const BEntry& item)
 
 status_t BEntry::set_stat(struct stat& stat, uint32 what)
 {
-    if (fPath == nullptr)
-        return B_NO_INIT;
-    int result = -1;
-    if (what == kStatMode) {
-        result = chmod(fPath, stat.st_mode & kPermissionBits);
-    } else if (what == kStatOwner) {
-        result = lchown(fPath, stat.st_uid, static_cast<gid_t>(-1));
-    } else if (what == kStatGroup) {
-        result = lchown(fPath, static_cast<uid_t>(-1), stat.st_gid);
-    } else {
-        timespec times[2] = { { 0, UTIME_OMIT }, { 0, UTIME_OMIT } };
-        times[what == kStatModified] = what == kStatModified ? stat.st_mtim : stat.st_atim;
-        result = utimensat(AT_FDCWD, fPath, times, AT_SYMLINK_NOFOLLOW);
-    }
-    return result == 0 ? B_OK : host_failure();
+    return fPath == nullptr ? B_NO_INIT : apply_stat(fPath, stat, what);
 }
 
 status_t BEntry::_Adopt(status_t status, const char* path)

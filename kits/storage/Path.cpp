@@ -9,6 +9,7 @@
 #include <string>
 #include <string_view>
 
+#include <Directory.h>
 #include <TypeConstants.h>
 
 #include "Directories.h"
@@ -47,6 +48,12 @@ BPath::BPath(const char* dir, const char* leaf, bool normalize)
     SetTo(dir, leaf, normalize);
 }
 
+BPath::BPath(const BDirectory* dir, const char* leaf, bool normalize)
+    : BPath()
+{
+    SetTo(dir, leaf, normalize);
+}
+
 BPath::~BPath()
 {
     free(fPath);
@@ -79,6 +86,19 @@ status_t BPath::SetTo(const char* path, const char* leaf, bool normalize)
     if (leaf == nullptr || leaf[0] == '\0')
         return _Resolve(path, normalize);
     return _Resolve(join(path[0] == '\0' ? "." : path, leaf).c_str(), normalize);
+}
+
+status_t BPath::SetTo(const BDirectory* dir, const char* leaf, bool normalize)
+{
+    if (dir == nullptr)
+        return _Adopt(fail(EINVAL), nullptr);
+    BEntry entry;
+    status_t status = dir->GetEntry(&entry);
+    if (status == B_OK)
+        status = SetTo(&entry);
+    if (status != B_OK)
+        return _Adopt(status, nullptr);
+    return leaf == nullptr ? B_OK : Append(leaf, normalize);
 }
 
 void BPath::Unset()

@@ -1,7 +1,9 @@
 #ifndef STORAGE_STAT_FIELDS_H
 #define STORAGE_STAT_FIELDS_H
 
-#include <sys/types.h>
+#include <SupportDefs.h>
+
+struct stat;
 
 namespace storage __attribute__((visibility("hidden"))) {
 
@@ -15,6 +17,9 @@ enum StatField {
 };
 
 constexpr mode_t kPermissionBits = 07777;
+
+// Applies one field to the node at `path`; links are not followed.
+status_t apply_stat(const char* path, const struct stat& stat, uint32 field);
 
 }  // namespace storage
 

@@ -3,7 +3,9 @@
 #include <Statable.h>
 
 #include <errno.h>
+#include <fcntl.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <Node.h>
 
@@ -128,4 +130,21 @@ status_t BStatable::SetAccessTime(time_t atime)
     struct stat info = {};
     info.st_atime = atime;
     return set_stat(info, kStatAccessed);
+}
+
+status_t storage::apply_stat(const char* path, const struct stat& stat, uint32 field)
+{
+    int result = -1;
+    if (field == kStatMode) {
+        result = chmod(path, stat.st_mode & kPermissionBits);
+    } else if (field == kStatOwner) {
+        result = lchown(path, stat.st_uid, static_cast<gid_t>(-1));
+    } else if (field == kStatGroup) {
+        result = lchown(path, static_cast<uid_t>(-1), stat.st_gid);
+    } else {
+        timespec times[2] = { { 0, UTIME_OMIT }, { 0, UTIME_OMIT } };
+        times[field == kStatModified] = field == kStatModified ? stat.st_mtim : stat.st_atim;
+        result = utimensat(AT_FDCWD, path, times, AT_SYMLINK_NOFOLLOW);
+    }
+    return result == 0 ? B_OK : host_failure();
 }

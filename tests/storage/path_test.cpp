@@ -1,5 +1,6 @@
 // Entries, refs and paths of the storage kit.
 
+#include <Directory.h>
 #include <Entry.h>
 #include <Node.h>
 #include <Path.h>
@@ -8,6 +9,7 @@
 #include <gtest/gtest.h>
 
 #include <cerrno>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -165,4 +167,52 @@ TEST_F(Storage, EntriesMoveAndGo)
     EXPECT_EQ(file.Remove(), B_OK);
     EXPECT_FALSE(file.Exists());
     EXPECT_EQ(file.Remove(), B_ENTRY_NOT_FOUND);
+}
+
+TEST_F(Storage, DirectoriesListTheirEntries)
+{
+    BDirectory folder(fFolder.c_str());
+    ASSERT_EQ(folder.InitCheck(), B_OK);
+    EXPECT_EQ(folder.CountEntries(), 3);
+    std::set<std::string> names;
+    BEntry entry;
+    while (folder.GetNextEntry(&entry) == B_OK)
+        names.insert(entry.Name());
+    EXPECT_EQ(names, (std::set<std::string> { "dir", "link", "loop" }));
+    EXPECT_EQ(folder.GetNextEntry(&entry), B_ENTRY_NOT_FOUND);
+    EXPECT_EQ(folder.Rewind(), B_OK);
+    entry_ref ref;
+    EXPECT_EQ(folder.GetNextRef(&ref), B_OK);
+    EXPECT_EQ(names.count(ref.name), 1u);
+
+    EXPECT_EQ(BDirectory(At("/dir/file").c_str()).InitCheck(), B_NOT_A_DIRECTORY);
+    EXPECT_EQ(BDirectory(At("/none").c_str()).InitCheck(), B_ENTRY_NOT_FOUND);
+    EXPECT_EQ(BDirectory().CountEntries(), B_NO_INIT);
+    EXPECT_TRUE(BDirectory("/").IsRootDirectory());
+}
+
+TEST_F(Storage, PathsAndEntriesStartAtADirectory)
+{
+    BDirectory folder(fFolder.c_str());
+    EXPECT_STREQ(BPath(&folder).Path(), fFolder.c_str());
+    EXPECT_STREQ(BPath(&folder, "dir/../new").Path(), At("/new").c_str());
+    EXPECT_EQ(BPath(&folder, "/new").InitCheck(), B_BAD_VALUE);
+    EXPECT_TRUE(folder.Contains("dir/file", B_FILE_NODE));
+    EXPECT_FALSE(folder.Contains("dir/file", B_DIRECTORY_NODE));
+    EXPECT_FALSE(folder.Contains("missing"));
+    BDirectory made;
+    EXPECT_EQ(folder.CreateDirectory("made", &made), B_OK);
+    EXPECT_EQ(folder.CreateDirectory("made", nullptr), B_FILE_EXISTS);
+    BEntry file(&folder, "dir/file");
+    EXPECT_EQ(file.MoveTo(&made), B_OK);
+    EXPECT_STREQ(BPath(&file).Path(), At("/made/file").c_str());
+    BDirectory parent;
+    EXPECT_EQ(file.GetParent(&parent), B_OK);
+    EXPECT_TRUE(parent == made);
+    BNode node(&file), link(&folder, "link");
+    EXPECT_TRUE(node.IsFile());
+    EXPECT_TRUE(link.IsSymLink());
+    EXPECT_EQ(node.Lock(), B_OK);
+    EXPECT_EQ(BNode(&file).Lock(), B_BUSY);
+    EXPECT_EQ(node.Unlock(), B_OK);
 }
