@@ -64,8 +64,9 @@ void BPrivate::tell_application()
 
 BPrivate::WindowStyle BPrivate::style_of_type(window_type type)
 {
+    const int32 wanted = static_cast<int32>(type);
     const auto* row = std::find_if(std::begin(kTypes), std::end(kTypes),
-        [=](const TypeRow& candidate) { return candidate.type == static_cast<int32>(type); });
+        [=](const TypeRow& candidate) { return candidate.type == wanted; });
     if (row == std::end(kTypes))
         row = kTypes;
     return {row->look, row->feel};
