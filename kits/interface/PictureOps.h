@@ -76,6 +76,8 @@ struct Span {
     int32 count;
 };
 
+const int kMaxPictureDepth = 32;  // of pictures in pictures
+
 struct [[gnu::visibility("hidden")]] PictureData {
     std::vector<uint8> bytes;
     std::vector<std::shared_ptr<const BBitmap>> bitmaps;          // drawn by index

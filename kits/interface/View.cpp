@@ -1,5 +1,5 @@
 // Views: birth, archive, messages and hooks. The rest has a file for each family: ViewTree,
-// ViewFrame, ViewState, ViewClip, ViewDraw, ViewInput, ViewLayout.
+// ViewFrame, ViewState, ViewClip, ViewDraw, ViewBitmaps, ViewInput, ViewLayout.
 
 #include <View.h>
 

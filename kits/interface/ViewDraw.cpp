@@ -3,15 +3,12 @@
 
 #include <View.h>
 
-#include <Bitmap.h>
 #include <Gradient.h>
 #include <Picture.h>
 #include <Polygon.h>
 #include <Shape.h>
 
-#include <interface/BitmapSurface.h>
 #include <interface/GradientMap.h>
-#include <interface/RegionAccess.h>
 #include <interface/ShapeData.h>
 #include <interface/ViewPrivate.h>
 
@@ -552,170 +549,6 @@ void BView::FillShape(BShape* shape, ::pattern pattern)
 void BView::FillShape(BShape* shape, const BGradient& gradient)
 {
     with_gradient(*fData, gradient, [&] { FillShape(shape); });
-}
-
-// Pixels.
-
-static clipping_rect pixels_of(const BRect& rect)
-{
-    const double limit = 1 << 29;
-    auto at = [&](float value) {
-        return std::isnan(value) ? 0 : int32(std::clamp(std::floor(double(value)), -limit, limit));
-    };
-    return {at(rect.left), at(rect.top), at(rect.right), at(rect.bottom)};
-}
-
-static BRect to_rect(const clipping_rect& rect)
-{
-    return BRect(rect.left, rect.top, rect.right, rect.bottom);
-}
-
-void BView::CopyBits(BRect src, BRect dst)
-{
-    ViewData& data = *fData;
-    if (!data.Begin(PictureOp::CopyBits, src, dst) || !src.IsValid() || !dst.IsValid())
-        return;
-    const clipping_rect source = pixels_of(data.MapPixels(src));
-    const clipping_rect target = pixels_of(data.MapPixels(dst));
-    const int32 dx = target.left - source.left, dy = target.top - source.top;
-    if (source.right + dx == target.right && source.bottom + dy == target.bottom) {
-        data.Touched(server::CopyRect(data.target, to_rect(source),
-                                      BPoint(target.left, target.top)));
-    } else {
-        // Another size: by way of a copy, since the two may overlap.
-        const server::Surface& pixels = *data.target.surface;
-        const clipping_rect held =
-            BPrivate::intersection(source, {0, 0, pixels.width - 1, pixels.height - 1});
-        if (BPrivate::empty(held))
-            return;
-        BBitmap copy(BRect(0, 0, held.right - held.left, held.bottom - held.top), 0, B_RGBA32);
-        if (!copy.IsValid())
-            return;
-        for (int32 y = held.top; y <= held.bottom; y++) {
-            memcpy(static_cast<uint8*>(copy.Bits()) +
-                       size_t(y - held.top) * size_t(copy.BytesPerRow()),
-                   pixels.bits + size_t(y) * size_t(pixels.bytesPerRow) + size_t(held.left) * 4,
-                   size_t(held.right - held.left + 1) * 4);
-        }
-        server::Paint paint;
-        data.Touched(server::DrawBitmap(data.target, paint, BPrivate::surface_of(copy),
-                                        to_rect(BPrivate::moved(source, -held.left, -held.top)),
-                                        to_rect(target), 0));
-    }
-    if (data.canvas->IsOffscreen())
-        return;
-    // What does not show, or waits to be drawn itself, left no picture to copy.
-    BRegion missing(to_rect(source));
-    missing.Exclude(&data.OwnVisible());
-    BRegion waiting(to_rect(source));
-    waiting.IntersectWith(&data.canvas->Invalid());
-    missing.Include(&waiting);
-    missing.OffsetBy(dx, dy);
-    BRegion reached(to_rect(target));
-    reached.IntersectWith(&data.OwnVisible());
-    missing.IntersectWith(&reached);
-    data.canvas->Invalidate(missing);
-}
-
-void BView::DrawBitmapAsync(const BBitmap* aBitmap, BRect bitmapRect, BRect viewRect,
-                            uint32 options)
-{
-    ViewData& data = *fData;
-    if (aBitmap == nullptr || !aBitmap->IsValid())
-        return;
-    if ((options & B_TILE_BITMAP) == B_TILE_BITMAP) {
-        DrawTiledBitmapAsync(aBitmap, viewRect);
-        return;
-    }
-    if (data.recording != nullptr) {
-        data.recording->AddBitmap(PictureOp::DrawBitmap, *aBitmap, bitmapRect, viewRect, options);
-        return;
-    }
-    if (!data.Ready() && !data.MakeReady())
-        return;
-    data.Touched(server::DrawBitmap(data.target, data.state.paint, BPrivate::surface_of(*aBitmap),
-                                    bitmapRect.OffsetByCopy(-aBitmap->Bounds().LeftTop()),
-                                    data.MapPixels(viewRect), options));
-}
-
-void BView::DrawBitmapAsync(const BBitmap* aBitmap, BRect bitmapRect, BRect viewRect)
-{
-    DrawBitmapAsync(aBitmap, bitmapRect, viewRect, 0);
-}
-
-void BView::DrawBitmapAsync(const BBitmap* aBitmap, BRect viewRect)
-{
-    if (aBitmap != nullptr)
-        DrawBitmapAsync(aBitmap, aBitmap->Bounds(), viewRect, 0);
-}
-
-void BView::DrawBitmapAsync(const BBitmap* aBitmap, BPoint where)
-{
-    if (aBitmap != nullptr)
-        DrawBitmapAsync(aBitmap, aBitmap->Bounds().OffsetToCopy(where));
-}
-
-void BView::DrawBitmapAsync(const BBitmap* aBitmap)
-{
-    DrawBitmapAsync(aBitmap, fData->state.pen);
-}
-
-void BView::DrawBitmap(const BBitmap* aBitmap, BRect bitmapRect, BRect viewRect, uint32 options)
-{
-    DrawBitmapAsync(aBitmap, bitmapRect, viewRect, options);
-}
-
-void BView::DrawBitmap(const BBitmap* aBitmap, BRect bitmapRect, BRect viewRect)
-{
-    DrawBitmapAsync(aBitmap, bitmapRect, viewRect, 0);
-}
-
-void BView::DrawBitmap(const BBitmap* aBitmap, BRect viewRect)
-{
-    DrawBitmapAsync(aBitmap, viewRect);
-}
-
-void BView::DrawBitmap(const BBitmap* aBitmap, BPoint where)
-{
-    DrawBitmapAsync(aBitmap, where);
-}
-
-void BView::DrawBitmap(const BBitmap* aBitmap)
-{
-    DrawBitmapAsync(aBitmap);
-}
-
-void BView::DrawTiledBitmapAsync(const BBitmap* aBitmap, BRect viewRect, BPoint phase)
-{
-    ViewData& data = *fData;
-    if (aBitmap == nullptr || !aBitmap->IsValid())
-        return;
-    BRect area = viewRect;
-    if (data.recording == nullptr) {
-        if (!data.Ready() && !data.MakeReady())
-            return;
-        // Only tiles that can show.
-        area = area & BRect(data.Unmap(BPoint(data.target.bounds.left, data.target.bounds.top)),
-                            data.Unmap(BPoint(data.target.bounds.right, data.target.bounds.bottom)));
-    }
-    if (!area.IsValid())
-        return;
-    const BRect bounds = aBitmap->Bounds();
-    const float width = bounds.Width() + 1, height = bounds.Height() + 1;
-    const BPoint start = viewRect.LeftTop() - phase;
-    const float firstX = start.x + std::floor((area.left - start.x) / width) * width;
-    const float firstY = start.y + std::floor((area.top - start.y) / height) * height;
-    for (float y = firstY; y <= area.bottom; y += height) {
-        for (float x = firstX; x <= area.right; x += width) {
-            const BRect tile = BRect(x, y, x + width - 1, y + height - 1) & viewRect;
-            DrawBitmapAsync(aBitmap, tile.OffsetByCopy(bounds.left - x, bounds.top - y), tile, 0);
-        }
-    }
-}
-
-void BView::DrawTiledBitmap(const BBitmap* aBitmap, BRect viewRect, BPoint phase)
-{
-    DrawTiledBitmapAsync(aBitmap, viewRect, phase);
 }
 
 // Text.
