@@ -22,6 +22,19 @@ clipping_rect rounded(const BRect& rect)
                   pixel_at(rect.bottom));
 }
 
+// The box of a rectangle with whole coordinates that are far from the ends of the numbers, which
+// most are.
+inline bool is_whole(const BRect& rect, clipping_rect* box)
+{
+    const float far = 1 << 24;
+    if (!(rect.left > -far && rect.top > -far && rect.right < far && rect.bottom < far &&
+          rect.left <= rect.right && rect.top <= rect.bottom))
+        return false;
+    *box = {int32(rect.left), int32(rect.top), int32(rect.right), int32(rect.bottom)};
+    return float(box->left) == rect.left && float(box->top) == rect.top &&
+           float(box->right) == rect.right && float(box->bottom) == rect.bottom;
+}
+
 clipping_rect paint_box(const Target& target, const Brush& brush, const clipping_rect& box)
 {
     return paint_shape(target, brush, box, [](const auto& pen, const clipping_rect& part) {
@@ -87,8 +100,25 @@ clipping_rect FillRect(const Target& target, const Paint& paint, BRect rect)
 {
     if (has_transform(paint))
         return fill_transformed_rect(target, paint, rect);
-    const clipping_rect box = rounded(rect);
-    return is_empty(box) ? kNoPixels : paint_box(target, Brush(paint), box);
+    clipping_rect box;
+    if (!is_whole(rect, &box)) {
+        box = rounded(rect);
+        if (is_empty(box))
+            return kNoPixels;
+    }
+    const Brush brush(paint);
+    // The usual case without the general one's preparations: small rectangles cost little else.
+    if (brush.plain && target.count == 1 && can_draw_directly(*target.surface)) {
+        const Surface& surface = *target.surface;
+        box = intersect(box, target.clip[0]);
+        if (is_empty(box))
+            return kNoPixels;
+        const Raster raster = {uintptr_t(surface.bits), surface.bytesPerRow};
+        fill_box(raster.At(box.left, box.top), raster.pitch, box.right - box.left + 1,
+                 box.bottom - box.top + 1, brush.color);
+        return box;
+    }
+    return paint_box(target, brush, box);
 }
 
 clipping_rect FillRegion(const Target& target, const Paint& paint, const BRegion& region)
