@@ -254,6 +254,10 @@ void compare_replacing()
                 char* slot = take();
                 const char* hit = strstr(s, sMark);
                 write_pieces(hit - 7, 1);
+                char* left = take();
+                memcpy(left, s, hit - s);
+                left[hit - s] = '\0';
+                take();
                 memcpy(slot, s, hit - s);
                 slot[hit - s] = '\0';
                 return slot;

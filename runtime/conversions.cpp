@@ -16,6 +16,7 @@
 
 static const size_t kNumberSize = 64;  // the private buffers of Hex and Bin
 static const size_t kCommaText = 1023;  // what Cdbl reads of its text
+static const size_t kShortNumber = 40;
 static const int32_t kMaxWidth = 4096;
 static const int32_t kMaxPrecision = 2000;  // no double has more digits than that
 
@@ -112,15 +113,34 @@ extern "C" double Val(const char* s)
     return strtod(s, nullptr);
 }
 
+static bool is_numeric(char c)
+{
+    return is_digit(c) || c == ',' || c == '.' || c == '-' || c == '+' || (c | 0x20) == 'e';
+}
+
+// Only the number itself is copied, unless it is long or goes on with a letter, as hexadecimals do.
 extern "C" double Cdbl(const char* s)
 {
     s = text_or_empty(s);
     char work[kCommaText + 1];
-    const size_t length = strnlen(s, kCommaText);
-    memcpy(work, s, length);
+    const char* at = s;
+    while (is_space(*at))
+        at++;
+    size_t length = 0;
+    for (; length < kShortNumber && is_numeric(*at); at++)
+        work[length++] = *at;
+    const bool is_whole = length < kShortNumber && (*at | 0x20) < 'a';
+    if (!is_whole || at - s > static_cast<ptrdiff_t>(kCommaText)) {
+        length = strnlen(s, kCommaText);
+        memcpy(work, s, length);
+    }
     work[length] = '\0';
-    if (void* comma = memchr(work, ',', length))
-        *static_cast<char*>(comma) = '.';
+    for (size_t i = 0; i < length; i++) {
+        if (work[i] == ',') {
+            work[i] = '.';
+            break;
+        }
+    }
     return Val(work);
 }
 

@@ -189,6 +189,20 @@ TEST_F(Channels, PrintFileKeptAsItIs)
     EXPECT_EQ(Bytes(), std::string("ab\0\0\0", 5));
 }
 
+TEST_F(Channels, TextsOfAnyLengthAreWritten)
+{
+    int64_t size = 0;
+    int32_t ch = OpenFile(fPath.c_str(), 1);
+    for (int length : { 1, 255, 256, 257, 1023, 1024, 1025, 1000000 }) {
+        const std::string text(length, 'x');
+        EXPECT_TRUE(WriteFile(ch, text.c_str()));
+        EXPECT_TRUE(PrintFile(ch, text.c_str()));
+        size += 2 * length + 3;
+        EXPECT_EQ(OpenFile((fPath + text).c_str(), 0), 0);
+    }
+    EXPECT_EQ(GetLof(ch), size);
+}
+
 TEST_F(Channels, SeekFileKeptFalse)
 {
     Put("0123456789");

@@ -174,6 +174,13 @@ TEST(Conversions, TextToNumbers)
     EXPECT_EQ(Cdbl("1,25"), 1.25);
     EXPECT_EQ(Cdbl("1.25"), 1.25);
     EXPECT_EQ(Cdbl("1,2,3"), 1.2);
+    EXPECT_EQ(Cdbl("  -,5 and more, it seems"), -0.5);
+    EXPECT_EQ(Cdbl("0x1,8p1"), 3);
+    EXPECT_EQ(Cdbl("1 e5"), 1);
+    EXPECT_EQ(Cdbl("1x,"), 1);
+    EXPECT_EQ(Cdbl("-inf,"), -kInfinity);
+    EXPECT_EQ(Cdbl((std::string(60, '0') + "1,5").c_str()), 1.5);
+    EXPECT_EQ(Cdbl((std::string(1020, ' ') + "1234").c_str()), 123);
     EXPECT_EQ(Cdbl(nullptr), 0);
     EXPECT_EQ(Cdbl((std::string(1022, '0') + "12").c_str()), 1);
 }
