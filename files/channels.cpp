@@ -20,7 +20,7 @@ struct FileRecord {
 
 int32_t dos_err = 0;
 
-static FileRecord* sLastUsed;  // the record found last; programs stay with a channel for a while
+static FileRecord* sRecent[64];  // records found last, by the low bits of their idents
 
 // Streams belong to one thread, so their locks are left out where the C library lets us.
 template <class Stream>
@@ -78,22 +78,27 @@ static int32_t index_of(const BList& list, int32_t ident)
     return found != end && (*found)->ident == ident ? static_cast<int32_t>(found - records) : -1;
 }
 
+static FileRecord*& recent(int32_t ch)
+{
+    return sRecent[static_cast<uint32_t>(ch) % std::size(sRecent)];
+}
+
 static FileRecord* look_up(int32_t ch)
 {
     BList* list = registry_list(kFiles);
     const int32_t index = list == nullptr ? -1 : index_of(*list, ch);
     if (index < 0)
         return nullptr;
-    sLastUsed = static_cast<FileRecord*>(list->ItemAtFast(index));
-    return sLastUsed;
+    return recent(ch) = static_cast<FileRecord*>(list->ItemAtFast(index));
 }
 
 // `call` is the exported call that looks.
 static inline FileRecord* FindFile(int32_t ch, const char* call)
 {
-    if (sLastUsed != nullptr && sLastUsed->ident == ch)
-        return sLastUsed;
-    FileRecord* record = look_up(ch);
+    FileRecord* record = recent(ch);
+    if (record != nullptr && record->ident == ch)
+        return record;
+    record = look_up(ch);
     if (record == nullptr)
         show_dbg(kNoSuchChannel, ch, call);
     return record;
@@ -140,14 +145,14 @@ extern "C" bool CloseFile(int32_t ch)
         show_dbg(kNoSuchChannel, ch, __func__);
         return false;
     }
-    sLastUsed = nullptr;
+    recent(ch) = nullptr;
     close_record(static_cast<FileRecord*>(list->RemoveItem(index)));
     return true;
 }
 
 void Close_All_File()
 {
-    sLastUsed = nullptr;
+    std::fill(std::begin(sRecent), std::end(sRecent), nullptr);
     BList* list = registry_list(kFiles);
     const int32_t count = list == nullptr ? 0 : list->CountItems();
     for (int32_t i = 0; i < count; i++)
