@@ -10,6 +10,7 @@
 #include <iterator>
 #include <stdio.h>
 #include <string.h>
+#include <sys/resource.h>
 
 static const int kLineSize = 256;  // with the terminator
 
@@ -104,6 +105,27 @@ static inline FileRecord* FindFile(int32_t ch, const char* call)
     return record;
 }
 
+// Lets the process have twice as many open files, as far as the system allows.
+static bool raise_file_limit()
+{
+    rlimit limit;
+    if (getrlimit(RLIMIT_NOFILE, &limit) != 0 || limit.rlim_cur >= limit.rlim_max)
+        return false;
+    limit.rlim_cur = limit.rlim_cur > limit.rlim_max / 2 ? limit.rlim_max : limit.rlim_cur * 2;
+    return setrlimit(RLIMIT_NOFILE, &limit) == 0;
+}
+
+static FILE* open_stream(const char* path, const char* mode)
+{
+    const int number = errno;
+    FILE* stream = fopen(path, mode);
+    while (stream == nullptr && errno == EMFILE && raise_file_limit())
+        stream = fopen(path, mode);
+    if (stream != nullptr)
+        errno = number;  // a success leaves it alone
+    return stream;
+}
+
 extern "C" int32_t OpenFile(const char* path, int32_t mode)
 {
     BList* list = registry_list(kFiles);
@@ -114,7 +136,7 @@ extern "C" int32_t OpenFile(const char* path, int32_t mode)
     auto* record = static_cast<FileRecord*>(MyAlloc(sizeof(FileRecord)));
     if (record == nullptr)
         return 0;
-    record->stream = fopen(text_or_empty(path), mode == 0 ? "r+" : "w+");
+    record->stream = open_stream(text_or_empty(path), mode == 0 ? "r+" : "w+");
     if (record->stream == nullptr) {
         keep_error(0, __func__);
         MyFree(record);
