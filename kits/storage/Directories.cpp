@@ -9,26 +9,44 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <deque>
 #include <map>
 #include <memory>
 #include <mutex>
 #include <utility>
 
+#include <Directory.h>
+#include <Entry.h>
 #include <StorageDefs.h>
 
 #include "HostErrors.h"
+#include "StorageAccess.h"
+
+using BPrivate::StorageAccess;
 
 namespace storage {
 
-struct KnownDirectories {
+// Device numbers travel in messages as 32 bits, which is all that the host uses of them.
+using NodeKey = std::pair<uint32, ino_t>;
+
+static NodeKey key_of(dev_t device, ino_t inode)
+{
+    return { static_cast<uint32>(device), inode };
+}
+
+static const size_t kKeptNodes = 16384;
+
+struct KnownPaths {
     std::mutex lock;
-    std::map<std::pair<dev_t, ino_t>, std::string> paths;  // lock
+    std::map<NodeKey, std::string> directories;  // lock
+    std::map<NodeKey, std::string> nodes;        // lock; all else
+    std::deque<NodeKey> oldest_first;            // lock; the keys of `nodes`
 };
 
-static KnownDirectories& known()
+static KnownPaths& known()
 {
-    static auto* directories = new KnownDirectories;  // outlives every static that holds a ref
-    return *directories;
+    static auto* paths = new KnownPaths;  // outlives every static that holds a ref
+    return *paths;
 }
 
 static status_t stat_directory(const std::string& path, struct stat* info)
@@ -36,6 +54,23 @@ static status_t stat_directory(const std::string& path, struct stat* info)
     if (stat(path.c_str(), info) != 0)
         return host_failure();
     return S_ISDIR(info->st_mode) ? B_OK : fail(ENOTDIR);
+}
+
+void remember_node(const std::string& path, const struct stat& info)
+{
+    const NodeKey key = key_of(info.st_dev, info.st_ino);
+    KnownPaths& paths = known();
+    std::lock_guard guard(paths.lock);
+    if (S_ISDIR(info.st_mode)) {
+        paths.directories[key] = path;
+        return;
+    }
+    if (paths.nodes.insert_or_assign(key, path).second)
+        paths.oldest_first.push_back(key);
+    if (paths.oldest_first.size() > kKeptNodes) {
+        paths.nodes.erase(paths.oldest_first.front());
+        paths.oldest_first.pop_front();
+    }
 }
 
 status_t remember_directory(const std::string& path, dev_t* device, ino_t* inode)
@@ -46,27 +81,97 @@ status_t remember_directory(const std::string& path, dev_t* device, ino_t* inode
         return status;
     *device = info.st_dev;
     *inode = info.st_ino;
-    KnownDirectories& directories = known();
-    std::lock_guard guard(directories.lock);
-    directories.paths[{ info.st_dev, info.st_ino }] = path;
+    remember_node(path, info);
     return B_OK;
 }
 
-status_t find_directory_path(dev_t device, ino_t inode, std::string* path)
+// What is remembered of a node, if that is still there.
+static status_t look_up(const std::map<NodeKey, std::string>& map, const NodeKey& key,
+                        std::string* path)
 {
     {
-        KnownDirectories& directories = known();
-        std::lock_guard guard(directories.lock);
-        auto found = directories.paths.find({ device, inode });
-        if (found == directories.paths.end())
+        std::lock_guard guard(known().lock);
+        auto found = map.find(key);
+        if (found == map.end())
             return fail(ENOENT);
         *path = found->second;
     }
     struct stat info;
-    status_t status = stat_directory(*path, &info);
-    if (status != B_OK)
-        return status;
-    return info.st_dev == device && info.st_ino == inode ? B_OK : fail(ENOENT);
+    if (lstat(path->c_str(), &info) != 0)
+        return host_failure();
+    return key_of(info.st_dev, info.st_ino) == key ? B_OK : fail(ENOENT);
+}
+
+status_t find_directory_path(dev_t device, ino_t inode, std::string* path)
+{
+    return look_up(known().directories, key_of(device, inode), path);
+}
+
+status_t find_node_path(dev_t device, ino_t inode, std::string* path)
+{
+    const NodeKey key = key_of(device, inode);
+    status_t status = look_up(known().directories, key, path);
+    return status == B_OK ? status : look_up(known().nodes, key, path);
+}
+
+void follow_moved_directory(const std::string& from, const std::string& to)
+{
+    KnownPaths& paths = known();
+    std::lock_guard guard(paths.lock);
+    for (auto* map : { &paths.directories, &paths.nodes }) {
+        for (auto& [key, path] : *map) {
+            if (path.compare(0, from.size(), from) == 0
+                && (path.size() == from.size() || path[from.size()] == '/'))
+                path.replace(0, from.size(), to);
+        }
+    }
+}
+
+status_t path_of_descriptor(int fd, std::string* path)
+{
+    char text[PATH_MAX];
+    ssize_t length = readlink(StorageAccess::HostPath(fd).text, text, sizeof(text));
+    if (length < 0)
+        return host_failure();
+    path->assign(text, length);
+    return B_OK;
+}
+
+status_t path_of(const entry_ref* ref, std::string* path)
+{
+    BEntry entry(ref);
+    return path_of(&entry, path);
+}
+
+status_t path_of(const BEntry* entry, std::string* path)
+{
+    if (entry == nullptr)
+        return fail(EINVAL);
+    if (entry->InitCheck() != B_OK)
+        return entry->InitCheck();
+    *path = StorageAccess::Path(*entry);
+    return B_OK;
+}
+
+status_t path_of(const BDirectory* dir, const char* relative, std::string* path)
+{
+    if (dir == nullptr || relative == nullptr || relative[0] == '/')
+        return fail(EINVAL);
+    if (dir->InitCheck() != B_OK)
+        return not_set();
+    status_t status = path_of_descriptor(StorageAccess::Descriptor(*dir), path);
+    if (status == B_OK && relative[0] != '\0')
+        *path = join(*path, relative);
+    return status;
+}
+
+status_t path_of(const BStatable& statable, std::string* path)
+{
+    if (auto* entry = dynamic_cast<const BEntry*>(&statable))
+        return path_of(entry, path);
+    auto* node = dynamic_cast<const BNode*>(&statable);
+    return node == nullptr ? fail(EINVAL)
+                           : path_of_descriptor(StorageAccess::Descriptor(*node), path);
 }
 
 std::string join(const std::string& directory, const std::string& leaf)

@@ -1,9 +1,16 @@
 #ifndef STORAGE_DIRECTORIES_H
 #define STORAGE_DIRECTORIES_H
 
+#include <sys/stat.h>
+
 #include <string>
 
 #include <SupportDefs.h>
+
+class BDirectory;
+class BEntry;
+class BStatable;
+struct entry_ref;
 
 namespace storage __attribute__((visibility("hidden"))) {
 
@@ -13,6 +20,22 @@ status_t remember_directory(const std::string& path, dev_t* device, ino_t* inode
 
 // The remembered path; B_ENTRY_NOT_FOUND when the directory was never met or has moved away.
 status_t find_directory_path(dev_t device, ino_t inode, std::string* path);
+
+// The same for any node, of which only the last thousands are kept unless they are directories.
+void remember_node(const std::string& path, const struct stat& info);
+status_t find_node_path(dev_t device, ino_t inode, std::string* path);
+
+// A directory moved: what was remembered below its old path is now below the new one.
+void follow_moved_directory(const std::string& from, const std::string& to);
+
+// The absolute path of what the object names or holds open.
+status_t path_of(const entry_ref* ref, std::string* path);
+status_t path_of(const BEntry* entry, std::string* path);
+status_t path_of(const BDirectory* dir, const char* relative, std::string* path);
+status_t path_of(const BStatable& statable, std::string* path);
+
+// The path of an open descriptor's node, as the host names it.
+status_t path_of_descriptor(int fd, std::string* path);
 
 // Makes `path` (relative paths start at the working directory) absolute, its directory part free of
 // links, "." and "..". The directory must exist, the leaf need not; with `traverse` a leaf that is

@@ -1,28 +1,70 @@
-// BEntryList and BDirectory.
+// BDirectory: scanning, finding and creating entries. The scan reads the host's records in large
+// pieces; entries are named by the path that the directory has when a piece is read.
 
 #include <Directory.h>
 
 #include <dirent.h>
 #include <errno.h>
+#include <fcntl.h>
+#include <limits.h>
 #include <string.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
+#include <memory>
+#include <new>
 #include <string>
+#include <utility>
 
-#include <Entry.h>
+#include <File.h>
 #include <Path.h>
+#include <SymLink.h>
 
 #include "Directories.h"
 #include "HostErrors.h"
+#include "StorageAccess.h"
 
 using namespace storage;
+using BPrivate::StorageAccess;
 
-BEntryList::BEntryList() {}
+static const int kDirectoryFlags = O_RDONLY | O_DIRECTORY | O_CLOEXEC;
+static const mode_t kNewDirectoryMode = 0777;
 
-BEntryList::~BEntryList() {}
+static bool is_dot_or_dots(const char* name)
+{
+    return name[0] == '.' && (name[1] == '\0' || (name[1] == '.' && name[2] == '\0'));
+}
+
+// The records of a directory's descriptor, one by one.
+class BDirectory::Scan {
+public:
+    // Null and B_OK at the end.
+    status_t Peek(int fd, const struct dirent64** record)
+    {
+        if (fNext == fEnd) {
+            const ssize_t size = getdents64(fd, fRecords, sizeof(fRecords));
+            if (size < 0 && errno != ENOENT)  // a removed directory is at its end
+                return host_failure();
+            fNext = 0;
+            fEnd = size < 0 ? 0 : size;
+            if (fEnd > 0 && path_of_descriptor(fd, &fPath) != B_OK)
+                return host_failure();
+        }
+        *record = fNext < fEnd ? reinterpret_cast<struct dirent64*>(fRecords + fNext) : nullptr;
+        return B_OK;
+    }
+    void Step(const struct dirent64& record) { fNext += record.d_reclen; }
+    const std::string& Path() const { return fPath; }
+
+private:
+    alignas(struct dirent64) char fRecords[64 * 1024];
+    ssize_t fNext = 0;
+    ssize_t fEnd = 0;
+    std::string fPath;  // the directory's, when the records were read
+};
 
 BDirectory::BDirectory()
-    : fStream(nullptr)
+    : fScan(nullptr)
 {
 }
 
@@ -64,213 +106,285 @@ BDirectory::BDirectory(const BDirectory* dir, const char* path)
 
 BDirectory::~BDirectory()
 {
-    _CloseStream();
+    delete fScan;
 }
 
 status_t BDirectory::SetTo(const entry_ref* ref)
 {
-    BEntry entry(ref, true);
-    return SetTo(&entry);
+    std::string path;
+    status_t status = path_of(ref, &path);
+    return status == B_OK ? SetTo(path.c_str()) : StorageAccess::Fail(*this, status);
 }
 
 status_t BDirectory::SetTo(const node_ref* nref)
 {
-    Unset();
     if (nref == nullptr)
-        return _CheckDirectory(fail(EINVAL));
+        return StorageAccess::Fail(*this, fail(EINVAL));
     std::string path;
     status_t status = find_directory_path(nref->device, nref->node, &path);
-    return status == B_OK ? SetTo(path.c_str()) : _CheckDirectory(status);
+    return status == B_OK ? SetTo(path.c_str()) : StorageAccess::Fail(*this, status);
 }
 
 status_t BDirectory::SetTo(const BEntry* entry)
 {
-    BPath path(entry);
-    if (path.InitCheck() == B_OK)
-        return SetTo(path.Path());
-    Unset();
-    return _CheckDirectory(path.InitCheck());
+    std::string path;
+    status_t status = path_of(entry, &path);
+    return status == B_OK ? SetTo(path.c_str()) : StorageAccess::Fail(*this, status);
 }
 
 status_t BDirectory::SetTo(const char* path)
 {
-    Unset();
-    BEntry entry(path, true);
-    return _CheckDirectory(BNode::SetTo(&entry));
+    return path == nullptr ? StorageAccess::Fail(*this, fail(EINVAL)) : _Open(AT_FDCWD, path);
 }
 
 status_t BDirectory::SetTo(const BDirectory* dir, const char* path)
 {
-    BEntry entry(dir, path, true);
-    return SetTo(&entry);
-}
-
-void BDirectory::Unset()
-{
-    _CloseStream();
-    BNode::Unset();
+    if (dir == nullptr || path == nullptr || path[0] == '/')
+        return StorageAccess::Fail(*this, fail(EINVAL));
+    return _Open(StorageAccess::Descriptor(*dir), path[0] == '\0' ? "." : path);
 }
 
 status_t BDirectory::GetEntry(BEntry* entry) const
 {
-    if (entry == nullptr)
-        return fail(EINVAL);
-    return fPath == nullptr ? B_NO_INIT : entry->SetTo(fPath);
+    return entry == nullptr ? fail(EINVAL) : entry->SetTo(this, "");
 }
 
 bool BDirectory::IsRootDirectory() const
 {
-    return fPath != nullptr && strcmp(fPath, "/") == 0;
+    struct stat here, above;
+    return GetStat(&here) == B_OK
+        && fstatat(StorageAccess::Descriptor(*this), "..", &above, 0) == 0
+        && (here.st_dev != above.st_dev || here.st_ino == above.st_ino);
 }
 
 status_t BDirectory::FindEntry(const char* path, BEntry* entry, bool traverse) const
 {
     if (entry == nullptr)
         return fail(EINVAL);
-    status_t status = entry->SetTo(this, path, traverse);
-    if (status == B_OK && !entry->Exists()) {
+    status_t status = entry->SetTo(this, path == nullptr ? "" : path, traverse);
+    struct stat info;
+    if (status == B_OK)
+        status = entry->GetStat(&info);
+    if (status != B_OK) {
+        const int number = errno;
         entry->Unset();
-        status = fail(ENOENT);
+        errno = number;
     }
     return status;
 }
 
+static bool is_of_kind(const BEntry& entry, int32 kinds)
+{
+    struct stat info;
+    if (entry.GetStat(&info) != B_OK)
+        return false;
+    if (kinds == B_ANY_NODE)
+        return true;
+    return ((kinds & B_FILE_NODE) != 0 && S_ISREG(info.st_mode))
+        || ((kinds & B_SYMLINK_NODE) != 0 && S_ISLNK(info.st_mode))
+        || ((kinds & B_DIRECTORY_NODE) != 0 && S_ISDIR(info.st_mode));
+}
+
 bool BDirectory::Contains(const char* path, int32 nodeFlags) const
 {
+    if (path == nullptr)
+        return false;
     BEntry entry;
-    return FindEntry(path, &entry) == B_OK && Contains(&entry, nodeFlags);
+    if (path[0] == '/')
+        entry.SetTo(path);
+    else
+        entry.SetTo(this, path);
+    return Contains(&entry, nodeFlags);
 }
 
 bool BDirectory::Contains(const BEntry* entry, int32 nodeFlags) const
 {
-    BPath path(entry);
-    if (fPath == nullptr || path.InitCheck() != B_OK || !entry->Exists())
+    std::string inner, outer;
+    if (path_of(entry, &inner) != B_OK || path_of(this, "", &outer) != B_OK)
         return false;
-    const std::string front = join(fPath, "");
-    if (strncmp(path.Path(), front.c_str(), front.size()) != 0)
-        return false;
-    return ((nodeFlags & B_FILE_NODE) != 0 && entry->IsFile())
-        || ((nodeFlags & B_SYMLINK_NODE) != 0 && entry->IsSymLink())
-        || ((nodeFlags & B_DIRECTORY_NODE) != 0 && entry->IsDirectory());
+    if (outer.back() != '/')
+        outer += '/';
+    return inner.size() > outer.size() && inner.compare(0, outer.size(), outer) == 0
+        && is_of_kind(*entry, nodeFlags);
 }
 
 status_t BDirectory::GetStatFor(const char* path, struct stat* stat) const
 {
-    BEntry entry(this, path);
-    return entry.InitCheck() == B_OK ? entry.GetStat(stat) : entry.InitCheck();
+    if (stat == nullptr || (path != nullptr && path[0] == '/'))
+        return fail(EINVAL);
+    if (path == nullptr)
+        return GetStat(stat);
+    return fstatat(StorageAccess::Descriptor(*this), path, stat, AT_SYMLINK_NOFOLLOW) == 0
+        ? B_OK : host_failure();
 }
 
 status_t BDirectory::GetNextEntry(BEntry* entry, bool traverse)
 {
     if (entry == nullptr)
         return fail(EINVAL);
-    const struct dirent* next = _Next();
-    return next == nullptr ? host_failure() : entry->SetTo(this, next->d_name, traverse);
+    const char* name;
+    status_t status = _NextName(&name);
+    if (status != B_OK)
+        return status;
+    const std::string& path = fScan->Path();
+    if (traverse)
+        return entry->SetTo(join(path, name).c_str(), true);
+    return StorageAccess::SetToChild(*entry, path.data(), path.size(), name);
 }
 
 status_t BDirectory::GetNextRef(entry_ref* ref)
 {
-    BEntry entry;
-    status_t status = GetNextEntry(&entry);
-    return status == B_OK ? entry.GetRef(ref) : status;
+    if (ref == nullptr)
+        return fail(EINVAL);
+    const char* name;
+    status_t status = _NextName(&name);
+    struct stat info;
+    if (status == B_OK)
+        status = GetStat(&info);
+    if (status != B_OK)
+        return status;
+    remember_node(fScan->Path(), info);
+    ref->device = info.st_dev;
+    ref->directory = info.st_ino;
+    return ref->set_name(name);
 }
 
-int32 BDirectory::GetNextDirents(struct dirent* buf, size_t bufSize, int32 count)
+int32 BDirectory::GetNextDirents(struct dirent* buffer, size_t size, int32 count)
 {
-    if (buf == nullptr || fPath == nullptr)
+    static_assert(sizeof(struct dirent) == sizeof(struct dirent64));
+    if (buffer == nullptr)
         return fail(EINVAL);
-    char* at = reinterpret_cast<char*>(buf);
-    int32 read = 0;
-    while (read < count) {
-        const long before = fStream == nullptr ? -1 : telldir(static_cast<DIR*>(fStream));
-        const struct dirent* next = _Next();
-        if (next == nullptr)
+    if (fScan == nullptr)
+        fScan = new Scan;
+    char* at = reinterpret_cast<char*>(buffer);
+    int32 copied = 0;
+    while (copied < count) {
+        const struct dirent64* record = nullptr;
+        status_t status = fScan->Peek(StorageAccess::Descriptor(*this), &record);
+        if (status != B_OK)
+            return copied > 0 ? copied : status;
+        if (record == nullptr)
             break;
-        if (next->d_reclen > bufSize) {
-            if (before >= 0)
-                seekdir(static_cast<DIR*>(fStream), before);
-            else
-                Rewind();
-            return read > 0 ? read : fail(EINVAL);
-        }
-        memcpy(at, next, next->d_reclen);
-        at += next->d_reclen;
-        bufSize -= next->d_reclen;
-        read++;
+        if (record->d_reclen > size)
+            return copied > 0 ? copied : fail(EOVERFLOW);
+        memcpy(at, record, record->d_reclen);
+        at += record->d_reclen;
+        size -= record->d_reclen;
+        fScan->Step(*record);
+        copied++;
     }
-    return read;
+    return copied;
 }
 
 status_t BDirectory::Rewind()
 {
-    if (fPath == nullptr)
-        return B_NO_INIT;
-    if (fStream != nullptr)
-        rewinddir(static_cast<DIR*>(fStream));
-    return B_OK;
+    delete std::exchange(fScan, nullptr);
+    return lseek(StorageAccess::Descriptor(*this), 0, SEEK_SET) == 0 ? B_OK : host_failure();
 }
 
 int32 BDirectory::CountEntries()
 {
-    status_t status = Rewind();
-    if (status != B_OK)
-        return status;
+    BDirectory other(*this);
+    if (other.InitCheck() != B_OK)
+        return other.InitCheck();
     int32 count = 0;
-    while (_Next() != nullptr)
+    const char* name;
+    status_t status;
+    while ((status = other._NextName(&name)) == B_OK)
         count++;
-    Rewind();
-    return count;
+    return status == B_ENTRY_NOT_FOUND ? count : status;
 }
 
 status_t BDirectory::CreateDirectory(const char* path, BDirectory* dir)
 {
-    BEntry entry(this, path);
-    BPath made(&entry);
-    if (made.InitCheck() != B_OK)
-        return made.InitCheck();
-    if (mkdir(made.Path(), 0777) != 0)
+    if (path == nullptr || path[0] == '/')
+        return fail(EINVAL);
+    if (mkdirat(StorageAccess::Descriptor(*this), path, kNewDirectoryMode) != 0)
         return host_failure();
-    return dir == nullptr ? B_OK : dir->SetTo(&entry);
+    return dir == nullptr ? B_OK : dir->SetTo(this, path);
+}
+
+status_t BDirectory::CreateFile(const char* path, BFile* file, bool failIfExists)
+{
+    BFile own;
+    const uint32 exists = failIfExists ? B_FAIL_IF_EXISTS : B_ERASE_FILE;
+    return (file == nullptr ? own : *file)
+        .SetTo(this, path, B_READ_WRITE | B_CREATE_FILE | exists);
+}
+
+status_t BDirectory::CreateSymLink(const char* path, const char* linkToPath, BSymLink* link)
+{
+    if (path == nullptr || path[0] == '/' || linkToPath == nullptr)
+        return fail(EINVAL);
+    if (symlinkat(linkToPath, StorageAccess::Descriptor(*this), path) != 0)
+        return host_failure();
+    return link == nullptr ? B_OK : link->SetTo(this, path);
 }
 
 BDirectory& BDirectory::operator=(const BDirectory& dir)
 {
-    if (this != &dir) {
-        _CloseStream();
-        BNode::operator=(dir);
-    }
+    if (this == &dir)
+        return *this;
+    if (dir.InitCheck() == B_OK)
+        _Open(StorageAccess::Descriptor(dir), ".");
+    else
+        StorageAccess::Fail(*this, dir.InitCheck());
     return *this;
 }
 
-status_t BDirectory::_CheckDirectory(status_t status)
+status_t BDirectory::_Open(int at, const char* path)
 {
-    if (status == B_OK && !IsDirectory())
-        status = fail(ENOTDIR);
-    if (status != B_OK)
-        BNode::Unset();
-    fStatus = status;
-    return status;
+    delete std::exchange(fScan, nullptr);
+    return StorageAccess::Adopt(*this, openat(at, path, kDirectoryFlags));
 }
 
-void BDirectory::_CloseStream()
+// The next name but "." and ".."; it lives until the next call.
+status_t BDirectory::_NextName(const char** name)
 {
-    if (fStream != nullptr)
-        closedir(static_cast<DIR*>(fStream));
-    fStream = nullptr;
-}
-
-// The next entry but "." and ".."; null behind the last, and then errno says ENOENT.
-struct dirent* BDirectory::_Next()
-{
-    if (fStream == nullptr && fPath != nullptr)
-        fStream = opendir(fPath);
-    if (fStream == nullptr)
-        return nullptr;
-    errno = ENOENT;
-    struct dirent* next;
+    if (InitCheck() != B_OK)
+        return not_set();
+    if (fScan == nullptr && (fScan = new (std::nothrow) Scan) == nullptr)
+        return fail(ENOMEM);
+    const struct dirent64* record = nullptr;
     do {
-        next = readdir(static_cast<DIR*>(fStream));
-    } while (next != nullptr
-        && (strcmp(next->d_name, ".") == 0 || strcmp(next->d_name, "..") == 0));
-    return next;
+        status_t status = fScan->Peek(StorageAccess::Descriptor(*this), &record);
+        if (status != B_OK)
+            return status;
+        if (record == nullptr)
+            return fail(ENOENT);
+        fScan->Step(*record);
+    } while (is_dot_or_dots(record->d_name));
+    *name = record->d_name;
+    return B_OK;
+}
+
+status_t create_directory(const char* path, mode_t mode)
+{
+    if (path == nullptr)
+        return fail(EINVAL);
+    if (path[0] == '\0')
+        return fail(ENOENT);
+    const std::string whole(path);
+    if (whole.size() >= PATH_MAX)
+        return fail(ENAMETOOLONG);
+    const int before = errno;
+    for (size_t slash = whole.find('/', 1);; slash = whole.find('/', slash + 1)) {
+        const std::string part = whole.substr(0, slash);
+        const mode_t part_mode = slash == std::string::npos ? mode : mode | 0300;
+        if (mkdir(part.c_str(), part_mode) != 0 && errno != EEXIST) {
+            const int number = errno;  // a place where nothing can be made, but that is there
+            struct stat info;
+            if (stat(part.c_str(), &info) != 0)
+                return fail(number);
+        }
+        if (slash == std::string::npos)
+            break;
+    }
+    struct stat info;
+    if (stat(path, &info) != 0)
+        return host_failure();
+    if (!S_ISDIR(info.st_mode))
+        return fail(ENOTDIR);
+    errno = before;
+    return B_OK;
 }

@@ -3,10 +3,12 @@
 #include <Entry.h>
 
 #include <errno.h>
+#include <fcntl.h>
 #include <stdio.h>
 #include <stdlib.h>
 #include <string.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <string>
 
@@ -17,6 +19,7 @@
 #include "Directories.h"
 #include "HostErrors.h"
 #include "StatFields.h"
+#include "StorageAccess.h"
 
 using namespace storage;
 
@@ -129,7 +132,7 @@ const char* BEntry::Name() const
 status_t BEntry::GetStat(struct stat* stat) const
 {
     if (fPath == nullptr)
-        return B_NO_INIT;
+        return not_set();
     if (stat == nullptr)
         return fail(EINVAL);
     return lstat(fPath, stat) == 0 ? B_OK : host_failure();
@@ -137,14 +140,9 @@ status_t BEntry::GetStat(struct stat* stat) const
 
 status_t BEntry::SetTo(const BDirectory* dir, const char* path, bool traverse)
 {
-    if (dir == nullptr || path == nullptr || path[0] == '/')
-        return _Adopt(fail(EINVAL), nullptr);
-    BEntry entry;
-    status_t status = dir->GetEntry(&entry);
-    std::string resolved;
-    if (status == B_OK)
-        status = resolve_entry(join(entry.fPath, path), traverse, &resolved);
-    return _Adopt(status, resolved.c_str());
+    std::string full;
+    status_t status = path_of(dir, path, &full);
+    return status == B_OK ? SetTo(full.c_str(), traverse) : _Adopt(status, nullptr);
 }
 
 status_t BEntry::SetTo(const entry_ref* ref, bool traverse)
@@ -175,7 +173,7 @@ void BEntry::Unset()
 status_t BEntry::GetRef(entry_ref* ref) const
 {
     if (fPath == nullptr)
-        return B_NO_INIT;
+        return not_set();
     if (ref == nullptr)
         return fail(EINVAL);
     entry_ref made;
@@ -190,14 +188,14 @@ status_t BEntry::GetRef(entry_ref* ref) const
 status_t BEntry::GetPath(BPath* path) const
 {
     if (fPath == nullptr)
-        return B_NO_INIT;
+        return not_set();
     return path == nullptr ? fail(EINVAL) : path->SetTo(fPath);
 }
 
 status_t BEntry::GetParent(BEntry* entry) const
 {
     if (fPath == nullptr)
-        return B_NO_INIT;
+        return not_set();
     if (entry == nullptr)
         return fail(EINVAL);
     if (strcmp(fPath, "/") == 0)
@@ -207,17 +205,19 @@ status_t BEntry::GetParent(BEntry* entry) const
 
 status_t BEntry::GetParent(BDirectory* dir) const
 {
+    if (fPath == nullptr)
+        return not_set();
     if (dir == nullptr)
         return fail(EINVAL);
-    BEntry parent;
-    status_t status = GetParent(&parent);
-    return status == B_OK ? dir->SetTo(&parent) : status;
+    if (strcmp(fPath, "/") == 0)
+        return fail(ENOENT);
+    return dir->SetTo(directory_of(fPath).c_str());
 }
 
 status_t BEntry::GetName(char* buffer) const
 {
     if (fPath == nullptr)
-        return B_NO_INIT;
+        return not_set();
     if (buffer == nullptr)
         return fail(EINVAL);
     strcpy(buffer, leaf_of(fPath));
@@ -227,7 +227,7 @@ status_t BEntry::GetName(char* buffer) const
 status_t BEntry::Rename(const char* path, bool clobber)
 {
     if (fPath == nullptr)
-        return B_NO_INIT;
+        return not_set();
     if (path == nullptr)
         return fail(EINVAL);
     return _MoveTo(path[0] == '/' ? path : join(directory_of(fPath), path).c_str(), clobber);
@@ -236,16 +236,16 @@ status_t BEntry::Rename(const char* path, bool clobber)
 status_t BEntry::MoveTo(BDirectory* dir, const char* path, bool clobber)
 {
     if (fPath == nullptr)
-        return B_NO_INIT;
-    BEntry target;
-    status_t status = target.SetTo(dir, path == nullptr ? leaf_of(fPath) : path);
-    return status == B_OK ? _MoveTo(target.fPath, clobber) : status;
+        return not_set();
+    std::string target;
+    status_t status = path_of(dir, path == nullptr ? leaf_of(fPath) : path, &target);
+    return status == B_OK ? _MoveTo(target.c_str(), clobber) : status;
 }
 
 status_t BEntry::Remove()
 {
     if (fPath == nullptr)
-        return B_NO_INIT;
+        return not_set();
     return remove(fPath) == 0 ? B_OK : host_failure();
 }
 
@@ -268,7 +268,7 @@ BEntry& BEntry::operator=(const BEntry& item)
 
 status_t BEntry::set_stat(struct stat& stat, uint32 what)
 {
-    return fPath == nullptr ? B_NO_INIT : apply_stat(fPath, stat, what);
+    return fPath == nullptr ? not_set() : apply_stat(fPath, stat, what, AT_SYMLINK_NOFOLLOW);
 }
 
 status_t BEntry::_Adopt(status_t status, const char* path)
@@ -293,6 +293,23 @@ status_t BEntry::_MoveTo(const char* target, bool clobber)
     if (rename(fPath, resolved.c_str()) != 0)
         return host_failure();
     return _Adopt(B_OK, resolved.c_str());
+}
+
+status_t BPrivate::StorageAccess::SetToChild(BEntry& entry, const char* directory,
+                                             size_t directory_length, const char* leaf)
+{
+    const size_t leaf_size = strlen(leaf) + 1;
+    auto* path = static_cast<char*>(realloc(entry.fPath, directory_length + 1 + leaf_size));
+    if (path == nullptr)
+        return entry._Adopt(fail(ENOMEM), nullptr);
+    memcpy(path, directory, directory_length);
+    size_t at = directory_length;
+    if (at > 1)  // not the root directory
+        path[at++] = '/';
+    memcpy(path + at, leaf, leaf_size);
+    entry.fPath = path;
+    entry.fStatus = B_OK;
+    return B_OK;
 }
 
 status_t get_ref_for_path(const char* path, entry_ref* ref)

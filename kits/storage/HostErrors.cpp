@@ -13,6 +13,7 @@ struct StatusRow {
 
 static const StatusRow kStatuses[] = {
     { ENOENT, B_ENTRY_NOT_FOUND },
+    { ENODATA, B_ENTRY_NOT_FOUND },  // no such attribute
     { EEXIST, B_FILE_EXISTS },
     { EACCES, B_PERMISSION_DENIED },
     { EPERM, B_NOT_ALLOWED },
@@ -31,7 +32,13 @@ static const StatusRow kStatuses[] = {
     { EFAULT, B_BAD_ADDRESS },
     { ENOMEM, B_NO_MEMORY },
     { EIO, B_IO_ERROR },
+    { EFBIG, B_FILE_TOO_LARGE },
+    { E2BIG, B_TOO_MANY_ARGS },
+    { EOVERFLOW, B_BUFFER_OVERFLOW },
+    { ENODEV, B_DEVICE_NOT_FOUND },
+    { ENXIO, B_DEVICE_NOT_FOUND },
     { EBUSY, B_BUSY },
+    { ETXTBSY, B_BUSY },
     { EINTR, B_INTERRUPTED },
     { EAGAIN, B_WOULD_BLOCK },
     { EOPNOTSUPP, B_NOT_SUPPORTED },
@@ -56,6 +63,12 @@ status_t fail(int host_number)
 {
     errno = host_number;
     return status_for(host_number);
+}
+
+status_t not_set()
+{
+    errno = EBADF;
+    return B_NO_INIT;
 }
 
 }  // namespace storage

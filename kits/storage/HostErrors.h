@@ -11,6 +11,9 @@ status_t host_failure();
 // Leaves `host_number` in errno, as a failing host call would, and returns its status.
 status_t fail(int host_number);
 
+// The status of an object that names nothing: B_NO_INIT, and the host's number for that.
+status_t not_set();
+
 }  // namespace storage
 
 #endif  // STORAGE_HOST_ERRORS_H

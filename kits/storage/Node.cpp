@@ -1,24 +1,36 @@
-// node_ref and BNode.
+// node_ref and BNode. A BNode holds its node open; the host names it as a path below /proc.
 
 #include <Node.h>
 
 #include <errno.h>
 #include <fcntl.h>
 #include <stdlib.h>
+#include <string.h>
 #include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <string>
 #include <tuple>
+#include <utility>
+#include <vector>
 
+#include <Directory.h>
 #include <Entry.h>
-#include <Path.h>
+#include <StorageDefs.h>
+#include <String.h>
+#include <TypeConstants.h>
 
+#include "Attributes.h"
 #include "Directories.h"
 #include "HostErrors.h"
 #include "StatFields.h"
+#include "StorageAccess.h"
 
 using namespace storage;
+using BPrivate::StorageAccess;
+
+static const int kNodeFlags = O_PATH | O_NOFOLLOW | O_CLOEXEC;
 
 node_ref::node_ref()
     : device(static_cast<dev_t>(-1)), node(static_cast<ino_t>(-1))
@@ -50,7 +62,8 @@ bool node_ref::operator<(const node_ref& other) const
 node_ref& node_ref::operator=(const node_ref& other) = default;
 
 BNode::BNode()
-    : fFile(-1), fPath(nullptr), fStatus(B_NO_INIT)
+    : fFd(-1), fLockFd(-1), fStatus(B_NO_INIT), fAttrNames(nullptr), fAttrNamesSize(0),
+      fAttrNext(0)
 {
 }
 
@@ -86,7 +99,7 @@ BNode::BNode(const BNode& node)
 
 BNode::~BNode()
 {
-    Unset();
+    BNode::Unset();
 }
 
 status_t BNode::InitCheck() const
@@ -96,100 +109,203 @@ status_t BNode::InitCheck() const
 
 status_t BNode::GetStat(struct stat* stat) const
 {
-    if (fFile < 0)
-        return B_NO_INIT;
+    if (fFd < 0)
+        return not_set();
     if (stat == nullptr)
         return fail(EINVAL);
-    return fstat(fFile, stat) == 0 ? B_OK : host_failure();
+    return fstat(fFd, stat) == 0 ? B_OK : host_failure();
 }
 
 status_t BNode::SetTo(const entry_ref* ref)
 {
-    BEntry entry(ref);
-    return SetTo(&entry);
+    std::string path;
+    status_t status = path_of(ref, &path);
+    return status == B_OK ? BNode::SetTo(path.c_str()) : _Fail(status);
 }
 
 status_t BNode::SetTo(const BEntry* entry)
 {
-    BPath path(entry);
-    if (path.InitCheck() == B_OK)
-        return SetTo(path.Path());
-    Unset();
-    fStatus = path.InitCheck();
-    return fStatus;
+    std::string path;
+    status_t status = path_of(entry, &path);
+    return status == B_OK ? BNode::SetTo(path.c_str()) : _Fail(status);
 }
 
 status_t BNode::SetTo(const char* path)
 {
-    Unset();
-    if (path == nullptr) {
-        fStatus = fail(EINVAL);
-        return fStatus;
-    }
-    return _Open(path, O_RDONLY | O_NONBLOCK);
+    if (path == nullptr)
+        return _Fail(fail(EINVAL));
+    return _Adopt(open(path, kNodeFlags));
 }
 
 status_t BNode::SetTo(const BDirectory* dir, const char* path)
 {
-    BEntry entry(dir, path);
-    return SetTo(&entry);
+    if (dir == nullptr || path == nullptr || path[0] == '/')
+        return _Fail(fail(EINVAL));
+    return _Adopt(openat(StorageAccess::Descriptor(*dir), path[0] == '\0' ? "." : path,
+                         kNodeFlags));
 }
 
 void BNode::Unset()
 {
-    if (fFile >= 0)
-        close(fFile);
-    fFile = -1;
-    free(fPath);
-    fPath = nullptr;
-    fStatus = B_NO_INIT;
+    _Fail(B_NO_INIT);
 }
 
 status_t BNode::Lock()
 {
-    if (fFile < 0)
-        return B_NO_INIT;
-    if (flock(fFile, LOCK_EX | LOCK_NB) == 0)
-        return B_OK;
-    return errno == EWOULDBLOCK ? B_BUSY : host_failure();
+    if (fFd < 0)
+        return not_set();
+    if (fLockFd >= 0)
+        return fail(EBUSY);
+    const int fd = open(StorageAccess::HostPath(fFd).text, O_RDONLY | O_NONBLOCK | O_CLOEXEC);
+    if (fd < 0)
+        return host_failure();
+    if (flock(fd, LOCK_EX | LOCK_NB) != 0) {
+        const int number = errno;
+        close(fd);
+        return fail(number == EWOULDBLOCK ? EBUSY : number);
+    }
+    fLockFd = fd;
+    return B_OK;
 }
 
 status_t BNode::Unlock()
 {
-    if (fFile < 0)
-        return B_NO_INIT;
-    return flock(fFile, LOCK_UN) == 0 ? B_OK : host_failure();
+    if (fLockFd < 0)
+        return fFd < 0 ? not_set() : fail(EINVAL);
+    close(std::exchange(fLockFd, -1));
+    return B_OK;
 }
 
 status_t BNode::Sync()
 {
-    if (fFile < 0)
-        return B_NO_INIT;
-    return fsync(fFile) == 0 ? B_OK : host_failure();
+    if (fFd < 0)
+        return not_set();
+    if (fsync(fFd) == 0)
+        return B_OK;
+    if (errno != EBADF)
+        return host_failure();
+    const int fd = open(StorageAccess::HostPath(fFd).text, O_RDONLY | O_NONBLOCK | O_CLOEXEC);
+    if (fd < 0)
+        return host_failure();
+    status_t status = fsync(fd) == 0 ? B_OK : host_failure();
+    close(fd);
+    return status;
+}
+
+ssize_t BNode::WriteAttr(const char* name, type_code type, off_t offset, const void* buffer,
+                         size_t length)
+{
+    if (fFd < 0)
+        return not_set();
+    return write_attribute_at(StorageAccess::HostPath(fFd).text, name, type, offset, buffer,
+                              length);
+}
+
+ssize_t BNode::ReadAttr(const char* name, type_code, off_t offset, void* buffer,
+                        size_t length) const
+{
+    if (fFd < 0)
+        return not_set();
+    return read_attribute_at(StorageAccess::HostPath(fFd).text, name, offset, buffer, length);
+}
+
+status_t BNode::RemoveAttr(const char* name)
+{
+    return fFd < 0 ? not_set() : remove_attribute(StorageAccess::HostPath(fFd).text, name);
+}
+
+status_t BNode::RenameAttr(const char* oldName, const char* newName)
+{
+    if (fFd < 0)
+        return not_set();
+    return rename_attribute(StorageAccess::HostPath(fFd).text, oldName, newName);
+}
+
+status_t BNode::GetAttrInfo(const char* name, attr_info* info) const
+{
+    if (fFd < 0)
+        return not_set();
+    return get_attribute_info(StorageAccess::HostPath(fFd).text, name, info);
+}
+
+status_t BNode::GetNextAttrName(char* buffer)
+{
+    if (buffer == nullptr)
+        return fail(EINVAL);
+    if (fAttrNames == nullptr) {
+        status_t status = RewindAttrs();
+        if (status != B_OK)
+            return status;
+    }
+    if (fAttrNext >= fAttrNamesSize)
+        return fail(ENOENT);
+    const size_t size = strlen(fAttrNames + fAttrNext) + 1;
+    memcpy(buffer, fAttrNames + fAttrNext, size);
+    fAttrNext += size;
+    return B_OK;
+}
+
+status_t BNode::RewindAttrs()
+{
+    if (fFd < 0)
+        return not_set();
+    std::vector<std::string> names;
+    status_t status = list_attributes(StorageAccess::HostPath(fFd).text, &names);
+    if (status != B_OK)
+        return status;
+    std::string joined;
+    for (const std::string& name : names)
+        joined.append(name).push_back('\0');
+    char* copy = static_cast<char*>(malloc(joined.size() + 1));
+    if (copy == nullptr)
+        return fail(ENOMEM);
+    memcpy(copy, joined.c_str(), joined.size() + 1);
+    free(std::exchange(fAttrNames, copy));
+    fAttrNamesSize = joined.size();
+    fAttrNext = 0;
+    return B_OK;
+}
+
+status_t BNode::WriteAttrString(const char* name, const BString* data)
+{
+    if (data == nullptr)
+        return fail(EINVAL);
+    const ssize_t written
+        = WriteAttr(name, B_STRING_TYPE, 0, data->String(), data->Length() + 1);
+    return written < 0 ? static_cast<status_t>(written) : B_OK;
+}
+
+status_t BNode::ReadAttrString(const char* name, BString* result) const
+{
+    if (fFd < 0)
+        return not_set();
+    if (result == nullptr)
+        return fail(EINVAL);
+    Attribute attribute;
+    status_t status = read_attribute(StorageAccess::HostPath(fFd).text, name, &attribute);
+    if (status == B_OK)
+        result->SetTo(attribute.bytes.c_str());
+    return status;
 }
 
 BNode& BNode::operator=(const BNode& node)
 {
     if (this == &node)
         return *this;
-    Unset();
-    fStatus = node.fStatus;
-    if (node.fFile < 0)
-        return *this;
-    fFile = fcntl(node.fFile, F_DUPFD_CLOEXEC, 0);
-    if (fFile < 0)
-        fStatus = host_failure();
+    if (node.fFd < 0)
+        _Fail(node.fStatus);
     else
-        fStatus = replace_path(&fPath, B_OK, node.fPath);
+        _Adopt(fcntl(node.fFd, F_DUPFD_CLOEXEC, 0));
     return *this;
 }
 
 bool BNode::operator==(const BNode& node) const
 {
-    if (fFile < 0 || node.fFile < 0)
-        return fFile < 0 && node.fFile < 0;
-    node_ref mine, other;
-    return GetNodeRef(&mine) == B_OK && node.GetNodeRef(&other) == B_OK && mine == other;
+    if (fFd < 0 || node.fFd < 0)
+        return fFd < 0 && node.fFd < 0;
+    struct stat here, there;
+    return fstat(fFd, &here) == 0 && fstat(node.fFd, &there) == 0 && here.st_dev == there.st_dev
+        && here.st_ino == there.st_ino;
 }
 
 bool BNode::operator!=(const BNode& node) const
@@ -199,24 +315,36 @@ bool BNode::operator!=(const BNode& node) const
 
 int BNode::Dup()
 {
-    return fFile < 0 ? -1 : fcntl(fFile, F_DUPFD_CLOEXEC, 0);
+    return fcntl(fFd, F_DUPFD_CLOEXEC, 0);
 }
 
 status_t BNode::set_stat(struct stat& stat, uint32 what)
 {
-    return fPath == nullptr ? B_NO_INIT : apply_stat(fPath, stat, what);
+    if (fFd < 0)
+        return not_set();
+    return apply_stat(StorageAccess::HostPath(fFd).text, stat, what, 0);
 }
 
-// Links, and nodes that may not be read, are opened for their names and numbers alone.
-status_t BNode::_Open(const char* path, int flags)
+status_t BNode::_Adopt(int fd)
 {
-    std::string resolved;
-    fStatus = resolve_entry(path, false, &resolved);
-    if (fStatus != B_OK)
-        return fStatus;
-    fFile = open(resolved.c_str(), flags | O_NOFOLLOW | O_CLOEXEC);
-    if (fFile < 0 && (errno == ELOOP || errno == EACCES))
-        fFile = open(resolved.c_str(), O_PATH | O_NOFOLLOW | O_CLOEXEC);
-    fStatus = fFile < 0 ? host_failure() : replace_path(&fPath, B_OK, resolved.c_str());
-    return fStatus;
+    const status_t status = fd < 0 ? host_failure() : B_OK;
+    _Fail(status);
+    fFd = fd < 0 ? -1 : fd;
+    return status;
+}
+
+// Lets go of the node. Returns the status that the object has from here on; errno stays.
+status_t BNode::_Fail(status_t status)
+{
+    const int number = errno;
+    if (fLockFd >= 0)
+        close(std::exchange(fLockFd, -1));
+    if (fFd >= 0)
+        close(std::exchange(fFd, -1));
+    free(std::exchange(fAttrNames, nullptr));
+    fAttrNamesSize = 0;
+    fAttrNext = 0;
+    fStatus = status;
+    errno = number;
+    return status;
 }

@@ -90,15 +90,9 @@ status_t BPath::SetTo(const char* path, const char* leaf, bool normalize)
 
 status_t BPath::SetTo(const BDirectory* dir, const char* leaf, bool normalize)
 {
-    if (dir == nullptr)
-        return _Adopt(fail(EINVAL), nullptr);
-    BEntry entry;
-    status_t status = dir->GetEntry(&entry);
-    if (status == B_OK)
-        status = SetTo(&entry);
-    if (status != B_OK)
-        return _Adopt(status, nullptr);
-    return leaf == nullptr ? B_OK : Append(leaf, normalize);
+    std::string path;
+    status_t status = path_of(dir, "", &path);
+    return status == B_OK ? SetTo(path.c_str(), leaf, normalize) : _Adopt(status, nullptr);
 }
 
 void BPath::Unset()

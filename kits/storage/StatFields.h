@@ -1,9 +1,10 @@
 #ifndef STORAGE_STAT_FIELDS_H
 #define STORAGE_STAT_FIELDS_H
 
-#include <SupportDefs.h>
+#include <sys/stat.h>
+#include <sys/types.h>
 
-struct stat;
+#include <SupportDefs.h>
 
 namespace storage __attribute__((visibility("hidden"))) {
 
@@ -18,8 +19,9 @@ enum StatField {
 
 constexpr mode_t kPermissionBits = 07777;
 
-// Applies one field to the node at `path`; links are not followed.
-status_t apply_stat(const char* path, const struct stat& stat, uint32 field);
+// Sets one field of the node at `path`. `at_flags` is AT_SYMLINK_NOFOLLOW for a path that may be a
+// link itself, of which owner and times are set.
+status_t apply_stat(const char* path, const struct stat& stat, uint32 what, int at_flags);
 
 }  // namespace storage
 

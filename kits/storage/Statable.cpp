@@ -7,8 +7,12 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <Node.h>
+#include <string>
 
+#include <Node.h>
+#include <Volume.h>
+
+#include "Directories.h"
 #include "HostErrors.h"
 #include "StatFields.h"
 
@@ -33,6 +37,23 @@ static bool has_type(const BStatable& statable, mode_t type)
     return statable.GetStat(&info) == B_OK && (info.st_mode & S_IFMT) == type;
 }
 
+status_t storage::apply_stat(const char* path, const struct stat& stat, uint32 what, int at_flags)
+{
+    int result = -1;
+    if (what == kStatMode) {
+        result = chmod(path, stat.st_mode & kPermissionBits);
+    } else if (what == kStatOwner) {
+        result = fchownat(AT_FDCWD, path, stat.st_uid, static_cast<gid_t>(-1), at_flags);
+    } else if (what == kStatGroup) {
+        result = fchownat(AT_FDCWD, path, static_cast<uid_t>(-1), stat.st_gid, at_flags);
+    } else {
+        timespec times[2] = { { 0, UTIME_OMIT }, { 0, UTIME_OMIT } };
+        times[what == kStatModified] = what == kStatModified ? stat.st_mtim : stat.st_atim;
+        result = utimensat(AT_FDCWD, path, times, at_flags);
+    }
+    return result == 0 ? B_OK : host_failure();
+}
+
 BStatable::~BStatable() {}
 
 bool BStatable::IsFile() const
@@ -50,10 +71,20 @@ bool BStatable::IsSymLink() const
     return has_type(*this, S_IFLNK);
 }
 
+// The ref leads back to the node, for as long as it keeps its path.
 status_t BStatable::GetNodeRef(node_ref* ref) const
 {
-    return read_field(*this, ref,
-        [](const struct stat& info) { return node_ref(info.st_dev, info.st_ino); });
+    if (ref == nullptr)
+        return fail(EINVAL);
+    struct stat info;
+    status_t status = GetStat(&info);
+    if (status != B_OK)
+        return status;
+    std::string path;
+    if (path_of(*this, &path) == B_OK)
+        remember_node(path, info);
+    *ref = node_ref(info.st_dev, info.st_ino);
+    return B_OK;
 }
 
 status_t BStatable::GetOwner(uid_t* owner) const
@@ -132,19 +163,11 @@ status_t BStatable::SetAccessTime(time_t atime)
     return set_stat(info, kStatAccessed);
 }
 
-status_t storage::apply_stat(const char* path, const struct stat& stat, uint32 field)
+status_t BStatable::GetVolume(BVolume* volume) const
 {
-    int result = -1;
-    if (field == kStatMode) {
-        result = chmod(path, stat.st_mode & kPermissionBits);
-    } else if (field == kStatOwner) {
-        result = lchown(path, stat.st_uid, static_cast<gid_t>(-1));
-    } else if (field == kStatGroup) {
-        result = lchown(path, static_cast<uid_t>(-1), stat.st_gid);
-    } else {
-        timespec times[2] = { { 0, UTIME_OMIT }, { 0, UTIME_OMIT } };
-        times[field == kStatModified] = field == kStatModified ? stat.st_mtim : stat.st_atim;
-        result = utimensat(AT_FDCWD, path, times, AT_SYMLINK_NOFOLLOW);
-    }
-    return result == 0 ? B_OK : host_failure();
+    if (volume == nullptr)
+        return fail(EINVAL);
+    struct stat info;
+    status_t status = GetStat(&info);
+    return status == B_OK ? volume->SetTo(info.st_dev) : status;
 }

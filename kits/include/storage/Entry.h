@@ -7,6 +7,10 @@
 class BDirectory;
 class BPath;
 
+namespace BPrivate {
+struct StorageAccess;
+}
+
 // Names an entry of a directory, whether it exists or not. The numbers alone do not lead back to
 // the directory on this host: it is found if the kit met it before in this process, as it has for
 // every ref that the kits hand out.
@@ -60,6 +64,8 @@ public:
     BEntry& operator=(const BEntry& item);
 
 private:
+    friend struct BPrivate::StorageAccess;
+
     virtual status_t set_stat(struct stat& stat, uint32 what);
     status_t _Adopt(status_t status, const char* path);
     status_t _MoveTo(const char* target, bool clobber);

@@ -1,26 +1,28 @@
-#ifndef _ENTRY_LIST_H
-#define _ENTRY_LIST_H
-
-#include <SupportDefs.h>
+#ifndef _ENTRYLIST_H
+#define _ENTRYLIST_H
 
 #include <limits.h>
+#include <stddef.h>
+
+#include <SupportDefs.h>
 
 class BEntry;
 struct dirent;
 struct entry_ref;
 
-// A list of entries that is read from front to end.
+// A list of entries that is read from its start to its end. "." and ".." are only among the
+// dirents.
 class BEntryList {
 public:
     BEntryList();
     virtual ~BEntryList();
+    // B_ENTRY_NOT_FOUND after the last.
     virtual status_t GetNextEntry(BEntry* entry, bool traverse = false) = 0;
     virtual status_t GetNextRef(entry_ref* ref) = 0;
-    virtual int32 GetNextDirents(struct dirent* direntBuffer, size_t bufferSize,
-        int32 maxEntries = INT_MAX)
-        = 0;
+    // Fills `buffer` with records, each d_reclen bytes long. Returns their number, 0 at the end.
+    virtual int32 GetNextDirents(struct dirent* buffer, size_t size, int32 count = INT_MAX) = 0;
     virtual status_t Rewind() = 0;
     virtual int32 CountEntries() = 0;
 };
 
-#endif  // _ENTRY_LIST_H
+#endif  // _ENTRYLIST_H

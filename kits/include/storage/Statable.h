@@ -3,6 +3,7 @@
 
 #include <SupportDefs.h>
 
+class BVolume;
 struct node_ref;
 struct stat;
 
@@ -30,6 +31,7 @@ public:
     status_t SetCreationTime(time_t ctime);
     status_t GetAccessTime(time_t* atime) const;
     status_t SetAccessTime(time_t atime);
+    status_t GetVolume(BVolume* volume) const;
 
 private:
     // Applies the fields of `stat` that `what` names (a set of StatField).

@@ -1,0 +1,52 @@
+#ifndef _VOLUME_H
+#define _VOLUME_H
+
+#include <sys/types.h>
+
+#include <SupportDefs.h>
+
+class BDirectory;
+
+// A mounted file system, named by its device number. Failures also leave the host's number in
+// errno.
+class BVolume {
+public:
+    BVolume();
+    BVolume(dev_t device);
+    BVolume(const BVolume& volume);
+    virtual ~BVolume();
+    status_t InitCheck() const;
+    // B_ENTRY_NOT_FOUND if no file system is mounted from the device.
+    status_t SetTo(dev_t device);
+    void Unset();
+    dev_t Device() const;
+    status_t GetRootDirectory(BDirectory* directory) const;
+    // Bytes; negative: a status code.
+    off_t Capacity() const;
+    off_t FreeBytes() const;
+    off_t BlockSize() const;
+    // The file system's label, else the name of its mount point. `name` holds B_FILE_NAME_LENGTH
+    // bytes.
+    status_t GetName(char* name) const;
+    // Relabels the file system, which the host leaves to a service of its own: B_NOT_SUPPORTED
+    // where none runs.
+    status_t SetName(const char* name);
+    bool IsRemovable() const;
+    bool IsReadOnly() const;
+    bool IsPersistent() const;
+    bool IsShared() const;
+    bool KnowsMime() const;
+    bool KnowsAttr() const;
+    bool KnowsQuery() const;
+    bool operator==(const BVolume& volume) const;
+    bool operator!=(const BVolume& volume) const;
+    BVolume& operator=(const BVolume& volume);
+
+private:
+    uint32 _Flags() const;
+
+    dev_t fDevice;
+    status_t fStatus;
+};
+
+#endif  // _VOLUME_H

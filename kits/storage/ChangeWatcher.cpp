@@ -1,0 +1,761 @@
+// Turns the host's events (inotify, the mount table) into node monitor messages.
+//
+// A watched node is a Subject. Whoever watches a node's name makes its directory a subject too, for
+// the host tells of moves and removals there. A subject that is a directory keeps the numbers of its
+// entries, since a removed entry has none to ask for.
+
+#include "ChangeWatcher.h"
+
+#include <dirent.h>
+#include <errno.h>
+#include <fcntl.h>
+#include <poll.h>
+#include <sys/inotify.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <functional>
+
+#include <AppDefs.h>
+#include <Message.h>
+#include <NodeMonitor.h>
+#include <OS.h>
+
+#include "Attributes.h"
+#include "Directories.h"
+#include "HostErrors.h"
+
+namespace storage {
+
+// A move's two halves stand close together in the host's queue, though not always side by side,
+// and the second may come a moment later.
+static const bigtime_t kPartnerWait_us = 10'000;
+static const size_t kPartnerDistance = 256;
+
+// Events taken from the host's queue before some are handled.
+static const size_t kQueueLimit = 8192;
+
+static const uint32 kEntryEvents = IN_CREATE | IN_DELETE | IN_MOVED_FROM | IN_MOVED_TO;
+static const uint32 kStatFlags = B_WATCH_STAT | B_WATCH_INTERIM_STAT;
+
+struct Interest {
+    BMessenger target;
+    uint32 flags;
+};
+
+struct ChangeWatcher::Event {
+    int watch;
+    uint32 mask;
+    uint32 cookie;
+    std::string name;
+    bigtime_t read_at;
+};
+
+struct ChangeWatcher::Subject {
+    Key key;
+    std::string path;
+    bool is_directory;
+    int watch = -1;
+    uint32 mask = 0;
+    std::vector<Interest> interests;
+    Subject* directory = nullptr;  // the one watched for this node's name
+    int named_entries = 0;         // subjects whose `directory` this is
+    bool removal_told = false;
+    struct stat last;
+    std::map<std::string, ino_t> entries;      // while entries are watched
+    std::map<std::string, size_t> attributes;  // while watched: a hash of type and value
+
+    uint32 Flags() const
+    {
+        uint32 flags = 0;
+        for (const Interest& interest : interests)
+            flags |= interest.flags;
+        return flags;
+    }
+    void AddTargets(uint32 flags, Targets* targets) const
+    {
+        for (const Interest& interest : interests) {
+            const bool is_new = std::find(targets->begin(), targets->end(), interest.target)
+                == targets->end();
+            if ((interest.flags & flags) != 0 && is_new)
+                targets->push_back(interest.target);
+        }
+    }
+};
+
+ChangeWatcher& ChangeWatcher::Get()
+{
+    static auto* watcher = new ChangeWatcher;  // its thread runs until the process ends
+    return *watcher;
+}
+
+status_t ChangeWatcher::_Start()
+{
+    if (fEvents >= 0)
+        return B_OK;
+    const int events = inotify_init1(IN_CLOEXEC | IN_NONBLOCK);
+    if (events < 0)
+        return host_failure();
+    fTable = open("/proc/self/mountinfo", O_RDONLY | O_CLOEXEC);
+    const thread_id thread = spawn_thread(
+        [](void* self) -> status_t {
+            static_cast<ChangeWatcher*>(self)->_Run();
+            return B_OK;
+        },
+        "node monitor", B_NORMAL_PRIORITY, this);
+    if (thread < B_OK || resume_thread(thread) != B_OK) {
+        close(events);
+        if (fTable >= 0)
+            close(fTable);
+        fTable = -1;
+        return fail(EAGAIN);
+    }
+    fEvents = events;
+    return B_OK;
+}
+
+static std::map<std::string, ino_t> read_entries(const std::string& path)
+{
+    std::map<std::string, ino_t> entries;
+    DIR* directory = opendir(path.c_str());
+    if (directory == nullptr)
+        return entries;
+    while (const struct dirent* entry = readdir(directory))
+        entries.emplace(entry->d_name, entry->d_ino);
+    closedir(directory);
+    return entries;
+}
+
+static std::map<std::string, size_t> read_attributes(const std::string& path)
+{
+    std::map<std::string, size_t> attributes;
+    std::vector<std::string> names;
+    list_attributes(path.c_str(), &names);
+    for (const std::string& name : names) {
+        Attribute attribute;
+        if (read_attribute(path.c_str(), name.c_str(), &attribute) == B_OK)
+            attributes[name] = std::hash<std::string>()(attribute.bytes) ^ attribute.type;
+    }
+    return attributes;
+}
+
+status_t ChangeWatcher::Watch(const node_ref& node, uint32 flags, const BMessenger& target)
+{
+    std::lock_guard guard(fLock);
+    const Key key = { node.device, node.node };
+    Subject* subject = _Find(key);
+    auto find_interest = [&] {
+        return std::find_if(subject->interests.begin(), subject->interests.end(),
+            [&](const Interest& interest) { return interest.target == target; });
+    };
+    if (flags == 0) {
+        if (subject == nullptr || find_interest() == subject->interests.end())
+            return fail(ENOENT);
+        subject->interests.erase(find_interest());
+        _Update(*subject);
+        _RemoveIfIdle(key);
+        return B_OK;
+    }
+    status_t status = _Start();
+    if (status != B_OK)
+        return status;
+    if (subject == nullptr) {
+        std::string path;
+        struct stat info;
+        status = find_node_path(node.device, node.node, &path);
+        if (status != B_OK)
+            return status;
+        if (lstat(path.c_str(), &info) != 0)
+            return host_failure();
+        subject = _Add(key, path, info);
+    }
+    auto interest = find_interest();
+    if (interest == subject->interests.end())
+        subject->interests.push_back({ target, flags });
+    else
+        interest->flags = flags;
+    status = _Update(*subject);
+    if (status != B_OK) {
+        const int number = errno;
+        subject->interests.erase(find_interest());
+        _Update(*subject);
+        _RemoveIfIdle(key);
+        errno = number;
+    }
+    return status;
+}
+
+status_t ChangeWatcher::WatchVolumes(const BMessenger& target)
+{
+    std::lock_guard guard(fLock);
+    status_t status = _Start();
+    if (status != B_OK)
+        return status;
+    if (fVolumeTargets.empty())
+        fVolumes = volumes_of(read_mounts());
+    if (std::find(fVolumeTargets.begin(), fVolumeTargets.end(), target) == fVolumeTargets.end())
+        fVolumeTargets.push_back(target);
+    return B_OK;
+}
+
+void ChangeWatcher::Stop(const BMessenger& target)
+{
+    std::lock_guard guard(fLock);
+    fDead.push_back(target);
+    _DropDead();
+}
+
+// Ends the watches of targets that asked for it, or are gone.
+void ChangeWatcher::_DropDead()
+{
+    if (fDead.empty())
+        return;
+    const Targets dead = std::move(fDead);
+    fDead.clear();
+    auto is_dead = [&](const BMessenger& target) {
+        return std::find(dead.begin(), dead.end(), target) != dead.end();
+    };
+    std::erase_if(fVolumeTargets, is_dead);
+    std::vector<Key> touched;
+    for (auto& [key, subject] : fSubjects) {
+        if (std::erase_if(subject->interests,
+                [&](const Interest& interest) { return is_dead(interest.target); }) > 0)
+            touched.push_back(key);
+    }
+    for (const Key& key : touched) {
+        if (Subject* subject = _Find(key))
+            _Update(*subject);
+        _RemoveIfIdle(key);
+    }
+}
+
+ChangeWatcher::Subject* ChangeWatcher::_Find(const Key& key) const
+{
+    auto found = fSubjects.find(key);
+    return found == fSubjects.end() ? nullptr : found->second.get();
+}
+
+ChangeWatcher::Subject* ChangeWatcher::_FindWatch(int watch) const
+{
+    auto found = fWatches.find(watch);
+    return found == fWatches.end() ? nullptr : found->second;
+}
+
+ChangeWatcher::Subject* ChangeWatcher::_Add(const Key& key, const std::string& path,
+                                            const struct stat& info)
+{
+    auto subject = std::make_unique<Subject>();
+    subject->key = key;
+    subject->path = path;
+    subject->is_directory = S_ISDIR(info.st_mode);
+    subject->last = info;
+    return (fSubjects[key] = std::move(subject)).get();
+}
+
+// Has the host tell what the subject's interests want to know.
+status_t ChangeWatcher::_Update(Subject& subject)
+{
+    const uint32 flags = subject.Flags();
+    if ((flags & B_WATCH_NAME) != 0)
+        _AttachToParent(subject);
+    else
+        _DetachFromParent(subject);
+    uint32 mask = 0;
+    if ((flags & B_WATCH_NAME) != 0)
+        mask |= IN_DELETE_SELF;
+    if ((flags & kStatFlags) != 0)
+        mask |= IN_ATTRIB | IN_MODIFY;
+    if ((flags & B_WATCH_ATTR) != 0)
+        mask |= IN_ATTRIB;
+    const bool wants_entries
+        = subject.is_directory && ((flags & B_WATCH_DIRECTORY) != 0 || subject.named_entries > 0);
+    if (wants_entries)
+        mask |= kEntryEvents;
+    status_t status = _SetMask(subject, mask);
+    if (status != B_OK)
+        return status;
+    // Read once the host watches, so that nothing falls between.
+    if (!wants_entries)
+        subject.entries.clear();
+    else if (subject.entries.empty())
+        subject.entries = read_entries(subject.path);
+    if ((flags & B_WATCH_ATTR) == 0)
+        subject.attributes.clear();
+    else if (subject.attributes.empty())
+        subject.attributes = read_attributes(subject.path);
+    return B_OK;
+}
+
+status_t ChangeWatcher::_SetMask(Subject& subject, uint32 mask)
+{
+    if (mask == subject.mask)
+        return B_OK;
+    if (mask == 0) {
+        inotify_rm_watch(fEvents, subject.watch);
+        fWatches.erase(subject.watch);
+        subject.watch = -1;
+        subject.mask = 0;
+        return B_OK;
+    }
+    const int watch = inotify_add_watch(fEvents, subject.path.c_str(), mask | IN_DONT_FOLLOW);
+    if (watch < 0)
+        return errno == ENOSPC ? B_NO_MEMORY : host_failure();
+    struct stat info;
+    const bool is_it = lstat(subject.path.c_str(), &info) == 0
+        && Key(info.st_dev, info.st_ino) == subject.key;
+    if (!is_it || (subject.watch >= 0 && subject.watch != watch)) {
+        if (_FindWatch(watch) == nullptr)
+            inotify_rm_watch(fEvents, watch);
+        return fail(ENOENT);  // another node took the path's place
+    }
+    fWatches[watch] = &subject;
+    subject.watch = watch;
+    subject.mask = mask;
+    return B_OK;
+}
+
+// Where the directory can not be watched, only the end of the node is told.
+void ChangeWatcher::_AttachToParent(Subject& subject)
+{
+    if (subject.directory != nullptr || subject.path == "/")
+        return;
+    const std::string path = directory_of(subject.path);
+    struct stat info;
+    if (stat(path.c_str(), &info) != 0)
+        return;
+    remember_node(path, info);
+    const Key key = { info.st_dev, info.st_ino };
+    Subject* directory = _Find(key);
+    if (directory == nullptr)
+        directory = _Add(key, path, info);
+    directory->named_entries++;
+    if (_Update(*directory) == B_OK) {
+        subject.directory = directory;
+        return;
+    }
+    directory->named_entries--;
+    _Update(*directory);
+    _RemoveIfIdle(key);
+}
+
+void ChangeWatcher::_DetachFromParent(Subject& subject)
+{
+    Subject* directory = std::exchange(subject.directory, nullptr);
+    if (directory == nullptr)
+        return;
+    directory->named_entries--;
+    _Update(*directory);
+    _RemoveIfIdle(directory->key);
+}
+
+void ChangeWatcher::_RemoveIfIdle(const Key& key)
+{
+    Subject* subject = _Find(key);
+    if (subject == nullptr || subject->named_entries > 0 || !subject->interests.empty())
+        return;
+    _SetMask(*subject, 0);
+    _DetachFromParent(*subject);
+    fSubjects.erase(key);
+}
+
+// The host watches the node no longer: it is gone, or its file system is.
+void ChangeWatcher::_WatchEnded(Subject& subject)
+{
+    fWatches.erase(subject.watch);
+    subject.watch = -1;
+    subject.mask = 0;
+    for (auto& [key, other] : fSubjects) {
+        if (other->directory == &subject) {
+            other->directory = nullptr;
+            subject.named_entries--;
+        }
+    }
+    if (subject.directory != nullptr)  // which has yet to tell of the removal
+        return;
+    subject.interests.clear();
+    _RemoveIfIdle(subject.key);
+}
+
+void ChangeWatcher::_Run()
+{
+    int events, table;
+    {
+        std::lock_guard guard(fLock);
+        events = fEvents;
+        table = fTable;
+    }
+    while (true) {
+        bool waits_for_partner;
+        {
+            std::lock_guard guard(fLock);
+            waits_for_partner = !fQueue.empty();
+        }
+        pollfd sources[] = { { events, POLLIN, 0 }, { table, POLLPRI, 0 } };
+        const int timeout_ms = waits_for_partner ? kPartnerWait_us / 1000 : -1;
+        const int ready = poll(sources, 2, timeout_ms);
+        std::lock_guard guard(fLock);
+        if (ready > 0 && sources[0].revents != 0)
+            _ReadEvents();
+        _HandleEvents(ready == 0);
+        if (ready > 0 && sources[1].revents != 0)
+            _VolumesChanged();
+        _DropDead();
+    }
+}
+
+void ChangeWatcher::_ReadEvents()
+{
+    alignas(inotify_event) char buffer[64 * 1024];
+    ssize_t size;
+    while (fQueue.size() < kQueueLimit && (size = read(fEvents, buffer, sizeof(buffer))) > 0) {
+        const bigtime_t now = system_time();
+        for (ssize_t at = 0; at < size;) {
+            const auto* event = reinterpret_cast<const inotify_event*>(buffer + at);
+            fQueue.push_back({ event->wd, event->mask, event->cookie,
+                               event->len > 0 ? event->name : "", now });
+            at += static_cast<ssize_t>(sizeof(inotify_event) + event->len);
+        }
+    }
+}
+
+// Finds the second half of a move. `undecided` if it may still come.
+bool ChangeWatcher::_TakePartner(const Event& from, bool waited, bool* undecided, Event* to)
+{
+    const size_t near = std::min(fQueue.size(), kPartnerDistance);
+    for (size_t i = 1; i < near; i++) {
+        Event& event = fQueue[i];
+        if ((event.mask & IN_MOVED_TO) != 0 && event.cookie == from.cookie) {
+            *to = std::move(event);
+            fQueue.erase(fQueue.begin() + static_cast<ptrdiff_t>(i));
+            return true;
+        }
+    }
+    *undecided = !waited && fQueue.size() < kPartnerDistance
+        && system_time() - from.read_at < kPartnerWait_us;
+    return false;
+}
+
+void ChangeWatcher::_HandleEvents(bool waited)
+{
+    while (!fQueue.empty()) {
+        const Event event = fQueue.front();
+        Event to;
+        bool undecided = false;
+        const bool is_move
+            = (event.mask & IN_MOVED_FROM) != 0 && _TakePartner(event, waited, &undecided, &to);
+        if (undecided)
+            return;
+        fQueue.pop_front();
+        Subject* from_directory = _FindWatch(event.watch);
+        Subject* to_directory = is_move ? _FindWatch(to.watch) : nullptr;
+        if (from_directory != nullptr && to_directory != nullptr) {
+            _EntryMoved(*from_directory, event.name, *to_directory, to.name,
+                        (event.mask & IN_ISDIR) != 0);
+        } else {
+            _Handle(event);
+            if (is_move)
+                _Handle(to);
+        }
+    }
+}
+
+void ChangeWatcher::_Handle(const Event& event)
+{
+    if ((event.mask & IN_Q_OVERFLOW) != 0) {
+        _ChangesLost();
+        return;
+    }
+    Subject* subject = _FindWatch(event.watch);
+    if (subject == nullptr)
+        return;
+    if ((event.mask & (IN_CREATE | IN_MOVED_TO)) != 0)
+        _EntryCreated(*subject, event.name);
+    else if ((event.mask & (IN_DELETE | IN_MOVED_FROM)) != 0)
+        _EntryRemoved(*subject, event.name);
+    else if ((event.mask & IN_IGNORED) != 0)
+        _WatchEnded(*subject);
+    else if ((event.mask & IN_DELETE_SELF) != 0)
+        _NodeRemoved(*subject);
+    else if ((event.mask & (IN_ATTRIB | IN_MODIFY)) != 0 && event.name.empty())
+        _NodeChanged(*subject, (event.mask & IN_MODIFY) != 0);  // with a name: an entry's
+}
+
+static BMessage change_message(int32 opcode, dev_t device)
+{
+    BMessage message(B_NODE_MONITOR);
+    message.AddInt32("opcode", opcode);
+    message.AddInt32("device", static_cast<int32>(device));
+    return message;
+}
+
+static void add_node(BMessage& message, const char* field, ino_t node)
+{
+    message.AddInt64(field, static_cast<int64>(node));
+}
+
+void ChangeWatcher::_EntryCreated(Subject& directory, const std::string& name)
+{
+    const std::string path = join(directory.path, name);
+    struct stat info = {};  // node 0: it is gone again
+    if (lstat(path.c_str(), &info) == 0)
+        remember_node(path, info);
+    auto [entry, is_new] = directory.entries.try_emplace(name, info.st_ino);
+    if (!is_new && entry->second != info.st_ino && info.st_ino != 0) {
+        _EntryRemoved(directory, name);  // it was moved onto another entry
+        directory.entries[name] = info.st_ino;
+    }
+    BMessage message = change_message(B_ENTRY_CREATED, directory.key.first);
+    add_node(message, "directory", directory.key.second);
+    add_node(message, "node", info.st_ino);
+    message.AddString("name", name.c_str());
+    Targets targets;
+    directory.AddTargets(B_WATCH_DIRECTORY, &targets);
+    _Send(message, targets);
+}
+
+void ChangeWatcher::_EntryRemoved(Subject& directory, const std::string& name)
+{
+    ino_t node = 0;
+    auto entry = directory.entries.find(name);
+    if (entry != directory.entries.end()) {
+        node = entry->second;
+        directory.entries.erase(entry);
+    }
+    BMessage message = change_message(B_ENTRY_REMOVED, directory.key.first);
+    add_node(message, "directory", directory.key.second);
+    add_node(message, "node", node);
+    message.AddString("name", name.c_str());
+    Targets targets;
+    directory.AddTargets(B_WATCH_DIRECTORY, &targets);
+    Subject* subject = _Find({ directory.key.first, node });
+    const bool is_its_name = subject != nullptr && subject->directory == &directory
+        && subject->path == join(directory.path, name);
+    if (is_its_name)
+        subject->AddTargets(B_WATCH_NAME, &targets);
+    _Send(message, targets);
+    if (!is_its_name)
+        return;
+    subject->removal_told = true;
+    const bool is_gone = subject->watch < 0;
+    if (is_gone)
+        subject->interests.clear();
+    _DetachFromParent(*subject);
+    if (is_gone)
+        _RemoveIfIdle({ directory.key.first, node });
+}
+
+void ChangeWatcher::_EntryMoved(Subject& from, const std::string& fromName, Subject& to,
+                                const std::string& toName, bool isDirectory)
+{
+    const std::string path = join(to.path, toName);
+    struct stat info = {};
+    ino_t node = 0;
+    auto entry = from.entries.find(fromName);
+    if (entry != from.entries.end()) {
+        node = entry->second;
+        from.entries.erase(entry);
+    } else if (lstat(path.c_str(), &info) == 0) {
+        node = info.st_ino;
+    }
+    auto replaced = to.entries.find(toName);
+    if (replaced != to.entries.end() && replaced->second != node)
+        _EntryRemoved(to, toName);
+    to.entries[toName] = node;
+
+    BMessage message = change_message(B_ENTRY_MOVED, to.key.first);
+    add_node(message, "from directory", from.key.second);
+    add_node(message, "to directory", to.key.second);
+    add_node(message, "node", node);
+    message.AddString("name", toName.c_str());
+    message.AddInt32("node device", static_cast<int32>(to.key.first));
+    message.AddString("from name", fromName.c_str());
+    Targets targets;
+    from.AddTargets(B_WATCH_DIRECTORY, &targets);
+    to.AddTargets(B_WATCH_DIRECTORY, &targets);
+    if (Subject* subject = _Find({ to.key.first, node }))
+        subject->AddTargets(B_WATCH_NAME, &targets);
+    const Key key = { to.key.first, node };
+    _FollowMove(join(from.path, fromName), path, isDirectory);
+    if (lstat(path.c_str(), &info) == 0)
+        remember_node(path, info);
+    _Send(message, targets);
+
+    Subject* subject = _Find(key);
+    if (subject != nullptr && subject->directory == &from && &from != &to) {
+        _DetachFromParent(*subject);
+        _AttachToParent(*subject);
+    }
+}
+
+void ChangeWatcher::_FollowMove(const std::string& from, const std::string& to, bool isDirectory)
+{
+    if (isDirectory)
+        follow_moved_directory(from, to);
+    for (auto& [key, subject] : fSubjects) {
+        std::string& path = subject->path;
+        const bool is_below = isDirectory && path.size() > from.size()
+            && path.compare(0, from.size(), from) == 0 && path[from.size()] == '/';
+        if (path == from || is_below)
+            path.replace(0, from.size(), to);
+    }
+}
+
+// For a node whose directory can not be watched.
+void ChangeWatcher::_NodeRemoved(Subject& subject)
+{
+    if (subject.directory != nullptr || subject.removal_told)
+        return;
+    BMessage message = change_message(B_ENTRY_REMOVED, subject.key.first);
+    struct stat info = {};
+    stat(directory_of(subject.path).c_str(), &info);
+    add_node(message, "directory", info.st_ino);
+    add_node(message, "node", subject.key.second);
+    message.AddString("name", leaf_of(subject.path.c_str()));
+    Targets targets;
+    subject.AddTargets(B_WATCH_NAME, &targets);
+    _Send(message, targets);
+}
+
+static bool same_time(const timespec& a, const timespec& b)
+{
+    return a.tv_sec == b.tv_sec && a.tv_nsec == b.tv_nsec;
+}
+
+static int32 changed_fields(const struct stat& before, const struct stat& after)
+{
+    int32 fields = 0;
+    if (before.st_mode != after.st_mode)
+        fields |= B_STAT_MODE;
+    if (before.st_uid != after.st_uid)
+        fields |= B_STAT_UID;
+    if (before.st_gid != after.st_gid)
+        fields |= B_STAT_GID;
+    if (before.st_size != after.st_size)
+        fields |= B_STAT_SIZE;
+    if (!same_time(before.st_atim, after.st_atim))
+        fields |= B_STAT_ACCESS_TIME;
+    if (!same_time(before.st_mtim, after.st_mtim))
+        fields |= B_STAT_MODIFICATION_TIME;
+    if (!same_time(before.st_ctim, after.st_ctim))
+        fields |= B_STAT_CHANGE_TIME;
+    return fields;
+}
+
+struct AttributeChange {
+    std::string name;
+    int32 cause;
+};
+
+static std::vector<AttributeChange> changed_attributes(const std::map<std::string, size_t>& before,
+                                                       const std::map<std::string, size_t>& after)
+{
+    std::vector<AttributeChange> changes;
+    for (const auto& [name, hash] : before) {
+        if (after.count(name) == 0)
+            changes.push_back({ name, B_ATTR_REMOVED });
+    }
+    for (const auto& [name, hash] : after) {
+        auto former = before.find(name);
+        if (former == before.end())
+            changes.push_back({ name, B_ATTR_CREATED });
+        else if (former->second != hash)
+            changes.push_back({ name, B_ATTR_CHANGED });
+    }
+    return changes;
+}
+
+void ChangeWatcher::_NodeChanged(Subject& subject, bool written)
+{
+    struct stat info;
+    if (lstat(subject.path.c_str(), &info) != 0
+        || Key(info.st_dev, info.st_ino) != subject.key)
+        return;
+    const uint32 flags = subject.Flags();
+    std::vector<AttributeChange> attributes;
+    if ((flags & B_WATCH_ATTR) != 0) {
+        std::map<std::string, size_t> now = read_attributes(subject.path);
+        attributes = changed_attributes(subject.attributes, now);
+        subject.attributes = std::move(now);
+    }
+    int32 fields = changed_fields(subject.last, info);
+    subject.last = info;
+    if (written && fields == 0)  // within one tick of the file system's clock
+        fields = B_STAT_MODIFICATION_TIME | B_STAT_CHANGE_TIME;
+    if (!attributes.empty() && fields == B_STAT_CHANGE_TIME)
+        fields = 0;
+    if (fields != 0) {
+        BMessage message = change_message(B_STAT_CHANGED, subject.key.first);
+        add_node(message, "node", subject.key.second);
+        message.AddInt32("fields", fields);
+        Targets targets;
+        subject.AddTargets(kStatFlags, &targets);
+        _Send(message, targets);
+    }
+    for (const AttributeChange& change : attributes) {
+        BMessage message = change_message(B_ATTR_CHANGED, subject.key.first);
+        add_node(message, "node", subject.key.second);
+        if (subject.directory != nullptr)
+            add_node(message, "directory", subject.directory->key.second);
+        message.AddString("attr", change.name.c_str());
+        message.AddInt32("cause", change.cause);
+        Targets targets;
+        subject.AddTargets(B_WATCH_ATTR, &targets);
+        _Send(message, targets);
+    }
+}
+
+void ChangeWatcher::_ChangesLost()
+{
+    Targets targets;
+    for (auto& [key, subject] : fSubjects) {
+        subject->AddTargets(~0u, &targets);
+        if (!subject->entries.empty())
+            subject->entries = read_entries(subject->path);
+        if ((subject->Flags() & B_WATCH_ATTR) != 0)
+            subject->attributes = read_attributes(subject->path);
+        lstat(subject->path.c_str(), &subject->last);
+    }
+    BMessage message(B_NODE_MONITOR);
+    message.AddInt32("opcode", B_CHANGES_LOST);
+    _Send(message, targets);
+}
+
+// The number of the directory that a volume's root covers.
+static ino_t covered_directory(const std::string& point)
+{
+    const std::map<std::string, ino_t> entries = read_entries(directory_of(point));
+    auto entry = entries.find(leaf_of(point.c_str()));
+    return entry == entries.end() ? 0 : entry->second;
+}
+
+void ChangeWatcher::_VolumesChanged()
+{
+    if (fVolumeTargets.empty())
+        return;
+    std::vector<Mount> now = volumes_of(read_mounts());
+    for (const VolumeChange& change : compare_volumes(fVolumes, now)) {
+        const Mount& mount = change.mount;
+        BMessage message(B_NODE_MONITOR);
+        if (change.mounted) {
+            struct stat above = {};
+            stat(directory_of(mount.point).c_str(), &above);
+            message = change_message(B_DEVICE_MOUNTED, above.st_dev);
+            message.AddInt32("new device", static_cast<int32>(mount.device));
+            add_node(message, "directory", covered_directory(mount.point));
+        } else {
+            message = change_message(B_DEVICE_UNMOUNTED, mount.device);
+        }
+        _Send(message, fVolumeTargets);
+    }
+    fVolumes = std::move(now);
+}
+
+void ChangeWatcher::_Send(BMessage& message, const Targets& targets)
+{
+    for (const BMessenger& target : targets) {
+        if (target.SendMessage(&message) != B_OK)
+            fDead.push_back(target);
+    }
+}
+
+}  // namespace storage
