@@ -108,7 +108,7 @@ clipping_rect FillRect(const Target& target, const Paint& paint, BRect rect)
     }
     const Brush brush(paint);
     // The usual case without the general one's preparations: small rectangles cost little else.
-    if (brush.plain && target.count == 1 && can_draw_directly(*target.surface)) {
+    if (brush.plain && !brush.empty && target.count == 1 && can_draw_directly(*target.surface)) {
         const Surface& surface = *target.surface;
         box = intersect(box, target.clip[0]);
         if (is_empty(box))

@@ -259,6 +259,7 @@ public:
     void MessageReceived(BMessage* message) override
     {
         if (message->what == kSettle) {
+            UpdateIfNeeded();  // not with the next display frame
             message->SendReply(B_REPLY);
             return;
         }
@@ -303,7 +304,8 @@ protected:
         Settle();
         log.Clear();
     }
-    // Everything that was queued before has been dispatched, and what that queued as well.
+    // Everything that was queued before has been dispatched, and what that queued as well; the
+    // views have drawn what was invalid.
     void Settle(BWindow* which = nullptr)
     {
         for (int round = 0; round < 2; round++) {
