@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <memory>
 #include <cstring>
 
 #include <server/TextLayout.h>
@@ -301,7 +302,11 @@ void FontHeight(const FontSpec& font, font_height* height)
         uint32 generation = ~0u;
         font_height height = {};
     };
-    thread_local Known known[16];
+    // On the heap: what a library keeps in thread-local places must stay small, or it can not be
+    // loaded at run time.
+    thread_local std::unique_ptr<Known[]> known;
+    if (known == nullptr)
+        known = std::make_unique<Known[]>(16);
     uint32 ids = static_cast<uint32>(font.family) << 16 | font.style;
     uint32 size = font.size > 0.0f ? static_cast<uint32>(std::min(font.size, kLargestSize)) : 0;
     Known& slot = known[((ids >> 16) * 3 + ids * 7 + size) & 15];

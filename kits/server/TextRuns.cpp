@@ -158,8 +158,9 @@ OwnRuns::~OwnRuns()
 {
     if (sEnding)
         return nullptr;
-    thread_local OwnRuns own;
-    return sOwn = &own;
+    // On the heap, so that the library needs little thread-local room where it is loaded.
+    thread_local const std::unique_ptr<OwnRuns> own(new OwnRuns);
+    return sOwn = own.get();
 }
 
 OwnRuns* own_runs()

@@ -3,9 +3,10 @@
 #include <TLS.h>
 
 #include <atomic>
+#include <memory>
 
 static std::atomic<int32> sUsed{0};
-static thread_local void* tWords[TLS_MAX_KEYS];
+static thread_local std::unique_ptr<void*[]> tWords;  // made with the first use
 
 int32 tls_allocate()
 {
@@ -19,7 +20,11 @@ int32 tls_allocate()
 
 void** tls_address(int32 index)
 {
-    return index >= 0 && index < TLS_MAX_KEYS ? &tWords[index] : nullptr;
+    if (index < 0 || index >= TLS_MAX_KEYS)
+        return nullptr;
+    if (tWords == nullptr)
+        tWords = std::make_unique<void*[]>(TLS_MAX_KEYS);
+    return &tWords[index];
 }
 
 void* tls_get(int32 index)
