@@ -5,8 +5,8 @@
 
 #include <algorithm>
 #include <cmath>
-#include <memory>
 #include <cstring>
+#include <memory>
 
 #include <server/TextLayout.h>
 #include <server/TextRuns.h>

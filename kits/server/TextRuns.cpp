@@ -7,6 +7,7 @@
 #include <bit>
 #include <cmath>
 #include <cstring>
+#include <memory>
 #include <string>
 
 #include <server/TextLayout.h>
