@@ -12,7 +12,7 @@
 // Pixels with guard words around them, to draw on.
 class Board {
 public:
-    static const int kWidth = 97, kHeight = 83, kPadding = 3;
+    static constexpr int kWidth = 97, kHeight = 83, kPadding = 3;
 
     explicit Board(uint32 color = 0) : fPixels(kPitch * (kHeight + 2), kGuard)
     {
@@ -73,8 +73,8 @@ public:
     server::Surface surface;
 
 private:
-    static const int kPitch = kWidth + kPadding;
-    static const uint32 kGuard = 0xDEADBEEF;
+    static constexpr int kPitch = kWidth + kPadding;
+    static constexpr uint32 kGuard = 0xDEADBEEF;
     std::vector<uint32> fPixels;
     clipping_rect fWhole;
 };
