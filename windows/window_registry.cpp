@@ -82,11 +82,15 @@ bool add_window(WindowRecord* record)
     return windows->AddItem(record, lower_bound(windows, record->ident));
 }
 
+// Records of windows that are not listed any more: whoever looked one up in time may still read it.
+static BList& unlisted_records()
+{
+    static BList* const records = new BList(20);
+    return *records;
+}
+
 WindowRemoval remove_window(MyWinClass* window)
 {
-    // Closed windows' records: whoever looked one up in time may still read it.
-    static BList* const closed = new BList(20);
-
     BAutolock lock(registry_lock());
     BList* windows = registry_list(kWindows);
     if (windows == nullptr)
@@ -96,7 +100,7 @@ WindowRemoval remove_window(MyWinClass* window)
         return WindowRemoval::NotListed;
     WindowRecord* record = record_at(windows, index);
     windows->RemoveItem(index);
-    closed->AddItem(record);
+    unlisted_records().AddItem(record);
     if (cache_place(window->fIdent).load() == record)
         cache_place(window->fIdent).store(nullptr);
     if (DefWin == window)
@@ -109,8 +113,11 @@ void forget_all_windows()
     BAutolock lock(registry_lock());
     for (auto& place : sCache)
         place.store(nullptr);
-    if (BList* windows = registry_list(kWindows))
-        windows->MakeEmpty();
+    BList* windows = registry_list(kWindows);
+    if (windows == nullptr)
+        return;
+    unlisted_records().AddList(windows);
+    windows->MakeEmpty();
 }
 
 WindowRecord* LLFindWindow(int32_t ident, const char* call)

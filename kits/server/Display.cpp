@@ -251,10 +251,14 @@ void ObscureCursor()
 
 void Shutdown()
 {
+    // Threads may still be inside a call of a display that has ended, so it stays.
+    static auto* const ended = new std::vector<Backend*>;
     Backend* display;
     {
         std::lock_guard guard(choice_mutex());
         display = std::exchange(sBackend, nullptr);
+        if (display != nullptr)
+            ended->push_back(display);
     }
     if (display != nullptr)
         display->Shutdown();

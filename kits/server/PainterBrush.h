@@ -81,6 +81,10 @@ inline void fill_row(uint32* pixels, uint32 color, int32 count)
 // A rectangle of one colour, rows `pitch` bytes apart.
 void fill_box(uint32* pixels, ptrdiff_t pitch, int32 width, int32 height, uint32 color);
 
+// The same for many rows of a surface in their whole width, with what pads them. False, and nothing
+// done, when they are few.
+bool fill_whole_rows(uint32* pixels, ptrdiff_t pitch, int32 width, int32 height, uint32 color);
+
 }  // namespace server
 
 #endif  // SERVER_PAINTER_BRUSH_H

@@ -114,8 +114,12 @@ clipping_rect FillRect(const Target& target, const Paint& paint, BRect rect)
         if (is_empty(box))
             return kNoPixels;
         const Raster raster = {uintptr_t(surface.bits), surface.bytesPerRow};
-        fill_box(raster.At(box.left, box.top), raster.pitch, box.right - box.left + 1,
-                 box.bottom - box.top + 1, brush.color);
+        uint32* const first = raster.At(box.left, box.top);
+        const int32 width = box.right - box.left + 1;
+        const int32 height = box.bottom - box.top + 1;
+        if (width != surface.width ||
+            !fill_whole_rows(first, raster.pitch, width, height, brush.color))
+            fill_box(first, raster.pitch, width, height, brush.color);
         return box;
     }
     return paint_box(target, brush, box);
