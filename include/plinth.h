@@ -43,8 +43,9 @@ void **Open_Sys(uint8_t tracker);
    closed before is skipped), and tells the application to quit unless it runs inside a host. */
 void Close_Sys(void **table);
 
-/* The program's last call: frees the system list and tells the application to quit, whereupon every
-   window closes without asking. Objects stay open; see Close_Sys. A second call does no harm. */
+/* The program's last call: frees the system list, ends the directory scan and tells the application
+   to quit, whereupon every window closes without asking. Objects stay open; see Close_Sys. A second
+   call does no harm. */
 void End(void);
 
 /* Returns `size` bytes filled with zero, null if `size` is negative or memory runs out. Any
@@ -404,6 +405,96 @@ bool GetEOF(int32_t ch);
 
 /* Returns dos_err, then sets it to `v` unless that is 0. */
 int32_t GetDosErr(int32_t v);
+
+/* ---- File system ----------------------------------------------------------------------------- */
+
+/* Paths are absolute or start at the current directory. Links at their end are only followed where
+   that is said. A failed call returns false, -1 or "", with the reason in dos_err; no success clears
+   that. Text results live until the next call of the same function. Main thread. */
+
+/* Removes a file, a link or an empty directory. */
+bool DeleteFile(const char *path);
+
+/* Gives an entry the name, or the path from its own directory, `new_name`. False if that is
+   taken. */
+bool RenameFile(const char *path, const char *new_name);
+
+/* Moves an entry into `directory` under the same name. False if that is taken. */
+bool FileMoveTo(const char *path, const char *directory);
+
+/* Makes a symbolic link that says `target`, named `link_name`, in the directory of `target`. */
+bool CreateLink(const char *target, const char *link_name);
+
+/* Makes a directory and the parents that are missing; true too if it is there. */
+bool MakeDir(const char *path);
+
+/* Changes the process's current directory. */
+bool ChangeDir(const char *path);
+
+/* Copies nothing and returns true. */
+bool CopyFile(const char *source, const char *destination);
+
+/* Makes a file `size` bytes long: creates, cuts or extends it. */
+bool CreateFileSize(const char *path, int32_t size);
+
+/* Returns the length of a file (the low 32 bits of it), links followed. */
+int32_t GetLengthFile(const char *path);
+
+/* Returns what a path leads to, links followed: 0 a file, 1 a directory, -1 anything else. */
+int32_t GetFileType(const char *path);
+
+/* True for a directory without entries. */
+bool IsEmptyDirectory(const char *path);
+
+/* Returns the permissions as nine characters, "rwxr-x---": reading, writing and executing by owner,
+   group and others. Links are followed, and the file must be readable. */
+char *GetAttribut(const char *path);
+
+/* Sets the permissions from such a text, in either case; any other character than the letter of its
+   place stands for no. */
+bool SetAttribut(const char *path, const char *text);
+
+/* Begins to scan a directory and returns its first name, "" if it has none or on failure. There is
+   one scan at a time; a directory given by a link is followed. Names come in the file system's
+   order, without "." and "..". */
+char *FindFirstEntry(const char *path);
+
+/* Returns the scan's next name, "" after the last. */
+char *FindNextEntry(void);
+
+/* Returns the current directory (0) or that of the program's file (else), with a slash at its
+   end. */
+char *GetPath(int8_t which);
+
+/* Returns the name of the volume that holds the root directory. */
+char *GetBootVolumeName(void);
+
+/* Gives the volume of `path` a name, where the system lets a program do so. */
+bool Relabel(const char *path, const char *name);
+
+/* What happens to watched nodes and volumes; the handler's first argument. */
+enum {
+    PLINTH_ENTRY_CREATED = 1,    /* an entry came into a watched directory */
+    PLINTH_ENTRY_REMOVED = 2,    /* an entry of one, or a watched node, is gone */
+    PLINTH_ENTRY_MOVED = 3,      /* such an entry moved: from the path, to the second path */
+    PLINTH_STAT_CHANGED = 4,     /* length, permissions, owner or times of a watched node */
+    PLINTH_ATTR_CHANGED = 5,     /* its attributes */
+    PLINTH_DEVICE_MOUNTED = 6,   /* a volume came, at the path */
+    PLINTH_DEVICE_UNMOUNTED = 7, /* a volume went */
+    PLINTH_CHANGES_LOST = 100    /* too many changes at once: some were not told */
+};
+
+/* Stores the handler of what is watched, or null: void (int32_t opcode, const char *path, const char
+   *second_path). It is called on the application's thread. `path` is "" where it is not known,
+   `second_path` null for all but moves; both live during the call. Any thread. */
+void SetHandlerForWatch(void *handler);
+
+/* Begins (`on` not 0) or ends to watch a file or directory, links followed. False also when the
+   watch that is to end is not there. */
+bool WatchDir(const char *path, int8_t on);
+
+/* Begins to watch the volumes; 0 ends that and every WatchDir. Returns 0, or a status code. */
+int32_t WatchDevices(int8_t on);
 
 #ifdef __cplusplus
 }

@@ -3,6 +3,7 @@
 
 #include "runtime/registry.h"
 
+#include "files/filesystem.h"
 #include "gadgets/gadget.h"
 #include "plinth.h"
 #include "runtime/system_list.h"
@@ -134,6 +135,7 @@ extern "C" void End(void)
 {
     CloseDebug();
     FreeList();
+    close_scan();
     sEndApp = true;
     quit_application();
 }

@@ -159,16 +159,14 @@ status_t ChangeWatcher::Watch(const node_ref& node, uint32 flags, const BMesseng
     status_t status = _Start();
     if (status != B_OK)
         return status;
-    if (subject == nullptr) {
-        std::string path;
-        struct stat info;
-        status = find_node_path(node.device, node.node, &path);
-        if (status != B_OK)
-            return status;
-        if (lstat(path.c_str(), &info) != 0)
-            return host_failure();
-        subject = _Add(key, path, info);
-    }
+    std::string path;
+    struct stat info;
+    status = find_node_path(node.device, node.node, &path);
+    if (status != B_OK)
+        return status;
+    if (lstat(path.c_str(), &info) != 0)
+        return host_failure();
+    subject = _Meet(key, path, info);
     auto interest = find_interest();
     if (interest == subject->interests.end())
         subject->interests.push_back({ target, flags });
@@ -241,15 +239,32 @@ ChangeWatcher::Subject* ChangeWatcher::_FindWatch(int watch) const
     return found == fWatches.end() ? nullptr : found->second;
 }
 
-ChangeWatcher::Subject* ChangeWatcher::_Add(const Key& key, const std::string& path,
-                                            const struct stat& info)
+// The subject of a node that is at `path` now. Numbers are used again: a subject whose watch is not
+// that of the path's node belonged to one that is gone.
+ChangeWatcher::Subject* ChangeWatcher::_Meet(const Key& key, const std::string& path,
+                                             const struct stat& info)
 {
-    auto subject = std::make_unique<Subject>();
-    subject->key = key;
+    Subject* subject = _Find(key);
+    if (subject == nullptr) {
+        subject = (fSubjects[key] = std::make_unique<Subject>()).get();
+        subject->key = key;
+    } else if (subject->mask != 0
+               && inotify_add_watch(fEvents, path.c_str(), subject->mask | IN_DONT_FOLLOW)
+                   == subject->watch) {
+        subject->path = path;
+        return subject;
+    } else {
+        _ForgetWatch(*subject);
+        _DetachFromParent(*subject);
+        subject->interests.clear();
+        subject->entries.clear();
+        subject->attributes.clear();
+        subject->removal_told = false;
+    }
     subject->path = path;
     subject->is_directory = S_ISDIR(info.st_mode);
     subject->last = info;
-    return (fSubjects[key] = std::move(subject)).get();
+    return subject;
 }
 
 // Has the host tell what the subject's interests want to know.
@@ -325,9 +340,7 @@ void ChangeWatcher::_AttachToParent(Subject& subject)
         return;
     remember_node(path, info);
     const Key key = { info.st_dev, info.st_ino };
-    Subject* directory = _Find(key);
-    if (directory == nullptr)
-        directory = _Add(key, path, info);
+    Subject* directory = _Meet(key, path, info);
     directory->named_entries++;
     if (_Update(*directory) == B_OK) {
         subject.directory = directory;
@@ -358,18 +371,23 @@ void ChangeWatcher::_RemoveIfIdle(const Key& key)
     fSubjects.erase(key);
 }
 
-// The host watches the node no longer: it is gone, or its file system is.
-void ChangeWatcher::_WatchEnded(Subject& subject)
+// Nothing comes from the subject's watch any more, nor for the entries that it told of.
+void ChangeWatcher::_ForgetWatch(Subject& subject)
 {
     fWatches.erase(subject.watch);
     subject.watch = -1;
     subject.mask = 0;
     for (auto& [key, other] : fSubjects) {
-        if (other->directory == &subject) {
+        if (other->directory == &subject)
             other->directory = nullptr;
-            subject.named_entries--;
-        }
     }
+    subject.named_entries = 0;
+}
+
+// The host watches the node no longer: it is gone, or its file system is.
+void ChangeWatcher::_WatchEnded(Subject& subject)
+{
+    _ForgetWatch(subject);
     if (subject.directory != nullptr)  // which has yet to tell of the removal
         return;
     subject.interests.clear();

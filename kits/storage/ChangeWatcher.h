@@ -51,12 +51,13 @@ private:
 
     Subject* _Find(const Key& key) const;
     Subject* _FindWatch(int watch) const;
-    Subject* _Add(const Key& key, const std::string& path, const struct stat& info);
+    Subject* _Meet(const Key& key, const std::string& path, const struct stat& info);
     status_t _Update(Subject& subject);
     status_t _SetMask(Subject& subject, uint32 mask);
     void _AttachToParent(Subject& subject);
     void _DetachFromParent(Subject& subject);
     void _RemoveIfIdle(const Key& key);
+    void _ForgetWatch(Subject& subject);
     void _WatchEnded(Subject& subject);
 
     void _EntryCreated(Subject& directory, const std::string& name);

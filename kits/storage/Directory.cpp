@@ -295,30 +295,38 @@ int32 BDirectory::CountEntries()
     return status == B_ENTRY_NOT_FOUND ? count : status;
 }
 
+// What was created need not be below the directory: an absolute path is taken as it is.
+template <class Node, class... Mode>
+static status_t set_to(Node& node, const BDirectory& dir, const char* path, Mode... mode)
+{
+    const bool is_absolute = path != nullptr && path[0] == '/';
+    return is_absolute ? node.SetTo(path, mode...) : node.SetTo(&dir, path, mode...);
+}
+
 status_t BDirectory::CreateDirectory(const char* path, BDirectory* dir)
 {
-    if (path == nullptr || path[0] == '/')
+    if (path == nullptr)
         return fail(EINVAL);
     if (mkdirat(StorageAccess::Descriptor(*this), path, kNewDirectoryMode) != 0)
         return host_failure();
-    return dir == nullptr ? B_OK : dir->SetTo(this, path);
+    return dir == nullptr ? B_OK : set_to(*dir, *this, path);
 }
 
 status_t BDirectory::CreateFile(const char* path, BFile* file, bool failIfExists)
 {
     BFile own;
     const uint32 exists = failIfExists ? B_FAIL_IF_EXISTS : B_ERASE_FILE;
-    return (file == nullptr ? own : *file)
-        .SetTo(this, path, B_READ_WRITE | B_CREATE_FILE | exists);
+    return set_to(file == nullptr ? own : *file, *this, path,
+                  B_READ_WRITE | B_CREATE_FILE | exists);
 }
 
 status_t BDirectory::CreateSymLink(const char* path, const char* linkToPath, BSymLink* link)
 {
-    if (path == nullptr || path[0] == '/' || linkToPath == nullptr)
+    if (path == nullptr || linkToPath == nullptr)
         return fail(EINVAL);
     if (symlinkat(linkToPath, StorageAccess::Descriptor(*this), path) != 0)
         return host_failure();
-    return link == nullptr ? B_OK : link->SetTo(this, path);
+    return link == nullptr ? B_OK : set_to(*link, *this, path);
 }
 
 BDirectory& BDirectory::operator=(const BDirectory& dir)

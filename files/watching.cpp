@@ -1,0 +1,246 @@
+// Changes of watched nodes and volumes, told to the program's handler. The calls belong to the main
+// thread; the messages arrive, and the handler is called, on the application's.
+
+#include "files/filesystem.h"
+
+#include "plinth.h"
+#include "runtime/strings.h"
+
+#include <Application.h>
+#include <Autolock.h>
+#include <Directory.h>
+#include <Entry.h>
+#include <Handler.h>
+#include <Message.h>
+#include <Messenger.h>
+#include <Node.h>
+#include <NodeMonitor.h>
+#include <Path.h>
+#include <Volume.h>
+#include <VolumeRoster.h>
+
+#include <atomic>
+#include <errno.h>
+#include <map>
+#include <string>
+
+using WatchHandler = void (*)(int32_t opcode, const char* path, const char* second_path);
+
+static std::atomic<void*> sHandler = nullptr;
+
+// Where the watched nodes and the volumes are: their messages name them by number.
+struct WatchedPaths {
+    BLocker lock{"watched paths"};
+    std::map<node_ref, std::string> nodes;  // lock
+    std::map<int32, std::string> volumes;   // lock; by device
+};
+
+static WatchedPaths& watched()
+{
+    static auto* const paths = new WatchedPaths;  // outlives the application's thread
+    return *paths;
+}
+
+// A node as a message names it: devices have 32 bits there.
+static node_ref numbered(int32 device, int64 node)
+{
+    return node_ref(static_cast<dev_t>(static_cast<uint32>(device)), static_cast<ino_t>(node));
+}
+
+static int32 number_in(const BMessage& message, const char* field)
+{
+    int32 number;
+    return message.FindInt32(field, &number) == B_OK ? number : -1;
+}
+
+static int64 node_in(const BMessage& message, const char* field)
+{
+    int64 node;
+    return message.FindInt64(field, &node) == B_OK ? node : 0;
+}
+
+static const char* text_in(const BMessage& message, const char* field, const char* otherwise)
+{
+    const char* text;
+    return message.FindString(field, &text) == B_OK ? text : otherwise;
+}
+
+static std::string node_path(const node_ref& node)
+{
+    BAutolock guard(watched().lock);
+    auto found = watched().nodes.find(node);
+    return found == watched().nodes.end() ? std::string() : found->second;
+}
+
+static std::string entry_path(int32 device, int64 directory, const char* name)
+{
+    const node_ref node = numbered(device, directory);
+    const std::string path = node_path(node);
+    if (!path.empty())
+        return path.back() == '/' ? path + name : path + '/' + name;
+    const entry_ref ref(node.device, node.node, name);
+    const BPath found(&ref);
+    return found.InitCheck() == B_OK ? found.Path() : "";
+}
+
+static std::string volume_path(const BVolume& volume)
+{
+    BDirectory root;
+    BEntry entry;
+    if (volume.GetRootDirectory(&root) != B_OK || root.GetEntry(&entry) != B_OK)
+        return "";
+    const BPath path(&entry);
+    return path.InitCheck() == B_OK ? path.Path() : "";
+}
+
+static int32 device_number(const BVolume& volume)
+{
+    return static_cast<int32>(volume.Device());
+}
+
+static void remember_volumes()
+{
+    BVolumeRoster roster;
+    BVolume volume;
+    BAutolock guard(watched().lock);
+    while (roster.GetNextVolume(&volume) == B_OK)
+        watched().volumes[device_number(volume)] = volume_path(volume);
+}
+
+// Calls the program's handler, "" for a path that is not known.
+static void tell(int32 opcode, const std::string& path, const std::string* second_path)
+{
+    void* handler = sHandler.load();
+    if (handler != nullptr)
+        reinterpret_cast<WatchHandler>(handler)(
+            opcode, path.c_str(), second_path != nullptr ? second_path->c_str() : nullptr);
+}
+
+static void tell_moved(const BMessage& message)
+{
+    const int32 device = number_in(message, "device");
+    const char* name = text_in(message, "name", "");
+    const std::string to = entry_path(device, node_in(message, "to directory"), name);
+    const std::string from = entry_path(device, node_in(message, "from directory"),
+                                        text_in(message, "from name", name));
+    {
+        BAutolock guard(watched().lock);
+        auto node = watched().nodes.find(numbered(device, node_in(message, "node")));
+        if (node != watched().nodes.end())
+            node->second = to;
+    }
+    tell(B_ENTRY_MOVED, from, &to);
+}
+
+static void tell_mounted(const BMessage& message)
+{
+    const BVolume volume(numbered(number_in(message, "new device"), 0).device);
+    const std::string path = volume_path(volume);
+    {
+        BAutolock guard(watched().lock);
+        watched().volumes[device_number(volume)] = path;
+    }
+    tell(B_DEVICE_MOUNTED, path, nullptr);
+}
+
+static void tell_unmounted(const BMessage& message)
+{
+    std::string path;
+    {
+        BAutolock guard(watched().lock);
+        auto volume = watched().volumes.find(number_in(message, "device"));
+        if (volume != watched().volumes.end()) {
+            path = volume->second;
+            watched().volumes.erase(volume);
+        }
+    }
+    tell(B_DEVICE_UNMOUNTED, path, nullptr);
+}
+
+static void tell_change(const BMessage& message)
+{
+    const int32 opcode = number_in(message, "opcode");
+    const int32 device = number_in(message, "device");
+    switch (opcode) {
+        case B_ENTRY_CREATED:
+        case B_ENTRY_REMOVED:
+            tell(opcode,
+                 entry_path(device, node_in(message, "directory"), text_in(message, "name", "")),
+                 nullptr);
+            break;
+        case B_ENTRY_MOVED: tell_moved(message); break;
+        case B_DEVICE_MOUNTED: tell_mounted(message); break;
+        case B_DEVICE_UNMOUNTED: tell_unmounted(message); break;
+        default:
+            tell(opcode, node_path(numbered(device, node_in(message, "node"))), nullptr);
+            break;
+    }
+}
+
+// Receives the changes in the application's loop, whoever the application belongs to.
+class MyWatcher : public BHandler {
+public:
+    MyWatcher() : BHandler("watcher") {}
+    void MessageReceived(BMessage* message) override
+    {
+        if (message->what == B_NODE_MONITOR)
+            tell_change(*message);
+        else
+            BHandler::MessageReceived(message);
+    }
+};
+
+// Invalid without an application, errno then says so.
+static BMessenger watcher()
+{
+    static MyWatcher* const handler = new MyWatcher;  // outlives the application
+    errno = EINVAL;
+    if (be_app == nullptr)
+        return BMessenger();
+    if (handler->Looper() != be_app) {
+        if (!be_app->Lock())
+            return BMessenger();
+        be_app->AddHandler(handler);
+        be_app->Unlock();
+    }
+    return BMessenger(handler);
+}
+
+extern "C" void SetHandlerForWatch(void* handler) { sHandler = handler; }
+
+extern "C" bool WatchDir(const char* path, int8_t on)
+{
+    const BEntry entry(text_or_empty(path), true);
+    node_ref node;
+    if (entry.InitCheck() != B_OK || entry.GetNodeRef(&node) != B_OK)
+        return keep_file_error(__func__);
+    const BPath full(&entry);
+    const BMessenger target = watcher();
+    const node_ref key = numbered(static_cast<int32>(node.device), static_cast<int64>(node.node));
+    BAutolock guard(watched().lock);  // so that the first message finds the path
+    if (watch_node(&node, on != 0 ? B_WATCH_ALL : B_STOP_WATCHING, target) != B_OK)
+        return keep_file_error(__func__);
+    if (on != 0 && full.InitCheck() == B_OK)
+        watched().nodes[key] = full.Path();
+    else
+        watched().nodes.erase(key);
+    return true;
+}
+
+extern "C" int32_t WatchDevices(int8_t on)
+{
+    const BMessenger target = watcher();
+    status_t status;
+    if (on != 0) {
+        remember_volumes();
+        status = watch_node(nullptr, B_WATCH_MOUNT, target);
+    } else {
+        status = stop_watching(target);
+        BAutolock guard(watched().lock);
+        watched().nodes.clear();
+        watched().volumes.clear();
+    }
+    if (status != B_OK)
+        keep_file_error(__func__);
+    return status;
+}
