@@ -10,10 +10,6 @@
 namespace BPrivate {
 namespace {
 
-constexpr uint32 kHashBits = 10;
-
-std::atomic<LooperSlot*> sChains[1u << kHashBits];  // slots are put in front, never taken out
-
 // Guards the use of free slots, and the order of the loopers. Never held while another is taken.
 std::mutex& order_lock()
 {
@@ -27,30 +23,13 @@ std::vector<LooperRef>& order()
     return *sOrder;
 }
 
-std::atomic<LooperSlot*>& chain_of(const BLooper* looper)
-{
-    const uint64 bits = reinterpret_cast<uintptr_t>(looper) >> 4;
-    return sChains[bits * 0x9E3779B97F4A7C15u >> (64 - kHashBits)];
-}
-
-LooperSlot* find_in(const std::atomic<LooperSlot*>& chain, const BLooper* looper)
-{
-    LooperSlot* slot = chain.load(std::memory_order_acquire);
-    while (slot != nullptr && slot->looper.load(std::memory_order_relaxed) != looper)
-        slot = slot->next;
-    return slot;
-}
-
 }  // namespace
 
-LooperSlot* LooperTable::Find(const BLooper* looper)
-{
-    return looper != nullptr ? find_in(chain_of(looper), looper) : nullptr;
-}
+constinit std::atomic<LooperSlot*> LooperTable::sChains[1u << kHashBits];
 
 LooperSlot* LooperTable::Add(BLooper* looper, int32 token)
 {
-    std::atomic<LooperSlot*>& chain = chain_of(looper);
+    std::atomic<LooperSlot*>& chain = ChainOf(looper);
     LooperSlot* slot;
     {
         std::lock_guard<std::mutex> guard(order_lock());

@@ -38,7 +38,15 @@ struct LooperRef {
 
 struct LooperTable {
     // The slot of a looper at this address, null if there is none. Dereferences nothing of it.
-    static LooperSlot* Find(const BLooper* looper);
+    static LooperSlot* Find(const BLooper* looper)
+    {
+        if (looper == nullptr)
+            return nullptr;
+        LooperSlot* slot = ChainOf(looper).load(std::memory_order_acquire);
+        while (slot != nullptr && slot->looper.load(std::memory_order_relaxed) != looper)
+            slot = slot->next;
+        return slot;
+    }
 
     // Enters a looper, locked by the calling thread. Remove() takes its name out, gives all levels
     // of the lock back and deletes the queued messages.
@@ -63,6 +71,17 @@ struct LooperTable {
     {
         return slot->kind.load() == static_cast<uint8>(BLooper::Kind::Window);
     }
+
+private:
+    static constexpr uint32 kHashBits = 10;
+
+    static std::atomic<LooperSlot*>& ChainOf(const BLooper* looper)
+    {
+        const uint64 bits = reinterpret_cast<uintptr_t>(looper) >> 4;
+        return sChains[bits * 0x9E3779B97F4A7C15u >> (64 - kHashBits)];
+    }
+
+    static std::atomic<LooperSlot*> sChains[1u << kHashBits];  // put in front, never taken out
 };
 
 }  // namespace BPrivate

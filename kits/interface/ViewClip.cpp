@@ -371,6 +371,17 @@ void BView::ClipToInversePicture(BPicture* picture, BPoint where, bool)
 
 // Asking for a Draw().
 
+// As the C library's, without a call for each.
+static inline float floor_of(float value)
+{
+    if (!(std::fabs(value) < 1 << 23))
+        return value;  // whole, or none at all
+    const float whole = static_cast<float>(static_cast<int32>(value));
+    return whole - (whole > value);
+}
+
+static inline float ceil_of(float value) { return -floor_of(-value); }
+
 void BView::Invalidate(BRect invalRect)
 {
     BPrivate::Canvas* canvas = fData->canvas;
@@ -378,8 +389,8 @@ void BView::Invalidate(BRect invalRect)
         return;
     int32 x, y;
     fData->Offset(&x, &y);
-    const BRect whole(std::floor(invalRect.left), std::floor(invalRect.top),
-                      std::ceil(invalRect.right), std::ceil(invalRect.bottom));
+    const BRect whole(floor_of(invalRect.left), floor_of(invalRect.top),
+                      ceil_of(invalRect.right), ceil_of(invalRect.bottom));
     const clipping_rect rect = BPrivate::rect_at(whole, x, y);
     const BRegion& waiting = canvas->Invalid();
     if (waiting.CountRects() == 1 && !BPrivate::empty(rect)) {
