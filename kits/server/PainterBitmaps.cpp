@@ -198,30 +198,38 @@ clipping_rect draw_sampled(const Target& target, const Paint& paint, const Sampl
 }
 
 // Moves the pixels of one part of the target from `dx`, `dy` further left and up.
+void move_bits(uint8* to, const uint8* from, int32 left, int32 right, int64 dx)
+{
+    const int32 width = right - left + 1;
+    for (int32 k = 0; k < width; k++) {
+        const int32 x = dx > 0 ? right - k : left + k;
+        const int32 source = int32(x - dx);
+        const bool set = (from[source >> 3] & (0x80 >> (source & 7))) != 0;
+        const uint8 bit = uint8(0x80 >> (x & 7));
+        to[x >> 3] = uint8(set ? to[x >> 3] | bit : to[x >> 3] & ~bit);
+    }
+}
+
 void move_box(const Surface& surface, const clipping_rect& box, int64 dx, int64 dy)
 {
     const int32 height = box.bottom - box.top + 1;
-    const int32 bits = surface.space == B_GRAY1 ? 1 : BytesPerRow(surface.space, 1) * 8;
-    for (int32 i = 0; i < height; i++) {
-        // Downwards from below, so that no row is overwritten before it was read.
-        const int32 y = dy > 0 ? box.bottom - i : box.top + i;
-        uint8* to = surface.bits + ptrdiff_t(y) * surface.bytesPerRow;
-        const uint8* from = surface.bits + ptrdiff_t(y - dy) * surface.bytesPerRow;
-        if (bits >= 8) {
-            memmove(to + ptrdiff_t(box.left) * (bits / 8),
-                    from + ptrdiff_t(box.left - dx) * (bits / 8),
-                    size_t(box.right - box.left + 1) * (bits / 8));
-            continue;
-        }
-        const int32 width = box.right - box.left + 1;
-        for (int32 k = 0; k < width; k++) {
-            const int32 x = dx > 0 ? box.right - k : box.left + k;
-            const int32 source = int32(x - dx);
-            const bool set = (from[source >> 3] & (0x80 >> (source & 7))) != 0;
-            const uint8 bit = uint8(0x80 >> (x & 7));
-            to[x >> 3] = uint8(set ? to[x >> 3] | bit : to[x >> 3] & ~bit);
-        }
+    // Where the two overlap, downwards from below: no row is overwritten before it was read.
+    const bool upwards = dy > 0 && dy < height;
+    const ptrdiff_t step = upwards ? -surface.bytesPerRow : surface.bytesPerRow;
+    const int32 first = upwards ? box.bottom : box.top;
+    uint8* to = surface.bits + ptrdiff_t(first) * surface.bytesPerRow;
+    const uint8* from = surface.bits + ptrdiff_t(first - dy) * surface.bytesPerRow;
+    if (surface.space == B_GRAY1) {
+        for (int32 i = 0; i < height; i++, to += step, from += step)
+            move_bits(to, from, box.left, box.right, dx);
+        return;
     }
+    const ptrdiff_t bytes = BytesPerRow(surface.space, 1);
+    const size_t size = size_t(box.right - box.left + 1) * size_t(bytes);
+    to += box.left * bytes;
+    from += (box.left - dx) * bytes;
+    for (int32 i = 0; i < height; i++, to += step, from += step)
+        memmove(to, from, size);
 }
 
 }  // namespace
