@@ -142,7 +142,7 @@ static std::map<std::string, size_t> read_attributes(const std::string& path)
 status_t ChangeWatcher::Watch(const node_ref& node, uint32 flags, const BMessenger& target)
 {
     std::lock_guard guard(fLock);
-    const Key key = { node.device, node.node };
+    const Key key(node.device, node.node);
     Subject* subject = _Find(key);
     auto find_interest = [&] {
         return std::find_if(subject->interests.begin(), subject->interests.end(),
@@ -153,7 +153,8 @@ status_t ChangeWatcher::Watch(const node_ref& node, uint32 flags, const BMesseng
             return fail(ENOENT);
         subject->interests.erase(find_interest());
         _Update(*subject);
-        _RemoveIfIdle(key);
+        fMaybeIdle.push_back(key);
+        _RemoveIdle();
         return B_OK;
     }
     status_t status = _Start();
@@ -177,8 +178,11 @@ status_t ChangeWatcher::Watch(const node_ref& node, uint32 flags, const BMesseng
         const int number = errno;
         subject->interests.erase(find_interest());
         _Update(*subject);
-        _RemoveIfIdle(key);
+        fMaybeIdle.push_back(key);
+        _RemoveIdle();
         errno = number;
+    } else {
+        _RemoveIdle();
     }
     return status;
 }
@@ -223,8 +227,9 @@ void ChangeWatcher::_DropDead()
     for (const Key& key : touched) {
         if (Subject* subject = _Find(key))
             _Update(*subject);
-        _RemoveIfIdle(key);
+        fMaybeIdle.push_back(key);
     }
+    _RemoveIdle();
 }
 
 ChangeWatcher::Subject* ChangeWatcher::_Find(const Key& key) const
@@ -279,7 +284,9 @@ status_t ChangeWatcher::_Update(Subject& subject)
     if ((flags & B_WATCH_NAME) != 0)
         mask |= IN_DELETE_SELF;
     if ((flags & kStatFlags) != 0)
-        mask |= IN_ATTRIB | IN_MODIFY;
+        mask |= IN_ATTRIB;
+    if ((flags & kStatFlags) != 0 && !subject.is_directory)  // it would tell of all its files
+        mask |= IN_MODIFY;
     if ((flags & B_WATCH_ATTR) != 0)
         mask |= IN_ATTRIB;
     const bool wants_entries
@@ -339,7 +346,7 @@ void ChangeWatcher::_AttachToParent(Subject& subject)
     if (stat(path.c_str(), &info) != 0)
         return;
     remember_node(path, info);
-    const Key key = { info.st_dev, info.st_ino };
+    const Key key(info.st_dev, info.st_ino);
     Subject* directory = _Meet(key, path, info);
     directory->named_entries++;
     if (_Update(*directory) == B_OK) {
@@ -348,7 +355,7 @@ void ChangeWatcher::_AttachToParent(Subject& subject)
     }
     directory->named_entries--;
     _Update(*directory);
-    _RemoveIfIdle(key);
+    fMaybeIdle.push_back(key);
 }
 
 void ChangeWatcher::_DetachFromParent(Subject& subject)
@@ -358,17 +365,22 @@ void ChangeWatcher::_DetachFromParent(Subject& subject)
         return;
     directory->named_entries--;
     _Update(*directory);
-    _RemoveIfIdle(directory->key);
+    fMaybeIdle.push_back(directory->key);
 }
 
-void ChangeWatcher::_RemoveIfIdle(const Key& key)
+// Removes what nobody watches any more, once nobody holds a pointer to a subject.
+void ChangeWatcher::_RemoveIdle()
 {
-    Subject* subject = _Find(key);
-    if (subject == nullptr || subject->named_entries > 0 || !subject->interests.empty())
-        return;
-    _SetMask(*subject, 0);
-    _DetachFromParent(*subject);
-    fSubjects.erase(key);
+    while (!fMaybeIdle.empty()) {
+        const Key key = fMaybeIdle.back();
+        fMaybeIdle.pop_back();
+        Subject* subject = _Find(key);
+        if (subject == nullptr || subject->named_entries > 0 || !subject->interests.empty())
+            continue;
+        _SetMask(*subject, 0);
+        _DetachFromParent(*subject);
+        fSubjects.erase(key);
+    }
 }
 
 // Nothing comes from the subject's watch any more, nor for the entries that it told of.
@@ -391,7 +403,7 @@ void ChangeWatcher::_WatchEnded(Subject& subject)
     if (subject.directory != nullptr)  // which has yet to tell of the removal
         return;
     subject.interests.clear();
-    _RemoveIfIdle(subject.key);
+    fMaybeIdle.push_back(subject.key);
 }
 
 void ChangeWatcher::_Run()
@@ -474,6 +486,7 @@ void ChangeWatcher::_HandleEvents(bool waited)
             if (is_move)
                 _Handle(to);
         }
+        _RemoveIdle();
     }
 }
 
@@ -559,7 +572,7 @@ void ChangeWatcher::_EntryRemoved(Subject& directory, const std::string& name)
         subject->interests.clear();
     _DetachFromParent(*subject);
     if (is_gone)
-        _RemoveIfIdle({ directory.key.first, node });
+        fMaybeIdle.push_back({ directory.key.first, node });
 }
 
 void ChangeWatcher::_EntryMoved(Subject& from, const std::string& fromName, Subject& to,

@@ -35,7 +35,7 @@ public:
     void Stop(const BMessenger& target);
 
 private:
-    using Key = std::pair<dev_t, ino_t>;
+    using Key = std::pair<uint32, ino_t>;  // device numbers as messages carry them
     struct Subject;
     struct Event;
     using Targets = std::vector<BMessenger>;
@@ -56,7 +56,7 @@ private:
     status_t _SetMask(Subject& subject, uint32 mask);
     void _AttachToParent(Subject& subject);
     void _DetachFromParent(Subject& subject);
-    void _RemoveIfIdle(const Key& key);
+    void _RemoveIdle();
     void _ForgetWatch(Subject& subject);
     void _WatchEnded(Subject& subject);
 
@@ -78,6 +78,7 @@ private:
     int fTable = -1;    // lock; the mount table
     std::map<Key, std::unique_ptr<Subject>> fSubjects;  // lock
     std::map<int, Subject*> fWatches;                   // lock
+    std::vector<Key> fMaybeIdle;                        // lock; empty between events and calls
     std::deque<Event> fQueue;                           // lock; read, not handled
     Targets fVolumeTargets;                             // lock
     std::vector<Mount> fVolumes;                        // lock

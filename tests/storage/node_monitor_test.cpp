@@ -297,6 +297,37 @@ TEST_F(NodeMonitor, TenThousandChangesArriveCompleteAndInOrderOrAsLost)
     }
 }
 
+// The watcher is kept from reading until the host's queue has run over.
+TEST_F(NodeMonitor, AnOverflowIsReportedAndWatchingGoesOn)
+{
+    int limit = 0;
+    FILE* setting = fopen("/proc/sys/fs/inotify/max_queued_events", "r");
+    if (setting == nullptr || fscanf(setting, "%d", &limit) != 1 || limit > 50000)
+        limit = 0;
+    if (setting != nullptr)
+        fclose(setting);
+    if (limit == 0)
+        GTEST_SKIP() << "the host's queue is too long to fill";
+    ASSERT_EQ(Watch("/in", B_WATCH_DIRECTORY), B_OK);
+    const thread_id watcher = find_thread("node monitor");
+    ASSERT_EQ(suspend_thread(watcher), B_OK);
+    for (int i = 0; i < limit + 2000; i++)
+        fFolder.Put("/in/" + std::to_string(i));
+    ASSERT_EQ(resume_thread(watcher), B_OK);
+    int told = 0;
+    std::string text;
+    while ((text = Next()) != "100") {
+        ASSERT_EQ(text, "1 " + std::to_string(told));
+        told++;
+    }
+    EXPECT_GT(told, 0);
+    ExpectNothingBefore("/in/after");
+    unlink(At("/in/5").c_str());
+    BMessage message = fMail.Take();
+    EXPECT_EQ(Text(message), "2 5");
+    EXPECT_NE(Number(message, "node"), 0);
+}
+
 TEST_F(NodeMonitor, WatchesComeAndGoWhileChangesRun)
 {
     Mailbox mail;
