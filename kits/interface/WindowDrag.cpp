@@ -27,8 +27,9 @@ struct Drag {
 };
 
 static std::mutex sLock;  // a window is posted to under it only; before the locks of queues
-static std::vector<WindowData*> sSites;
-static std::unique_ptr<Drag> sDrag;
+// Windows may close while the process is already leaving, so neither is ever destroyed.
+static std::vector<WindowData*>& sSites = *new std::vector<WindowData*>;
+static std::unique_ptr<Drag>& sDrag = *new std::unique_ptr<Drag>;
 
 DropMessage::DropMessage(const BMessage& dropped, BPoint where, BPoint screenWhere, BPoint offset)
     : BMessage(dropped), fWhere(where)

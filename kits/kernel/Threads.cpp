@@ -376,7 +376,8 @@ status_t wait_for_thread_etc(thread_id id, uint32 flags, bigtime_t timeout, stat
     std::shared_ptr<Thread> thread = find(id);
     if (thread == nullptr)
         return wait_ended(id, _returnCode);
-    if (thread.get() == tSelf)
+    // Enters the caller while no thread's lock is held: the registry's comes first.
+    if (thread.get() == current())
         return B_BAD_THREAD_ID;
     if (thread->gate.exchange(1) == 0)
         futex_wake(thread->gate, 1);
@@ -422,6 +423,7 @@ status_t send_data(thread_id id, int32 code, const void* buffer, size_t bufferSi
         return B_BAD_THREAD_ID;
     if (buffer == nullptr && bufferSize > 0)
         return B_BAD_VALUE;
+    current();  // enters the caller while no thread's lock is held
     std::unique_lock hold(thread->lock);
     while (thread->has_mail && !thread->dead) {
         WaitList::Waiter waiter;

@@ -44,6 +44,7 @@ protected:
         menu.SetTargetForItems(BMessenger(window));
         menu.GetPreferredSize(&width, &height);
     }
+    // The menu is laid out anew while it opens, so places are asked for before.
     void Open(bool invoke = false)
     {
         inject_pointer(300, 200);
@@ -184,8 +185,8 @@ TEST(Menus, ArchivesKeepItemsMarksAndShortcuts)
 
 TEST_F(PopUps, AReleaseOnAnItemChoosesItAndSendsItsMessage)
 {
-    Open(true);
     const BPoint where = MiddleOf(menu.ItemAt(1));
+    Open(true);
     inject_pointer(where.x, where.y);
     Look();
     inject_button(1, true);
@@ -213,8 +214,8 @@ TEST_F(PopUps, DisabledItemsAndLinesAreNoChoice)
 {
     menu.ItemAt(0)->SetEnabled(false);
     for (int32 index : {0, 2}) {
-        Open();
         const BPoint where = MiddleOf(menu.ItemAt(index));
+        Open();
         inject_pointer(where.x, where.y);
         Look();
         inject_button(1, true);
@@ -226,14 +227,16 @@ TEST_F(PopUps, DisabledItemsAndLinesAreNoChoice)
 
 TEST_F(PopUps, SubmenusOpenBesideTheirItem)
 {
+    BMenu* submenu = menu.SubmenuAt(3);
+    submenu->GetPreferredSize(&width, &height);
+    const BRect frame = menu.ItemAt(3)->Frame();
+    const BPoint where = MiddleOf(menu.ItemAt(3));
+    const BPoint beside =
+        MiddleOf(submenu->ItemAt(0), kPlace + BPoint(frame.right + 1, frame.top - 1));
     Open();
-    BPoint where = MiddleOf(menu.ItemAt(3));
     inject_pointer(where.x, where.y);
     Look();
-    BMenu* submenu = menu.SubmenuAt(3);
-    const BRect beside = menu.ItemAt(3)->Frame();
-    where = MiddleOf(submenu->ItemAt(0), kPlace + BPoint(beside.right + 1, beside.top - 1));
-    inject_pointer(where.x, where.y);
+    inject_pointer(beside.x, beside.y);
     Look();
     inject_button(1, true);
     Look();

@@ -14,6 +14,7 @@
 #include <Window.h>
 
 #include <climits>
+#include <memory>
 #include <mutex>
 #include <string>
 #include <vector>
@@ -93,7 +94,7 @@ protected:
     void SetUp() override { sLog.Clear(); }
 };
 
-int32_t sCloseResult = 0;
+std::atomic<int32_t> sCloseResult = 0;
 int32_t on_close()
 {
     sLog.Add("close");
@@ -380,7 +381,7 @@ TEST_F(Windows, GadgetMessagesCallClickAndChoiceHandlers)
     gadget.value_handler = reinterpret_cast<void*>(log_one<3>);
     auto* gadgets = static_cast<BList*>(gRegistry[4]);
     gadgets->AddItem(&gadget);
-    TestWindow window;
+    auto window = std::make_unique<TestWindow>();
     BMessenger messenger(platform_window());
     for (uint32 what : {753u, 75005u, 75000u}) {
         BMessage message(what);
@@ -388,9 +389,11 @@ TEST_F(Windows, GadgetMessagesCallClickAndChoiceHandlers)
         messenger.SendMessage(&message);
     }
     BMessage stale(753);
-    stale.AddPointer("gd", &window);
+    stale.AddPointer("gd", window.get());
     messenger.SendMessage(&stale);
     EXPECT_TRUE(eventually([] { return sLog.Has("3 0"); }));
     EXPECT_EQ(sLog.All(), "1, 3 5, 3 0");
+    window.reset();
+    EXPECT_TRUE(eventually([] { return be_app->CountWindows() == 0; }));
     gadgets->MakeEmpty();
 }
