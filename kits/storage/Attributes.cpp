@@ -59,21 +59,33 @@ static status_t host_name(const char* name, HostName* host)
     return host->value.size() <= kMaxHostName ? B_OK : fail(ENAMETOOLONG);
 }
 
-static status_t get_host_value(const char* path, const std::string& name, std::string* value)
+// Reads what may grow meanwhile. `read` takes a buffer and its size, as the host's calls do: it asks
+// for the size with 0, and fails with ERANGE when the buffer is too small.
+template <class Read>
+static status_t read_growing(std::string* bytes, Read read)
 {
+    bytes->resize(256);  // most are shorter
     while (true) {
-        ssize_t size = getxattr(path, name.c_str(), nullptr, 0);
-        if (size < 0)
-            return host_failure();
-        value->resize(size);
-        size = getxattr(path, name.c_str(), value->data(), value->size());
+        ssize_t size = read(bytes->data(), bytes->size());
         if (size >= 0) {
-            value->resize(size);
+            bytes->resize(size);
             return B_OK;
         }
-        if (errno != ERANGE)  // it grew meanwhile
+        if (errno == ERANGE)
+            size = read(nullptr, 0);
+        if (size < 0) {
+            bytes->clear();
             return host_failure();
+        }
+        bytes->resize(size + 1);  // never 0, which would only ask again
     }
+}
+
+static status_t get_host_value(const char* path, const std::string& name, std::string* value)
+{
+    return read_growing(value, [&](char* buffer, size_t size) {
+        return getxattr(path, name.c_str(), buffer, size);
+    });
 }
 
 static status_t set_host_value(const char* path, const std::string& name,
@@ -299,27 +311,11 @@ static std::string beos_name(std::string_view host_leaf)
     return std::string(host_leaf);
 }
 
-static status_t list_host_names(const char* path, std::string* list)
-{
-    while (true) {
-        ssize_t size = listxattr(path, nullptr, 0);
-        if (size < 0)
-            return host_failure();
-        list->resize(size);
-        size = listxattr(path, list->data(), list->size());
-        if (size >= 0) {
-            list->resize(size);
-            return B_OK;
-        }
-        if (errno != ERANGE)
-            return host_failure();
-    }
-}
-
 status_t list_attributes(const char* path, std::vector<std::string>* names)
 {
     std::string list;
-    status_t status = list_host_names(path, &list);
+    status_t status = read_growing(&list,
+        [&](char* buffer, size_t size) { return listxattr(path, buffer, size); });
     if (status != B_OK)
         return status;
     names->clear();

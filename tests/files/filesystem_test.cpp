@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <climits>
 #include <cstring>
@@ -384,6 +385,18 @@ TEST_F(FileSystem, PathsEndInASlash)
     ASSERT_TRUE(DeleteFile(At("/gone").c_str()));
     EXPECT_STREQ(GetPath(0), "");
     EXPECT_EQ(Reason(), ENOENT);
+    // The longest that fits with its slash, and one more.
+    ASSERT_TRUE(ChangeDir(At("").c_str()));
+    std::string path = At("");
+    for (size_t left; (left = 1022 - path.size()) > 0;) {
+        const std::string name(std::min<size_t>(left > 202 ? 200 : left - 1, 200), 'd');
+        ASSERT_TRUE(MakeDir(name.c_str()) && ChangeDir(name.c_str()));
+        path.append("/").append(name);
+    }
+    EXPECT_EQ(GetPath(0), path + "/");
+    ASSERT_TRUE(MakeDir("d") && ChangeDir("d"));
+    EXPECT_STREQ(GetPath(0), "");
+    EXPECT_EQ(Reason(), ENAMETOOLONG);
     ASSERT_TRUE(ChangeDir("/"));
 }
 
