@@ -154,8 +154,12 @@ TEST_F(NodeMonitor, ANodeIsFollowedByItsName)
     node_ref node;
     ASSERT_EQ(BEntry(At("/out").c_str()).GetNodeRef(&node), B_OK);
     ASSERT_EQ(watch_node(&node, B_STOP_WATCHING, fTarget), B_OK);
-    unlink(At("/out/name").c_str());
-    EXPECT_EQ(Next(), "2 name");
+    // Its end is told once, though a file that is still open ends only when it is closed.
+    {
+        BFile open(At("/out/name").c_str(), B_READ_ONLY);
+        unlink(At("/out/name").c_str());
+        EXPECT_EQ(Next(), "2 name");
+    }
     ASSERT_EQ(Watch("/out", B_WATCH_DIRECTORY), B_OK);
     ExpectNothingBefore("/out/end");
 }
