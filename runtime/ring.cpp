@@ -7,7 +7,10 @@
 #include "runtime/ring.h"
 
 #include <algorithm>
+#include <bit>
 #include <string.h>
+
+static const bool kLittleEndian = std::endian::native == std::endian::little;
 
 char StrFunction[kRingSize];
 uint32_t StrCnt;
@@ -42,18 +45,16 @@ void put_empty_mid(char* result, int32_t count)
     terminate(result, count);
 }
 
-// Pieces of a fixed width that the text has in full.
-template <class Copy>
-static void put_pieces(const char* text, size_t first, size_t last, size_t width, Copy copy)
+// Pieces of a fixed width that the text has in full; `put` writes one with its terminator.
+template <class Put>
+static inline void put_pieces(const char* text, size_t first, size_t last, Put put)
 {
     char* slot = walk_slot(first);
     char* const end = StrFunction + kSlots * kSlotSize;
     for (const char* at = text; at <= text + (last - first); at++) {
-        copy(slot, at);
-        slot[width] = '\0';
+        put(slot, at);
         slot += 2 * kSlotSize;
-        if (slot >= end)
-            slot -= kSlots * kSlotSize;
+        slot = slot >= end ? slot - kSlots * kSlotSize : slot;
     }
 }
 
@@ -61,9 +62,10 @@ static void put_pieces(const char* text, size_t first, size_t last, size_t width
 template <size_t Half>
 static void put_pieces_of(const char* text, size_t first, size_t last, size_t width)
 {
-    put_pieces(text, first, last, width, [=](char* to, const char* from) {
+    put_pieces(text, first, last, [=](char* to, const char* from) {
         memcpy(to, from, Half);
         memcpy(to + width - Half, from + width - Half, Half);
+        to[width] = '\0';
     });
 }
 
@@ -93,9 +95,14 @@ static void leave_pieces(const char* text, size_t length, size_t width, size_t f
     else if (width >= 2)
         put_pieces_of<2>(from, first, last, width);
     else if (width == 1)
-        put_pieces(from, first, last, 1, [](char* to, const char* at) { to[0] = *at; });
+        put_pieces(from, first, last, [](char* to, const char* at) {
+            // One store for the character and its terminator.
+            const auto character = static_cast<uint8_t>(*at);
+            const uint16_t piece = kLittleEndian ? character : character << 8;
+            memcpy(to, &piece, sizeof(piece));
+        });
     else
-        put_pieces(from, first, last, 0, [](char*, const char*) {});
+        put_pieces(from, first, last, [](char* to, const char*) { to[0] = '\0'; });
 }
 
 // Leaves the ring as `tried` Mids of `width` characters leave it that begin at the first, second

@@ -290,8 +290,10 @@ extern "C" char* Extract(const char* s, const char* sep)
         // What the piece holds need not be read back from it, unless the search wrote over its text
         // or the piece has no terminator of its own.
         if (!in_ring(s) && left_length <= kSlotText) {
-            put_mid(left, s, left_length, count);
-            put_text(slot, s, left_length);
+            copy_bytes(left, s, left_length);
+            terminate(left, count);
+            copy_bytes(slot, s, left_length);
+            slot[left_length] = '\0';
         } else {
             put_mid_of(left, s, count);
             put_text(slot, left, strnlen(left, kSlotText));
