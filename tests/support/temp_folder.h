@@ -12,11 +12,11 @@
 
 class TempFolder {
 public:
-    TempFolder()
+    explicit TempFolder(const std::string& base = "/tmp")
     {
-        char name[] = "/tmp/plinth-test-XXXXXX";
+        std::string name = base + "/plinth-test-XXXXXX";
         char real[PATH_MAX];
-        fPath = realpath(mkdtemp(name), real);
+        fPath = realpath(mkdtemp(name.data()), real);
         fFormer = std::filesystem::current_path();
         setenv("HOME", At("/home").c_str(), 1);
         setenv("XDG_CONFIG_HOME", At("/home/config").c_str(), 1);
