@@ -3,6 +3,7 @@
 #include "server/qt/QtDisplay.h"
 
 #include <QCursor>
+#include <QEvent>
 #include <QGuiApplication>
 #include <QScreen>
 #include <QWindow>
@@ -40,6 +41,23 @@ void filter_message(QtMsgType type, const QMessageLogContext&, const QString& te
 
 }  // namespace
 
+// Wakes the server's thread for the tasks that wait.
+class QtDisplay::TaskQueue : public QObject {
+public:
+    explicit TaskQueue(QtDisplay* display) : fDisplay(display) {}
+
+    bool event(QEvent* event) override
+    {
+        if (event->type() != QEvent::User)
+            return QObject::event(event);
+        fDisplay->_RunTasks();
+        return true;
+    }
+
+private:
+    QtDisplay* fDisplay;
+};
+
 QtDisplay::QtDisplay()
 {
     fThread = std::thread([this] { _Run(); });
@@ -67,7 +85,7 @@ void QtDisplay::_Run()
     QGuiApplication::setQuitOnLastWindowClosed(false);
 
     {
-        QObject queue;
+        TaskQueue queue(this);
         fX11 = X11Screen::Connect();
         {
             StageLock lock;
@@ -102,6 +120,7 @@ void QtDisplay::_Run()
         {
             StageLock lock;
             fQueue = nullptr;
+            fTasks.clear();
             sRunning = nullptr;
             for (ScreenWindow* window : stage().Windows()) {
                 window->Silence();
@@ -137,14 +156,24 @@ bool QtDisplay::Post(std::function<void()> task)
 {
     if (fQueue == nullptr)
         return false;
-    // Qt sends its requests off when it handles events of the X server. A task may be followed by
-    // none for long.
-    auto run = [this, task = std::move(task)] {
+    fTasks.push_back(std::move(task));
+    if (fTasks.size() == 1)
+        QCoreApplication::postEvent(fQueue, new QEvent(QEvent::User));
+    return true;
+}
+
+void QtDisplay::_RunTasks()
+{
+    std::vector<std::function<void()>> tasks;
+    {
+        StageLock lock;
+        tasks.swap(fTasks);
+    }
+    for (const auto& task : tasks)
         task();
-        if (fX11 != nullptr)
-            fX11->Flush();
-    };
-    return QMetaObject::invokeMethod(fQueue, std::move(run), Qt::QueuedConnection);
+    // Qt sends its requests off when it handles events of the X server, which may be long.
+    if (fX11 != nullptr)
+        fX11->Flush();
 }
 
 void QtDisplay::Discard(QtWindow* window)

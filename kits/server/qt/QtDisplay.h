@@ -44,14 +44,18 @@ public:
     X11Screen* X11() const { return fX11.get(); }
 
 private:
+    class TaskQueue;
+
     ~QtDisplay() override = default;
     void _Run();
+    void _RunTasks();
     void _ReadScreen();
     void _DeleteDiscarded();
     void _EndAtExit();
 
     std::thread fThread;
     QObject* fQueue = nullptr;  // lives on the server's thread; null: nothing is taken. Stage locked
+    std::vector<std::function<void()>> fTasks;  // stage locked
     std::vector<QtWindow*> fDiscarded;  // stage locked
     std::unique_ptr<X11Screen> fX11;    // server's thread
     BRect fScreen{0, 0, 1023, 767};     // stage locked
