@@ -103,7 +103,9 @@ TEST_F(WindowFrame, HookThatMovesBackEndsThere)
     window->onMoved = [&] { window->MoveTo(100, 100); };
     window->onResized = [&] { window->ResizeTo(199, 149); };
     inject_window_move(150, 150, 300, 300);
-    inject_window_resize(350, 350, 400, 300);
+    for (int round = 0; round < 5; round++)
+        Settle();
+    inject_window_resize(150, 150, 400, 300);
     for (int round = 0; round < 5; round++)
         Settle();
     EXPECT_EQ(window->Frame(), BRect(100, 100, 299, 249));
