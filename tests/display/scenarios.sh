@@ -140,14 +140,18 @@ keys() {
     expect 'key 32 0'
 }
 
+# Holds a modifier until the key has been heard: handlers ask what is held at that moment.
+press_with() {
+    xdotool keydown "$1" key "$2"
+    expect "$3"
+    xdotool keyup "$1"
+}
+
 modifiers() {
     xdotool windowactivate --sync "$window"
-    xdotool key shift+b
-    expect 'key 66 1'
-    xdotool key ctrl+c
-    expect 'key 3 4'
-    xdotool key shift+F2
-    expect 'key 203 1'
+    press_with shift b 'key 66 1'
+    press_with ctrl c 'key 3 4'
+    press_with shift F2 'key 203 1'
     mark
     xdotool key b
     expect 'key 98 0'
