@@ -16,5 +16,6 @@ plinth_packages() {
 }
 
 build_packages=(g++ cmake ninja-build ccache pkg-config qt6-base-dev libgl1-mesa-dev libxcb1-dev
-    libfreetype-dev libharfbuzz-dev libfontconfig-dev fonts-dejavu-core libbenchmark-dev)
+    libfreetype-dev libharfbuzz-dev libfontconfig-dev fonts-noto-core fonts-dejavu-core
+    libbenchmark-dev)
 test_packages=(libgtest-dev locales xvfb openbox xdotool xclip x11-utils imagemagick)
