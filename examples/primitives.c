@@ -120,10 +120,10 @@ static void pen_width(int32_t x, int32_t y)
 static void line_mode(int32_t x, int32_t y)
 {
     static const int32_t joins[] = {0, 1, 2}; /* round, mitre, bevel */
-    SetPenWidth(window, 9);
+    SetPenWidth(window, 7);
     for (int32_t i = 0; i < 3; i++) {
         const int16_t bend[] = {(int16_t)(x + 10 + i * 30), (int16_t)(y + 54),
-                                (int16_t)(x + 19 + i * 30), (int16_t)(y + 14),
+                                (int16_t)(x + 19 + i * 30), (int16_t)(y + 26),
                                 (int16_t)(x + 28 + i * 30), (int16_t)(y + 54)};
         SetLineMode(window, joins[i] == 0 ? 0 : 1, joins[i]);
         StrokePolygon(window, 3, bend, 0);
@@ -173,6 +173,8 @@ static void blit(int32_t x, int32_t y)
 
 static void separators(int32_t x, int32_t y)
 {
+    SetForeColor(window, PANEL, PANEL);
+    FRectangle(window, x, y, 96, 64);
     DrawSeparatorHoriz(window, x + 8, y + 14, 80);
     DrawSeparatorHoriz(window, x + 8, y + 50, 80);
     DrawSeparatorVert(window, x + 32, y + 18, 28);
