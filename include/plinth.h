@@ -214,6 +214,39 @@ double Round(double x);
    32-bit integers, 2 for singles, 3 for doubles, 4 for strings. */
 void Sort(void *base, uint32_t type);
 
+/* ---- Time, date, pauses ---------------------------------------------------------------------- */
+
+/* Set the clock to a time of this day, or to a date at this time of day; local time. `year` is the
+   full one, `month` 1 to 12. Fields outside their ranges count on: 30 February 2000 is 1 March
+   (ISO C mktime). Return false if there is no such time, else true, even where the system does
+   not let the program set its clock. */
+bool SetTime(int32_t hour, int32_t minute, int32_t second);
+bool SetDate(int32_t year, int32_t month, int32_t day);
+
+/* Returns a part of the local time: 0 day of the month, 1 month (1 to 12), 2 years since 1900,
+   3 hour, 4 minute, 5 second, 6 weekday (0: Sunday); 0 for any other selector. */
+int32_t GetInfoTime(int32_t selector);
+
+/* Return the local date as "05/03/2001", and the local time as "17:04:59". The text lives until
+   the next call of the same function. */
+char *GetDate(void);
+char *GetTime(void);
+
+/* Chooses what GetDate puts first: 1 the day (as at the start), anything else the month. */
+void SetFormatDate(uint8_t day_first);
+
+/* Returns microseconds: since the system was started if `since_boot` is not 0, else since 1970.
+   Any thread. */
+int64_t GetTicks(uint8_t since_boot);
+
+/* Pause the calling thread; values below 1 do not. The microseconds of WaitSecs have 32 bits: from
+   2148 to 4294 seconds it does not wait at all. Any thread. */
+void WaitTicks(int32_t duration_us);
+void WaitSecs(int32_t seconds);
+
+/* Moves the cursor of the terminal to its first place and clears it (ANSI X3.64). */
+void ClearScreen(void);
+
 /* ---- Windows and events ---------------------------------------------------------------------- */
 
 /* The events of a window that call a handler, by slot, with what it gets (32-bit integers;
@@ -251,6 +284,14 @@ void CloseWindow(int32_t ident);
 
 /* Stores the handler of one event, or null; see the slots above. Any thread. */
 void SetHandlerForWindow(int32_t ident, int32_t slot, void *handler);
+
+/* Starts (1) or stops (0) the window's timer, which calls the handler PLINTH_TIMER every so many
+   seconds as SetTimerCount set. Stopping forgets the seconds counted so far. Any thread. */
+void SetTimerStart(int32_t ident, uint8_t on);
+
+/* Sets the timer's period, in seconds, and begins counting anew; 0 stops the timer, a negative
+   period is ignored. Any thread. */
+void SetTimerCount(int32_t ident, int32_t period);
 
 /* True while a window with that ident is open. Any thread. */
 bool is_window_ident(int32_t ident);

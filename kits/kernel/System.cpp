@@ -30,6 +30,13 @@ static int set_host_clock(unsigned long seconds)
     return clock_settime(CLOCK_REALTIME, &time);
 }
 
+static bigtime_t read_host_clock()
+{
+    timespec now;
+    clock_gettime(CLOCK_REALTIME, &now);
+    return now.tv_sec * 1000000LL + now.tv_nsec / 1000;
+}
+
 // Ids of 1 and less are the whole machine, or groups of processes, to the host.
 static int signal_host_team(pid_t team, int signal)
 {
@@ -38,7 +45,7 @@ static int signal_host_team(pid_t team, int signal)
 
 HostActions& BPrivate::host_actions()
 {
-    static HostActions actions = { set_host_clock, signal_host_team };
+    static HostActions actions = { set_host_clock, read_host_clock, signal_host_team };
     return actions;
 }
 

@@ -13,31 +13,26 @@
 
 using namespace BPrivate;
 
-static nanotime_t read_clock(clockid_t clock)
-{
-    timespec now;
-    clock_gettime(clock, &now);
-    return now.tv_sec * 1000000000LL + now.tv_nsec;
-}
-
 bigtime_t system_time()
 {
-    return read_clock(CLOCK_MONOTONIC) / 1000;
+    return system_time_nsecs() / 1000;
 }
 
 nanotime_t system_time_nsecs()
 {
-    return read_clock(CLOCK_MONOTONIC);
+    timespec now;
+    clock_gettime(CLOCK_MONOTONIC, &now);
+    return now.tv_sec * 1000000000LL + now.tv_nsec;
 }
 
 unsigned long real_time_clock()
 {
-    return static_cast<unsigned long>(time(nullptr));
+    return static_cast<unsigned long>(host_actions().read_clock() / 1000000);
 }
 
 bigtime_t real_time_clock_usecs()
 {
-    return read_clock(CLOCK_REALTIME) / 1000;
+    return host_actions().read_clock();
 }
 
 void set_real_time_clock(unsigned long secsSinceJan1st1970)

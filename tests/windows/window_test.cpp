@@ -62,7 +62,7 @@ std::string words(std::initializer_list<int32_t> numbers)
 {
     std::string text;
     for (int32_t number : numbers)
-        text += " " + std::to_string(number);
+        text += std::string(" ") + std::to_string(number);
     return text;
 }
 
