@@ -537,6 +537,25 @@ bool WatchDir(const char *path, int8_t on);
 /* Begins to watch the volumes; 0 ends that and every WatchDir. Returns 0, or a status code. */
 int32_t WatchDevices(int8_t on);
 
+/* ---- Clipboard and e-mail -------------------------------------------------------------------- */
+
+/* Returns the text on the clipboard, whichever program put it there, "" for none; a program that
+   holds it and does not answer within a second has none. Text of other programs is UTF-8. The
+   result lives until this thread's next call after a change of the clipboard. Any thread. */
+char *GetStringClipboard(void);
+
+/* Puts a text on the clipboard, for all programs. Bytes that are not UTF-8 come back to programs of
+   this library as they are and count as Latin-1 elsewhere. Returns true if it is there; false for
+   null too. Any thread. */
+bool SetStringClipboard(const char *s);
+
+/* Empties the clipboard for this program, until its content changes; other programs keep what is
+   there. Returns true, false only without an application. Any thread. */
+bool ClearClipboard(void);
+
+/* Returns true if there is a text on the clipboard: the opposite of its name. Any thread. */
+bool IsEmptyClipboard(void);
+
 #ifdef __cplusplus
 }
 #endif

@@ -17,6 +17,7 @@ static const char* reason_of(int32_t code)
         case kNoMemory: return "out of memory";
         case kNoSuchChannel: return "no such channel";
         case kFileError: return "the file operation failed, see dos_err";
+        case kNoService: return "the system's service is not there, or failed";
         default: return "failed";
     }
 }

@@ -14,6 +14,7 @@ enum TraceCode : int32_t {
     kNoMemory = 5,
     kNoSuchChannel = 6,
     kFileError = 7,
+    kNoService = 8,
 };
 
 extern "C" {

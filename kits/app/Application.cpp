@@ -6,6 +6,7 @@
 
 #include <Application.h>
 
+#include <Clipboard.h>
 #include <Cursor.h>
 #include <Entry.h>
 #include <Message.h>
@@ -122,6 +123,8 @@ void BApplication::_InitApp(const char* signature, status_t* error)
         fInitStatus = B_ALREADY_RUNNING;
     if (fInitStatus == B_OK) {
         be_app_messenger = BMessenger(nullptr, this);
+        if (be_clipboard == nullptr)  // kept for threads that outlive the application
+            be_clipboard = new BClipboard(nullptr);
         be_app = this;
     }
     if (error != nullptr)

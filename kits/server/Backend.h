@@ -4,6 +4,7 @@
 // What the two displays do each in its own way. Unless it says otherwise a function is called with
 // the stage locked and must not wait.
 
+#include <server/Clipboard.h>
 #include <server/Display.h>
 
 namespace server {
@@ -22,6 +23,8 @@ public:
     virtual void SetWorkspaceCount(int32 count) = 0;
     // The cursor of the application, or of no window at all, changed.
     virtual void UpdateCursors() = 0;
+    // Not locked.
+    virtual std::shared_ptr<Clipboard> SystemClipboard() = 0;
     // Ends threads and native windows; not locked, waits. Deletes itself.
     virtual void Shutdown() = 0;
 

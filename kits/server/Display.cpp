@@ -39,9 +39,8 @@ bool has_display()
     return false;
 }
 
-Backend* backend()
+Backend* chosen_backend()  // choice_mutex
 {
-    std::lock_guard guard(choice_mutex());
     if (sBackend == nullptr && has_display()) {
         sBackend = make_qt_display();
         if (sBackend == nullptr)
@@ -50,6 +49,12 @@ Backend* backend()
     if (sBackend == nullptr)
         sBackend = make_memory_display();
     return sBackend;
+}
+
+Backend* backend()
+{
+    std::lock_guard guard(choice_mutex());
+    return chosen_backend();
 }
 
 }  // namespace
@@ -247,6 +252,12 @@ void ObscureCursor()
     stage().ObscureCursor();
     if (sBackend != nullptr)
         sBackend->UpdateCursors();
+}
+
+std::shared_ptr<Clipboard> SystemClipboard()
+{
+    std::lock_guard guard(choice_mutex());
+    return chosen_backend()->SystemClipboard();
 }
 
 void Shutdown()

@@ -99,12 +99,14 @@ public:
     void ActivateWorkspace(int32 workspace) override { stage().ShowWorkspace(workspace); }
     void SetWorkspaceCount(int32 count) override { stage().SetWorkspaceCount(count); }
     void UpdateCursors() override {}
+    std::shared_ptr<Clipboard> SystemClipboard() override { return fClipboard; }
 
     // The windows stay with their owners, who destroy them.
     void Shutdown() override { delete this; }
 
 private:
     BRect fScreen{0, 0, 1023, 767};
+    const std::shared_ptr<Clipboard> fClipboard = make_memory_clipboard();
 };
 
 bool MemoryWindow::_ResizePixels(BRect frame)

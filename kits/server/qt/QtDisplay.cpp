@@ -62,6 +62,7 @@ QtDisplay::QtDisplay()
 {
     fThread = std::thread([this] { _Run(); });
     sStarted.acquire();
+    fClipboard = make_memory_clipboard();
 }
 
 void QtDisplay::_Run()

@@ -34,6 +34,7 @@ public:
     void ActivateWorkspace(int32 workspace) override;
     void SetWorkspaceCount(int32) override {}  // the window manager's choice
     void UpdateCursors() override;
+    std::shared_ptr<Clipboard> SystemClipboard() override { return fClipboard; }
     void Shutdown() override;
 
     // Runs `task` on the server's thread, in order. Stage locked. False when the thread is gone.
@@ -59,6 +60,7 @@ private:
     std::vector<QtWindow*> fDiscarded;  // stage locked
     std::unique_ptr<X11Screen> fX11;    // server's thread
     BRect fScreen{0, 0, 1023, 767};     // stage locked
+    std::shared_ptr<Clipboard> fClipboard;  // made by the constructor
     bigtime_t fFrameInterval = 1000000 / 60;
 };
 
