@@ -1,4 +1,9 @@
 # The mount table is read by tests as text: none of them mounts anything.
-set(hidden_sources ${PROJECT_SOURCE_DIR}/kits/storage/MountTable.cpp
-    ${PROJECT_SOURCE_DIR}/kits/storage/Attributes.cpp
-    ${PROJECT_SOURCE_DIR}/kits/storage/HostErrors.cpp)
+set(hidden_sources)
+foreach(name IN ITEMS MountTable Attributes HostErrors
+        DataFolders DesktopEntries FolderChanges MimeApplications MimeNames SharedMime)
+    list(APPEND hidden_sources ${PROJECT_SOURCE_DIR}/kits/storage/${name}.cpp)
+endforeach()
+find_package(PkgConfig REQUIRED)
+pkg_check_modules(GIO REQUIRED IMPORTED_TARGET gio-2.0)
+set(hidden_libraries PkgConfig::GIO)
