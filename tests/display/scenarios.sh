@@ -53,7 +53,7 @@ pixel() { import -window root -crop "1x1+$1+$2" -depth 8 txt:- | grep -oE '#[0-9
 pixel_is() { [ "$(pixel "$1" "$2")" = "$3" ]; }
 
 start_server() {
-    Xvfb -displayfd 1 -screen 0 1024x768x24 -nolisten tcp >"$folder/display" 2>"$folder/xvfb" &
+    Xvfb -displayfd 1 -screen 0 1024x768x24 -nolisten tcp -noreset >"$folder/display" 2>"$folder/xvfb" &
     started+=($!)
     eventually test -s "$folder/display" || fail "no X server: $(cat "$folder/xvfb")"
     DISPLAY=:$(head -n 1 "$folder/display")
