@@ -21,12 +21,11 @@ public:
     static MemoryWindow* Make(const WindowSpec& spec, EventSink* sink)
     {
         auto* window = new MemoryWindow(spec, sink);
-        if (!window->_ResizePixels(window->fSpec.frame)) {
+        if (!window->ResizePixels(window->fSpec.frame)) {
             delete window;
             return nullptr;
         }
-        if (spec.workspaces == B_CURRENT_WORKSPACE)
-            window->fSpec.workspaces = 1u << stage().Workspace();
+        window->SettleWorkspaces();
         stage().Add(window);
         return window;
     }
@@ -46,30 +45,18 @@ public:
 
     void Show() override;
     void Hide() override;
-    void Minimize(bool minimize) override;
     void Activate(bool active) override;
     void SendBehind(Window* other) override;
-    void MoveTo(BPoint leftTop) override;
-    void ResizeTo(float width, float height) override;
-    void SetTitle(const std::string& title) override;
-    void SetLook(window_look look) override;
-    void SetFeel(window_feel feel) override;
-    void SetFlags(uint32 flags) override;
-    void SetSizeLimits(float minWidth, float maxWidth, float minHeight, float maxHeight) override;
-    void SetWorkspaces(uint32 workspaces) override;
     void SetCursor(const BCursor*) override {}
     void Present(const Surface& surface, const clipping_rect* rects, int32 count) override;
 
     void ActivateByUser() override;
-    void MoveByUser(BPoint leftTop) override;
-    void ResizeByUser(float width, float height) override;
-    void MinimizeByUser(bool minimize) override;
 
 private:
     ~MemoryWindow() override = default;
-    bool _ResizePixels(BRect frame);
-    void _SetFrame(BRect frame);
-    void _Minimize(bool minimize);
+    void Place(BRect frame) override;
+    void Iconify(bool minimize) override;
+    void WorkspacesSet() override { _Unseen(); }
     void _Activate();
     void _Seen();   // it came into sight
     void _Unseen();  // it may have gone out of sight
@@ -109,30 +96,16 @@ private:
     const std::shared_ptr<Clipboard> fClipboard = make_memory_clipboard();
 };
 
-bool MemoryWindow::_ResizePixels(BRect frame)
+void MemoryWindow::Place(BRect frame)
 {
-    return fPixels.Resize(int32(frame.Width()) + 1, int32(frame.Height()) + 1);
-}
-
-void MemoryWindow::_SetFrame(BRect frame)
-{
-    BRect before = fSpec.frame;
+    const BRect before = fSpec.frame;
     frame = SaneFrame(fSpec, frame);
-    if (!_ResizePixels(frame)) {
+    if (!ResizePixels(frame)) {
         frame.right = frame.left + before.Width();
         frame.bottom = frame.top + before.Height();
     }
     fSpec.frame = frame;
-    Event event;
-    event.frame = frame;
-    if (frame.LeftTop() != before.LeftTop()) {
-        event.kind = EventKind::Moved;
-        Deliver(event);
-    }
-    if (frame.Width() != before.Width() || frame.Height() != before.Height()) {
-        event.kind = EventKind::Resized;
-        Deliver(event);
-    }
+    ReportFrame(before);
 }
 
 void MemoryWindow::_Activate()
@@ -158,14 +131,10 @@ void MemoryWindow::_Unseen()
         stage().ActivateNext();
 }
 
-void MemoryWindow::_Minimize(bool minimize)
+void MemoryWindow::Iconify(bool minimize)
 {
-    if (std::exchange(fMinimized, minimize) == minimize)
+    if (!ReportMinimized(minimize))
         return;
-    Event event;
-    event.kind = EventKind::Minimized;
-    event.active = minimize;
-    Deliver(event);
     if (minimize)
         _Unseen();
     else
@@ -188,18 +157,12 @@ void MemoryWindow::Hide()
     _Unseen();
 }
 
-void MemoryWindow::Minimize(bool minimize)
-{
-    StageLock lock;
-    _Minimize(minimize);
-}
-
 void MemoryWindow::Activate(bool active)
 {
     StageLock lock;
     if (active) {
         if (fMinimized)
-            _Minimize(false);
+            Iconify(false);
         _Activate();
     } else if (stage().IsVisible(this)) {
         stage().PutBehind(this, nullptr);
@@ -217,94 +180,12 @@ void MemoryWindow::SendBehind(Window* other)
         stage().ActivateNext();
 }
 
-void MemoryWindow::MoveTo(BPoint leftTop)
-{
-    StageLock lock;
-    _SetFrame(fSpec.frame.OffsetToCopy(leftTop));
-}
-
-void MemoryWindow::ResizeTo(float width, float height)
-{
-    StageLock lock;
-    BRect frame = fSpec.frame;
-    _SetFrame(BRect(frame.left, frame.top, frame.left + width, frame.top + height));
-}
-
-void MemoryWindow::SetTitle(const std::string& title)
-{
-    StageLock lock;
-    fSpec.title = title;
-}
-
-void MemoryWindow::SetLook(window_look look)
-{
-    StageLock lock;
-    fSpec.look = look;
-}
-
-void MemoryWindow::SetFeel(window_feel feel)
-{
-    StageLock lock;
-    fSpec.feel = feel;
-    stage().Raise(this);
-}
-
-void MemoryWindow::SetFlags(uint32 flags)
-{
-    StageLock lock;
-    fSpec.flags = flags;
-}
-
-void MemoryWindow::SetSizeLimits(float minWidth, float maxWidth, float minHeight, float maxHeight)
-{
-    StageLock lock;
-    fSpec.minWidth = minWidth;
-    fSpec.maxWidth = maxWidth;
-    fSpec.minHeight = minHeight;
-    fSpec.maxHeight = maxHeight;
-    _SetFrame(fSpec.frame);
-}
-
-void MemoryWindow::SetWorkspaces(uint32 workspaces)
-{
-    StageLock lock;
-    if (workspaces == B_CURRENT_WORKSPACE)
-        workspaces = 1u << stage().Workspace();
-    Event event;
-    event.kind = EventKind::WorkspacesChanged;
-    event.workspaces = workspaces;
-    event.oldWorkspaces = std::exchange(fSpec.workspaces, workspaces);
-    if (event.oldWorkspaces == workspaces)
-        return;
-    Deliver(event);
-    _Unseen();
-}
-
 void MemoryWindow::Present(const Surface& surface, const clipping_rect* rects, int32 count)
 {
     fPixels.Copy(surface, rects, count);
 }
 
 void MemoryWindow::ActivateByUser() { _Activate(); }
-
-void MemoryWindow::MoveByUser(BPoint leftTop)
-{
-    if ((fSpec.flags & B_NOT_MOVABLE) == 0)
-        _SetFrame(fSpec.frame.OffsetToCopy(leftTop));
-}
-
-void MemoryWindow::ResizeByUser(float width, float height)
-{
-    LimitResize(&width, &height);
-    BRect frame = fSpec.frame;
-    _SetFrame(BRect(frame.left, frame.top, frame.left + width, frame.top + height));
-}
-
-void MemoryWindow::MinimizeByUser(bool minimize)
-{
-    if ((fSpec.flags & B_NOT_MINIMIZABLE) == 0 && fShown)
-        _Minimize(minimize);
-}
 
 }  // namespace
 

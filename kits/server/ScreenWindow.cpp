@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 #include "server/Stage.h"
 
@@ -119,12 +120,104 @@ void ScreenWindow::ZoomByUser()
     Deliver(event);
 }
 
-void ScreenWindow::LimitResize(float* width, float* height) const
+void ScreenWindow::MoveByUser(BPoint leftTop)
+{
+    if ((fSpec.flags & B_NOT_MOVABLE) == 0)
+        Place(Wanted().OffsetToCopy(leftTop));
+}
+
+// The same place with another size.
+static BRect resized(BRect frame, float width, float height)
+{
+    return BRect(frame.left, frame.top, frame.left + width, frame.top + height);
+}
+
+void ScreenWindow::ResizeByUser(float width, float height)
 {
     if ((fSpec.flags & (B_NOT_RESIZABLE | B_NOT_H_RESIZABLE)) != 0)
-        *width = fSpec.frame.Width();
+        width = fSpec.frame.Width();
     if ((fSpec.flags & (B_NOT_RESIZABLE | B_NOT_V_RESIZABLE)) != 0)
-        *height = fSpec.frame.Height();
+        height = fSpec.frame.Height();
+    Place(resized(Wanted(), width, height));
+}
+
+void ScreenWindow::MinimizeByUser(bool minimize)
+{
+    if ((fSpec.flags & B_NOT_MINIMIZABLE) == 0 && fShown && minimize != fMinimized)
+        Iconify(minimize);
+}
+
+void ScreenWindow::Minimize(bool minimize)
+{
+    StageLock lock;
+    if (minimize != fMinimized)
+        Iconify(minimize);
+}
+
+void ScreenWindow::MoveTo(BPoint leftTop)
+{
+    StageLock lock;
+    Place(Wanted().OffsetToCopy(leftTop));
+}
+
+void ScreenWindow::ResizeTo(float width, float height)
+{
+    StageLock lock;
+    Place(resized(Wanted(), width, height));
+}
+
+void ScreenWindow::SetTitle(const std::string& title)
+{
+    StageLock lock;
+    fSpec.title = title;
+    Retitled();
+}
+
+void ScreenWindow::SetLook(window_look look)
+{
+    StageLock lock;
+    fSpec.look = look;
+    Restyled();
+}
+
+void ScreenWindow::SetFeel(window_feel feel)
+{
+    StageLock lock;
+    fSpec.feel = feel;
+    stage().Raise(this);
+    Restyled();
+}
+
+void ScreenWindow::SetFlags(uint32 flags)
+{
+    StageLock lock;
+    fSpec.flags = flags;
+    Restyled();
+}
+
+void ScreenWindow::SetSizeLimits(float minWidth, float maxWidth, float minHeight, float maxHeight)
+{
+    StageLock lock;
+    fSpec.minWidth = minWidth;
+    fSpec.maxWidth = maxWidth;
+    fSpec.minHeight = minHeight;
+    fSpec.maxHeight = maxHeight;
+    Place(Wanted());
+}
+
+void ScreenWindow::SetWorkspaces(uint32 workspaces)
+{
+    StageLock lock;
+    if (workspaces == B_CURRENT_WORKSPACE)
+        workspaces = 1u << stage().Workspace();
+    Event event;
+    event.kind = EventKind::WorkspacesChanged;
+    event.workspaces = workspaces;
+    event.oldWorkspaces = std::exchange(fSpec.workspaces, workspaces);
+    if (event.oldWorkspaces == workspaces)
+        return;
+    Deliver(event);
+    WorkspacesSet();
 }
 
 BRect ScreenWindow::DecoratorFrame(BRect content) const
@@ -136,6 +229,42 @@ BRect ScreenWindow::DecoratorFrame(BRect content) const
     }
     return BRect(content.left - border.side, content.top - border.top, content.right + border.side,
                  content.bottom + border.side);
+}
+
+bool ScreenWindow::ResizePixels(BRect frame)
+{
+    return fPixels.Resize(int32(frame.Width()) + 1, int32(frame.Height()) + 1);
+}
+
+void ScreenWindow::SettleWorkspaces()
+{
+    if (fSpec.workspaces == B_CURRENT_WORKSPACE)
+        fSpec.workspaces = 1u << stage().Workspace();
+}
+
+void ScreenWindow::ReportFrame(BRect before)
+{
+    Event event;
+    event.frame = fSpec.frame;
+    if (event.frame.LeftTop() != before.LeftTop()) {
+        event.kind = EventKind::Moved;
+        Deliver(event);
+    }
+    if (event.frame.Width() != before.Width() || event.frame.Height() != before.Height()) {
+        event.kind = EventKind::Resized;
+        Deliver(event);
+    }
+}
+
+bool ScreenWindow::ReportMinimized(bool minimized)
+{
+    if (std::exchange(fMinimized, minimized) == minimized)
+        return false;
+    Event event;
+    event.kind = EventKind::Minimized;
+    event.active = minimized;
+    Deliver(event);
+    return true;
 }
 
 }  // namespace server

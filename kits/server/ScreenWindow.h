@@ -48,18 +48,44 @@ public:
 
     // What a person does to a window, as far as its flags allow. Stage locked.
     virtual void ActivateByUser() = 0;
-    virtual void MoveByUser(BPoint leftTop) = 0;
-    virtual void ResizeByUser(float width, float height) = 0;
-    virtual void MinimizeByUser(bool minimize) = 0;
+    void MoveByUser(BPoint leftTop);
+    void ResizeByUser(float width, float height);
+    void MinimizeByUser(bool minimize);
     void CloseByUser();
     void ZoomByUser();
-    // The size that the flags allow a person to give.
-    void LimitResize(float* width, float* height) const;
 
+    void Minimize(bool minimize) override;
+    void MoveTo(BPoint leftTop) override;
+    void ResizeTo(float width, float height) override;
+    void SetTitle(const std::string& title) override;
+    void SetLook(window_look look) override;
+    void SetFeel(window_feel feel) override;
+    void SetFlags(uint32 flags) override;
+    void SetSizeLimits(float minWidth, float maxWidth, float minHeight, float maxHeight) override;
+    void SetWorkspaces(uint32 workspaces) override;
     BRect DecoratorFrame(BRect content) const override;
 
 protected:
     ~ScreenWindow() override = default;
+
+    // Where the window is, or soon will be. Stage locked, as for all hooks below.
+    virtual BRect Wanted() const { return fSpec.frame; }
+    // Brings the window there; the frame may lie outside its limits.
+    virtual void Place(BRect frame) = 0;
+    // Makes the window an icon, or opens it.
+    virtual void Iconify(bool minimize) = 0;
+    // Something of the specification changed: the title; look, feel or flags; the workspaces.
+    virtual void Retitled() {}
+    virtual void Restyled() {}
+    virtual void WorkspacesSet() {}
+
+    bool ResizePixels(BRect frame);
+    // The workspaces of a new window are those of the moment.
+    void SettleWorkspaces();
+    // Tell the window what has changed.
+    void ReportFrame(BRect before);
+    // Does nothing and returns false if that is no change.
+    bool ReportMinimized(bool minimized);
 
     WindowSpec fSpec;
     EventSink* fSink;

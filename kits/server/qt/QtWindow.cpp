@@ -14,13 +14,11 @@ namespace server {
 QtWindow* QtWindow::Make(QtDisplay* display, const WindowSpec& spec, EventSink* sink)
 {
     auto* window = new QtWindow(display, spec, sink);
-    BRect frame = window->fSpec.frame;
-    if (!window->fPixels.Resize(int32(frame.Width()) + 1, int32(frame.Height()) + 1)) {
+    if (!window->ResizePixels(window->fSpec.frame)) {
         delete window;
         return nullptr;
     }
-    if (spec.workspaces == B_CURRENT_WORKSPACE)
-        window->fSpec.workspaces = 1u << stage().Workspace();
+    window->SettleWorkspaces();
     return window;
 }
 
@@ -89,7 +87,7 @@ void QtWindow::Hide()
     _Post([](NativeWindow& native) { native.hide(); });
 }
 
-void QtWindow::_Minimize(bool minimize)
+void QtWindow::Iconify(bool minimize)
 {
     _Post([=](NativeWindow& native) {
         Qt::WindowStates states = native.windowStates();
@@ -100,19 +98,12 @@ void QtWindow::_Minimize(bool minimize)
     });
 }
 
-void QtWindow::Minimize(bool minimize)
-{
-    StageLock lock;
-    if (minimize != fMinimized)
-        _Minimize(minimize);
-}
-
 void QtWindow::Activate(bool active)
 {
     StageLock lock;
     if (active) {
         if (fMinimized)
-            _Minimize(false);
+            Iconify(false);
         ActivateByUser();
     } else {
         stage().PutBehind(this, nullptr);
@@ -142,10 +133,10 @@ void QtWindow::SendBehind(Window* other)
     });
 }
 
-void QtWindow::_PostPlace(BRect frame)
+void QtWindow::Place(BRect frame)
 {
     frame = SaneFrame(fSpec, frame);
-    if (!fPixels.Resize(int32(frame.Width()) + 1, int32(frame.Height()) + 1)) {
+    if (!ResizePixels(frame)) {
         frame.right = frame.left + fWanted.Width();
         frame.bottom = frame.top + fWanted.Height();
     }
@@ -163,27 +154,13 @@ void QtWindow::_PostPlace(BRect frame)
     });
 }
 
-void QtWindow::MoveTo(BPoint leftTop)
+void QtWindow::Retitled()
 {
-    StageLock lock;
-    _PostPlace(fWanted.OffsetToCopy(leftTop));
-}
-
-void QtWindow::ResizeTo(float width, float height)
-{
-    StageLock lock;
-    _PostPlace(
-        BRect(fWanted.left, fWanted.top, fWanted.left + width, fWanted.top + height));
-}
-
-void QtWindow::SetTitle(const std::string& title)
-{
-    StageLock lock;
-    fSpec.title = title;
+    const std::string title = fSpec.title;
     _Post([title](NativeWindow& native) { native.setTitle(QString::fromUtf8(title.c_str())); });
 }
 
-void QtWindow::_PostKind()
+void QtWindow::Restyled()
 {
     WindowSpec spec = fSpec;
     _Post([spec](NativeWindow& native) {
@@ -192,50 +169,9 @@ void QtWindow::_PostKind()
     });
 }
 
-void QtWindow::SetLook(window_look look)
+void QtWindow::WorkspacesSet()
 {
-    StageLock lock;
-    fSpec.look = look;
-    _PostKind();
-}
-
-void QtWindow::SetFeel(window_feel feel)
-{
-    StageLock lock;
-    fSpec.feel = feel;
-    stage().Raise(this);
-    _PostKind();
-}
-
-void QtWindow::SetFlags(uint32 flags)
-{
-    StageLock lock;
-    fSpec.flags = flags;
-    _PostKind();
-}
-
-void QtWindow::SetSizeLimits(float minWidth, float maxWidth, float minHeight, float maxHeight)
-{
-    StageLock lock;
-    fSpec.minWidth = minWidth;
-    fSpec.maxWidth = maxWidth;
-    fSpec.minHeight = minHeight;
-    fSpec.maxHeight = maxHeight;
-    _PostPlace(fWanted);
-}
-
-void QtWindow::SetWorkspaces(uint32 workspaces)
-{
-    StageLock lock;
-    if (workspaces == B_CURRENT_WORKSPACE)
-        workspaces = 1u << stage().Workspace();
-    Event event;
-    event.kind = EventKind::WorkspacesChanged;
-    event.workspaces = workspaces;
-    event.oldWorkspaces = std::exchange(fSpec.workspaces, workspaces);
-    if (event.oldWorkspaces == workspaces)
-        return;
-    Deliver(event);
+    const uint32 workspaces = fSpec.workspaces;
     _Post([=, this](NativeWindow& native) {
         if (fDisplay->X11() != nullptr)
             fDisplay->X11()->SetWorkspaces(uint32(native.winId()), workspaces);
@@ -283,41 +219,14 @@ void QtWindow::ActivateByUser()
     });
 }
 
-void QtWindow::MoveByUser(BPoint leftTop)
-{
-    if ((fSpec.flags & B_NOT_MOVABLE) == 0)
-        _PostPlace(fWanted.OffsetToCopy(leftTop));
-}
-
-void QtWindow::ResizeByUser(float width, float height)
-{
-    LimitResize(&width, &height);
-    _PostPlace(
-        BRect(fWanted.left, fWanted.top, fWanted.left + width, fWanted.top + height));
-}
-
-void QtWindow::MinimizeByUser(bool minimize)
-{
-    if ((fSpec.flags & B_NOT_MINIMIZABLE) == 0 && fShown && minimize != fMinimized)
-        _Minimize(minimize);
-}
-
 void QtWindow::NativeMoved(BRect frame, Border border)
 {
     StageLock lock;
-    BRect before = std::exchange(fSpec.frame, frame);
+    const BRect before = std::exchange(fSpec.frame, frame);
     fBorder = border;
-    Event event;
-    event.frame = frame;
-    if (frame.LeftTop() != before.LeftTop()) {
-        event.kind = EventKind::Moved;
-        Deliver(event);
-    }
-    if (frame.Width() != before.Width() || frame.Height() != before.Height()) {
-        fPixels.Resize(int32(frame.Width()) + 1, int32(frame.Height()) + 1);
-        event.kind = EventKind::Resized;
-        Deliver(event);
-    }
+    if (frame.Width() != before.Width() || frame.Height() != before.Height())
+        ResizePixels(frame);
+    ReportFrame(before);
     if (fPlacing == 0)
         fWanted = frame;
 }
@@ -325,12 +234,7 @@ void QtWindow::NativeMoved(BRect frame, Border border)
 void QtWindow::NativeMinimized(bool minimized)
 {
     StageLock lock;
-    if (std::exchange(fMinimized, minimized) == minimized)
-        return;
-    Event event;
-    event.kind = EventKind::Minimized;
-    event.active = minimized;
-    Deliver(event);
+    ReportMinimized(minimized);
 }
 
 void QtWindow::NativeFocus(bool focus)

@@ -22,25 +22,13 @@ public:
     void Destroy() override;
     void Show() override;
     void Hide() override;
-    void Minimize(bool minimize) override;
     void Activate(bool active) override;
     void SendBehind(Window* other) override;
-    void MoveTo(BPoint leftTop) override;
-    void ResizeTo(float width, float height) override;
-    void SetTitle(const std::string& title) override;
-    void SetLook(window_look look) override;
-    void SetFeel(window_feel feel) override;
-    void SetFlags(uint32 flags) override;
-    void SetSizeLimits(float minWidth, float maxWidth, float minHeight, float maxHeight) override;
-    void SetWorkspaces(uint32 workspaces) override;
     void SetCursor(const BCursor* cursor) override;
     void Present(const Surface& surface, const clipping_rect* rects, int32 count) override;
 
     Border Decoration() const override { return fBorder; }
     void ActivateByUser() override;
-    void MoveByUser(BPoint leftTop) override;
-    void ResizeByUser(float width, float height) override;
-    void MinimizeByUser(bool minimize) override;
 
     // Stage locked.
     void UpdateCursor();
@@ -57,9 +45,12 @@ private:
     // Stage locked.
     template <class Task>
     void _Post(Task task);
-    void _PostPlace(BRect frame);
-    void _PostKind();
-    void _Minimize(bool minimize);
+    BRect Wanted() const override { return fWanted; }
+    void Place(BRect frame) override;
+    void Iconify(bool minimize) override;
+    void Retitled() override;
+    void Restyled() override;
+    void WorkspacesSet() override;
 
     QtDisplay* fDisplay;
     std::unique_ptr<NativeWindow> fNative;  // server's thread; made by the first task
