@@ -125,27 +125,4 @@ int open_device(const char* name, int flags)
     return file < 0 ? storage::host_failure() : file;
 }
 
-// Cuts a text to `size` bytes at the end of a character.
-static size_t fitting_length(const std::string& text, size_t size)
-{
-    if (text.size() <= size)
-        return text.size();
-    while (size > 0 && (text[size] & 0xC0) == 0x80)
-        size--;
-    return size;
-}
-
-status_t copy_name(const std::vector<std::string>& names, int32 index, char* name, size_t size)
-{
-    if (name == nullptr || size == 0)
-        return B_BAD_VALUE;
-    if (index < 0 || static_cast<size_t>(index) >= names.size())
-        return B_BAD_INDEX;
-    const std::string& from = names[index];
-    const size_t length = fitting_length(from, size - 1);
-    memcpy(name, from.data(), length);
-    name[length] = '\0';
-    return B_OK;
-}
-
 }  // namespace device

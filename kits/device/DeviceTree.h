@@ -37,9 +37,6 @@ std::string read_link_leaf(const std::string& path);
 // Opens what `name` stands for, without waiting; above 0, or a status with errno.
 int open_device(const char* name, int flags);
 
-// Answers a name of a list as GetDeviceName() does.
-status_t copy_name(const std::vector<std::string>& names, int32 index, char* name, size_t size);
-
 }  // namespace device
 
 #endif  // DEVICE_DEVICE_TREE_H

@@ -16,6 +16,7 @@
 
 #include <String.h>
 
+#include "DeviceNames.h"
 #include "DeviceTree.h"
 #include "storage/HostErrors.h"
 

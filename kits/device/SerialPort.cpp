@@ -12,6 +12,7 @@
 
 #include <iterator>
 
+#include "DeviceNames.h"
 #include "DeviceTree.h"
 #include "storage/HostErrors.h"
 
