@@ -44,16 +44,17 @@ bool read_host_process(pid_t process, pid_t thread, HostProcess* info)
         return false;
     memcpy(info->name, open + 1, std::min<size_t>(close - open - 1, sizeof(info->name) - 1));
     unsigned long user = 0, kernel = 0;
-    long children_user = 0, children_kernel = 0, threads = 0;
+    long children_user = 0, children_kernel = 0, nice = 0, threads = 0;
     unsigned long long start = 0;
-    sscanf(close + 2, "%c %d %d %d %*d %*d %*u %*u %*u %*u %*u %lu %lu %ld %ld %*d %*d %ld %*d %llu",
+    sscanf(close + 2, "%c %d %d %d %*d %*d %*u %*u %*u %*u %*u %lu %lu %ld %ld %*d %ld %ld %*d %llu",
            &info->state, &info->parent, &info->group, &info->session, &user, &kernel,
-           &children_user, &children_kernel, &threads, &start);
+           &children_user, &children_kernel, &nice, &threads, &start);
     const bigtime_t tick = 1000000 / std::max(1L, sysconf(_SC_CLK_TCK));
     info->user_time = user * tick;
     info->kernel_time = kernel * tick;
     info->children_user_time = children_user * tick;
     info->children_kernel_time = children_kernel * tick;
+    info->nice = static_cast<int>(nice);
     info->thread_count = static_cast<int32>(threads);
     info->start_time = static_cast<bigtime_t>(start) * tick;
 

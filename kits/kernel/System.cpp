@@ -89,7 +89,7 @@ status_t _get_team_info(team_id id, team_info* info, size_t size)
     if (id == B_CURRENT_TEAM)
         id = getpid();
     HostProcess host;
-    if (id <= 0 || !read_host_process(id, id, &host) || host.team != id)
+    if (id <= 0 || !read_host_process(id, id, &host) || host.team != id || host.HasEnded())
         return B_BAD_TEAM_ID;
     *info = {};
     info->team = id;

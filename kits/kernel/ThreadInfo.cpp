@@ -1,6 +1,8 @@
 // What is known about threads, here and, as far as the host tells, in other processes.
 
+#include <dirent.h>
 #include <stdio.h>
+#include <stdlib.h>
 #include <string.h>
 #include <time.h>
 #include <unistd.h>
@@ -8,6 +10,7 @@
 #include <algorithm>
 
 #include "kernel/HostProcess.h"
+#include "kernel/Priorities.h"
 #include "kernel/Threads.h"
 
 using namespace BPrivate;
@@ -67,7 +70,7 @@ static status_t fill_info(Thread& thread, thread_info* info)
 static status_t fill_from_host(thread_id id, thread_info* info)
 {
     HostProcess host;
-    if (id <= 0 || !read_host_process(id, id, &host))
+    if (id <= 0 || !read_host_process(id, id, &host) || host.HasEnded())
         return B_BAD_THREAD_ID;
     *info = {};
     info->thread = id;
@@ -75,7 +78,7 @@ static status_t fill_from_host(thread_id id, thread_info* info)
     copy_name(info->name, host.name, "");
     info->state = host.state == 'R' ? B_THREAD_RUNNING
         : host.state == 'T' || host.state == 't' ? B_THREAD_SUSPENDED : B_THREAD_WAITING;
-    info->priority = B_NORMAL_PRIORITY;
+    info->priority = host_priority(id, host.start_time, host.nice);
     info->sem = -1;
     info->user_time = host.user_time;
     info->kernel_time = host.kernel_time;
@@ -90,12 +93,36 @@ status_t _get_thread_info(thread_id id, thread_info* info, size_t size)
     return thread != nullptr ? fill_info(*thread, info) : fill_from_host(id, info);
 }
 
+// The cookie is the last thread that was told of.
+static status_t next_from_host(team_id team, int32* cookie, thread_info* info)
+{
+    char path[40];
+    snprintf(path, sizeof(path), "/proc/%d/task", team);
+    DIR* threads = team > 0 ? opendir(path) : nullptr;
+    if (threads == nullptr)
+        return B_BAD_TEAM_ID;
+    std::vector<thread_id> later;
+    while (const dirent* entry = readdir(threads)) {
+        const thread_id thread = static_cast<thread_id>(strtol(entry->d_name, nullptr, 10));
+        if (thread > *cookie)
+            later.push_back(thread);
+    }
+    closedir(threads);
+    std::sort(later.begin(), later.end());
+    for (const thread_id thread : later) {
+        *cookie = thread;
+        if (fill_from_host(thread, info) == B_OK)
+            return B_OK;
+    }
+    return B_BAD_VALUE;
+}
+
 status_t _get_next_thread_info(team_id team, int32* cookie, thread_info* info, size_t size)
 {
     if (cookie == nullptr || info == nullptr || size != sizeof(thread_info))
         return B_BAD_VALUE;
     if (team != B_CURRENT_TEAM && team != getpid())
-        return B_BAD_TEAM_ID;
+        return next_from_host(team, cookie, info);
     for (const auto& thread : all_threads()) {
         if (thread->id <= *cookie)
             continue;

@@ -7,7 +7,6 @@
 #include <signal.h>
 #include <stdlib.h>
 #include <string.h>
-#include <sys/resource.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -16,7 +15,10 @@
 #include <string>
 
 #include "kernel/HostActions.h"
+#include "kernel/HostProcess.h"
 #include "kernel/ObjectWatch.h"
+#include "kernel/Priorities.h"
+#include "kernel/Programs.h"
 #include "support/RecursiveLock.h"
 
 namespace BPrivate {
@@ -180,25 +182,6 @@ static void arm_signal()
     static_cast<void>(armed);
 }
 
-// The host takes raised priorities from privileged processes only; others stay as they are.
-static void apply_priority(thread_id id, int32 priority)
-{
-    int nice;
-    if (priority <= B_NORMAL_PRIORITY)
-        nice = std::min(19, 2 * (B_NORMAL_PRIORITY - priority));
-    else if (priority < B_FIRST_REAL_TIME_PRIORITY)
-        nice = -std::min(10, (priority - B_NORMAL_PRIORITY + 3) / 4);
-    else
-        nice = -std::min(20, 11 + (priority - B_FIRST_REAL_TIME_PRIORITY) / 5);
-    if (nice != getpriority(PRIO_PROCESS, id))
-        setpriority(PRIO_PROCESS, id, nice);
-}
-
-static int32 clamp_priority(int32 priority)
-{
-    return std::clamp<int32>(priority, B_IDLE_PRIORITY, B_REAL_TIME_PRIORITY);
-}
-
 // A thread's whole life. However it ends, by return or by unwinding, ~Life() is the last of it.
 struct Life {
     std::shared_ptr<Thread> self;
@@ -267,11 +250,29 @@ thread_id spawn_thread(thread_func entry, const char* name, int32 priority, void
     return thread->id;
 }
 
+// A thread of another team. Without its main thread a team is no more; its others belong to it.
+static status_t kill_host_thread(thread_id id)
+{
+    HostProcess host;
+    if (id <= 0 || !read_host_process(id, id, &host) || host.team != id)
+        return B_BAD_THREAD_ID;
+    return kill_team(id) == B_OK ? B_OK : B_BAD_THREAD_ID;
+}
+
+// Starts or stops another team. A thread of this one that the kit knows nothing of is left alone.
+static status_t signal_host_thread(thread_id id, int signal)
+{
+    HostProcess host;
+    if (read_host_process(id, id, &host) && host.team == getpid())
+        return B_BAD_THREAD_ID;
+    return host_actions().signal_team(id, signal) == 0 ? B_OK : B_BAD_THREAD_ID;
+}
+
 status_t kill_thread(thread_id id)
 {
     std::shared_ptr<Thread> thread = find(id);
     if (thread == nullptr)
-        return B_BAD_THREAD_ID;
+        return kill_host_thread(id);
     if (id == getpid()) {
         exit_thread(B_INTERRUPTED);
         return B_OK;
@@ -293,8 +294,10 @@ status_t kill_thread(thread_id id)
 status_t resume_thread(thread_id id)
 {
     std::shared_ptr<Thread> thread = find(id);
-    if (thread == nullptr)
-        return host_actions().signal_team(id, SIGCONT) == 0 ? B_OK : B_BAD_THREAD_ID;
+    if (thread == nullptr) {
+        program_resumed(id);
+        return signal_host_thread(id, SIGCONT);
+    }
     if (thread->gate.exchange(1) == 0) {
         futex_wake(thread->gate, 1);
         return B_OK;
@@ -309,7 +312,7 @@ status_t suspend_thread(thread_id id)
 {
     std::shared_ptr<Thread> thread = find(id);
     if (thread == nullptr)
-        return host_actions().signal_team(id, SIGSTOP) == 0 ? B_OK : B_BAD_THREAD_ID;
+        return signal_host_thread(id, SIGSTOP);
     if (thread->gate.load() == 0)
         return B_OK;
     thread->suspended.store(1);
@@ -344,7 +347,7 @@ status_t set_thread_priority(thread_id id, int32 newPriority)
 {
     std::shared_ptr<Thread> thread = find(id);
     if (thread == nullptr)
-        return B_BAD_THREAD_ID;
+        return set_host_priority(id, newPriority);
     newPriority = clamp_priority(newPriority);
     const int32 former = thread->priority.exchange(newPriority);
     if (former != newPriority)
@@ -374,6 +377,10 @@ status_t wait_for_thread_etc(thread_id id, uint32 flags, bigtime_t timeout, stat
     if (status_t status = deadline_from(flags, timeout, &deadline); status != B_OK)
         return status;
     std::shared_ptr<Thread> thread = find(id);
+    if (thread == nullptr && is_loaded_program(id)) {
+        const status_t status = wait_for_program(id, deadline, flags, _returnCode);
+        return status == B_TIMED_OUT && timeout <= 0 ? B_WOULD_BLOCK : status;
+    }
     if (thread == nullptr)
         return wait_ended(id, _returnCode);
     // Enters the caller while no thread's lock is held: the registry's comes first.

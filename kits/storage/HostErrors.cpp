@@ -33,6 +33,7 @@ static const StatusRow kStatuses[] = {
     { ENOMEM, B_NO_MEMORY },
     { EIO, B_IO_ERROR },
     { EFBIG, B_FILE_TOO_LARGE },
+    { ENOEXEC, B_NOT_AN_EXECUTABLE },
     { E2BIG, B_TOO_MANY_ARGS },
     { EOVERFLOW, B_BUFFER_OVERFLOW },
     { ENODEV, B_DEVICE_NOT_FOUND },
