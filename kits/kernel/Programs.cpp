@@ -8,9 +8,11 @@
 
 #include <image.h>
 
+#include <elf.h>
 #include <errno.h>
+#include <limits.h>
 #include <signal.h>
-#include <spawn.h>
+#include <stdio.h>
 #include <string.h>
 #include <sys/ptrace.h>
 #include <sys/stat.h>
@@ -206,25 +208,65 @@ static int start_traced(const Start& start, pid_t* process)
     return 0;
 }
 
-// Without tracing, a program is stopped as soon as it exists, in its loader's first steps.
-static int start_untraced(const Start& start, pid_t* process)
+// 0 if the host would most likely execute the file, else its error number.
+static int check_program(const char* path)
 {
-    posix_spawnattr_t attributes;
-    posix_spawnattr_init(&attributes);
+    struct stat file;
+    if (stat(path, &file) != 0)
+        return errno;
+    if (!S_ISREG(file.st_mode))
+        return EACCES;
+    if (access(path, X_OK) != 0)
+        return errno;
+    FILE* stream = fopen(path, "re");
+    if (stream == nullptr)
+        return 0;  // it need not be readable
+    char head[PATH_MAX] = {};
+    const size_t length = fread(head, 1, sizeof(head) - 1, stream);
+    fclose(stream);
+    if (length >= SELFMAG && memcmp(head, ELFMAG, SELFMAG) == 0)
+        return 0;
+    if (memcmp(head, "#!", 2) != 0)
+        return ENOEXEC;
+    const char* interpreter = head + 2 + strspn(head + 2, " \t");
+    head[interpreter - head + strcspn(interpreter, " \t\n")] = '\0';
+    return access(interpreter, X_OK) == 0 ? 0 : errno;
+}
+
+// In the new process: it becomes the program when it is continued.
+[[noreturn]] static void become_program_later(const Start& start)
+{
+    raise(SIGSTOP);
+    // What comes before the exec is not to run a handler of the program that this was.
+    struct sigaction action;
+    for (int signal = 1; signal < NSIG; ++signal) {
+        if (sigaction(signal, nullptr, &action) == 0 && action.sa_handler != SIG_IGN) {
+            action.sa_handler = SIG_DFL;
+            action.sa_flags = 0;
+            sigaction(signal, &action, nullptr);
+        }
+    }
     sigset_t none;
     sigemptyset(&none);
-    posix_spawnattr_setsigmask(&attributes, &none);
-    posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETSIGMASK);
-    posix_spawn_file_actions_t files;
-    posix_spawn_file_actions_init(&files);
-    posix_spawn_file_actions_addclosefrom_np(&files, STDERR_FILENO + 1);
-    const int failed = posix_spawn(process, start.Path(), &files, &attributes, start.argv.data(),
-                                   start.environment.data());
-    posix_spawn_file_actions_destroy(&files);
-    posix_spawnattr_destroy(&attributes);
-    if (failed == 0 && kill(*process, SIGSTOP) == 0)
-        wait_until_stopped(*process);
-    return failed;
+    sigprocmask(SIG_SETMASK, &none, nullptr);
+    close_range(STDERR_FILENO + 1, ~0u, CLOSE_RANGE_CLOEXEC);
+    execve(start.Path(), start.argv.data(), start.environment.data());
+    _exit(127);
+}
+
+// Without tracing, the process is stopped before it becomes the program, so that what is told of
+// the file is told without trying.
+static int start_untraced(const Start& start, pid_t* process)
+{
+    if (const int failed = check_program(start.Path()); failed != 0)
+        return failed;
+    *process = _Fork();
+    if (*process < 0)
+        return errno;
+    if (*process == 0)
+        become_program_later(start);
+    wait_until_stopped(*process);
+    return 0;
 }
 
 static void wait_for_end(pid_t process)
