@@ -43,6 +43,36 @@ private:
     BPoint* fPoints = fFew;
 };
 
+// A length in the view's coordinates.
+struct Length {
+    float value;
+};
+
+// The arguments of a call as the server takes them.
+BPoint in_window(const ViewData& data, const BPoint& point) { return data.Map(point); }
+BRect in_window(const ViewData& data, const BRect& rect) { return data.Map(rect); }
+float in_window(const ViewData& data, const Length& length) { return length.value * data.scale; }
+MappedPoints in_window(const ViewData& data, const Span<BPoint>& points)
+{
+    return MappedPoints(data, points.values, points.count);
+}
+template <class Plain>
+Plain in_window(const ViewData&, const Plain& value)
+{
+    return value;
+}
+
+// The frame of the drawing calls: notes one in a picture that is being recorded, or paints it.
+template <class ServerCall, class... Arguments>
+inline void draw(ViewData& data, PictureOp op, ServerCall paint, const ::pattern& pattern,
+                 const Arguments&... arguments)
+{
+    if (!data.Begin(op, arguments..., pattern))
+        return;
+    data.state.paint.pattern = pattern;
+    data.Touched(paint(data.target, data.state.paint, in_window(data, arguments)...));
+}
+
 // Paints with a gradient in place of the high colour: `draw` makes the solid call.
 template <class Draw>
 void with_gradient(ViewData& data, const BGradient& gradient, Draw draw)
@@ -73,13 +103,8 @@ void BView::StrokeLine(BPoint toPoint, ::pattern pattern)
 
 void BView::StrokeLine(BPoint start, BPoint end, ::pattern pattern)
 {
-    ViewData& data = *fData;
-    data.state.pen = end;
-    if (!data.Begin(PictureOp::StrokeLine, start, end, pattern))
-        return;
-    data.state.paint.pattern = pattern;
-    data.Touched(server::StrokeLine(data.target, data.state.paint, data.Map(start),
-                                    data.Map(end)));
+    fData->state.pen = end;
+    draw(*fData, PictureOp::StrokeLine, server::StrokeLine, pattern, start, end);
 }
 
 void BView::StrokeLine(BPoint toPoint, const BGradient& gradient)
@@ -138,14 +163,13 @@ void BView::StrokePolygon(const BPolygon* polygon, bool closed, ::pattern patter
 void BView::StrokePolygon(const BPoint* pointArray, int32 numPoints, bool closed,
                           ::pattern pattern)
 {
-    ViewData& data = *fData;
-    if (pointArray == nullptr || numPoints < 1 ||
-        !data.Begin(PictureOp::StrokePolygon, Span<BPoint>{pointArray, numPoints}, closed, pattern))
+    if (pointArray == nullptr || numPoints < 1)
         return;
-    data.state.paint.pattern = pattern;
-    data.Touched(server::StrokePolygon(data.target, data.state.paint,
-                                       MappedPoints(data, pointArray, numPoints), numPoints,
-                                       closed));
+    const auto paint = [=](auto& target, auto& paint, const BPoint* points, bool closed) {
+        return server::StrokePolygon(target, paint, points, numPoints, closed);
+    };
+    draw(*fData, PictureOp::StrokePolygon, paint, pattern, Span<BPoint>{pointArray, numPoints},
+         closed);
 }
 
 // With bounds the polygon is fitted into them.
@@ -188,13 +212,12 @@ void BView::FillPolygon(const BPolygon* polygon, ::pattern pattern)
 
 void BView::FillPolygon(const BPoint* pointArray, int32 numPoints, ::pattern pattern)
 {
-    ViewData& data = *fData;
-    if (pointArray == nullptr || numPoints < 1 ||
-        !data.Begin(PictureOp::FillPolygon, Span<BPoint>{pointArray, numPoints}, pattern))
+    if (pointArray == nullptr || numPoints < 1)
         return;
-    data.state.paint.pattern = pattern;
-    data.Touched(server::FillPolygon(data.target, data.state.paint,
-                                     MappedPoints(data, pointArray, numPoints), numPoints));
+    const auto paint = [=](auto& target, auto& paint, const BPoint* points) {
+        return server::FillPolygon(target, paint, points, numPoints);
+    };
+    draw(*fData, PictureOp::FillPolygon, paint, pattern, Span<BPoint>{pointArray, numPoints});
 }
 
 void BView::FillPolygon(const BPoint* pointArray, int32 numPoints, BRect bounds,
@@ -268,11 +291,7 @@ void BView::FillTriangle(BPoint point1, BPoint point2, BPoint point3, BRect,
 
 void BView::StrokeRect(BRect rect, ::pattern pattern)
 {
-    ViewData& data = *fData;
-    if (!data.Begin(PictureOp::StrokeRect, rect, pattern))
-        return;
-    data.state.paint.pattern = pattern;
-    data.Touched(server::StrokeRect(data.target, data.state.paint, data.Map(rect)));
+    draw(*fData, PictureOp::StrokeRect, server::StrokeRect, pattern, rect);
 }
 
 void BView::StrokeRect(BRect rect, const BGradient& gradient)
@@ -282,11 +301,7 @@ void BView::StrokeRect(BRect rect, const BGradient& gradient)
 
 void BView::FillRect(BRect rect, ::pattern pattern)
 {
-    ViewData& data = *fData;
-    if (!data.Begin(PictureOp::FillRect, rect, pattern))
-        return;
-    data.state.paint.pattern = pattern;
-    data.Touched(server::FillRect(data.target, data.state.paint, data.Map(rect)));
+    draw(*fData, PictureOp::FillRect, server::FillRect, pattern, rect);
 }
 
 void BView::FillRect(BRect rect, const BGradient& gradient)
@@ -334,12 +349,8 @@ void BView::InvertRect(BRect rect)
 
 void BView::StrokeRoundRect(BRect rect, float xRadius, float yRadius, ::pattern pattern)
 {
-    ViewData& data = *fData;
-    if (!data.Begin(PictureOp::StrokeRoundRect, rect, xRadius, yRadius, pattern))
-        return;
-    data.state.paint.pattern = pattern;
-    data.Touched(server::StrokeRoundRect(data.target, data.state.paint, data.Map(rect),
-                                         xRadius * data.scale, yRadius * data.scale));
+    draw(*fData, PictureOp::StrokeRoundRect, server::StrokeRoundRect, pattern, rect, Length{xRadius},
+         Length{yRadius});
 }
 
 void BView::StrokeRoundRect(BRect rect, float xRadius, float yRadius, const BGradient& gradient)
@@ -349,12 +360,8 @@ void BView::StrokeRoundRect(BRect rect, float xRadius, float yRadius, const BGra
 
 void BView::FillRoundRect(BRect rect, float xRadius, float yRadius, ::pattern pattern)
 {
-    ViewData& data = *fData;
-    if (!data.Begin(PictureOp::FillRoundRect, rect, xRadius, yRadius, pattern))
-        return;
-    data.state.paint.pattern = pattern;
-    data.Touched(server::FillRoundRect(data.target, data.state.paint, data.Map(rect),
-                                       xRadius * data.scale, yRadius * data.scale));
+    draw(*fData, PictureOp::FillRoundRect, server::FillRoundRect, pattern, rect, Length{xRadius},
+         Length{yRadius});
 }
 
 void BView::FillRoundRect(BRect rect, float xRadius, float yRadius, const BGradient& gradient)
@@ -366,12 +373,8 @@ void BView::FillRoundRect(BRect rect, float xRadius, float yRadius, const BGradi
 
 void BView::StrokeEllipse(BPoint center, float xRadius, float yRadius, ::pattern pattern)
 {
-    ViewData& data = *fData;
-    if (!data.Begin(PictureOp::StrokeEllipse, center, xRadius, yRadius, pattern))
-        return;
-    data.state.paint.pattern = pattern;
-    data.Touched(server::StrokeEllipse(data.target, data.state.paint, data.Map(center),
-                                       xRadius * data.scale, yRadius * data.scale));
+    draw(*fData, PictureOp::StrokeEllipse, server::StrokeEllipse, pattern, center, Length{xRadius},
+         Length{yRadius});
 }
 
 void BView::StrokeEllipse(BRect rect, ::pattern pattern)
@@ -391,12 +394,8 @@ void BView::StrokeEllipse(BRect rect, const BGradient& gradient)
 
 void BView::FillEllipse(BPoint center, float xRadius, float yRadius, ::pattern pattern)
 {
-    ViewData& data = *fData;
-    if (!data.Begin(PictureOp::FillEllipse, center, xRadius, yRadius, pattern))
-        return;
-    data.state.paint.pattern = pattern;
-    data.Touched(server::FillEllipse(data.target, data.state.paint, data.Map(center),
-                                     xRadius * data.scale, yRadius * data.scale));
+    draw(*fData, PictureOp::FillEllipse, server::FillEllipse, pattern, center, Length{xRadius},
+         Length{yRadius});
 }
 
 void BView::FillEllipse(BRect rect, ::pattern pattern)
@@ -417,13 +416,8 @@ void BView::FillEllipse(BRect rect, const BGradient& gradient)
 void BView::StrokeArc(BPoint center, float xRadius, float yRadius, float startAngle,
                       float arcAngle, ::pattern pattern)
 {
-    ViewData& data = *fData;
-    if (!data.Begin(PictureOp::StrokeArc, center, xRadius, yRadius, startAngle, arcAngle, pattern))
-        return;
-    data.state.paint.pattern = pattern;
-    data.Touched(server::StrokeArc(data.target, data.state.paint, data.Map(center),
-                                   xRadius * data.scale, yRadius * data.scale, startAngle,
-                                   arcAngle));
+    draw(*fData, PictureOp::StrokeArc, server::StrokeArc, pattern, center, Length{xRadius},
+         Length{yRadius}, startAngle, arcAngle);
 }
 
 void BView::StrokeArc(BRect rect, float startAngle, float arcAngle, ::pattern pattern)
@@ -446,13 +440,8 @@ void BView::StrokeArc(BRect rect, float startAngle, float arcAngle, const BGradi
 void BView::FillArc(BPoint center, float xRadius, float yRadius, float startAngle, float arcAngle,
                     ::pattern pattern)
 {
-    ViewData& data = *fData;
-    if (!data.Begin(PictureOp::FillArc, center, xRadius, yRadius, startAngle, arcAngle, pattern))
-        return;
-    data.state.paint.pattern = pattern;
-    data.Touched(server::FillArc(data.target, data.state.paint, data.Map(center),
-                                 xRadius * data.scale, yRadius * data.scale, startAngle,
-                                 arcAngle));
+    draw(*fData, PictureOp::FillArc, server::FillArc, pattern, center, Length{xRadius},
+         Length{yRadius}, startAngle, arcAngle);
 }
 
 void BView::FillArc(BRect rect, float startAngle, float arcAngle, ::pattern pattern)
@@ -476,13 +465,9 @@ void BView::FillArc(BRect rect, float startAngle, float arcAngle, const BGradien
 
 void BView::StrokeBezier(BPoint* controlPoints, ::pattern pattern)
 {
-    ViewData& data = *fData;
-    if (controlPoints == nullptr ||
-        !data.Begin(PictureOp::StrokeBezier, Span<BPoint>{controlPoints, 4}, pattern))
-        return;
-    data.state.paint.pattern = pattern;
-    data.Touched(server::StrokeBezier(data.target, data.state.paint,
-                                      MappedPoints(data, controlPoints, 4)));
+    if (controlPoints != nullptr)
+        draw(*fData, PictureOp::StrokeBezier, server::StrokeBezier, pattern,
+             Span<BPoint>{controlPoints, 4});
 }
 
 void BView::StrokeBezier(BPoint* controlPoints, const BGradient& gradient)
@@ -492,13 +477,9 @@ void BView::StrokeBezier(BPoint* controlPoints, const BGradient& gradient)
 
 void BView::FillBezier(BPoint* controlPoints, ::pattern pattern)
 {
-    ViewData& data = *fData;
-    if (controlPoints == nullptr ||
-        !data.Begin(PictureOp::FillBezier, Span<BPoint>{controlPoints, 4}, pattern))
-        return;
-    data.state.paint.pattern = pattern;
-    data.Touched(server::FillBezier(data.target, data.state.paint,
-                                    MappedPoints(data, controlPoints, 4)));
+    if (controlPoints != nullptr)
+        draw(*fData, PictureOp::FillBezier, server::FillBezier, pattern,
+             Span<BPoint>{controlPoints, 4});
 }
 
 void BView::FillBezier(BPoint* controlPoints, const BGradient& gradient)
