@@ -4,6 +4,4 @@ foreach(name IN ITEMS MountTable Attributes HostErrors
         DataFolders DesktopEntries FolderChanges MimeApplications MimeNames SharedMime)
     list(APPEND hidden_sources ${PROJECT_SOURCE_DIR}/kits/storage/${name}.cpp)
 endforeach()
-find_package(PkgConfig REQUIRED)
-pkg_check_modules(GIO REQUIRED IMPORTED_TARGET gio-2.0)
 set(hidden_libraries PkgConfig::GIO)
