@@ -225,7 +225,7 @@ static bool take_message(const std::string& bytes, BMessage* data, BMessenger* s
         whole.FindMessage("data", data) != B_OK)
         return false;
     BMessenger found;
-    if (whole.FindMessenger("source", &found) == B_OK && found.IsValid())
+    if (whole.FindMessenger("source", &found) == B_OK && found.Team() == be_app_messenger.Team())
         *source = found;
     return true;
 }

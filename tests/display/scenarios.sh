@@ -2,46 +2,8 @@
 # One scenario of tests/display/CMakeLists.txt: scenarios.sh NAME LISTENER DRAG_SOURCE. Starts its
 # own X server and window manager, runs the listener, plays the user, and compares what the
 # listener prints. Ends what it started and nothing else.
-set -u
 scenario=$1 listener=$2 drag_source=$3
-folder=$(mktemp -d)
-log=$folder/log
-started=()
-
-finish() {
-    local status=$? pid
-    for pid in "${started[@]}"; do
-        kill "$pid" 2>/dev/null
-    done
-    wait 2>/dev/null
-    rm -rf "$folder"
-    exit "$status"
-}
-trap finish EXIT
-
-fail() {
-    echo "$scenario: $*" >&2
-    echo "--- the listener said:" >&2
-    cat "$log" >&2
-    exit 1
-}
-
-# Waits up to ten seconds for a command to succeed.
-eventually() {
-    local tries
-    for tries in $(seq 200); do
-        "$@" >/dev/null 2>&1 && return 0
-        sleep 0.05
-    done
-    return 1
-}
-
-# Waits until the listener has printed a line, from the mark on.
-mark=0
-mark() { mark=$(wc -l <"$log"); }
-said() { tail -n "+$((mark + 1))" "$log" | grep -qxE -- "$1"; }
-expect() { eventually said "$1" || fail "no line \"$1\""; }
-expect_not() { ! said "$1" || fail "a line \"$1\""; }
+. "$(dirname "$0")/screen.sh"
 
 client_frame() {
     xwininfo -id "$window" | awk '/Absolute upper-left X/ {x = $4} /Absolute upper-left Y/ {y = $4}
@@ -51,18 +13,6 @@ frame_is() { [ "$(client_frame)" = "$1" ]; }
 expect_frame() { eventually frame_is "$1" || fail "client area $(client_frame), not $1"; }
 pixel() { import -window root -crop "1x1+$1+$2" -depth 8 txt:- | grep -oE '#[0-9A-F]{6}'; }
 pixel_is() { [ "$(pixel "$1" "$2")" = "$3" ]; }
-
-start_server() {
-    Xvfb -displayfd 1 -screen 0 1024x768x24 -nolisten tcp -noreset >"$folder/display" 2>"$folder/xvfb" &
-    started+=($!)
-    eventually test -s "$folder/display" || fail "no X server: $(cat "$folder/xvfb")"
-    DISPLAY=:$(head -n 1 "$folder/display")
-    export DISPLAY XDG_CONFIG_HOME=$folder XDG_RUNTIME_DIR=$folder
-    openbox >"$folder/openbox" 2>&1 &
-    started+=($!)
-    eventually xprop -root _NET_SUPPORTING_WM_CHECK || fail "no window manager"
-    eventually sh -c 'xprop -root _NET_SUPPORTING_WM_CHECK | grep -q "window id"'
-}
 
 start_listener() {
     "$listener" >"$log" 2>&1 &

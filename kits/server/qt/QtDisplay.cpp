@@ -17,7 +17,9 @@
 
 #include "server/ScreenWindow.h"
 #include "server/Stage.h"
+#include "server/qt/QtClipboard.h"
 #include "server/qt/QtWindow.h"
+#include "server/qt/X11Clipboard.h"
 #include "server/qt/X11Screen.h"
 
 namespace server {
@@ -62,7 +64,6 @@ QtDisplay::QtDisplay()
 {
     fThread = std::thread([this] { _Run(); });
     sStarted.acquire();
-    fClipboard = make_memory_clipboard();
 }
 
 void QtDisplay::_Run()
@@ -88,6 +89,10 @@ void QtDisplay::_Run()
     {
         TaskQueue queue(this);
         fX11 = X11Screen::Connect();
+        if (fX11 != nullptr)
+            fClipboard = std::make_shared<X11Clipboard>();
+        else
+            fClipboard = std::make_shared<QtClipboard>(this, &queue);
         {
             StageLock lock;
             fQueue = &queue;
@@ -225,6 +230,7 @@ void QtDisplay::UpdateCursors()
 
 void QtDisplay::Shutdown()
 {
+    fClipboard->End();
     {
         StageLock lock;
         if (fQueue != nullptr)

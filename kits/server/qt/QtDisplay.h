@@ -60,7 +60,7 @@ private:
     std::vector<QtWindow*> fDiscarded;  // stage locked
     std::unique_ptr<X11Screen> fX11;    // server's thread
     BRect fScreen{0, 0, 1023, 767};     // stage locked
-    std::shared_ptr<Clipboard> fClipboard;  // made by the constructor
+    std::shared_ptr<Clipboard> fClipboard;  // set before the constructor returns
     bigtime_t fFrameInterval = 1000000 / 60;
 };
 

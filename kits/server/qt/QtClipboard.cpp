@@ -1,0 +1,135 @@
+// Work on Qt's clipboard, carried out by the server's thread while the caller waits for a while.
+
+#include "server/qt/QtClipboard.h"
+
+#include <QClipboard>
+#include <QGuiApplication>
+#include <QMimeData>
+
+#include <chrono>
+#include <future>
+#include <utility>
+
+#include "server/Stage.h"
+#include "server/qt/QtDisplay.h"
+
+namespace server {
+
+static const char* const kQtText = "text/plain;charset=utf-8";
+
+QtClipboard::QtClipboard(QtDisplay* display, QObject* context) : fDisplay(display)
+{
+    QObject::connect(QGuiApplication::clipboard(), &QClipboard::dataChanged, context,
+                     [this] { _Changed(); });
+}
+
+void QtClipboard::_Changed()
+{
+    fChanges++;
+    std::function<void()> listener;
+    {
+        std::lock_guard guard(fMutex);
+        listener = fListener;
+    }
+    if (listener)
+        listener();
+}
+
+// False if the work was not done in time; it may be later, and owns all that it needs.
+bool QtClipboard::_Call(std::function<void()> work)
+{
+    auto done = std::make_shared<std::promise<void>>();
+    std::future<void> future = done->get_future();
+    {
+        StageLock lock;
+        if (!fDisplay->Post([work = std::move(work), done] {
+                work();
+                done->set_value();
+            }))
+            return false;
+    }
+    const auto patience = std::chrono::microseconds(kClipboardPatience);
+    return future.wait_for(patience) == std::future_status::ready;
+}
+
+static bool read_form(const QMimeData& data, const std::string& type, std::string* bytes)
+{
+    const QString name = QString::fromStdString(type);
+    const bool is_text = type == kTextForm;
+    if (is_text && data.hasFormat(QLatin1String(kQtText)))
+        *bytes = data.data(QLatin1String(kQtText)).toStdString();
+    else if (is_text && data.hasText())
+        *bytes = data.text().toStdString();
+    else if (!is_text && data.hasFormat(name))
+        *bytes = data.data(name).toStdString();
+    else
+        return false;
+    return true;
+}
+
+status_t QtClipboard::Read(const std::vector<std::string>& types, ClipboardForm* form)
+{
+    struct Result {
+        status_t status = B_ENTRY_NOT_FOUND;
+        ClipboardForm form;
+    };
+    auto result = std::make_shared<Result>();
+    const bool done = _Call([=] {
+        const QMimeData* data = QGuiApplication::clipboard()->mimeData();
+        for (const std::string& type : types) {
+            if (data != nullptr && read_form(*data, type, &result->form.bytes)) {
+                result->form.type = type;
+                result->status = B_OK;
+                return;
+            }
+        }
+    });
+    if (!done)
+        return B_TIMED_OUT;
+    *form = std::move(result->form);
+    return result->status;
+}
+
+status_t QtClipboard::Write(ClipboardForms forms, const uint32* expected, uint32* changes)
+{
+    struct Order {
+        ClipboardForms forms;
+        bool is_bound;
+        uint32 expected;
+        status_t status = B_ERROR;
+        uint32 changes = 0;
+    };
+    auto order = std::make_shared<Order>();
+    order->forms = std::move(forms);
+    order->is_bound = expected != nullptr;
+    order->expected = expected != nullptr ? *expected : 0;
+    const bool done = _Call([=, this] {
+        const uint32 before = fChanges;
+        if (order->is_bound && order->expected != before)
+            return;
+        auto* data = new QMimeData;  // the clipboard's
+        for (const ClipboardForm& form : order->forms) {
+            const QByteArray bytes(form.bytes.data(), qsizetype(form.bytes.size()));
+            if (form.type == kTextForm)
+                data->setData(QLatin1String(kQtText), bytes);
+            data->setData(QString::fromStdString(form.type), bytes);
+        }
+        QGuiApplication::clipboard()->setMimeData(data);
+        if (fChanges == before)
+            _Changed();
+        order->changes = fChanges;
+        order->status = B_OK;
+    });
+    if (!done)
+        return B_TIMED_OUT;
+    *changes = order->changes;
+    return order->status;
+}
+
+void QtClipboard::SetListener(std::function<void()> listener)
+{
+    std::lock_guard guard(fMutex);
+    fListener = std::move(listener);
+}
+
+}  // namespace server

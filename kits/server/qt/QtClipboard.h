@@ -1,0 +1,43 @@
+#ifndef SERVER_QT_CLIPBOARD_H
+#define SERVER_QT_CLIPBOARD_H
+
+// Qt's clipboard, for screens other than X11's. Qt asks other programs on the server's thread and
+// waits for them there; who asks us to gives up earlier.
+
+#include <atomic>
+#include <functional>
+#include <mutex>
+#include <string>
+#include <vector>
+
+#include "server/Clipboard.h"
+
+class QObject;
+
+namespace server {
+
+class QtDisplay;
+
+class QtClipboard final : public Clipboard {
+public:
+    // Server's thread; `context` lives as long as that runs.
+    QtClipboard(QtDisplay* display, QObject* context);
+
+    uint32 Changes() override { return fChanges; }
+    status_t Read(const std::vector<std::string>& types, ClipboardForm* form) override;
+    status_t Write(ClipboardForms forms, const uint32* expected, uint32* changes) override;
+    void SetListener(std::function<void()> listener) override;
+
+private:
+    bool _Call(std::function<void()> work);
+    void _Changed();
+
+    QtDisplay* fDisplay;
+    std::atomic<uint32> fChanges{0};
+    std::mutex fMutex;  // the next
+    std::function<void()> fListener;
+};
+
+}  // namespace server
+
+#endif  // SERVER_QT_CLIPBOARD_H

@@ -1,0 +1,232 @@
+#!/usr/bin/env bash
+# One clipboard scenario of CMakeLists.txt: clipboard.sh NAME USER OWNER. Our programs, told what to
+# do through a pipe, and others share the clipboard of an X server of the test's own.
+scenario=$1 user=$2 owner=$3
+. "$(dirname "$0")/screen.sh"
+
+# start_user NAME: a program of ours, whose commands go to NAME's pipe. The first one writes the log
+# that `expect` looks at.
+start_user() {
+    mkfifo "$folder/$1"
+    "$user" <"$folder/$1" >"$folder/$1.log" 2>&1 &
+    eval "$1_pid=$!"
+    started+=($!)
+    exec {pipe}>"$folder/$1"
+    eval "$1_pipe=$pipe"
+    log=$folder/$1.log
+    expect ready
+}
+# tell NAME COMMAND...: and what it answers goes to the log that is looked at from here on.
+tell() {
+    local name=$1 to
+    shift
+    eval "to=\$${name}_pipe"
+    log=$folder/$name.log
+    mark
+    echo "$*" >&"$to"
+}
+ask() {
+    local answer=${*: -1}
+    tell "${@:1:$#-1}"
+    expect "$answer"
+}
+
+# start_owner MANNER: returns when it has the selection.
+start_owner() {
+    "$owner" "$1" >"$folder/owner" 2>&1 &
+    owner_pid=$!
+    started+=($!)
+    eventually grep -q owns "$folder/owner" || fail "no owner"
+}
+# copy TEXT...: another program puts it on the clipboard.
+copy() {
+    xclip -quiet -selection clipboard -i "$1" 2>"$folder/xclip" &
+    copier=$!
+    started+=($!)
+    copied() { cmp -s "$1" <(paste_text); }
+    eventually copied "$1" || fail "the other program has no clipboard"
+}
+paste_text() { timeout 10 xclip -selection clipboard -o -t "${1:-UTF8_STRING}"; }
+pastes() { [ "$(paste_text "$2")" = "$1" ] || fail "$2 gives $(paste_text "$2"), not $1"; }
+
+other_programs() {
+    start_user one
+    ask one get 'text - in time'
+    ask one is-empty 'is-empty 0'
+    ask one set grüße 'set 1'
+    pastes grüße UTF8_STRING
+    pastes grüße 'text/plain;charset=utf-8'
+    pastes "$(printf 'gr\374\337e')" STRING
+    paste_text TARGETS | grep -qx TIMESTAMP || fail "no time stamp"
+    # The other way round, and what was cleared stays so until then.
+    ask one clear 'clear 1'
+    ask one get 'text - in time'
+    printf 'höher' >"$folder/text"
+    copy "$folder/text"
+    ask one get 'text höher in time'
+    ask one is-empty 'is-empty 1'
+    ask one clear 'clear 1'
+    ask one get 'text - in time'
+    ask one set 'ours again' 'set 1'
+    pastes 'ours again' UTF8_STRING
+    # Bytes that are no UTF-8 count as Latin-1 elsewhere; zeros pass.
+    printf 'caf\351\0\342\202\254' >"$folder/bytes"
+    ask one put-text "$folder/bytes" 'put 1'
+    paste_text UTF8_STRING >"$folder/seen"
+    printf 'caf\303\251\0\342\202\254' | cmp - "$folder/seen" || fail "not as UTF-8"
+    ask one take-text "$folder/back" 'took text/plain 8'
+    cmp "$folder/bytes" "$folder/back" || fail "changed on the way back"
+    ask one put-image "$folder/bytes" 'put 1'
+    paste_text image/png | cmp - "$folder/bytes" || fail "not the picture's bytes"
+    ! paste_text UTF8_STRING || fail "a text is still there"
+}
+
+own_programs() {
+    start_user one
+    start_user two
+    ask one put-message 'put 1'
+    ask one take-message 'message 42 inside from here'
+    ask two take-message 'message 42 inside from afar'
+    ask two get 'text - in time'
+    printf '\377\0\351' >"$folder/bytes"
+    ask one put-text "$folder/bytes" 'put 1'
+    ask two take-text "$folder/back" 'took text/plain 3'
+    cmp "$folder/bytes" "$folder/back" || fail "changed on the way"
+    ask two set 'from two' 'set 1'
+    ask one get 'text from two in time'
+    # A program that ends takes its content along.
+    tell two quit
+    gone() { ! kill -0 "$two_pid"; }
+    eventually gone || fail "it does not end"
+    wait "$two_pid" || fail "it ends with $?"
+    ask one get 'text - in time'
+}
+
+large() {
+    start_user one
+    start_user two
+    head -c 1000000 /dev/urandom | base64 -w 99 >"$folder/million"
+    for times in 1 10; do
+        for ((i = 0; i < times; i++)); do cat "$folder/million"; done >"$folder/large"
+        ask one put-text "$folder/large" 'put 1'
+        paste_text | cmp - "$folder/large" || fail "the other program sees something else"
+        rm -f "$folder/back"
+        ask two take-text "$folder/back" "took text/plain $(stat -c %s "$folder/large")"
+        cmp "$folder/large" "$folder/back" || fail "our other program sees something else"
+        copy "$folder/large"
+        rm -f "$folder/back"
+        ask two take-text "$folder/back" "took text/plain $(stat -c %s "$folder/large")"
+        cmp "$folder/large" "$folder/back" || fail "not the other program's text"
+    done
+}
+
+watching() {
+    start_user one
+    start_user two
+    ask one watch 'watch 1'
+    tell one get
+    ask two set first 'set 1'
+    log=$folder/one.log
+    expect changed
+    tell one set own
+    expect changed
+    tell one get
+    printf foreign >"$folder/text"
+    copy "$folder/text"
+    expect changed
+    tell one get
+    kill "$copier"
+    expect changed
+    ask one get 'text - in time'
+}
+
+# Each is empty within the time that a person waits, and does not keep us from writing.
+bad_owners() {
+    start_user one
+    for manner in mute dies stalls; do
+        start_owner "$manner"
+        ask one get 'text - in time'
+        kill "$owner_pid" 2>/dev/null
+    done
+    start_owner drips
+    ask one get 'text - .*'
+    kill "$owner_pid"
+    start_owner mute
+    ask one set 'after all' 'set 1'
+    eventually grep -q lost "$folder/owner" || fail "the silent owner still has it"
+    pastes 'after all' UTF8_STRING
+    # One that is asked, and killed while we wait.
+    start_owner mute
+    tell one get
+    kill "$owner_pid"
+    expect 'text - in time'
+}
+
+old_owner() {
+    start_user one
+    start_owner old
+    ask one get 'text été in time'
+}
+
+picture() {
+    start_user one
+    start_owner picture
+    ask one get 'text - in time'
+    ask one take-image "$folder/picture" 'took image/png 3'
+    [ "$(cat "$folder/picture")" = PNG ] || fail "another picture"
+}
+
+# While one thread waits for a silent program, the window is served.
+windows_go_on() {
+    start_user one
+    start_owner mute
+    eventually xdotool search --onlyvisible --pid "$one_pid" || fail "no window"
+    tell one "get
+get
+get"
+    xdotool mousemove 150 170 click 1
+    expect 'press 50 50'
+    texts() { grep -c '^text' "$log"; }
+    [ "$(texts)" -lt 3 ] || fail "the press came after the clipboard"
+    all_told() { [ "$(texts)" -eq 3 ]; }
+    eventually all_told || fail "not three texts"
+}
+
+manager() {
+    start_owner manager
+    start_user one
+    ask one set 'to be kept' 'set 1'
+    tell one quit
+    wait "$one_pid" || fail "it ends with $?"
+    grep -qx 'saved to be kept' "$folder/owner" || fail "it was not handed over"
+}
+
+mute_manager() {
+    start_owner mute-manager
+    start_user one
+    ask one set x 'set 1'
+    tell one quit
+    gone() { ! kill -0 "$one_pid"; }
+    eventually gone || fail "it does not end"
+}
+
+# Where Qt shows windows without an X server, its clipboard is taken.
+without_x() {
+    export QT_QPA_PLATFORM=offscreen
+    start_user one
+    ask one watch 'watch 1'
+    ask one set grüße 'set 1'
+    expect changed
+    ask one get 'text grüße in time'
+    ask one put-message 'put 1'
+    ask one take-message 'message 42 inside from here'
+    printf 'caf\351\0x' >"$folder/bytes"
+    ask one put-text "$folder/bytes" 'put 1'
+    ask one take-text "$folder/back" 'took text/plain 6'
+    cmp "$folder/bytes" "$folder/back" || fail "changed on the way"
+    tell one quit
+    wait "$one_pid" || fail "it ends with $?"
+}
+
+start_server
+"$scenario"

@@ -1,0 +1,53 @@
+# Sourced by the scripts beside it: an X server and a window manager of the test's own, and ways to
+# wait for what a program says. Ends what it started and nothing else. The caller sets `scenario`.
+set -u
+folder=$(mktemp -d)
+log=$folder/log
+started=()
+
+finish() {
+    local status=$? pid
+    for pid in "${started[@]}"; do
+        kill "$pid" 2>/dev/null
+    done
+    wait 2>/dev/null
+    rm -rf "$folder"
+    exit "$status"
+}
+trap finish EXIT
+
+fail() {
+    echo "$scenario: $*" >&2
+    echo "--- the program said:" >&2
+    cat "$log" >&2
+    exit 1
+}
+
+# Waits up to ten seconds for a command to succeed.
+eventually() {
+    local tries
+    for tries in $(seq 200); do
+        "$@" >/dev/null 2>&1 && return 0
+        sleep 0.05
+    done
+    return 1
+}
+
+# Waits until the program has printed a line, from the mark on.
+mark=0
+mark() { mark=$(wc -l <"$log"); }
+said() { tail -n "+$((mark + 1))" "$log" | grep -qxE -- "$1"; }
+expect() { eventually said "$1" || fail "no line \"$1\""; }
+expect_not() { ! said "$1" || fail "a line \"$1\""; }
+
+start_server() {
+    Xvfb -displayfd 1 -screen 0 1024x768x24 -nolisten tcp -noreset >"$folder/display" 2>"$folder/xvfb" &
+    started+=($!)
+    eventually test -s "$folder/display" || fail "no X server: $(cat "$folder/xvfb")"
+    DISPLAY=:$(head -n 1 "$folder/display")
+    export DISPLAY XDG_CONFIG_HOME=$folder XDG_RUNTIME_DIR=$folder
+    openbox >"$folder/openbox" 2>&1 &
+    started+=($!)
+    eventually xprop -root _NET_SUPPORTING_WM_CHECK || fail "no window manager"
+    eventually sh -c 'xprop -root _NET_SUPPORTING_WM_CHECK | grep -q "window id"'
+}
