@@ -180,7 +180,7 @@ picture() {
 windows_go_on() {
     start_user one
     start_owner mute
-    eventually xdotool search --onlyvisible --pid "$one_pid" || fail "no window"
+    eventually window_shows "$one_pid" || fail "no window"
     tell one "get
 get
 get"

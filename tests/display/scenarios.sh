@@ -23,13 +23,7 @@ start_listener() {
     expect_frame "100 120 300 200"
     expect ready
 }
-# Openbox may have read the wish for a window while it was starting, and looks at it with its next
-# event: a property of the root window is one.
-listener_shows() {
-    [ -n "$(xdotool search --onlyvisible --pid "$program")" ] && return 0
-    xprop -root -f _TEST_POKE 8s -set _TEST_POKE again
-    return 1
-}
+listener_shows() { window_shows "$program"; }
 
 # A bystander to take the focus.
 start_other() {

@@ -51,3 +51,11 @@ start_server() {
     eventually xprop -root _NET_SUPPORTING_WM_CHECK || fail "no window manager"
     eventually sh -c 'xprop -root _NET_SUPPORTING_WM_CHECK | grep -q "window id"'
 }
+
+# True once a process has a window on the screen. Openbox may have read the wish for a window while
+# it was starting, and looks at it with its next event: a property of the root window is one.
+window_shows() {
+    [ -n "$(xdotool search --onlyvisible --pid "$1")" ] && return 0
+    xprop -root -f _TEST_POKE 8s -set _TEST_POKE again
+    return 1
+}
