@@ -15,12 +15,15 @@
 
 class BBitmap;
 class BFont;
+class BGradient;
 class BPicture;
 class BRegion;
 class BShape;
 class BView;
 
 namespace BPrivate {
+
+class Reader;
 
 enum class PictureOp : uint8 {
     End,
@@ -66,6 +69,7 @@ enum class PictureOp : uint8 {
     ClipToInverseRect,
     ClipToShape,
     ClipToPicture,
+    Gradient,  // of the next call alone
     Count
 };
 
@@ -109,10 +113,26 @@ struct [[gnu::visibility("hidden")]] PictureData {
     void AddFont(const BFont& font);
     void AddBitmap(PictureOp op, const BBitmap& bitmap, BRect from, BRect to, uint32 options);
     void AddPicture(std::shared_ptr<const PictureData> picture, BPoint where);
+    // A null picture takes the clips away.
+    void AddClip(std::shared_ptr<const PictureData> picture, BPoint where, bool inverse);
+    // The gradient, and the call that `add_call` notes; nothing if it notes none.
+    template <class AddCall>
+    void AddGradient(const BGradient& gradient, AddCall add_call)
+    {
+        const size_t start = bytes.size();
+        AddGradient(gradient);
+        const size_t call = bytes.size();
+        add_call();
+        if (bytes.size() == call)
+            bytes.resize(start);
+    }
+    void AddGradient(const BGradient& gradient);
 
     // Draws it in a view; what is damaged ends it.
     void Play(BView* view, int depth) const;
     static void PlayAt(const PictureData& picture, BView* view, BPoint where, int depth);
+    // One call; false at the end and for what is damaged.
+    bool PlayCall(Reader& in, BView* view, int depth) const;
     // For BPicture::Play().
     void PlayTable(void** table, int32 entries, void* userData) const;
 };

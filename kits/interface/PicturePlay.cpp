@@ -1,7 +1,10 @@
 // Recorded drawing: how calls are noted, and made again in a view.
 
 #include <Bitmap.h>
+#include <DataIO.h>
 #include <Font.h>
+#include <Gradient.h>
+#include <Picture.h>
 #include <Region.h>
 #include <Shape.h>
 #include <View.h>
@@ -63,6 +66,21 @@ void PictureData::AddPicture(std::shared_ptr<const PictureData> picture, BPoint 
 {
     Add(PictureOp::DrawPicture, int32(pictures.size()), where);
     pictures.push_back(std::move(picture));
+}
+
+void PictureData::AddClip(std::shared_ptr<const PictureData> picture, BPoint where, bool inverse)
+{
+    Add(PictureOp::ClipToPicture, picture != nullptr ? int32(pictures.size()) : -1, where, inverse);
+    if (picture != nullptr)
+        pictures.push_back(std::move(picture));
+}
+
+void PictureData::AddGradient(const BGradient& gradient)
+{
+    BMallocIO stream;
+    if (gradient.Flatten(&stream) == B_OK)
+        Add(PictureOp::Gradient, Span<char>{static_cast<const char*>(stream.Buffer()),
+                                            int32(stream.BufferLength())});
 }
 
 namespace {
@@ -218,9 +236,34 @@ void play_transform(Reader& in, BView* view)
     }
 }
 
+// Makes the call behind a gradient with it. One of no kind that can be read changes nothing.
+template <class Call>
+bool play_with_gradient(Reader& in, BView* view, Call make_call)
+{
+    const auto flat = in.GetSpan<char>();
+    if (in.AtEnd() || in.Peek() == uint8(PictureOp::Gradient))
+        return false;
+    BMemoryIO stream(flat.data(), flat.size());
+    BGradient* read = nullptr;
+    BGradient::Unflatten(read, &stream);
+    const std::unique_ptr<BGradient> gradient(read);
+    bool goes_on = false;
+    if (gradient == nullptr)
+        return make_call();
+    ViewPrivate::WithGradient(view, *gradient, [&] { goes_on = make_call(); });
+    return goes_on;
+}
+
 }  // namespace
 
 void PictureData::Play(BView* view, int depth) const
+{
+    Reader in(bytes);
+    while (PlayCall(in, view, depth)) {
+    }
+}
+
+bool PictureData::PlayCall(Reader& in, BView* view, int depth) const
 {
     using Line = void (BView::*)(BPoint, BPoint, ::pattern);
     using Rect = void (BView::*)(BRect, ::pattern);
@@ -229,135 +272,147 @@ void PictureData::Play(BView* view, int depth) const
     using Arc = void (BView::*)(BPoint, float, float, float, float, ::pattern);
     using Point = void (BView::*)(BPoint);
     using Color = void (BView::*)(rgb_color);
-    Reader in(bytes);
-    while (!in.AtEnd()) {
-        const PictureOp op = PictureOp(in.Get<uint8>());
-        switch (op) {
-        case PictureOp::MovePenTo:
-            call(in, view, static_cast<Point>(&BView::MovePenTo));
-            break;
-        case PictureOp::StrokeLine:
-            call(in, view, static_cast<Line>(&BView::StrokeLine));
-            break;
-        case PictureOp::LineArray:
-            play_line_array(in, view);
-            break;
-        case PictureOp::StrokePolygon:
-        case PictureOp::FillPolygon:
-            play_polygon(in, view, op);
-            break;
-        case PictureOp::StrokeRect:
-            call(in, view, static_cast<Rect>(&BView::StrokeRect));
-            break;
-        case PictureOp::FillRect:
-            call(in, view, static_cast<Rect>(&BView::FillRect));
-            break;
-        case PictureOp::InvertRect:
-            call(in, view, &BView::InvertRect);
-            break;
-        case PictureOp::StrokeRoundRect:
-            call(in, view, static_cast<Round>(&BView::StrokeRoundRect));
-            break;
-        case PictureOp::FillRoundRect:
-            call(in, view, static_cast<Round>(&BView::FillRoundRect));
-            break;
-        case PictureOp::StrokeEllipse:
-            call(in, view, static_cast<Ellipse>(&BView::StrokeEllipse));
-            break;
-        case PictureOp::FillEllipse:
-            call(in, view, static_cast<Ellipse>(&BView::FillEllipse));
-            break;
-        case PictureOp::StrokeArc:
-            call(in, view, static_cast<Arc>(&BView::StrokeArc));
-            break;
-        case PictureOp::FillArc:
-            call(in, view, static_cast<Arc>(&BView::FillArc));
-            break;
-        case PictureOp::StrokeBezier:
-        case PictureOp::FillBezier:
-            play_bezier(in, view, op);
-            break;
-        case PictureOp::StrokeShape:
-        case PictureOp::FillShape:
-        case PictureOp::ClipToShape:
-            play_shape(in, view, op);
-            break;
-        case PictureOp::DrawString:
-            play_string(in, view);
-            break;
-        case PictureOp::DrawStringAt:
-            play_string_at(in, view);
-            break;
-        case PictureOp::DrawBitmap: {
-            const size_t index = size_t(in.Get<int32>());
-            const BRect from = in.Get<BRect>(), to = in.Get<BRect>();
-            const uint32 options = in.Get<uint32>();
-            if (in.IsGood() && index < bitmaps.size())
-                view->DrawBitmap(bitmaps[index].get(), from, to, options);
-            break;
-        }
-        case PictureOp::DrawPicture: {
-            const size_t index = size_t(in.Get<int32>());
-            const BPoint where = in.Get<BPoint>();
-            if (in.IsGood() && index < pictures.size() && depth < kMaxPictureDepth)
-                PlayAt(*pictures[index], view, where, depth + 1);
-            break;
-        }
-        case PictureOp::CopyBits:
-            call(in, view, &BView::CopyBits);
-            break;
-        case PictureOp::HighColor:
-            call(in, view, static_cast<Color>(&BView::SetHighColor));
-            break;
-        case PictureOp::LowColor:
-            call(in, view, static_cast<Color>(&BView::SetLowColor));
-            break;
-        case PictureOp::DrawingMode:
-            call(in, view, &BView::SetDrawingMode);
-            break;
-        case PictureOp::BlendingMode:
-            call(in, view, &BView::SetBlendingMode);
-            break;
-        case PictureOp::PenSize:
-            call(in, view, &BView::SetPenSize);
-            break;
-        case PictureOp::LineMode:
-            call(in, view, &BView::SetLineMode);
-            break;
-        case PictureOp::FillRule:
-            call(in, view, &BView::SetFillRule);
-            break;
-        case PictureOp::Origin:
-            call(in, view, static_cast<Point>(&BView::SetOrigin));
-            break;
-        case PictureOp::Scale:
-            view->SetScale(in.Get<float>());
-            break;
-        case PictureOp::Transform:
-            play_transform(in, view);
-            break;
-        case PictureOp::Font:
-            play_font(in, view);
-            break;
-        case PictureOp::PushState:
-            view->PushState();
-            break;
-        case PictureOp::PopState:
-            view->PopState();
-            break;
-        case PictureOp::ClipRegion:
-            play_clip(in, view);
-            break;
-        case PictureOp::ClipToRect:
-            call(in, view, &BView::ClipToRect);
-            break;
-        case PictureOp::ClipToInverseRect:
-            call(in, view, &BView::ClipToInverseRect);
-            break;
-        default:
-            return;
-        }
+    if (in.AtEnd())
+        return false;
+    const PictureOp op = PictureOp(in.Get<uint8>());
+    switch (op) {
+    case PictureOp::MovePenTo:
+        call(in, view, static_cast<Point>(&BView::MovePenTo));
+        break;
+    case PictureOp::StrokeLine:
+        call(in, view, static_cast<Line>(&BView::StrokeLine));
+        break;
+    case PictureOp::LineArray:
+        play_line_array(in, view);
+        break;
+    case PictureOp::StrokePolygon:
+    case PictureOp::FillPolygon:
+        play_polygon(in, view, op);
+        break;
+    case PictureOp::StrokeRect:
+        call(in, view, static_cast<Rect>(&BView::StrokeRect));
+        break;
+    case PictureOp::FillRect:
+        call(in, view, static_cast<Rect>(&BView::FillRect));
+        break;
+    case PictureOp::InvertRect:
+        call(in, view, &BView::InvertRect);
+        break;
+    case PictureOp::StrokeRoundRect:
+        call(in, view, static_cast<Round>(&BView::StrokeRoundRect));
+        break;
+    case PictureOp::FillRoundRect:
+        call(in, view, static_cast<Round>(&BView::FillRoundRect));
+        break;
+    case PictureOp::StrokeEllipse:
+        call(in, view, static_cast<Ellipse>(&BView::StrokeEllipse));
+        break;
+    case PictureOp::FillEllipse:
+        call(in, view, static_cast<Ellipse>(&BView::FillEllipse));
+        break;
+    case PictureOp::StrokeArc:
+        call(in, view, static_cast<Arc>(&BView::StrokeArc));
+        break;
+    case PictureOp::FillArc:
+        call(in, view, static_cast<Arc>(&BView::FillArc));
+        break;
+    case PictureOp::StrokeBezier:
+    case PictureOp::FillBezier:
+        play_bezier(in, view, op);
+        break;
+    case PictureOp::StrokeShape:
+    case PictureOp::FillShape:
+    case PictureOp::ClipToShape:
+        play_shape(in, view, op);
+        break;
+    case PictureOp::DrawString:
+        play_string(in, view);
+        break;
+    case PictureOp::DrawStringAt:
+        play_string_at(in, view);
+        break;
+    case PictureOp::DrawBitmap: {
+        const size_t index = size_t(in.Get<int32>());
+        const BRect from = in.Get<BRect>(), to = in.Get<BRect>();
+        const uint32 options = in.Get<uint32>();
+        if (in.IsGood() && index < bitmaps.size())
+            view->DrawBitmap(bitmaps[index].get(), from, to, options);
+        break;
     }
+    case PictureOp::DrawPicture: {
+        const size_t index = size_t(in.Get<int32>());
+        const BPoint where = in.Get<BPoint>();
+        if (in.IsGood() && index < pictures.size() && depth < kMaxPictureDepth)
+            PlayAt(*pictures[index], view, where, depth + 1);
+        break;
+    }
+    case PictureOp::CopyBits:
+        call(in, view, &BView::CopyBits);
+        break;
+    case PictureOp::HighColor:
+        call(in, view, static_cast<Color>(&BView::SetHighColor));
+        break;
+    case PictureOp::LowColor:
+        call(in, view, static_cast<Color>(&BView::SetLowColor));
+        break;
+    case PictureOp::DrawingMode:
+        call(in, view, &BView::SetDrawingMode);
+        break;
+    case PictureOp::BlendingMode:
+        call(in, view, &BView::SetBlendingMode);
+        break;
+    case PictureOp::PenSize:
+        call(in, view, &BView::SetPenSize);
+        break;
+    case PictureOp::LineMode:
+        call(in, view, &BView::SetLineMode);
+        break;
+    case PictureOp::FillRule:
+        call(in, view, &BView::SetFillRule);
+        break;
+    case PictureOp::Origin:
+        call(in, view, static_cast<Point>(&BView::SetOrigin));
+        break;
+    case PictureOp::Scale:
+        view->SetScale(in.Get<float>());
+        break;
+    case PictureOp::Transform:
+        play_transform(in, view);
+        break;
+    case PictureOp::Font:
+        play_font(in, view);
+        break;
+    case PictureOp::PushState:
+        view->PushState();
+        break;
+    case PictureOp::PopState:
+        view->PopState();
+        break;
+    case PictureOp::ClipRegion:
+        play_clip(in, view);
+        break;
+    case PictureOp::ClipToRect:
+        call(in, view, &BView::ClipToRect);
+        break;
+    case PictureOp::ClipToInverseRect:
+        call(in, view, &BView::ClipToInverseRect);
+        break;
+    case PictureOp::ClipToPicture: {
+        const int32 index = in.Get<int32>();
+        const BPoint where = in.Get<BPoint>();
+        const bool inverse = in.Get<uint8>() != 0;
+        if (in.IsGood() && index == -1)
+            ViewPrivate::ClipToPicture(view, nullptr, where, inverse);
+        else if (in.IsGood() && size_t(index) < pictures.size() && depth < kMaxPictureDepth)
+            ViewPrivate::ClipToPicture(view, pictures[size_t(index)], where, inverse);
+        break;
+    }
+    case PictureOp::Gradient:
+        return play_with_gradient(in, view, [&] { return PlayCall(in, view, depth); });
+    default:
+        return false;
+    }
+    return in.IsGood();
 }
 
 // With a state of its own, which is gone afterwards.

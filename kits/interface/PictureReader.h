@@ -15,6 +15,8 @@ public:
 
     bool IsGood() const { return fGood; }
     bool AtEnd() const { return fLeft == 0 || !fGood; }
+    // The next byte. Not at the end.
+    uint8 Peek() const { return *fAt; }
     template <class Value>
     Value Get()
     {

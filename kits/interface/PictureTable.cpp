@@ -61,6 +61,12 @@ bool Skip(Reader& in, PictureOp op)
         if (in.Get<uint8>() != 0)
             in.GetSpan<clipping_rect>();
         break;
+    case PictureOp::ClipToPicture:
+        take(sizeof(int32) + sizeof(BPoint) + sizeof(bool));
+        break;
+    case PictureOp::Gradient:
+        in.GetSpan<char>();
+        break;
     default:
         return false;
     }

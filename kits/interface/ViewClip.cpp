@@ -285,16 +285,24 @@ static void clip_to_shape(ViewData& data, BShape* shape, bool inverse)
     data.NarrowClip(region, inverse);
 }
 
-static void clip_to_picture(ViewData& data, BPicture* picture, BPoint where, bool inverse)
+static void clip_to_picture(ViewData& data, const PictureData& picture, BPoint where, bool inverse)
 {
-    if (picture == nullptr) {
+    const auto draw = [&](BView* view) { PictureData::PlayAt(picture, view, where, 1); };
+    data.NarrowClip(drawn_region(data, data.bounds, draw), inverse);
+}
+
+void ViewPrivate::ClipToPicture(BView* view, const std::shared_ptr<const PictureData>& picture,
+                                BPoint where, bool inverse)
+{
+    ViewData& data = *view->fData;
+    if (data.recording != nullptr)
+        data.recording->AddClip(picture, where, inverse);
+    if (picture != nullptr) {
+        clip_to_picture(data, *picture, where, inverse);
+    } else {
         data.state.viewClip = nullptr;
         data.Outdate();
-        return;
     }
-    data.NarrowClip(drawn_region(data, data.bounds,
-                                 [&](BView* view) { view->DrawPicture(picture, where); }),
-                    inverse);
 }
 
 }  // namespace BPrivate
@@ -361,12 +369,14 @@ void BView::ClipToInverseShape(BShape* shape)
 
 void BView::ClipToPicture(BPicture* picture, BPoint where, bool)
 {
-    clip_to_picture(*fData, picture, where, false);
+    BPrivate::ViewPrivate::ClipToPicture(this, picture != nullptr ? picture->fData : nullptr, where,
+                                         false);
 }
 
 void BView::ClipToInversePicture(BPicture* picture, BPoint where, bool)
 {
-    clip_to_picture(*fData, picture, where, true);
+    BPrivate::ViewPrivate::ClipToPicture(this, picture != nullptr ? picture->fData : nullptr, where,
+                                         true);
 }
 
 // Asking for a Draw().

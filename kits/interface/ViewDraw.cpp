@@ -8,7 +8,6 @@
 #include <Polygon.h>
 #include <Shape.h>
 
-#include <interface/GradientMap.h>
 #include <interface/ShapeData.h>
 #include <interface/ViewPrivate.h>
 
@@ -18,6 +17,7 @@
 using BPrivate::PictureOp;
 using BPrivate::Span;
 using BPrivate::ViewData;
+using BPrivate::ViewPrivate;
 
 namespace {
 
@@ -73,20 +73,6 @@ inline void draw(ViewData& data, PictureOp op, ServerCall paint, const ::pattern
     data.Touched(paint(data.target, data.state.paint, in_window(data, arguments)...));
 }
 
-// Paints with a gradient in place of the high colour: `draw` makes the solid call.
-template <class Draw>
-void with_gradient(ViewData& data, const BGradient& gradient, Draw draw)
-{
-    if (data.recording != nullptr || (!data.Ready() && !data.MakeReady())) {
-        draw();
-        return;
-    }
-    const BPrivate::MappedGradient mapped(gradient, data.scale, data.mapX, data.mapY);
-    data.state.paint.gradient = mapped.Gradient();
-    draw();
-    data.state.paint.gradient = nullptr;
-}
-
 BPoint center_of(const BRect& rect)
 {
     return BPoint((rect.left + rect.right) / 2, (rect.top + rect.bottom) / 2);
@@ -114,7 +100,7 @@ void BView::StrokeLine(BPoint toPoint, const BGradient& gradient)
 
 void BView::StrokeLine(BPoint start, BPoint end, const BGradient& gradient)
 {
-    with_gradient(*fData, gradient, [&] { StrokeLine(start, end); });
+    ViewPrivate::WithGradient(this, gradient, [&] { StrokeLine(start, end); });
 }
 
 void BView::BeginLineArray(int32 count)
@@ -189,19 +175,21 @@ void BView::StrokePolygon(const BPoint* pointArray, int32 numPoints, BRect bound
 
 void BView::StrokePolygon(const BPolygon* polygon, bool closed, const BGradient& gradient)
 {
-    with_gradient(*fData, gradient, [&] { StrokePolygon(polygon, closed); });
+    ViewPrivate::WithGradient(this, gradient, [&] { StrokePolygon(polygon, closed); });
 }
 
 void BView::StrokePolygon(const BPoint* pointArray, int32 numPoints, bool closed,
                           const BGradient& gradient)
 {
-    with_gradient(*fData, gradient, [&] { StrokePolygon(pointArray, numPoints, closed); });
+    ViewPrivate::WithGradient(this, gradient,
+                              [&] { StrokePolygon(pointArray, numPoints, closed); });
 }
 
 void BView::StrokePolygon(const BPoint* pointArray, int32 numPoints, BRect bounds, bool closed,
                           const BGradient& gradient)
 {
-    with_gradient(*fData, gradient, [&] { StrokePolygon(pointArray, numPoints, bounds, closed); });
+    ViewPrivate::WithGradient(this, gradient,
+                              [&] { StrokePolygon(pointArray, numPoints, bounds, closed); });
 }
 
 void BView::FillPolygon(const BPolygon* polygon, ::pattern pattern)
@@ -229,18 +217,18 @@ void BView::FillPolygon(const BPoint* pointArray, int32 numPoints, BRect bounds,
 
 void BView::FillPolygon(const BPolygon* polygon, const BGradient& gradient)
 {
-    with_gradient(*fData, gradient, [&] { FillPolygon(polygon); });
+    ViewPrivate::WithGradient(this, gradient, [&] { FillPolygon(polygon); });
 }
 
 void BView::FillPolygon(const BPoint* pointArray, int32 numPoints, const BGradient& gradient)
 {
-    with_gradient(*fData, gradient, [&] { FillPolygon(pointArray, numPoints); });
+    ViewPrivate::WithGradient(this, gradient, [&] { FillPolygon(pointArray, numPoints); });
 }
 
 void BView::FillPolygon(const BPoint* pointArray, int32 numPoints, BRect bounds,
                         const BGradient& gradient)
 {
-    with_gradient(*fData, gradient, [&] { FillPolygon(pointArray, numPoints, bounds); });
+    ViewPrivate::WithGradient(this, gradient, [&] { FillPolygon(pointArray, numPoints, bounds); });
 }
 
 void BView::StrokeTriangle(BPoint point1, BPoint point2, BPoint point3, ::pattern pattern)
@@ -256,7 +244,7 @@ void BView::StrokeTriangle(BPoint point1, BPoint point2, BPoint point3, BRect, :
 
 void BView::StrokeTriangle(BPoint point1, BPoint point2, BPoint point3, const BGradient& gradient)
 {
-    with_gradient(*fData, gradient, [&] { StrokeTriangle(point1, point2, point3); });
+    ViewPrivate::WithGradient(this, gradient, [&] { StrokeTriangle(point1, point2, point3); });
 }
 
 void BView::StrokeTriangle(BPoint point1, BPoint point2, BPoint point3, BRect,
@@ -278,7 +266,7 @@ void BView::FillTriangle(BPoint point1, BPoint point2, BPoint point3, BRect, ::p
 
 void BView::FillTriangle(BPoint point1, BPoint point2, BPoint point3, const BGradient& gradient)
 {
-    with_gradient(*fData, gradient, [&] { FillTriangle(point1, point2, point3); });
+    ViewPrivate::WithGradient(this, gradient, [&] { FillTriangle(point1, point2, point3); });
 }
 
 void BView::FillTriangle(BPoint point1, BPoint point2, BPoint point3, BRect,
@@ -296,7 +284,7 @@ void BView::StrokeRect(BRect rect, ::pattern pattern)
 
 void BView::StrokeRect(BRect rect, const BGradient& gradient)
 {
-    with_gradient(*fData, gradient, [&] { StrokeRect(rect); });
+    ViewPrivate::WithGradient(this, gradient, [&] { StrokeRect(rect); });
 }
 
 void BView::FillRect(BRect rect, ::pattern pattern)
@@ -306,7 +294,7 @@ void BView::FillRect(BRect rect, ::pattern pattern)
 
 void BView::FillRect(BRect rect, const BGradient& gradient)
 {
-    with_gradient(*fData, gradient, [&] { FillRect(rect); });
+    ViewPrivate::WithGradient(this, gradient, [&] { FillRect(rect); });
 }
 
 void BView::FillRegion(BRegion* region, ::pattern pattern)
@@ -337,7 +325,12 @@ void BView::FillRegion(BRegion* region, ::pattern pattern)
 
 void BView::FillRegion(BRegion* region, const BGradient& gradient)
 {
-    with_gradient(*fData, gradient, [&] { FillRegion(region); });
+    if (region != nullptr && fData->recording != nullptr) {
+        for (int32 i = 0; i < region->CountRects(); i++)
+            FillRect(region->RectAt(i), gradient);
+        return;
+    }
+    ViewPrivate::WithGradient(this, gradient, [&] { FillRegion(region); });
 }
 
 void BView::InvertRect(BRect rect)
@@ -349,13 +342,13 @@ void BView::InvertRect(BRect rect)
 
 void BView::StrokeRoundRect(BRect rect, float xRadius, float yRadius, ::pattern pattern)
 {
-    draw(*fData, PictureOp::StrokeRoundRect, server::StrokeRoundRect, pattern, rect, Length{xRadius},
-         Length{yRadius});
+    draw(*fData, PictureOp::StrokeRoundRect, server::StrokeRoundRect, pattern, rect,
+         Length{xRadius}, Length{yRadius});
 }
 
 void BView::StrokeRoundRect(BRect rect, float xRadius, float yRadius, const BGradient& gradient)
 {
-    with_gradient(*fData, gradient, [&] { StrokeRoundRect(rect, xRadius, yRadius); });
+    ViewPrivate::WithGradient(this, gradient, [&] { StrokeRoundRect(rect, xRadius, yRadius); });
 }
 
 void BView::FillRoundRect(BRect rect, float xRadius, float yRadius, ::pattern pattern)
@@ -366,7 +359,7 @@ void BView::FillRoundRect(BRect rect, float xRadius, float yRadius, ::pattern pa
 
 void BView::FillRoundRect(BRect rect, float xRadius, float yRadius, const BGradient& gradient)
 {
-    with_gradient(*fData, gradient, [&] { FillRoundRect(rect, xRadius, yRadius); });
+    ViewPrivate::WithGradient(this, gradient, [&] { FillRoundRect(rect, xRadius, yRadius); });
 }
 
 // Ellipses and arcs.
@@ -384,12 +377,12 @@ void BView::StrokeEllipse(BRect rect, ::pattern pattern)
 
 void BView::StrokeEllipse(BPoint center, float xRadius, float yRadius, const BGradient& gradient)
 {
-    with_gradient(*fData, gradient, [&] { StrokeEllipse(center, xRadius, yRadius); });
+    ViewPrivate::WithGradient(this, gradient, [&] { StrokeEllipse(center, xRadius, yRadius); });
 }
 
 void BView::StrokeEllipse(BRect rect, const BGradient& gradient)
 {
-    with_gradient(*fData, gradient, [&] { StrokeEllipse(rect); });
+    ViewPrivate::WithGradient(this, gradient, [&] { StrokeEllipse(rect); });
 }
 
 void BView::FillEllipse(BPoint center, float xRadius, float yRadius, ::pattern pattern)
@@ -405,12 +398,12 @@ void BView::FillEllipse(BRect rect, ::pattern pattern)
 
 void BView::FillEllipse(BPoint center, float xRadius, float yRadius, const BGradient& gradient)
 {
-    with_gradient(*fData, gradient, [&] { FillEllipse(center, xRadius, yRadius); });
+    ViewPrivate::WithGradient(this, gradient, [&] { FillEllipse(center, xRadius, yRadius); });
 }
 
 void BView::FillEllipse(BRect rect, const BGradient& gradient)
 {
-    with_gradient(*fData, gradient, [&] { FillEllipse(rect); });
+    ViewPrivate::WithGradient(this, gradient, [&] { FillEllipse(rect); });
 }
 
 void BView::StrokeArc(BPoint center, float xRadius, float yRadius, float startAngle,
@@ -428,13 +421,13 @@ void BView::StrokeArc(BRect rect, float startAngle, float arcAngle, ::pattern pa
 void BView::StrokeArc(BPoint center, float xRadius, float yRadius, float startAngle,
                       float arcAngle, const BGradient& gradient)
 {
-    with_gradient(*fData, gradient,
-                  [&] { StrokeArc(center, xRadius, yRadius, startAngle, arcAngle); });
+    ViewPrivate::WithGradient(this, gradient,
+                              [&] { StrokeArc(center, xRadius, yRadius, startAngle, arcAngle); });
 }
 
 void BView::StrokeArc(BRect rect, float startAngle, float arcAngle, const BGradient& gradient)
 {
-    with_gradient(*fData, gradient, [&] { StrokeArc(rect, startAngle, arcAngle); });
+    ViewPrivate::WithGradient(this, gradient, [&] { StrokeArc(rect, startAngle, arcAngle); });
 }
 
 void BView::FillArc(BPoint center, float xRadius, float yRadius, float startAngle, float arcAngle,
@@ -452,13 +445,13 @@ void BView::FillArc(BRect rect, float startAngle, float arcAngle, ::pattern patt
 void BView::FillArc(BPoint center, float xRadius, float yRadius, float startAngle, float arcAngle,
                     const BGradient& gradient)
 {
-    with_gradient(*fData, gradient,
-                  [&] { FillArc(center, xRadius, yRadius, startAngle, arcAngle); });
+    ViewPrivate::WithGradient(this, gradient,
+                              [&] { FillArc(center, xRadius, yRadius, startAngle, arcAngle); });
 }
 
 void BView::FillArc(BRect rect, float startAngle, float arcAngle, const BGradient& gradient)
 {
-    with_gradient(*fData, gradient, [&] { FillArc(rect, startAngle, arcAngle); });
+    ViewPrivate::WithGradient(this, gradient, [&] { FillArc(rect, startAngle, arcAngle); });
 }
 
 // Curves and shapes.
@@ -472,7 +465,7 @@ void BView::StrokeBezier(BPoint* controlPoints, ::pattern pattern)
 
 void BView::StrokeBezier(BPoint* controlPoints, const BGradient& gradient)
 {
-    with_gradient(*fData, gradient, [&] { StrokeBezier(controlPoints); });
+    ViewPrivate::WithGradient(this, gradient, [&] { StrokeBezier(controlPoints); });
 }
 
 void BView::FillBezier(BPoint* controlPoints, ::pattern pattern)
@@ -484,7 +477,7 @@ void BView::FillBezier(BPoint* controlPoints, ::pattern pattern)
 
 void BView::FillBezier(BPoint* controlPoints, const BGradient& gradient)
 {
-    with_gradient(*fData, gradient, [&] { FillBezier(controlPoints); });
+    ViewPrivate::WithGradient(this, gradient, [&] { FillBezier(controlPoints); });
 }
 
 // Strokes or fills a shape that starts at the pen.
@@ -519,7 +512,7 @@ void BView::StrokeShape(BShape* shape, ::pattern pattern)
 
 void BView::StrokeShape(BShape* shape, const BGradient& gradient)
 {
-    with_gradient(*fData, gradient, [&] { StrokeShape(shape); });
+    ViewPrivate::WithGradient(this, gradient, [&] { StrokeShape(shape); });
 }
 
 void BView::FillShape(BShape* shape, ::pattern pattern)
@@ -529,7 +522,7 @@ void BView::FillShape(BShape* shape, ::pattern pattern)
 
 void BView::FillShape(BShape* shape, const BGradient& gradient)
 {
-    with_gradient(*fData, gradient, [&] { FillShape(shape); });
+    ViewPrivate::WithGradient(this, gradient, [&] { FillShape(shape); });
 }
 
 // Text.

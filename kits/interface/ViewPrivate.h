@@ -20,6 +20,7 @@
 #include <vector>
 
 #include <interface/Canvas.h>
+#include <interface/GradientMap.h>
 #include <interface/PictureOps.h>
 #include <server/Fonts.h>
 #include <server/Painter.h>
@@ -308,6 +309,29 @@ struct [[gnu::visibility("hidden")]] ViewPrivate {
     static void DeleteTop(BView* top);
     // The window has a new size: the views follow by their resizing modes.
     static void ResizeTop(BView* top, float width, float height);
+
+    // Draws with a gradient in place of the high colour: `draw` makes one solid call.
+    template <class Draw>
+    static void WithGradient(BView* view, const BGradient& gradient, Draw draw)
+    {
+        ViewData& data = *view->fData;
+        if (data.recording != nullptr) {
+            data.recording->AddGradient(gradient, draw);
+            return;
+        }
+        if (!data.Ready() && !data.MakeReady()) {
+            draw();
+            return;
+        }
+        const MappedGradient mapped(gradient, data.scale, data.mapX, data.mapY);
+        data.state.paint.gradient = mapped.Gradient();
+        draw();
+        data.state.paint.gradient = nullptr;
+    }
+
+    // Narrows the clipping to what a picture draws; null takes the narrowing away.
+    static void ClipToPicture(BView* view, const std::shared_ptr<const PictureData>& picture,
+                              BPoint where, bool inverse);
 
     // A view's place in its window.
     static BPoint ToView(const BView* view, BPoint windowPoint);

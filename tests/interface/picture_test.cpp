@@ -3,6 +3,7 @@
 #include "Drawing.h"
 
 #include <DataIO.h>
+#include <GradientLinear.h>
 #include <Message.h>
 #include <Picture.h>
 #include <Region.h>
@@ -11,6 +12,37 @@
 #include <memory>
 #include <random>
 #include <vector>
+
+// A gradient colours the call it is given to, and none behind it.
+static void draw_gradients(BView& view)
+{
+    BGradientLinear gradient(BPoint(0, 0), BPoint(79, 0));
+    gradient.AddColor(rgb_color{255, 0, 0, 255}, 0);
+    gradient.AddColor(rgb_color{0, 0, 255, 255}, 255);
+    view.FillRect(BRect(5, 45, 40, 50), gradient);
+    view.FillRect(BRect(44, 45, 48, 50));
+    view.StrokePolygon(static_cast<const BPoint*>(nullptr), 0, true, gradient);
+    view.StrokeLine(BPoint(0, 52), BPoint(79, 52));
+    BRegion two(BRect(0, 54, 20, 55));
+    two.Include(BRect(40, 54, 60, 55));
+    view.FillRegion(&two, gradient);
+}
+
+static void clip_to_a_picture(BView& view)
+{
+    BPicture hole;
+    view.BeginPicture(&hole);
+    view.FillEllipse(BPoint(20, 20), 10, 10);
+    view.EndPicture();
+    view.ClipToPicture(&hole, BPoint(5, 0));
+    view.FillRect(BRect(0, 0, 40, 22), B_MIXED_COLORS);
+    view.ClipToPicture(nullptr);
+    view.PushState();
+    view.ClipToInversePicture(&hole);
+    view.FillRect(BRect(0, 28, 40, 32), B_MIXED_COLORS);
+    view.PopState();
+    view.FillRect(BRect(76, 56, 79, 59));
+}
 
 static void draw_everything(BView& view)
 {
@@ -54,6 +86,8 @@ static void draw_everything(BView& view)
     view.DrawBitmap(&dot, BPoint(72, 2));
     view.DrawString("Ag", BPoint(3, 30));
     view.CopyBits(BRect(0, 0, 9, 9), BRect(50, 50, 59, 59));
+    draw_gradients(view);
+    clip_to_a_picture(view);
 }
 
 class PictureTest : public testing::Test {
