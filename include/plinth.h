@@ -556,6 +556,31 @@ bool ClearClipboard(void);
 /* Returns true if there is a text on the clipboard: the opposite of its name. Any thread. */
 bool IsEmptyClipboard(void);
 
+/* ---- Deskbar --------------------------------------------------------------------------------- */
+
+/* Places of the Deskbar. */
+enum {
+    PLINTH_DESKBAR_TOP = 0,
+    PLINTH_DESKBAR_BOTTOM = 1,
+    PLINTH_DESKBAR_LEFT_TOP = 2,
+    PLINTH_DESKBAR_RIGHT_TOP = 3,
+    PLINTH_DESKBAR_LEFT_BOTTOM = 4,
+    PLINTH_DESKBAR_RIGHT_BOTTOM = 5
+};
+
+/* Expands (`flag` not 0) or collapses the Deskbar. Any thread. */
+void SetExpandDeskBar(uint8_t flag);
+
+/* Returns 1 if the Deskbar is expanded, else 0. Any thread. */
+uint8_t IsExpandedDeskBar(void);
+
+/* Returns the Deskbar's place, one of the above. Any thread. */
+int32_t GetPosDeskBar(void);
+
+/* Moves the Deskbar, which stays expanded if it is. Another number than the above moves nothing.
+   Any thread. */
+void SetPosDeskBar(int32_t location);
+
 #ifdef __cplusplus
 }
 #endif

@@ -3,6 +3,7 @@
 #include <InterfaceDefs.h>
 
 #include <Bitmap.h>
+#include <Deskbar.h>
 #include <Point.h>
 #include <Rect.h>
 
@@ -36,7 +37,7 @@ static status_t give(Value* place, Value value)
 
 // Desktop.
 
-status_t get_deskbar_frame(BRect*) { return B_UNSUPPORTED; }
+status_t get_deskbar_frame(BRect* frame) { return give(frame, BDeskbar().Frame()); }
 
 const color_map* system_colors() { return server::SystemColorMap(); }
 

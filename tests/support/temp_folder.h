@@ -2,7 +2,7 @@
 #define TESTS_SUPPORT_TEMP_FOLDER_H
 
 // A real folder of the test's own, removed with it. HOME and the desktop's base directories point
-// into it meanwhile, so that nothing outside is touched.
+// into it meanwhile, and no message bus is to be found, so that nothing outside is touched.
 
 #include <climits>
 #include <cstdio>
@@ -23,6 +23,9 @@ public:
         setenv("XDG_DATA_HOME", At("/home/data").c_str(), 1);
         setenv("XDG_CACHE_HOME", At("/home/cache").c_str(), 1);
         setenv("XDG_STATE_HOME", At("/home/state").c_str(), 1);
+        setenv("XDG_RUNTIME_DIR", At("/home/run").c_str(), 1);
+        unsetenv("DBUS_SESSION_BUS_ADDRESS");
+        setenv("DBUS_SYSTEM_BUS_ADDRESS", ("unix:path=" + At("/home/no-bus")).c_str(), 1);
     }
     ~TempFolder()
     {

@@ -357,8 +357,9 @@ const float B_DISABLED_LABEL_TINT = 1.407;
 const float B_HIGHLIGHT_BACKGROUND_TINT = 1.295;
 const float B_DISABLED_MARK_TINT = 0.385;
 
-/* B_UNSUPPORTED: hosts have no Deskbar to ask, nor screen modes to set. */
+/* Where the Deskbar is, see BDeskbar. */
 status_t get_deskbar_frame(BRect* frame);
+/* B_UNSUPPORTED: programs do not set the host's screen modes. */
 status_t set_screen_space(int32 index, uint32 resolution, bool save = true);
 /* The palette of B_CMAP8. Never freed. */
 const color_map* system_colors();

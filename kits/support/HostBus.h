@@ -1,0 +1,60 @@
+#ifndef SUPPORT_HOST_BUS_H
+#define SUPPORT_HOST_BUS_H
+
+// Calls to services of the host on its message buses. Only services that run are called: none is
+// started, and neither is a bus.
+
+#include <gio/gio.h>
+
+#include <memory>
+#include <string>
+
+#include <SupportDefs.h>
+
+namespace BPrivate __attribute__((visibility("hidden"))) {
+
+struct FreeVariant {
+    void operator()(GVariant* variant) const { g_variant_unref(variant); }
+};
+using Variant = std::unique_ptr<GVariant, FreeVariant>;
+
+// A connection of its own to a bus, for one thread at a time.
+class HostBus {
+public:
+    enum class Kind { Session, System };
+
+    // Connects; `timeout_us` holds for that and for each call.
+    HostBus(Kind kind, bigtime_t timeout_us);
+    ~HostBus();
+    HostBus(const HostBus&) = delete;
+
+    bool IsConnected() const { return fConnection != nullptr; }
+    bool Runs(const char* service);
+
+    // An object of a service and an interface of it.
+    struct Object {
+        const char* service;
+        const char* path;
+        const char* interface;
+    };
+    // Calls a method; takes `arguments`, a tuple or null. Null on failure, see Status().
+    Variant Call(const Object& object, const char* method, GVariant* arguments,
+                 const char* reply_type);
+
+    // Why the last call failed: B_ENTRY_NOT_FOUND without bus or service, B_TIMED_OUT, or B_ERROR
+    // for what the service itself says, and then by what name.
+    status_t Status() const { return fStatus; }
+    const std::string& ErrorName() const { return fErrorName; }
+
+private:
+    void _Fail(GError* error);
+
+    const int fTimeoutMs;
+    GDBusConnection* fConnection = nullptr;
+    status_t fStatus = B_ENTRY_NOT_FOUND;
+    std::string fErrorName;
+};
+
+}  // namespace BPrivate
+
+#endif  // SUPPORT_HOST_BUS_H
