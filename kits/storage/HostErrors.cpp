@@ -41,6 +41,7 @@ static const StatusRow kStatuses[] = {
     { EBUSY, B_BUSY },
     { ETXTBSY, B_BUSY },
     { EINTR, B_INTERRUPTED },
+    { ETIMEDOUT, B_TIMED_OUT },
     { EAGAIN, B_WOULD_BLOCK },
     { EOPNOTSUPP, B_NOT_SUPPORTED },
     { ENOSYS, B_NOT_SUPPORTED },

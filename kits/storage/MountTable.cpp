@@ -3,8 +3,6 @@
 #include "MountTable.h"
 
 #include <ctype.h>
-#include <dirent.h>
-#include <limits.h>
 #include <stdio.h>
 #include <stdlib.h>
 #include <string.h>
@@ -20,11 +18,11 @@
 #include <fs_info.h>
 
 #include "Attributes.h"
+#include "VolumeLabels.h"
 
 namespace storage {
 
 static const char* const kTable = "/proc/self/mountinfo";
-static const char* const kLabels = "/dev/disk/by-label";
 static const char* const kRootName = "root";  // of a root volume without a label
 
 static const std::string_view kSharedTypes[]
@@ -172,47 +170,6 @@ std::optional<Mount> find_mount(dev_t device)
             found = &mounts[i];
     }
     return found == nullptr ? std::nullopt : std::optional(*found);
-}
-
-// Labels are links to their devices; what a file name can not hold is written as "\x20".
-static std::string decoded_label(const char* name)
-{
-    std::string label;
-    for (; *name != '\0'; name++) {
-        unsigned byte;
-        if (name[0] == '\\' && name[1] == 'x' && sscanf(name + 2, "%2x", &byte) == 1
-            && strlen(name) >= 4) {
-            label += static_cast<char>(byte);
-            name += 3;
-        } else {
-            label += *name;
-        }
-    }
-    return label;
-}
-
-static std::string real_path_of(const std::string& path)
-{
-    char real[PATH_MAX];
-    return realpath(path.c_str(), real) == nullptr ? std::string() : std::string(real);
-}
-
-static std::string label_of(const std::string& device)
-{
-    std::string label;
-    const std::string real = real_path_of(device);
-    DIR* labels = opendir(kLabels);
-    while (labels != nullptr && label.empty()) {
-        const struct dirent* entry = readdir(labels);
-        if (entry == nullptr)
-            break;
-        if (!real.empty() && entry->d_name[0] != '.'
-            && real_path_of(std::string(kLabels) + '/' + entry->d_name) == real)
-            label = decoded_label(entry->d_name);
-    }
-    if (labels != nullptr)
-        closedir(labels);
-    return label;
 }
 
 std::string volume_name(const Mount& mount)

@@ -14,6 +14,7 @@
 
 #include "HostErrors.h"
 #include "MountTable.h"
+#include "VolumeLabels.h"
 
 using namespace storage;
 
@@ -112,11 +113,12 @@ status_t BVolume::SetName(const char* name)
 {
     if (name == nullptr)
         return fail(EINVAL);
-    if (!find_mount(fDevice))
+    const std::optional<Mount> mount = find_mount(fDevice);
+    if (!mount)
         return fail(ENODEV);
     if (strlen(name) >= B_FILE_NAME_LENGTH)
         return fail(ENAMETOOLONG);
-    return fail(EOPNOTSUPP);
+    return set_label(*mount, name);
 }
 
 bool BVolume::IsRemovable() const { return (_Flags() & B_FS_IS_REMOVABLE) != 0; }

@@ -1,6 +1,6 @@
 # The mount table is read by tests as text: none of them mounts anything.
 set(hidden_sources)
-foreach(name IN ITEMS MountTable Attributes HostErrors
+foreach(name IN ITEMS MountTable VolumeLabels Attributes HostErrors
         DataFolders DesktopEntries FolderChanges MimeApplications MimeNames SharedMime)
     list(APPEND hidden_sources ${PROJECT_SOURCE_DIR}/kits/storage/${name}.cpp)
 endforeach()

@@ -28,8 +28,10 @@ public:
     // The file system's label, else the name of its mount point. `name` holds B_FILE_NAME_LENGTH
     // bytes.
     status_t GetName(char* name) const;
-    // Relabels the file system, which the host leaves to a service of its own: B_NOT_SUPPORTED
-    // where none runs.
+    // Relabels the file system, which the host leaves to a service of its own. The user is asked
+    // for nothing: what he may not do is B_PERMISSION_DENIED. B_NOT_SUPPORTED where no such service
+    // runs and for file systems without labels, B_BAD_VALUE for what is not UTF-8, B_BUSY,
+    // B_TIMED_OUT, and B_IO_ERROR for a name that the file system does not take.
     status_t SetName(const char* name);
     bool IsRemovable() const;
     bool IsReadOnly() const;
