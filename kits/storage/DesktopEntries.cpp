@@ -21,6 +21,7 @@
 #include "DataFolders.h"
 #include "FolderChanges.h"
 #include "MimeNames.h"
+#include "UriPaths.h"
 
 namespace storage {
 
@@ -338,14 +339,12 @@ static bool is_uri(const std::string& file)
 
 static std::string as_uri(const std::string& file)
 {
-    return is_uri(file) ? file : take_text(g_filename_to_uri(file.c_str(), nullptr, nullptr));
+    return is_uri(file) ? file : uri_of_path(file);
 }
 
 static std::string as_path(const std::string& file)
 {
-    const std::string path = is_uri(file)
-        ? take_text(g_filename_from_uri(file.c_str(), nullptr, nullptr)) : file;
-    return path.empty() ? file : path;
+    return is_uri(file) ? path_of_uri(file) : file;
 }
 
 // One word of a command, its codes replaced; true if that gave any file.

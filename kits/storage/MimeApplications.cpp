@@ -1,15 +1,20 @@
 // Which applications open which types: the lists "mimeapps.list" of the user, the system and its
 // desktops, and what the entries tell themselves. Any thread.
 
+#include "MimeApplications.h"
+
 #include <algorithm>
 #include <map>
 #include <memory>
 #include <mutex>
+#include <optional>
 #include <set>
+#include <sstream>
 #include <utility>
 
 #include "DataFolders.h"
 #include "DesktopEntries.h"
+#include "FileReplacement.h"
 #include "FolderChanges.h"
 #include "SharedMime.h"
 
@@ -24,6 +29,7 @@ using Choices = std::map<std::string, std::vector<std::string>>;  // ids by lowe
 struct List {
     Choices defaults, added, removed;
     size_t place = kNoPlace;  // of the data folder whose entries follow
+    bool users = false;       // the one that the user's choices are written to
 };
 
 static List parse_list(const std::string& text)
@@ -60,6 +66,7 @@ static std::vector<List> read_lists()
     for (const std::string& folder : config_folders()) {
         for (const std::string& name : names)
             lists.push_back(parse_list(read_text_file(folder + "/" + name)));
+        lists[names.size() - 1].users = true;
     }
     const std::vector<std::string> data = data_folders();
     for (size_t place = 0; place < data.size(); place++) {
@@ -190,6 +197,123 @@ ApplicationRef default_application(std::string_view type)
     if (list.empty())
         list = applications_for_parents(type);
     return list.empty() ? nullptr : list.front();
+}
+
+// ---- The user's choice
+
+static const char* const kDefaults = "[Default Applications]";
+static const char* const kAdded = "[Added Associations]";
+static const char* const kRemoved = "[Removed Associations]";
+
+static std::string users_list()
+{
+    return config_folders().front() + "/" + kListName;
+}
+
+// The key of a line "key=value"; empty for others.
+static std::string key_of(const std::string& line)
+{
+    const size_t equals = line.find('=');
+    if (line.empty() || line[0] == '#' || line[0] == '[' || equals == std::string::npos)
+        return "";
+    std::string key = line.substr(0, equals);
+    return key.erase(key.find_last_not_of(" \t") + 1);
+}
+
+static std::vector<std::string> all_lines(const std::string& text)
+{
+    std::vector<std::string> lines;
+    std::istringstream stream(text);
+    for (std::string line; std::getline(stream, line);)
+        lines.push_back(line);
+    return lines;
+}
+
+// The text with one value set, or without it. All else stays as it is.
+static std::string with_value(const std::string& text, const std::string& group,
+                              const std::string& type, const std::optional<std::string>& value)
+{
+    std::vector<std::string> edited;
+    size_t group_end = 0;  // behind its last line that is not blank; 0: there is no such group
+    bool inside = false;
+    bool written = false;
+    for (const std::string& line : all_lines(text)) {
+        if (line.starts_with('['))
+            inside = line.starts_with(group);
+        const bool matches = inside && lower_case(key_of(line)) == lower_case(type);
+        if (!matches)
+            edited.push_back(line);
+        else if (value && !written)
+            edited.push_back(key_of(line) + "=" + *value);
+        written |= matches;
+        if (inside && !edited.empty() && !edited.back().empty())
+            group_end = edited.size();
+    }
+    if (value && !written) {
+        const std::string added = std::string(type).append("=").append(*value);
+        if (group_end > 0) {
+            edited.insert(edited.begin() + static_cast<ptrdiff_t>(group_end), added);
+        } else {
+            if (!edited.empty() && !edited.back().empty())
+                edited.emplace_back();
+            edited.insert(edited.end(), { group, added });
+        }
+    }
+    std::string whole;
+    for (const std::string& line : edited)
+        whole.append(line).append("\n");
+    return whole;
+}
+
+static std::string joined(const std::vector<std::string>& ids)
+{
+    std::string text;
+    for (const std::string& id : ids)
+        text.append(id).append(";");
+    return text;
+}
+
+static std::string with_choice(const std::string& text, const std::string& type,
+                               const Application& application)
+{
+    const List list = parse_list(text);
+    const std::string& id = application.id;
+    std::string edited = with_value(text, kDefaults, type, id);
+    std::vector<std::string> removed = ids_for(list.removed, lower_case(type));
+    if (std::erase(removed, id) > 0) {
+        edited = with_value(edited, kRemoved, type,
+                            removed.empty() ? std::nullopt : std::optional(joined(removed)));
+    }
+    std::vector<std::string> added = ids_for(list.added, lower_case(type));
+    if (!tells_type(application, lower_case(type))
+        && std::find(added.begin(), added.end(), id) == added.end()) {
+        added.insert(added.begin(), id);
+        edited = with_value(edited, kAdded, type, joined(added));
+    }
+    return edited;
+}
+
+ApplicationRef chosen_application(std::string_view type)
+{
+    const std::string own = lower_case(SharedMime::Get()->CanonicalName(type));
+    for (const List& list : *current_lists()) {
+        if (!list.users)
+            continue;
+        for (const std::string& id : ids_for(list.defaults, own)) {
+            if (ApplicationRef application = find_application_by_id(id))
+                return application;
+        }
+    }
+    return nullptr;
+}
+
+status_t choose_application(std::string_view type, const ApplicationRef& application)
+{
+    const std::string own = SharedMime::Get()->CanonicalName(type);
+    return edit_file(users_list(), [&](const std::string& text) {
+        return application != nullptr ? with_choice(text, own, *application)
+                                      : with_value(text, kDefaults, own, std::nullopt);
+    });
 }
 
 }  // namespace storage

@@ -18,6 +18,9 @@ namespace storage {
 
 static std::atomic<bool> sStale = true;
 
+// Of a type whose patterns in the folders behind do not count.
+static const std::string_view kNoMoreGlobs = ":__NOGLOBS__";
+
 // The two parts of "first<separator>second"; false for other lines.
 static bool split_line(const std::string& line, char separator, std::string* first,
                        std::string* second)
@@ -79,15 +82,19 @@ void SharedMime::_Read(const std::string& folder, bool users)
             fGenericIcons.try_emplace(lower_case(first), second);
     }
     std::vector<Glob> globs;
+    std::vector<std::string> settled;
     Glob glob;
     for (const std::string& line : lines_of(folder + "/globs2")) {
-        if (parse_glob(line, &glob))
+        if (parse_glob(line, &glob) && !fSettled.contains(lower_case(glob.type)))
             globs.push_back(glob);
+        else if (line.ends_with(kNoMoreGlobs))
+            settled.push_back(lower_case(glob.type));
     }
     std::stable_sort(globs.begin(), globs.end(),
                      [](const Glob& a, const Glob& b) { return a.weight > b.weight; });
     for (const Glob& row : globs)
         fExtensions.emplace(lower_case(row.type), row.extension);
+    fSettled.insert(settled.begin(), settled.end());
 }
 
 static std::vector<FolderChanges::Folder> mime_folders()

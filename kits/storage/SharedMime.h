@@ -3,6 +3,7 @@
 
 #include <map>
 #include <memory>
+#include <set>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -43,6 +44,7 @@ private:
     std::map<std::string, int, std::less<>> fOrigins;  // 1 the user's, 2 the system's, 3 both
     Names fParents;
     Names fExtensions;
+    std::set<std::string> fSettled;  // their extensions are not taken from further folders
     std::map<std::string, std::string, std::less<>> fIcons;
     std::map<std::string, std::string, std::less<>> fGenericIcons;
 };

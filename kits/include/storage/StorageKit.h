@@ -8,6 +8,8 @@
 #include <EntryList.h>
 #include <File.h>
 #include <FindDirectory.h>
+#include <Mime.h>
+#include <MimeType.h>
 #include <Node.h>
 #include <NodeMonitor.h>
 #include <Path.h>

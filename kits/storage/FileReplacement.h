@@ -1,0 +1,38 @@
+#ifndef STORAGE_FILE_REPLACEMENT_H
+#define STORAGE_FILE_REPLACEMENT_H
+
+#include <functional>
+#include <string>
+
+#include <SupportDefs.h>
+
+namespace storage __attribute__((visibility("hidden"))) {
+
+// Held by whoever changes the user's types and choices, in this process or another of ours. Not to
+// be taken twice by one thread.
+class TypesLock {
+public:
+    TypesLock();
+    ~TypesLock();
+    TypesLock(const TypesLock&) = delete;
+
+private:
+    int fFd;
+};
+
+// The folder of the kits' own files below the user's data folder.
+std::string own_data_folder();
+
+// Puts a file with these bytes in the place of `path`, at once and whole; missing folders are made.
+// Failures leave the host's number in errno.
+status_t replace_file(const std::string& path, const std::string& bytes);
+
+// Replaces a text by what `edit` makes of it; a missing file is an empty text. Other programs that
+// replace the file at the same time lose nothing: if one comes between reading and replacing, its
+// text comes back and is edited in turn. A link is followed, the file's permissions stay.
+status_t edit_file(const std::string& path,
+                   const std::function<std::string(const std::string& text)>& edit);
+
+}  // namespace storage
+
+#endif  // STORAGE_FILE_REPLACEMENT_H

@@ -1,0 +1,22 @@
+#ifndef STORAGE_MIME_APPLICATIONS_H
+#define STORAGE_MIME_APPLICATIONS_H
+
+#include <string>
+#include <string_view>
+
+#include <SupportDefs.h>
+
+#include "DesktopEntries.h"
+
+namespace storage __attribute__((visibility("hidden"))) {
+
+// The user's own choice for a type; null if there is none.
+ApplicationRef chosen_application(std::string_view type);
+
+// Makes an application the user's choice for a type, null takes the choice back. Failures leave
+// the host's number in errno. Any thread that holds the TypesLock.
+status_t choose_application(std::string_view type, const ApplicationRef& application);
+
+}  // namespace storage
+
+#endif  // STORAGE_MIME_APPLICATIONS_H

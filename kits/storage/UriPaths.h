@@ -1,0 +1,14 @@
+#ifndef STORAGE_URI_PATHS_H
+#define STORAGE_URI_PATHS_H
+
+#include <string>
+
+namespace storage __attribute__((visibility("hidden"))) {
+
+// "file:" URIs. What is none stays as it is.
+std::string uri_of_path(const std::string& path);
+std::string path_of_uri(const std::string& uri);
+
+}  // namespace storage
+
+#endif  // STORAGE_URI_PATHS_H
