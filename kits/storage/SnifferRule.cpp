@@ -303,8 +303,8 @@ static std::string match_of(const SnifferPattern& given)
         bytes[i] = static_cast<char>(bytes[i] & pattern.mask[i]);
     std::string text = "<match type=\"string\" offset=\"" + std::to_string(pattern.first);
     if (pattern.last > pattern.first)
-        text += ":" + std::to_string(pattern.last);
-    text += "\" value=\"" + escaped(bytes) + "\"";
+        text.append(":").append(std::to_string(pattern.last));
+    text.append("\" value=\"").append(escaped(bytes)).append("\"");
     if (!pattern.mask.empty()) {
         text += " mask=\"0x";
         char digits[4];
