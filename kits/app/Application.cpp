@@ -14,6 +14,7 @@
 #include <Roster.h>
 #include <Window.h>
 
+#include <limits.h>
 #include <string.h>
 #include <strings.h>
 #include <unistd.h>
@@ -23,9 +24,11 @@
 #include <iterator>
 #include <vector>
 
+#include "app/LaunchMessages.h"
 #include "app/LooperTable.h"
 #include "app/MessageAccess.h"
 #include "app/MessengerAccess.h"
+#include "app/RunningApps.h"
 #include "app/Scripting.h"
 #include "server/Display.h"
 
@@ -44,14 +47,6 @@ static const property_info kProperties[] = {
     {"Looper", {B_GET_PROPERTY}, {B_INDEX_SPECIFIER}, nullptr, 0, {B_MESSENGER_TYPE}, {}},
     {},
 };
-
-app_info::app_info()
-    : thread(-1), team(-1), port(-1), flags(B_MULTIPLE_LAUNCH)
-{
-    memset(signature, 0, sizeof(signature));
-}
-
-app_info::~app_info() = default;
 
 // "application/x-vnd.Something": the supertype is told apart without regard to case.
 static bool is_signature(const char* signature)
@@ -91,6 +86,7 @@ BApplication::~BApplication()
     const bool is_the_one = be_app == this;
     Lock();
     if (is_the_one) {
+        BPrivate::unregister_app();
         _QuitLoopers();
         be_app = nullptr;
         server::Shutdown();
@@ -126,6 +122,7 @@ void BApplication::_InitApp(const char* signature, status_t* error)
         if (be_clipboard == nullptr)  // kept for threads that outlive the application
             be_clipboard = new BClipboard(nullptr);
         be_app = this;
+        BPrivate::register_app(signature, find_thread(nullptr));
     }
     if (error != nullptr)
         *error = fInitStatus;
@@ -352,11 +349,12 @@ status_t BApplication::GetAppInfo(app_info* info) const
     info->thread = Thread();
     info->team = Team();
     fSignature.copy(info->signature, sizeof(info->signature) - 1);
-    char path[4096];
+    char path[PATH_MAX];
     const ssize_t length = readlink("/proc/self/exe", path, sizeof(path) - 1);
     if (length < 0)
         return B_ENTRY_NOT_FOUND;
     path[length] = '\0';
+    info->flags = BPrivate::launch_flags_of(path);
     return get_ref_for_path(path, &info->ref);
 }
 
@@ -385,6 +383,7 @@ void BApplication::DispatchMessage(BMessage* message, BHandler* handler)
             fLaunching = false;
             break;
         case B_APP_ACTIVATED:
+            BPrivate::note_active(message->FindBool("active"));
             AppActivated(message->FindBool("active"));
             break;
         case B_ABOUT_REQUESTED:
@@ -460,8 +459,11 @@ static std::vector<std::string> command_line()
 
 void BApplication::_PostLaunchMessages()
 {
+    const std::vector<BMessage> messages = BPrivate::take_messages();
+    for (BMessage message : messages)
+        PostMessage(&message);
     const std::vector<std::string> arguments = command_line();
-    if (arguments.size() > 1) {
+    if (messages.empty() && arguments.size() > 1) {
         BMessage message(B_ARGV_RECEIVED);
         message.AddInt32("argc", static_cast<int32>(arguments.size()));
         for (const std::string& argument : arguments)

@@ -143,8 +143,18 @@ struct Start {
     std::vector<std::string> texts;
     std::vector<char*> argv;
     std::vector<char*> environment;
+    std::string folder;        // to run in; empty for this one's
     std::promise<int> result;  // the process, or the negative error number
     const char* Path() const { return argv[0]; }
+    // In the new process. Does not return.
+    [[noreturn]] void Exec() const
+    {
+        if (folder.empty() || chdir(folder.c_str()) == 0) {
+            close_range(STDERR_FILENO + 1, ~0u, CLOSE_RANGE_CLOEXEC);
+            execve(Path(), argv.data(), environment.data());
+        }
+        _exit(errno);
+    }
 };
 
 // The host gives set-user-id programs and the like no rights while they are traced.
@@ -173,9 +183,7 @@ static const int kTracingRefused = -1;
 {
     if (ptrace(PTRACE_TRACEME, 0, nullptr, nullptr) != 0)
         _exit(0);
-    close_range(STDERR_FILENO + 1, ~0u, CLOSE_RANGE_CLOEXEC);
-    execve(start.Path(), start.argv.data(), start.environment.data());
-    _exit(errno);
+    start.Exec();
 }
 
 // 0 and the stopped process, kTracingRefused, or the host's error number.
@@ -249,9 +257,7 @@ static int check_program(const char* path)
     sigset_t none;
     sigemptyset(&none);
     sigprocmask(SIG_SETMASK, &none, nullptr);
-    close_range(STDERR_FILENO + 1, ~0u, CLOSE_RANGE_CLOEXEC);
-    execve(start.Path(), start.argv.data(), start.environment.data());
-    _exit(127);
+    start.Exec();
 }
 
 // Without tracing, the process is stopped before it becomes the program, so that what is told of
@@ -338,11 +344,7 @@ static std::unique_ptr<Start> make_start(int32 argc, const char** argv, const ch
     return start;
 }
 
-}  // namespace BPrivate
-
-using namespace BPrivate;
-
-thread_id load_image(int32 argc, const char** argv, const char** environment)
+thread_id load_program(int32 argc, const char** argv, const char** environment, const char* folder)
 {
     if (argc < 1 || argv == nullptr)
         return storage::fail(EINVAL);
@@ -355,6 +357,7 @@ thread_id load_image(int32 argc, const char** argv, const char** environment)
     std::future<int> result;
     try {
         std::unique_ptr<Start> start = make_start(argc, argv, environment);
+        start->folder = folder != nullptr ? folder : "";
         result = start->result.get_future();
         if (spawn_starter(std::move(start)) != 0)
             return B_NO_MORE_THREADS;
@@ -367,4 +370,11 @@ thread_id load_image(int32 argc, const char** argv, const char** environment)
     const int failed = -process;
     const status_t status = storage::fail(failed);
     return failed == EAGAIN ? B_NO_MORE_TEAMS : status;
+}
+
+}  // namespace BPrivate
+
+thread_id load_image(int32 argc, const char** argv, const char** environment)
+{
+    return BPrivate::load_program(argc, argv, environment, nullptr);
 }

@@ -7,6 +7,9 @@
 
 namespace BPrivate {
 
+// load_image(), in the folder of that name; null: the caller's own.
+thread_id load_program(int32 argc, const char** argv, const char** environment, const char* folder);
+
 bool is_loaded_program(thread_id id);
 
 // Lets the program run, if it was not resumed yet, and waits for its end. A program that a signal

@@ -23,15 +23,19 @@ public:
         setenv("XDG_DATA_HOME", At("/home/data").c_str(), 1);
         setenv("XDG_CACHE_HOME", At("/home/cache").c_str(), 1);
         setenv("XDG_STATE_HOME", At("/home/state").c_str(), 1);
-        setenv("XDG_RUNTIME_DIR", At("/home/run").c_str(), 1);
         unsetenv("DBUS_SESSION_BUS_ADDRESS");
         setenv("DBUS_SYSTEM_BUS_ADDRESS", ("unix:path=" + At("/home/no-bus")).c_str(), 1);
+        // Beside it, so that the folder itself begins empty.
+        std::filesystem::create_directory(At(".run"));
+        std::filesystem::permissions(At(".run"), std::filesystem::perms::owner_all);
+        setenv("XDG_RUNTIME_DIR", At(".run").c_str(), 1);
     }
     ~TempFolder()
     {
         std::filesystem::current_path(fFormer);
         std::filesystem::permissions(fPath, std::filesystem::perms::owner_all);
         std::filesystem::remove_all(fPath);
+        std::filesystem::remove_all(At(".run"));
     }
     TempFolder(const TempFolder&) = delete;
 

@@ -1,0 +1,45 @@
+#ifndef APP_RUNNING_APPS_H
+#define APP_RUNNING_APPS_H
+
+// The running programs that have a BApplication, as they tell one another. Any thread.
+//
+// Each keeps a file, named by its team, in a folder that only its user may enter, and holds a lock
+// on it as long as it lives: a file without one is a program's that crashed, and is removed by who
+// finds it.
+
+#include <OS.h>
+
+#include <string>
+#include <vector>
+
+namespace BPrivate __attribute__((visibility("hidden"))) {
+
+struct RunningApp {
+    team_id team = -1;
+    thread_id thread = -1;
+    uint32 flags = 0;       // launch mode, as app_info has it
+    bigtime_t began = 0;    // when it registered, microseconds since 1970
+    std::string signature;
+    std::string path;       // of the executable
+};
+
+// The folder: "roster" below the user's runtime directory, else a private one below /tmp. Empty if
+// there is none that nobody else can write to.
+std::string roster_folder();
+
+void register_app(const char* signature, thread_id thread);
+void unregister_app();
+
+// All that run, this one included, in the order in which they began.
+std::vector<RunningApp> running_apps();
+
+// Notes whether a window of this application is the active one of the screen.
+void note_active(bool active);
+team_id active_team();  // -1 for none of ours
+
+// How the program at `path` wants to be launched.
+uint32 launch_flags_of(const char* path);
+
+}  // namespace BPrivate
+
+#endif  // APP_RUNNING_APPS_H

@@ -1,0 +1,304 @@
+// The roster: who runs, which application is for what, and how it is started.
+
+#include <gtest/gtest.h>
+
+#include <AppDefs.h>
+#include <Application.h>
+#include <Entry.h>
+#include <List.h>
+#include <Message.h>
+#include <Node.h>
+#include <Path.h>
+#include <Roster.h>
+#include <TypeConstants.h>
+
+#include <image.h>
+#include <signal.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include "support/desktop_folder.h"
+#include "support/probe.h"
+
+using Texts = std::vector<std::string>;
+
+static const char* const kSignature = "application/x-vnd.plinth-roster-test";
+static const char* const kOther = "application/x-vnd.plinth-probe";
+
+static std::string app_probe_path()
+{
+    return probe_path().replace(probe_path().rfind('/'), std::string::npos, "/app_probe");
+}
+
+template <class Claim>
+static bool eventually(Claim claim)
+{
+    const bigtime_t deadline = system_time() + 20'000'000;
+    for (; system_time() < deadline; snooze(1000)) {
+        if (claim())
+            return true;
+    }
+    return claim();
+}
+
+static entry_ref ref_for(const std::string& path)
+{
+    entry_ref ref;
+    get_ref_for_path(path.c_str(), &ref);
+    return ref;
+}
+
+static std::string path_of(const entry_ref& ref)
+{
+    return BPath(&ref).Path() != nullptr ? BPath(&ref).Path() : "";
+}
+
+static std::vector<team_id> items(const BList& list)
+{
+    std::vector<team_id> teams;
+    for (int32 i = 0; i < list.CountItems(); ++i)
+        teams.push_back(static_cast<team_id>(reinterpret_cast<intptr_t>(list.ItemAt(i))));
+    return teams;
+}
+
+// Another application, running; killed with the test.
+class OtherApp {
+public:
+    explicit OtherApp(const TempFolder& folder, const char* signature = kOther)
+        : fReport(folder.At("/other-report"))
+    {
+        setenv("PROBE_SIGNATURE", signature, 1);
+        setenv("PROBE_REPORT", fReport.c_str(), 1);
+        const std::string path = app_probe_path();
+        const char* argv[] = { path.c_str(), nullptr };
+        fTeam = load_image(1, argv, nullptr);
+        resume_thread(fTeam);
+        EXPECT_TRUE(eventually([&] { return std::filesystem::exists(fReport); }));
+    }
+    ~OtherApp() { End(); }
+    void End()
+    {
+        if (fTeam > 0)
+            kill_team(fTeam);
+        wait_for_thread(std::exchange(fTeam, -1), nullptr);
+    }
+    team_id Team() const { return fTeam; }
+
+private:
+    std::string fReport;
+    team_id fTeam;
+};
+
+TEST(Roster, KnowsWhoRunsAndForgetsWhoCrashed)
+{
+    TempFolder folder;
+    EXPECT_EQ(-1, be_roster->TeamFor(kSignature));
+    app_info info;
+    {
+        BApplication app(kSignature);
+        OtherApp other(folder);
+        const team_id team = other.Team();
+        EXPECT_EQ(getpid(), be_roster->TeamFor(kSignature));
+        EXPECT_EQ(team, be_roster->TeamFor("Application/X-vnd.PLINTH-probe"));
+        entry_ref ref = ref_for(app_probe_path());
+        EXPECT_TRUE(be_roster->IsRunning(&ref));
+        ASSERT_EQ(B_OK, be_roster->GetRunningAppInfo(team, &info));
+        EXPECT_EQ(team, info.team);
+        EXPECT_EQ(team, info.thread);
+        EXPECT_STREQ(kOther, info.signature);
+        EXPECT_EQ(ref, info.ref);
+        EXPECT_EQ(static_cast<uint32>(B_MULTIPLE_LAUNCH), info.flags);
+        BList teams, others;
+        be_roster->GetAppList(&teams);
+        EXPECT_EQ((std::vector<team_id>{ getpid(), team }), items(teams)) << "oldest first";
+        be_roster->GetAppList(kOther, &others);
+        EXPECT_EQ(std::vector<team_id>{ team }, items(others));
+        other.End();  // killed: it had no time to say so
+        EXPECT_EQ(B_BAD_TEAM_ID, be_roster->GetRunningAppInfo(team, &info));
+        EXPECT_FALSE(be_roster->IsRunning(kOther));
+        EXPECT_FALSE(std::filesystem::exists(folder.At(".run/beos-roster/" + std::to_string(team))));
+    }
+    EXPECT_EQ(B_ERROR, be_roster->GetAppInfo(kSignature, &info));
+    EXPECT_FALSE(be_roster->IsRunning(static_cast<const char*>(nullptr)));
+    EXPECT_FALSE(be_roster->IsRunning(static_cast<entry_ref*>(nullptr)));
+    EXPECT_EQ(B_BAD_VALUE, be_roster->GetRunningAppInfo(getpid(), nullptr));
+}
+
+TEST(Roster, WhatIsNoEntryOfARunningProgramDoesNotCount)
+{
+    TempFolder folder;
+    BApplication app(kSignature);
+    const std::string entries = folder.At(".run/beos-roster/");
+    const std::string forged = std::string(kOther) + "\n0\n1\n1\n/bin/true";
+    const char* const names[] = { "1", "999999999", "0", "-3", "12x", "name", ".hidden" };
+    for (const char* name : names)
+        folder.Put(".run/beos-roster/" + std::string(name), forged);
+    symlink("/etc/passwd", (entries + "77").c_str());
+    mkdir((entries + "78").c_str(), 0700);
+    mkfifo((entries + "79").c_str(), 0600);
+    EXPECT_FALSE(be_roster->IsRunning(kOther));
+    BList teams;
+    be_roster->GetAppList(&teams);
+    EXPECT_EQ(1, teams.CountItems());
+    app_info info;
+    symlink("garbage", (entries + "active").c_str());
+    EXPECT_EQ(B_ERROR, be_roster->GetActiveAppInfo(&info));
+}
+
+TEST(Roster, FolderThatOthersMayEnterIsNotUsed)
+{
+    TempFolder folder;
+    mkdir(folder.At(".run/beos-roster").c_str(), 0777);
+    chmod(folder.At(".run/beos-roster").c_str(), 0777);
+    BApplication app(kSignature);
+    EXPECT_TRUE(std::filesystem::is_empty(folder.At(".run/beos-roster")));
+    EXPECT_EQ(getpid(), be_roster->TeamFor(kSignature)) << "this one knows of itself";
+}
+
+TEST(Roster, ActiveApplicationIsTheOneThatWasToldSo)
+{
+    TempFolder folder;
+    struct App : BApplication {
+        App() : BApplication(kSignature) {}
+        void AppActivated(bool active) override
+        {
+            app_info info;
+            fStatus = be_roster->GetActiveAppInfo(&info);
+            fTeam = info.team;
+            if (!active) {
+                PostMessage(B_QUIT_REQUESTED);
+                return;
+            }
+            EXPECT_EQ(getpid(), fTeam);
+            BMessage next(B_APP_ACTIVATED);
+            next.AddBool("active", false);
+            PostMessage(&next);
+        }
+        status_t fStatus = B_OK;
+        team_id fTeam = -1;
+    } app;
+    BMessage active(B_APP_ACTIVATED);
+    active.AddBool("active", true);
+    app.PostMessage(&active);
+    app.Run();
+    EXPECT_EQ(B_ERROR, app.fStatus);
+}
+
+TEST(Roster, FindsApplicationsBySignatureTypeAndFile)
+{
+    DesktopFolder folder;
+    const std::string program = folder.PutEntry(folder.UserEntry("editor.desktop"), "editor",
+                                                "X-BeOS-Signature=application/x-vnd.Test-Editor\n"
+                                                "MimeType=text/plain;\n");
+    folder.Put("/home/config/mimeapps.list",
+               "[Default Applications]\ntext/plain=editor.desktop\n");
+    entry_ref app;
+    EXPECT_EQ(B_OK, be_roster->FindApp("application/x-vnd.test-editor", &app));
+    EXPECT_EQ(program, path_of(app));
+    EXPECT_EQ(B_OK, be_roster->FindApp("text/plain", &app));
+    EXPECT_EQ(program, path_of(app));
+
+    entry_ref text = ref_for(folder.Put("/letter.txt", "Dear"));
+    EXPECT_EQ(B_OK, be_roster->FindApp(&text, &app));
+    EXPECT_EQ(program, path_of(app));
+    entry_ref itself = ref_for(app_probe_path());
+    EXPECT_EQ(B_OK, be_roster->FindApp(&itself, &app));
+    EXPECT_EQ(itself, app);
+
+    entry_ref picture = ref_for(folder.Put("/picture.png", "\x89PNG\r\n\x1A\n"));
+    EXPECT_EQ(B_LAUNCH_FAILED_NO_PREFERRED_APP, be_roster->FindApp(&picture, &app));
+    EXPECT_EQ(B_LAUNCH_FAILED_NO_PREFERRED_APP, be_roster->FindApp("image/png", &app));
+    EXPECT_EQ(B_LAUNCH_FAILED_APP_NOT_FOUND, be_roster->FindApp("application/x-vnd.None", &app));
+    symlink("nowhere", folder.At("/dangling").c_str());
+    entry_ref dangling = ref_for(folder.At("/dangling"));
+    EXPECT_EQ(B_LAUNCH_FAILED_NO_RESOLVE_LINK, be_roster->FindApp(&dangling, &app));
+    entry_ref missing = ref_for(folder.At("/missing"));
+    EXPECT_EQ(B_ENTRY_NOT_FOUND, be_roster->FindApp(&missing, &app));
+    entry_ref none;
+    EXPECT_EQ(B_BAD_VALUE, be_roster->FindApp(&none, &app));
+    EXPECT_EQ(B_BAD_VALUE, be_roster->FindApp(static_cast<entry_ref*>(nullptr), &app));
+    for (const char* bad : { "", "text", "no type", "a/b/c", static_cast<const char*>(nullptr) })
+        EXPECT_EQ(B_BAD_VALUE, be_roster->FindApp(bad, &app));
+    EXPECT_EQ(B_BAD_VALUE, be_roster->FindApp("text/plain", nullptr));
+}
+
+TEST(Roster, LaunchGivesArgumentsAndFilesToADesktopProgram)
+{
+    DesktopFolder folder;
+    folder.PutEntry(folder.UserEntry("probe.desktop"), "probe",
+                    "X-BeOS-Signature=application/x-vnd.Test-Probe\nMimeType=text/plain;\n"
+                    "Path=" + folder.Path() + "\n",
+                    probe_path() + " " + folder.At("/report") + " %F");
+    folder.Put("/home/config/mimeapps.list",
+               "[Default Applications]\ntext/plain=probe.desktop\n");
+    const char* arguments[] = { "one", "two words", "%f" };
+    team_id team = -1;
+    ASSERT_EQ(B_OK, be_roster->Launch("application/x-vnd.Test-Probe", 3, arguments, &team));
+    Texts report = probe_report(folder.At("/report"));
+    EXPECT_EQ((Texts{ folder.At("/report"), "one", "two words", "%f" }), told(report, "arg"));
+    EXPECT_EQ(Texts{ std::to_string(team) }, told(report, "pid"));
+    EXPECT_EQ(B_OK, wait_for_thread(team, nullptr));
+
+    std::filesystem::remove(folder.At("/report"));
+    const std::string letter = folder.Put("/a letter.txt", "Dear");
+    BMessage more(B_REFS_RECEIVED);
+    const entry_ref second = ref_for(folder.Put("/b.txt", "Sir"));
+    const entry_ref first = ref_for(letter);
+    more.AddRef("refs", &second);
+    ASSERT_EQ(B_OK, be_roster->Launch(&first, &more, &team));
+    report = probe_report(folder.At("/report"));
+    EXPECT_EQ((Texts{ folder.At("/report"), letter, folder.At("/b.txt") }), told(report, "arg"));
+    wait_for_thread(team, nullptr);
+}
+
+TEST(Roster, LaunchOfAProgramByItsRef)
+{
+    DesktopFolder folder;
+    const entry_ref program = ref_for(probe_path());
+    const std::string report = folder.At("/report");
+    const char* arguments[] = { report.c_str(), "x", nullptr, "behind the null" };
+    team_id team = -1;
+    ASSERT_EQ(B_OK, be_roster->Launch(&program, 4, arguments, &team));
+    EXPECT_EQ((Texts{ report, "x" }), told(probe_report(report), "arg"));
+    wait_for_thread(team, nullptr);
+
+    const std::string trash = folder.At("/home/data/Trash/files");
+    std::filesystem::create_directories(trash);
+    std::filesystem::copy_file(probe_path(), trash + "/probe");
+    const entry_ref thrown_away = ref_for(trash + "/probe");
+    EXPECT_EQ(B_LAUNCH_FAILED_APP_IN_TRASH, be_roster->Launch(&thrown_away));
+    const std::string script = folder.Put("/script", "#!/no/such/interpreter\n");
+    chmod(script.c_str(), 0755);
+    const entry_ref broken = ref_for(script);
+    team = 77;
+    EXPECT_EQ(B_ENTRY_NOT_FOUND, be_roster->Launch(&broken, 0, nullptr, &team));
+    EXPECT_EQ(77, team);
+    EXPECT_EQ(B_BAD_VALUE, be_roster->Launch(static_cast<const entry_ref*>(nullptr)));
+    EXPECT_EQ(B_BAD_VALUE, be_roster->Launch(static_cast<const char*>(nullptr)));
+    EXPECT_EQ(B_LAUNCH_FAILED_APP_NOT_FOUND, be_roster->Launch("application/x-vnd.None"));
+}
+
+TEST(Roster, LaunchHandsMessagesToAnApplicationOfOurs)
+{
+    DesktopFolder folder;
+    setenv("PROBE_SIGNATURE", kOther, 1);
+    setenv("PROBE_REPORT", folder.At("/heard").c_str(), 1);
+    const entry_ref program = ref_for(app_probe_path());
+    const entry_ref letter = ref_for(folder.Put("/letter.txt", "Dear"));
+    BMessage refs(B_REFS_RECEIVED), other('othr'), arguments(B_ARGV_RECEIVED);
+    refs.AddRef("refs", &letter);
+    arguments.AddString("argv", "the program");
+    arguments.AddString("argv", "x y");
+    BList messages;
+    for (BMessage* message : { &refs, &other, &arguments })
+        messages.AddItem(message);
+    team_id team = -1;
+    ASSERT_EQ(B_OK, be_roster->Launch(&program, &messages, &team));
+    EXPECT_TRUE(eventually([&] { return std::filesystem::exists(folder.At("/heard")); }));
+    const Texts lines = probe_report(folder.At("/heard"));
+    EXPECT_EQ((Texts{ "arg x y", "ref letter.txt", "what " + std::to_string('othr') }), lines);
+    kill_team(team);
+    wait_for_thread(team, nullptr);
+    for (const auto& entry : std::filesystem::directory_iterator(folder.At(".run/beos-roster")))
+        EXPECT_FALSE(entry.path().string().ends_with(".messages"));
+}
