@@ -17,6 +17,7 @@
 
 #include "app/LaunchMessages.h"
 #include "app/LaunchTargets.h"
+#include "app/RecentItems.h"
 #include "kernel/Programs.h"
 
 using BPrivate::find_target;
@@ -176,6 +177,7 @@ static status_t launch(const LaunchTarget& target, const Order& told, team_id* t
             *team = started;
         is_first = false;
     }
+    BPrivate::add_recent_app(target.executable, target.application);
     return B_OK;
 }
 

@@ -1,0 +1,2 @@
+# The list of recent files is read and written as other programs do it.
+set(hidden_libraries PkgConfig::GIO)
