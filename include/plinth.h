@@ -84,9 +84,6 @@ void SetMessage(void);
    error in a debug build and where the environment variable PLINTH_TRACE is set. Any thread. */
 void show_dbg(int32_t code, int32_t ident, const char *text);
 
-/* Frees the names of the system list. */
-void FreeList(void);
-
 /* ---- Strings --------------------------------------------------------------------------------- */
 
 /* Text is bytes up to a zero; a null text counts as the empty one. Results live in a ring of
@@ -246,6 +243,62 @@ void WaitSecs(int32_t seconds);
 
 /* Moves the cursor of the terminal to its first place and clears it (ANSI X3.64). */
 void ClearScreen(void);
+
+/* ---- System lists and tasks ------------------------------------------------------------------ */
+
+/* What GetList fills the system list with: the names of devices, font families and mounted volumes
+   that last, the paths of what was used lately, newest first, at most 64. */
+enum {
+    PLINTH_LIST_JOYSTICKS = 0,
+    PLINTH_LIST_SERIAL_PORTS = 1,
+    PLINTH_LIST_FONTS = 2,
+    PLINTH_LIST_MIDI_PORTS = 3,
+    PLINTH_LIST_VOLUMES = 4,
+    PLINTH_LIST_RECENT_APPS = 5,
+    PLINTH_LIST_RECENT_DOCUMENTS = 6,
+    PLINTH_LIST_RECENT_FOLDERS = 7
+};
+
+/* Empties the system list and fills it anew; a kind above 7 only empties it. */
+void GetList(uint32_t kind);
+
+/* Returns the number of names in the system list. */
+int32_t CountList(void);
+
+/* Returns a name of the system list, which keeps it until it is emptied; "" for one that could not
+   be copied and outside the list. */
+const char *GetInfoList(int32_t index);
+
+/* Frees the names of the system list and empties it. */
+void FreeList(void);
+
+/* Append recent applications, documents or folders to the system list, which is not emptied
+   before: calls add up. */
+void GetRecentApp(void);
+void GetRecentDocument(void);
+void GetRecentFolder(void);
+
+/* Starts a program: `path` is its file's, which is not searched for, or an application signature.
+   `arguments` (may be null) ends with a null pointer; the first empty string ends it, too, and what
+   follows 33 of them is left out. Returns the id of its thread or team, or 0. */
+int32_t RunProg(const char *path, const char *const *arguments);
+
+/* Kills the team of that thread, or of a program that RunProg started. Returns 0, or why it can not
+   be, a negative status code. */
+int32_t KillTask(int32_t thread);
+
+/* Set and return the priority of the calling thread: 0 to 120, 10 is normal. The system raises it
+   for privileged programs only; the number is kept anyway. Any thread. */
+void SetPriTask(int32_t priority);
+int32_t GetPriTask(void);
+
+/* Frees an array's strings up to the first null pointer, and the array, all blocks of MyAlloc; null
+   is skipped. Any thread. */
+void FreeData(char **table);
+
+/* Returns a new block of MyAlloc with the items of a BList, which stay the list's, and a null
+   pointer behind the last; null for an empty list, for null, and when memory runs out. */
+char **GetListe_List(void *list);
 
 /* ---- Windows and events ---------------------------------------------------------------------- */
 
@@ -536,6 +589,10 @@ bool WatchDir(const char *path, int8_t on);
 
 /* Begins to watch the volumes; 0 ends that and every WatchDir. Returns 0, or a status code. */
 int32_t WatchDevices(int8_t on);
+
+/* Put a file or a directory at the head of the desktop's recent ones, in the program's name. */
+void AddRecentDocument(const char *path);
+void AddRecentFolder(const char *path);
 
 /* ---- Clipboard and e-mail -------------------------------------------------------------------- */
 

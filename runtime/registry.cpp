@@ -6,7 +6,6 @@
 #include "files/filesystem.h"
 #include "gadgets/gadget.h"
 #include "plinth.h"
-#include "runtime/system_list.h"
 #include "windows/window.h"
 
 #include <Application.h>

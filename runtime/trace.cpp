@@ -18,6 +18,7 @@ static const char* reason_of(int32_t code)
         case kNoSuchChannel: return "no such channel";
         case kFileError: return "the file operation failed, see dos_err";
         case kNoService: return "the system's service is not there, or failed";
+        case kNoSuchProgram: return "no such program, or it can not be started";
         default: return "failed";
     }
 }

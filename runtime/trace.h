@@ -15,6 +15,7 @@ enum TraceCode : int32_t {
     kNoSuchChannel = 6,
     kFileError = 7,
     kNoService = 8,
+    kNoSuchProgram = 9,
 };
 
 extern "C" {

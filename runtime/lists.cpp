@@ -1,0 +1,142 @@
+// Lists of names that the system tells: devices, fonts, volumes, what was used lately. All share one
+// list, which the program reads by index. Main thread.
+
+#include "plinth.h"
+
+#include <Entry.h>
+#include <Font.h>
+#include <Joystick.h>
+#include <List.h>
+#include <Message.h>
+#include <MidiPort.h>
+#include <Path.h>
+#include <Roster.h>
+#include <SerialPort.h>
+#include <StorageDefs.h>
+#include <Volume.h>
+#include <VolumeRoster.h>
+
+#include <iterator>
+
+#include "runtime/strings.h"
+
+static const int32 kMaxRecent = 64;
+static const size_t kDeviceName = 32;
+
+// Heap strings that it owns, null where a name is empty or could not be copied. Built on first use.
+static BList& system_list()
+{
+    static BList* const list = new BList(20);
+    return *list;
+}
+
+static void append(const char* name)
+{
+    system_list().AddItem(MyStringStr(name));
+}
+
+template <class Device>
+static void append_devices()
+{
+    Device device;
+    char name[kDeviceName];
+    const int32 count = device.CountDevices();
+    for (int32 i = 0; i < count; i++) {
+        if (device.GetDeviceName(i, name, sizeof(name)) == B_OK)
+            append(name);
+    }
+}
+
+static void append_fonts()
+{
+    font_family name;
+    const int32 count = count_font_families();
+    for (int32 i = 0; i < count; i++) {
+        if (get_font_family(i, &name) == B_OK)
+            append(name);
+    }
+}
+
+static void append_volumes()
+{
+    BVolumeRoster volumes;
+    BVolume volume;
+    char name[B_FILE_NAME_LENGTH];
+    while (volumes.GetNextVolume(&volume) != B_BAD_VALUE) {
+        if (volume.IsPersistent() && volume.GetName(name) == B_OK && name[0] != '\0')
+            append(name);
+    }
+}
+
+static void append_refs(const BMessage& answer)
+{
+    entry_ref ref;
+    int32 count = 0;
+    answer.GetInfo("refs", nullptr, &count);
+    for (int32 i = 0; i < count; i++) {
+        if (answer.FindRef("refs", i, &ref) != B_OK)
+            continue;
+        const BEntry entry(&ref, true);
+        BPath path;
+        append(entry.GetPath(&path) == B_OK ? path.Path() : nullptr);
+    }
+}
+
+extern "C" void GetRecentApp(void)
+{
+    BMessage answer;
+    be_roster->GetRecentApps(&answer, kMaxRecent);
+    append_refs(answer);
+}
+
+extern "C" void GetRecentDocument(void)
+{
+    BMessage answer;
+    be_roster->GetRecentDocuments(&answer, kMaxRecent);
+    append_refs(answer);
+}
+
+extern "C" void GetRecentFolder(void)
+{
+    BMessage answer;
+    be_roster->GetRecentFolders(&answer, kMaxRecent);
+    append_refs(answer);
+}
+
+// By kind, as PLINTH_LIST_... numbers them.
+static void (*const kFillers[])() = {
+    append_devices<BJoystick>,
+    append_devices<BSerialPort>,
+    append_fonts,
+    append_devices<BMidiPort>,
+    append_volumes,
+    GetRecentApp,
+    GetRecentDocument,
+    GetRecentFolder,
+};
+static_assert(std::size(kFillers) == PLINTH_LIST_RECENT_FOLDERS + 1, "one filler per kind");
+
+extern "C" void GetList(uint32_t kind)
+{
+    FreeList();
+    if (kind < std::size(kFillers))
+        kFillers[kind]();
+}
+
+extern "C" int32_t CountList(void)
+{
+    return system_list().CountItems();
+}
+
+extern "C" const char* GetInfoList(int32_t index)
+{
+    return text_or_empty(static_cast<const char*>(system_list().ItemAt(index)));
+}
+
+extern "C" void FreeList(void)
+{
+    BList& list = system_list();
+    for (int32 i = 0; i < list.CountItems(); i++)
+        MyFree(list.ItemAtFast(i));
+    list.MakeEmpty();
+}
