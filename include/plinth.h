@@ -613,6 +613,15 @@ bool ClearClipboard(void);
 /* Returns true if there is a text on the clipboard: the opposite of its name. Any thread. */
 bool IsEmptyClipboard(void);
 
+/* Sends an e-mail made of `entries`, an array of texts that ends with null. The first two letters of
+   a text name the field and the rest is its value: "to", "cc", "bc" (Bcc), "fr" (From), "da" (Date),
+   "re" (Reply-To), "su" (Subject), "pr" (Priority), "ms" the text of the mail, "fi" the path of a
+   file to enclose. Only the first text that is longer than its two letters is used. With `send_now`
+   the call waits until the system's mailer has taken the mail, which can last a minute; without, and
+   when that fails, the mail waits in the outbox and goes with the next one. Returns true if the mail
+   was taken or, without `send_now`, put there; false for null too. Any thread. */
+bool SendEmail(const char *const *entries, bool send_now);
+
 /* ---- Deskbar --------------------------------------------------------------------------------- */
 
 /* Places of the Deskbar. */

@@ -21,6 +21,7 @@
 #include <vector>
 
 #include "server/Clipboard.h"
+#include "support/ValidUTF8.h"
 
 using server::ClipboardForm;
 using server::ClipboardForms;
@@ -256,45 +257,6 @@ status_t BClipboard::_Fetch() const
     return status;
 }
 
-// Bytes of the character at `text`, 0 if it is none in strict UTF-8.
-static size_t valid_length(std::string_view text)
-{
-    const auto byte = [&](size_t i) { return static_cast<uint8>(text[i]); };
-    const uint8 first = byte(0);
-    if (first < 0x80)
-        return 1;
-    const size_t length = first >= 0xF0 ? 4 : first >= 0xE0 ? 3 : 2;
-    if (first < 0xC2 || first > 0xF4 || text.size() < length)
-        return 0;
-    for (size_t i = 1; i < length; i++) {
-        if ((byte(i) & 0xC0) != 0x80)
-            return 0;
-    }
-    const bool is_overlong = (first == 0xE0 && byte(1) < 0xA0) || (first == 0xF0 && byte(1) < 0x90);
-    const bool is_no_character =
-        (first == 0xED && byte(1) >= 0xA0) || (first == 0xF4 && byte(1) >= 0x90);
-    return is_overlong || is_no_character ? 0 : length;
-}
-
-// For other programs: as drawing does, bytes that are not UTF-8 count as Latin-1.
-static std::string public_text(std::string_view text)
-{
-    std::string result;
-    result.reserve(text.size());
-    while (!text.empty()) {
-        const size_t length = valid_length(text);
-        if (length > 0) {
-            result.append(text.substr(0, length));
-        } else {
-            const uint8 byte = static_cast<uint8>(text[0]);
-            result += static_cast<char>(0xC0 | byte >> 6);
-            result += static_cast<char>(0x80 | (byte & 0x3F));
-        }
-        text.remove_prefix(length > 0 ? length : 1);
-    }
-    return result;
-}
-
 // The message, and each of its MIME fields for those who know only that.
 static status_t make_forms(const BMessage& data, const BMessenger& source, ClipboardForms* forms)
 {
@@ -320,7 +282,7 @@ static status_t make_forms(const BMessage& data, const BMessenger& source, Clipb
             continue;
         const std::string_view value(static_cast<const char*>(bytes), static_cast<size_t>(size));
         const bool is_text = strcmp(name, server::kTextForm) == 0;
-        forms->push_back({name, is_text ? public_text(value) : std::string(value)});
+        forms->push_back({name, is_text ? BPrivate::valid_utf8(value) : std::string(value)});
     }
     return B_OK;
 }

@@ -1,0 +1,55 @@
+#ifndef SUPPORT_VALID_UTF8_H
+#define SUPPORT_VALID_UTF8_H
+
+// Text for those who insist on UTF-8.
+
+#include <SupportDefs.h>
+
+#include <string>
+#include <string_view>
+
+namespace BPrivate {
+
+// Bytes of the character at the start of a text that is not empty, 0 if there is none in strict
+// UTF-8.
+inline size_t valid_utf8_length(std::string_view text)
+{
+    const auto byte = [&](size_t i) { return static_cast<uint8>(text[i]); };
+    const uint8 first = byte(0);
+    if (first < 0x80)
+        return 1;
+    const size_t length = first >= 0xF0 ? 4 : first >= 0xE0 ? 3 : 2;
+    if (first < 0xC2 || first > 0xF4 || text.size() < length)
+        return 0;
+    for (size_t i = 1; i < length; i++) {
+        if ((byte(i) & 0xC0) != 0x80)
+            return 0;
+    }
+    const bool is_overlong = (first == 0xE0 && byte(1) < 0xA0) || (first == 0xF0 && byte(1) < 0x90);
+    const bool is_no_character =
+        (first == 0xED && byte(1) >= 0xA0) || (first == 0xF4 && byte(1) >= 0x90);
+    return is_overlong || is_no_character ? 0 : length;
+}
+
+// The same text in UTF-8. As drawing does it, bytes that are not UTF-8 count as Latin-1.
+inline std::string valid_utf8(std::string_view text)
+{
+    std::string result;
+    result.reserve(text.size());
+    while (!text.empty()) {
+        const size_t length = valid_utf8_length(text);
+        if (length > 0) {
+            result.append(text.substr(0, length));
+        } else {
+            const uint8 byte = static_cast<uint8>(text[0]);
+            result += static_cast<char>(0xC0 | byte >> 6);
+            result += static_cast<char>(0x80 | (byte & 0x3F));
+        }
+        text.remove_prefix(length > 0 ? length : 1);
+    }
+    return result;
+}
+
+}  // namespace BPrivate
+
+#endif  // SUPPORT_VALID_UTF8_H
