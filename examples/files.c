@@ -1,6 +1,7 @@
 /* A console file browser.
 
-     files DIR                    lists a directory: kind, permissions, length, name
+     files DIR                    lists a directory: kind, permissions, length, MIME type, who
+                                  opens it, name
      files --watch [SECONDS] DIR  then tells for a while (10 seconds) what changes in it
      files --chmod TEXT FILE      sets permissions from a text such as rw-r----- */
 
@@ -28,17 +29,35 @@ static char type_letter(const char *path)
     }
 }
 
+/* The application that opens a file: its own, else that of its type; its name without what all
+   signatures of the desktop's applications begin with. */
+static const char *opener(const char *path, const char *mime)
+{
+    static const char prefix[] = "application/x-vnd.";
+    static const char desktop[] = "desktop.";
+    const char *signature = GetFilePreferredApp(path);
+    if (*signature == '\0')
+        signature = GetPreferredApp(mime);
+    if (strncmp(signature, prefix, sizeof(prefix) - 1) == 0)
+        signature += sizeof(prefix) - 1;
+    if (strncmp(signature, desktop, sizeof(desktop) - 1) == 0)
+        signature += sizeof(desktop) - 1;
+    return *signature != '\0' ? signature : "-";
+}
+
 static void list_entry(const char *folder, const char *name)
 {
     char path[4096];
     join(path, sizeof(path), folder, name);
     const char type = type_letter(path);
     const char *attribut = GetAttribut(path);
+    const char *mime = GetFileMime(path);
     printf("%c%-9s ", type, *attribut != '\0' ? attribut : "?????????");
     if (type == '-')
-        printf("%10d  %s\n", (int)GetLengthFile(path), name);
+        printf("%10d", (int)GetLengthFile(path));
     else
-        printf("%10s  %s\n", "", name);
+        printf("%10s", "");
+    printf("  %-28s %-24s %s\n", *mime != '\0' ? mime : "?", opener(path, mime), name);
 }
 
 static bool list(const char *folder)

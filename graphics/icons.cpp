@@ -7,6 +7,42 @@
 
 #include <Bitmap.h>
 
+#include <new>
+
+static const int32_t kSmallSide = 16;  // pixels
+static const int32_t kLargeSide = 32;
+
+static BBitmap* new_image(int32_t side)
+{
+    const float last = static_cast<float>(side - 1);
+    auto* image = new (std::nothrow) BBitmap(BRect(0, 0, last, last), B_CMAP8);
+    if (image != nullptr && image->InitCheck() != B_OK) {
+        delete image;
+        image = nullptr;
+    }
+    return image;
+}
+
+IconRecord* MyAllocIcon()
+{
+    auto* icon = static_cast<IconRecord*>(MyAlloc(sizeof(IconRecord)));
+    if (icon == nullptr)
+        return nullptr;
+    icon->image = new_image(kSmallSide);
+    icon->selected_image = new_image(kLargeSide);
+    if (icon->image != nullptr && icon->selected_image != nullptr)
+        return icon;
+    MyFreeIcon(icon);
+    return nullptr;
+}
+
+void MyFreeIcon(IconRecord* icon)
+{
+    delete icon->image;
+    delete icon->selected_image;
+    MyFree(icon);
+}
+
 const BBitmap* icon_image(int32_t ident, bool selected)
 {
     BList* icons = registry_list(kIcons);
@@ -24,10 +60,7 @@ void Close_All_Icon()
     if (icons == nullptr)
         return;
     for (int32 i = 0; i < icons->CountItems(); i++) {
-        auto* icon = static_cast<IconRecord*>(icons->ItemAtFast(i));
-        delete icon->image;
-        delete icon->selected_image;
-        MyFree(icon);
+        MyFreeIcon(static_cast<IconRecord*>(icons->ItemAtFast(i)));
     }
     icons->MakeEmpty();
 }

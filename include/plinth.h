@@ -590,6 +590,43 @@ bool WatchDir(const char *path, int8_t on);
 /* Begins to watch the volumes; 0 ends that and every WatchDir. Returns 0, or a status code. */
 int32_t WatchDevices(int8_t on);
 
+/* ---- File types ------------------------------------------------------------------------------ */
+
+/* A type is a MIME string such as "text/plain"; an application is named by its signature, a MIME
+   string too. Links in paths are followed. Text results stay until the next call of the same
+   function, or of the one it equals; they are "" on failure. None of these calls touches dos_err.
+   Main thread. */
+
+/* Returns the type of a file: the one that was set, else what the system takes it for. */
+char *GetFileMime(const char *path);
+/* Returns the signature of the application that was set to open this very file. */
+char *GetFilePreferredApp(const char *path);
+/* Returns the same as GetFilePreferredApp. */
+char *GetFileAppHint(const char *path);
+
+/* Set what a file says of itself; an empty type or signature removes it. The hint is the path of an
+   application. */
+void SetFileMime(const char *path, const char *type);
+void SetFilePreferredApp(const char *path, const char *signature);
+void SetFileAppHint(const char *path, const char *application_path);
+
+/* True if the system knows the type. */
+bool ExistsMime(const char *type);
+/* Removes a type that was installed; false for one that the system brings. */
+bool DeleteMime(const char *type);
+/* Installs a type; false if it is there. */
+bool InstallMime(const char *type);
+/* True for a text that has the form of a type: "text" or "text/plain", less than 240 bytes, without
+   white space and any of <>@,;:"()[]?=\ */
+bool IsValidMime(const char *type);
+/* Returns the signature of the application that opens files of a type. */
+char *GetPreferredApp(const char *type);
+/* Returns the path where the application that a type is the signature of was last. */
+char *GetAppHintMime(const char *type);
+/* Loads the icons of a type, 16 and 32 pixels square, as the first and the second image of an icon.
+   Returns its ident; 0 if the type has none. */
+int32_t LoadMimeIcon(const char *type);
+
 /* Put a file or a directory at the head of the desktop's recent ones, in the program's name. */
 void AddRecentDocument(const char *path);
 void AddRecentFolder(const char *path);

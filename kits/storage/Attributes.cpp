@@ -25,13 +25,17 @@ static const std::string_view kTypePrefix = "user.beos-type.";
 static const size_t kMaxHostName = 255;
 static const size_t kMaxValue = 64 * 1024;
 
-// Attributes that desktops know by a name of their own.
+// Attributes that desktops know by a name of their own, and such whose text is of another type than
+// most.
 static const struct {
     std::string_view name;
     std::string_view host_name;
     type_code type;
 } kHostNames[] = {
     { "BEOS:TYPE", "mime_type", B_MIME_STRING_TYPE },
+    { "BEOS:PREF_APP", "BEOS:PREF_APP", B_MIME_STRING_TYPE },
+    { "BEOS:PPATH", "BEOS:PPATH", B_MIME_STRING_TYPE },
+    { "BEOS:APP_SIG", "BEOS:APP_SIG", B_MIME_STRING_TYPE },
 };
 
 struct HostName {

@@ -140,6 +140,14 @@ static std::string find_program(const std::string& name)
     return take_text(g_find_program_in_path(name.c_str()));
 }
 
+// A word of a command in which "%%" stands for "%".
+static std::string without_codes(std::string word)
+{
+    for (size_t at = word.find("%%"); at != std::string::npos; at = word.find("%%", at + 1))
+        word.erase(at, 1);
+    return word;
+}
+
 // False for an entry that is no application, or that can not be run.
 static bool read_application(const KeyFile& file, Application* application)
 {
@@ -152,7 +160,7 @@ static bool read_application(const KeyFile& file, Application* application)
     if (application->command.empty())
         return false;
     application->executable = find_program(
-        application->command[program_index(application->command)]);
+        without_codes(application->command[program_index(application->command)]));
     if (application->executable.empty())
         return false;
     application->signature = get_text(file, kSignatureKey);

@@ -4,10 +4,7 @@
 
 #include <dirent.h>
 #include <errno.h>
-#include <fcntl.h>
-#include <spawn.h>
 #include <string.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -17,6 +14,7 @@
 #include "DataFolders.h"
 #include "FileReplacement.h"
 #include "HostErrors.h"
+#include "RunProgram.h"
 #include "SharedMime.h"
 #include "SnifferRule.h"
 
@@ -87,24 +85,9 @@ static std::string xml_of(const MimePackage& package)
 // The desktop's own program makes the files that all others read.
 static status_t update_database()
 {
-    std::string program = "update-mime-database";
-    std::string folder = mime_folder();
-    char* arguments[] = { program.data(), folder.data(), nullptr };
-    posix_spawn_file_actions_t actions;
-    posix_spawn_file_actions_init(&actions);
-    posix_spawn_file_actions_addopen(&actions, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
-    posix_spawn_file_actions_addopen(&actions, STDOUT_FILENO, "/dev/null", O_WRONLY, 0);
-    posix_spawn_file_actions_addopen(&actions, STDERR_FILENO, "/dev/null", O_WRONLY, 0);
-    pid_t process = -1;
-    const int number = posix_spawnp(&process, arguments[0], &actions, nullptr, arguments, environ);
-    posix_spawn_file_actions_destroy(&actions);
-    if (number != 0)
-        return fail(number);
-    int how = 0;
-    while (waitpid(process, &how, 0) < 0 && errno == EINTR) {
-    }
+    status_t status = run_program({ "update-mime-database", mime_folder() });
     SharedMime::Refresh();
-    return WIFEXITED(how) && WEXITSTATUS(how) == 0 ? B_OK : fail(EIO);
+    return status;
 }
 
 status_t write_package(const MimePackage& package)
@@ -127,11 +110,32 @@ status_t write_package(const MimePackage& package)
     return status != B_OK ? status : fail(EIO);
 }
 
+// The desktop's program leaves the descriptions of types that are gone, but for supertypes that it
+// knows.
+static void remove_description(const std::string& type)
+{
+    if (!can_be_packaged(type) || SharedMime::Get()->Contains(type))
+        return;
+    const int before = errno;
+    const std::string path = mime_folder() + "/" + type;
+    unlink((path + ".xml").c_str());
+    rmdir(path.substr(0, path.rfind('/')).c_str());  // if it was the last
+    errno = before;
+}
+
+static status_t update_database_without(const std::string& type)
+{
+    status_t status = update_database();
+    if (status == B_OK)
+        remove_description(type);
+    return status;
+}
+
 status_t remove_package(const std::string& type)
 {
     if (unlink(package_path(type).c_str()) != 0)
         return errno == ENOENT ? B_OK : host_failure();
-    return update_database();
+    return update_database_without(type);
 }
 
 // The types that a package tells.
@@ -168,7 +172,7 @@ bool remove_others_packages(const std::string& type)
         closedir(stream);
     for (const std::string& path : found)
         unlink(path.c_str());
-    return !found.empty() && update_database() == B_OK;
+    return !found.empty() && update_database_without(type) == B_OK;
 }
 
 }  // namespace storage

@@ -127,7 +127,9 @@ status_t BMimeType::GetIconForType(const char* type, BBitmap* icon, icon_size wh
     const std::string bits = decode_bytes(noted.value_or(""));
     if (bits.size() != static_cast<size_t>(which) * which * 4)
         return fail(ENOENT);
-    return icon->ImportBits(bits.data(), static_cast<int32>(bits.size()), which * 4, 0, B_RGBA32);
+    BBitmap kept(icon->Bounds(), 0, B_RGBA32, which * 4);
+    memcpy(kept.Bits(), bits.data(), bits.size());
+    return copy_icon(kept, icon);
 }
 
 status_t BMimeType::SetIconForType(const char* type, const BBitmap* icon, icon_size which)

@@ -85,6 +85,28 @@ bool has_theme_icon(const std::string& name, icon_size size)
     return !find_icon(name, size).empty();
 }
 
+status_t copy_icon(const BBitmap& from, BBitmap* to)
+{
+    if (to->ColorSpace() == B_RGBA32 || from.ColorSpace() != B_RGBA32)
+        return to->ImportBits(&from);
+    BBitmap copy(from.Bounds(), B_RGBA32);
+    status_t status = copy.ImportBits(&from);
+    auto* pixels = static_cast<uint32*>(copy.Bits());
+    for (int32 i = 0; status == B_OK && i < copy.BitsLength() / 4; i++) {
+        const bool shows = pixels[i] >> 24 >= 128;
+        pixels[i] = shows ? pixels[i] | 0xFF000000 : B_TRANSPARENT_MAGIC_RGBA32;
+    }
+    return status == B_OK ? to->ImportBits(&copy) : status;
+}
+
+static BBitmap bitmap_of(const std::vector<uint32>& pixels, icon_size size)
+{
+    const float last = static_cast<float>(size - 1);
+    BBitmap bitmap(BRect(0, 0, last, last), 0, B_RGBA32, size * 4);
+    bitmap.ImportBits(pixels.data(), static_cast<int32>(pixels.size() * 4), size * 4, 0, B_RGBA32);
+    return bitmap;
+}
+
 status_t load_theme_icon(const std::vector<std::string>& names, BBitmap* icon, icon_size size)
 {
     status_t status = check_icon(icon, size);
@@ -97,8 +119,7 @@ status_t load_theme_icon(const std::vector<std::string>& names, BBitmap* icon, i
         if (path.empty() || !server::ReadIconFile(path, size, &pixels))
             continue;
         errno = before;
-        return icon->ImportBits(pixels.data(), static_cast<int32>(pixels.size() * 4), size * 4, 0,
-                                B_RGBA32);
+        return copy_icon(bitmap_of(pixels, size), icon);
     }
     return fail(ENOENT);
 }

@@ -26,6 +26,10 @@ void remove_users_icons(const std::string& name);
 // B_BAD_VALUE unless the bitmap is `size` pixels square.
 status_t check_icon(const BBitmap* icon, icon_size size);
 
+// Copies the pixels of one icon into another of the same size. Where that has no alpha, a pixel is
+// either opaque or transparent.
+status_t copy_icon(const BBitmap& from, BBitmap* to);
+
 }  // namespace storage
 
 #endif  // STORAGE_THEME_ICONS_H

@@ -14,6 +14,8 @@
 
 #include "HostErrors.h"
 #include "MountTable.h"
+#include "ThemeIcons.h"
+#include "VolumeIcons.h"
 #include "VolumeLabels.h"
 
 using namespace storage;
@@ -119,6 +121,17 @@ status_t BVolume::SetName(const char* name)
     if (strlen(name) >= B_FILE_NAME_LENGTH)
         return fail(ENAMETOOLONG);
     return set_label(*mount, name);
+}
+
+status_t BVolume::GetIcon(BBitmap* icon, icon_size which) const
+{
+    const std::optional<Mount> mount = find_mount(fDevice);
+    return mount ? load_theme_icon(volume_icons(*mount), icon, which) : fail(ENODEV);
+}
+
+status_t BVolume::GetIcon(uint8**, size_t*, type_code*) const
+{
+    return fail(EOPNOTSUPP);
 }
 
 bool BVolume::IsRemovable() const { return (_Flags() & B_FS_IS_REMOVABLE) != 0; }

@@ -109,6 +109,9 @@ TEST(DesktopEntries, ExecutableFindsTheEntryThatStandsForIt)
     EXPECT_EQ(id_of(find_application_of(editor)), "z.desktop");
     EXPECT_EQ(id_of(find_application_of(folder.At("/bin/alias"))), "z.desktop");
     EXPECT_EQ(id_of(find_application_of(env)), "e.desktop");
+    folder.PutEntry(folder.SystemEntry("p.desktop"), "100%", "",
+                    "\"" + folder.At("/bin/100%%") + "\" %F");
+    EXPECT_EQ(id_of(find_application_of(folder.At("/bin/100%"))), "p.desktop");
     EXPECT_EQ(find_application_of(folder.At("/bin/y")), nullptr);
     EXPECT_EQ(find_application_of(""), nullptr);
 }

@@ -3,6 +3,7 @@
 
 // Everything of the Storage Kit.
 
+#include <AppFileInfo.h>
 #include <Directory.h>
 #include <Entry.h>
 #include <EntryList.h>
@@ -11,6 +12,7 @@
 #include <Mime.h>
 #include <MimeType.h>
 #include <Node.h>
+#include <NodeInfo.h>
 #include <NodeMonitor.h>
 #include <Path.h>
 #include <Statable.h>

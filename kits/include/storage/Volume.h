@@ -3,8 +3,10 @@
 
 #include <sys/types.h>
 
+#include <Mime.h>
 #include <SupportDefs.h>
 
+class BBitmap;
 class BDirectory;
 
 // A mounted file system, named by its device number. Failures also leave the host's number in
@@ -33,6 +35,10 @@ public:
     // runs and for file systems without labels, B_BAD_VALUE for what is not UTF-8, B_BUSY,
     // B_TIMED_OUT, and B_IO_ERROR for a name that the file system does not take.
     status_t SetName(const char* name);
+    // The icon of the user's icon theme for that kind of volume; `icon` is `which` pixels square.
+    status_t GetIcon(BBitmap* icon, icon_size which) const;
+    // There are no vector icons of volumes: B_NOT_SUPPORTED.
+    status_t GetIcon(uint8** _data, size_t* _size, type_code* _type) const;
     bool IsRemovable() const;
     bool IsReadOnly() const;
     bool IsPersistent() const;
