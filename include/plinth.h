@@ -590,6 +590,10 @@ bool WatchDir(const char *path, int8_t on);
 /* Begins to watch the volumes; 0 ends that and every WatchDir. Returns 0, or a status code. */
 int32_t WatchDevices(int8_t on);
 
+/* Put a file or a directory at the head of the desktop's recent ones, in the program's name. */
+void AddRecentDocument(const char *path);
+void AddRecentFolder(const char *path);
+
 /* ---- File types ------------------------------------------------------------------------------ */
 
 /* A type is a MIME string such as "text/plain"; an application is named by its signature, a MIME
@@ -626,10 +630,6 @@ char *GetAppHintMime(const char *type);
 /* Loads the icons of a type, 16 and 32 pixels square, as the first and the second image of an icon.
    Returns its ident; 0 if the type has none. */
 int32_t LoadMimeIcon(const char *type);
-
-/* Put a file or a directory at the head of the desktop's recent ones, in the program's name. */
-void AddRecentDocument(const char *path);
-void AddRecentFolder(const char *path);
 
 /* ---- Clipboard and e-mail -------------------------------------------------------------------- */
 
