@@ -84,9 +84,10 @@ BApplication::BApplication(BMessage* data)
 BApplication::~BApplication()
 {
     const bool is_the_one = be_app == this;
+    if (is_the_one)
+        BPrivate::unregister_app();
     Lock();
     if (is_the_one) {
-        BPrivate::unregister_app();
         _QuitLoopers();
         be_app = nullptr;
         server::Shutdown();
@@ -122,7 +123,8 @@ void BApplication::_InitApp(const char* signature, status_t* error)
         if (be_clipboard == nullptr)  // kept for threads that outlive the application
             be_clipboard = new BClipboard(nullptr);
         be_app = this;
-        BPrivate::register_app(signature, find_thread(nullptr));
+        BPrivate::register_app(signature, find_thread(nullptr),
+                               MessengerAccess::PartsOf(be_app_messenger).looper);
     }
     if (error != nullptr)
         *error = fInitStatus;
@@ -183,6 +185,18 @@ bool BApplication::QuitRequested()
     const bool agreed = for_each_client([](BLooper& looper) { return looper.QuitRequested(); });
     fSlot->lock.LockTimes(levels);
     return agreed;
+}
+
+// The oldest window that can be seen.
+void BApplication::_ActivateWindow()
+{
+    for_each_client([](BLooper& looper) {
+        auto* window = dynamic_cast<BWindow*>(&looper);
+        const bool can_be_seen = window != nullptr && !window->IsHidden();
+        if (can_be_seen)
+            window->Activate();
+        return !can_be_seen;
+    });
 }
 
 // New windows may come while the others go.
@@ -388,6 +402,9 @@ void BApplication::DispatchMessage(BMessage* message, BHandler* handler)
             break;
         case B_ABOUT_REQUESTED:
             AboutRequested();
+            break;
+        case BPrivate::kActivateApp:
+            _ActivateWindow();
             break;
         case B_PULSE:
             Pulse();

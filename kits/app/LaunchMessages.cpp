@@ -16,15 +16,14 @@ namespace BPrivate {
 
 static const off_t kMaxSize = 16 << 20;
 
-static std::string path_for(team_id team)
+static std::string path_in(const std::string& folder, team_id team)
 {
-    const std::string folder = roster_folder();
     return folder.empty() ? "" : folder + "/" + std::to_string(team) + ".messages";
 }
 
 void leave_messages(team_id team, const std::vector<BMessage>& messages)
 {
-    const std::string path = path_for(team);
+    const std::string path = path_in(make_roster_folder(), team);
     if (messages.empty() || path.empty())
         return;
     BMallocIO bytes;
@@ -43,7 +42,7 @@ void leave_messages(team_id team, const std::vector<BMessage>& messages)
 std::vector<BMessage> take_messages()
 {
     std::vector<BMessage> messages;
-    const std::string path = path_for(getpid());
+    const std::string path = path_in(roster_folder(), getpid());
     const int fd = path.empty() ? -1
         : open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK);
     if (fd < 0)

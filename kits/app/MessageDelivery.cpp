@@ -32,7 +32,8 @@ bool BMessage::IsSourceWaiting() const
 // Input and all other messages of the system are made in this process.
 bool BMessage::IsSourceRemote() const
 {
-    return false;
+    return WasDelivered() && MessengerAccess::IsSet(fReturnAddress)
+        && !fReturnAddress.IsTargetLocal();
 }
 
 BMessenger BMessage::ReturnAddress() const

@@ -7,15 +7,18 @@
 #include <Looper.h>
 #include <Message.h>
 
+#include <algorithm>
 #include <functional>
 #include <tuple>
 
 #include <string.h>
 #include <unistd.h>
 
+#include "app/AppChannel.h"
 #include "app/LooperTable.h"
 #include "app/MessageAccess.h"
 #include "app/MessengerAccess.h"
+#include "app/RunningApps.h"
 #include "app/Tokens.h"
 
 using BPrivate::kNoToken;
@@ -39,6 +42,11 @@ BMessenger MessengerAccess::Make(int32 looper, int32 handler)
     return BMessenger(current_team(), looper, handler);
 }
 
+BMessenger MessengerAccess::MakeFor(team_id team, int32 looper, int32 handler)
+{
+    return BMessenger(team, looper, handler);
+}
+
 BMessenger MessengerAccess::ForHandler(int32 handler)
 {
     LooperSlot* slot = LooperTable::Find(Tokens::LooperOf(handler));
@@ -58,12 +66,16 @@ status_t MessengerAccess::Deliver(const BMessenger& target, BMessage* message)
     return B_BAD_PORT_ID;
 }
 
+static uint32 reply_flag(const BMessage* previous)
+{
+    return previous != nullptr ? static_cast<uint32>(MessageAccess::kReply) : 0;
+}
+
 static BMessage* outgoing_copy(const BMessage* message, const BMessenger& replyTo, uint32 flags,
                                const BMessage* previous)
 {
-    if (previous != nullptr)
-        flags |= MessageAccess::kReply;
-    BMessage* copy = MessageAccess::CopyFor(message, kPreferredToken, replyTo, flags);
+    BMessage* copy = MessageAccess::CopyFor(message, kPreferredToken, replyTo,
+                                            flags | reply_flag(previous));
     if (previous != nullptr)
         MessageAccess::Previous(copy) = new BMessage(*previous);
     return copy;
@@ -72,8 +84,10 @@ static BMessage* outgoing_copy(const BMessage* message, const BMessenger& replyT
 status_t MessengerAccess::Send(const BMessenger& target, const BMessage* message,
                                const BMessenger& replyTo, const BMessage* previous)
 {
-    if (!target.IsTargetLocal())
+    if (!IsSet(target))
         return B_BAD_PORT_ID;
+    if (!target.IsTargetLocal())
+        return send_to_team(target, *message, replyTo, reply_flag(previous));
     return Deliver(target, outgoing_copy(message, replyTo, 0, previous));
 }
 
@@ -85,12 +99,53 @@ static bool waits_for_itself(int32 looper, bigtime_t timeout)
         && slot->thread.load() == current_thread();
 }
 
+static bool is_unanswered(const ReplyWaiter& waiter)
+{
+    return waiter.answered.load(std::memory_order_acquire) == 0;
+}
+
+static bool is_before(bigtime_t deadline)
+{
+    return deadline == B_INFINITE_TIMEOUT || system_time() < deadline;
+}
+
+static status_t end_wait(status_t status, int32 token, ReplyWaiter& waiter, BMessage* reply)
+{
+    Tokens::Remove(token);  // nobody touches the waiter after this
+    if (status != B_OK)
+        return status;
+    if (waiter.reply == nullptr)
+        return B_TIMED_OUT;
+    MessageAccess::MoveReply(waiter.reply, reply);
+    return B_OK;
+}
+
+// A team that dies can not say that there is no answer, so that it is looked after.
+static status_t send_and_wait_for_team(const BMessenger& target, const BMessage* message,
+                                       BMessage* reply, bigtime_t timeout, const BMessage* previous)
+{
+    const bigtime_t kLook = 100'000;
+    ReplyWaiter waiter;
+    const int32 token = Tokens::AddWaiter(&waiter);
+    status_t status = send_to_team(target, *message, MessengerAccess::Make(token, kPreferredToken),
+                                   MessageAccess::kSourceWaiting | reply_flag(previous));
+    const bigtime_t deadline = deadline_after(timeout);
+    while (status == B_OK && is_unanswered(waiter) && is_before(deadline)) {
+        futex_wait(waiter.answered, 0, std::min(deadline, system_time() + kLook));
+        if (is_unanswered(waiter) && !is_channel_open(target.Team()))
+            status = B_BAD_PORT_ID;
+    }
+    return end_wait(status, token, waiter, reply);
+}
+
 status_t MessengerAccess::SendAndWait(const BMessenger& target, const BMessage* message,
                                       BMessage* reply, bigtime_t replyTimeout,
                                       const BMessage* previous)
 {
-    if (!target.IsTargetLocal())
+    if (!IsSet(target))
         return B_BAD_PORT_ID;
+    if (!target.IsTargetLocal())
+        return send_and_wait_for_team(target, message, reply, replyTimeout, previous);
     if (waits_for_itself(target.fLooper, replyTimeout))
         return B_MESSAGE_TO_SELF;
 
@@ -100,16 +155,9 @@ status_t MessengerAccess::SendAndWait(const BMessenger& target, const BMessage* 
         target, outgoing_copy(message, Make(token, kPreferredToken),
                               MessageAccess::kSourceWaiting, previous));
     const bigtime_t deadline = deadline_after(replyTimeout);
-    while (status == B_OK && waiter.answered.load(std::memory_order_acquire) == 0
-           && (deadline == B_INFINITE_TIMEOUT || system_time() < deadline))
+    while (status == B_OK && is_unanswered(waiter) && is_before(deadline))
         futex_wait(waiter.answered, 0, deadline);
-    Tokens::Remove(token);  // nobody touches the waiter after this
-    if (status != B_OK)
-        return status;
-    if (waiter.reply == nullptr)
-        return B_TIMED_OUT;
-    MessageAccess::MoveReply(waiter.reply, reply);
-    return B_OK;
+    return end_wait(status, token, waiter, reply);
 }
 
 BMessenger MessengerAccess::ReplyAddress(const BMessage* message)
@@ -158,7 +206,7 @@ bool BMessenger::IsTargetLocal() const
 
 BHandler* BMessenger::Target(BLooper** looper) const
 {
-    LooperSlot* slot = Tokens::SlotFor(fLooper);
+    LooperSlot* slot = IsTargetLocal() ? Tokens::SlotFor(fLooper) : nullptr;
     BLooper* const found = slot != nullptr ? slot->looper.load() : nullptr;
     const bool there = found != nullptr && slot->token.load() == fLooper;
     if (looper != nullptr)
@@ -173,7 +221,7 @@ bool BMessenger::LockTarget() const
 
 status_t BMessenger::LockTargetWithTimeout(bigtime_t timeout) const
 {
-    LooperSlot* slot = Tokens::SlotFor(fLooper);
+    LooperSlot* slot = IsTargetLocal() ? Tokens::SlotFor(fLooper) : nullptr;
     if (slot == nullptr)
         return B_BAD_VALUE;
     const status_t status = LooperTable::Lock(slot, fLooper, BPrivate::deadline_after(timeout));
@@ -221,19 +269,26 @@ status_t BMessenger::SendMessage(BMessage* message, BMessage* reply, bigtime_t,
         : B_BAD_VALUE;
 }
 
+// This application, if it fits, else the first with that signature, or the one that the team is.
 status_t BMessenger::SetTo(const char* signature, team_id team)
 {
     *this = BMessenger();
     if (signature == nullptr && team < 0)
         return B_BAD_VALUE;
-    if (team >= 0 && team != BPrivate::current_team())
-        return B_BAD_TEAM_ID;
-    if (be_app == nullptr)
-        return signature == nullptr ? B_BAD_TEAM_ID : B_BAD_VALUE;
-    if (signature != nullptr && strcasecmp(signature, be_app->Signature()) != 0)
-        return team >= 0 ? B_MISMATCHED_VALUES : B_BAD_VALUE;
-    *this = be_app_messenger;
-    return B_OK;
+    if (be_app != nullptr && (team < 0 || team == BPrivate::current_team())
+        && (signature == nullptr || strcasecmp(signature, be_app->Signature()) == 0)) {
+        *this = be_app_messenger;
+        return B_OK;
+    }
+    for (const BPrivate::RunningApp& app : BPrivate::running_apps()) {
+        if (team >= 0 ? app.team != team : strcasecmp(signature, app.signature.c_str()) != 0)
+            continue;
+        if (signature != nullptr && strcasecmp(signature, app.signature.c_str()) != 0)
+            return B_MISMATCHED_VALUES;
+        *this = BPrivate::messenger_to(app);
+        return B_OK;
+    }
+    return team >= 0 ? B_BAD_TEAM_ID : B_BAD_VALUE;
 }
 
 status_t BMessenger::SetTo(const BHandler* handler, const BLooper* looper)
@@ -268,6 +323,8 @@ bool BMessenger::operator==(const BMessenger& other) const
 
 bool BMessenger::IsValid() const
 {
+    if (!IsTargetLocal())
+        return MessengerAccess::IsSet(*this) && BPrivate::is_channel_open(fTeam);
     LooperSlot* slot = Tokens::SlotFor(fLooper);
     if (slot == nullptr)
         return Tokens::IsWaiter(fLooper);

@@ -8,6 +8,17 @@
 namespace BPrivate __attribute__((visibility("hidden"))) {
 
 struct MessengerAccess {
+    struct Parts {
+        team_id team;
+        int32 looper;
+        int32 handler;
+    };
+    static Parts PartsOf(const BMessenger& messenger)
+    {
+        return { messenger.fTeam, messenger.fLooper, messenger.fHandler };
+    }
+    // Of any team.
+    static BMessenger MakeFor(team_id team, int32 looper, int32 handler);
     // A messenger to a looper, or to a sender that waits, and one of the looper's handlers.
     static BMessenger Make(int32 looper, int32 handler);
     // To a handler where it is at the moment; invalid if it is gone or has no looper.

@@ -8,8 +8,11 @@
 
 #include <string.h>
 #include <strings.h>
+#include <unistd.h>
 
+#include "app/AppChannel.h"
 #include "app/LaunchTargets.h"
+#include "app/RosterWatch.h"
 #include "app/RunningApps.h"
 
 using BPrivate::find_target;
@@ -154,4 +157,39 @@ status_t BRoster::FindApp(entry_ref* ref, entry_ref* app) const
         return B_BAD_VALUE;
     const status_t status = find_target(ref, &target);
     return status == B_OK ? get_ref_for_path(target.executable.c_str(), app) : status;
+}
+
+status_t BRoster::Broadcast(BMessage* message) const
+{
+    return Broadcast(message, be_app_messenger);
+}
+
+// Who went meanwhile needs no message.
+status_t BRoster::Broadcast(BMessage* message, BMessenger replyTo) const
+{
+    if (message == nullptr)
+        return B_BAD_VALUE;
+    for (const RunningApp& app : running_apps()) {
+        if (app.team != getpid())
+            BPrivate::messenger_to(app).SendMessage(message, replyTo);
+    }
+    return B_OK;
+}
+
+status_t BRoster::StartWatching(BMessenger target, uint32 eventMask) const
+{
+    return BPrivate::start_watching_apps(target, eventMask);
+}
+
+status_t BRoster::StopWatching(BMessenger target) const
+{
+    return BPrivate::stop_watching_apps(target);
+}
+
+status_t BRoster::ActivateApp(team_id team) const
+{
+    const RunningApp found = first_running([=](const RunningApp& app) { return app.team == team; });
+    if (found.team < 0)
+        return B_BAD_TEAM_ID;
+    return BPrivate::messenger_to(found).SendMessage(BPrivate::kActivateApp);
 }

@@ -7,7 +7,9 @@
 #include <Message.h>
 #include <Path.h>
 
+#include <limits.h>
 #include <stdlib.h>
+#include <strings.h>
 #include <unistd.h>
 
 #include <string>
@@ -18,10 +20,12 @@
 #include "app/LaunchMessages.h"
 #include "app/LaunchTargets.h"
 #include "app/RecentItems.h"
+#include "app/RunningApps.h"
 #include "kernel/Programs.h"
 
 using BPrivate::find_target;
 using BPrivate::LaunchTarget;
+using BPrivate::RunningApp;
 
 using Line = std::vector<std::string>;
 
@@ -140,6 +144,18 @@ static team_id start(const LaunchTarget& target, Line line, const Order& order)
     return thread;
 }
 
+static BMessage message_of(const Line& arguments, const std::string& executable)
+{
+    BMessage message(B_ARGV_RECEIVED);
+    message.AddInt32("argc", static_cast<int32>(arguments.size() + 1));
+    message.AddString("argv", executable.c_str());
+    for (const std::string& argument : arguments)
+        message.AddString("argv", argument.c_str());
+    char folder[PATH_MAX];
+    message.AddString("cwd", getcwd(folder, sizeof(folder)) != nullptr ? folder : "/");
+    return message;
+}
+
 // The file that was to be launched comes before those of the messages; with messages, arguments
 // are one of them.
 static Order complete_order(const LaunchTarget& target, Order order)
@@ -153,21 +169,50 @@ static Order complete_order(const LaunchTarget& target, Order order)
         order.messages.insert(order.messages.begin(), document);
     }
     if (!order.messages.empty() && !order.arguments.empty()) {
-        BMessage arguments(B_ARGV_RECEIVED);
-        arguments.AddInt32("argc", static_cast<int32>(order.arguments.size() + 1));
-        arguments.AddString("argv", target.executable.c_str());
-        for (const std::string& argument : order.arguments)
-            arguments.AddString("argv", argument.c_str());
         std::erase_if(order.messages,
                       [](const BMessage& message) { return message.what == B_ARGV_RECEIVED; });
-        order.messages.insert(order.messages.begin(), arguments);
+        order.messages.insert(order.messages.begin(),
+                              message_of(order.arguments, target.executable));
     }
     return order;
+}
+
+// The team that runs what wants to run but once; -1 for none. A single launch is meant by
+// executable, an exclusive one by signature.
+static RunningApp find_only_one(const LaunchTarget& target)
+{
+    const uint32 mode = BPrivate::launch_flags_of(target.executable.c_str()) & B_LAUNCH_MASK;
+    for (const RunningApp& app : BPrivate::running_apps()) {
+        const bool is_exclusive = mode == B_EXCLUSIVE_LAUNCH && target.application != nullptr
+            && strcasecmp(app.signature.c_str(), target.application->signature.c_str()) == 0;
+        if (mode != B_MULTIPLE_LAUNCH && (is_exclusive || app.path == target.executable))
+            return app;
+    }
+    return RunningApp();
+}
+
+// Has an application that runs do what it would have been started for.
+static void pass_on(const RunningApp& app, const Order& order, const std::string& executable)
+{
+    const BMessenger messenger = BPrivate::messenger_to(app);
+    for (BMessage message : order.messages)
+        messenger.SendMessage(&message);
+    if (!order.messages.empty())
+        return;
+    BMessage message = order.arguments.empty() ? BMessage(B_SILENT_RELAUNCH)
+                                               : message_of(order.arguments, executable);
+    messenger.SendMessage(&message);
 }
 
 static status_t launch(const LaunchTarget& target, const Order& told, team_id* team)
 {
     const Order order = complete_order(target, told);
+    if (const RunningApp app = find_only_one(target); app.team >= 0) {
+        pass_on(app, order, target.executable);
+        if (team != nullptr)
+            *team = app.team;
+        return B_ALREADY_RUNNING;
+    }
     bool is_first = true;
     for (const Line& line : lines_for(target, order)) {
         const team_id started = start(target, line, order);

@@ -22,6 +22,10 @@
 #include <mutex>
 #include <string_view>
 
+#include "app/AppChannel.h"
+#include "app/MessageAccess.h"
+#include "app/MessengerAccess.h"
+
 namespace BPrivate {
 
 static const char* const kActive = "/active";  // a link that names the team
@@ -40,23 +44,33 @@ static bool is_private(const std::string& path)
         && (info.st_mode & 077) == 0;
 }
 
-std::string roster_folder()
+static std::string folder_path()
 {
     const char* runtime = getenv("XDG_RUNTIME_DIR");
     struct stat info;
     const bool usable = runtime != nullptr && runtime[0] == '/' && stat(runtime, &info) == 0
         && S_ISDIR(info.st_mode) && info.st_uid == geteuid();
-    const std::string folder = usable ? std::string(runtime) + "/beos-roster"
-                                      : "/tmp/beos-roster-" + std::to_string(geteuid());
-    mkdir(folder.c_str(), 0700);
+    return usable ? std::string(runtime) + "/beos-roster"
+                  : "/tmp/beos-roster-" + std::to_string(geteuid());
+}
+
+std::string roster_folder()
+{
+    const std::string folder = folder_path();
     return is_private(folder) ? folder : "";
+}
+
+std::string make_roster_folder()
+{
+    mkdir(folder_path().c_str(), 0700);
+    return roster_folder();
 }
 
 // A line each; the path, which may hold line feeds, to the end.
 static std::string as_text(const RunningApp& app)
 {
     return app.signature + '\n' + std::to_string(app.flags) + '\n' + std::to_string(app.thread)
-        + '\n' + std::to_string(app.began) + '\n' + app.path;
+        + '\n' + std::to_string(app.looper) + '\n' + std::to_string(app.began) + '\n' + app.path;
 }
 
 static std::string_view take_line(std::string_view* text)
@@ -79,7 +93,7 @@ static bool from_text(std::string_view text, RunningApp* app)
 {
     app->signature = take_line(&text);
     if (!take_number(&text, &app->flags) || !take_number(&text, &app->thread)
-        || !take_number(&text, &app->began))
+        || !take_number(&text, &app->looper) || !take_number(&text, &app->began))
         return false;
     app->path = text;
     return !app->signature.empty() && app->signature.size() < sizeof(app_info::signature)
@@ -130,28 +144,34 @@ static int write_entry(const std::string& folder, const std::string& file, const
     return -1;
 }
 
-void register_app(const char* signature, thread_id thread)
+void register_app(const char* signature, thread_id thread, int32 looper)
 {
     std::lock_guard hold(sLock);
     sOwn.team = getpid();
     sOwn.thread = thread;
+    sOwn.looper = looper;
     sOwn.began = real_time_clock_usecs();
     sOwn.signature = signature;
     sOwn.path = own_executable();
     sOwn.flags = launch_flags_of(sOwn.path.c_str());
-    const std::string folder = roster_folder();
+    const std::string folder = make_roster_folder();
     if (folder.empty())
         return;
     sOwnFile = folder + "/" + std::to_string(sOwn.team);
+    open_channel(folder);
     sOwnDescriptor = write_entry(folder, sOwnFile, as_text(sOwn));
 }
 
 void unregister_app()
 {
     note_active(false);
+    {
+        std::lock_guard hold(sLock);
+        if (sOwn.team != getpid())
+            return;
+    }
+    close_channel();
     std::lock_guard hold(sLock);
-    if (sOwn.team != getpid())
-        return;
     sOwn = RunningApp();
     if (sOwnDescriptor < 0)
         return;
@@ -169,8 +189,10 @@ static bool read_entry(int folder, const char* name, RunningApp* app)
     struct flock lock = whole_file();
     struct stat info;
     bool valid = fstat(fd, &info) == 0 && S_ISREG(info.st_mode) && fcntl(fd, F_GETLK, &lock) == 0;
-    if (valid && lock.l_type == F_UNLCK)
-        unlinkat(folder, name, 0);
+    if (valid && lock.l_type == F_UNLCK) {
+        for (const char* suffix : { "", ".port", ".messages" })
+            unlinkat(folder, (std::string(name) + suffix).c_str(), 0);
+    }
     valid = valid && lock.l_type != F_UNLCK && lock.l_pid == app->team;
     if (valid) {
         std::string text(kMaxEntry, '\0');
@@ -206,6 +228,11 @@ std::vector<RunningApp> running_apps()
         return a.began != b.began ? a.began < b.began : a.team < b.team;
     });
     return apps;
+}
+
+BMessenger messenger_to(const RunningApp& app)
+{
+    return MessengerAccess::MakeFor(app.team, app.looper, kPreferredToken);
 }
 
 team_id active_team()

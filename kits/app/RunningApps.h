@@ -7,6 +7,7 @@
 // on it as long as it lives: a file without one is a program's that crashed, and is removed by who
 // finds it.
 
+#include <Messenger.h>
 #include <OS.h>
 
 #include <string>
@@ -17,6 +18,7 @@ namespace BPrivate __attribute__((visibility("hidden"))) {
 struct RunningApp {
     team_id team = -1;
     thread_id thread = -1;
+    int32 looper = 0;       // token of the application's looper
     uint32 flags = 0;       // launch mode, as app_info has it
     bigtime_t began = 0;    // when it registered, microseconds since 1970
     std::string signature;
@@ -26,8 +28,15 @@ struct RunningApp {
 // The folder: "roster" below the user's runtime directory, else a private one below /tmp. Empty if
 // there is none that nobody else can write to.
 std::string roster_folder();
+std::string make_roster_folder();
 
-void register_app(const char* signature, thread_id thread);
+// To its BApplication.
+BMessenger messenger_to(const RunningApp& app);
+
+// Asks an application to bring its windows to the front.
+enum : uint32 { kActivateApp = '_RAC' };
+
+void register_app(const char* signature, thread_id thread, int32 looper);
 void unregister_app();
 
 // All that run, this one included, in the order in which they began.

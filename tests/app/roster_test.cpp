@@ -17,6 +17,12 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <thread>
+
+#include <sys/socket.h>
+#include <sys/un.h>
+
+#include "app/Mailbox.h"
 #include "support/desktop_folder.h"
 #include "support/probe.h"
 
@@ -301,4 +307,176 @@ TEST(Roster, LaunchHandsMessagesToAnApplicationOfOurs)
     wait_for_thread(team, nullptr);
     for (const auto& entry : std::filesystem::directory_iterator(folder.At(".run/beos-roster")))
         EXPECT_FALSE(entry.path().string().ends_with(".messages"));
+}
+
+TEST(Roster, MessagesReachAnotherApplicationAndAnswersComeBack)
+{
+    TempFolder folder;
+    BApplication app(kSignature);
+    OtherApp other(folder);
+    status_t status = B_ERROR;
+    const BMessenger messenger(kOther, -1, &status);
+    ASSERT_EQ(B_OK, status);
+    EXPECT_TRUE(messenger.IsValid());
+    EXPECT_FALSE(messenger.IsTargetLocal());
+    EXPECT_EQ(nullptr, messenger.Target(nullptr));
+    EXPECT_FALSE(messenger.LockTarget());
+    EXPECT_EQ(other.Team(), messenger.Team());
+    EXPECT_EQ(messenger, BMessenger(nullptr, other.Team()));
+
+    BMessage question('echo'), answer;
+    question.AddString("text", std::string(100000, 'x').c_str());
+    EXPECT_EQ(B_OK, messenger.SendMessage(&question, &answer));
+    EXPECT_EQ(static_cast<uint32>('echd'), answer.what);
+    EXPECT_STREQ(question.FindString("text"), answer.FindString("text"));
+    EXPECT_TRUE(answer.IsReply());
+    EXPECT_EQ(B_OK, messenger.SendMessage('none', &answer));
+    EXPECT_EQ(static_cast<uint32>(B_NO_REPLY), answer.what) << "deleted unanswered";
+
+    Mailbox mail;
+    BLooper* looper = new BLooper;
+    ListeningHandler* handler = new ListeningHandler(mail);
+    looper->AddHandler(handler);
+    looper->Run();
+    for (int i = 0; i < 200; ++i)
+        EXPECT_EQ(B_OK, messenger.SendMessage('echo', handler)) << "more than a queue holds";
+    for (int i = 0; i < 200; ++i)
+        EXPECT_EQ(static_cast<uint32>('echd'), mail.TakeWhat());
+    looper->Lock();
+    looper->Quit();
+    delete handler;
+
+    question.AddString("text", std::string(200000, 'x').c_str());
+    EXPECT_EQ(B_BUFFER_OVERFLOW, messenger.SendMessage(&question));
+    EXPECT_EQ(B_MISMATCHED_VALUES, BMessenger().SetTo(kSignature, other.Team()));
+    EXPECT_EQ(B_BAD_TEAM_ID, BMessenger().SetTo(nullptr, INT32_MAX));
+    EXPECT_EQ(B_BAD_VALUE, BMessenger().SetTo("application/x-vnd.None"));
+}
+
+TEST(Roster, WhoWaitsForAnApplicationThatDiesIsToldSo)
+{
+    TempFolder folder;
+    BApplication app(kSignature);
+    OtherApp other(folder);
+    const BMessenger messenger(kOther);
+    suspend_thread(other.Team());
+    BMessage question('echo'), answer;
+    EXPECT_EQ(B_TIMED_OUT, messenger.SendMessage(&question, &answer, B_INFINITE_TIMEOUT, 20000));
+    std::thread killer([&] { snooze(50000); other.End(); });
+    EXPECT_EQ(B_BAD_PORT_ID, messenger.SendMessage(&question, &answer));
+    killer.join();
+    EXPECT_EQ(B_BAD_PORT_ID, messenger.SendMessage('note'));
+    EXPECT_FALSE(messenger.IsValid());
+}
+
+// What anybody of the same user may send to the application's socket.
+TEST(Roster, MalformedPacketsAreDropped)
+{
+    TempFolder folder;
+    BApplication app(kSignature);
+    const int fd = socket(AF_UNIX, SOCK_DGRAM | SOCK_CLOEXEC, 0);
+    sockaddr_un address = {};
+    address.sun_family = AF_UNIX;
+    folder.At(".run/beos-roster/" + std::to_string(getpid()) + ".port")
+        .copy(address.sun_path, sizeof(address.sun_path) - 1);
+    ASSERT_EQ(0, connect(fd, reinterpret_cast<sockaddr*>(&address), sizeof(address)));
+    BMessage message('note');
+    message.AddString("text", "x");
+    std::string valid("BMS1", 4);
+    const int32 numbers[] = { 999999, -1, getpid(), 999999, -1, 4 | 2 };
+    valid.append(reinterpret_cast<const char*>(numbers), sizeof(numbers));
+    const size_t head = valid.size();
+    valid.resize(head + message.FlattenedSize());
+    message.Flatten(valid.data() + head, message.FlattenedSize());
+    unsigned seed = 12345;
+    for (int i = 0; i < 3000; ++i) {
+        std::string packet = valid;
+        for (int change = 0; change < 1 + i % 4; ++change) {
+            seed = seed * 1664525 + 1013904223;
+            packet[(seed >> 8) % packet.size()] = static_cast<char>(seed >> 24);
+        }
+        packet.resize(packet.size() - (i % 5 == 0 ? (seed >> 4) % packet.size() : 0));
+        send(fd, packet.data(), packet.size(), 0);
+    }
+    send(fd, "", 0, 0);
+    send(fd, valid.data(), valid.size(), 0);  // well-formed, for a looper that is not there
+    close(fd);
+    // The channel still works.
+    OtherApp other(folder);
+    BMessage answer;
+    EXPECT_EQ(B_OK, BMessenger(kOther).SendMessage('echo', &answer));
+    EXPECT_EQ(static_cast<uint32>('echd'), answer.what);
+}
+
+TEST(Roster, WatchersHearOfStartEndAndCrash)
+{
+    TempFolder folder;
+    BApplication app(kSignature);
+    Mailbox mail;
+    BLooper* looper = new BLooper;
+    ListeningHandler* handler = new ListeningHandler(mail);
+    looper->AddHandler(handler);
+    looper->Run();
+    const BMessenger target(handler);
+    ASSERT_EQ(B_OK, be_roster->StartWatching(target));
+    for (const bool crashes : { true, false }) {
+        OtherApp other(folder);
+        BMessage news = mail.Take();
+        EXPECT_EQ(static_cast<uint32>(B_SOME_APP_LAUNCHED), news.what);
+        EXPECT_STREQ(kOther, news.FindString("be:signature"));
+        EXPECT_EQ(other.Team(), news.FindInt32("be:team"));
+        if (crashes)
+            other.End();
+        else
+            BMessenger(kOther).SendMessage('quit');
+        news = mail.Take();
+        EXPECT_EQ(static_cast<uint32>(B_SOME_APP_QUIT), news.what);
+        EXPECT_STREQ(kOther, news.FindString("be:signature"));
+    }
+    EXPECT_EQ(B_OK, be_roster->StopWatching(target));
+    EXPECT_EQ(B_BAD_VALUE, be_roster->StopWatching(target));
+    EXPECT_EQ(B_BAD_VALUE, be_roster->StartWatching(BMessenger()));
+    looper->Lock();
+    looper->Quit();
+    delete handler;
+}
+
+TEST(Roster, SingleLaunchPassesMessagesToTheOneThatRuns)
+{
+    DesktopFolder folder;
+    BApplication app(kSignature);
+    const std::string program = folder.At("/single");
+    std::filesystem::copy_file(app_probe_path(), program);
+    setenv("LD_LIBRARY_PATH", (std::filesystem::path(app_probe_path()).parent_path() / "../lib").c_str(), 1);
+    setenv("PROBE_SIGNATURE", kOther, 1);
+    setenv("PROBE_REPORT", folder.At("/heard").c_str(), 1);
+    const entry_ref ref = ref_for(program);
+    BNode node(program.c_str());
+    const uint32 flags = B_SINGLE_LAUNCH;
+    if (node.WriteAttr("BEOS:APP_FLAGS", B_UINT32_TYPE, 0, &flags, sizeof(flags))
+        != sizeof(flags))
+        GTEST_SKIP() << "no attributes here";
+    team_id first = -1, second = -1;
+    ASSERT_EQ(B_OK, be_roster->Launch(&ref, 0, nullptr, &first));
+    EXPECT_TRUE(eventually([&] { return std::filesystem::exists(folder.At("/heard")); }));
+    app_info info;
+    ASSERT_EQ(B_OK, be_roster->GetRunningAppInfo(first, &info));
+    EXPECT_EQ(flags, info.flags);
+    BMessage refs(B_REFS_RECEIVED);
+    const entry_ref letter = ref_for(folder.Put("/letter.txt", "Dear"));
+    refs.AddRef("refs", &letter);
+    EXPECT_EQ(B_ALREADY_RUNNING, be_roster->Launch(&ref, &refs, &second));
+    EXPECT_EQ(first, second);
+    const char* arguments[] = { "again" };
+    EXPECT_EQ(B_ALREADY_RUNNING, be_roster->Launch(&ref, 1, arguments, &second));
+    EXPECT_TRUE(eventually([&] {
+        return probe_report(folder.At("/heard")) == Texts{ "ref letter.txt", "arg again" };
+    }));
+    BMessage news('news');
+    EXPECT_EQ(B_OK, be_roster->Broadcast(&news));
+    EXPECT_TRUE(eventually([&] { return probe_report(folder.At("/heard")).size() == 3; }));
+    EXPECT_EQ(B_OK, be_roster->ActivateApp(first));
+    EXPECT_EQ(B_BAD_TEAM_ID, be_roster->ActivateApp(INT32_MAX));
+    kill_team(first);
+    wait_for_thread(first, nullptr);
 }

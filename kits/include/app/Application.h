@@ -88,6 +88,7 @@ private:
     void _InitApp(const char* signature, status_t* error);
     bigtime_t _Idle() override;
     void _QuitLoopers();
+    void _ActivateWindow();
     void _PostLaunchMessages();
     void _ArgvReceived(BMessage* message);
     void _SetCursorHidden(bool hidden);
