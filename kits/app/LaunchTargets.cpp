@@ -3,11 +3,11 @@
 #include "app/LaunchTargets.h"
 
 #include <FindDirectory.h>
+#include <MimeType.h>
 #include <Node.h>
+#include <NodeInfo.h>
 #include <Path.h>
 #include <Roster.h>
-#include <StorageDefs.h>
-#include <TypeConstants.h>
 
 #include <limits.h>
 #include <stdio.h>
@@ -17,37 +17,33 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <algorithm>
-
-#include <gio/gio.h>
-
 #include "app/RunningApps.h"
 #include "storage/MimeNames.h"
 #include "storage/SharedMime.h"
 
 namespace BPrivate {
 
-static std::string text_attribute(const std::string& path, const char* name)
-{
-    BNode node(path.c_str());
-    char text[B_PATH_NAME_LENGTH];
-    const ssize_t size = node.ReadAttr(name, B_STRING_TYPE, 0, text, sizeof(text) - 1);
-    return size > 0 ? std::string(text, strnlen(text, size)) : "";
-}
-
 std::string type_of_file(const std::string& path)
 {
-    std::string type = text_attribute(path, "BEOS:TYPE");
-    if (storage::is_mime_name(type.c_str()))
-        return type;
-    GFile* file = g_file_new_for_path(path.c_str());
-    GFileInfo* info = g_file_query_info(file, G_FILE_ATTRIBUTE_STANDARD_CONTENT_TYPE,
-                                        G_FILE_QUERY_INFO_NONE, nullptr, nullptr);
-    g_object_unref(file);
-    const char* guessed = info != nullptr ? g_file_info_get_content_type(info) : nullptr;
-    type = guessed != nullptr ? guessed : "application/octet-stream";
-    g_clear_object(&info);
-    return type;
+    BNode node(path.c_str());
+    const BNodeInfo info(&node);
+    char type[B_MIME_TYPE_LENGTH];
+    return info.GetType(type) == B_OK ? type : "application/octet-stream";
+}
+
+// The signature of the application for this very file; empty if it names none.
+static std::string preferred_for_file(const std::string& path)
+{
+    BNode node(path.c_str());
+    const BNodeInfo info(&node);
+    char signature[B_MIME_TYPE_LENGTH];
+    return info.GetPreferredApp(signature) == B_OK ? signature : "";
+}
+
+static std::string preferred_for_type(const char* type)
+{
+    char signature[B_MIME_TYPE_LENGTH];
+    return BMimeType(type).GetPreferredApp(signature) == B_OK ? signature : "";
 }
 
 // True for what the host runs: on file systems where every file is executable, the bytes tell.
@@ -82,32 +78,54 @@ static status_t use(const storage::ApplicationRef& application, LaunchTarget* ta
     return B_OK;
 }
 
-status_t find_target(const char* type, LaunchTarget* target)
+// By desktop entry, else where it runs, else where it was when it was installed.
+static status_t find_by_signature(const char* signature, LaunchTarget* target)
 {
-    if (type == nullptr || !storage::is_mime_name(type) || strchr(type, '/') == nullptr)
-        return B_BAD_VALUE;
-    if (storage::ApplicationRef application = storage::find_application(type))
-        return use(application, target);
-    if (storage::ApplicationRef application = storage::default_application(type))
+    if (storage::ApplicationRef application = storage::find_application(signature))
         return use(application, target);
     for (const RunningApp& app : running_apps()) {
-        if (strcasecmp(app.signature.c_str(), type) == 0) {
+        if (strcasecmp(app.signature.c_str(), signature) == 0) {
             target->executable = app.path;
             return B_OK;
         }
     }
-    return storage::SharedMime::Get()->Contains(type) ? B_LAUNCH_FAILED_NO_PREFERRED_APP
-                                                      : B_LAUNCH_FAILED_APP_NOT_FOUND;
+    entry_ref hint;
+    if (BMimeType(signature).GetAppHint(&hint) != B_OK)
+        return B_LAUNCH_FAILED_APP_NOT_FOUND;
+    const BPath path(&hint);
+    if (path.InitCheck() != B_OK || !is_program(path.Path()))
+        return B_LAUNCH_FAILED_APP_NOT_FOUND;
+    target->executable = path.Path();
+    return B_OK;
 }
 
-static status_t find_target_for_document(const std::string& path, LaunchTarget* target)
+static status_t find_by_type(const char* type, LaunchTarget* target)
+{
+    const std::string preferred = preferred_for_type(type);
+    if (!preferred.empty() && find_by_signature(preferred.c_str(), target) == B_OK)
+        return B_OK;
+    const storage::ApplicationRef application = storage::default_application(type);
+    return application != nullptr ? use(application, target) : B_LAUNCH_FAILED_NO_PREFERRED_APP;
+}
+
+status_t find_target(const char* type, LaunchTarget* target)
+{
+    if (type == nullptr || !storage::is_mime_name(type) || strchr(type, '/') == nullptr)
+        return B_BAD_VALUE;
+    if (find_by_signature(type, target) == B_OK)
+        return B_OK;
+    const status_t status = find_by_type(type, target);
+    return status == B_OK || storage::SharedMime::Get()->Contains(type)
+        ? status : B_LAUNCH_FAILED_APP_NOT_FOUND;
+}
+
+static status_t find_for_document(const std::string& path, LaunchTarget* target)
 {
     target->document = path;
-    const std::string preferred = text_attribute(path, "BEOS:PREF_APP");
-    if (!preferred.empty() && find_target(preferred.c_str(), target) == B_OK)
+    const std::string preferred = preferred_for_file(path);
+    if (!preferred.empty() && find_by_signature(preferred.c_str(), target) == B_OK)
         return B_OK;
-    const storage::ApplicationRef application = storage::default_application(type_of_file(path));
-    return application != nullptr ? use(application, target) : B_LAUNCH_FAILED_NO_PREFERRED_APP;
+    return find_by_type(type_of_file(path).c_str(), target);
 }
 
 status_t find_target(const entry_ref* ref, LaunchTarget* target)
@@ -132,7 +150,7 @@ status_t find_target(const entry_ref* ref, LaunchTarget* target)
         storage::find_application_by_id(path.substr(path.rfind('/') + 1));
     if (named != nullptr && named->path == path)
         return use(named, target);
-    return find_target_for_document(entry.Path(), target);
+    return find_for_document(entry.Path(), target);
 }
 
 }  // namespace BPrivate

@@ -4,9 +4,9 @@
 
 #include "app/RunningApps.h"
 
-#include <Node.h>
+#include <AppFileInfo.h>
+#include <File.h>
 #include <Roster.h>
-#include <TypeConstants.h>
 
 #include <dirent.h>
 #include <errno.h>
@@ -110,10 +110,10 @@ static struct flock whole_file()
 
 uint32 launch_flags_of(const char* path)
 {
-    const BNode node(path);
-    uint32 flags = B_MULTIPLE_LAUNCH;
-    if (const_cast<BNode&>(node).ReadAttr("BEOS:APP_FLAGS", B_UINT32_TYPE, 0, &flags, sizeof(flags))
-        != sizeof(flags))
+    BFile file(path, B_READ_ONLY);
+    const BAppFileInfo info(&file);
+    uint32 flags;
+    if (info.GetAppFlags(&flags) != B_OK)
         return B_MULTIPLE_LAUNCH;
     return flags & (B_LAUNCH_MASK | B_BACKGROUND_APP | B_ARGV_ONLY);
 }

@@ -3,14 +3,17 @@
 #include <gtest/gtest.h>
 
 #include <AppDefs.h>
+#include <AppFileInfo.h>
 #include <Application.h>
 #include <Entry.h>
+#include <File.h>
 #include <List.h>
 #include <Message.h>
+#include <MimeType.h>
 #include <Node.h>
+#include <NodeInfo.h>
 #include <Path.h>
 #include <Roster.h>
-#include <TypeConstants.h>
 
 #include <image.h>
 #include <signal.h>
@@ -207,6 +210,19 @@ TEST(Roster, FindsApplicationsBySignatureTypeAndFile)
     entry_ref text = ref_for(folder.Put("/letter.txt", "Dear"));
     EXPECT_EQ(B_OK, be_roster->FindApp(&text, &app));
     EXPECT_EQ(program, path_of(app));
+    const std::string own = folder.PutEntry(folder.UserEntry("own.desktop"), "own",
+                                            "X-BeOS-Signature=application/x-vnd.Test-Own\n");
+    BNode node(folder.At("/letter.txt").c_str());
+    if (BNodeInfo(&node).SetPreferredApp("application/x-vnd.Test-Own") == B_OK) {
+        EXPECT_EQ(B_OK, be_roster->FindApp(&text, &app));
+        EXPECT_EQ(own, path_of(app)) << "the file's own choice";
+    }
+    entry_ref hint = ref_for(app_probe_path());
+    BMimeType hinted("application/x-vnd.Test-Hinted");
+    hinted.Install();
+    EXPECT_EQ(B_OK, hinted.SetAppHint(&hint));
+    EXPECT_EQ(B_OK, be_roster->FindApp("application/x-vnd.Test-Hinted", &app));
+    EXPECT_EQ(hint, app);
     entry_ref itself = ref_for(app_probe_path());
     EXPECT_EQ(B_OK, be_roster->FindApp(&itself, &app));
     EXPECT_EQ(itself, app);
@@ -451,11 +467,11 @@ TEST(Roster, SingleLaunchPassesMessagesToTheOneThatRuns)
     setenv("PROBE_SIGNATURE", kOther, 1);
     setenv("PROBE_REPORT", folder.At("/heard").c_str(), 1);
     const entry_ref ref = ref_for(program);
-    BNode node(program.c_str());
+    BFile file(program.c_str(), B_READ_WRITE);
     const uint32 flags = B_SINGLE_LAUNCH;
-    if (node.WriteAttr("BEOS:APP_FLAGS", B_UINT32_TYPE, 0, &flags, sizeof(flags))
-        != sizeof(flags))
+    if (BAppFileInfo(&file).SetAppFlags(flags) != B_OK)
         GTEST_SKIP() << "no attributes here";
+    file.Unset();
     team_id first = -1, second = -1;
     ASSERT_EQ(B_OK, be_roster->Launch(&ref, 0, nullptr, &first));
     EXPECT_TRUE(eventually([&] { return std::filesystem::exists(folder.At("/heard")); }));

@@ -119,7 +119,7 @@ TEST(SystemList, AtMostSixtyFourRecentItems)
 {
     DesktopFolder folder;
     for (int i = 0; i < 70; ++i)
-        AddRecentDocument(folder.Put(std::to_string(i).insert(0, "/").append(".txt")).c_str());
+        AddRecentDocument(folder.Put(std::string("/").append(std::to_string(i)).append(".txt")).c_str());
     GetRecentDocument();
     EXPECT_EQ(64, CountList());
     EXPECT_EQ(folder.At("/69.txt"), GetInfoList(0));
