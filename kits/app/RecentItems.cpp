@@ -18,6 +18,7 @@
 
 #include <gio/gio.h>
 
+#include "app/BookmarkText.h"
 #include "storage/DataFolders.h"
 #include "storage/FileReplacement.h"
 
@@ -78,19 +79,52 @@ static std::string command_of(const std::string& name)
     return command;
 }
 
-// Has `edit` change the list, and writes it.
-static void edit_list(const std::function<void(GBookmarkFile* file)>& edit)
+static std::string text_of(GBookmarkFile* file)
+{
+    gsize size = 0;
+    char* data = g_bookmark_file_to_data(file, &size, nullptr);
+    const std::string text = data != nullptr ? std::string(data, size) : "";
+    g_free(data);
+    return text;
+}
+
+// A list of one bookmark, as `text` has it, or of none.
+static Bookmarks extract(const std::string& text, const std::string& uri)
+{
+    Bookmarks none = parse("");
+    const std::string element = bookmark_in(text, uri);
+    Bookmarks one = parse(element.empty() ? ""
+                                          : with_bookmark(text_of(none.get()), uri, element));
+    return one != nullptr ? std::move(one) : std::move(none);
+}
+
+using Edit = std::function<void(GBookmarkFile* file)>;
+
+// Changes one bookmark of a list; empty if that did not give a list that is understood.
+static std::string edit_one(const std::string& text, const std::string& uri, const Edit& edit)
+{
+    const Bookmarks one = extract(text, uri);
+    edit(one.get());
+    const std::string whole = text_of(one.get());
+    const std::string edited = with_bookmark(text, uri, bookmark_in(whole, uri));
+    const Bookmarks check = parse(edited);
+    return check != nullptr && g_bookmark_file_has_item(check.get(), uri.c_str()) ? edited : "";
+}
+
+// Has `edit` change a bookmark, and writes the list. The rest of it is left alone where that can
+// be, since GLib drops what it does not know of.
+static void edit_list(const std::string& uri, const Edit& edit)
 {
     storage::edit_file(list_path(), [&](const std::string& text) {
         const Bookmarks file = parse(text);
         if (file == nullptr)
             return text;
-        edit(file.get());
-        gsize size = 0;
-        char* data = g_bookmark_file_to_data(file.get(), &size, nullptr);
-        const std::string edited = data != nullptr ? std::string(data, size) : text;
-        g_free(data);
-        return edited;
+        std::string edited = text.empty() ? "" : edit_one(text, uri, edit);
+        if (edited.empty()) {
+            edit(file.get());
+            edited = text_of(file.get());
+        }
+        return edited.empty() ? text : edited;
     });
 }
 
@@ -111,7 +145,7 @@ void add_recent_file(const std::string& path, const std::string& type, const cha
     const std::string uri = uri_of(path);
     const std::string name = own_name(signature);
     if (!uri.empty())
-        edit_list([&](GBookmarkFile* file) { touch(file, uri, type, name); });
+        edit_list(uri, [&](GBookmarkFile* file) { touch(file, uri, type, name); });
 }
 
 void add_recent_app(const std::string& executable, const storage::ApplicationRef& application)
@@ -120,7 +154,7 @@ void add_recent_app(const std::string& executable, const storage::ApplicationRef
     const std::string name = application != nullptr ? application->signature : executable;
     if (uri.empty())
         return;
-    edit_list([&](GBookmarkFile* file) {
+    edit_list(uri, [&](GBookmarkFile* file) {
         touch(file, uri, "application/x-executable", name);
         g_bookmark_file_add_group(file, uri.c_str(), kApplications);
         g_bookmark_file_set_is_private(file, uri.c_str(), TRUE);

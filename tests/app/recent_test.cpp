@@ -192,6 +192,39 @@ TEST(RecentFiles, OtherProgramsReadOursAndWeTheirs)
     g_free(command);
 }
 
+// GLib itself drops bookmarks that no application has registered, folders of them, comments, and
+// what others note.
+TEST(RecentFiles, WhatOthersWroteStaysByteForByte)
+{
+    DesktopFolder folder;
+    const std::string text = folder.Put("/a&'b.txt", "text");
+    const std::string head = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<xbel version=\"1.0\" "
+        "xmlns:bookmark=\"http://www.freedesktop.org/standards/desktop-bookmarks\" "
+        "xmlns:mime=\"http://www.freedesktop.org/standards/shared-mime-info\">\n"
+        "<!-- <bookmark href=\"file://" + folder.Path() + "/a&amp;'b.txt\"></bookmark> -->\n";
+    const std::string foreign = "<bookmark href=\"https://example.org/?a=1&amp;b='2>\" "
+        "added=\"2020-01-01T00:00:00Z\" modified=\"2020-01-01T00:00:00Z\" "
+        "visited=\"2020-01-01T00:00:00Z\"><info><metadata owner=\"http://other.example\">"
+        "</metadata></info></bookmark>\n";
+    folder.Put("/home/data/recently-used.xbel", head + foreign + "</xbel>\n");
+    const auto bytes = [&] {
+        std::ifstream file(folder.At("/home/data/recently-used.xbel"), std::ios::binary);
+        return std::string(std::istreambuf_iterator<char>(file), {});
+    };
+    for (const char* signature : { kWriter, kReader, kWriter }) {
+        add(text, signature);
+        EXPECT_EQ(Texts{ text }, documents());
+        EXPECT_TRUE(bytes().starts_with(head + foreign)) << bytes();
+        EXPECT_TRUE(List(folder).WasAddedBy(text, signature));
+    }
+    EXPECT_TRUE(List(folder).WasAddedBy(text, kReader)) << "each keeps its note";
+    const std::string second = folder.Put("/second.txt", "text");
+    add(second);
+    add(text);
+    EXPECT_EQ((Texts{ text, second }), documents());
+    EXPECT_TRUE(List(folder).IsValid());
+}
+
 TEST(RecentFiles, AListThatIsNotUnderstoodStaysAsItIs)
 {
     DesktopFolder folder;
