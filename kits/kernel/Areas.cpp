@@ -167,6 +167,20 @@ status_t delete_area(area_id id)
     return B_OK;
 }
 
+// Whether another area shows the same pages. With the table's lock.
+static bool has_clones(const Area& area)
+{
+    struct stat mine, other;
+    if (fstat(area.descriptor, &mine) != 0)
+        return true;
+    for (const auto& [id, each] : table().areas) {
+        if (id != area.info.area && fstat(each.descriptor, &other) == 0
+            && other.st_ino == mine.st_ino)
+            return true;
+    }
+    return false;
+}
+
 status_t resize_area(area_id id, size_t newSize)
 {
     if (!is_page_multiple(newSize))
@@ -176,7 +190,6 @@ status_t resize_area(area_id id, size_t newSize)
     if (found == table().areas.end())
         return B_BAD_VALUE;
     area_info& info = found->second.info;
-    // A file that shrank would pull the pages from under a clone: it only grows.
     struct stat file;
     if (fstat(found->second.descriptor, &file) != 0)
         return B_ERROR;
@@ -185,8 +198,14 @@ status_t resize_area(area_id id, size_t newSize)
         return B_NO_MEMORY;
     if (mremap(info.address, info.size, newSize, 0) == MAP_FAILED)
         return B_NO_MEMORY;
+    const bool shrinks = newSize < info.size;
     info.size = newSize;
     info.ram_size = static_cast<uint32>(newSize);
+    // A file that shrank would pull the pages from under a clone. Without one, what is cut off must
+    // not come back when the area grows.
+    if (shrinks && !has_clones(found->second)
+        && ftruncate(found->second.descriptor, newSize) != 0)
+        return B_ERROR;
     return B_OK;
 }
 

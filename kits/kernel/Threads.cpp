@@ -278,6 +278,8 @@ status_t kill_thread(thread_id id)
         return B_OK;
     }
     thread->killed.store(true);
+    std::atomic_thread_fence(std::memory_order_seq_cst);
+    objects_changed();  // it may be watching some
     thread->wake.store(1);
     futex_wake(thread->wake, 1);
     thread->gate.store(1);

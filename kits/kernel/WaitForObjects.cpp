@@ -139,13 +139,17 @@ ssize_t wait_for_objects_etc(object_wait_info* infos, int numInfos, uint32 flags
     }
     for (;;) {
         watcher.Clear();
-        const bigtime_t left = deadline == B_INFINITE_TIMEOUT ? -1 : deadline - system_time();
+        end_if_killed();
+        const bigtime_t now = system_time();
+        const bigtime_t left = deadline > now ? deadline - now : 0;
         ssize_t ready = 0;
         bool polled = false;
         for (int i = 0; i < numInfos; ++i) {
             infos[i].events = 0;
             if (wanted[i].type != B_OBJECT_TYPE_FD)
                 infos[i].events = events_of(wanted[i]) & (wanted[i].events | kAlwaysTold);
+            else if (wanted[i].object < 0)
+                infos[i].events = B_EVENT_INVALID;  // the host would not look at it
             ready += infos[i].events != 0;
         }
         // With something ready the files are only looked at.
@@ -165,13 +169,13 @@ ssize_t wait_for_objects_etc(object_wait_info* infos, int numInfos, uint32 flags
         for (int i = 0, file = 1; polled && i < numInfos; ++i) {
             if (wanted[i].type != B_OBJECT_TYPE_FD)
                 continue;
-            infos[i].events = object_events(files[file++].revents);
-            ready += infos[i].events != 0;
+            const uint16 events = object_events(files[file++].revents);
+            ready += events != 0;
+            infos[i].events |= events;
         }
         if (ready > 0)
             return ready;
         if (deadline != B_INFINITE_TIMEOUT && system_time() >= deadline)
             return (flags & B_RELATIVE_TIMEOUT) != 0 && timeout <= 0 ? B_WOULD_BLOCK : B_TIMED_OUT;
-        end_if_killed();
     }
 }
