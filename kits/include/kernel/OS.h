@@ -58,17 +58,13 @@
 // The clock that snooze_until() goes by: that of system_time().
 #define B_SYSTEM_TIMEBASE 0
 
-// How a timeout counts; without either of the first two there is none.
+// How long a wait lasts; without either of the first two it has no limit. What may end it besides.
 enum {
     B_TIMEOUT = 8,  // the same as the next
     B_RELATIVE_TIMEOUT = 8,
     B_ABSOLUTE_TIMEOUT = 16,
     B_TIMEOUT_REAL_TIME_BASE = 64,  // of real_time_clock_usecs(), else of system_time()
-    B_ABSOLUTE_REAL_TIME_TIMEOUT = 80
-};
-
-// What may end a wait for a semaphore, besides.
-enum {
+    B_ABSOLUTE_REAL_TIME_TIMEOUT = 80,
     B_CAN_INTERRUPT = 1,  // a signal
     B_CHECK_PERMISSION = 4,
     B_KILL_CAN_INTERRUPT = 32
