@@ -5,6 +5,8 @@
 
 #include <SupportDefs.h>
 
+#include <string.h>
+
 #include <string>
 #include <string_view>
 
@@ -31,23 +33,43 @@ inline size_t valid_utf8_length(std::string_view text)
     return is_overlong || is_no_character ? 0 : length;
 }
 
+// How much of a text is UTF-8 from its start on. Plain ASCII goes eight bytes at a time.
+inline size_t valid_utf8_run(std::string_view text)
+{
+    const uint64 kHighBits = 0x8080808080808080;
+    size_t at = 0;
+    while (at < text.size()) {
+        uint64 word;
+        if (text.size() - at >= sizeof(word)) {
+            memcpy(&word, text.data() + at, sizeof(word));
+            if ((word & kHighBits) == 0) {
+                at += sizeof(word);
+                continue;
+            }
+        }
+        const size_t length = valid_utf8_length(text.substr(at));
+        if (length == 0)
+            break;
+        at += length;
+    }
+    return at;
+}
+
 // The same text in UTF-8. As drawing does it, bytes that are not UTF-8 count as Latin-1.
 inline std::string valid_utf8(std::string_view text)
 {
     std::string result;
     result.reserve(text.size());
-    while (!text.empty()) {
-        const size_t length = valid_utf8_length(text);
-        if (length > 0) {
-            result.append(text.substr(0, length));
-        } else {
-            const uint8 byte = static_cast<uint8>(text[0]);
-            result += static_cast<char>(0xC0 | byte >> 6);
-            result += static_cast<char>(0x80 | (byte & 0x3F));
-        }
-        text.remove_prefix(length > 0 ? length : 1);
+    for (;;) {
+        const size_t run = valid_utf8_run(text);
+        result.append(text.substr(0, run));
+        if (run == text.size())
+            return result;
+        const uint8 byte = static_cast<uint8>(text[run]);
+        result += static_cast<char>(0xC0 | byte >> 6);
+        result += static_cast<char>(0x80 | (byte & 0x3F));
+        text.remove_prefix(run + 1);
     }
-    return result;
 }
 
 }  // namespace BPrivate
