@@ -249,7 +249,8 @@ void many_idents(benchmark::State& state)
     void* own = windows->ItemAt(0);
     windows->MakeEmpty();
     for (size_t i = 0; i < others.size(); i++) {
-        others[i].ident = i < 5000 ? static_cast<intptr_t>(i + 1) : INT32_MAX - 10'000 + static_cast<intptr_t>(i);
+        const auto number = static_cast<intptr_t>(i);
+        others[i].ident = i < 5000 ? number + 1 : INT32_MAX - 10'000 + number;
         if (i == 5000)
             windows->AddItem(own);
         windows->AddItem(&others[i]);

@@ -203,7 +203,10 @@ void BPopUpMenu::AttachedToWindow()
 
 void BPopUpMenu::SetAsyncAutoDestruct(bool on) { fAutoDestruct = on; }
 bool BPopUpMenu::AsyncAutoDestruct() const { return fAutoDestruct; }
-BPoint BPopUpMenu::ScreenLocation() { return Superitem() != nullptr ? BMenu::ScreenLocation() : fWhere; }
+BPoint BPopUpMenu::ScreenLocation()
+{
+    return Superitem() != nullptr ? BMenu::ScreenLocation() : fWhere;
+}
 
 BMenuItem* BPopUpMenu::Go(BPoint where, bool autoInvoke, bool keepOpen, bool async)
 {

@@ -1,7 +1,8 @@
 #ifndef KERNEL_HOST_ACTIONS_H
 #define KERNEL_HOST_ACTIONS_H
 
-// What the kernel kit does to the machine and to other processes, and its clock. A test puts its own functions in.
+// What the kernel kit does to the machine and to other processes, and its clock. A test puts its
+// own functions in.
 
 #include <SupportDefs.h>
 

@@ -63,7 +63,8 @@ public:
     }
 
 private:
-    // Narrows the steps to those inside the box, which is part of Reach(), and finds the state of the first one.
+    // Narrows the steps to those inside the box, which is part of Reach(), and finds the state of
+    // the first one.
     template <class Wide>
     bool _Clip(const clipping_rect& box, int64* first, int64* last, int64* offset,
                int64* error) const

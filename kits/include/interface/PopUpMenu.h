@@ -19,8 +19,8 @@ public:
     /* Opens the menu with its left top at `where` on the screen and follows the pointer until an
        item is chosen, or none: a press elsewhere and Escape close it. Returns the item or null;
        with `autoInvoke` it has sent its message. With `async` returns null at once and goes on
-       by itself. Its items want targets of their own. A press that ends where it began (or in `openRect`, on the screen) leaves the
-       menu open, as does `keepOpen`. */
+       by itself. Its items want targets of their own. A press that ends where it began (or in
+       `openRect`, on the screen) leaves the menu open, as does `keepOpen`. */
     BMenuItem* Go(BPoint where, bool autoInvoke = false, bool keepOpen = false,
                   bool async = false);
     BMenuItem* Go(BPoint where, bool autoInvoke, bool keepOpen, BRect openRect,
