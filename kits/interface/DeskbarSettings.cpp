@@ -51,7 +51,7 @@ static BPath settings_folder()
 {
     BPath path;
     if (find_directory(B_USER_SETTINGS_DIRECTORY, &path) == B_OK)
-        path.Append("plinth");
+        path.Append("beos");
     return path;
 }
 

@@ -68,8 +68,10 @@ status_t BScreen::GetBitmap(BBitmap** _bitmap, bool drawCursor, BRect* frame)
     if (_bitmap == nullptr)
         return B_BAD_VALUE;
     *_bitmap = nullptr;
+    if (!IsValid())
+        return B_ERROR;
     BRect rect = frame != nullptr ? *frame & Frame() : Frame();
-    if (!rect.IsValid())
+    if (!rect.IsValid() || (frame != nullptr && !frame->IsValid()))
         return B_BAD_VALUE;
     auto bitmap = std::make_unique<BBitmap>(rect.OffsetToCopy(0, 0), B_RGB32);
     status_t status = bitmap->InitCheck();
@@ -84,14 +86,20 @@ status_t BScreen::ReadBitmap(BBitmap* bitmap, bool, BRect* frame)
 {
     if (bitmap == nullptr || !bitmap->IsValid())
         return B_BAD_VALUE;
+    if (!IsValid())
+        return B_ERROR;
+    const BRect rect = frame != nullptr ? *frame : Frame();
+    if (!rect.IsValid())
+        return B_BAD_VALUE;
     std::vector<uint32> pixels;
     int32 width, height;
-    status_t status = server::ReadScreen(frame != nullptr ? *frame : Frame(), &pixels, &width,
-                                         &height);
+    status_t status = server::ReadScreen(rect, &pixels, &width, &height);
     if (status != B_OK)
         return status;
+    // What lies outside the screen is left as it is.
+    const BPoint to = (rect & Frame()).LeftTop() - rect.LeftTop();
     return bitmap->ImportBits(pixels.data(), int32(pixels.size() * sizeof(uint32)), width * 4,
-                              B_RGB32, BPoint(0, 0), BPoint(0, 0),
+                              B_RGB32, BPoint(0, 0), to,
                               BSize(float(width - 1), float(height - 1)));
 }
 

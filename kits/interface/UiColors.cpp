@@ -4,9 +4,11 @@
 
 #include <Message.h>
 
+#include <algorithm>
 #include <atomic>
 #include <cmath>
 #include <cstring>
+#include <iterator>
 
 namespace {
 
@@ -60,8 +62,10 @@ const ColorRow kColors[] = {
 
 const size_t kColorCount = std::size(kColors);
 
-// 0 where the default holds, else the colour with its alpha; a colour of four zeros is lost.
-std::atomic<uint32> sSet[kColorCount];
+// 0 where the default holds, else the colour with its alpha and kIsSet.
+std::atomic<uint64> sSet[kColorCount];
+
+const uint64 kIsSet = uint64(1) << 32;
 
 const ColorRow* row_of(color_which which)
 {
@@ -87,7 +91,7 @@ rgb_color ui_color(color_which which)
     const ColorRow* row = row_of(which);
     if (row == nullptr)
         return make_color(0, 0, 0);
-    uint32 set = sSet[row - kColors].load(std::memory_order_relaxed);
+    const uint64 set = sSet[row - kColors].load(std::memory_order_relaxed);
     if (set == 0)
         return row->color;
     return make_color(uint8(set >> 16), uint8(set >> 8), uint8(set), uint8(set >> 24));
@@ -113,7 +117,7 @@ void set_ui_color(const color_which& which, const rgb_color& color)
     const ColorRow* row = row_of(which);
     if (row == nullptr)
         return;
-    sSet[row - kColors] = uint32(color.alpha) << 24 | uint32(color.red) << 16 |
+    sSet[row - kColors] = kIsSet | uint32(color.alpha) << 24 | uint32(color.red) << 16 |
                           uint32(color.green) << 8 | color.blue;
 }
 

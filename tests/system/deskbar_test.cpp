@@ -37,7 +37,7 @@ static const char* const kPlasma
 
 static std::string settings_file(const TempFolder& folder)
 {
-    return folder.At("/home/config/plinth/deskbar");
+    return folder.At("/home/config/beos/deskbar");
 }
 
 static std::string read_file(const std::string& path)
@@ -48,8 +48,8 @@ static std::string read_file(const std::string& path)
 
 static void write_settings(const TempFolder& folder, const std::string& text)
 {
-    std::filesystem::create_directories(folder.At("/home/config/plinth"));
-    folder.Put("/home/config/plinth/deskbar", text);
+    std::filesystem::create_directories(folder.At("/home/config/beos"));
+    folder.Put("/home/config/beos/deskbar", text);
 }
 
 TEST(Deskbar, BeginsExpandedInTheRightTopCorner)
@@ -155,7 +155,7 @@ TEST(Deskbar, WhatCannotBeKeptSaysWhy)
     EXPECT_TRUE(BDeskbar().IsExpanded());
     std::filesystem::remove(folder.At("/home/config"));
     write_settings(folder, "");
-    const int held = open(folder.At("/home/config/plinth").c_str(), O_RDONLY | O_DIRECTORY);
+    const int held = open(folder.At("/home/config/beos").c_str(), O_RDONLY | O_DIRECTORY);
     ASSERT_EQ(flock(held, LOCK_EX), 0);
     EXPECT_EQ(BDeskbar().Expand(false), B_BUSY);
     close(held);
@@ -187,7 +187,7 @@ TEST(Deskbar, SettingsMadeByManyProgramsAtOnceAllCount)
         EXPECT_EQ(deskbar.IsAlwaysOnTop(), value);
     }
     int files = 0;
-    for (const auto& entry : std::filesystem::directory_iterator(folder.At("/home/config/plinth")))
+    for (const auto& entry : std::filesystem::directory_iterator(folder.At("/home/config/beos")))
         files += entry.exists();
     EXPECT_EQ(files, 1) << "nothing else is left behind";
 }

@@ -33,7 +33,9 @@ public:
     uint8 InvertIndex(uint8 index);
     const color_map* ColorMap();
     /* What this program's windows show in front of the desktop, without the pointer. `frame` null:
-       the whole screen. GetBitmap() makes a bitmap that is the caller's; ReadBitmap() fills one. */
+       the whole screen. GetBitmap() makes a bitmap that is the caller's, of what of the frame is on
+       the screen; ReadBitmap() fills one from its left top, and leaves what is beside the screen as
+       it is. B_BAD_VALUE for null and for frames wholly beside it, B_ERROR of no screen. */
     status_t GetBitmap(BBitmap** _bitmap, bool drawCursor = true, BRect* frame = nullptr);
     status_t ReadBitmap(BBitmap* bitmap, bool drawCursor = true, BRect* frame = nullptr);
     /* The colour behind the windows in memory; other displays have desktops of their own. */
