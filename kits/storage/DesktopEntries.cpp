@@ -19,7 +19,7 @@
 #include <glib.h>
 
 #include "DataFolders.h"
-#include "FolderChanges.h"
+#include "KeptFiles.h"
 #include "MimeNames.h"
 #include "UriPaths.h"
 
@@ -281,9 +281,7 @@ static std::shared_ptr<const Entries> read_entries()
 
 static std::shared_ptr<const Entries> current_entries()
 {
-    static std::mutex lock;
-    static FolderChanges changes;                   // lock
-    static std::shared_ptr<const Entries> entries;  // lock
+    auto& [lock, changes, entries] = kept_while_running<std::shared_ptr<const Entries>>();
     const int before = errno;
     std::lock_guard guard(lock);
     if (entries == nullptr || changes.Changed()) {

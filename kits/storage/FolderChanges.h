@@ -28,6 +28,8 @@ public:
     void Watch(const std::vector<Folder>& folders);
     // True if something changed since Watch(), or since the last call; true too before Watch().
     bool Changed();
+    // Readable when there may be changes; -1 where the host does not tell, and before Watch().
+    int Descriptor() const { return fBlind ? -1 : fFd; }
 
 private:
     struct Rule {

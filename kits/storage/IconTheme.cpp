@@ -18,6 +18,7 @@ namespace storage {
 
 static const size_t kMaxDepth = 16;  // of themes that inherit
 static const char* const kFallbacks[] = { "Adwaita", "breeze", "hicolor" };
+static const char* const kGroup = "Icon Theme";
 static const char* const kEndings[] = { ".png", ".svg", ".xpm" };
 
 // ---- The user's choice
@@ -124,55 +125,63 @@ IconTheme::IconTheme(const std::string& name)
         _Add(fallback, 0);
 }
 
+static std::string get_text(GKeyFile* file, const std::string& group, const char* key)
+{
+    return take_text(g_key_file_get_string(file, group.c_str(), key, nullptr));
+}
+
+// A folder of a theme as its index tells it, wherever the theme has one of that name.
+void IconTheme::_AddFolder(GKeyFile* index, const std::string& leaf,
+                           const std::vector<std::string>& places)
+{
+    const int size = get_number(index, leaf, "Size", 0);
+    if (size <= 0 || get_number(index, leaf, "Scale", 1) != 1)
+        return;
+    Folder folder = { "", size, size, size };
+    const std::string type = get_text(index, leaf, "Type");
+    if (type == "Scalable") {
+        folder.min_size = get_number(index, leaf, "MinSize", size);
+        folder.max_size = get_number(index, leaf, "MaxSize", size);
+    } else if (type != "Fixed") {
+        const int slack = get_number(index, leaf, "Threshold", 2);
+        folder.min_size = size - slack;
+        folder.max_size = size + slack;
+    }
+    for (const std::string& place : places) {
+        folder.path = place + "/" + leaf;
+        if (is_folder(folder.path))
+            fThemes.back().push_back(folder);
+    }
+}
+
 void IconTheme::_Add(const std::string& name, size_t depth)
 {
     if (name.empty() || depth > kMaxDepth
         || std::find(fNames.begin(), fNames.end(), name) != fNames.end())
         return;
     std::vector<std::string> places;
-    GKeyFile* index = g_key_file_new();
+    const std::unique_ptr<GKeyFile, decltype(&g_key_file_unref)> index(g_key_file_new(),
+                                                                       &g_key_file_unref);
     bool loaded = false;
     for (const std::string& folder : icon_folders()) {
         const std::string place = folder + "/" + name;
         if (!is_folder(place))
             continue;
         places.push_back(place);
-        loaded = loaded || g_key_file_load_from_file(index, (place + "/index.theme").c_str(),
+        loaded = loaded || g_key_file_load_from_file(index.get(), (place + "/index.theme").c_str(),
                                                      G_KEY_FILE_NONE, nullptr);
     }
-    const auto get = [&](const char* key) {
-        return take_text(g_key_file_get_string(index, "Icon Theme", key, nullptr));
-    };
-    if (loaded) {
-        std::vector<Folder> folders;
-        const std::string list = get("Directories") + "," + get("ScaledDirectories");
-        for (const std::string& leaf : split_text(list, ',')) {
-            const int size = get_number(index, leaf, "Size", 0);
-            const std::string type = take_text(
-                g_key_file_get_string(index, leaf.c_str(), "Type", nullptr));
-            const int slack = type == "Fixed" || type == "Scalable"
-                ? 0 : get_number(index, leaf, "Threshold", 2);
-            const bool scalable = type == "Scalable";
-            if (size <= 0 || get_number(index, leaf, "Scale", 1) != 1)
-                continue;
-            for (const std::string& place : places) {
-                if (!is_folder(place + "/" + leaf))
-                    continue;
-                folders.push_back({ place + "/" + leaf, size,
-                    scalable ? get_number(index, leaf, "MinSize", size) : size - slack,
-                    scalable ? get_number(index, leaf, "MaxSize", size) : size + slack });
-            }
-        }
-        fNames.push_back(name);
-        fThemes.push_back(std::move(folders));
-        for (const std::string& parent : split_text(get("Inherits"), ',')) {
-            // What all fall back to stays the last.
-            if (std::find(std::begin(kFallbacks), std::end(kFallbacks), parent)
-                == std::end(kFallbacks))
-                _Add(parent, depth + 1);
-        }
+    if (!loaded)
+        return;
+    fNames.push_back(name);
+    fThemes.emplace_back();
+    for (const std::string& leaf : split_text(get_text(index.get(), kGroup, "Directories"), ','))
+        _AddFolder(index.get(), leaf, places);
+    for (const std::string& parent : split_text(get_text(index.get(), kGroup, "Inherits"), ',')) {
+        // What all fall back to stays the last.
+        if (std::find(std::begin(kFallbacks), std::end(kFallbacks), parent) == std::end(kFallbacks))
+            _Add(parent, depth + 1);
     }
-    g_key_file_unref(index);
 }
 
 std::string IconTheme::Find(const std::string& icon, int size) const

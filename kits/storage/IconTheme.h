@@ -4,6 +4,8 @@
 #include <string>
 #include <vector>
 
+struct _GKeyFile;
+
 namespace storage __attribute__((visibility("hidden"))) {
 
 // The name of the theme that the user chose, by the settings of the running desktop.
@@ -25,6 +27,8 @@ private:
     };
 
     void _Add(const std::string& name, size_t depth);
+    void _AddFolder(struct _GKeyFile* index, const std::string& leaf,
+                    const std::vector<std::string>& places);
 
     std::vector<std::string> fNames;
     std::vector<std::vector<Folder>> fThemes;  // the nearest first

@@ -15,7 +15,7 @@
 #include "DataFolders.h"
 #include "DesktopEntries.h"
 #include "FileReplacement.h"
-#include "FolderChanges.h"
+#include "KeptFiles.h"
 #include "SharedMime.h"
 
 namespace storage {
@@ -79,9 +79,7 @@ static std::vector<List> read_lists()
 
 static std::shared_ptr<const std::vector<List>> current_lists()
 {
-    static std::mutex lock;
-    static FolderChanges changes;                           // lock
-    static std::shared_ptr<const std::vector<List>> lists;  // lock
+    auto& [lock, changes, lists] = kept_while_running<std::shared_ptr<const std::vector<List>>>();
     std::lock_guard guard(lock);
     if (lists == nullptr || changes.Changed()) {
         std::vector<FolderChanges::Folder> folders;
@@ -97,9 +95,9 @@ static std::shared_ptr<const std::vector<List>> current_lists()
 
 static const std::vector<std::string>& ids_for(const Choices& choices, const std::string& type)
 {
-    static const std::vector<std::string> kNone;
+    static const auto* none = new std::vector<std::string>;
     const auto found = choices.find(type);
-    return found != choices.end() ? found->second : kNone;
+    return found != choices.end() ? found->second : *none;
 }
 
 static bool tells_type(const Application& application, const std::string& type)
@@ -293,16 +291,22 @@ static std::string with_choice(const std::string& text, const std::string& type,
     return edited;
 }
 
+std::map<std::string, std::vector<std::string>> users_choices()
+{
+    for (const List& list : *current_lists()) {
+        if (list.users)
+            return list.defaults;
+    }
+    return {};
+}
+
 ApplicationRef chosen_application(std::string_view type)
 {
     const std::string own = lower_case(SharedMime::Get()->CanonicalName(type));
-    for (const List& list : *current_lists()) {
-        if (!list.users)
-            continue;
-        for (const std::string& id : ids_for(list.defaults, own)) {
-            if (ApplicationRef application = find_application_by_id(id))
-                return application;
-        }
+    const Choices choices = users_choices();
+    for (const std::string& id : ids_for(choices, own)) {
+        if (ApplicationRef application = find_application_by_id(id))
+            return application;
     }
     return nullptr;
 }

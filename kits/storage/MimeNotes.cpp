@@ -8,7 +8,7 @@
 
 #include "DataFolders.h"
 #include "FileReplacement.h"
-#include "FolderChanges.h"
+#include "KeptFiles.h"
 
 namespace storage {
 
@@ -63,9 +63,7 @@ struct NotesFile {
 
 std::shared_ptr<const MimeNotes> MimeNotes::Get()
 {
-    static std::mutex lock;
-    static FolderChanges changes;                   // lock
-    static std::shared_ptr<const MimeNotes> notes;  // lock
+    auto& [lock, changes, notes] = kept_while_running<std::shared_ptr<const MimeNotes>>();
     std::lock_guard guard(lock);
     if (notes == nullptr || changes.Changed()) {
         changes.Watch({ { own_data_folder(), kName } });
@@ -117,6 +115,12 @@ std::vector<std::string> MimeNotes::Types() const
     for (const auto& [lower, group] : fGroups)
         types.push_back(group.type);
     return types;
+}
+
+std::map<std::string, std::string> MimeNotes::Values(std::string_view type) const
+{
+    const auto group = fGroups.find(lower_case(type));
+    return group != fGroups.end() ? group->second.values : std::map<std::string, std::string>();
 }
 
 std::string encode_bytes(const void* bytes, size_t size)

@@ -27,6 +27,8 @@ public:
     bool Contains(std::string_view type) const;
     std::optional<std::string> Find(std::string_view type, const std::string& key) const;
     std::vector<std::string> Types() const;
+    // All values of a type by their keys.
+    std::map<std::string, std::string> Values(std::string_view type) const;
 
 private:
     friend struct NotesFile;

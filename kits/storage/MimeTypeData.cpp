@@ -6,6 +6,7 @@
 #include <string.h>
 
 #include <algorithm>
+#include <optional>
 #include <set>
 #include <string>
 #include <vector>
@@ -104,12 +105,14 @@ status_t BMimeType::SetPreferredApp(const char* signature, app_verb)
     // An application that the desktop does not know is noted; the desktop's list must not say
     // another one meanwhile.
     const ApplicationRef application = IsSupertypeOnly() ? nullptr : find_application(signature);
-    status_t status = set_type_value(fType, keys::kPreferredApp, signature);
+    status_t status = is_installed(fType) ? B_OK : install_type(fType);
     if (status == B_OK)
         status = choose(fType, application);
-    if (status == B_OK && application != nullptr)
-        status = set_type_value(fType, keys::kPreferredApp, std::nullopt);
-    return status;
+    if (status != B_OK)
+        return status;
+    return set_type_value(fType, keys::kPreferredApp,
+                          application == nullptr ? std::optional<std::string>(signature)
+                                                 : std::nullopt);
 }
 
 static status_t add_applications(const std::vector<ApplicationRef>& own,

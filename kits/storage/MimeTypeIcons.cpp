@@ -6,7 +6,10 @@
 #include <string.h>
 
 #include <algorithm>
+#include <functional>
+#include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include <Bitmap.h>
@@ -51,6 +54,13 @@ status_t BMimeType::GetIcon(BBitmap* icon, icon_size size) const
     return load_theme_icon(names, icon, size);
 }
 
+static std::string fingerprint(const BBitmap& icon)
+{
+    const std::string_view bits(static_cast<const char*>(icon.Bits()),
+                                static_cast<size_t>(icon.BitsLength()));
+    return std::to_string(std::hash<std::string_view>()(bits));
+}
+
 status_t BMimeType::SetIcon(const BBitmap* icon, icon_size size)
 {
     if (fStatus != B_OK)
@@ -62,6 +72,11 @@ status_t BMimeType::SetIcon(const BBitmap* icon, icon_size size)
     if (icon == nullptr && !type_value(fType, keys::kIcon))
         return _CheckInstalled();
     status = write_users_icon(name, icon, size);
+    if (status == B_OK) {
+        const bool mini = size == B_MINI_ICON;
+        status = set_type_value(fType, mini ? keys::kMiniIconState : keys::kLargeIconState,
+                                icon != nullptr ? std::optional(fingerprint(*icon)) : std::nullopt);
+    }
     if (status != B_OK)
         return status;
     // The theme's icon counts again when both of ours are gone.
@@ -101,19 +116,6 @@ status_t BMimeType::SetIcon(const uint8* data, size_t size)
                           given ? std::optional(encode_bytes(data, size)) : std::nullopt);
 }
 
-static std::string key_for(const char* type, const std::string& kind)
-{
-    // Keys have letters, digits and dashes only.
-    const std::string lower = lower_case(type);
-    std::string key = keys::kIconFor + kind + "-";
-    char code[4];
-    for (const char c : lower) {
-        snprintf(code, sizeof(code), "%02X", static_cast<uint8>(c));
-        key += code;
-    }
-    return key;
-}
-
 status_t BMimeType::GetIconForType(const char* type, BBitmap* icon, icon_size which) const
 {
     if (type == nullptr)
@@ -123,7 +125,7 @@ status_t BMimeType::GetIconForType(const char* type, BBitmap* icon, icon_size wh
         status = _CheckInstalled();
     if (status != B_OK)
         return status;
-    const auto noted = type_value(fType, key_for(type, std::to_string(which)).c_str());
+    const auto noted = type_value(fType, icon_for_key(std::to_string(which), type).c_str());
     const std::string bits = decode_bytes(noted.value_or(""));
     if (bits.size() != static_cast<size_t>(which) * which * 4)
         return fail(ENOENT);
@@ -140,7 +142,7 @@ status_t BMimeType::SetIconForType(const char* type, const BBitmap* icon, icon_s
         return not_set();
     if (!IsValid(type))
         return fail(EINVAL);
-    const std::string key = key_for(type, std::to_string(which));
+    const std::string key = icon_for_key(std::to_string(which), type);
     if (icon == nullptr)
         return set_type_value(fType, key, std::nullopt);
     status_t status = check_icon(icon, which);
@@ -161,7 +163,7 @@ status_t BMimeType::GetIconForType(const char* type, uint8** _data, size_t* _siz
         return fail(EINVAL);
     status_t status = _CheckInstalled();
     return status == B_OK
-        ? copy_bytes(type_value(fType, key_for(type, "Vector").c_str()), _data, _size) : status;
+        ? copy_bytes(type_value(fType, icon_for_key("Vector", type).c_str()), _data, _size) : status;
 }
 
 status_t BMimeType::SetIconForType(const char* type, const uint8* data, size_t size)
@@ -173,6 +175,6 @@ status_t BMimeType::SetIconForType(const char* type, const uint8* data, size_t s
     if (!IsValid(type))
         return fail(EINVAL);
     const bool given = data != nullptr && size > 0;
-    return set_type_value(fType, key_for(type, "Vector"),
+    return set_type_value(fType, icon_for_key("Vector", type),
                           given ? std::optional(encode_bytes(data, size)) : std::nullopt);
 }

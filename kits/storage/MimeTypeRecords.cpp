@@ -3,6 +3,9 @@
 #include "MimeTypeRecords.h"
 
 #include <errno.h>
+#include <stdio.h>
+#include <stdlib.h>
+#include <string.h>
 
 #include <algorithm>
 
@@ -66,6 +69,31 @@ std::vector<std::string> installed_types()
 std::optional<std::string> type_value(const std::string& type, const char* key)
 {
     return MimeNotes::Get()->Find(own_name(type), key);
+}
+
+// Keys have letters, digits and dashes only.
+std::string icon_for_key(const std::string& kind, const std::string& type)
+{
+    std::string key = keys::kIconFor + kind + "-";
+    char code[4];
+    for (const char c : lower_case(type)) {
+        snprintf(code, sizeof(code), "%02X", static_cast<uint8>(c));
+        key += code;
+    }
+    return key;
+}
+
+bool parse_icon_for_key(const std::string& key, std::string* kind, std::string* type)
+{
+    const size_t start = strlen(keys::kIconFor);
+    const size_t dash = key.find('-');
+    if (!key.starts_with(keys::kIconFor) || dash == std::string::npos)
+        return false;
+    *kind = key.substr(start, dash - start);
+    type->clear();
+    for (size_t i = dash + 1; i + 1 < key.size(); i += 2)
+        *type += static_cast<char>(strtol(key.substr(i, 2).c_str(), nullptr, 16));
+    return true;
 }
 
 std::vector<std::string> split_extensions(const std::string& value)

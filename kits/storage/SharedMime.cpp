@@ -12,7 +12,7 @@
 #include <gio/gio.h>
 
 #include "DataFolders.h"
-#include "FolderChanges.h"
+#include "KeptFiles.h"
 
 namespace storage {
 
@@ -107,9 +107,7 @@ static std::vector<FolderChanges::Folder> mime_folders()
 
 std::shared_ptr<const SharedMime> SharedMime::Get()
 {
-    static std::mutex lock;
-    static FolderChanges changes;                    // lock
-    static std::shared_ptr<const SharedMime> known;  // lock
+    auto& [lock, changes, known] = kept_while_running<std::shared_ptr<const SharedMime>>();
     std::lock_guard guard(lock);
     const bool changed = known == nullptr || changes.Changed();
     if (!sStale.exchange(false) && !changed)

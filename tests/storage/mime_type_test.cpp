@@ -21,6 +21,7 @@
 
 #include <unistd.h>
 
+#include "app/Mailbox.h"
 #include "support/command.h"
 #include "support/desktop_folder.h"
 
@@ -463,4 +464,61 @@ TEST(MimeType, AttrInfoAndLongTextsAreKeptOrRefusedWhole)
     EXPECT_EQ(type.SetShortDescription(nullptr), B_OK);
     EXPECT_EQ(type.GetShortDescription(text), B_OK);
     EXPECT_STREQ(text, "plain text document");
+}
+
+// "which action type extra large", or "none" if nothing arrives.
+static std::string told(const BMessage& message)
+{
+    if (message.what != B_META_MIME_CHANGED)
+        return "none";
+    std::string text = std::to_string(message.FindInt32("be:which"));
+    text += message.FindInt32("be:action") == B_META_MIME_DELETED ? " - " : " + ";
+    text += message.FindString("be:type");
+    if (message.HasString("be:extra_type"))
+        text += std::string(" ") + message.FindString("be:extra_type");
+    if (message.HasBool("be:large_icon"))
+        text += message.FindBool("be:large_icon") ? " large" : " mini";
+    return text;
+}
+
+TEST(MimeType, WatchersAreToldWhatWeAndOthersChange)
+{
+    DesktopFolder folder;
+    folder.PutEntry(folder.SystemEntry("one.desktop"), "one");
+    Mailbox mail;
+    auto* looper = new ListeningLooper(mail);
+    looper->Run();
+    const BMessenger target(looper);
+    EXPECT_EQ(BMimeType::StartWatching(BMessenger()), B_BAD_VALUE);
+    EXPECT_EQ(BMimeType::StopWatching(target), B_BAD_VALUE);
+    EXPECT_EQ(BMimeType::StartWatching(target), B_OK);
+    BMimeType type("x-watched/kind");
+    EXPECT_EQ(type.Install(), B_OK);
+    EXPECT_EQ(told(mail.Take()), "256 + x-watched/kind");
+    EXPECT_EQ(type.SetShortDescription("words"), B_OK);
+    EXPECT_EQ(told(mail.Take()), "16 + x-watched/kind");
+    BMessage extensions;
+    extensions.AddString("extensions", "watched");
+    EXPECT_EQ(type.SetFileExtensions(&extensions), B_OK);
+    EXPECT_EQ(told(mail.Take()), "8 + x-watched/kind");
+    EXPECT_EQ(type.SetShortDescription(nullptr), B_OK);
+    EXPECT_EQ(told(mail.Take()), "16 - x-watched/kind");
+    BBitmap icon(BRect(0, 0, 31, 31), B_RGBA32);
+    EXPECT_EQ(type.SetIcon(&icon, B_LARGE_ICON), B_OK);
+    EXPECT_EQ(told(mail.Take()), "1 + x-watched/kind large");
+    EXPECT_EQ(type.SetIconForType("text/plain", &icon, B_LARGE_ICON), B_OK);
+    EXPECT_EQ(told(mail.Take()), "64 + x-watched/kind text/plain large");
+    output_of("xdg-mime default one.desktop x-watched/kind");
+    EXPECT_EQ(told(mail.Take()), "2 + x-watched/kind");
+    EXPECT_EQ(BMimeType("text/plain").SetPreferredApp("application/x-vnd.Unknown"), B_OK);
+    EXPECT_EQ(told(mail.Take()), "2 + text/plain");
+    EXPECT_EQ(type.Delete(), B_OK);
+    std::string last;  // what the type had goes first
+    while (last != "512 + x-watched/kind" && last != "none")
+        last = told(mail.Take());
+    EXPECT_EQ(last, "512 + x-watched/kind");
+    EXPECT_EQ(BMimeType::StopWatching(target), B_OK);
+    EXPECT_EQ(BMimeType::StopWatching(target), B_BAD_VALUE);
+    if (looper->Lock())
+        looper->Quit();
 }
