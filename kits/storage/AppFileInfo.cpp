@@ -203,9 +203,8 @@ bool BAppFileInfo::IsSupportedType(const char* type) const
 
 bool BAppFileInfo::Supports(BMimeType* type) const
 {
-    return type != nullptr && type->IsValid() && any_supported(*this, [&](const BMimeType& supported) {
-        return supported.Contains(type);
-    });
+    const auto contains = [&](const BMimeType& supported) { return supported.Contains(type); };
+    return type != nullptr && type->IsValid() && any_supported(*this, contains);
 }
 
 // ---- Icons and version

@@ -273,8 +273,10 @@ static std::shared_ptr<const Entries> read_entries()
     }
     for (const ApplicationRef& application : entries->all)
         entries->by_signature.try_emplace(lower_case(application->signature), application);
-    for (const ApplicationRef& application : entries->all)
-        entries->by_signature.try_emplace(lower_case(signature_of_id(application->id)), application);
+    for (const ApplicationRef& application : entries->all) {
+        const std::string by_id = lower_case(signature_of_id(application->id));
+        entries->by_signature.try_emplace(by_id, application);
+    }
     index_executables(entries.get());
     return entries;
 }

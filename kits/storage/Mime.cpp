@@ -67,7 +67,8 @@ static status_t update_file(const std::string& path, int force)
     if (force != B_UPDATE_MIME_INFO_FORCE_UPDATE_ALL && read_info(node, info::kType))
         return B_OK;
     const BPath name(path.c_str());
-    return info.SetType(guess_type_of_file(path, name.Leaf() != nullptr ? name.Leaf() : "").c_str());
+    const std::string leaf = name.Leaf() != nullptr ? name.Leaf() : "";
+    return info.SetType(guess_type_of_file(path, leaf).c_str());
 }
 
 int update_mime_info(const char* path, int recursive, int, int force)

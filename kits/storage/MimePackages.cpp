@@ -1,4 +1,5 @@
-// Packages of the user's own part of the desktop's MIME database: one file "beos-<type>.xml" a type.
+// Packages of the user's own part of the desktop's MIME database: a file "beos-<type>.xml" for each
+// type.
 
 #include "MimePackages.h"
 
@@ -35,9 +36,11 @@ static std::string package_path(const std::string& type)
 
 static bool is_plain_text(const std::string& text)
 {
+    const auto is_control = [](char c) {
+        return static_cast<uint8>(c) < ' ' && c != '\n' && c != '\t';
+    };
     return g_utf8_validate(text.data(), static_cast<gssize>(text.size()), nullptr)
-        && std::none_of(text.begin(), text.end(),
-                        [](char c) { return static_cast<uint8>(c) < ' ' && c != '\n' && c != '\t'; });
+        && std::none_of(text.begin(), text.end(), is_control);
 }
 
 bool can_be_packaged(const std::string& type)

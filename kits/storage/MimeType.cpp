@@ -98,7 +98,9 @@ status_t BMimeType::GetSupertype(BMimeType* supertype) const
     if (fStatus != B_OK)
         return not_set();
     const char* slash = strchr(fType, '/');
-    return slash != nullptr ? supertype->SetTo(std::string(fType, static_cast<size_t>(slash - fType)).c_str()) : fail(EINVAL);
+    if (slash == nullptr)
+        return fail(EINVAL);
+    return supertype->SetTo(std::string(fType, static_cast<size_t>(slash - fType)).c_str());
 }
 
 bool BMimeType::operator==(const BMimeType& type) const

@@ -152,7 +152,8 @@ status_t BMimeType::SetIconForType(const char* type, const BBitmap* icon, icon_s
     status = copy.ImportBits(icon);
     if (status != B_OK)
         return status;
-    return set_type_value(fType, key, encode_bytes(copy.Bits(), static_cast<size_t>(which) * which * 4));
+    const size_t length = static_cast<size_t>(which) * which * 4;
+    return set_type_value(fType, key, encode_bytes(copy.Bits(), length));
 }
 
 status_t BMimeType::GetIconForType(const char* type, uint8** _data, size_t* _size) const
@@ -162,8 +163,9 @@ status_t BMimeType::GetIconForType(const char* type, uint8** _data, size_t* _siz
     if (_data == nullptr || _size == nullptr || !IsValid(type))
         return fail(EINVAL);
     status_t status = _CheckInstalled();
-    return status == B_OK
-        ? copy_bytes(type_value(fType, icon_for_key("Vector", type).c_str()), _data, _size) : status;
+    if (status != B_OK)
+        return status;
+    return copy_bytes(type_value(fType, icon_for_key("Vector", type).c_str()), _data, _size);
 }
 
 status_t BMimeType::SetIconForType(const char* type, const uint8* data, size_t size)

@@ -35,7 +35,9 @@ static std::string own_name(const std::string& type)
 static bool has_subtypes(const std::string& supertype)
 {
     const std::string start = lower_case(supertype) + "/";
-    const auto begins = [&](const std::string& type) { return lower_case(type).starts_with(start); };
+    const auto begins = [&](const std::string& type) {
+        return lower_case(type).starts_with(start);
+    };
     const auto& types = SharedMime::Get()->Types();
     const auto noted = MimeNotes::Get()->Types();
     return start == "application/" || std::any_of(types.begin(), types.end(), begins)

@@ -155,7 +155,8 @@ TEST(DesktopEntries, CommandsReplaceTheFieldCodes)
 TEST(DesktopEntries, TypeOpensWithTheUsersChoiceElseTheSystemsElseWhoTellsIt)
 {
     DesktopFolder folder;
-    folder.PutEntry(folder.SystemEntry("teller.desktop"), "teller", "MimeType=Text/X-Python;x/y;\n");
+    folder.PutEntry(folder.SystemEntry("teller.desktop"), "teller",
+                    "MimeType=Text/X-Python;x/y;\n");
     folder.PutEntry(folder.SystemEntry("plain.desktop"), "plain", "MimeType=text/plain;\n");
     folder.PutEntry(folder.SystemEntry("other.desktop"), "other");
     EXPECT_EQ(id_of(default_application("text/x-python")), "teller.desktop");

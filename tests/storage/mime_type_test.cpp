@@ -64,8 +64,8 @@ TEST(MimeType, ValidStringsFollowThePlatformsRule)
         EXPECT_TRUE(BMimeType::IsValid(good)) << good;
     const std::string too_long = longest + "b";
     for (const char* bad : { "", "/", "a/", "/b", "a//b", "a/b/c", "a b/c", "a/b ", "a/b\n", "a,b",
-                             "a/<b", "a/b>", "a@b", "a;b", "a:b", "\"a\"", "a(b", "a)b", "a[b", "a]b",
-                             "a?b", "a=b", "a\\b", too_long.c_str() })
+                             "a/<b", "a/b>", "a@b", "a;b", "a:b", "\"a\"", "a(b", "a)b", "a[b",
+                             "a]b",                             "a?b", "a=b", "a\\b", too_long.c_str() })
         EXPECT_FALSE(BMimeType::IsValid(bad)) << bad;
     EXPECT_FALSE(BMimeType::IsValid(nullptr));
 }
@@ -130,7 +130,8 @@ TEST(MimeType, InstalledTypeReachesTheDesktopAndGoesWithDelete)
 {
     DesktopFolder folder;
     const std::string file = folder.Put("/one.mine", "content");
-    const std::string query = "gio info -a standard::content-type " + file + " | grep -o x-test/mine";
+    const std::string query
+        = "gio info -a standard::content-type " + file + " | grep -io x-test/mine";
     BMimeType type("x-test/Mine");
     EXPECT_EQ(type.Install(), B_OK);
     EXPECT_EQ(type.Install(), B_FILE_EXISTS);
@@ -287,8 +288,9 @@ TEST(MimeType, SnifferRuleTellsTheTypeByContent)
 
 TEST(MimeType, FaultySnifferRulesSayWhereAndWhy)
 {
-    for (const char* rule : { "", "(", "0.5", "1.5 ('a')", ". ('a')", "0.5 'a'", "0.5 ()", "0.5 ('')",
-                              "0.5 ('a'", "0.5 ('a)", "0.5 ('a' |)", "0.5 [3:1] ('a')", "0.5 [a] ('a')",
+    for (const char* rule : { "", "(", "0.5", "1.5 ('a')", ". ('a')", "0.5 'a'", "0.5 ()",
+                              "0.5 ('')", "0.5 ('a'", "0.5 ('a)", "0.5 ('a' |)", "0.5 [3:1] ('a')",
+                              "0.5 [a] ('a')",
                               "0.5 [99999999999] ('a')", "0.5 [1 ('a')", "0.5 (0x)", "0.5 (0xabc)",
                               "0.5 ('ab' & 'a')", "0.5 (-x 'a')", "0.5 ('\\777')", "0.5 ('a\\", "x",
                               "0.5x ('a')" }) {
@@ -350,7 +352,8 @@ TEST(MimeType, ListOfChoicesKeepsAllThatOthersWrote)
     std::filesystem::create_directories(folder.At("/dotfiles"));
     folder.Put("/dotfiles/list", "# by hand\n\n[Default Applications]\n# pictures\n"
         "image/png=one.desktop\nText/Plain = a.desktop;b.desktop;\n\n[Removed Associations]\n"
-        "text/plain=two.desktop;x.desktop;\nimage/gif=two.desktop\n\n[Foreign]\nkey[de]=\xc3\xa4;\n");
+        "text/plain=two.desktop;x.desktop;\nimage/gif=two.desktop\n\n"
+        "[Foreign]\nkey[de]=\xc3\xa4;\n");
     std::filesystem::create_symlink(folder.At("/dotfiles/list"), list);
     std::filesystem::permissions(folder.At("/dotfiles/list"), std::filesystem::perms(0640));
     EXPECT_EQ(BMimeType("text/plain").SetPreferredApp("application/x-vnd.desktop.two"), B_OK);

@@ -77,6 +77,12 @@ static bool is_blank(const BBitmap& bitmap)
     return true;
 }
 
+// As another program reads it.
+static std::string host_value(const std::string& attribute, const std::string& path)
+{
+    return output_of("getfattr --absolute-names --only-values -n " + attribute + " " + path);
+}
+
 static std::string type_of(const std::string& path)
 {
     BNode node(path.c_str());
@@ -96,7 +102,8 @@ TEST(NodeInfo, TypeIsTheOneSetElseWhatTheDesktopGuesses)
     EXPECT_EQ(type_of(folder.At("/pipe")), "inode/fifo");
     symlink("a.png", folder.At("/link").c_str());
     EXPECT_EQ(type_of(folder.At("/link")), "inode/symlink");
-    for (const char* name : { "/x.tar.gz", "/Makefile", "/\xff\xfe.txt", "/a b.C", "/none.\xc3\xa9" }) {
+    for (const char* name :
+         { "/x.tar.gz", "/Makefile", "/\xff\xfe.txt", "/a b.C", "/none.\xc3\xa9" }) {
         const std::string path = folder.Put(name, "text\n");
         EXPECT_EQ("  standard::content-type: " + type_of(path),
                   output_of("gio info -a standard::content-type '" + path + "' | tail -1"));
@@ -106,7 +113,7 @@ TEST(NodeInfo, TypeIsTheOneSetElseWhatTheDesktopGuesses)
     BNodeInfo info(&node);
     EXPECT_EQ(info.SetType("text/x-mine"), B_OK);
     EXPECT_EQ(type_of(file), "text/x-mine");
-    EXPECT_EQ(output_of("getfattr --absolute-names --only-values -n user.mime_type " + file), "text/x-mine");
+    EXPECT_EQ(host_value("user.mime_type", file), "text/x-mine");
     output_of("setfattr -n user.mime_type -v audio/mpeg " + file);
     EXPECT_EQ(type_of(file), "audio/mpeg");
     for (const std::string& bad : { std::string("no type"), std::string(300, 'x') }) {
@@ -220,7 +227,8 @@ TEST(NodeInfo, IconsStayWithTheFileIn256Colours)
 TEST(Icons, TypesHaveTheThemesIconsForTheirKindToo)
 {
     DesktopFolder folder;
-    for (const char* type : { "text/plain", "image/png", "text/x-python", "inode/directory", "text" }) {
+    for (const char* type :
+         { "text/plain", "image/png", "text/x-python", "inode/directory", "text" }) {
         for (const icon_size size : { B_MINI_ICON, B_LARGE_ICON }) {
             for (const color_space space : { B_CMAP8, B_RGBA32, B_RGB32 }) {
                 BBitmap icon = icon_bitmap(size, space);
@@ -274,7 +282,8 @@ TEST(Icons, UsersThemeIsAskedFirstAndItsDrawingsToo)
     fs::create_directories(folder.At("/home/config/gtk-3.0"));
     folder.Put("/home/config/gtk-3.0/settings.ini", "[Settings]\ngtk-icon-theme-name=mine\n");
     folder.Put(theme + "/index.theme", "[Icon Theme]\nName=Mine\nInherits=Adwaita\n"
-        "Directories=any/mimetypes\n[any/mimetypes]\nSize=48\nType=Scalable\nMinSize=8\nMaxSize=256\n");
+        "Directories=any/mimetypes\n[any/mimetypes]\nSize=48\nType=Scalable\nMinSize=8\n"
+        "MaxSize=256\n");
     folder.Put(theme + "/any/mimetypes/text-plain.svg",
         "<svg xmlns='http://www.w3.org/2000/svg' viewBox='0 0 64 64'>"
         "<rect width='32' height='64' fill='#ff0000'/></svg>");
@@ -344,7 +353,7 @@ TEST(AppFileInfo, ExecutableSaysWhatItIs)
     EXPECT_EQ(info.SetSignature("no signature"), B_BAD_VALUE);
     EXPECT_EQ(info.GetSignature(text), B_OK);
     EXPECT_STREQ(text, "application/x-vnd.Test-App");
-    EXPECT_EQ(output_of("getfattr --absolute-names --only-values -n user.BEOS:APP_SIG " + path), text);
+    EXPECT_EQ(host_value("user.BEOS:APP_SIG", path), text);
     EXPECT_EQ(info.SetAppFlags(B_SINGLE_LAUNCH | B_BACKGROUND_APP), B_OK);
     EXPECT_EQ(info.GetAppFlags(&flags), B_OK);
     EXPECT_EQ(flags, static_cast<uint32>(B_SINGLE_LAUNCH | B_BACKGROUND_APP));
@@ -414,9 +423,7 @@ TEST(Mime, UpdatingGivesFilesTheTypesThatTheyLack)
     const std::string own = folder.Put("/tree/below/own.png", "x");
     symlink("below", folder.At("/tree/link").c_str());
     output_of("setfattr -n user.mime_type -v x-own/type " + own);
-    const auto kept = [](const std::string& path) {
-        return output_of("getfattr --only-values --absolute-names -n user.mime_type " + path + " 2>&1");
-    };
+    const auto kept = [](const std::string& path) { return host_value("user.mime_type", path); };
     EXPECT_EQ(update_mime_info(plain.c_str(), false, true, B_UPDATE_MIME_INFO_NO_FORCE), B_OK);
     EXPECT_EQ(kept(plain), "text/plain");
     EXPECT_EQ(update_mime_info(folder.At("/tree").c_str(), true, true,

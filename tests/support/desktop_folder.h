@@ -23,8 +23,14 @@ public:
         fs::create_directory_symlink("/usr/share/icons", At("/system/icons"));
     }
 
-    std::string UserEntry(const std::string& id) const { return std::string("/home/data/applications/").append(id); }
-    std::string SystemEntry(const std::string& id) const { return std::string("/system/applications/").append(id); }
+    std::string UserEntry(const std::string& id) const
+    {
+        return std::string("/home/data/applications/").append(id);
+    }
+    std::string SystemEntry(const std::string& id) const
+    {
+        return std::string("/system/applications/").append(id);
+    }
 
     // Writes an entry and a program for it, "bin/<name>", unless `exec` names another. Returns the
     // program's path.
@@ -38,7 +44,8 @@ public:
         fs::permissions(program, fs::perms::owner_all);
         if (exec.empty())
             exec = program + " %F";
-        Put(leaf, "[Desktop Entry]\nType=Application\nName=" + name + "\nExec=" + exec + "\n" + keys);
+        Put(leaf, "[Desktop Entry]\nType=Application\nName=" + name + "\nExec=" + exec + "\n"
+                + keys);
         return program;
     }
 };
