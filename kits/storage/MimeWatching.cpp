@@ -34,6 +34,7 @@ namespace {
 
 struct TypeState {
     std::string name;
+    bool in_database = false;  // the desktop's, which has the next two
     std::vector<std::string> extensions;
     std::vector<std::string> icons;
     std::vector<std::string> choices;
@@ -83,10 +84,10 @@ static std::vector<std::string> others_icons(std::vector<std::string> icons)
 static States read_states()
 {
     States states;
-    const auto database = SharedMime::Get();
     const auto notes = MimeNotes::Get();
+    const auto database = SharedMime::Get();
     for (const std::string& type : database->Types()) {
-        states[lower_case(type)] = { type, database->Extensions(type),
+        states[lower_case(type)] = { type, true, database->Extensions(type),
                                      others_icons(database->IconNames(type)), {}, {} };
     }
     for (const std::string& type : notes->Types()) {
@@ -147,11 +148,13 @@ static bool change_of_note(const std::string& key, bool removed, Change* change)
 static std::set<Change> changes_between(const TypeState& before, const TypeState& now)
 {
     std::set<Change> changes;
-    if (before.extensions != now.extensions)
+    // A type comes into the database before it is noted, and leaves it before it is forgotten.
+    const bool stayed = before.in_database && now.in_database;
+    if (now.in_database && before.extensions != now.extensions)
         changes.insert(plain_change(B_FILE_EXTENSIONS_CHANGED, now.extensions.empty()));
     if (before.choices != now.choices)
         changes.insert(plain_change(B_PREFERRED_APP_CHANGED, now.choices.empty()));
-    if (before.icons != now.icons)
+    if (stayed && before.icons != now.icons)
         changes.insert(plain_change(B_ICON_CHANGED, false));
     std::map<std::string, std::string> all = before.notes;
     all.insert(now.notes.begin(), now.notes.end());
@@ -243,11 +246,8 @@ void MimeWatcher::_Look()
             if (before == fStates.end())
                 _Send(state.name, plain_change(B_MIME_TYPE_CREATED, false));
             for (const Change& change :
-                 changes_between(before != fStates.end() ? before->second : TypeState(), state)) {
-                // A new type's icons are those of its name.
-                if (before != fStates.end() || change.which != B_ICON_CHANGED || change.tells_size)
-                    _Send(state.name, change);
-            }
+                 changes_between(before != fStates.end() ? before->second : TypeState(), state))
+                _Send(state.name, change);
         }
     }
     fStates = std::move(now);
