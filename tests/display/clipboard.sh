@@ -120,6 +120,18 @@ large() {
     done
 }
 
+contention() {
+    start_user one
+    start_user two
+    tell one contend a
+    tell two contend b
+    long_said() { said "$1" || { sleep 1 && said "$1"; }; }
+    for log in "$folder/one.log" "$folder/two.log"; do
+        eventually long_said 'contended, [0-9]+ bad' || fail "no end"
+        expect 'contended, 0 bad'
+    done
+}
+
 watching() {
     start_user one
     start_user two
@@ -181,15 +193,13 @@ windows_go_on() {
     start_user one
     start_owner mute
     eventually window_shows "$one_pid" || fail "no window"
-    tell one "get
-get
-get"
+    tell one $'get\nget\nget\nget\nget\nget'
     xdotool mousemove 150 170 click 1
     expect 'press 50 50'
     texts() { grep -c '^text' "$log"; }
-    [ "$(texts)" -lt 3 ] || fail "the press came after the clipboard"
-    all_told() { [ "$(texts)" -eq 3 ]; }
-    eventually all_told || fail "not three texts"
+    [ "$(texts)" -lt 6 ] || fail "the press came after the clipboard"
+    all_told() { [ "$(texts)" -eq 6 ]; }
+    eventually all_told || fail "not all texts"
 }
 
 manager() {

@@ -266,7 +266,7 @@ void X11Clipboard::_Handle(xcb_generic_event_t* event)
         fProgress++;
     } else if (kind == XCB_SELECTION_NOTIFY) {
         auto* answer = reinterpret_cast<xcb_selection_notify_event_t*>(event);
-        if (answer->requestor == requestor) {
+        if (answer->requestor == requestor && answer->target == fTarget) {
             fAnswered = true;
             fRefused = answer->property == XCB_ATOM_NONE;
         }
@@ -404,12 +404,14 @@ status_t X11Clipboard::_Convert(xcb_atom_t selection, xcb_atom_t target, xcb_ato
     const uint32 changes = fChanges;
     const xcb_window_t window = fRequestors[fRequestor];
     fAnswered = false;
+    fTarget = target;
     xcb_convert_selection(fConnection, window, selection, target, fProperty, XCB_CURRENT_TIME);
-    if (!_WaitFor([&] { return fAnswered || fChanges != changes; })) {
+    const bool in_time = _WaitFor([&] { return fAnswered || fChanges != changes; });
+    if (!fAnswered) {
         _ChangeRequestor();
-        return B_TIMED_OUT;
+        return in_time ? B_ENTRY_NOT_FOUND : B_TIMED_OUT;
     }
-    if (!fAnswered || fRefused)
+    if (fRefused)
         return B_ENTRY_NOT_FOUND;
     fPieces = 0;  // the value that announces pieces is not one
     *type = _TakeProperty(bytes);

@@ -87,6 +87,7 @@ private:
     // The windows that ask in turn; what the current one asked for, and how far that is.
     xcb_window_t fRequestors[8] = {};
     uint32 fRequestor = 0;
+    xcb_atom_t fTarget = XCB_ATOM_NONE;
     bool fAnswered = false, fRefused = false;
     uint32 fPieces = 0;
     xcb_atom_t fSelection = XCB_ATOM_NONE, fProperty = XCB_ATOM_NONE;
