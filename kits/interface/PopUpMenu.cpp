@@ -58,11 +58,12 @@ public:
     // Follows the pointer to the end and returns the item chosen, or null.
     BMenuItem* Run(BWindow* caller)
     {
-        _Open(fMenu, fMenu->ScreenLocation());
+        // Before the menu can be seen, and the pointer moves on.
         BPoint began;
         uint32 buttons = 0;
         server::PointerState(&began, &buttons);
         const bigtime_t start = system_time();
+        _Open(fMenu, fMenu->ScreenLocation());
         bool pressed = buttons != 0;
         if (!pressed)
             fSticky = true;
@@ -70,7 +71,7 @@ public:
         for (;;) {
             BPoint where;
             server::PointerState(&where, &buttons);
-            if (is_escape_down() || fWindows.empty())
+            if (is_escape_down() || fWindows.empty() || fMenu->fClosing)
                 break;
             BMenuItem* under = _Follow(where);
             if (pressed && buttons == 0) {
@@ -182,7 +183,11 @@ BPopUpMenu::BPopUpMenu(const char* name, bool radioMode, bool labelFromMarked, m
 
 BPopUpMenu::BPopUpMenu(BMessage* data) : BMenu(data) {}
 
-BPopUpMenu::~BPopUpMenu() {}
+BPopUpMenu::~BPopUpMenu()
+{
+    fClosing = true;
+    _WaitForTracking();
+}
 
 BArchivable* BPopUpMenu::Instantiate(BMessage* archive)
 {
@@ -215,9 +220,9 @@ BMenuItem* BPopUpMenu::Go(BPoint where, bool autoInvoke, bool keepOpen, bool asy
 
 BMenuItem* BPopUpMenu::Go(BPoint where, bool autoInvoke, bool keepOpen, BRect openRect, bool async)
 {
-    if (fOpen)
+    if (fOpen.exchange(true))
         return nullptr;
-    fOpen = true;
+    _WaitForTracking();
     fWhere = where;
     auto follow = [=, this](BWindow* caller) {
         BMenuItem* chosen = Tracker(this, openRect, keepOpen).Run(caller);
@@ -234,7 +239,7 @@ BMenuItem* BPopUpMenu::Go(BPoint where, bool autoInvoke, bool keepOpen, BRect op
         if (fAutoDestruct)
             delete this;
     });
-    const thread_id thread = spawn_thread(
+    fTracking = spawn_thread(
         [](void* data) -> status_t {
             auto* work = static_cast<std::function<void()>*>(data);
             (*work)();
@@ -242,9 +247,18 @@ BMenuItem* BPopUpMenu::Go(BPoint where, bool autoInvoke, bool keepOpen, BRect op
             return B_OK;
         },
         "menu tracking", B_DISPLAY_PRIORITY, job);
-    if (thread < B_OK || resume_thread(thread) != B_OK) {
+    if (fTracking < B_OK || resume_thread(fTracking) != B_OK) {
         delete job;
         fOpen = false;
     }
     return nullptr;
+}
+
+// A menu that has closed may still be sending its choice.
+void BPopUpMenu::_WaitForTracking()
+{
+    status_t result;
+    if (fTracking >= B_OK && fTracking != find_thread(nullptr))
+        wait_for_thread(fTracking, &result);
+    fTracking = -1;
 }

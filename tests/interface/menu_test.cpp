@@ -243,3 +243,118 @@ TEST_F(PopUps, SubmenusOpenBesideTheirItem)
     inject_button(1, false);
     EXPECT_EQ(chosen.get(), submenu->ItemAt(0));
 }
+
+TEST_F(PopUps, AsynchronousOnesSendTheirChoiceAndOpenOnce)
+{
+    const BPoint where = MiddleOf(menu.ItemAt(0));
+    inject_pointer(300, 200);
+    EXPECT_EQ(menu.Go(kPlace, true, false, true), nullptr);
+    WaitUntilDrawn();
+    EXPECT_EQ(menu.Go(kPlace), nullptr) << "it is open";
+    inject_pointer(where.x, where.y);
+    Look();
+    inject_button(1, true);
+    Look();
+    inject_button(1, false);
+    ASSERT_TRUE(log.Wait("message open")) << log.Lines();
+    const BMessage message = log.Message("message open");
+    void* source = nullptr;
+    EXPECT_EQ(message.FindPointer("source", &source), B_OK);
+    EXPECT_EQ(source, menu.ItemAt(0));
+    EXPECT_EQ(message.FindInt32("index"), 0);
+}
+
+TEST_F(PopUps, AMenuThatIsDeletedClosesFirst)
+{
+    auto* open = new BPopUpMenu("deleted", false, false);
+    fill(open);
+    inject_pointer(300, 200);
+    open->Go(kPlace, true, true, true);
+    WaitUntilDrawn();
+    delete open;
+    for (int i = 0; i < 2000 && PixelAt(kPlace + BPoint(3, 3)) == 0xD8D8D8; i++)
+        snooze(2000);
+    EXPECT_NE(PixelAt(kPlace + BPoint(3, 3)), uint32(0xD8D8D8));
+}
+
+TEST_F(PopUps, AnAsynchronousOneMayDeleteItself)
+{
+    class Menu : public BPopUpMenu {
+    public:
+        explicit Menu(std::promise<void>& gone) : BPopUpMenu("own"), fGone(gone) {}
+        ~Menu() override { fGone.set_value(); }
+
+    private:
+        std::promise<void>& fGone;
+    };
+    std::promise<void> gone;
+    auto* open = new Menu(gone);
+    fill(open);
+    open->SetAsyncAutoDestruct(true);
+    inject_pointer(300, 200);
+    open->Go(kPlace, false, false, true);
+    WaitUntilDrawn();
+    inject_key(kKeyEscape, true);
+    EXPECT_EQ(gone.get_future().wait_for(std::chrono::seconds(10)), std::future_status::ready);
+    inject_key(kKeyEscape, false);
+}
+
+TEST_F(PopUps, AChoiceMarksItsItemInRadioMode)
+{
+    menu.SetRadioMode(true);
+    menu.ItemAt(0)->SetMarked(true);
+    const BPoint where = MiddleOf(menu.ItemAt(1));
+    Open(true);
+    inject_pointer(where.x, where.y);
+    Look();
+    inject_button(1, true);
+    Look();
+    inject_button(1, false);
+    EXPECT_EQ(chosen.get(), menu.ItemAt(1));
+    EXPECT_EQ(menu.FindMarked(), menu.ItemAt(1));
+    EXPECT_FALSE(menu.ItemAt(0)->IsMarked());
+}
+
+// Pressed on a button, drawn onto an item and released there, in one go.
+TEST_F(PopUps, AHeldPressChoosesWhereItIsReleased)
+{
+    const BPoint where = MiddleOf(menu.ItemAt(1));
+    inject_pointer(kPlace.x - 5, kPlace.y - 5);
+    inject_button(1, true);
+    chosen = std::async(std::launch::async, [=, this] { return menu.Go(kPlace); });
+    WaitUntilDrawn();
+    inject_pointer(where.x, where.y);
+    Look();
+    inject_button(1, false);
+    EXPECT_EQ(chosen.get(), menu.ItemAt(1));
+    // A click alone leaves it open for another one.
+    inject_pointer(kPlace.x - 5, kPlace.y - 5);
+    inject_button(1, true);
+    chosen = std::async(std::launch::async, [=, this] { return menu.Go(kPlace, false, true); });
+    WaitUntilDrawn();
+    inject_button(1, false);
+    Look();
+    EXPECT_EQ(chosen.wait_for(std::chrono::seconds(0)), std::future_status::timeout);
+    inject_pointer(where.x, where.y);
+    Look();
+    inject_button(1, true);
+    Look();
+    inject_button(1, false);
+    EXPECT_EQ(chosen.get(), menu.ItemAt(1));
+}
+
+TEST_F(PopUps, MenusStayOnTheScreen)
+{
+    inject_pointer(300, 200);
+    const BRect screen = BScreen().Frame();
+    const BPoint corner = screen.RightBottom();
+    const BPoint place = corner - BPoint(width, height);
+    chosen = std::async(std::launch::async, [=, this] { return menu.Go(corner); });
+    for (int i = 0; i < 2000 && PixelAt(place + BPoint(3, 3)) != 0xD8D8D8; i++)
+        snooze(2000);
+    EXPECT_EQ(PixelAt(place + BPoint(3, 3)), uint32(0xD8D8D8));
+    EXPECT_EQ(PixelAt(corner - BPoint(3, 3)), uint32(0xD8D8D8));
+    inject_key(kKeyEscape, true);
+    EXPECT_EQ(chosen.get(), nullptr);
+    inject_key(kKeyEscape, false);
+}

@@ -2,6 +2,9 @@
 #define _POP_UP_MENU_H
 
 #include <Menu.h>
+#include <OS.h>
+
+#include <atomic>
 
 /* A menu that opens anywhere on the screen, in a window of its own. */
 class BPopUpMenu : public BMenu {
@@ -20,7 +23,8 @@ public:
        item is chosen, or none: a press elsewhere and Escape close it. Returns the item or null;
        with `autoInvoke` it has sent its message. With `async` returns null at once and goes on
        by itself. Its items want targets of their own. A press that ends where it began (or in
-       `openRect`, on the screen) leaves the menu open, as does `keepOpen`. */
+       `openRect`, on the screen) leaves the menu open, as does `keepOpen`. Null as well while it is
+       open already. A menu that is deleted closes first. */
     BMenuItem* Go(BPoint where, bool autoInvoke = false, bool keepOpen = false,
                   bool async = false);
     BMenuItem* Go(BPoint where, bool autoInvoke, bool keepOpen, BRect openRect,
@@ -36,9 +40,13 @@ protected:
 private:
     class Tracker;
 
+    void _WaitForTracking();
+
     BPoint fWhere;
     bool fAutoDestruct = false;
-    bool fOpen = false;
+    std::atomic<bool> fOpen{false};
+    std::atomic<bool> fClosing{false};  // no choice is waited for any longer
+    thread_id fTracking = -1;           // of the last asynchronous Go()
 };
 
 #endif  // _POP_UP_MENU_H
