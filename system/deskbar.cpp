@@ -26,6 +26,8 @@ int32_t GetPosDeskBar(void)
 
 void SetPosDeskBar(int32_t location)
 {
+    if (location < B_DESKBAR_TOP || location > B_DESKBAR_RIGHT_BOTTOM)
+        return show_dbg(kBadArgument, 0, "SetPosDeskBar");
     BDeskbar deskbar;
     const auto place = static_cast<deskbar_location>(location);
     if (deskbar.SetLocation(place, deskbar.IsExpanded()) != B_OK)

@@ -219,8 +219,8 @@ TEST_F(MidiPorts, MessagesLeaveAsBytesAndNonsenseDoesNot)
     midi.SystemCommon(B_SONG_POSITION, 1, 2);
     midi.SystemCommon(B_TUNE_REQUEST, 0, 0);
     midi.SystemRealTime(B_START);
-    const std::string expected("\x90\x3C\x64" "\x8F\x3C\x00" "\xA1\x01\x02" "\xB0\x07\x7F" "\xC2\x06"
-                               "\xD0\x05" "\xE0\x00\x40" "\xF0" "abc" "\xF7" "\xF2\x01\x02" "\xF6"
+    const std::string expected("\x90\x3C\x64" "\x8F\x3C\x00" "\xA1\x01\x02" "\xB0\x07\x7F"
+                               "\xC2\x06" "\xD0\x05" "\xE0\x00\x40" "\xF0" "abc" "\xF7" "\xF2\x01\x02" "\xF6"
                                "\xFA", 29);
     EXPECT_EQ(sHost.sent, expected);
     char no_data[] = "\x80";

@@ -285,7 +285,8 @@ TEST(TextConversion, PiecesOfAnySizeMakeTheSameText)
     int32 none = -1;
     char byte;
     EXPECT_EQ(convert_to_utf8(B_ISO1_CONVERSION, "x", &none, &byte, &size, &state), B_BAD_VALUE);
-    EXPECT_EQ(convert_to_utf8(B_ISO1_CONVERSION, nullptr, &from, &byte, &size, &state), B_BAD_VALUE);
+    EXPECT_EQ(convert_to_utf8(B_ISO1_CONVERSION, nullptr, &from, &byte, &size, &state),
+              B_BAD_VALUE);
     from = size = 1;
     EXPECT_EQ(convert_to_utf8(9999, "x", &from, &byte, &size, &state), B_ERROR);
 }

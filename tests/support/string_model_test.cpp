@@ -103,7 +103,8 @@ TEST(StringModel, ReplacingReplacesOnceFromLeftToRight)
         const int count = dice.Up(3), from = dice.Up(int(text.size()));
         SCOPED_TRACE(text + " " + what + " " + with + " " + std::to_string(count) + " "
                      + std::to_string(from));
-        const auto check = [&](const std::function<void(BString&)>& act, const std::string& wanted) {
+        using Act = std::function<void(BString&)>;
+        const auto check = [&](const Act& act, const std::string& wanted) {
             BString string(text.c_str());
             act(string);
             ASSERT_STREQ(string.String(), wanted.c_str());

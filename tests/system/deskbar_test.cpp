@@ -141,7 +141,8 @@ TEST(Deskbar, DamagedSettingsCountAsNoneAndOthersStay)
     EXPECT_EQ(IsExpandedDeskBar(), 0);
     SetPosDeskBar(PLINTH_DESKBAR_BOTTOM);
     const std::string text = read_file(settings_file(folder));
-    for (const char* part : {"# mine", "key=value", "their=own", "location=bottom", "expanded=false"})
+    for (const char* part :
+         {"# mine", "key=value", "their=own", "location=bottom", "expanded=false"})
         EXPECT_NE(text.find(part), std::string::npos) << part;
 }
 
@@ -321,10 +322,11 @@ TEST(DeskbarPanels, PlasmaRunsAScript)
     TestBus bus;
     std::string answer = "bottom center none\n";
     std::mutex lock;
-    TestService plasma(bus, "org.kde.plasmashell", {"/PlasmaShell"}, kPlasma, [&](auto&, auto&, GVariant*) {
-        std::lock_guard guard(lock);
-        return TestService::Answer{g_variant_new("(s)", answer.c_str()), ""};
-    });
+    TestService plasma(bus, "org.kde.plasmashell", {"/PlasmaShell"}, kPlasma,
+                       [&](auto&, auto&, GVariant*) {
+                           std::lock_guard guard(lock);
+                           return TestService::Answer{g_variant_new("(s)", answer.c_str()), ""};
+                       });
     const auto say = [&](const char* text) {
         std::lock_guard guard(lock);
         answer = text;
@@ -378,9 +380,9 @@ TEST(DeskbarPanels, AFailingServiceAndABusThatIsNoneAreLeftAlone)
     const int file = open(folder.Put("/noise").c_str(), O_RDWR);
     dup2(file, STDERR_FILENO);
     {
-        TestService failing(*bus, "org.xfce.Xfconf", {"/org/xfce/Xfconf"}, kXfconf, [](auto&, auto&, GVariant*) {
-            return TestService::Answer{nullptr, "org.xfce.Xfconf.Error.PermissionDenied"};
-        });
+        const TestService::Answer denied = {nullptr, "org.xfce.Xfconf.Error.PermissionDenied"};
+        TestService failing(*bus, "org.xfce.Xfconf", {"/org/xfce/Xfconf"}, kXfconf,
+                            [&](auto&, auto&, GVariant*) { return denied; });
         SetPosDeskBar(PLINTH_DESKBAR_TOP);
         EXPECT_EQ(GetPosDeskBar(), PLINTH_DESKBAR_TOP);
     }

@@ -25,7 +25,8 @@
 
 static const char* const kFileSystem
     = "<node><interface name='org.freedesktop.UDisks2.Filesystem'><method name='SetLabel'>"
-      "<arg type='s' direction='in'/><arg type='a{sv}' direction='in'/></method></interface></node>";
+      "<arg type='s' direction='in'/><arg type='a{sv}' direction='in'/></method></interface>"
+      "</node>";
 
 // The root's volume, whose labels are links in the test's folder.
 class VolumeLabels : public testing::Test {
@@ -109,7 +110,8 @@ TEST_F(VolumeLabels, EachFailureHasItsReason)
     Serve([&](auto&, auto&, GVariant*) { return TestService::Answer{nullptr, error}; });
     BVolume volume(dev_for_path("/"));
     for (const Row& row : {
-             Row{"org.freedesktop.UDisks2.Error.NotAuthorizedCanObtain", B_PERMISSION_DENIED, EACCES},
+             Row{"org.freedesktop.UDisks2.Error.NotAuthorizedCanObtain", B_PERMISSION_DENIED,
+                 EACCES},
              Row{"org.freedesktop.UDisks2.Error.NotSupported", B_NOT_SUPPORTED, EOPNOTSUPP},
              Row{"org.freedesktop.UDisks2.Error.DeviceBusy", B_BUSY, EBUSY},
              Row{"org.freedesktop.UDisks2.Error.Timedout", B_TIMED_OUT, ETIMEDOUT},
