@@ -1,5 +1,5 @@
-// Lists of names that the system tells: devices, fonts, volumes, what was used lately. All share one
-// list, which the program reads by index. Main thread.
+// Lists of names that the system tells: devices, fonts, volumes, what was used lately. All share
+// one list, which the program reads by index. Main thread.
 
 #include "plinth.h"
 

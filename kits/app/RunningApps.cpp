@@ -130,7 +130,8 @@ static int write_entry(const std::string& folder, const std::string& file, const
 {
     const std::string unfinished = folder + "/." + std::to_string(getpid());
     unlink(unfinished.c_str());
-    const int fd = open(unfinished.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC | O_NOFOLLOW, 0600);
+    const int fd = open(unfinished.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC | O_NOFOLLOW,
+                        0600);
     if (fd < 0)
         return -1;
     struct flock lock = whole_file();

@@ -354,7 +354,8 @@ static SymbolTable symbols_of(const Loaded& loaded)
 }
 
 // True for what the image itself exports, functions and data.
-static bool is_exported(const Loaded& loaded, const SymbolTable& table, uint32 index, Symbol* symbol)
+static bool is_exported(const Loaded& loaded, const SymbolTable& table, uint32 index,
+                        Symbol* symbol)
 {
     const ElfW(Sym)& entry = table.symbols[index];
     const unsigned binding = ELF64_ST_BIND(entry.st_info);

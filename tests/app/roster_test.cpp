@@ -125,7 +125,8 @@ TEST(Roster, KnowsWhoRunsAndForgetsWhoCrashed)
         other.End();  // killed: it had no time to say so
         EXPECT_EQ(B_BAD_TEAM_ID, be_roster->GetRunningAppInfo(team, &info));
         EXPECT_FALSE(be_roster->IsRunning(kOther));
-        EXPECT_FALSE(std::filesystem::exists(folder.At(".run/beos-roster/" + std::to_string(team))));
+        const std::string entry = ".run/beos-roster/" + std::to_string(team);
+        EXPECT_FALSE(std::filesystem::exists(folder.At(entry)));
     }
     EXPECT_EQ(B_ERROR, be_roster->GetAppInfo(kSignature, &info));
     EXPECT_FALSE(be_roster->IsRunning(static_cast<const char*>(nullptr)));
@@ -463,7 +464,8 @@ TEST(Roster, SingleLaunchPassesMessagesToTheOneThatRuns)
     BApplication app(kSignature);
     const std::string program = folder.At("/single");
     std::filesystem::copy_file(app_probe_path(), program);
-    setenv("LD_LIBRARY_PATH", (std::filesystem::path(app_probe_path()).parent_path() / "../lib").c_str(), 1);
+    const std::filesystem::path programs = std::filesystem::path(app_probe_path()).parent_path();
+    setenv("LD_LIBRARY_PATH", (programs / "../lib").c_str(), 1);
     setenv("PROBE_SIGNATURE", kOther, 1);
     setenv("PROBE_REPORT", folder.At("/heard").c_str(), 1);
     const entry_ref ref = ref_for(program);

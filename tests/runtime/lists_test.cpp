@@ -118,8 +118,10 @@ TEST(SystemList, RecentItemsAccumulateKept)
 TEST(SystemList, AtMostSixtyFourRecentItems)
 {
     DesktopFolder folder;
-    for (int i = 0; i < 70; ++i)
-        AddRecentDocument(folder.Put(std::string("/").append(std::to_string(i)).append(".txt")).c_str());
+    for (int i = 0; i < 70; ++i) {
+        const std::string name = std::string("/").append(std::to_string(i)).append(".txt");
+        AddRecentDocument(folder.Put(name).c_str());
+    }
     GetRecentDocument();
     EXPECT_EQ(64, CountList());
     EXPECT_EQ(folder.At("/69.txt"), GetInfoList(0));

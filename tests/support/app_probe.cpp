@@ -1,6 +1,6 @@
-// An application for the tests to launch. Its signature is in PROBE_SIGNATURE; what it hears goes to
-// the file that PROBE_REPORT names, a line each, complete once the file is there. It runs until it
-// is told 'quit', or for a minute.
+// An application for the tests to launch. Its signature is in PROBE_SIGNATURE; what it hears goes
+// to the file that PROBE_REPORT names, a line each, complete once the file is there. It runs until
+// it is told 'quit', or for a minute.
 
 #include <AppDefs.h>
 #include <Application.h>

@@ -31,7 +31,8 @@ inline std::vector<std::string> probe_report(const std::string& path)
 }
 
 // What stands behind "word " in the report's lines of that word.
-inline std::vector<std::string> told(const std::vector<std::string>& report, const std::string& word)
+inline std::vector<std::string> told(const std::vector<std::string>& report,
+                                     const std::string& word)
 {
     std::vector<std::string> values;
     for (const std::string& line : report) {
