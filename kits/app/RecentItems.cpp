@@ -115,6 +115,9 @@ static std::string edit_one(const std::string& text, const std::string& uri, con
 // be, since GLib drops what it does not know of.
 static void edit_list(const std::string& uri, const Edit& edit)
 {
+    // Two of ours that exchange the file at once could take a text that is to be given back for the
+    // list: they take turns.
+    const storage::TypesLock lock;
     storage::edit_file(list_path(), [&](const std::string& text) {
         const Bookmarks file = parse(text);
         if (file == nullptr)
