@@ -25,6 +25,8 @@ int main(int argc, char** argv)
     unsetenv("DISPLAY");
     unsetenv("WAYLAND_DISPLAY");
     testing::InitGoogleTest(&argc, argv);
+    if (GTEST_FLAG_GET(list_tests))
+        return RUN_ALL_TESTS();  // names need no application, which others would notice
     const int status = PlinthStart(argc, argv, run_tests);
     return status != 0 ? status : sResult;
 }
