@@ -5,6 +5,7 @@
 #include <errno.h>
 #include <fcntl.h>
 #include <limits.h>
+#include <signal.h>
 #include <stdio.h>
 #include <stdlib.h>
 #include <string.h>
@@ -71,17 +72,37 @@ public:
     NewFile(const NewFile&) = delete;
 
     const char* Name() const { return fName.c_str(); }
+    // Until this object goes, whoever opens the file waits. False where the host can not do that.
+    bool HoldBackReaders()
+    {
+        // A reader that waits is announced by a signal: to nobody, or by one that does no harm.
+        fcntl(fFd, F_SETSIG, SIGURG);
+        if (fcntl(fFd, F_SETLEASE, F_WRLCK) != 0)
+            return false;
+        fcntl(fFd, F_SETOWN, 0);
+        return true;
+    }
+    bool IsAt(const std::string& path) const
+    {
+        struct stat own, there;
+        return fstat(fFd, &own) == 0 && stat(path.c_str(), &there) == 0
+            && own.st_ino == there.st_ino && own.st_dev == there.st_dev;
+    }
+    // The whole content, in place of what there was.
     status_t Write(const std::string& bytes)
     {
         if (fFd < 0)
             return host_failure();
         for (size_t done = 0; done < bytes.size();) {
-            const ssize_t size = write(fFd, bytes.data() + done, bytes.size() - done);
+            const ssize_t size = pwrite(fFd, bytes.data() + done, bytes.size() - done,
+                                        static_cast<off_t>(done));
             if (size < 0 && errno != EINTR)
                 return host_failure();
             done += static_cast<size_t>(std::max<ssize_t>(size, 0));
         }
-        return fdatasync(fFd) == 0 ? B_OK : host_failure();
+        if (ftruncate(fFd, static_cast<off_t>(bytes.size())) != 0 || fdatasync(fFd) != 0)
+            return host_failure();
+        return B_OK;
     }
 
 private:
@@ -147,6 +168,7 @@ static status_t try_to_edit(const std::string& path,
     status_t status = file.Write(edited);
     if (status != B_OK)
         return status;
+    const bool unread = file.HoldBackReaders();
     if (exists && !is_same_version(path, info))
         return B_WOULD_BLOCK;
     if (renameat2(AT_FDCWD, file.Name(), AT_FDCWD, path.c_str(),
@@ -158,8 +180,16 @@ static status_t try_to_edit(const std::string& path,
             return host_failure();
         return B_OK;
     }
-    if (!exists || read_text_file(file.Name()) == text)
+    if (!exists)
         return B_OK;
+    const std::string replaced = read_text_file(file.Name());
+    if (replaced == text)
+        return B_OK;
+    if (unread) {
+        // Nobody has seen ours yet: it still becomes what it should have been made of.
+        status = file.Write(edit(replaced));
+        return status != B_OK || file.IsAt(path) ? status : B_WOULD_BLOCK;
+    }
     give_back(file.Name(), path, edited);
     return B_WOULD_BLOCK;
 }

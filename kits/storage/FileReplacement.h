@@ -29,7 +29,8 @@ status_t replace_file(const std::string& path, const std::string& bytes);
 
 // Replaces a text by what `edit` makes of it; a missing file is an empty text. Other programs that
 // replace the file at the same time lose nothing: if one comes between reading and replacing, its
-// text comes back and is edited in turn. A link is followed, the file's permissions stay.
+// text is edited before anybody can read ours, or, where the host does not hold readers back, comes
+// back at once and is edited in turn. A link is followed, the file's permissions stay.
 status_t edit_file(const std::string& path,
                    const std::function<std::string(const std::string& text)>& edit);
 
