@@ -75,7 +75,7 @@ clicks() {
 }
 
 keys() {
-    xdotool windowactivate --sync "$window"
+    activate "$window"
     xdotool key a F1 F12 Left Right Up Down BackSpace Return Escape Tab space
     expect 'key 97 0'
     expect 'key 202 0'
@@ -98,7 +98,7 @@ press_with() {
 }
 
 modifiers() {
-    xdotool windowactivate --sync "$window"
+    activate "$window"
     press_with shift b 'key 66 1'
     press_with ctrl c 'key 3 4'
     press_with shift F2 'key 203 1'
@@ -138,7 +138,7 @@ minimize() {
 }
 
 activation() {
-    xdotool windowactivate --sync "$window"
+    activate "$window"
     expect activated
     mark
     start_other
@@ -153,7 +153,7 @@ activation() {
 }
 
 close() {
-    xdotool windowactivate --sync "$window"
+    activate "$window"
     xdotool key alt+F4
     expect refused
     expect_frame "100 120 300 200"

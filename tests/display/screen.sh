@@ -23,12 +23,18 @@ fail() {
     exit 1
 }
 
+# The window manager may have read a wish together with an answer, and looks at it with its next
+# event only: a property of the root window is one.
+server=
+nudge() { [ -z "$server" ] || xprop -root -f _TEST_NUDGE 8s -set _TEST_NUDGE again; }
+
 # Waits up to ten seconds for a command to succeed.
 eventually() {
     local tries
     for tries in $(seq 200); do
         "$@" >/dev/null 2>&1 && return 0
         sleep 0.05
+        [ $((tries % 8)) -ne 0 ] || nudge >/dev/null 2>&1
     done
     return 1
 }
@@ -44,7 +50,8 @@ start_server() {
     Xvfb -displayfd 1 -screen 0 1024x768x24 -nolisten tcp -noreset >"$folder/display" 2>"$folder/xvfb" &
     started+=($!)
     eventually test -s "$folder/display" || fail "no X server: $(cat "$folder/xvfb")"
-    DISPLAY=:$(head -n 1 "$folder/display")
+    server=:$(head -n 1 "$folder/display")
+    DISPLAY=$server
     export DISPLAY XDG_CONFIG_HOME=$folder XDG_RUNTIME_DIR=$folder
     openbox >"$folder/openbox" 2>&1 &
     started+=($!)
@@ -52,10 +59,11 @@ start_server() {
     eventually sh -c 'xprop -root _NET_SUPPORTING_WM_CHECK | grep -q "window id"'
 }
 
-# True once a process has a window on the screen. Openbox may have read the wish for a window while
-# it was starting, and looks at it with its next event: a property of the root window is one.
-window_shows() {
-    [ -n "$(xdotool search --onlyvisible --pid "$1")" ] && return 0
-    xprop -root -f _TEST_POKE 8s -set _TEST_POKE again
-    return 1
+# True once a process has a window on the screen.
+window_shows() { [ -n "$(xdotool search --onlyvisible --pid "$1")" ]; }
+
+is_active() { [ "$(xdotool getactivewindow)" = "$1" ]; }
+activate() {
+    xdotool windowactivate "$1"
+    eventually is_active "$1" || fail "the window does not become active"
 }

@@ -50,9 +50,9 @@ TEST(FileTypes, WhatCanNotBeAskedHasEmptyTextsAndLeavesDosErr)
     symlink("loop", folder.At("/loop").c_str());
     GetDosErr(77);
     const std::string long_path(5000, 'x');
+    const std::string dangling = folder.At("/dangling"), loop = folder.At("/loop");
     for (const char* path : { static_cast<const char*>(nullptr), "", "/no/such/file",
-                              folder.At("/dangling").c_str(), folder.At("/loop").c_str(),
-                              long_path.c_str(), "\xff\x01" }) {
+                              dangling.c_str(), loop.c_str(), long_path.c_str(), "\xff\x01" }) {
         EXPECT_STREQ(GetFileMime(path), "");
         EXPECT_STREQ(GetFilePreferredApp(path), "");
         SetFileMime(path, "text/plain");
