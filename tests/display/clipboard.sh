@@ -33,6 +33,7 @@ ask() {
 
 # start_owner MANNER: returns when it has the selection.
 start_owner() {
+    : >"$folder/owner"  # now, not when the owner starts
     "$owner" "$1" >"$folder/owner" 2>&1 &
     owner_pid=$!
     started+=($!)
