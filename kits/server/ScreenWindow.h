@@ -74,7 +74,7 @@ protected:
     virtual void Place(BRect frame) = 0;
     // Makes the window an icon, or opens it.
     virtual void Iconify(bool minimize) = 0;
-    // Something of the specification changed: the title; look, feel or flags; the workspaces.
+    // What the window was asked to be changed: the title; look, feel or flags; the workspaces.
     virtual void Retitled() {}
     virtual void Restyled() {}
     virtual void WorkspacesSet() {}

@@ -11,7 +11,7 @@ namespace storage __attribute__((visibility("hidden"))) {
 // The name of the theme that the user chose, by the settings of the running desktop.
 std::string users_icon_theme();
 
-// The files of an icon theme, by the rules of the desktops' icon theme specification.
+// The files of an icon theme, by the rules of the desktops' icon theme standard.
 class IconTheme {
 public:
     // The theme of that name, those it inherits from, and those that all fall back to.
