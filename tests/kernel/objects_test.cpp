@@ -15,20 +15,7 @@
 #include <unistd.h>
 
 #include "kernel/HostActions.h"
-
-static thread_id run(thread_func entry, void* data)
-{
-    const thread_id thread = spawn_thread(entry, "helper", B_NORMAL_PRIORITY, data);
-    resume_thread(thread);
-    return thread;
-}
-
-static status_t result_of(thread_id thread)
-{
-    status_t result = B_ERROR;
-    wait_for_thread(thread, &result);
-    return result;
-}
+#include "threads.h"
 
 static bool wait_for_count(sem_id sem, int32 wanted)
 {

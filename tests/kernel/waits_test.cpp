@@ -12,19 +12,7 @@
 #include <string.h>
 #include <unistd.h>
 
-static thread_id run(thread_func entry, void* data = nullptr)
-{
-    const thread_id thread = spawn_thread(entry, "helper", B_NORMAL_PRIORITY, data);
-    resume_thread(thread);
-    return thread;
-}
-
-static status_t result_of(thread_id thread)
-{
-    status_t result = B_ERROR;
-    wait_for_thread(thread, &result);
-    return result;
-}
+#include "threads.h"
 
 // Until the thread sleeps in the host; false after five seconds.
 static bool sleeps(thread_id thread)

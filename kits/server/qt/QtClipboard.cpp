@@ -36,7 +36,7 @@ void QtClipboard::_Changed()
 }
 
 // False if the work was not done in time; it may be later, and owns all that it needs.
-bool QtClipboard::_Call(std::function<void()> work)
+bool QtClipboard::Call(std::function<void()> work)
 {
     auto done = std::make_shared<std::promise<void>>();
     std::future<void> future = done->get_future();
@@ -67,63 +67,36 @@ static bool read_form(const QMimeData& data, const std::string& type, std::strin
     return true;
 }
 
-status_t QtClipboard::Read(const std::vector<std::string>& types, ClipboardForm* form)
+status_t QtClipboard::ReadNow(const std::vector<std::string>& types, ClipboardForm* form)
 {
-    struct Result {
-        status_t status = B_ENTRY_NOT_FOUND;
-        ClipboardForm form;
-    };
-    auto result = std::make_shared<Result>();
-    const bool done = _Call([=] {
-        const QMimeData* data = QGuiApplication::clipboard()->mimeData();
-        for (const std::string& type : types) {
-            if (data != nullptr && read_form(*data, type, &result->form.bytes)) {
-                result->form.type = type;
-                result->status = B_OK;
-                return;
-            }
+    const QMimeData* data = QGuiApplication::clipboard()->mimeData();
+    for (const std::string& type : types) {
+        if (data != nullptr && read_form(*data, type, &form->bytes)) {
+            form->type = type;
+            return B_OK;
         }
-    });
-    if (!done)
-        return B_TIMED_OUT;
-    *form = std::move(result->form);
-    return result->status;
+    }
+    return B_ENTRY_NOT_FOUND;
 }
 
-status_t QtClipboard::Write(ClipboardForms forms, const uint32* expected, uint32* changes)
+status_t QtClipboard::WriteNow(ClipboardForms forms, std::optional<uint32> expected,
+                               uint32* changes)
 {
-    struct Order {
-        ClipboardForms forms;
-        bool is_bound;
-        uint32 expected;
-        status_t status = B_ERROR;
-        uint32 changes = 0;
-    };
-    auto order = std::make_shared<Order>();
-    order->forms = std::move(forms);
-    order->is_bound = expected != nullptr;
-    order->expected = expected != nullptr ? *expected : 0;
-    const bool done = _Call([=, this] {
-        const uint32 before = fChanges;
-        if (order->is_bound && order->expected != before)
-            return;
-        auto* data = new QMimeData;  // the clipboard's
-        for (const ClipboardForm& form : order->forms) {
-            const QByteArray bytes(form.bytes.data(), qsizetype(form.bytes.size()));
-            if (form.type == kTextForm)
-                data->setData(QLatin1String(kQtText), bytes);
-            data->setData(QString::fromStdString(form.type), bytes);
-        }
-        QGuiApplication::clipboard()->setMimeData(data);
-        if (fChanges == before)
-            _Changed();
-        order->changes = fChanges;
-        order->status = B_OK;
-    });
-    if (!done)
-        return B_TIMED_OUT;
-    *changes = order->changes;
-    return order->status;
+    const uint32 before = fChanges;
+    if (expected.value_or(before) != before)
+        return B_ERROR;
+    auto* data = new QMimeData;  // the clipboard's
+    for (const ClipboardForm& form : forms) {
+        const QByteArray bytes(form.bytes.data(), qsizetype(form.bytes.size()));
+        if (form.type == kTextForm)
+            data->setData(QLatin1String(kQtText), bytes);
+        data->setData(QString::fromStdString(form.type), bytes);
+    }
+    QGuiApplication::clipboard()->setMimeData(data);
+    if (fChanges == before)
+        _Changed();
+    *changes = fChanges;
+    return B_OK;
 }
 
 void QtClipboard::SetListener(std::function<void()> listener)

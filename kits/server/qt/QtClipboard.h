@@ -10,7 +10,7 @@
 #include <string>
 #include <vector>
 
-#include "server/Clipboard.h"
+#include "server/qt/WaitingClipboard.h"
 
 class QObject;
 
@@ -18,18 +18,19 @@ namespace server {
 
 class QtDisplay;
 
-class QtClipboard final : public Clipboard {
+class QtClipboard final : public WaitingClipboard {
 public:
     // Server's thread; `context` lives as long as that runs.
     QtClipboard(QtDisplay* display, QObject* context);
 
     uint32 Changes() override { return fChanges; }
-    status_t Read(const std::vector<std::string>& types, ClipboardForm* form) override;
-    status_t Write(ClipboardForms forms, const uint32* expected, uint32* changes) override;
     void SetListener(std::function<void()> listener) override;
 
 private:
-    bool _Call(std::function<void()> work);
+    bool Call(std::function<void()> work) override;
+    status_t ReadNow(const std::vector<std::string>& types, ClipboardForm* form) override;
+    status_t WriteNow(ClipboardForms forms, std::optional<uint32> expected,
+                      uint32* changes) override;
     void _Changed();
 
     QtDisplay* fDisplay;

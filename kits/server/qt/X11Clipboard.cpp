@@ -42,7 +42,7 @@ X11Clipboard::~X11Clipboard()
 
 // True once the work is done; false when there is no connection, or the thread does not get on. The
 // work may then still be done later: it owns all that it needs.
-bool X11Clipboard::_Call(std::function<void()> work)
+bool X11Clipboard::Call(std::function<void()> work)
 {
     auto task = std::make_shared<Task>(std::move(work));
     std::unique_lock lock(fMutex);
@@ -69,51 +69,22 @@ void X11Clipboard::_Wake()
 
 uint32 X11Clipboard::Changes()
 {
-    _Call([this] { _Sync(); });
+    Call([this] { _Sync(); });
     return fChanges;
 }
 
-status_t X11Clipboard::Read(const std::vector<std::string>& types, ClipboardForm* form)
+status_t X11Clipboard::WriteNow(ClipboardForms forms, std::optional<uint32> expected,
+                                uint32* changes)
 {
-    struct Result {
-        status_t status = B_ERROR;
-        ClipboardForm form;
-    };
-    auto result = std::make_shared<Result>();
-    if (!_Call([=, this] { result->status = _Read(types, &result->form); }))
-        return B_TIMED_OUT;
-    *form = std::move(result->form);
-    return result->status;
-}
-
-status_t X11Clipboard::Write(ClipboardForms forms, const uint32* expected, uint32* changes)
-{
-    struct Order {
-        ClipboardForms forms;
-        bool is_bound;
-        uint32 expected;
-        status_t status = B_ERROR;
-        uint32 changes = 0;
-    };
-    auto order = std::make_shared<Order>();
-    order->forms = std::move(forms);
-    order->is_bound = expected != nullptr;
-    order->expected = expected != nullptr ? *expected : 0;
-    const bool done = _Call([=, this] {
-        _Sync();
-        if (order->is_bound && order->expected != fChanges)
-            return;
-        const uint32 before = fOwnChange;
-        fNext = std::move(order->forms);
-        xcb_set_selection_owner(fConnection, fWindow, fSelection, XCB_CURRENT_TIME);
-        _Sync();
-        order->changes = fOwnChange;
-        order->status = fOwnChange != before ? B_OK : B_ERROR;
-    });
-    if (!done)
-        return B_TIMED_OUT;
-    *changes = order->changes;
-    return order->status;
+    _Sync();
+    if (expected.value_or(fChanges) != fChanges)
+        return B_ERROR;
+    const uint32 before = fOwnChange;
+    fNext = std::move(forms);
+    xcb_set_selection_owner(fConnection, fWindow, fSelection, XCB_CURRENT_TIME);
+    _Sync();
+    *changes = fOwnChange;
+    return fOwnChange != before ? B_OK : B_ERROR;
 }
 
 void X11Clipboard::SetListener(std::function<void()> listener)
@@ -132,7 +103,7 @@ void X11Clipboard::End()
         if (!fStarted)
             fEnded = true;
     }
-    _Call([this] {
+    Call([this] {
         fEnding = true;
         _SaveWithManager();
     });
@@ -335,7 +306,7 @@ bool X11Clipboard::_WaitFor(Condition condition)
     }
 }
 
-status_t X11Clipboard::_Read(const std::vector<std::string>& types, ClipboardForm* form)
+status_t X11Clipboard::ReadNow(const std::vector<std::string>& types, ClipboardForm* form)
 {
     const int kMostOwners = 3;
     status_t status = B_ENTRY_NOT_FOUND;

@@ -16,7 +16,7 @@
 #include <thread>
 #include <vector>
 
-#include "server/Clipboard.h"
+#include "server/qt/WaitingClipboard.h"
 #include "server/qt/X11Atoms.h"
 #include "server/qt/X11Offer.h"
 
@@ -24,14 +24,12 @@ struct xcb_xfixes_selection_notify_event_t;
 
 namespace server {
 
-class X11Clipboard final : public Clipboard {
+class X11Clipboard final : public WaitingClipboard {
 public:
     X11Clipboard();
     ~X11Clipboard() override;
 
     uint32 Changes() override;
-    status_t Read(const std::vector<std::string>& types, ClipboardForm* form) override;
-    status_t Write(ClipboardForms forms, const uint32* expected, uint32* changes) override;
     void SetListener(std::function<void()> listener) override;
     // Hands the content to the desktop's clipboard manager, where there is one.
     void End() override;
@@ -40,7 +38,7 @@ private:
     struct Task;
 
     // Any thread.
-    bool _Call(std::function<void()> work);
+    bool Call(std::function<void()> work) override;
     void _Wake();
 
     // The clipboard's thread, as all below.
@@ -54,7 +52,9 @@ private:
     void _Sync();
     template <class Condition>
     bool _WaitFor(Condition condition);
-    status_t _Read(const std::vector<std::string>& types, ClipboardForm* form);
+    status_t ReadNow(const std::vector<std::string>& types, ClipboardForm* form) override;
+    status_t WriteNow(ClipboardForms forms, std::optional<uint32> expected,
+                      uint32* changes) override;
     status_t _ReadOffered(const std::vector<std::string>& types, ClipboardForm* form);
     status_t _Convert(xcb_atom_t selection, xcb_atom_t target, xcb_atom_t* type,
                       std::string* bytes);
