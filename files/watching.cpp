@@ -116,6 +116,18 @@ static void tell(int32 opcode, const std::string& path, const std::string* secon
             opcode, path.c_str(), second_path != nullptr ? second_path->c_str() : nullptr);
 }
 
+// What is watched at `from`, or below it, is at `to` now.
+static void follow_move(const std::string& from, const std::string& to)
+{
+    if (from.empty() || to.empty())
+        return;
+    BAutolock guard(watched().lock);
+    for (auto& [node, path] : watched().nodes) {
+        if (path == from || path.starts_with(from + '/'))
+            path.replace(0, from.size(), to);
+    }
+}
+
 static void tell_moved(const BMessage& message)
 {
     const int32 device = number_in(message, "device");
@@ -123,13 +135,34 @@ static void tell_moved(const BMessage& message)
     const std::string to = entry_path(device, node_in(message, "to directory"), name);
     const std::string from = entry_path(device, node_in(message, "from directory"),
                                         text_in(message, "from name", name));
-    {
-        BAutolock guard(watched().lock);
-        auto node = watched().nodes.find(numbered(device, node_in(message, "node")));
-        if (node != watched().nodes.end())
-            node->second = to;
-    }
+    follow_move(from, to);
     tell(B_ENTRY_MOVED, from, &to);
+}
+
+static bool is_at(const std::string& path, const node_ref& node)
+{
+    node_ref there;
+    return BEntry(path.c_str()).GetNodeRef(&there) == B_OK
+        && numbered(static_cast<int32>(there.device), static_cast<int64>(there.node)) == node;
+}
+
+// A watched node that left its place may be anywhere, if it is at all.
+static void forget_removed(const node_ref& node, const std::string& path)
+{
+    BAutolock guard(watched().lock);
+    auto found = watched().nodes.find(node);
+    if (found != watched().nodes.end() && found->second == path && !is_at(path, node))
+        watched().nodes.erase(found);
+}
+
+static void tell_entry(int32 opcode, const BMessage& message)
+{
+    const int32 device = number_in(message, "device");
+    const std::string path
+        = entry_path(device, node_in(message, "directory"), text_in(message, "name", ""));
+    if (opcode == B_ENTRY_REMOVED)
+        forget_removed(numbered(device, node_in(message, "node")), path);
+    tell(opcode, path, nullptr);
 }
 
 static void tell_mounted(const BMessage& message)
@@ -160,19 +193,16 @@ static void tell_unmounted(const BMessage& message)
 static void tell_change(const BMessage& message)
 {
     const int32 opcode = number_in(message, "opcode");
-    const int32 device = number_in(message, "device");
     switch (opcode) {
         case B_ENTRY_CREATED:
-        case B_ENTRY_REMOVED:
-            tell(opcode,
-                 entry_path(device, node_in(message, "directory"), text_in(message, "name", "")),
-                 nullptr);
-            break;
+        case B_ENTRY_REMOVED: tell_entry(opcode, message); break;
         case B_ENTRY_MOVED: tell_moved(message); break;
         case B_DEVICE_MOUNTED: tell_mounted(message); break;
         case B_DEVICE_UNMOUNTED: tell_unmounted(message); break;
         default:
-            tell(opcode, node_path(numbered(device, node_in(message, "node"))), nullptr);
+            tell(opcode,
+                 node_path(numbered(number_in(message, "device"), node_in(message, "node"))),
+                 nullptr);
             break;
     }
 }

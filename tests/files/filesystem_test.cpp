@@ -163,6 +163,7 @@ TEST_F(FileSystem, DeleteRenameAndMoveNeverReplace)
     EXPECT_EQ(Reason(), ENOENT);
     EXPECT_FALSE(RenameFile(At("/b").c_str(), nullptr));
     EXPECT_FALSE(RenameFile(At("/b").c_str(), ""));
+    EXPECT_EQ(Reason(), ENOENT);
     EXPECT_TRUE(Exists("/b"));
     EXPECT_FALSE(DeleteFile(At("/dir").c_str()));
     EXPECT_EQ(Reason(), ENOTEMPTY);
@@ -500,6 +501,31 @@ TEST_F(Watching, ChangesReachTheHandlerWithTheirPaths)
     ASSERT_TRUE(DeleteFile(At("/dir").c_str()));
     EXPECT_TRUE(Hears("2", "/dir"));
     EXPECT_FALSE(WatchDir(At("/dir").c_str(), 1));
+}
+
+TEST_F(Watching, PathsFollowTheDirectoriesAboveThem)
+{
+    ASSERT_TRUE(MakeDir(At("/dir/a/b").c_str()));
+    ASSERT_TRUE(MakeDir(At("/dir/ab").c_str()));
+    ASSERT_TRUE(MakeDir(At("/away").c_str()));
+    for (const char* leaf : { "/dir", "/dir/a", "/dir/a/b", "/dir/ab" })
+        ASSERT_TRUE(WatchDir(At(leaf).c_str(), 1));
+    ASSERT_TRUE(RenameFile(At("/dir/a").c_str(), "c"));
+    EXPECT_TRUE(Hears("3", "/dir/a " + At("/dir/c")));
+    fFolder.Put("/dir/c/b/x");
+    EXPECT_TRUE(Hears("1", "/dir/c/b/x"));
+    ASSERT_TRUE(RenameFile(At("/dir").c_str(), "top"));
+    EXPECT_TRUE(Hears("3", "/dir " + At("/top")));
+    fFolder.Put("/top/c/b/y");
+    EXPECT_TRUE(Hears("1", "/top/c/b/y"));
+    fFolder.Put("/top/ab/z");
+    EXPECT_TRUE(Hears("1", "/top/ab/z"));
+    // Out of sight: the host tells of the removal alone, and nothing is said to be where it was.
+    ASSERT_TRUE(FileMoveTo(At("/top/c/b").c_str(), At("/away").c_str()));
+    EXPECT_TRUE(Hears("2", "/top/c/b"));
+    fFolder.Put("/away/b/unknown");
+    EXPECT_TRUE(eventually([] { return sTold.Has("1 "); }));
+    EXPECT_FALSE(sTold.Has("1 " + At("/top/c/b/unknown")));
 }
 
 TEST_F(Watching, WatchesEndOneByOneOrAllAtOnce)

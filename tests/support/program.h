@@ -13,8 +13,8 @@
 // The table of the registry that all tests share.
 extern void** gRegistry;
 
-// True as soon as `claim` holds, false if it does not within `timeout_us`.
-inline bool eventually(const std::function<bool()>& claim, bigtime_t timeout_us = 5'000'000)
+// True as soon as `claim` holds, false if it does not within `timeout_us`: only a fault reaches it.
+inline bool eventually(const std::function<bool()>& claim, bigtime_t timeout_us = 20'000'000)
 {
     const bigtime_t deadline = system_time() + timeout_us;
     while (!claim()) {
