@@ -230,6 +230,8 @@ status_t BEntry::Rename(const char* path, bool clobber)
         return not_set();
     if (path == nullptr)
         return fail(EINVAL);
+    if (path[0] == '\0')
+        return fail(ENOENT);
     return _MoveTo(path[0] == '/' ? path : join(directory_of(fPath), path).c_str(), clobber);
 }
 
@@ -277,6 +279,20 @@ status_t BEntry::_Adopt(status_t status, const char* path)
     return fStatus;
 }
 
+// Without `clobber` nothing that comes to the new place meanwhile is replaced either, but on file
+// systems that can not tell.
+static int rename_entry(const char* from, const char* to, bool clobber)
+{
+    if (clobber)
+        return rename(from, to);
+    const int before = errno;
+    const int result = renameat2(AT_FDCWD, from, AT_FDCWD, to, RENAME_NOREPLACE);
+    if (result == 0 || (errno != EINVAL && errno != ENOSYS))
+        return result;
+    errno = before;
+    return rename(from, to);
+}
+
 // Moves what the entry names, and then names the new place.
 status_t BEntry::_MoveTo(const char* target, bool clobber)
 {
@@ -290,7 +306,7 @@ status_t BEntry::_MoveTo(const char* target, bool clobber)
         return status;
     if (!clobber && lstat(resolved.c_str(), &info) == 0)
         return fail(EEXIST);
-    if (rename(fPath, resolved.c_str()) != 0)
+    if (rename_entry(fPath, resolved.c_str(), clobber) != 0)
         return host_failure();
     return _Adopt(B_OK, resolved.c_str());
 }
