@@ -14,10 +14,8 @@
 #include <Roster.h>
 #include <Window.h>
 
-#include <limits.h>
 #include <string.h>
 #include <strings.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <fstream>
@@ -363,13 +361,11 @@ status_t BApplication::GetAppInfo(app_info* info) const
     info->thread = Thread();
     info->team = Team();
     fSignature.copy(info->signature, sizeof(info->signature) - 1);
-    char path[PATH_MAX];
-    const ssize_t length = readlink("/proc/self/exe", path, sizeof(path) - 1);
-    if (length < 0)
+    const std::string path = BPrivate::own_executable();
+    if (path.empty())
         return B_ENTRY_NOT_FOUND;
-    path[length] = '\0';
-    info->flags = BPrivate::launch_flags_of(path);
-    return get_ref_for_path(path, &info->ref);
+    info->flags = BPrivate::launch_flags_of(path.c_str());
+    return get_ref_for_path(path.c_str(), &info->ref);
 }
 
 // Programs are built without resources here.

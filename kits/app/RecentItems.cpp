@@ -19,6 +19,7 @@
 #include <gio/gio.h>
 
 #include "app/BookmarkText.h"
+#include "app/RunningApps.h"
 #include "storage/DataFolders.h"
 #include "storage/FileReplacement.h"
 
@@ -68,12 +69,25 @@ static std::string own_name(const char* signature)
     return be_app != nullptr ? be_app->Signature() : program_invocation_short_name;
 }
 
+// What any program can read as text, whatever bytes it came in: one odd byte, and all of them would
+// take the whole list for damaged.
+static std::string readable(const std::string& text)
+{
+    char* valid = g_utf8_make_valid(text.data(), static_cast<gssize>(text.size()));
+    std::string plain = valid;
+    g_free(valid);
+    const auto is_control = [](char c) { return static_cast<uint8>(c) < ' ' || c == 0x7F; };
+    std::replace_if(plain.begin(), plain.end(), is_control, '?');
+    return plain;
+}
+
 // How the desktop opens the file again with the one that added it.
 static std::string command_of(const std::string& name)
 {
     const storage::ApplicationRef application = storage::find_application(name);
-    char* quoted = g_shell_quote(application != nullptr ? application->executable.c_str()
-                                                        : program_invocation_name);
+    const std::string executable
+        = application != nullptr ? application->executable : own_executable();
+    char* quoted = g_shell_quote(readable(executable).c_str());
     const std::string command = std::string(quoted) + " %u";
     g_free(quoted);
     return command;
@@ -127,7 +141,7 @@ static void edit_list(const std::string& uri, const Edit& edit)
             edit(file.get());
             edited = text_of(file.get());
         }
-        return edited.empty() ? text : edited;
+        return parse(edited) == nullptr || edited.empty() ? text : edited;
     });
 }
 
@@ -135,8 +149,9 @@ static void edit_list(const std::string& uri, const Edit& edit)
 static void touch(GBookmarkFile* file, const std::string& uri, const std::string& type,
                   const std::string& name)
 {
-    g_bookmark_file_set_mime_type(file, uri.c_str(), type.c_str());
-    g_bookmark_file_add_application(file, uri.c_str(), name.c_str(), command_of(name).c_str());
+    g_bookmark_file_set_mime_type(file, uri.c_str(), readable(type).c_str());
+    g_bookmark_file_add_application(file, uri.c_str(), readable(name).c_str(),
+                                    command_of(name).c_str());
     GDateTime* now = g_date_time_new_now_utc();
     g_bookmark_file_set_visited_date_time(file, uri.c_str(), now);
     g_bookmark_file_set_modified_date_time(file, uri.c_str(), now);

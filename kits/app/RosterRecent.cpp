@@ -105,6 +105,10 @@ void BRoster::AddToRecentDocuments(const entry_ref* document, const char* signat
 void BRoster::AddToRecentFolders(const entry_ref* folder, const char* signature) const
 {
     const BPath path(folder);
-    if (path.InitCheck() == B_OK)
-        BPrivate::add_recent_file(path.Path(), kFolderType, signature);
+    if (path.InitCheck() != B_OK)
+        return;
+    const bool is_file = BEntry(folder).IsFile();  // which keeps the type that others see
+    BPrivate::add_recent_file(path.Path(),
+                              is_file ? BPrivate::type_of_file(path.Path()) : kFolderType,
+                              signature);
 }

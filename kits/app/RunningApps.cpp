@@ -118,7 +118,7 @@ uint32 launch_flags_of(const char* path)
     return flags & (B_LAUNCH_MASK | B_BACKGROUND_APP | B_ARGV_ONLY);
 }
 
-static std::string own_executable()
+std::string own_executable()
 {
     char path[PATH_MAX];
     const ssize_t length = readlink("/proc/self/exe", path, sizeof(path));

@@ -46,6 +46,9 @@ std::vector<RunningApp> running_apps();
 void note_active(bool active);
 team_id active_team();  // -1 for none of ours
 
+// The file that this process runs; empty if the host does not tell.
+std::string own_executable();
+
 // How the program at `path` wants to be launched.
 uint32 launch_flags_of(const char* path);
 

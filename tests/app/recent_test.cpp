@@ -10,6 +10,7 @@
 #include <errno.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
+#include <sys/xattr.h>
 #include <unistd.h>
 
 #include <set>
@@ -189,6 +190,7 @@ TEST(RecentFiles, OtherProgramsReadOursAndWeTheirs)
     EXPECT_TRUE(g_bookmark_file_get_application_info(list.Get(), List::Uri(ours).c_str(), kWriter,
                                                      &command, nullptr, nullptr, nullptr));
     EXPECT_NE(nullptr, strstr(command, List::Uri(ours).c_str())) << "the file stands for %u";
+    EXPECT_EQ(0, strncmp(command, "'/", 2)) << "from any folder: " << command;
     g_free(command);
 }
 
@@ -237,6 +239,27 @@ TEST(RecentFiles, AListThatIsNotUnderstoodStaysAsItIs)
         std::ifstream file(path, std::ios::binary);
         EXPECT_EQ(broken, std::string(std::istreambuf_iterator<char>(file), {}));
     }
+}
+
+TEST(RecentFiles, NoNameOrTypeDamagesTheList)
+{
+    DesktopFolder folder;
+    const std::string text = folder.Put("/a.txt", "text");
+    const std::string odd = folder.Put("/odd", "text");
+    const std::string type = "x-odd/\xFF\x01";
+    const bool typed = setxattr(odd.c_str(), "user.mime_type", type.data(), type.size(), 0) == 0;
+    add(text);
+    add(odd);
+    for (const char* signature : { "application/x-\xFF", "application/x-\x01", "\xC3" })
+        add(text, signature);
+    EXPECT_EQ((Texts{ text, odd }), documents());
+    EXPECT_TRUE(List(folder).IsValid());
+    EXPECT_EQ(typed ? "x-odd/\uFFFD?" : "text/plain", List(folder).Type(odd));
+    // A file that is noted among the folders stays a file.
+    entry_ref ref;
+    ASSERT_EQ(B_OK, get_ref_for_path(text.c_str(), &ref));
+    be_roster->AddToRecentFolders(&ref, kWriter);
+    EXPECT_EQ("text/plain", List(folder).Type(text));
 }
 
 // Processes that add these files, every second one each.
