@@ -95,10 +95,15 @@ status_t acquire_sem(sem_id id)
     return acquire_sem_etc(id, 1, 0, 0);
 }
 
+static bool is_acquisition(int32 count, uint32 flags)
+{
+    const uint32 both = B_RELATIVE_TIMEOUT | B_ABSOLUTE_TIMEOUT;
+    return count >= 1 && (flags & both) != both;
+}
+
 status_t acquire_sem_etc(sem_id id, int32 count, uint32 flags, bigtime_t timeout)
 {
-    if (count < 1 || (flags & (B_RELATIVE_TIMEOUT | B_ABSOLUTE_TIMEOUT))
-            == (B_RELATIVE_TIMEOUT | B_ABSOLUTE_TIMEOUT))
+    if (!is_acquisition(count, flags))
         return B_BAD_VALUE;
     std::unique_lock<std::mutex> hold;
     Semaphore* sem = semaphores().Find(id, hold);
@@ -178,7 +183,10 @@ status_t switch_sem(sem_id semToBeReleased, sem_id id)
 status_t switch_sem_etc(sem_id semToBeReleased, sem_id id, int32 count, uint32 flags,
                         bigtime_t timeout)
 {
-    const status_t status = release_sem(semToBeReleased);
+    sem_info info;
+    status_t status = is_acquisition(count, flags) ? get_sem_info(id, &info) : B_BAD_VALUE;
+    if (status == B_OK)
+        status = release_sem(semToBeReleased);
     return status == B_OK ? acquire_sem_etc(id, count, flags, timeout) : status;
 }
 

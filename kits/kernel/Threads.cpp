@@ -273,10 +273,8 @@ status_t kill_thread(thread_id id)
     std::shared_ptr<Thread> thread = find(id);
     if (thread == nullptr)
         return kill_host_thread(id);
-    if (id == getpid()) {
-        exit_thread(B_INTERRUPTED);
-        return B_OK;
-    }
+    if (id == getpid())
+        return kill_team(id);
     thread->killed.store(true);
     std::atomic_thread_fence(std::memory_order_seq_cst);
     objects_changed();  // it may be watching some

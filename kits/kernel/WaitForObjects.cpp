@@ -131,6 +131,8 @@ ssize_t wait_for_objects_etc(object_wait_info* infos, int numInfos, uint32 flags
         || deadline_from(flags, timeout, &deadline) != B_OK)
         return B_BAD_VALUE;
     ObjectWatcher watcher;
+    if (watcher.Descriptor() < 0)
+        return B_NO_MORE_FDS;
     std::vector<pollfd> files{ { watcher.Descriptor(), POLLIN, 0 } };
     std::vector<object_wait_info> wanted(infos, infos + numInfos);
     for (const object_wait_info& info : wanted) {

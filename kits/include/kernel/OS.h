@@ -365,7 +365,8 @@ status_t _get_port_message_info_etc(port_id port, port_message_info* info, size_
    B_WOULD_BLOCK for a relative one of 0; B_INTERRUPTED by a signal with B_CAN_INTERRUPT. Threads
    are served in the order of their coming, and one that wants much is not passed over. Releasing
    gives `count` units back, B_BAD_VALUE beyond what a count can hold. Deleting wakes all who wait.
-   switch_sem() releases the first semaphore and acquires the second one. */
+   switch_sem() releases the first semaphore and acquires the second one; it releases none if there
+   is no second one. */
 sem_id create_sem(int32 count, const char* name);
 status_t delete_sem(sem_id id);
 status_t acquire_sem(sem_id id);
