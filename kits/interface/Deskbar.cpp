@@ -6,6 +6,7 @@
 
 #include <algorithm>
 
+#include "DeskbarPatience.h"
 #include "DeskbarSettings.h"
 #include "DesktopPanel.h"
 
@@ -13,6 +14,12 @@ using namespace BPrivate;
 
 static const float kBarHeight = 22;
 static const float kCornerWidth = 128;
+
+DeskbarPatience& BPrivate::deskbar_patience()
+{
+    static DeskbarPatience patience = {1'000'000, 5'000'000};
+    return patience;
+}
 
 // What is kept, and what the panel says where somebody changed it since it was told.
 static DeskbarSettings present_settings()

@@ -16,12 +16,12 @@
 #include <OS.h>
 #include <Path.h>
 
+#include "DeskbarPatience.h"
 #include "storage/HostErrors.h"
 
 namespace BPrivate {
 
 static const char* const kGroup = "Deskbar";
-static const bigtime_t kLongestWait = 1'000'000;
 static const bigtime_t kPause = 1'000;
 
 // By deskbar_location.
@@ -124,7 +124,7 @@ public:
             fStatus = storage::host_failure();
             return;
         }
-        const bigtime_t end = system_time() + kLongestWait;
+        const bigtime_t end = system_time() + deskbar_patience().settings;
         while (flock(fFile, LOCK_EX | LOCK_NB) != 0) {
             if (errno != EWOULDBLOCK || system_time() > end) {
                 fStatus = storage::fail(errno == EWOULDBLOCK ? EBUSY : errno);

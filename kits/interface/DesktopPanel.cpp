@@ -11,12 +11,12 @@
 
 #include <OS.h>
 
+#include "DeskbarPatience.h"
 #include "support/HostBus.h"
 
 namespace BPrivate {
 
-static const bigtime_t kTimeout = 300'000;   // of one call
-static const bigtime_t kRespite = 5'000'000; // after one that was not answered
+static const bigtime_t kRespite = 5'000'000;  // after a call that was not answered
 
 static const HostBus::Object kPlasma
     = {"org.kde.plasmashell", "/PlasmaShell", "org.kde.PlasmaShell"};
@@ -191,7 +191,7 @@ static const PanelRow* find_panel(HostBus& bus)
 
 bool is_panel_running()
 {
-    HostBus bus(HostBus::Kind::Session, kTimeout);
+    HostBus bus(HostBus::Kind::Session, deskbar_patience().panel);
     return find_panel(bus) != nullptr;
 }
 
@@ -204,7 +204,7 @@ std::optional<PanelState> change_panel(const PanelChange& change)
 {
     if (system_time() < sDeafUntil)
         return std::nullopt;
-    HostBus bus(HostBus::Kind::Session, kTimeout);
+    HostBus bus(HostBus::Kind::Session, deskbar_patience().panel);
     const PanelRow* row = find_panel(bus);
     std::optional<PanelState> state;
     if (row != nullptr)

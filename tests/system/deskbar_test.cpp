@@ -22,6 +22,7 @@
 #include <map>
 #include <memory>
 
+#include "interface/DeskbarPatience.h"
 #include "support/temp_folder.h"
 #include "support/test_bus.h"
 
@@ -51,6 +52,18 @@ static void write_settings(const TempFolder& folder, const std::string& text)
     std::filesystem::create_directories(folder.At("/home/config/beos"));
     folder.Put("/home/config/beos/deskbar", text);
 }
+
+// With the patience that a busy machine takes, where all answer in the end.
+class DeskbarPanels : public testing::Test {
+protected:
+    DeskbarPanels() : fSaved(BPrivate::deskbar_patience())
+    {
+        BPrivate::deskbar_patience().panel = 20'000'000;
+    }
+    ~DeskbarPanels() override { BPrivate::deskbar_patience() = fSaved; }
+
+    const BPrivate::DeskbarPatience fSaved;
+};
 
 TEST(Deskbar, BeginsExpandedInTheRightTopCorner)
 {
@@ -158,7 +171,10 @@ TEST(Deskbar, WhatCannotBeKeptSaysWhy)
     write_settings(folder, "");
     const int held = open(folder.At("/home/config/beos").c_str(), O_RDONLY | O_DIRECTORY);
     ASSERT_EQ(flock(held, LOCK_EX), 0);
+    BPrivate::DeskbarPatience& patience = BPrivate::deskbar_patience();
+    const bigtime_t saved = std::exchange(patience.settings, 100'000);
     EXPECT_EQ(BDeskbar().Expand(false), B_BUSY);
+    patience.settings = saved;
     close(held);
     EXPECT_EQ(BDeskbar().Expand(false), B_OK);
 }
@@ -166,6 +182,7 @@ TEST(Deskbar, WhatCannotBeKeptSaysWhy)
 TEST(Deskbar, SettingsMadeByManyProgramsAtOnceAllCount)
 {
     TempFolder folder;
+    BPrivate::deskbar_patience().settings = 60'000'000;
     status_t (BDeskbar::*const setters[])(bool)
         = {&BDeskbar::SetAutoHide, &BDeskbar::SetAutoRaise, &BDeskbar::SetAlwaysOnTop};
     for (int round = 0; round < 20; round++) {
@@ -262,7 +279,7 @@ private:
     TestService fService;
 };
 
-TEST(DeskbarPanels, XfceIsToldPlaceAndHiding)
+TEST_F(DeskbarPanels, XfceIsToldPlaceAndHiding)
 {
     TempFolder folder;
     TestBus bus;
@@ -277,14 +294,16 @@ TEST(DeskbarPanels, XfceIsToldPlaceAndHiding)
     };
     EXPECT_EQ(xfconf.Service().TakeCalls(), expected);
     EXPECT_EQ(BDeskbar().SetAutoHide(true), B_OK);
-    EXPECT_EQ(xfconf.Service().TakeCalls()[1],
+    const std::vector<std::string> calls = xfconf.Service().TakeCalls();
+    ASSERT_EQ(calls.size(), 3u);
+    EXPECT_EQ(calls[1],
               "SetProperty ('xfce4-panel', '/panels/panel-1/autohide-behavior', <uint32 2>)");
     SetExpandDeskBar(0);
     EXPECT_TRUE(xfconf.Service().TakeCalls().empty());
     EXPECT_EQ(GetPosDeskBar(), PLINTH_DESKBAR_LEFT_BOTTOM);
 }
 
-TEST(DeskbarPanels, WhatTheUserChangesOnXfceIsReadBack)
+TEST_F(DeskbarPanels, WhatTheUserChangesOnXfceIsReadBack)
 {
     TempFolder folder;
     TestBus bus;
@@ -305,7 +324,7 @@ TEST(DeskbarPanels, WhatTheUserChangesOnXfceIsReadBack)
     EXPECT_EQ(GetPosDeskBar(), PLINTH_DESKBAR_RIGHT_TOP);  // nothing to go by but what is kept
 }
 
-TEST(DeskbarPanels, APanelThatDoesNotObeyDoesNotMatter)
+TEST_F(DeskbarPanels, APanelThatDoesNotObeyDoesNotMatter)
 {
     TempFolder folder;
     TestBus bus;
@@ -316,7 +335,7 @@ TEST(DeskbarPanels, APanelThatDoesNotObeyDoesNotMatter)
     }
 }
 
-TEST(DeskbarPanels, PlasmaRunsAScript)
+TEST_F(DeskbarPanels, PlasmaRunsAScript)
 {
     TempFolder folder;
     TestBus bus;
@@ -355,24 +374,27 @@ TEST(DeskbarPanels, PlasmaRunsAScript)
     say("top right autohide");
     EXPECT_TRUE(BDeskbar().IsAutoHide());
     EXPECT_EQ(BDeskbar().SetAutoHide(false), B_OK);
-    EXPECT_NE(plasma.TakeCalls().back().find("p.hiding = 'none'"), std::string::npos);
+    const std::vector<std::string> hiding = plasma.TakeCalls();
+    ASSERT_FALSE(hiding.empty());
+    EXPECT_NE(hiding.back().find("p.hiding = 'none'"), std::string::npos);
 }
 
-TEST(DeskbarPanels, APanelThatNeverAnswersCostsLittle)
+TEST_F(DeskbarPanels, APanelThatNeverAnswersCostsLittle)
 {
     TempFolder folder;
     TestBus bus;
     TestService deaf(bus, "org.kde.plasmashell", {"/PlasmaShell"}, kPlasma,
                      [](auto&, auto&, GVariant*) { return TestService::Answer{}; });
+    BPrivate::deskbar_patience().panel = fSaved.panel;
     const bigtime_t before = system_time();
     SetPosDeskBar(PLINTH_DESKBAR_TOP);
     for (int i = 0; i < 20; i++)
         EXPECT_EQ(GetPosDeskBar(), PLINTH_DESKBAR_TOP);
-    EXPECT_LT(system_time() - before, 10'000'000);
+    EXPECT_LT(system_time() - before, 20'000'000) << "one wait, and none for each call";
     EXPECT_EQ(deaf.TakeCalls().size(), 1u);
 }
 
-TEST(DeskbarPanels, AFailingServiceAndABusThatIsNoneAreLeftAlone)
+TEST_F(DeskbarPanels, AFailingServiceAndABusThatIsNoneAreLeftAlone)
 {
     TempFolder folder;
     auto bus = std::make_unique<TestBus>();
@@ -398,12 +420,12 @@ TEST(DeskbarPanels, AFailingServiceAndABusThatIsNoneAreLeftAlone)
         EXPECT_FALSE(BDeskbar().IsRunning());
         place = (place + 1) % 6;
     }
-    EXPECT_LT(system_time() - before, 10'000'000);
+    EXPECT_LT(system_time() - before, 20'000'000);
     dup2(error, STDERR_FILENO);
     EXPECT_EQ(read_file(folder.At("/noise")), "");
 }
 
-TEST(DeskbarPanels, ABusThatAcceptsAndSaysNothingIsGivenUp)
+TEST_F(DeskbarPanels, ABusThatAcceptsAndSaysNothingIsGivenUp)
 {
     TempFolder folder;
     std::filesystem::create_directories(folder.At(".run"));
@@ -413,9 +435,10 @@ TEST(DeskbarPanels, ABusThatAcceptsAndSaysNothingIsGivenUp)
     folder.At(".run/bus").copy(address.sun_path, sizeof(address.sun_path) - 1);
     ASSERT_EQ(bind(listener, reinterpret_cast<sockaddr*>(&address), sizeof(address)), 0);
     ASSERT_EQ(listen(listener, 8), 0);
+    BPrivate::deskbar_patience().panel = fSaved.panel;
     const bigtime_t before = system_time();
     SetPosDeskBar(PLINTH_DESKBAR_TOP);
     EXPECT_EQ(GetPosDeskBar(), PLINTH_DESKBAR_TOP);
-    EXPECT_LT(system_time() - before, 10'000'000);
+    EXPECT_LT(system_time() - before, 20'000'000);
     close(listener);
 }
