@@ -20,11 +20,11 @@ static void* number(intptr_t value)
     return reinterpret_cast<void*>(value);
 }
 
-// Until `condition` holds; false after five seconds.
+// Until `condition` holds; false after twenty seconds.
 template <class Condition>
 static bool wait_until(Condition condition)
 {
-    for (const bigtime_t end = system_time() + 5000000; system_time() < end; snooze(500)) {
+    for (const bigtime_t end = system_time() + 20'000'000; system_time() < end; snooze(500)) {
         if (condition())
             return true;
     }

@@ -14,11 +14,11 @@
 
 #include "threads.h"
 
-// Until the thread sleeps in the host; false after five seconds.
+// Until the thread sleeps in the host; false after twenty seconds.
 static bool sleeps(thread_id thread)
 {
     const std::string path = "/proc/self/task/" + std::to_string(thread) + "/stat";
-    for (const bigtime_t end = system_time() + 5'000'000; system_time() < end; snooze(500)) {
+    for (const bigtime_t end = system_time() + 20'000'000; system_time() < end; snooze(500)) {
         char state = '?';
         if (FILE* file = fopen(path.c_str(), "re")) {
             if (fscanf(file, "%*d (%*[^)]) %c", &state) != 1)
@@ -70,7 +70,7 @@ TEST(Waits, KillEndsAThreadWhateverItWaitsFor)
         ASSERT_TRUE(sleeps(thread));
         EXPECT_EQ(kill_thread(thread), B_OK);
         status_t result = B_OK;
-        EXPECT_EQ(wait_for_thread_etc(thread, B_RELATIVE_TIMEOUT, 5'000'000, &result),
+        EXPECT_EQ(wait_for_thread_etc(thread, B_RELATIVE_TIMEOUT, 20'000'000, &result),
                   B_INTERRUPTED);
     }
     EXPECT_EQ(kill_thread(sSleeper), B_OK);
@@ -93,7 +93,7 @@ TEST(Waits, AThreadKilledBeforeItWaitsEndsToo)
         if (round % 2 == 0)
             sched_yield();
         EXPECT_EQ(kill_thread(thread), B_OK);
-        ASSERT_EQ(wait_for_thread_etc(thread, B_RELATIVE_TIMEOUT, 5'000'000, nullptr),
+        ASSERT_EQ(wait_for_thread_etc(thread, B_RELATIVE_TIMEOUT, 20'000'000, nullptr),
                   B_INTERRUPTED);
     }
     delete_sem(sSem);
@@ -197,7 +197,7 @@ TEST(WaitForObjects, IdsAndFilesOfNothingAreToldAtOnce)
              object_wait_info{-1, B_OBJECT_TYPE_SEMAPHORE, 0},
          }) {
         object_wait_info info = nothing;
-        EXPECT_EQ(wait_for_objects_etc(&info, 1, B_RELATIVE_TIMEOUT, 5'000'000), 1)
+        EXPECT_EQ(wait_for_objects_etc(&info, 1, B_RELATIVE_TIMEOUT, 20'000'000), 1)
             << info.type << " " << info.object;
         EXPECT_EQ(info.events, B_EVENT_INVALID) << info.type << " " << info.object;
     }

@@ -137,8 +137,10 @@ TEST_F(Clock, TicksComeFromTheClockAndFromTheStart)
 {
     sNow = At(2001, 3, 5);
     EXPECT_EQ(sNow * 1000000 + 250, GetTicks(0));
+    const int64_t before = system_time();
     const int64_t ticks = GetTicks(1);
-    EXPECT_NEAR(static_cast<double>(system_time()), static_cast<double>(ticks), 1e6);
+    EXPECT_GE(ticks, before);
+    EXPECT_LE(ticks, system_time());
     EXPECT_GE(GetTicks(255), ticks);
 }
 
@@ -152,7 +154,7 @@ TEST(Waiting, TakesAtLeastTheTimeAskedAndNoneForLessThanOne)
         WaitTicks(none);
         WaitSecs(none);
     }
-    EXPECT_LT(GetTicks(1) - start, 10000000);
+    EXPECT_LT(GetTicks(1) - start, 20000000);
 }
 
 TEST(Waiting, KeptSecondsOverflowTo32Bits)
@@ -161,10 +163,10 @@ TEST(Waiting, KeptSecondsOverflowTo32Bits)
     WaitSecs(2148);     // negative: no pause
     WaitSecs(4294);
     WaitSecs(INT_MAX);  // the product's low half is negative too
-    EXPECT_LT(GetTicks(1) - start, 10000000);
+    EXPECT_LT(GetTicks(1) - start, 20000000);
     WaitSecs(4295);     // 4295000000 less 2 to the 32nd
     EXPECT_GE(GetTicks(1) - start, 32704);
-    EXPECT_LT(GetTicks(1) - start, 10000000);
+    EXPECT_LT(GetTicks(1) - start, 20000000);
 }
 
 TEST(ClearScreen, WritesItsSequencesAtOnce)
