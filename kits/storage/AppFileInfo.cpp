@@ -136,7 +136,8 @@ status_t BAppFileInfo::GetSupportedTypes(BMessage* types) const
         return not_set();
     if (const auto value = read_info(*fNode, info::kSupportedTypes)) {
         BMemoryIO bytes(value->data(), value->size());
-        return types->Unflatten(&bytes);
+        status_t status = types->Unflatten(&bytes);
+        return status == B_OK ? status : fail_again(status);
     }
     const ApplicationRef application = find_application_of(path_of_node(*fNode));
     if (application == nullptr)

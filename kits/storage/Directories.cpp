@@ -148,7 +148,7 @@ status_t path_of(const BEntry* entry, std::string* path)
     if (entry == nullptr)
         return fail(EINVAL);
     if (entry->InitCheck() != B_OK)
-        return entry->InitCheck();
+        return fail_again(entry->InitCheck());
     *path = StorageAccess::Path(*entry);
     return B_OK;
 }

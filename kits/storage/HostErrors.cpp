@@ -11,6 +11,7 @@ struct StatusRow {
     status_t status;
 };
 
+// Of numbers with the same status, the usual one comes first.
 static const StatusRow kStatuses[] = {
     { ENOENT, B_ENTRY_NOT_FOUND },
     { ENODATA, B_ENTRY_NOT_FOUND },  // no such attribute
@@ -71,6 +72,20 @@ status_t not_set()
 {
     errno = EBADF;
     return B_NO_INIT;
+}
+
+status_t fail_again(status_t status)
+{
+    if (status == B_NO_INIT)
+        return not_set();
+    errno = EIO;
+    for (const StatusRow& row : kStatuses) {
+        if (row.status == status) {
+            errno = row.host;
+            break;
+        }
+    }
+    return status;
 }
 
 }  // namespace storage

@@ -14,6 +14,9 @@ status_t fail(int host_number);
 // The status of an object that names nothing: B_NO_INIT, and the host's number for that.
 status_t not_set();
 
+// The status of an object that could not be set before, with the host's number for it once more.
+status_t fail_again(status_t status);
+
 }  // namespace storage
 
 #endif  // STORAGE_HOST_ERRORS_H

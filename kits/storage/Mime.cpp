@@ -58,9 +58,9 @@ static status_t for_files(const std::string& path, bool recursive,
 static status_t update_file(const std::string& path, int force)
 {
     BNode node(path.c_str());
+    if (node.InitCheck() != B_OK)
+        return node.InitCheck();
     BNodeInfo info(&node);
-    if (info.InitCheck() != B_OK)
-        return info.InitCheck();
     char signature[B_MIME_TYPE_LENGTH];
     if (read_info_text(node, info::kSignature, signature, sizeof(signature)) == B_OK)
         create_app_meta_mime(path.c_str(), false, true, force);
@@ -82,11 +82,11 @@ int update_mime_info(const char* path, int recursive, int, int force)
 static status_t make_known(const std::string& path, bool force)
 {
     BFile file(path.c_str(), B_READ_ONLY);
+    if (file.InitCheck() != B_OK)
+        return file.InitCheck();
     BAppFileInfo info(&file);
     ApplicationEntry entry;
     char signature[B_MIME_TYPE_LENGTH];
-    if (info.InitCheck() != B_OK)
-        return info.InitCheck();
     status_t status = read_info_text(file, info::kSignature, signature, sizeof(signature));
     if (status != B_OK)
         return status;
@@ -157,4 +157,9 @@ status_t get_device_icon(const char*, uint8**, size_t*, type_code*)
 status_t get_named_icon(const char* name, BBitmap* icon, icon_size which)
 {
     return name != nullptr ? load_theme_icon({ name }, icon, which) : fail(EINVAL);
+}
+
+status_t get_named_icon(const char*, uint8**, size_t*, type_code*)
+{
+    return fail(EOPNOTSUPP);
 }

@@ -11,6 +11,7 @@
 #include <string>
 #include <vector>
 
+#include <DataIO.h>
 #include <Entry.h>
 #include <Message.h>
 #include <String.h>
@@ -252,7 +253,12 @@ status_t BMimeType::GetAttrInfo(BMessage* info) const
     if (status != B_OK)
         return status;
     const auto noted = type_value(fType, keys::kAttrInfo);
-    return noted ? info->Unflatten(decode_bytes(*noted).data()) : fail(ENOENT);
+    if (!noted)
+        return fail(ENOENT);
+    const std::string bytes = decode_bytes(*noted);
+    BMemoryIO stream(bytes.data(), bytes.size());  // which ends where the bytes do
+    status = info->Unflatten(&stream);
+    return status == B_OK ? status : fail_again(status);
 }
 
 status_t BMimeType::SetAttrInfo(const BMessage* info)

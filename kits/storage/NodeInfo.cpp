@@ -224,6 +224,6 @@ status_t BNodeInfo::GetTrackerIcon(const entry_ref* ref, BBitmap* icon, icon_siz
     if (entry.InitCheck() == B_OK && entry.Exists())
         node.SetTo(&entry);
     if (node.InitCheck() != B_OK)
-        return node.InitCheck();
+        return fail_again(node.InitCheck());
     return BNodeInfo(&node).GetTrackerIcon(icon, which);
 }

@@ -75,7 +75,7 @@ status_t BPath::SetTo(const BEntry* entry)
     if (entry == nullptr)
         return _Adopt(fail(EINVAL), nullptr);
     if (entry->InitCheck() != B_OK)
-        return _Adopt(entry->InitCheck(), nullptr);
+        return _Adopt(fail_again(entry->InitCheck()), nullptr);
     return entry->GetPath(this);
 }
 
@@ -122,7 +122,7 @@ status_t BPath::GetParent(BPath* path) const
     if (path == nullptr)
         return fail(EINVAL);
     if (fPath == nullptr)
-        return fStatus;
+        return fail_again(fStatus);
     if (strcmp(fPath, "/") == 0)
         return fail(ENOENT);
     return path->SetTo(directory_of(fPath).c_str());

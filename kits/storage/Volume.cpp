@@ -67,7 +67,7 @@ status_t BVolume::GetRootDirectory(BDirectory* directory) const
     if (directory == nullptr)
         return fail(EINVAL);
     if (fStatus != B_OK)
-        return fStatus;
+        return fail_again(fStatus);
     const std::optional<Mount> mount = find_mount(fDevice);
     return mount ? directory->SetTo(mount->point.c_str()) : fail(ENOENT);
 }

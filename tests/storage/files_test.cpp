@@ -11,6 +11,7 @@
 
 #include <cerrno>
 #include <cstring>
+#include <functional>
 #include <set>
 #include <string>
 
@@ -158,6 +159,33 @@ TEST_F(Files, BadPathsFailAlikeForEveryClass)
     EXPECT_EQ(BFile(&folder, "/file", B_READ_ONLY).InitCheck(), B_BAD_VALUE);
     BDirectory unset;
     EXPECT_NE(BFile(&unset, "no-such-file", B_READ_ONLY).InitCheck(), B_OK);
+}
+
+TEST_F(Files, AnEarlierFailureIsToldAgainWithItsNumber)
+{
+    const BEntry entry(At("/none/below").c_str());
+    const BEntry unset;
+    const BPath path(At("/none/../below").c_str());
+    BPath other;
+    const struct {
+        status_t told;
+        int number;
+        std::function<status_t()> call;
+    } kRows[] = {
+        { B_ENTRY_NOT_FOUND, ENOENT, [&] { return BFile(&entry, B_READ_ONLY).InitCheck(); } },
+        { B_ENTRY_NOT_FOUND, ENOENT, [&] { return BNode(&entry).InitCheck(); } },
+        { B_ENTRY_NOT_FOUND, ENOENT, [&] { return BDirectory(&entry).InitCheck(); } },
+        { B_ENTRY_NOT_FOUND, ENOENT, [&] { return BPath(&entry).InitCheck(); } },
+        { B_ENTRY_NOT_FOUND, ENOENT, [&] { return path.GetParent(&other); } },
+        { B_NO_INIT, EBADF, [&] { return BNode(&unset).InitCheck(); } },
+        { B_NO_INIT, EBADF, [&] { return BPath(&unset).InitCheck(); } },
+        { B_NO_INIT, EBADF, [&] { return BPath().GetParent(&other); } },
+    };
+    for (const auto& row : kRows) {
+        errno = 0;
+        EXPECT_EQ(row.call(), row.told);
+        EXPECT_EQ(errno, row.number);
+    }
 }
 
 TEST_F(Files, NodesAreSetByEveryNameAndChangeTheirFields)

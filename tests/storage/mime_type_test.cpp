@@ -22,6 +22,8 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+#include <glib.h>
+
 #include "app/Mailbox.h"
 #include "support/command.h"
 #include "support/desktop_folder.h"
@@ -470,6 +472,17 @@ TEST(MimeType, AttrInfoAndLongTextsAreKeptOrRefusedWhole)
     EXPECT_TRUE(back.HasSameData(info));
     EXPECT_EQ(type.SetAttrInfo(nullptr), B_OK);
     EXPECT_EQ(type.GetAttrInfo(&back), B_ENTRY_NOT_FOUND);
+    // Somebody cut what is kept: no message is made of its remains.
+    std::string whole(static_cast<size_t>(info.FlattenedSize()), '\0');
+    EXPECT_EQ(info.Flatten(whole.data(), info.FlattenedSize()), B_OK);
+    for (const size_t left : { size_t(0), size_t(4), whole.size() / 2, whole.size() - 1 }) {
+        char* text = g_base64_encode(reinterpret_cast<const guchar*>(whole.data()), left);
+        folder.Put("/home/data/beos/types.ini", std::string("[text/plain]\nAttrInfo=") + text);
+        g_free(text);
+        EXPECT_EQ(type.GetAttrInfo(&back), B_BAD_VALUE) << left;
+        EXPECT_EQ(errno, EINVAL);
+    }
+    std::filesystem::remove(folder.At("/home/data/beos/types.ini"));
     EXPECT_EQ(type.SetShortDescription(std::string(239, 'd').c_str()), B_OK);
     EXPECT_EQ(type.SetShortDescription(std::string(240, 'd').c_str()), B_BAD_VALUE);
     EXPECT_EQ(type.SetShortDescription("no \xff text"), B_BAD_VALUE);

@@ -40,6 +40,8 @@ status_t get_device_icon(const char* device, BBitmap* icon, icon_size which);
 status_t get_device_icon(const char* device, uint8** _data, size_t* _size, type_code* _type);
 // An icon of the user's icon theme.
 status_t get_named_icon(const char* name, BBitmap* icon, icon_size which);
+// No vector icons of these either: B_NOT_SUPPORTED.
+status_t get_named_icon(const char* name, uint8** _data, size_t* _size, type_code* _type);
 
 // Programs that include this header expect the class, too.
 #include <MimeType.h>
