@@ -23,6 +23,7 @@
 namespace storage {
 
 static const int kAttempts = 1000;  // against programs that write all the time
+static const mode_t kNewFileMode = 0600;  // of what the user chose and used, which is nobody's else
 
 static std::string folder_of(const std::string& path)
 {
@@ -110,13 +111,6 @@ private:
     int fFd;
 };
 
-static mode_t mode_of_new_files()
-{
-    const mode_t mask = umask(022);  // there is no way to ask without setting
-    umask(mask);
-    return 0666 & ~mask;
-}
-
 status_t replace_file(const std::string& path, const std::string& bytes)
 {
     status_t status = create_directory(folder_of(path).c_str(), 0755);
@@ -164,7 +158,7 @@ static status_t try_to_edit(const std::string& path,
     const std::string edited = edit(text);
     if (edited == text)
         return B_OK;
-    NewFile file(path, exists ? info.st_mode & 07777 : mode_of_new_files());
+    NewFile file(path, exists ? info.st_mode & 07777 : kNewFileMode);
     status_t status = file.Write(edited);
     if (status != B_OK)
         return status;

@@ -116,6 +116,9 @@ TEST(RecentFiles, NewestFirstEachOnceWithFiltersAndLimit)
     for (const std::string& path : { text, page, odd })
         add(path);
     EXPECT_EQ((Texts{ odd, page, text }), documents());
+    struct stat info = {};
+    stat(folder.At("/home/data/recently-used.xbel").c_str(), &info);
+    EXPECT_EQ(0600u, info.st_mode & 0777) << "what the user does is told to nobody else";
     add(text, kReader);
     EXPECT_EQ((Texts{ text, odd, page }), documents());
     EXPECT_EQ((Texts{ text, odd }), documents("text/plain"));
