@@ -351,8 +351,8 @@ bool is_window_ident(int32_t ident);
 
 /* ---- Drawing --------------------------------------------------------------------------------- */
 
-/* Drawing goes into the window's bitmap with the high colour; while the window's refresh mode is on,
-   as it is at first, the changed part shows with the next screen update. Rectangles reach from
+/* Drawing goes into the window's bitmap with the high colour; while the window's refresh mode is
+   on, as it is at first, the changed part shows with the next screen update. Rectangles reach from
    (x, y) to (x + w, y + h), both included. Coordinates are pixels from the left top of the content,
    angles whole degrees counter-clockwise from three o'clock, colours 0xRRGGBBAA. Any thread may
    draw; a view as target is drawn into without a lock. */
@@ -397,8 +397,8 @@ int32_t GetTextWidth(intptr_t target, const char *text);
 /* Sets one pixel of the window's bitmap to the high colour, red and blue exchanged, without showing
    it; nothing outside the bitmap. */
 void WritePixel(intptr_t target, int32_t x, int32_t y);
-/* Returns the index in the screen's palette, 0..255, of a pixel as WritePixel wrote it; 0 outside the
-   bitmap. */
+/* Returns the index in the screen's palette, 0..255, of a pixel as WritePixel wrote it; 0 outside
+   the bitmap. */
 int32_t GetPixel(intptr_t target, int32_t x, int32_t y);
 /* Fills the window with the background colour. */
 void Clear(intptr_t target);
@@ -502,68 +502,77 @@ int32_t GetDosErr(int32_t v);
 
 /* ---- File system ----------------------------------------------------------------------------- */
 
-/* Paths are absolute or start at the current directory. Links at their end are only followed where
-   that is said. A failed call returns false, -1 or "", with the reason in dos_err; no success clears
+/* Paths are bytes that end with a zero, absolute or from the current directory. Links at their end
+   are only followed where that is said. A call that fails, as each does for a null or empty path,
+   returns false, -1 or "", with the C library's number of the reason in dos_err; no success clears
    that. Text results live until the next call of the same function. Main thread. */
 
-/* Removes a file, a link or an empty directory. */
+/* Removes a file, a link or an empty directory. Returns true if it is gone. */
 bool DeleteFile(const char *path);
 
-/* Gives an entry the name, or the path from its own directory, `new_name`. False if that is
-   taken. */
+/* Gives an entry the name `new_name`, or moves it to that path, which starts at the entry's own
+   directory. Returns true if it did; false, and nothing is replaced, if that is taken. */
 bool RenameFile(const char *path, const char *new_name);
 
-/* Moves an entry into `directory` under the same name. False if that is taken. */
+/* Moves an entry into `directory`, of the same volume, under the same name. Returns true if it did;
+   false, and nothing is replaced, if the name is taken there. */
 bool FileMoveTo(const char *path, const char *directory);
 
-/* Makes a symbolic link that says `target`, named `link_name`, in the directory of `target`. */
+/* Makes a symbolic link named `link_name` in the directory of `target`, which must be there. What
+   it says is `target` as it is given, which need not exist. Returns true if it was made. */
 bool CreateLink(const char *target, const char *link_name);
 
-/* Makes a directory and the parents that are missing; true too if it is there. */
+/* Makes a directory and the parents that are missing. Returns true if it is there, also if it was
+   before. */
 bool MakeDir(const char *path);
 
-/* Changes the process's current directory. */
+/* Makes `path`, links followed, the current directory of the process. Returns true if it is. */
 bool ChangeDir(const char *path);
 
-/* Copies nothing and returns true. */
+/* Copies nothing and returns true, whatever its arguments. */
 bool CopyFile(const char *source, const char *destination);
 
-/* Makes a file `size` bytes long: creates, cuts or extends it. */
+/* Makes a file, links followed, `size` bytes long: creates it, cuts it or adds zeros. Returns true
+   if it has that size; false for a negative one too. */
 bool CreateFileSize(const char *path, int32_t size);
 
-/* Returns the length of a file (the low 32 bits of it), links followed. */
+/* Returns the length of a file in bytes (the low 32 bits of it), links followed; -1 if it can not
+   be opened for reading. */
 int32_t GetLengthFile(const char *path);
 
-/* Returns what a path leads to, links followed: 0 a file, 1 a directory, -1 anything else. */
+/* Returns what a path leads to, links followed: 0 a file, 1 a directory, -1 anything else or what
+   can not be opened for reading. */
 int32_t GetFileType(const char *path);
 
-/* True for a directory without entries. */
+/* Returns true for a directory, links followed, without entries; false for any other path. */
 bool IsEmptyDirectory(const char *path);
 
 /* Returns the permissions as nine characters, "rwxr-x---": reading, writing and executing by owner,
-   group and others. Links are followed, and the file must be readable. */
+   group and others. Links are followed, and the file must be readable; "" else. */
 char *GetAttribut(const char *path);
 
-/* Sets the permissions from such a text, in either case; any other character than the letter of its
-   place stands for no. */
+/* Sets the permissions, all of them, from such a text of nine letters in either case; any other
+   character than the letter of its place stands for no. Returns true if they are set; false, and
+   they stay, for a text of another length and a file that is not readable. Links are followed. */
 bool SetAttribut(const char *path, const char *text);
 
 /* Begins to scan a directory and returns its first name, "" if it has none or on failure. There is
-   one scan at a time; a directory given by a link is followed. Names come in the file system's
-   order, without "." and "..". */
+   one scan at a time: the call ends the one before. A directory given by a link is followed. Names
+   come in the file system's order, without "." and "..". */
 char *FindFirstEntry(const char *path);
 
-/* Returns the scan's next name, "" after the last. */
+/* Returns the scan's next name, "" after the last, on failure and without a scan. */
 char *FindNextEntry(void);
 
-/* Returns the current directory (0) or that of the program's file (else), with a slash at its
-   end. */
+/* Returns the path of the current directory (`which` 0) or of the one with the program's file
+   (else), with a slash at its end; "" on failure and for one of more than 1022 bytes. */
 char *GetPath(int8_t which);
 
-/* Returns the name of the volume that holds the root directory. */
+/* Returns the name of the volume that holds the root directory, "" on failure. */
 char *GetBootVolumeName(void);
 
-/* Gives the volume of `path` a name, where the system lets a program do so. */
+/* Gives the volume of `path`, links followed, a name of up to 255 bytes, where the system lets a
+   program do so. Returns true if it did, which can take the disk seconds. */
 bool Relabel(const char *path, const char *name);
 
 /* What happens to watched nodes and volumes; the handler's first argument. */
@@ -578,19 +587,25 @@ enum {
     PLINTH_CHANGES_LOST = 100    /* too many changes at once: some were not told */
 };
 
-/* Stores the handler of what is watched, or null: void (int32_t opcode, const char *path, const char
-   *second_path). It is called on the application's thread. `path` is "" where it is not known,
-   `second_path` null for all but moves; both live during the call. Any thread. */
+/* Stores the handler of what is watched, or null for none:
+   void (int32_t opcode, const char *path, const char *second_path).
+   It is called on the application's thread. `path` is "" where it is not known, as of what left the
+   watched directories; `second_path` is null for all but moves. Both live during the call. Any
+   thread. */
 void SetHandlerForWatch(void *handler);
 
-/* Begins (`on` not 0) or ends to watch a file or directory, links followed. False also when the
-   watch that is to end is not there. */
+/* Begins (`on` not 0) or ends (0) to watch a file or directory, links followed: its name, stat
+   fields and attributes, and the entries of a directory. Returns true if it does; false also for a
+   path that leads nowhere, and when the watch that is to end is not there. */
 bool WatchDir(const char *path, int8_t on);
 
-/* Begins to watch the volumes; 0 ends that and every WatchDir. Returns 0, or a status code. */
+/* Begins to watch the volumes (`on` not 0), or ends that and every WatchDir (0). Returns 0, or a
+   negative status code of the kits, with the reason in dos_err. */
 int32_t WatchDevices(int8_t on);
 
-/* Put a file or a directory at the head of the desktop's recent ones, in the program's name. */
+/* Put a file or a directory at the head of the desktop's recent ones, in the program's name. Links
+   are not followed. If the directory that `path` lies in is not there, nothing is put there, and
+   dos_err is set. */
 void AddRecentDocument(const char *path);
 void AddRecentFolder(const char *path);
 
@@ -601,34 +616,39 @@ void AddRecentFolder(const char *path);
    function, or of the one it equals; they are "" on failure. None of these calls touches dos_err.
    Main thread. */
 
-/* Returns the type of a file: the one that was set, else what the system takes it for. */
+/* Returns the type of a file, less than 240 bytes: the one that was set, else what the system takes
+   it for by kind, name and content. */
 char *GetFileMime(const char *path);
-/* Returns the signature of the application that was set to open this very file. */
+/* Returns the signature of the application that was set to open this very file; "" if none was. */
 char *GetFilePreferredApp(const char *path);
 /* Returns the same as GetFilePreferredApp. */
 char *GetFileAppHint(const char *path);
 
 /* Set what a file says of itself; an empty type or signature removes it. The hint is the path of an
-   application. */
+   application. Nothing changes for a null argument, a text that is no type or signature, a path
+   that leads nowhere, and on a file system without attributes. */
 void SetFileMime(const char *path, const char *type);
 void SetFilePreferredApp(const char *path, const char *signature);
 void SetFileAppHint(const char *path, const char *application_path);
 
-/* True if the system knows the type. */
+/* Returns true if the system knows the type, in upper or lower case. */
 bool ExistsMime(const char *type);
-/* Removes a type that was installed; false for one that the system brings. */
+/* Removes a type that was installed. Returns true if it is gone; false for one that the system
+   brings or does not know. */
 bool DeleteMime(const char *type);
-/* Installs a type; false if it is there. */
+/* Installs a type for the user, where other programs see it. Returns true if it did; false if it is
+   there, and for a text that has not the form of one. */
 bool InstallMime(const char *type);
-/* True for a text that has the form of a type: "text" or "text/plain", less than 240 bytes, without
-   white space and any of <>@,;:"()[]?=\ */
+/* Returns true for a text that has the form of a type: "text" or "text/plain", less than 240 bytes,
+   without white space and any of <>@,;:"()[]?=\ */
 bool IsValidMime(const char *type);
-/* Returns the signature of the application that opens files of a type. */
+/* Returns the signature of the application that opens files of a type; "" if none does. */
 char *GetPreferredApp(const char *type);
-/* Returns the path where the application that a type is the signature of was last. */
+/* Returns the path where the application that a type is the signature of was last; "" if that is
+   not known. */
 char *GetAppHintMime(const char *type);
-/* Loads the icons of a type, 16 and 32 pixels square, as the first and the second image of an icon.
-   Returns its ident; 0 if the type has none. */
+/* Loads the icons of a type, 16 and 32 pixels square, as the first and the second image of an icon
+   of the registry. Returns its ident; 0 if the type lacks one of them. */
 int32_t LoadMimeIcon(const char *type);
 
 /* ---- Clipboard and e-mail -------------------------------------------------------------------- */
@@ -650,13 +670,13 @@ bool ClearClipboard(void);
 /* Returns true if there is a text on the clipboard: the opposite of its name. Any thread. */
 bool IsEmptyClipboard(void);
 
-/* Sends an e-mail made of `entries`, an array of texts that ends with null. The first two letters of
-   a text name the field and the rest is its value: "to", "cc", "bc" (Bcc), "fr" (From), "da" (Date),
-   "re" (Reply-To), "su" (Subject), "pr" (Priority), "ms" the text of the mail, "fi" the path of a
-   file to enclose. Only the first text that is longer than its two letters is used. With `send_now`
-   the call waits until the system's mailer has taken the mail, which can last a minute; without, and
-   when that fails, the mail waits in the outbox and goes with the next one. Returns true if the mail
-   was taken or, without `send_now`, put there; false for null too. Any thread. */
+/* Sends an e-mail made of `entries`, an array of texts that ends with null. The first two letters
+   of a text name the field and the rest is its value: "to", "cc", "bc" (Bcc), "fr" (From), "da"
+   (Date), "re" (Reply-To), "su" (Subject), "pr" (Priority), "ms" the text of the mail, "fi" the
+   path of a file to enclose. Only the first text that is longer than its two letters is used. With
+   `send_now` the call waits until the system's mailer has taken the mail, which can last a minute;
+   without, and when that fails, the mail waits in the outbox and goes with the next one. Returns
+   true if the mail was taken or, without `send_now`, put there; false for null too. Any thread. */
 bool SendEmail(const char *const *entries, bool send_now);
 
 /* ---- Deskbar --------------------------------------------------------------------------------- */

@@ -36,8 +36,8 @@ static bool is_traced()
 extern "C" void show_dbg(int32_t code, int32_t ident, const char* text)
 {
     if (is_traced())
-        fprintf(stderr, "plinth: %s(%d): %s\n", text != nullptr ? text : "?", static_cast<int>(ident),
-                reason_of(code));
+        fprintf(stderr, "plinth: %s(%d): %s\n", text != nullptr ? text : "?",
+                static_cast<int>(ident), reason_of(code));
 }
 
 extern "C" void OpenDebug(void) {}

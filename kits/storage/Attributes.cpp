@@ -63,8 +63,8 @@ static status_t host_name(const char* name, HostName* host)
     return host->value.size() <= kMaxHostName ? B_OK : fail(ENAMETOOLONG);
 }
 
-// Reads what may grow meanwhile. `read` takes a buffer and its size, as the host's calls do: it asks
-// for the size with 0, and fails with ERANGE when the buffer is too small.
+// Reads what may grow meanwhile. `read` takes a buffer and its size, as the host's calls do: it
+// asks for the size with 0, and fails with ERANGE when the buffer is too small.
 template <class Read>
 static status_t read_growing(std::string* bytes, Read read)
 {
@@ -133,8 +133,9 @@ static const std::string_view kTerminated = "+0";
 static std::string write_type(const Type& type)
 {
     char text[16];
-    const char letters[4] = { static_cast<char>(type.code >> 24), static_cast<char>(type.code >> 16),
-                              static_cast<char>(type.code >> 8), static_cast<char>(type.code) };
+    char letters[4];
+    for (int i = 0; i < 4; i++)
+        letters[i] = static_cast<char>(type.code >> (24 - 8 * i));
     const bool prints = std::all_of(letters, letters + 4, [](char c) { return c > 32 && c < 127; });
     if (prints)
         snprintf(text, sizeof(text), "%.4s", letters);

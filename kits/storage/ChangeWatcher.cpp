@@ -1,8 +1,8 @@
 // Turns the host's events (inotify, the mount table) into node monitor messages.
 //
 // A watched node is a Subject. Whoever watches a node's name makes its directory a subject too, for
-// the host tells of moves and removals there. A subject that is a directory keeps the numbers of its
-// entries, since a removed entry has none to ask for.
+// the host tells of moves and removals there. A subject that is a directory keeps the numbers of
+// its entries, since a removed entry has none to ask for.
 
 #include "ChangeSubject.h"
 

@@ -135,7 +135,8 @@ TEST_F(Attributes, OtherProgramsSeePlainTextAndTheTypesOfTheRest)
     Write("kind", B_MIME_STRING_TYPE, bytes_of("a/b", 4));
     EXPECT_EQ(Host("user.kind"), "a/b");
     EXPECT_EQ(Host("user.beos-type.kind"), "MIMS+0");
-    EXPECT_EQ(Names(), (std::set<std::string>{ "xdg.comment", "BEOS:TYPE", "count", "odd", "kind" }));
+    const std::set<std::string> names = { "xdg.comment", "BEOS:TYPE", "count", "odd", "kind" };
+    EXPECT_EQ(Names(), names);
 }
 
 TEST_F(Attributes, WhatOtherProgramsWroteIsTextOrRaw)

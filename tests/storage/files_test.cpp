@@ -195,7 +195,8 @@ TEST_F(Files, NodesAreSetByEveryNameAndChangeTheirFields)
     entry_ref ref;
     ASSERT_EQ(entry.GetRef(&ref), B_OK);
     BDirectory folder(At("").c_str());
-    for (const BNode& node : { BNode(path.c_str()), BNode(&entry), BNode(&ref), BNode(&folder, "file") }) {
+    for (const BNode& node :
+         { BNode(path.c_str()), BNode(&entry), BNode(&ref), BNode(&folder, "file") }) {
         EXPECT_EQ(node.InitCheck(), B_OK);
         EXPECT_TRUE(node == BNode(path.c_str()));
     }

@@ -68,7 +68,7 @@ TEST(MimeType, ValidStringsFollowThePlatformsRule)
     const std::string too_long = longest + "b";
     for (const char* bad : { "", "/", "a/", "/b", "a//b", "a/b/c", "a b/c", "a/b ", "a/b\n", "a,b",
                              "a/<b", "a/b>", "a@b", "a;b", "a:b", "\"a\"", "a(b", "a)b", "a[b",
-                             "a]b",                             "a?b", "a=b", "a\\b", too_long.c_str() })
+                             "a]b", "a?b", "a=b", "a\\b", too_long.c_str() })
         EXPECT_FALSE(BMimeType::IsValid(bad)) << bad;
     EXPECT_FALSE(BMimeType::IsValid(nullptr));
 }

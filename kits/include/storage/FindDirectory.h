@@ -105,8 +105,8 @@ enum directory_which {
 };
 
 // Where the host keeps the files of that kind: the desktop's base directories for the user's own
-// ("XDG_CONFIG_HOME" ...), the usual ones for the system's. Nothing need be there unless `createIt`.
-// `volume` is not looked at. B_BAD_VALUE for a number without meaning here.
+// ("XDG_CONFIG_HOME" ...), the usual ones for the system's. Nothing need be there unless
+// `createIt`. `volume` is not looked at. B_BAD_VALUE for a number without meaning here.
 #ifdef __cplusplus
 class BPath;
 class BVolume;

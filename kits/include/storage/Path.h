@@ -7,9 +7,10 @@
 
 class BDirectory;
 
-// An absolute path without "." or ".." parts, doubled or trailing slashes; nothing need exist at its
-// end. A path that is relative or has such parts, or any path when `normalize` is set, is resolved
-// against the file system: links in its directory part are followed, and that part must exist.
+// An absolute path without "." or ".." parts, doubled or trailing slashes; nothing need exist at
+// its end. A path that is relative or has such parts, or any path when `normalize` is set, is
+// resolved against the file system: links in its directory part are followed, and that part must
+// exist.
 class BPath : public BFlattenable {
 public:
     BPath();
