@@ -2,7 +2,8 @@
 #define TESTS_SUPPORT_TEMP_FOLDER_H
 
 // A real folder of the test's own, removed with it. HOME and the desktop's base directories point
-// into it meanwhile, and no message bus is to be found, so that nothing outside is touched.
+// into it meanwhile, and no message bus is to be found, so that nothing outside is touched. Programs
+// speak one language, whoever runs the tests.
 
 #include <climits>
 #include <cstdio>
@@ -23,6 +24,8 @@ public:
         setenv("XDG_DATA_HOME", At("/home/data").c_str(), 1);
         setenv("XDG_CACHE_HOME", At("/home/cache").c_str(), 1);
         setenv("XDG_STATE_HOME", At("/home/state").c_str(), 1);
+        setenv("LC_ALL", "C.UTF-8", 1);
+        unsetenv("LANGUAGE");
         unsetenv("DBUS_SESSION_BUS_ADDRESS");
         setenv("DBUS_SYSTEM_BUS_ADDRESS", ("unix:path=" + At("/home/no-bus")).c_str(), 1);
         // Beside it, so that the folder itself begins empty.
