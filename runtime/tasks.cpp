@@ -8,6 +8,8 @@
 #include <Roster.h>
 #include <image.h>
 
+#include <unistd.h>
+
 #include "runtime/trace.h"
 
 static const int kMaxArguments = 33;  // behind the path
@@ -30,7 +32,7 @@ extern "C" int32_t RunProg(const char* path, const char* const* arguments)
     const char* argv[kMaxArguments + 2] = { path };
     for (int i = 0; i < count; i++)
         argv[i + 1] = arguments[i];
-    const thread_id thread = load_image(count + 1, argv, nullptr);
+    const thread_id thread = load_image(count + 1, argv, const_cast<const char**>(environ));
     if (thread >= 1) {
         resume_thread(thread);
         return thread;

@@ -77,6 +77,15 @@ int32 host_priority(thread_id id, bigtime_t start_time, int nice)
     return priority_for(nice);
 }
 
+static void remember(thread_id id, bigtime_t start_time, int32 priority)
+{
+    Priorities& list = priorities();
+    std::lock_guard hold(list.lock);
+    if (list.of_others.size() >= kMaxRemembered && !list.of_others.contains(id))
+        list.of_others.erase(list.of_others.begin());
+    list.of_others[id] = { start_time, priority };
+}
+
 status_t set_host_priority(thread_id id, int32 priority)
 {
     HostProcess host;
@@ -88,12 +97,15 @@ status_t set_host_priority(thread_id id, int32 priority)
         if (status_t status = apply_priority(id, priority); status != B_OK)
             return status;
     }
-    Priorities& list = priorities();
-    std::lock_guard hold(list.lock);
-    if (list.of_others.size() >= kMaxRemembered && !list.of_others.contains(id))
-        list.of_others.erase(list.of_others.begin());
-    list.of_others[id] = { host.start_time, priority };
+    remember(id, host.start_time, priority);
     return former;
+}
+
+void begin_with_normal_priority(thread_id id)
+{
+    HostProcess host;
+    if (read_host_process(id, id, &host))
+        remember(id, host.start_time, B_NORMAL_PRIORITY);
 }
 
 void forget_priority(thread_id id)

@@ -80,6 +80,7 @@ void program_resumed(thread_id id)
 
 static void enter(thread_id id)
 {
+    begin_with_normal_priority(id);
     Programs& list = programs();
     std::lock_guard hold(list.lock);
     std::erase(list.ended, id);
