@@ -29,7 +29,6 @@
 namespace BPrivate {
 
 static const size_t kMaxPacket = 160 * 1024;
-static const bigtime_t kMaxWait = 1'000'000;
 static const bigtime_t kRetry = 1000;
 
 static std::mutex sLock;
@@ -208,7 +207,7 @@ static std::vector<char> packet_for(const BMessenger& target, const BMessage& me
 }
 
 status_t send_to_team(const BMessenger& target, const BMessage& message,
-                      const BMessenger& reply_to, uint32 delivery)
+                      const BMessenger& reply_to, uint32 delivery, bigtime_t patience_us)
 {
     const std::vector<char> bytes = packet_for(target, message, reply_to, delivery);
     if (bytes.empty())
@@ -221,7 +220,7 @@ status_t send_to_team(const BMessenger& target, const BMessage& message,
             close(fd);
         return B_BAD_PORT_ID;
     }
-    const bigtime_t deadline = system_time() + kMaxWait;
+    const bigtime_t deadline = system_time() + patience_us;
     status_t status = B_OK;
     while (sendto(fd, bytes.data(), bytes.size(), MSG_NOSIGNAL, address.Get(), Address::Size()) < 0
            && status == B_OK) {

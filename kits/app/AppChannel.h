@@ -19,10 +19,12 @@ void open_channel(const std::string& folder);
 void close_channel();
 
 // Sends a copy to another team. A message whose sender waits is answered, if only by B_NO_REPLY, as
-// long as the other lives. Waits a second at most, while the other's queue is full: B_TIMED_OUT.
-// B_BAD_PORT_ID without such a team, B_BUFFER_OVERFLOW for what is too large. Any thread.
+// long as the other lives. Waits while the other's queue is full: B_TIMED_OUT. B_BAD_PORT_ID without
+// such a team, B_BUFFER_OVERFLOW for what is too large. Any thread.
+const bigtime_t kChannelPatience = 1'000'000;
 status_t send_to_team(const BMessenger& target, const BMessage& message,
-                      const BMessenger& reply_to, uint32 delivery);
+                      const BMessenger& reply_to, uint32 delivery,
+                      bigtime_t patience_us = kChannelPatience);
 // True as long as the team may still answer.
 bool is_channel_open(team_id team);
 

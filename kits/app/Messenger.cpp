@@ -91,6 +91,13 @@ status_t MessengerAccess::Send(const BMessenger& target, const BMessage* message
     return Deliver(target, outgoing_copy(message, replyTo, 0, previous));
 }
 
+status_t MessengerAccess::SendAtOnce(const BMessenger& target, const BMessage* message,
+                                     const BMessenger& replyTo)
+{
+    return IsSet(target) && !target.IsTargetLocal()
+        ? send_to_team(target, *message, replyTo, 0, 0) : Send(target, message, replyTo, nullptr);
+}
+
 // True if nobody else could ever answer what the calling thread sends to this looper.
 static bool waits_for_itself(int32 looper, bigtime_t timeout)
 {

@@ -30,6 +30,9 @@ struct MessengerAccess {
     // Sends a copy; as the reply to `previous`, if there is one.
     static status_t Send(const BMessenger& target, const BMessage* message,
                          const BMessenger& replyTo, const BMessage* previous);
+    // The same, but B_TIMED_OUT at once where another team's queue is full.
+    static status_t SendAtOnce(const BMessenger& target, const BMessage* message,
+                               const BMessenger& replyTo);
     static status_t SendAndWait(const BMessenger& target, const BMessage* message,
                                 BMessage* reply, bigtime_t replyTimeout,
                                 const BMessage* previous);

@@ -9,6 +9,7 @@
 #include <File.h>
 #include <List.h>
 #include <Message.h>
+#include <MessageRunner.h>
 #include <MimeType.h>
 #include <Node.h>
 #include <NodeInfo.h>
@@ -368,6 +369,34 @@ TEST(Roster, MessagesReachAnotherApplicationAndAnswersComeBack)
     EXPECT_EQ(B_MISMATCHED_VALUES, BMessenger().SetTo(kSignature, other.Team()));
     EXPECT_EQ(B_BAD_TEAM_ID, BMessenger().SetTo(nullptr, INT32_MAX));
     EXPECT_EQ(B_BAD_VALUE, BMessenger().SetTo("application/x-vnd.None"));
+}
+
+TEST(Roster, RunnersDoNotWaitForAnApplicationThatStandsStill)
+{
+    TempFolder folder;
+    BApplication app(kSignature);
+    OtherApp other(folder);
+    const BMessenger messenger(kOther);
+    suspend_thread(other.Team());
+    status_t status;
+    do
+        status = messenger.SendMessage('fill');
+    while (status == B_OK);
+    ASSERT_EQ(B_TIMED_OUT, status);
+    Mailbox mail;
+    BLooper* looper = new ListeningLooper(mail);
+    looper->Run();
+    const QuitAtEnd quit(looper);
+    const BMessage tick('tick');
+    BMessageRunner far(messenger, &tick, 1000);
+    BMessageRunner near(BMessenger(looper), &tick, 2000, 3);
+    for (int i = 0; i < 3; ++i)
+        EXPECT_EQ(static_cast<uint32>('tick'), mail.TakeWhat());
+    bigtime_t interval;
+    int32 count;
+    EXPECT_EQ(B_OK, far.GetInfo(&interval, &count)) << "it goes on when the other does";
+    other.End();
+    EXPECT_TRUE(eventually([&] { return far.GetInfo(&interval, &count) == B_BAD_VALUE; }));
 }
 
 TEST(Roster, WhoWaitsForAnApplicationThatDiesIsToldSo)
