@@ -270,6 +270,7 @@ extern "C" char* FindNextEntry(void)
 static status_t directory_of_program(BPath* path)
 {
     app_info info;
+    errno = EINVAL;  // without an application
     status_t status = be_app != nullptr ? be_app->GetAppInfo(&info) : B_NO_INIT;
     BPath program;
     if (status == B_OK)

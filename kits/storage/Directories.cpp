@@ -13,6 +13,7 @@
 #include <map>
 #include <memory>
 #include <mutex>
+#include <string_view>
 #include <utility>
 
 #include <Directory.h>
@@ -35,6 +36,9 @@ static NodeKey key_of(dev_t device, ino_t inode)
 }
 
 static const size_t kKeptNodes = 16384;
+
+// What the host writes behind the path of a node that is gone, though a name may end so too.
+static const std::string_view kGoneMark = " (deleted)";
 
 struct KnownPaths {
     std::mutex lock;
@@ -134,6 +138,11 @@ status_t path_of_descriptor(int fd, std::string* path)
     if (length < 0)
         return host_failure();
     path->assign(text, length);
+    struct stat held, named;
+    if (path->ends_with(kGoneMark) && fstat(fd, &held) == 0
+        && (lstat(path->c_str(), &named) != 0 || named.st_ino != held.st_ino
+            || named.st_dev != held.st_dev))
+        return fail(ENOENT);
     return B_OK;
 }
 
@@ -188,8 +197,8 @@ std::string directory_of(const std::string& path)
 
 const char* leaf_of(const char* path)
 {
-    const char* leaf = strrchr(path, '/') + 1;
-    return *leaf == '\0' ? "." : leaf;
+    const char* slash = strrchr(path, '/');
+    return slash == nullptr || slash[1] == '\0' ? "." : slash + 1;
 }
 
 static status_t real_path(const std::string& path, std::string* resolved)

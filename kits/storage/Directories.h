@@ -34,7 +34,8 @@ status_t path_of(const BEntry* entry, std::string* path);
 status_t path_of(const BDirectory* dir, const char* relative, std::string* path);
 status_t path_of(const BStatable& statable, std::string* path);
 
-// The path of an open descriptor's node, as the host names it.
+// The path of an open descriptor's node, as the host names it: B_ENTRY_NOT_FOUND if it is gone from
+// there, B_NAME_TOO_LONG for one deeper than the host tells.
 status_t path_of_descriptor(int fd, std::string* path);
 
 // Makes `path` (relative paths start at the working directory) absolute, its directory part free of
@@ -48,7 +49,7 @@ std::string join(const std::string& directory, const std::string& leaf);
 // The directory part of a path with a slash; "/" for the root directory too.
 std::string directory_of(const std::string& path);
 
-// The leaf of a resolved path; "." for the root directory.
+// The leaf of a resolved path; "." for the root directory and for an empty path.
 const char* leaf_of(const char* path);
 
 // Replaces the heap text `owned` by a copy of `text` if `status` is B_OK, else by null. Returns the

@@ -47,20 +47,22 @@ public:
                 return host_failure();
             fNext = 0;
             fEnd = size < 0 ? 0 : size;
-            if (fEnd > 0 && path_of_descriptor(fd, &fPath) != B_OK)
-                return host_failure();
+            fPathStatus = path_of_descriptor(fd, &fPath);
         }
         *record = fNext < fEnd ? reinterpret_cast<struct dirent64*>(fRecords + fNext) : nullptr;
         return B_OK;
     }
     void Step(const struct dirent64& record) { fNext += record.d_reclen; }
+    // The directory's path when the records were read; not every directory has one.
     const std::string& Path() const { return fPath; }
+    status_t PathStatus() const { return fPathStatus; }
 
 private:
     alignas(struct dirent64) char fRecords[64 * 1024];
     ssize_t fNext = 0;
     ssize_t fEnd = 0;
-    std::string fPath;  // the directory's, when the records were read
+    std::string fPath;
+    status_t fPathStatus = B_NO_INIT;
 };
 
 BDirectory::BDirectory()
@@ -226,6 +228,8 @@ status_t BDirectory::GetNextEntry(BEntry* entry, bool traverse)
     status_t status = _NextName(&name);
     if (status != B_OK)
         return status;
+    if (fScan->PathStatus() != B_OK)
+        return fail_again(fScan->PathStatus());
     const std::string& path = fScan->Path();
     if (traverse)
         return entry->SetTo(join(path, name).c_str(), true);
@@ -243,7 +247,8 @@ status_t BDirectory::GetNextRef(entry_ref* ref)
         status = GetStat(&info);
     if (status != B_OK)
         return status;
-    remember_node(fScan->Path(), info);
+    if (fScan->PathStatus() == B_OK)
+        remember_node(fScan->Path(), info);
     ref->device = info.st_dev;
     ref->directory = info.st_ino;
     return ref->set_name(name);

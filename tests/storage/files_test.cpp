@@ -346,12 +346,36 @@ TEST_F(Files, ScansOutliveWhatVanishes)
     EXPECT_EQ(gone.GetNextEntry(&entry), B_ENTRY_NOT_FOUND);
     EXPECT_EQ(gone.CountEntries() <= 0, true);
     EXPECT_EQ(gone.CreateFile("x", nullptr), B_ENTRY_NOT_FOUND);
+    EXPECT_EQ(gone.GetEntry(&entry), B_ENTRY_NOT_FOUND);
+    EXPECT_EQ(errno, ENOENT);
+    EXPECT_EQ(BPath(&gone, "x").InitCheck(), B_ENTRY_NOT_FOUND);
+    BDirectory marked;  // a name like what the host says of those
+    ASSERT_EQ(folder.CreateDirectory("here (deleted)", &marked), B_OK);
+    ASSERT_EQ(marked.GetEntry(&entry), B_OK);
+    EXPECT_STREQ(entry.Name(), "here (deleted)");
+    EXPECT_EQ(entry.Remove(), B_OK);
     // Following links ends at none of them.
     ASSERT_EQ(symlink("nowhere", At("/dangling").c_str()), 0);
     ASSERT_EQ(symlink("loop", At("/loop").c_str()), 0);
     folder.Rewind();
     EXPECT_NE(folder.GetNextEntry(&entry, true), folder.GetNextEntry(&entry, true));
     EXPECT_EQ(folder.GetNextEntry(&entry, true), B_ENTRY_NOT_FOUND);
+}
+
+TEST_F(Files, DirectoriesDeeperThanAnyPathAreCounted)
+{
+    ASSERT_EQ(chdir(At("").c_str()), 0);
+    const std::string name(200, 'n');
+    for (int depth = 0; depth < 25; depth++)
+        ASSERT_TRUE(mkdir(name.c_str(), 0755) == 0 && chdir(name.c_str()) == 0);
+    BDirectory folder(".");
+    EXPECT_EQ(folder.CountEntries(), 0);
+    EXPECT_EQ(folder.CreateFile("file", nullptr), B_OK);
+    EXPECT_EQ(folder.CountEntries(), 1);
+    BEntry entry;
+    EXPECT_EQ(folder.GetNextEntry(&entry), B_NAME_TOO_LONG);
+    EXPECT_EQ(errno, ENAMETOOLONG);
+    EXPECT_EQ(folder.GetNextEntry(&entry), B_ENTRY_NOT_FOUND);
 }
 
 TEST_F(Files, LinksTellWhereTheyLead)

@@ -25,6 +25,7 @@
 
 #include <sys/stat.h>
 #include <sys/xattr.h>
+#include <unistd.h>
 
 #include "support/command.h"
 #include "support/desktop_folder.h"
@@ -141,6 +142,32 @@ TEST(NodeInfo, WhatNamesNothingIsRefused)
     entry_ref none;
     BBitmap icon = icon_bitmap(B_MINI_ICON);
     EXPECT_NE(BNodeInfo::GetTrackerIcon(&none, &icon, B_MINI_ICON), B_OK);
+}
+
+TEST(NodeInfo, NodesDeeperThanAnyPathAndThoseThatAreGoneHaveTypesToo)
+{
+    DesktopFolder folder;
+    ASSERT_EQ(chdir(folder.Path().c_str()), 0);
+    const std::string name(200, 'n');
+    for (int depth = 0; depth < 25; depth++)
+        ASSERT_TRUE(mkdir(name.c_str(), 0755) == 0 && chdir(name.c_str()) == 0);
+    std::ofstream("page") << "<html>";
+    ASSERT_EQ(mkdir("dir", 0755), 0);
+    BBitmap icon = icon_bitmap(B_MINI_ICON);
+    const char* const types[] = { "text/html", "inode/directory" };
+    const char* const names[] = { "page", "dir" };
+    for (int i = 0; i < 2; i++) {
+        BNode node(names[i]);
+        BNodeInfo info(&node);
+        char type[B_MIME_TYPE_LENGTH];
+        for (bool gone : { false, true }) {
+            EXPECT_EQ(info.GetType(type), B_OK);
+            EXPECT_STREQ(type, types[i]) << gone;
+            EXPECT_EQ(info.GetTrackerIcon(&icon, B_MINI_ICON), B_OK);
+            EXPECT_TRUE(gone || std::filesystem::remove(names[i]));
+        }
+    }
+    EXPECT_EQ(type_of(folder.At("/" + name)), "inode/directory");
 }
 
 TEST(NodeInfo, FileSystemWithoutAttributesSaysSo)
