@@ -14,13 +14,14 @@
 namespace storage {
 
 static const size_t kLookedAt = 4096;  // bytes from the start
+static const char* const kUnknown = "application/octet-stream";
 
 static std::string guess(const char* name, const void* bytes, size_t size, bool* uncertain)
 {
     SharedMime::Get();  // GIO then knows the types as they are
     gboolean is_uncertain = false;
     char* type = g_content_type_guess(name, static_cast<const guchar*>(bytes), size, &is_uncertain);
-    std::string copy = type != nullptr ? type : "application/octet-stream";
+    std::string copy = type != nullptr ? type : kUnknown;
     g_free(type);
     *uncertain = is_uncertain;
     return copy;
@@ -42,8 +43,8 @@ static std::string guess_regular(const std::string& path, const std::string& nam
     std::string type = guess(name.c_str(), nullptr, 0, &uncertain);
     if (!uncertain)
         return type;
-    if (size == 0)
-        return "application/x-zerosize";
+    if (size == 0)  // only the name can tell, though it may fit several types
+        return type == kUnknown ? "application/x-zerosize" : type;
     char bytes[kLookedAt];
     const size_t length = read_start(path, bytes, sizeof(bytes));
     return length > 0 ? guess(name.c_str(), bytes, length, &uncertain) : type;
@@ -53,7 +54,7 @@ std::string guess_type_of_file(const std::string& path, const std::string& name)
 {
     const int before = errno;
     struct stat info = {};
-    std::string type = "application/octet-stream";
+    std::string type = kUnknown;
     if (lstat(path.c_str(), &info) == 0 && S_ISLNK(info.st_mode)
         && path.starts_with("/proc/self/fd/"))
         stat(path.c_str(), &info);

@@ -105,7 +105,8 @@ status_t BMimeType::SetPreferredApp(const char* signature, app_verb)
         return fail(EINVAL);
     // An application that the desktop does not know is noted; the desktop's list must not say
     // another one meanwhile.
-    const ApplicationRef application = IsSupertypeOnly() ? nullptr : find_application(signature);
+    const bool is_listed = !IsSupertypeOnly() && fType[0] != '#';  // a line of that is a comment
+    const ApplicationRef application = is_listed ? find_application(signature) : nullptr;
     status_t status = is_installed(fType) ? B_OK : install_type(fType);
     if (status == B_OK)
         status = choose(fType, application);

@@ -344,6 +344,10 @@ TEST(MimeType, PreferredAppThatTheDesktopDoesNotKnowIsKeptUntilItsUserChooses)
     EXPECT_EQ(BMimeType("text/x-new").Delete(), B_OK);
     EXPECT_EQ(BMimeType("text/x-new").Install(), B_OK);
     EXPECT_EQ(preferred("text/x-new"), "application/x-vnd.desktop.one");  // a kind of text
+    // Nor can the desktop's list hold this one, which would be a comment there.
+    EXPECT_EQ(BMimeType("#odd/type").SetPreferredApp("application/x-vnd.desktop.one"), B_OK);
+    EXPECT_EQ(preferred("#odd/type"), "application/x-vnd.desktop.one");
+    EXPECT_EQ(text_of(folder.At("/home/config/mimeapps.list")).find('#'), std::string::npos);
 }
 
 TEST(MimeType, ListOfChoicesKeepsAllThatOthersWrote)

@@ -98,6 +98,7 @@ TEST(NodeInfo, TypeIsTheOneSetElseWhatTheDesktopGuesses)
     EXPECT_EQ(type_of(file), "image/png");
     EXPECT_EQ(type_of(folder.Put("/b", "#!/bin/sh\n")), "application/x-shellscript");
     EXPECT_EQ(type_of(folder.Put("/c")), "application/x-zerosize");
+    EXPECT_EQ(type_of(folder.Put("/empty.html")), "text/html");  // which has a second type, too
     EXPECT_EQ(type_of(folder.Path()), "inode/directory");
     mkfifo(folder.At("/pipe").c_str(), 0600);
     EXPECT_EQ(type_of(folder.At("/pipe")), "inode/fifo");
