@@ -300,14 +300,16 @@ status_t BEntry::_MoveTo(const char* target, bool clobber)
     status_t status = resolve_entry(target, false, &resolved);
     if (status != B_OK)
         return status;
-    struct stat info;
+    struct stat info, other;
     status = GetStat(&info);
     if (status != B_OK)
         return status;
-    if (!clobber && lstat(resolved.c_str(), &info) == 0)
+    if (!clobber && lstat(resolved.c_str(), &other) == 0)
         return fail(EEXIST);
     if (rename_entry(fPath, resolved.c_str(), clobber) != 0)
         return host_failure();
+    if (S_ISDIR(info.st_mode))
+        follow_moved_directory(fPath, resolved);
     return _Adopt(B_OK, resolved.c_str());
 }
 

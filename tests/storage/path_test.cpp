@@ -112,7 +112,9 @@ TEST_F(Storage, RefsLeadBackToTheirPath)
 
     entry_ref strange(ref.device, 1, "file");
     EXPECT_EQ(BEntry(&strange).InitCheck(), B_ENTRY_NOT_FOUND);
-    rename(At("/dir").c_str(), At("/moved").c_str());
+    ASSERT_EQ(BEntry(At("/dir").c_str()).Rename("renamed"), B_OK);
+    EXPECT_STREQ(BPath(&ref).Path(), At("/renamed/file").c_str());
+    rename(At("/renamed").c_str(), At("/moved").c_str());  // by others, and unseen
     EXPECT_EQ(BEntry(&ref).InitCheck(), B_ENTRY_NOT_FOUND);
     EXPECT_EQ(get_ref_for_path("/", &ref), B_OK);
     EXPECT_STREQ(BPath(&ref).Path(), "/");
