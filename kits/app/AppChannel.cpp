@@ -17,6 +17,7 @@
 #include <sys/un.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <atomic>
 #include <mutex>
 #include <string>
@@ -29,6 +30,7 @@
 namespace BPrivate {
 
 static const size_t kMaxPacket = 160 * 1024;
+static const bigtime_t kMaxWait = 1'000'000;
 static const bigtime_t kRetry = 1000;
 
 static std::mutex sLock;
@@ -207,7 +209,7 @@ static std::vector<char> packet_for(const BMessenger& target, const BMessage& me
 }
 
 status_t send_to_team(const BMessenger& target, const BMessage& message,
-                      const BMessenger& reply_to, uint32 delivery, bigtime_t patience_us)
+                      const BMessenger& reply_to, uint32 delivery, bigtime_t timeout_us)
 {
     const std::vector<char> bytes = packet_for(target, message, reply_to, delivery);
     if (bytes.empty())
@@ -220,7 +222,7 @@ status_t send_to_team(const BMessenger& target, const BMessage& message,
             close(fd);
         return B_BAD_PORT_ID;
     }
-    const bigtime_t deadline = system_time() + patience_us;
+    const bigtime_t deadline = system_time() + std::clamp<bigtime_t>(timeout_us, 0, kMaxWait);
     status_t status = B_OK;
     while (sendto(fd, bytes.data(), bytes.size(), MSG_NOSIGNAL, address.Get(), Address::Size()) < 0
            && status == B_OK) {
@@ -229,7 +231,7 @@ status_t send_to_team(const BMessenger& target, const BMessage& message,
         else if (errno != EAGAIN && errno != ENOBUFS && errno != EINTR)
             status = B_BAD_PORT_ID;
         else if (system_time() >= deadline)
-            status = B_TIMED_OUT;
+            status = timeout_us > 0 ? B_TIMED_OUT : B_WOULD_BLOCK;
         else
             snooze(kRetry);
     }

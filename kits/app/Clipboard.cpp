@@ -20,6 +20,7 @@
 #include <utility>
 #include <vector>
 
+#include "app/MessengerAccess.h"
 #include "server/Clipboard.h"
 #include "support/ValidUTF8.h"
 
@@ -76,7 +77,7 @@ void tell_watchers(const std::string& name)
     std::lock_guard guard(names_mutex());
     std::vector<BMessenger>& watchers = named_clipboard(name).watchers;
     std::erase_if(watchers, [](const BMessenger& target) {
-        return target.SendMessage(uint32(B_CLIPBOARD_CHANGED)) != B_OK;
+        return !BPrivate::MessengerAccess::Notify(target, BMessage(B_CLIPBOARD_CHANGED));
     });
 }
 

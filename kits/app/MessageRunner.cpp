@@ -54,10 +54,7 @@ bigtime_t send_due(Runners& list)
         Runner& runner = entry->second;
         bool ended = false;
         if (runner.due <= now) {
-            const status_t status = MessengerAccess::SendAtOnce(
-                runner.target, runner.message.get(), runner.replyTo);
-            // Another program that is held up misses some, and keeps its runner.
-            ended = (status != B_OK && status != B_TIMED_OUT)
+            ended = !MessengerAccess::Notify(runner.target, *runner.message, runner.replyTo)
                 || (runner.count > 0 && --runner.count == 0);
             // What was missed is left out: a thread that was held up sends no burst.
             runner.due = max_c(runner.due + runner.interval, now);

@@ -82,20 +82,21 @@ static BMessage* outgoing_copy(const BMessage* message, const BMessenger& replyT
 }
 
 status_t MessengerAccess::Send(const BMessenger& target, const BMessage* message,
-                               const BMessenger& replyTo, const BMessage* previous)
+                               const BMessenger& replyTo, const BMessage* previous,
+                               bigtime_t timeout)
 {
     if (!IsSet(target))
         return B_BAD_PORT_ID;
     if (!target.IsTargetLocal())
-        return send_to_team(target, *message, replyTo, reply_flag(previous));
+        return send_to_team(target, *message, replyTo, reply_flag(previous), timeout);
     return Deliver(target, outgoing_copy(message, replyTo, 0, previous));
 }
 
-status_t MessengerAccess::SendAtOnce(const BMessenger& target, const BMessage* message,
-                                     const BMessenger& replyTo)
+bool MessengerAccess::Notify(const BMessenger& target, const BMessage& message,
+                             const BMessenger& replyTo)
 {
-    return IsSet(target) && !target.IsTargetLocal()
-        ? send_to_team(target, *message, replyTo, 0, 0) : Send(target, message, replyTo, nullptr);
+    const status_t status = Send(target, &message, replyTo, nullptr, 0);
+    return status == B_OK || status == B_WOULD_BLOCK;
 }
 
 // True if nobody else could ever answer what the calling thread sends to this looper.
@@ -135,7 +136,8 @@ static status_t send_and_wait_for_team(const BMessenger& target, const BMessage*
     ReplyWaiter waiter;
     const int32 token = Tokens::AddWaiter(&waiter);
     status_t status = send_to_team(target, *message, MessengerAccess::Make(token, kPreferredToken),
-                                   MessageAccess::kSourceWaiting | reply_flag(previous));
+                                   MessageAccess::kSourceWaiting | reply_flag(previous),
+                                   B_INFINITE_TIMEOUT);
     const bigtime_t deadline = deadline_after(timeout);
     while (status == B_OK && is_unanswered(waiter) && is_before(deadline)) {
         futex_wait(waiter.answered, 0, std::min(deadline, system_time() + kLook));
@@ -246,7 +248,6 @@ status_t BMessenger::SendMessage(uint32 command, BHandler* replyTo) const
     return SendMessage(&message, replyTo);
 }
 
-// Queues have no limit, so that no delivery waits: the timeouts for it are not used.
 status_t BMessenger::SendMessage(BMessage* message, BHandler* replyTo, bigtime_t timeout) const
 {
     if (message == nullptr)
@@ -256,10 +257,10 @@ status_t BMessenger::SendMessage(BMessage* message, BHandler* replyTo, bigtime_t
     return SendMessage(message, reply, timeout);
 }
 
-status_t BMessenger::SendMessage(BMessage* message, BMessenger replyTo, bigtime_t) const
+status_t BMessenger::SendMessage(BMessage* message, BMessenger replyTo, bigtime_t timeout) const
 {
     return message != nullptr
-        ? MessengerAccess::Send(*this, message, replyTo, nullptr) : B_BAD_VALUE;
+        ? MessengerAccess::Send(*this, message, replyTo, nullptr, timeout) : B_BAD_VALUE;
 }
 
 status_t BMessenger::SendMessage(uint32 command, BMessage* reply) const

@@ -27,12 +27,18 @@ struct MessengerAccess {
 
     // Queues the message itself, whose access data are set. Adopts it, even when it fails.
     static status_t Deliver(const BMessenger& target, BMessage* message);
-    // Sends a copy; as the reply to `previous`, if there is one.
+    // Sends a copy; as the reply to `previous`, if there is one. Only another team's queue can be
+    // full for so long.
     static status_t Send(const BMessenger& target, const BMessage* message,
-                         const BMessenger& replyTo, const BMessage* previous);
-    // The same, but B_TIMED_OUT at once where another team's queue is full.
-    static status_t SendAtOnce(const BMessenger& target, const BMessage* message,
-                               const BMessenger& replyTo);
+                         const BMessenger& replyTo, const BMessage* previous,
+                         bigtime_t timeout = B_INFINITE_TIMEOUT);
+    // Sends without waiting: a team whose queue is full misses it. False once the target is gone.
+    static bool Notify(const BMessenger& target, const BMessage& message,
+                       const BMessenger& replyTo);
+    static bool Notify(const BMessenger& target, const BMessage& message)
+    {
+        return Notify(target, message, ReplyAddress(&message));
+    }
     static status_t SendAndWait(const BMessenger& target, const BMessage* message,
                                 BMessage* reply, bigtime_t replyTimeout,
                                 const BMessage* previous);

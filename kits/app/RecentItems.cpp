@@ -131,7 +131,7 @@ static void edit_list(const std::string& uri, const Edit& edit)
 {
     // Two of ours that exchange the file at once could take a text that is to be given back for the
     // list: they take turns.
-    const storage::TypesLock lock;
+    const storage::RecentLock lock;
     storage::edit_file(list_path(), [&](const std::string& text) {
         const Bookmarks file = parse(text);
         if (file == nullptr)

@@ -19,6 +19,7 @@
 #include <thread>
 #include <vector>
 
+#include "app/MessengerAccess.h"
 #include "app/RunningApps.h"
 
 namespace BPrivate {
@@ -70,7 +71,7 @@ static void tell(AppWatch& watch, uint32 what, uint32 kind, const RunningApp& ap
     message.AddRef("be:ref", &ref);
     for (const AppWatcher& watcher : watch.watchers) {
         if ((watcher.mask & kind) != 0)
-            watcher.target.SendMessage(&message);
+            MessengerAccess::Notify(watcher.target, message);
     }
 }
 

@@ -5,24 +5,21 @@
 #include <errno.h>
 #include <fcntl.h>
 #include <glib.h>
-#include <sys/file.h>
-#include <unistd.h>
 
 #include <iterator>
 #include <memory>
 
 #include <Directory.h>
 #include <FindDirectory.h>
-#include <OS.h>
 #include <Path.h>
 
 #include "DeskbarPatience.h"
+#include "storage/FileLock.h"
 #include "storage/HostErrors.h"
 
 namespace BPrivate {
 
 static const char* const kGroup = "Deskbar";
-static const bigtime_t kPause = 1'000;
 
 // By deskbar_location.
 static const char* const kLocations[] = {
@@ -112,42 +109,6 @@ DeskbarSettings read_deskbar_settings()
     return read_from(load(settings_folder()).get());
 }
 
-namespace {
-
-// Keeps other programs from changing the settings: they all hold the folder meanwhile.
-class FolderLock {
-public:
-    explicit FolderLock(const char* path)
-        : fFile(open(path, O_RDONLY | O_DIRECTORY | O_CLOEXEC))
-    {
-        if (fFile < 0) {
-            fStatus = storage::host_failure();
-            return;
-        }
-        const bigtime_t end = system_time() + deskbar_patience().settings;
-        while (flock(fFile, LOCK_EX | LOCK_NB) != 0) {
-            if (errno != EWOULDBLOCK || system_time() > end) {
-                fStatus = storage::fail(errno == EWOULDBLOCK ? EBUSY : errno);
-                return;
-            }
-            snooze(kPause);
-        }
-    }
-    ~FolderLock()
-    {
-        if (fFile >= 0)
-            close(fFile);
-    }
-    FolderLock(const FolderLock&) = delete;
-    status_t Status() const { return fStatus; }
-
-private:
-    const int fFile;
-    status_t fStatus = B_OK;
-};
-
-}  // namespace
-
 status_t change_deskbar_settings(const std::function<void(DeskbarSettings&)>& change)
 {
     const BPath folder = settings_folder();
@@ -156,7 +117,9 @@ status_t change_deskbar_settings(const std::function<void(DeskbarSettings&)>& ch
     status_t status = create_directory(folder.Path(), 0700);
     if (status != B_OK)
         return status;
-    const FolderLock lock(folder.Path());
+    // All programs that change the settings hold the folder meanwhile.
+    const storage::FileLock lock(folder.Path(), O_RDONLY | O_DIRECTORY,
+                                 deskbar_patience().settings);
     if (lock.Status() != B_OK)
         return lock.Status();
     const KeyFile file = load(folder);

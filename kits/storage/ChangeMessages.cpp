@@ -10,6 +10,7 @@
 #include <NodeMonitor.h>
 
 #include "Directories.h"
+#include "app/MessengerAccess.h"
 
 namespace storage {
 
@@ -286,7 +287,7 @@ void ChangeWatcher::_VolumesChanged()
 void ChangeWatcher::_Send(BMessage& message, const Targets& targets)
 {
     for (const BMessenger& target : targets) {
-        if (target.SendMessage(&message) != B_OK)
+        if (!BPrivate::MessengerAccess::Notify(target, message))
             fDead.push_back(target);
     }
 }

@@ -9,7 +9,6 @@
 #include <stdio.h>
 #include <stdlib.h>
 #include <string.h>
-#include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -22,6 +21,7 @@
 
 namespace storage {
 
+static const bigtime_t kPatience_us = 10'000'000;  // the host's database takes seconds
 static const int kAttempts = 1000;  // against programs that write all the time
 static const mode_t kNewFileMode = 0600;  // of what the user chose and used, which is nobody's else
 
@@ -35,21 +35,12 @@ std::string own_data_folder()
     return data_folders().front() + "/beos";
 }
 
-TypesLock::TypesLock()
-    : fFd(-1)
+UsersLock::UsersLock(const char* name)
 {
     const int before = errno;
     if (create_directory(own_data_folder().c_str(), 0700) == B_OK)
-        fFd = open((own_data_folder() + "/types.lock").c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600);
-    while (fFd >= 0 && flock(fFd, LOCK_EX) != 0 && errno == EINTR) {
-    }
+        fLock.emplace(own_data_folder() + "/" + name, O_RDWR | O_CREAT, kPatience_us);
     errno = before;
-}
-
-TypesLock::~TypesLock()
-{
-    if (fFd >= 0)
-        close(fFd);
 }
 
 // A file beside another until it takes that one's place; removed if it never does.

@@ -2,22 +2,33 @@
 #define STORAGE_FILE_REPLACEMENT_H
 
 #include <functional>
+#include <optional>
 #include <string>
 
 #include <SupportDefs.h>
 
+#include "FileLock.h"
+
 namespace storage __attribute__((visibility("hidden"))) {
 
-// Held by whoever changes the user's types and choices, in this process or another of ours. Not to
-// be taken twice by one thread.
-class TypesLock {
+// Held by whoever changes files of the user's, in this process or another of ours. One that holds
+// it too long is passed over: files are replaced whole, so that little can go wrong. errno stays.
+class UsersLock {
 public:
-    TypesLock();
-    ~TypesLock();
-    TypesLock(const TypesLock&) = delete;
+    explicit UsersLock(const char* name);
 
 private:
-    int fFd;
+    std::optional<FileLock> fLock;
+};
+
+// For types and choices.
+struct TypesLock : UsersLock {
+    TypesLock() : UsersLock("types.lock") {}
+};
+
+// For the list of recent files, which need not wait for a new type.
+struct RecentLock : UsersLock {
+    RecentLock() : UsersLock("recent.lock") {}
 };
 
 // The folder of the kits' own files below the user's data folder.

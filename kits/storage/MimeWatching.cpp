@@ -24,6 +24,7 @@
 #include "MimeNotes.h"
 #include "MimeTypeRecords.h"
 #include "SharedMime.h"
+#include "app/MessengerAccess.h"
 
 using namespace storage;
 
@@ -264,7 +265,7 @@ void MimeWatcher::_Send(const std::string& type, const Change& change)
     if (change.tells_size)
         message.AddBool("be:large_icon", change.large);
     std::erase_if(fTargets, [&](const BMessenger& target) {
-        return target.SendMessage(&message) != B_OK;  // it is gone
+        return !BPrivate::MessengerAccess::Notify(target, message);
     });
 }
 

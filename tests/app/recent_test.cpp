@@ -8,6 +8,8 @@
 #include <Roster.h>
 
 #include <errno.h>
+#include <fcntl.h>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <sys/xattr.h>
@@ -138,6 +140,19 @@ TEST(RecentFiles, NewestFirstEachOnceWithFiltersAndLimit)
     EXPECT_EQ((Texts{ text, page }), documents()) << "what is gone is left out";
     be_roster->GetRecentDocuments(nullptr, 64);
     be_roster->AddToRecentDocuments(nullptr);
+}
+
+TEST(RecentFiles, NoneWaitsForATypeThatIsBeingInstalled)
+{
+    DesktopFolder folder;
+    const std::string own = folder.At("/home/data/beos");
+    std::filesystem::create_directories(own);
+    const int installing = open((own + "/types.lock").c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600);
+    ASSERT_EQ(0, flock(installing, LOCK_EX));
+    const std::string text = folder.Put("/a.txt", "text");
+    add(text);  // would wait for ever
+    EXPECT_EQ(Texts{ text }, documents());
+    close(installing);
 }
 
 TEST(RecentFiles, FoldersAndApplicationsHaveListsOfTheirOwn)

@@ -383,6 +383,8 @@ TEST(Roster, RunnersDoNotWaitForAnApplicationThatStandsStill)
         status = messenger.SendMessage('fill');
     while (status == B_OK);
     ASSERT_EQ(B_TIMED_OUT, status);
+    BMessage one_more('more');
+    EXPECT_EQ(B_WOULD_BLOCK, messenger.SendMessage(&one_more, BMessenger(), 0));
     Mailbox mail;
     BLooper* looper = new ListeningLooper(mail);
     looper->Run();
