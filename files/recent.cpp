@@ -1,13 +1,13 @@
 // The desktop's lists of recent documents and folders. Main thread.
 
+#include "files/filesystem.h"
+
 #include "plinth.h"
 
 #include <Entry.h>
 #include <Roster.h>
 
 #include <errno.h>
-
-#include "files/filesystem.h"
 
 using Add = void (BRoster::*)(const entry_ref* ref, const char* signature) const;
 

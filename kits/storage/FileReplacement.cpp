@@ -145,7 +145,11 @@ static status_t try_to_edit(const std::string& path,
         return host_failure();
     if (exists && access(path.c_str(), R_OK) != 0)
         return host_failure();
+    if (exists && !S_ISREG(info.st_mode))
+        return fail(S_ISDIR(info.st_mode) ? EISDIR : EINVAL);
     const std::string text = read_text_file(path);
+    if (exists && static_cast<off_t>(text.size()) != info.st_size)
+        return B_WOULD_BLOCK;  // changed, or not read whole
     const std::string edited = edit(text);
     if (edited == text)
         return B_OK;

@@ -250,6 +250,13 @@ TEST(MimeType, FailuresOfTheHostLeaveEverythingAsItWas)
     folder.Put("/home/data/mime", "a file in the way");
     EXPECT_NE(BMimeType("x-test/unmade").Install(), B_OK);
     EXPECT_NE(errno, 0);
+    folder.PutEntry(folder.SystemEntry("one.desktop"), "one");
+    std::filesystem::create_directory(folder.At("/home/config/mimeapps.list"));
+    EXPECT_EQ(BMimeType("text/plain").SetPreferredApp("application/x-vnd.desktop.one"),
+              B_IS_A_DIRECTORY);
+    EXPECT_EQ(errno, EISDIR);
+    for (const auto& entry : std::filesystem::directory_iterator(folder.At("/home/config")))
+        EXPECT_TRUE(entry.path().filename() == "mimeapps.list" && entry.is_directory()) << entry;
 }
 
 TEST(MimeType, SnifferRuleTellsTheTypeByContent)
