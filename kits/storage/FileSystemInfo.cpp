@@ -54,10 +54,8 @@ extern "C" int fs_stat_dev(dev_t dev, fs_info* info)
         return -1;
     }
     const std::optional<Mount> mount = find_mount(dev);
-    if (!mount) {
-        errno = ENODEV;
+    if (!mount)
         return -1;
-    }
     struct statvfs numbers;
     struct stat root;
     if (statvfs(mount->point.c_str(), &numbers) != 0 || stat(mount->point.c_str(), &root) != 0)

@@ -3,6 +3,7 @@
 #include "MountTable.h"
 
 #include <ctype.h>
+#include <errno.h>
 #include <stdio.h>
 #include <stdlib.h>
 #include <string.h>
@@ -169,7 +170,11 @@ std::optional<Mount> find_mount(dev_t device)
             && info.st_dev == device)
             found = &mounts[i];
     }
-    return found == nullptr ? std::nullopt : std::optional(*found);
+    if (found != nullptr)
+        return *found;
+    if (!mounts.empty())
+        errno = ENODEV;
+    return std::nullopt;
 }
 
 std::string volume_name(const Mount& mount)

@@ -24,7 +24,7 @@ struct Mount {
     std::string source;   // the block device, or a name
 };
 
-// The host's table. Any thread.
+// The host's table; empty, and its number in errno, if the host does not show it. Any thread.
 std::vector<Mount> read_mounts();
 
 // Reads the text of a table; lines that are none are left out.
@@ -42,7 +42,8 @@ struct VolumeChange {
 std::vector<VolumeChange> compare_volumes(const std::vector<Mount>& before,
                                           const std::vector<Mount>& after);
 
-// The mount of a device, volume or not; with several the one that shows most of it.
+// The mount of a device, volume or not; with several the one that shows most of it. None leaves
+// ENODEV in errno, or the host's number if it does not show its table.
 std::optional<Mount> find_mount(dev_t device);
 
 // The label of the file system, else the last part of its mount point.

@@ -45,10 +45,11 @@ status_t BVolume::InitCheck() const
 status_t BVolume::SetTo(dev_t device)
 {
     Unset();
-    fStatus = find_mount(device) ? B_OK : fail(ENOENT);
-    if (fStatus == B_OK)
+    if (find_mount(device)) {
         fDevice = device;
-    return fStatus;
+        return fStatus = B_OK;
+    }
+    return fStatus = errno == ENODEV ? fail(ENOENT) : host_failure();
 }
 
 void BVolume::Unset()
@@ -78,7 +79,7 @@ static off_t read_number(dev_t device, Number number)
 {
     const std::optional<Mount> mount = find_mount(device);
     if (!mount)
-        return fail(ENODEV);
+        return host_failure();
     struct statvfs info;
     if (statvfs(mount->point.c_str(), &info) != 0)
         return host_failure();
@@ -106,7 +107,7 @@ status_t BVolume::GetName(char* name) const
         return fail(EINVAL);
     const std::optional<Mount> mount = find_mount(fDevice);
     if (!mount)
-        return fail(ENODEV);
+        return host_failure();
     strcpy(name, volume_name(*mount).c_str());
     return B_OK;
 }
@@ -117,7 +118,7 @@ status_t BVolume::SetName(const char* name)
         return fail(EINVAL);
     const std::optional<Mount> mount = find_mount(fDevice);
     if (!mount)
-        return fail(ENODEV);
+        return host_failure();
     if (strlen(name) >= B_FILE_NAME_LENGTH)
         return fail(ENAMETOOLONG);
     return set_label(*mount, name);
@@ -126,7 +127,7 @@ status_t BVolume::SetName(const char* name)
 status_t BVolume::GetIcon(BBitmap* icon, icon_size which) const
 {
     const std::optional<Mount> mount = find_mount(fDevice);
-    return mount ? load_theme_icon(volume_icons(*mount), icon, which) : fail(ENODEV);
+    return mount ? load_theme_icon(volume_icons(*mount), icon, which) : host_failure();
 }
 
 status_t BVolume::GetIcon(uint8**, size_t*, type_code*) const

@@ -8,11 +8,14 @@
 #include <cerrno>
 #include <climits>
 #include <cstring>
+#include <functional>
 #include <mutex>
 #include <set>
 #include <string>
 #include <vector>
 
+#include <fcntl.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/xattr.h>
 #include <unistd.h>
@@ -368,6 +371,34 @@ TEST_F(FileSystem, DirectoriesWithoutPermission)
         EXPECT_EQ(Reason(), EACCES);
     }
     EXPECT_EQ(chmod(closed.c_str(), 0700), 0);
+}
+
+TEST_F(FileSystem, WithoutAFreeDescriptorTheReasonIsTold)
+{
+    const std::string path = fFolder.Put("/file");
+    rlimit limit;
+    ASSERT_EQ(getrlimit(RLIMIT_NOFILE, &limit), 0);
+    const rlimit few = { 128, limit.rlim_max };
+    ASSERT_EQ(setrlimit(RLIMIT_NOFILE, &few), 0);
+    std::vector<int> taken;
+    const std::function<bool()> calls[] = {
+        [&] { return GetLengthFile(path.c_str()) != -1; },
+        [&] { return *GetAttribut(path.c_str()) != '\0'; },
+        [&] { return *FindFirstEntry(At("").c_str()) != '\0'; },
+        [&] { return IsEmptyDirectory(At("").c_str()); },
+        [&] { return *GetBootVolumeName() != '\0'; },
+        [&] { return Relabel(path.c_str(), "x"); },
+    };
+    for (const auto& call : calls) {
+        for (int fd; (fd = open("/dev/null", O_RDONLY | O_CLOEXEC)) >= 0;)
+            taken.push_back(fd);
+        EXPECT_FALSE(call());
+        EXPECT_EQ(Reason(), EMFILE) << &call - calls;
+    }
+    for (const int fd : taken)
+        close(fd);
+    EXPECT_EQ(setrlimit(RLIMIT_NOFILE, &limit), 0);
+    EXPECT_STRNE(GetBootVolumeName(), "");
 }
 
 TEST_F(FileSystem, PathsEndInASlash)
