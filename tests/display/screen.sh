@@ -28,10 +28,10 @@ fail() {
 server=
 nudge() { [ -z "$server" ] || xprop -root -f _TEST_NUDGE 8s -set _TEST_NUDGE again; }
 
-# Waits up to ten seconds for a command to succeed.
+# Waits up to twenty seconds for a command to succeed: only a fault reaches that.
 eventually() {
     local tries
-    for tries in $(seq 200); do
+    for tries in $(seq 400); do
         "$@" >/dev/null 2>&1 && return 0
         sleep 0.05
         [ $((tries % 8)) -ne 0 ] || nudge >/dev/null 2>&1
