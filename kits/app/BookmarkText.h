@@ -1,8 +1,8 @@
 #ifndef APP_BOOKMARK_TEXT_H
 #define APP_BOOKMARK_TEXT_H
 
-// A list of bookmarks as text, changed at one bookmark: all else, whatever other programs put there,
-// stays byte for byte. The text is known to be well-formed. Any thread.
+// A list of bookmarks as text, changed at one bookmark: all else, whatever other programs put
+// there, stays byte for byte. The text is known to be well-formed. Any thread.
 
 #include <string>
 

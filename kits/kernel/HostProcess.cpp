@@ -46,7 +46,8 @@ bool read_host_process(pid_t process, pid_t thread, HostProcess* info)
     unsigned long user = 0, kernel = 0;
     long children_user = 0, children_kernel = 0, nice = 0, threads = 0;
     unsigned long long start = 0;
-    sscanf(close + 2, "%c %d %d %d %*d %*d %*u %*u %*u %*u %*u %lu %lu %ld %ld %*d %ld %ld %*d %llu",
+    sscanf(close + 2,
+           "%c %d %d %d %*d %*d %*u %*u %*u %*u %*u %lu %lu %ld %ld %*d %ld %ld %*d %llu",
            &info->state, &info->parent, &info->group, &info->session, &user, &kernel,
            &children_user, &children_kernel, &nice, &threads, &start);
     const bigtime_t tick = 1000000 / std::max(1L, sysconf(_SC_CLK_TCK));

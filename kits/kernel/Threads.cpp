@@ -182,6 +182,12 @@ static void arm_signal()
     static_cast<void>(armed);
 }
 
+// The host keeps 15 bytes of a name.
+static std::string host_name(const Thread& thread)
+{
+    return std::string(thread.name, strnlen(thread.name, 15));
+}
+
 // A thread's whole life. However it ends, by return or by unwinding, ~Life() is the last of it.
 struct Life {
     std::shared_ptr<Thread> self;
@@ -192,7 +198,7 @@ static void* run_thread(void* argument)
 {
     Life life{ *static_cast<std::shared_ptr<Thread>*>(argument) };
     Thread* self = life.self.get();
-    pthread_setname_np(pthread_self(), std::string(self->name, strnlen(self->name, 15)).c_str());
+    pthread_setname_np(pthread_self(), host_name(*self).c_str());
     enter(life.self);
     apply_priority(self->id, self->priority);
     // The spawner owns the argument, and waits for this.
@@ -339,7 +345,7 @@ status_t rename_thread(thread_id id, const char* newName)
     std::lock_guard hold(thread->lock);
     copy_name(thread->name, newName, "");
     if (!thread->dead)
-        pthread_setname_np(thread->handle, std::string(thread->name, strnlen(thread->name, 15)).c_str());
+        pthread_setname_np(thread->handle, host_name(*thread).c_str());
     return B_OK;
 }
 

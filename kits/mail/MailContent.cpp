@@ -165,7 +165,8 @@ Owned<GMimeObject> make_text_part(const MailContent& content)
 std::string sent_name(const std::string& path)
 {
     std::string name = BPrivate::valid_utf8(path.substr(path.rfind('/') + 1));
-    std::replace_if(name.begin(), name.end(), [](char c) { return uint8(c) < ' ' || c == 127; }, '_');
+    const auto is_control = [](char c) { return uint8(c) < ' ' || c == 127; };
+    std::replace_if(name.begin(), name.end(), is_control, '_');
     return name;
 }
 

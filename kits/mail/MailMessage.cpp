@@ -94,8 +94,8 @@ static std::string type_of_file(const char* path, BFile& file)
         mail::is_mime_type(type))
         return type;
     char start[4096];
-    const ssize_t got = file.ReadAt(0, start, sizeof(start));
-    return mail::guess_type(path, std::string(start, static_cast<size_t>(std::max<ssize_t>(got, 0))));
+    const ssize_t got = std::max<ssize_t>(file.ReadAt(0, start, sizeof(start)), 0);
+    return mail::guess_type(path, std::string(start, static_cast<size_t>(got)));
 }
 
 status_t BMailMessage::AddEnclosure(const char* path, bool clobber)
@@ -147,9 +147,8 @@ static std::string bare_name(std::string_view name)
         name.remove_suffix(1);
     if (!name.empty() && name.back() == ':')
         name.remove_suffix(1);
-    const bool is_name =
-        std::all_of(name.begin(), name.end(), [](char c) { return c > ' ' && c < 127 && c != ':'; });
-    return is_name ? std::string(name) : std::string();
+    const auto may_stand = [](char c) { return c > ' ' && c < 127 && c != ':'; };
+    return std::all_of(name.begin(), name.end(), may_stand) ? std::string(name) : std::string();
 }
 
 // One line: a break, and any other control character, becomes a space.

@@ -18,6 +18,7 @@
 
 #include <algorithm>
 #include <atomic>
+#include <string_view>
 #include <vector>
 
 #include "mail/Sendmail.h"
@@ -117,6 +118,12 @@ status_t QueuedMail::Deliver()
     return B_OK;
 }
 
+// A mail that was enqueued: not one that is being written, nor what somebody else put beside it.
+static bool is_mail_name(std::string_view name)
+{
+    return !name.starts_with('.') && name.ends_with(".eml");
+}
+
 void deliver_waiting()
 {
     std::string folder;
@@ -126,7 +133,7 @@ void deliver_waiting()
     std::vector<std::string> names;
     entry_ref ref;
     while (directory.GetNextRef(&ref) == B_OK) {
-        if (ref.name != nullptr && ref.name[0] != '.')
+        if (ref.name != nullptr && is_mail_name(ref.name))
             names.push_back(ref.name);
     }
     std::sort(names.begin(), names.end());

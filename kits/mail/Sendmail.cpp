@@ -26,7 +26,8 @@ static const bigtime_t kDefaultTimeout = 60000000;
 static bool is_program(const std::string& path)
 {
     struct stat info;
-    return stat(path.c_str(), &info) == 0 && S_ISREG(info.st_mode) && access(path.c_str(), X_OK) == 0;
+    return stat(path.c_str(), &info) == 0 && S_ISREG(info.st_mode)
+        && access(path.c_str(), X_OK) == 0;
 }
 
 // "" if there is none. The current directory is never searched.

@@ -247,7 +247,8 @@ TEST_F(MailTest, HeadsAreEncodedButForAddresses)
     EXPECT_EQ("=?iso-8859-1?b?Z3L832U=?=", field(sent, "Subject"));
     const std::string from = field(sent, "From");
     EXPECT_EQ(0, from.compare(0, 10, "=?UTF-8?b?")) << from;
-    EXPECT_EQ("J\xc3\xb6rg M\xc3\xbcller", decode_base64(from.substr(10, from.find("?=", 10) - 10)));
+    EXPECT_EQ("J\xc3\xb6rg M\xc3\xbcller",
+              decode_base64(from.substr(10, from.find("?=", 10) - 10)));
     EXPECT_NE(std::string::npos, from.find("<jm@example.org>, plain@example.org"));
     EXPECT_EQ(0, field(sent, "To").compare(0, 8, "=?UTF-8?"));
 }
@@ -258,7 +259,8 @@ TEST_F(MailTest, LongLinesAreBroken)
     for (int i = 0; i < 300; i++)
         people += ", person" + std::to_string(i) + "@example.org";
     mail.AddHeaderField(B_MAIL_TO, people.c_str());
-    mail.AddHeaderField(B_MAIL_SUBJECT, "words   apart  stay  apart and go on for some more of the line");
+    mail.AddHeaderField(B_MAIL_SUBJECT,
+                        "words   apart  stay  apart and go on for some more of the line");
     AddText(text);
     const std::string sent = Sent();
     EXPECT_LE(longest_line(sent), size_t(998));

@@ -26,7 +26,8 @@ TEST(ClipboardCalls, TextComesBackByteForByte)
     std::string all;
     for (int byte = 255; byte > 0; byte--)
         all += static_cast<char>(byte);
-    for (const std::string& text : {std::string("x"), std::string(), all, std::string(1 << 20, 'm')}) {
+    const std::string million(1 << 20, 'm');
+    for (const std::string& text : {std::string("x"), std::string(), all, million}) {
         EXPECT_TRUE(SetStringClipboard(text.c_str()));
         EXPECT_EQ(text, GetStringClipboard());
     }

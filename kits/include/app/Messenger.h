@@ -32,11 +32,11 @@ public:
     bool LockTarget() const;
     status_t LockTargetWithTimeout(bigtime_t timeout) const;
 
-    /* Sends a copy. B_BAD_PORT_ID if the target is gone. Only another application that stands still
-       lets it wait, for `timeout` microseconds, a second at most: B_TIMED_OUT, and B_WOULD_BLOCK for
-       a timeout of 0. With `reply`, waits for the answer, of which B_NO_REPLY is one (the message
-       was deleted unanswered). B_TIMED_OUT; and B_MESSAGE_TO_SELF where a looper would wait for
-       itself for ever. */
+    /* Sends a copy. B_BAD_PORT_ID if the target is gone. Only another application that stands
+       still lets it wait, for `timeout` microseconds, a second at most: B_TIMED_OUT, and
+       B_WOULD_BLOCK for a timeout of 0. With `reply`, waits for the answer, of which B_NO_REPLY is
+       one (the message was deleted unanswered). B_TIMED_OUT; and B_MESSAGE_TO_SELF where a looper
+       would wait for itself for ever. */
     status_t SendMessage(uint32 command, BHandler* replyTo = nullptr) const;
     status_t SendMessage(BMessage* message, BHandler* replyTo = nullptr,
                          bigtime_t timeout = B_INFINITE_TIMEOUT) const;

@@ -84,8 +84,9 @@ public:
     /* Starts the application for a signature, a type or a file. A file that is no program, and
        "refs" of the messages, are what it is to open; "argv" of a B_ARGV_RECEIVED message, behind
        the first, and `args` (argc of them, without the program) are its arguments. Where the
-       application runs, and wants to run but once, it gets the messages instead: B_ALREADY_RUNNING. The errors of FindApp(),
-       B_LAUNCH_FAILED_EXECUTABLE, and those of load_image(). */
+       application runs, and wants to run but once, it gets the messages instead:
+       B_ALREADY_RUNNING. The errors of FindApp(), B_LAUNCH_FAILED_EXECUTABLE, and those of
+       load_image(). */
     status_t Launch(const char* mimeType, BMessage* initialMessage = nullptr,
                     team_id* _appTeam = nullptr) const;
     status_t Launch(const char* mimeType, BList* messageList, team_id* _appTeam = nullptr) const;
@@ -99,8 +100,8 @@ public:
                     team_id* _appTeam = nullptr) const;
 
     /* The desktop's recent files, newest first, as "refs" of the emptied message, at most
-       `maxCount`. A type may be a supertype alone. With a signature, only what that application has added. What
-       is gone is left out. Applications are those that Launch() has started. */
+       `maxCount`. A type may be a supertype alone. With a signature, only what that application
+       has added. What is gone is left out. Applications are those that Launch() has started. */
     void GetRecentDocuments(BMessage* refList, int32 maxCount, const char* fileType = nullptr,
                             const char* signature = nullptr) const;
     void GetRecentDocuments(BMessage* refList, int32 maxCount, const char* fileTypes[],
