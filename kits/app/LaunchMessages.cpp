@@ -42,7 +42,7 @@ void leave_messages(team_id team, const std::vector<BMessage>& messages)
 std::vector<BMessage> take_messages()
 {
     std::vector<BMessage> messages;
-    const std::string path = path_in(roster_folder(), getpid());
+    const std::string path = path_in(registered_folder(), getpid());
     const int fd = path.empty() ? -1
         : open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK);
     if (fd < 0)

@@ -163,6 +163,12 @@ void register_app(const char* signature, thread_id thread, int32 looper)
     sOwnDescriptor = write_entry(folder, sOwnFile, as_text(sOwn));
 }
 
+std::string registered_folder()
+{
+    std::lock_guard hold(sLock);
+    return sOwnFile.substr(0, sOwnFile.find_last_of('/'));
+}
+
 void unregister_app()
 {
     note_active(false);

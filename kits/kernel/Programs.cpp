@@ -16,6 +16,7 @@
 #include <string.h>
 #include <sys/ptrace.h>
 #include <sys/stat.h>
+#include <sys/syscall.h>
 #include <sys/wait.h>
 #include <sys/xattr.h>
 #include <unistd.h>
@@ -139,6 +140,14 @@ status_t wait_for_program(thread_id id, bigtime_t deadline, uint32 flags, status
     return program->killed ? B_INTERRUPTED : B_OK;
 }
 
+// Ends a new process. The library's _exit may do more where the code is instrumented, and wait for
+// locks that were held when the process was made.
+[[noreturn]] static void leave_new_process(int status)
+{
+    for (;;)
+        syscall(SYS_exit_group, status);
+}
+
 // What a program is started with: copies, since its thread may begin late.
 struct Start {
     std::vector<std::string> texts;
@@ -154,7 +163,7 @@ struct Start {
             close_range(STDERR_FILENO + 1, ~0u, CLOSE_RANGE_CLOEXEC);
             execve(Path(), argv.data(), environment.data());
         }
-        _exit(errno);
+        leave_new_process(errno);
     }
 };
 
@@ -183,7 +192,7 @@ static const int kTracingRefused = -1;
 [[noreturn]] static void become_program(const Start& start)
 {
     if (ptrace(PTRACE_TRACEME, 0, nullptr, nullptr) != 0)
-        _exit(0);
+        leave_new_process(0);
     start.Exec();
 }
 

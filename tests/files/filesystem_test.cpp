@@ -478,6 +478,11 @@ struct Told {
         std::lock_guard guard(lock);
         return changes.size();
     }
+    thread_id Thread()
+    {
+        std::lock_guard guard(lock);
+        return thread;
+    }
 } sTold;
 
 void told(int32_t opcode, const char* path, const char* second_path)
@@ -515,7 +520,7 @@ TEST_F(Watching, ChangesReachTheHandlerWithTheirPaths)
     ASSERT_TRUE(WatchDir(At("/dir").c_str(), 1));
     fFolder.Put("/dir/a");
     EXPECT_TRUE(Hears("1", "/dir/a"));
-    EXPECT_NE(sTold.thread, find_thread(nullptr));
+    EXPECT_NE(sTold.Thread(), find_thread(nullptr));
     ASSERT_TRUE(RenameFile(At("/dir/a").c_str(), "b"));
     EXPECT_TRUE(Hears("3", "/dir/a " + At("/dir/b")));
     ASSERT_TRUE(WatchDir(At("/dir/b").c_str(), 1));
