@@ -55,6 +55,49 @@ static bool is_signature(const char* signature)
         && signature[length] != '\0' && strlen(signature) < sizeof(app_info::signature);
 }
 
+// The command line as the kernel keeps it: each argument ends with a zero byte.
+static std::vector<std::string> command_line()
+{
+    std::ifstream file("/proc/self/cmdline", std::ios::binary);
+    std::vector<std::string> arguments;
+    for (std::string argument; std::getline(file, argument, '\0');)
+        arguments.push_back(argument);
+    return arguments;
+}
+
+// What the program was started with: messages, else its arguments, if there are any.
+static std::vector<BMessage> launch_messages()
+{
+    std::vector<BMessage> messages = BPrivate::take_messages();
+    const std::vector<std::string> arguments = command_line();
+    if (!messages.empty() || arguments.size() < 2)
+        return messages;
+    BMessage message(B_ARGV_RECEIVED);
+    message.AddInt32("argc", static_cast<int32>(arguments.size()));
+    for (const std::string& argument : arguments)
+        message.AddString("argv", argument.c_str());
+    char folder[PATH_MAX];
+    message.AddString("cwd", getcwd(folder, sizeof(folder)) != nullptr ? folder : "/");
+    messages.push_back(message);
+    return messages;
+}
+
+// True if the program wants to run but once, and does: that one is told what this was started with.
+static bool is_passed_on(const char* signature)
+{
+    const BPrivate::RunningApp app =
+        BPrivate::only_instance(BPrivate::own_executable(), signature);
+    if (app.team < 0)
+        return false;
+    const BMessenger messenger = BPrivate::messenger_to(app);
+    std::vector<BMessage> messages = launch_messages();
+    if (messages.empty())
+        messages.emplace_back(B_SILENT_RELAUNCH);
+    for (BMessage& message : messages)
+        messenger.SendMessage(&message);
+    return true;
+}
+
 BApplication::BApplication(const char* signature)
     : BLooper("application")
 {
@@ -114,7 +157,7 @@ void BApplication::_InitApp(const char* signature, status_t* error)
     fPulseRate = 0;
     fNextPulse = B_INFINITE_TIMEOUT;
     _SetKind(Kind::Application);
-    if (be_app != nullptr)
+    if (be_app != nullptr || (fInitStatus == B_OK && is_passed_on(signature)))
         fInitStatus = B_ALREADY_RUNNING;
     if (fInitStatus == B_OK) {
         be_app_messenger = BMessenger(nullptr, this);
@@ -460,31 +503,10 @@ status_t BApplication::Perform(perform_code d, void* arg)
     return BLooper::Perform(d, arg);
 }
 
-// The command line as the kernel keeps it: each argument ends with a zero byte.
-static std::vector<std::string> command_line()
-{
-    std::ifstream file("/proc/self/cmdline", std::ios::binary);
-    std::vector<std::string> arguments;
-    for (std::string argument; std::getline(file, argument, '\0');)
-        arguments.push_back(argument);
-    return arguments;
-}
-
 void BApplication::_PostLaunchMessages()
 {
-    const std::vector<BMessage> messages = BPrivate::take_messages();
-    for (BMessage message : messages)
+    for (BMessage message : launch_messages())
         PostMessage(&message);
-    const std::vector<std::string> arguments = command_line();
-    if (messages.empty() && arguments.size() > 1) {
-        BMessage message(B_ARGV_RECEIVED);
-        message.AddInt32("argc", static_cast<int32>(arguments.size()));
-        for (const std::string& argument : arguments)
-            message.AddString("argv", argument.c_str());
-        char folder[4096];
-        message.AddString("cwd", getcwd(folder, sizeof(folder)) != nullptr ? folder : "/");
-        PostMessage(&message);
-    }
     PostMessage(B_READY_TO_RUN);
 }
 

@@ -177,18 +177,10 @@ static Order complete_order(const LaunchTarget& target, Order order)
     return order;
 }
 
-// The team that runs what wants to run but once; -1 for none. A single launch is meant by
-// executable, an exclusive one by signature.
 static RunningApp find_only_one(const LaunchTarget& target)
 {
-    const uint32 mode = BPrivate::launch_flags_of(target.executable.c_str()) & B_LAUNCH_MASK;
-    for (const RunningApp& app : BPrivate::running_apps()) {
-        const bool is_exclusive = mode == B_EXCLUSIVE_LAUNCH && target.application != nullptr
-            && strcasecmp(app.signature.c_str(), target.application->signature.c_str()) == 0;
-        if (mode != B_MULTIPLE_LAUNCH && (is_exclusive || app.path == target.executable))
-            return app;
-    }
-    return RunningApp();
+    return BPrivate::only_instance(
+        target.executable, target.application != nullptr ? target.application->signature : "");
 }
 
 // Has an application that runs do what it would have been started for.

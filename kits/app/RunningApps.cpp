@@ -14,6 +14,7 @@
 #include <stdio.h>
 #include <stdlib.h>
 #include <string.h>
+#include <strings.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -235,6 +236,20 @@ std::vector<RunningApp> running_apps()
         return a.began != b.began ? a.began < b.began : a.team < b.team;
     });
     return apps;
+}
+
+RunningApp only_instance(const std::string& path, const std::string& signature)
+{
+    const uint32 mode = launch_flags_of(path.c_str()) & B_LAUNCH_MASK;
+    if (mode == B_MULTIPLE_LAUNCH)
+        return RunningApp();
+    for (const RunningApp& app : running_apps()) {
+        const bool is_exclusive = mode == B_EXCLUSIVE_LAUNCH
+            && strcasecmp(app.signature.c_str(), signature.c_str()) == 0;
+        if (is_exclusive || app.path == path)
+            return app;
+    }
+    return RunningApp();
 }
 
 BMessenger messenger_to(const RunningApp& app)

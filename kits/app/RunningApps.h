@@ -56,6 +56,10 @@ std::string own_executable();
 // How the program at `path` wants to be launched.
 uint32 launch_flags_of(const char* path);
 
+// The application that runs where the program at `path` wants to run but once; its team is -1 for
+// none. A single launch is meant by executable, an exclusive one by signature, which may be empty.
+RunningApp only_instance(const std::string& path, const std::string& signature);
+
 }  // namespace BPrivate
 
 #endif  // APP_RUNNING_APPS_H

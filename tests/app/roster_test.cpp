@@ -521,9 +521,18 @@ TEST(Roster, SingleLaunchPassesMessagesToTheOneThatRuns)
     EXPECT_TRUE(eventually([&] {
         return probe_report(folder.At("/heard")) == Texts{ "ref letter.txt", "arg again" };
     }));
+    // Started by its path, it passes on what it was started with, and ends.
+    const char* direct[] = { program.c_str(), "by hand", nullptr };
+    const thread_id another = load_image(2, direct, nullptr);
+    status_t status = B_OK;
+    EXPECT_EQ(B_OK, wait_for_thread(another, &status));
+    EXPECT_EQ(1, status) << "as its main() says without an application";
+    EXPECT_TRUE(eventually([&] {
+        return probe_report(folder.At("/heard")).back() == "arg by hand";
+    }));
     BMessage news('news');
     EXPECT_EQ(B_OK, be_roster->Broadcast(&news));
-    EXPECT_TRUE(eventually([&] { return probe_report(folder.At("/heard")).size() == 3; }));
+    EXPECT_TRUE(eventually([&] { return probe_report(folder.At("/heard")).size() == 4; }));
     EXPECT_EQ(B_OK, be_roster->ActivateApp(first));
     EXPECT_EQ(B_BAD_TEAM_ID, be_roster->ActivateApp(INT32_MAX));
     kill_team(first);

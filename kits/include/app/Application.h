@@ -23,7 +23,8 @@ struct app_info;
 class BApplication : public BLooper {
 public:
     /* B_BAD_VALUE for a signature that is no application MIME type, B_ALREADY_RUNNING while there
-       is another application object; without `error` only InitCheck() tells. */
+       is another application object, and where the program wants to run but once, and does: that
+       one gets the messages or arguments of this. Without `error` only InitCheck() tells. */
     BApplication(const char* signature);
     BApplication(const char* signature, status_t* error);
     virtual ~BApplication();
