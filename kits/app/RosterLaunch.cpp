@@ -54,6 +54,7 @@ static std::string program_in_path(const std::string& name)
     return found;
 }
 
+// Without a terminal to start, a program has ours, if there is one; else the line is empty.
 static Line in_terminal(const Line& line)
 {
     for (const Line& terminal : kTerminals) {
@@ -63,7 +64,7 @@ static Line in_terminal(const Line& line)
         whole.insert(whole.end(), line.begin(), line.end());
         return whole;
     }
-    return line;
+    return isatty(STDIN_FILENO) != 0 ? line : Line();
 }
 
 static void add_message(Order* order, const BMessage* message)
@@ -127,6 +128,8 @@ static std::vector<Line> lines_for(const LaunchTarget& target, const Order& orde
 // Starts one line; the team, or why not.
 static team_id start(const LaunchTarget& target, Line line, const Order& order)
 {
+    if (line.empty())
+        return B_LAUNCH_FAILED_EXECUTABLE;
     line[0] = program_in_path(line[0]);
     std::vector<const char*> argv;
     for (const std::string& word : line)

@@ -17,6 +17,8 @@
 #include <Roster.h>
 
 #include <image.h>
+
+#include <fcntl.h>
 #include <signal.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -272,6 +274,27 @@ TEST(Roster, LaunchGivesArgumentsAndFilesToADesktopProgram)
     ASSERT_EQ(B_OK, be_roster->Launch(&first, &more, &team));
     report = probe_report(folder.At("/report"));
     EXPECT_EQ((Texts{ folder.At("/report"), letter, folder.At("/b.txt") }), told(report, "arg"));
+    wait_for_thread(team, nullptr);
+}
+
+TEST(Roster, NoProgramIsLeftWithoutTheTerminalItNeeds)
+{
+    DesktopFolder folder;
+    folder.PutEntry(folder.UserEntry("probe.desktop"), "probe",
+                    "X-BeOS-Signature=application/x-vnd.Test-Probe\nTerminal=true\n",
+                    probe_path() + " " + folder.At("/report"));
+    std::filesystem::create_directory(folder.At("/bin"));
+    setenv("PATH", folder.At("/bin").c_str(), 1);
+    const int nowhere = open("/dev/null", O_RDONLY | O_CLOEXEC);
+    dup2(nowhere, STDIN_FILENO);
+    close(nowhere);
+    EXPECT_EQ(B_LAUNCH_FAILED_EXECUTABLE, be_roster->Launch("application/x-vnd.Test-Probe"));
+    // One that runs what stands behind its own name.
+    std::ofstream(folder.At("/bin/xdg-terminal-exec")) << "#!/bin/sh\nexec \"$@\"\n";
+    chmod(folder.At("/bin/xdg-terminal-exec").c_str(), 0755);
+    team_id team = -1;
+    EXPECT_EQ(B_OK, be_roster->Launch("application/x-vnd.Test-Probe", 0, nullptr, &team));
+    EXPECT_EQ(Texts{ folder.At("/report") }, told(probe_report(folder.At("/report")), "arg"));
     wait_for_thread(team, nullptr);
 }
 
