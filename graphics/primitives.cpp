@@ -366,7 +366,7 @@ static void draw_separator(intptr_t target, const char* call, BPoint from, BPoin
 {
     const rgb_color black = {0, 0, 0, 255};
     const rgb_color white = {255, 255, 255, 255};
-    fill(target, call, BRect(from, to + step), [&](BView& view) {
+    stroke(target, call, BRect(from, to + step), [&](BView& view) {
         const drawing_mode mode = view.DrawingMode();
         const rgb_color high = view.HighColor();
         const BPoint pen = view.PenLocation();

@@ -83,16 +83,17 @@ extern "C" void** Open_Sys(uint8_t tracker)
         sOpenTables = new BList(kListBlockSize);
     sOpenTables->AddItem(table);
     PtApp = table;
+    empty_window_cache();
     registry_lock().Unlock();
     return reinterpret_cast<void**>(table);
 }
 
-// The order in which the kinds are closed: what a later one needs is still there.
+// The order in which the kinds are closed: what a later one needs is still there. Windows stay open.
 static const struct {
     RegistrySlot slot;
     void (*close_all)();
 } kCloseOrder[] = {
-    {kWindows, forget_all_windows},
+    {kWindows, nullptr},
     {kIcons, Close_All_Icon},
     {kFiles, Close_All_File},
     {kFonts, Close_All_Font},
@@ -110,7 +111,10 @@ static void close_table(BList** table)
     for (const auto& row : kCloseOrder) {
         if (table[row.slot] == nullptr)
             continue;
-        row.close_all();
+        if (row.slot == kWindows)
+            forget_windows(table[kWindows]);
+        else
+            row.close_all();
         registry_lock().Lock();
         delete table[row.slot];
         table[row.slot] = nullptr;

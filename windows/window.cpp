@@ -18,6 +18,7 @@
 
 #include <math.h>
 #include <new>
+#include <utility>
 
 static const rgb_color kPanelGrey = {216, 216, 216, 255};
 static const rgb_color kBlack = {0, 0, 0, 255};
@@ -190,6 +191,27 @@ void MyWinClass::MessageReceived(BMessage* message)
 
 // --- hooks
 
+static bool holds(BView* branch, const BView* view)
+{
+    if (branch == view)
+        return true;
+    for (BView* child = branch->ChildAt(0); child != nullptr; child = child->NextSibling()) {
+        if (holds(child, view))
+            return true;
+    }
+    return false;
+}
+
+// True while the view is in the window: one that was noted earlier may have been deleted.
+bool MyWinClass::_Holds(const BView* view) const
+{
+    for (BView* child = ChildAt(0); child != nullptr; child = child->NextSibling()) {
+        if (holds(child, view))
+            return true;
+    }
+    return false;
+}
+
 void MyWinClass::WindowActivated(bool active)
 {
     if (active) {
@@ -203,7 +225,7 @@ void MyWinClass::WindowActivated(bool active)
     }
     BWindow::WindowActivated(active);
     if (active)
-        (fSavedFocus != nullptr ? fSavedFocus : fTopView)->MakeFocus(true);
+        (_Holds(fSavedFocus) ? fSavedFocus : fTopView)->MakeFocus(true);
 }
 
 void MyWinClass::FrameResized(float width, float height)
@@ -218,7 +240,7 @@ void MyWinClass::FrameResized(float width, float height)
         fTopView->UnlockLooper();
     }
     BWindow::FrameResized(width, height);
-    if (focus != nullptr)
+    if (_Holds(focus))
         focus->MakeFocus(true);
 }
 
@@ -243,8 +265,22 @@ void MyWinClass::Zoom(BPoint leftTop, float width, float height)
 
 void MyWinClass::Hide()
 {
-    CallHandler(kHidden);
+    const bool nested = std::exchange(fIsHiding, true);
+    if (!nested)
+        CallHandler(kHidden);
     BWindow::Hide();
+    fIsHiding = nested;
+}
+
+// Closing hides first, and the handler of that may close its window once more.
+void MyWinClass::Quit()
+{
+    if (fIsHiding && fIsQuitting) {
+        Unlock();
+        return;
+    }
+    fIsQuitting = true;
+    BWindow::Quit();
 }
 
 void MyWinClass::Show()

@@ -9,6 +9,7 @@
 #include <stdint.h>
 
 class BBitmap;
+class BList;
 class BPopUpMenu;
 class MyView;
 namespace Marlin {
@@ -91,6 +92,7 @@ public:
     void Zoom(BPoint leftTop, float width, float height) override;
     void Hide() override;
     void Show() override;
+    void Quit() override;
     void ScreenChanged(BRect frame, color_space space) override;
     void WorkspaceActivated(int32 workspace, bool active) override;
     void WorkspacesChanged(uint32 before, uint32 after) override;
@@ -148,8 +150,12 @@ private:
             handler(words...);
     }
     void _MakeRaster(BRect frame);
+    bool _Holds(const BView* view) const;
     void _ChooseMenuItem(BMessage* message);
     void _CallGadget(BMessage* message);
+
+    bool fIsHiding = false;    // in Hide(), which calls a handler
+    bool fIsQuitting = false;  // in Quit(), which hides
 };
 
 extern MyWinClass* DefWin;  // registry lock; what names no window means this one
@@ -168,7 +174,9 @@ WindowRecord* Find_By_Class(const BWindow* window);
 // The oldest open window's record, null if none is open.
 WindowRecord* GetActiveWindow();
 
-// Empties the list of windows; the windows stay open.
-void forget_all_windows();
+// Empties a list of windows, which stay open but are found no more.
+void forget_windows(BList* windows);
+// What was found is looked up anew. Registry lock held, which PtApp changes under.
+void empty_window_cache();
 
 #endif  // WINDOWS_WINDOW_H

@@ -89,6 +89,12 @@ static BList& unlisted_records()
     return *records;
 }
 
+void empty_window_cache()
+{
+    for (auto& place : sCache)
+        place.store(nullptr);
+}
+
 WindowRemoval remove_window(MyWinClass* window)
 {
     BAutolock lock(registry_lock());
@@ -108,14 +114,10 @@ WindowRemoval remove_window(MyWinClass* window)
     return windows->IsEmpty() ? WindowRemoval::LastOne : WindowRemoval::Removed;
 }
 
-void forget_all_windows()
+void forget_windows(BList* windows)
 {
     BAutolock lock(registry_lock());
-    for (auto& place : sCache)
-        place.store(nullptr);
-    BList* windows = registry_list(kWindows);
-    if (windows == nullptr)
-        return;
+    empty_window_cache();
     unlisted_records().AddList(windows);
     windows->MakeEmpty();
 }

@@ -11,6 +11,7 @@
 #include <Message.h>
 #include <Messenger.h>
 #include <Screen.h>
+#include <View.h>
 #include <Window.h>
 
 #include <climits>
@@ -332,6 +333,56 @@ TEST_F(Windows, AHandlerThatClosesItsOwnWindowEndsThere)
     window.Click(10, 10);
     EXPECT_TRUE(eventually([&] { return !is_window_ident(window); }));
     EXPECT_EQ(sLog.All(), "before");
+}
+
+TEST_F(Windows, AHandlerOfHidingMayCloseItsOwnWindow)
+{
+    static int32_t sWindow;
+    TestWindow window;
+    sWindow = window;
+    window.Handle(PLINTH_HIDDEN, +[] {
+        sLog.Add("hidden");
+        CloseWindow(sWindow);
+    });
+    window.Handle(PLINTH_KEY, +[](int32_t, int32_t) { CloseWindow(sWindow); });
+    window.Click(10, 10);
+    inject_text("q");
+    EXPECT_TRUE(eventually([&] { return !is_window_ident(window); }));
+    TestWindow other;
+    sWindow = other;
+    other.Handle(PLINTH_HIDDEN, +[] { CloseWindow(sWindow); });
+    CloseWindow(other);
+    EXPECT_FALSE(is_window_ident(other));
+    EXPECT_EQ(sLog.All(), "hidden");
+}
+
+TEST_F(Windows, AViewThatIsGoneGetsNoFocusAgain)
+{
+    static BView* sField;
+    TestWindow window;
+    BWindow* platform = platform_window();
+    ASSERT_TRUE(platform->Lock());
+    BView* top = platform->ChildAt(0);
+    sField = new BView(BRect(0, 0, 9, 9), "field", B_FOLLOW_NONE, B_WILL_DRAW);
+    top->AddChild(sField);
+    sField->MakeFocus(true);
+    platform->WindowActivated(false);
+    platform->WindowActivated(true);
+    EXPECT_EQ(platform->CurrentFocus(), sField);
+    platform->WindowActivated(false);
+    top->RemoveChild(sField);
+    platform->WindowActivated(true);
+    EXPECT_EQ(platform->CurrentFocus(), top);
+
+    top->AddChild(sField);
+    sField->MakeFocus(true);
+    window.Handle(PLINTH_RESIZED, +[](int32_t, int32_t) {
+        sField->RemoveSelf();
+        delete sField;
+    });
+    platform->FrameResized(150, 100);
+    EXPECT_EQ(platform->CurrentFocus(), nullptr);
+    platform->Unlock();
 }
 
 TEST_F(Windows, SlotsOutOfRangeStoreNothing)
