@@ -18,6 +18,7 @@
 #include <strings.h>
 
 #include <algorithm>
+#include <atomic>
 #include <fstream>
 #include <iterator>
 #include <vector>
@@ -26,6 +27,7 @@
 #include "app/LooperTable.h"
 #include "app/MessageAccess.h"
 #include "app/MessengerAccess.h"
+#include "app/QuitAsked.h"
 #include "app/RunningApps.h"
 #include "app/Scripting.h"
 #include "server/Display.h"
@@ -220,8 +222,27 @@ static bool for_each_client(Act act)
     return true;
 }
 
+static std::atomic<int32> sQuitsAsked;
+
+namespace {
+
+class QuitAsked {
+public:
+    QuitAsked() { sQuitsAsked++; }
+    ~QuitAsked() { sQuitsAsked--; }
+    QuitAsked(const QuitAsked&) = delete;
+};
+
+}  // namespace
+
+bool BPrivate::is_quit_asked()
+{
+    return sQuitsAsked > 0;
+}
+
 bool BApplication::QuitRequested()
 {
+    const QuitAsked asked;
     const int32 levels = fSlot->lock.UnlockAll();
     const bool agreed = for_each_client([](BLooper& looper) { return looper.QuitRequested(); });
     fSlot->lock.LockTimes(levels);
@@ -243,6 +264,7 @@ void BApplication::_ActivateWindow()
 // New windows may come while the others go.
 void BApplication::_QuitLoopers()
 {
+    const QuitAsked asked;
     const int32 levels = fSlot->lock.UnlockAll();
     bool some;
     do {

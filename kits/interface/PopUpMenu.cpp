@@ -12,6 +12,7 @@
 #include <functional>
 #include <vector>
 
+#include <app/QuitAsked.h>
 #include <server/Display.h>
 
 static const bigtime_t kLookInterval_us = 10'000;  // between two looks at the pointer
@@ -30,6 +31,12 @@ public:
           fMenu(menu)
     {
         AddChild(menu);
+    }
+    // The menu belongs to whoever opened it, also when the application ends its windows.
+    ~MenuWindow() override
+    {
+        if (IsLocked() || Lock())
+            RemoveChild(fMenu);
     }
 
     BMenu* Menu() const { return fMenu; }
@@ -71,7 +78,7 @@ public:
         for (;;) {
             BPoint where;
             server::PointerState(&where, &buttons);
-            if (is_escape_down() || fWindows.empty() || fMenu->fClosing)
+            if (is_escape_down() || fMenu->fClosing || BPrivate::is_quit_asked())
                 break;
             BMenuItem* under = _Follow(where);
             if (pressed && buttons == 0) {
@@ -89,7 +96,7 @@ public:
                 caller->UpdateIfNeeded();
             snooze(kLookInterval_us);
         }
-        while (!fWindows.empty())
+        while (!fOpened.empty())
             _CloseLast();
         if (chosen != nullptr && (!chosen->IsEnabled() || chosen->Submenu() != nullptr))
             return nullptr;
@@ -97,6 +104,12 @@ public:
     }
 
 private:
+    // The application may have ended the window: then it refuses its lock.
+    struct Opened {
+        MenuWindow* window;
+        BRect frame;
+    };
+
     // A click that opened the menu does not choose from it yet.
     bool _LeavesOpen(BPoint began, BPoint where, bigtime_t start) const
     {
@@ -118,51 +131,50 @@ private:
         where.y = std::max(screen.top, std::min(where.y, screen.bottom - height));
         auto* window = new MenuWindow(BRect(where.x, where.y, where.x + width, where.y + height),
                                       menu);
-        fWindows.push_back(window);
+        fOpened.push_back({window, window->Frame()});
         window->Show();
     }
 
     void _CloseLast()
     {
-        MenuWindow* window = fWindows.back();
-        fWindows.pop_back();
+        MenuWindow* window = fOpened.back().window;
+        fOpened.pop_back();
         if (!window->Lock())
             return;
         window->Menu()->_Select(nullptr);
-        window->RemoveChild(window->Menu());  // the menu belongs to whoever opened it
         window->Quit();
     }
 
     bool _IsInside(BPoint where) const
     {
-        return std::any_of(fWindows.begin(), fWindows.end(), [=](MenuWindow* window) {
-            return window->Frame().Contains(where);
-        });
+        return std::any_of(fOpened.begin(), fOpened.end(),
+                           [=](const Opened& opened) { return opened.frame.Contains(where); });
     }
 
     // Selects the item under the pointer, opens its submenu, and closes those left.
     BMenuItem* _Follow(BPoint where)
     {
-        for (size_t i = fWindows.size(); i-- > 0;) {
-            MenuWindow* window = fWindows[i];
-            if (!window->Frame().Contains(where) || !window->Lock())
+        for (size_t i = fOpened.size(); i-- > 0;) {
+            const auto [window, frame] = fOpened[i];
+            if (!frame.Contains(where) || !window->Lock())
                 continue;
             BMenu* menu = window->Menu();
-            BMenuItem* item = menu->_HitTest(where - window->Frame().LeftTop());
+            BMenuItem* item = menu->_HitTest(where - frame.LeftTop());
             const bool changed = item != menu->fSelected;
             menu->_Select(item != nullptr && item->IsEnabled() ? item : nullptr);
             window->Unlock();
             if (changed) {
-                while (fWindows.size() > i + 1)
+                while (fOpened.size() > i + 1)
                     _CloseLast();
                 if (item != nullptr && item->IsEnabled() && item->Submenu() != nullptr)
                     _Open(item->Submenu(), item->Submenu()->ScreenLocation());
             }
             return item;
         }
-        if (fWindows.back()->Lock()) {
-            fWindows.back()->Menu()->_Select(nullptr);
-            fWindows.back()->Unlock();
+        MenuWindow* last = fOpened.back().window;
+        if (last->Lock()) {
+            last->Menu()->_Select(nullptr);
+            last->Unlock();
         }
         return nullptr;
     }
@@ -170,7 +182,7 @@ private:
     BPopUpMenu* fMenu;
     BRect fOpenRect;
     bool fSticky;  // the menu stays open without a button held
-    std::vector<MenuWindow*> fWindows;
+    std::vector<Opened> fOpened;
 };
 
 BPopUpMenu::BPopUpMenu(const char* name, bool radioMode, bool labelFromMarked, menu_layout layout)

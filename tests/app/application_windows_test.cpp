@@ -3,7 +3,9 @@
 #include <gtest/gtest.h>
 
 #include <Application.h>
+#include <MenuItem.h>
 #include <Message.h>
+#include <PopUpMenu.h>
 #include <Window.h>
 
 #include <atomic>
@@ -51,6 +53,36 @@ TEST(Application, WindowsAreAskedAndClosed)
     ask.Join();
     EXPECT_EQ(2, gone);
     EXPECT_EQ(0, app.CountWindows());
+}
+
+// Nobody is there to choose from a menu that is open.
+TEST(Application, QuittingClosesPopUpMenus)
+{
+    class MenuOpener : public BWindow {
+    public:
+        explicit MenuOpener(BPopUpMenu* menu)
+            : BWindow(BRect(50, 50, 149, 149), "opener", B_TITLED_WINDOW, 0), fMenu(menu) {}
+        void MessageReceived(BMessage*) override { EXPECT_EQ(fMenu->Go(BPoint(60, 60)), nullptr); }
+
+    private:
+        BPopUpMenu* fMenu;
+    };
+    BApplication app("application/x-vnd.plinth-test");
+    BPopUpMenu waited("waited"), by_itself("by itself");
+    waited.AddItem(new BMenuItem("item", nullptr));
+    by_itself.AddItem(new BMenuItem("item", nullptr));
+    auto* opener = new MenuOpener(&waited);
+    opener->Show();
+    opener->PostMessage(1);
+    by_itself.Go(BPoint(200, 60), false, true, true);
+    Task ask([&] {
+        while (app.CountWindows() < 3)
+            snooze(100);
+        be_app_messenger.SendMessage(B_QUIT_REQUESTED);
+    });
+    app.Run();
+    EXPECT_EQ(waited.Window(), nullptr);
+    EXPECT_EQ(waited.CountItems() + by_itself.CountItems(), 2);
 }
 
 // Windows open and close on two threads, and are closed by the application, all at once.
