@@ -62,7 +62,8 @@ public:
             }
             for (Crossing& item : active)
                 item.x = item.edge->x + (y - item.edge->y) * item.edge->slope;
-            _Sort(active);
+            sort_nearly_sorted(active.data(), int32(active.size()),
+                               [](const Crossing& item) { return item.x; });
             _DrawRow(pen, part, y, active);
         }
     }
@@ -85,18 +86,6 @@ private:
         if (first <= last)
             fEdges.push_back({from.x, from.y, (to.x - from.x) / (to.y - from.y), int32(first),
                               int32(last), winding});
-    }
-
-    // Rows differ little: mostly there is nothing to move.
-    static void _Sort(std::vector<Crossing>& active)
-    {
-        for (size_t i = 1; i < active.size(); i++) {
-            const Crossing moved = active[i];
-            size_t k = i;
-            for (; k > 0 && active[k - 1].x > moved.x; k--)
-                active[k] = active[k - 1];
-            active[k] = moved;
-        }
     }
 
     template <class Pen>

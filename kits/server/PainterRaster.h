@@ -44,6 +44,25 @@ inline clipping_rect box_of(int64 left, int64 top, int64 right, int64 bottom)
     return {clamp_int32(left), clamp_int32(top), clamp_int32(right), clamp_int32(bottom)};
 }
 
+// Sorts by rising keys what is nearly sorted as a rule; quick enough where it is not.
+template <class Item, class Key>
+void sort_nearly_sorted(Item* items, int32 count, Key key)
+{
+    int64 patience = 64 + 16 * int64(count);
+    for (int32 i = 1; i < count && patience >= 0; i++) {
+        const Item moved = items[i];
+        const auto own = key(moved);
+        int32 k = i;
+        for (; k > 0 && key(items[k - 1]) > own; k--)
+            items[k] = items[k - 1];
+        items[k] = moved;
+        patience -= i - k;
+    }
+    if (patience < 0)
+        std::sort(items, items + count,
+                  [&](const Item& a, const Item& b) { return key(a) < key(b); });
+}
+
 inline bool is_nan(const BPoint& point)
 {
     return !(point.x == point.x && point.y == point.y);

@@ -200,31 +200,19 @@ private:
 
     void _SortActive()
     {
-        for (int32 i = 1; i < fActiveCount; i++) {
-            const int32 moved = fActive[i];
-            const double key = fSides[moved].Crossing();
-            int32 k = i;
-            for (; k > 0 && fSides[fActive[k - 1]].Crossing() > key; k--)
-                fActive[k] = fActive[k - 1];
-            fActive[k] = moved;
-        }
+        sort_nearly_sorted(fActive, fActiveCount,
+                           [this](int32 side) { return fSides[side].Crossing(); });
     }
 
     // The pixels of the sides and the insides between them, sorted by their left ends.
     int32 _CollectRuns()
     {
         int32 count = 0, winding = 0;
-        const auto add = [&](Run run) {
-            int32 k = count++;
-            for (; k > 0 && fRuns[k - 1].left > run.left; k--)
-                fRuns[k] = fRuns[k - 1];
-            fRuns[k] = run;
-        };
         int64 insideFrom = 0;
         for (int32 i = 0; i < fActiveCount; i++) {
             const Side& side = fSides[fActive[i]];
             const Run pixels = side.Pixels();
-            add(pixels);
+            fRuns[count++] = pixels;
             if (!side.Crosses())
                 continue;
             const bool wasInside = _Inside(winding);
@@ -232,8 +220,9 @@ private:
             if (!wasInside)
                 insideFrom = pixels.left;
             else if (!_Inside(winding) && insideFrom < pixels.right)
-                add({insideFrom, pixels.right});
+                fRuns[count++] = {insideFrom, pixels.right};
         }
+        sort_nearly_sorted(fRuns, count, [](const Run& run) { return run.left; });
         return count;
     }
     bool _Inside(int32 winding) const { return fEvenOdd ? (winding & 1) != 0 : winding != 0; }

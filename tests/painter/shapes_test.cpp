@@ -391,6 +391,25 @@ TEST(Polygons, CoverTheirInsideAndTheirThinOutline)
     }
 }
 
+// A million corners at random: rows that would have to be sorted anew take no hours.
+TEST(Polygons, RowsThatNeighboursSayNothingOfAreSortedQuickly)
+{
+    std::mt19937 random(7);
+    std::vector<BPoint> points(1'000'000);
+    for (BPoint& point : points)
+        point.Set(int16(random()), int16(random()));
+    Board board;
+    Clip clip(board, BRegion(BRect(0, 0, Board::kWidth - 1, 3)));
+    const int32 count = int32(points.size());
+    FillPolygon(clip.target, ink(), points.data(), count);
+    EXPECT_GT(board.Count(kInk), Board::kWidth * 2);
+    StrokePolygon(clip.target, [] {
+        Paint wide = ink();
+        wide.penSize = 3;
+        return wide;
+    }(), points.data(), count / 50, true);
+}
+
 TEST(WidePens, AxisAlignedLinesAndFramesCoverWholeRows)
 {
     for (int size = 2; size <= 9; size++) {
