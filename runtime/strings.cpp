@@ -283,22 +283,22 @@ extern "C" char* Extract(const char* s, const char* sep)
     const size_t position = walk_for(s, 0, sep, strlen(sep));
     if (position == 0) {
         put_text(slot, s, strnlen(s, kSlotText));
-    } else {
-        const size_t left_length = position - 1;
-        const auto count = static_cast<int32_t>(left_length);
-        char* left = take_mid();
-        // What the piece holds need not be read back from it, unless the search wrote over its text
-        // or the piece has no terminator of its own.
-        if (!in_ring(s) && left_length <= kSlotText) {
-            copy_bytes(left, s, left_length);
-            terminate(left, count);
-            copy_bytes(slot, s, left_length);
-            slot[left_length] = '\0';
-        } else {
-            put_mid_of(left, s, count);
-            put_text(slot, left, strnlen(left, kSlotText));
-        }
+        return slot;
     }
+    const size_t left_length = position - 1;
+    const auto count = static_cast<int32_t>(left_length);
+    if (in_ring(s) || left_length > kSlotText) {
+        // The search may have written over its text, and a full piece runs on into the next slots.
+        const char* left = Mid(s, 1, count);
+        put_text(slot, left, strnlen(left, kSlotText));
+        return slot;
+    }
+    // What the piece holds need not be read back from it.
+    char* left = take_mid();
+    copy_bytes(left, s, left_length);
+    terminate(left, count);
+    copy_bytes(slot, s, left_length);
+    slot[left_length] = '\0';
     return slot;
 }
 
@@ -353,16 +353,16 @@ private:
     bool fInRing;
 };
 
-// Replaces the match at `position` as two Mids and their joining do.
-static void substitute(WorkText* work, size_t position, size_t find_length, const Pattern& repl,
+// Replaces the match at `position` as two Mids and their joining do. The search and the first of
+// them may have written over a pattern in the ring, whose length then is no longer the match's.
+static void substitute(WorkText* work, size_t position, const Pattern& find, const Pattern& repl,
     int32_t rest_count)
 {
     const size_t left_length = position - 1;
-    // A search that wrote over its own pattern may match more than there is.
-    const size_t after = std::min(left_length + find_length, work->Length());
-    const size_t right_length = work->Length() - after;
     char* left = take_mid();
     put_mid(left, work->Text(), work->Length(), static_cast<int32_t>(left_length));
+    const size_t after = std::min(left_length + find.Length(), work->Length());
+    const size_t right_length = work->Length() - after;
     char* rest = take_mid();
     if (right_length > 0)
         put_mid(rest, work->Text() + after, right_length, rest_count);
@@ -381,9 +381,35 @@ static void substitute(WorkText* work, size_t position, size_t find_length, cons
     *work = joined;
 }
 
+// All that the further substitutions of a Replace depend on: its text and, where its arguments lie
+// in the ring, the ring.
+class ReplaceState {
+public:
+    explicit ReplaceState(bool has_ring) : fHasRing(has_ring) {}
+    void Keep(const WorkText& work)
+    {
+        fWork = work;
+        if (!fHasRing)
+            return;
+        memcpy(fRing, StrFunction, kRingSize);
+        fLastSlot = StrCnt;
+    }
+    bool IsBackAt(const WorkText& work) const
+    {
+        return work == fWork && (!fHasRing
+            || (StrCnt == fLastSlot && memcmp(fRing, StrFunction, kRingSize) == 0));
+    }
+
+private:
+    const bool fHasRing;
+    WorkText fWork;
+    uint32_t fLastSlot = 0;
+    char fRing[kRingSize];
+};
+
 // Each search begins at the front again, so a replacement that makes new matches might never come
-// to an end: it stops where the text does not fit any more or comes back to what it was, and at a
-// count that no text which ends by itself comes near.
+// to an end: it stops where the text does not fit any more or all comes back to what it was, and at
+// a count that no text which ends by itself comes near.
 extern "C" char* Replace(const char* s, const char* find, const char* repl)
 {
     s = text_or_empty(s);
@@ -392,18 +418,17 @@ extern "C" char* Replace(const char* s, const char* find, const char* repl)
     char* slot = GetNextTab();
     const size_t rest_count = strnlen(s, kSlotSize);
     WorkText work;
-    WorkText earlier;  // the text after the last power of two of substitutions
+    ReplaceState earlier(in_ring(find) || in_ring(repl));  // after the last power of two
     work.Append(s, rest_count);
     for (int substitutions = 1; substitutions <= kMaxSubstitutions; substitutions++) {
-        const size_t find_length = pattern.Length();
-        const size_t position = walk_for(work.Text(), 0, pattern.Text(), find_length);
+        const size_t position = walk_for(work.Text(), 0, pattern.Text(), pattern.Length());
         if (position == 0)
             break;
-        substitute(&work, position, find_length, replacement, static_cast<int32_t>(rest_count));
-        if (work.IsFull() || (substitutions > kFewSubstitutions && work == earlier))
+        substitute(&work, position, pattern, replacement, static_cast<int32_t>(rest_count));
+        if (work.IsFull() || (substitutions > kFewSubstitutions && earlier.IsBackAt(work)))
             break;
         if (substitutions >= kFewSubstitutions && (substitutions & (substitutions - 1)) == 0)
-            earlier = work;
+            earlier.Keep(work);
     }
     put_text(slot, work.Text(), work.Length());
     return slot;

@@ -256,26 +256,33 @@ public:
         size_t slot = Take();
         std::string work = Text(s).substr(0, 257);
         int32_t count = static_cast<int32_t>(work.size());
+        const bool has_ring = find.in_ring || repl.in_ring;
         std::string earlier;
         for (int steps = 1; steps <= 100000; steps++) {
-            int32_t find_length = static_cast<int32_t>(Length(find));
             Place text = { false, 0, work.c_str() };
             int64_t k = Search(text, work.size(), find);
             if (k == 0)
                 break;
             size_t left = Mid(text, 1, static_cast<int32_t>(k - 1));
+            int32_t find_length = static_cast<int32_t>(Length(find));
             size_t rest = Mid(text, static_cast<int32_t>(k + find_length), count);
             std::string joined = TextAt(left) + Text(repl) + TextAt(rest);
             bool is_full = joined.size() > kWorkText;
             joined.resize(std::min(joined.size(), kWorkText));
             work = joined;
-            if (is_full || (steps > 64 && work == earlier))
+            const std::string state = has_ring ? work + '\0' + State() : work;
+            if (is_full || (steps > 64 && state == earlier))
                 break;
             if (steps >= 64 && (steps & (steps - 1)) == 0)
-                earlier = work;
+                earlier = state;
         }
         CopyCut(slot, work);
         return slot;
+    }
+    // All of the ring that later calls depend on.
+    std::string State() const
+    {
+        return std::string(ring, ring + kRingSize) + static_cast<char>(index);
     }
     size_t Formatted(const char* format, double x)
     {
@@ -331,7 +338,7 @@ protected:
     Place RandomPlace()
     {
         Place place;
-        if (Random(5) == 0) {
+        if (Random(5) < 2) {
             place.in_ring = true;
             place.at = Random(16) * kSlotSize + (Random(2) == 0 ? 0 : Random(kSlotSize));
         } else {
@@ -340,7 +347,8 @@ protected:
         }
         return place;
     }
-    // Often a piece of `text`, so that searches find something, also pieces longer than a slot.
+    // Often a piece of `text`, so that searches find something, also pieces longer than a slot and
+    // pieces that the search writes over together with the text.
     Place RandomPattern(Place text)
     {
         if (Random(3) == 0)
@@ -349,6 +357,8 @@ protected:
         if (whole.empty())
             return RandomPlace();
         size_t start = Random(whole.size());
+        if (text.in_ring && Random(3) == 0)
+            return { true, text.at + start, nullptr };
         size_t length = Random(8) == 0 ? Random(700) : Random(6);
         fPattern = whole.substr(start, length);
         Place place;
