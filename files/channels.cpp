@@ -176,9 +176,11 @@ void Close_All_File()
 {
     std::fill(std::begin(sRecent), std::end(sRecent), nullptr);
     BList* list = registry_list(kFiles);
-    const int32_t count = list == nullptr ? 0 : list->CountItems();
-    for (int32_t i = 0; i < count; i++)
+    if (list == nullptr)
+        return;
+    for (int32_t i = 0; i < list->CountItems(); i++)
         close_record(static_cast<FileRecord*>(list->ItemAtFast(i)));
+    list->MakeEmpty();
 }
 
 extern "C" bool ReadFile(int32_t ch, char* buffer)

@@ -328,3 +328,15 @@ TEST_F(Channels, ShutdownWritesWhatIsBuffered)
     fTable = nullptr;
     EXPECT_EQ(Bytes(), "kept");
 }
+
+TEST_F(Channels, ShutdownOfAnEarlierTableClosesThemOnce)
+{
+    void** later = Open_Sys(1);
+    int32_t ch = OpenFile(fPath.c_str(), 1);
+    EXPECT_TRUE(WriteFile(ch, "kept"));
+    Close_Sys(fTable);
+    fTable = later;
+    EXPECT_EQ(Bytes(), "kept");
+    EXPECT_FALSE(WriteFile(ch, "more"));
+    EXPECT_FALSE(CloseFile(ch));
+}
