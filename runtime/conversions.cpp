@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <cmath>
 #include <ctype.h>
 #include <locale.h>
 #include <stdio.h>
@@ -175,16 +176,16 @@ static const char* read_conversion(const char* at, Conversion* conversion)
     return *at != '\0' && strchr("aAeEfFgG", *at) != nullptr ? at + 1 : nullptr;
 }
 
-// Bounds width and precision so that the first 256 characters stay the same.
-static void bound_conversion(Conversion* conversion)
+// Bounds width and precision so that the first 256 characters of `x` stay the same.
+static void bound_conversion(double x, Conversion* conversion)
 {
     const int32_t excess = conversion->precision - kMaxPrecision;
     if (excess > 0) {
         conversion->precision = kMaxPrecision;
-        // Zeros that are left out at the end leave room for as much padding in front.
-        const bool drops_zeros
-            = tolower(conversion->letter) == 'g' && strchr(conversion->flags, '#') == nullptr;
-        if (!drops_zeros && conversion->width >= 0)
+        // Digits that are left out leave room for as much padding in front.
+        const bool has_digits = std::isfinite(x)
+            && (tolower(conversion->letter) != 'g' || strchr(conversion->flags, '#') != nullptr);
+        if (has_digits && conversion->width >= 0)
             conversion->width = std::max(conversion->width - excess, 0);
     }
     conversion->width = std::min(conversion->width, kMaxWidth);
@@ -241,7 +242,7 @@ extern "C" char* Format(double x, const char* fmt)
         put_text(slot, fmt, strnlen(fmt, kSlotText));
         return slot;
     }
-    bound_conversion(&conversion);
+    bound_conversion(x, &conversion);
     char text[kSlotText];  // fmt may lie in the slot
     size_t length = 0;
     for (const char* at = fmt; *at != '\0' && length < kSlotText;) {

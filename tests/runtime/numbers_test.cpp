@@ -139,10 +139,10 @@ TEST(Conversions, FormatCutsAt256Characters)
 {
     const char* const numbers[] = { "%300.2f", "%-300.2f", "%0300.2f", "%.300f", "%.3000f",
         "%5000.4000f", "%4100.4000f", "%-4100.4000e", "%#3000.2500g", "%3000.2500g", "%3000.2500a",
-        "%99999.1f", "%.2200g|", "%2300.2200f|", "%260.5e" };
+        "%99999.1f", "%.2200g|", "%2300.2200f|", "%260.5e", "%20.3000e|" };
     std::vector<char> whole(200000);
     for (const char* format : numbers) {
-        for (double x : { 1.5, -2e300, 1e-300, 0.1 }) {
+        for (double x : { 1.5, -2e300, 1e-300, 0.1, -kInfinity, kNaN }) {
             snprintf(whole.data(), whole.size(), format, x);
             EXPECT_EQ(Format(x, format), std::string(whole.data()).substr(0, 256)) << format;
         }
