@@ -480,7 +480,9 @@ void BApplication::SetPulseRate(bigtime_t rate)
     if (!Lock())
         return;
     fPulseRate = max_c(rate, 0);
-    fNextPulse = fPulseRate > 0 ? system_time() + fPulseRate : B_INFINITE_TIMEOUT;
+    // Centuries are never: the sum must not overflow.
+    fNextPulse = fPulseRate > 0 && fPulseRate < B_INFINITE_TIMEOUT / 2
+        ? system_time() + fPulseRate : B_INFINITE_TIMEOUT;
     Unlock();
     _Wake();
 }

@@ -161,6 +161,20 @@ TEST(Application, PulseComesAtItsRate)
     EXPECT_EQ(3, pulses);
 }
 
+TEST(Application, APulseInCenturiesNeverComes)
+{
+    NotingApp app;
+    int pulses = 0;
+    app.fPulse = [&] { pulses++; };
+    app.fReady = [&] { app.SetPulseRate(INT64_MAX); };
+    Task ask([&] {
+        snooze(20'000);  // time enough for one
+        be_app_messenger.SendMessage(B_QUIT_REQUESTED);
+    });
+    app.Run();
+    EXPECT_EQ(0, pulses);
+}
+
 TEST(Application, OneRefusalKeepsAllLoopers)
 {
     NotingApp app;
