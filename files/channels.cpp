@@ -1,9 +1,12 @@
-// Numbered file channels over the C library's buffered streams. Main thread.
+// Numbered file channels over the C library's buffered streams. Main thread; the registry's lock
+// is held to change their list, so that the end of the process finds what is open.
 
 #include "plinth.h"
 #include "runtime/registry.h"
 #include "runtime/strings.h"
 #include "runtime/trace.h"
+
+#include <Autolock.h>
 
 #include <algorithm>
 #include <errno.h>
@@ -11,8 +14,10 @@
 #include <stdio.h>
 #include <string.h>
 #include <sys/resource.h>
+#include <sys/stat.h>
 
 static const int kLineSize = 256;  // with the terminator
+static const bigtime_t kFlushPatience_us = 1'000'000;
 
 struct FileRecord {
     FILE* stream;
@@ -126,6 +131,12 @@ static FILE* open_stream(const char* path, const char* mode)
     return stream;
 }
 
+static bool enlist(BList* list, FileRecord* record)
+{
+    BAutolock lock(registry_lock());
+    return list->AddItem(record);
+}
+
 extern "C" int32_t OpenFile(const char* path, int32_t mode)
 {
     BList* list = registry_list(kFiles);
@@ -143,7 +154,7 @@ extern "C" int32_t OpenFile(const char* path, int32_t mode)
         return 0;
     }
     record->ident = static_cast<int32_t>(GetUniqueID());
-    if (!list->AddItem(record)) {
+    if (!enlist(list, record)) {
         fclose(record->stream);
         MyFree(record);
         return 0;
@@ -168,7 +179,10 @@ extern "C" bool CloseFile(int32_t ch)
         return false;
     }
     recent(ch) = nullptr;
-    close_record(static_cast<FileRecord*>(list->RemoveItem(index)));
+    registry_lock().Lock();
+    auto* record = static_cast<FileRecord*>(list->RemoveItem(index));
+    registry_lock().Unlock();
+    close_record(record);
     return true;
 }
 
@@ -178,9 +192,27 @@ void Close_All_File()
     BList* list = registry_list(kFiles);
     if (list == nullptr)
         return;
-    for (int32_t i = 0; i < list->CountItems(); i++)
-        close_record(static_cast<FileRecord*>(list->ItemAtFast(i)));
+    registry_lock().Lock();
+    const BList open(*list);
     list->MakeEmpty();
+    registry_lock().Unlock();
+    for (int32_t i = 0; i < open.CountItems(); i++)
+        close_record(static_cast<FileRecord*>(open.ItemAtFast(i)));
+}
+
+void flush_channels()
+{
+    BList* list = registry_lock().LockWithTimeout(kFlushPatience_us) == B_OK
+        ? registry_list(kFiles) : nullptr;
+    for (int32_t i = 0; list != nullptr && i < list->CountItems(); i++) {
+        FILE* stream = static_cast<FileRecord*>(list->ItemAtFast(i))->stream;
+        struct stat info;
+        if (fstat(fileno(stream), &info) != 0 || !S_ISREG(info.st_mode)
+            || ftrylockfile(stream) != 0)
+            continue;
+        fflush(stream);
+        funlockfile(stream);
+    }
 }
 
 extern "C" bool ReadFile(int32_t ch, char* buffer)

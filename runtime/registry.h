@@ -49,4 +49,8 @@ void Close_All_Serial();
 void Close_All_Midi();
 void Close_All_Joystick();
 
+// Puts what the channels hold into their files; leaves out what is no file, and might wait. For
+// the end of the process, which keeps the lock: no channel opens or closes any more. Any thread.
+void flush_channels();
+
 #endif  // RUNTIME_REGISTRY_H

@@ -33,7 +33,8 @@ static status_t run_program(void* entry)
 }
 
 // The process may end while the program's thread is still inside a call. Nothing is taken down
-// under its feet then: the process leaves at once, and the system frees what it had.
+// under its feet then: the process leaves at once, and the system frees what it had. Only what
+// was written is not lost, as at any end of a C program.
 static void leave_at_once()
 {
     if (!sProgramRuns)
@@ -42,6 +43,7 @@ static void leave_at_once()
         fflush(stdout);
         funlockfile(stdout);
     }
+    flush_channels();
     _exit(EXIT_SUCCESS);
 }
 
