@@ -265,8 +265,8 @@ void GetList(uint32_t kind);
 /* Returns the number of names in the system list. */
 int32_t CountList(void);
 
-/* Returns the name at `index`, from 0, of the system list, which keeps it until it is emptied; "" for
-   one that could not be copied and outside the list. */
+/* Returns the name at `index`, from 0, of the system list, which keeps it until it is emptied; ""
+   for one that could not be copied and outside the list. */
 const char *GetInfoList(int32_t index);
 
 /* Frees the names of the system list and empties it. */

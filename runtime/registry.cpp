@@ -88,7 +88,8 @@ extern "C" void** Open_Sys(uint8_t tracker)
     return reinterpret_cast<void**>(table);
 }
 
-// The order in which the kinds are closed: what a later one needs is still there. Windows stay open.
+// The order in which the kinds are closed: what a later one needs is still there. Windows stay
+// open.
 static const struct {
     RegistrySlot slot;
     void (*close_all)();

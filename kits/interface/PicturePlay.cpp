@@ -14,6 +14,7 @@
 #include <interface/ShapeData.h>
 #include <interface/ViewPrivate.h>
 
+#include <array>
 #include <tuple>
 
 namespace BPrivate {
@@ -155,7 +156,8 @@ void play_line_array(Reader& in, BView* view)
     view->EndLineArray();
 }
 
-void play_polygon(Reader& in, BView* view, PictureOp op)
+template <PictureOp op>
+void play_polygon(Reader& in, BView* view)
 {
     const auto points = in.GetSpan<BPoint>();
     const bool closed = op == PictureOp::StrokePolygon && in.Get<uint8>() != 0;
@@ -168,7 +170,8 @@ void play_polygon(Reader& in, BView* view, PictureOp op)
         view->FillPolygon(points.data(), int32(points.size()), fill);
 }
 
-void play_bezier(Reader& in, BView* view, PictureOp op)
+template <PictureOp op>
+void play_bezier(Reader& in, BView* view)
 {
     auto points = in.GetSpan<BPoint>();
     const pattern fill = in.Get<pattern>();
@@ -180,7 +183,8 @@ void play_bezier(Reader& in, BView* view, PictureOp op)
         view->FillBezier(points.data(), fill);
 }
 
-void play_shape(Reader& in, BView* view, PictureOp op)
+template <PictureOp op>
+void play_shape(Reader& in, BView* view)
 {
     const bool inverse = in.Get<uint8>() != 0;
     BShape shape = read_shape(in);
@@ -225,6 +229,11 @@ void play_string_at(Reader& in, BView* view)
     view->DrawString(text.data(), int32(text.size()), places.data(), int32(places.size()));
 }
 
+void play_scale(Reader& in, BView* view)
+{
+    view->SetScale(in.Get<float>());
+}
+
 void play_transform(Reader& in, BView* view)
 {
     double values[6];
@@ -254,6 +263,67 @@ bool play_with_gradient(Reader& in, BView* view, Call make_call)
     return goes_on;
 }
 
+template <auto method>
+void play(Reader& in, BView* view)
+{
+    call(in, view, method);
+}
+
+using PlayCallFunction = void (*)(Reader&, BView*);
+
+// By operation, how a call is read and made; null for those that need more than the view.
+constexpr auto kPlays = [] {
+    using Op = PictureOp;
+    using Line = void (BView::*)(BPoint, BPoint, ::pattern);
+    using Rect = void (BView::*)(BRect, ::pattern);
+    using Round = void (BView::*)(BRect, float, float, ::pattern);
+    using Ellipse = void (BView::*)(BPoint, float, float, ::pattern);
+    using Arc = void (BView::*)(BPoint, float, float, float, float, ::pattern);
+    using Point = void (BView::*)(BPoint);
+    using Color = void (BView::*)(rgb_color);
+    std::array<PlayCallFunction, size_t(Op::Count)> plays{};
+    auto on = [&](Op op, PlayCallFunction function) { plays[size_t(op)] = function; };
+    on(Op::MovePenTo, play<static_cast<Point>(&BView::MovePenTo)>);
+    on(Op::StrokeLine, play<static_cast<Line>(&BView::StrokeLine)>);
+    on(Op::LineArray, play_line_array);
+    on(Op::StrokePolygon, play_polygon<Op::StrokePolygon>);
+    on(Op::FillPolygon, play_polygon<Op::FillPolygon>);
+    on(Op::StrokeRect, play<static_cast<Rect>(&BView::StrokeRect)>);
+    on(Op::FillRect, play<static_cast<Rect>(&BView::FillRect)>);
+    on(Op::InvertRect, play<&BView::InvertRect>);
+    on(Op::StrokeRoundRect, play<static_cast<Round>(&BView::StrokeRoundRect)>);
+    on(Op::FillRoundRect, play<static_cast<Round>(&BView::FillRoundRect)>);
+    on(Op::StrokeEllipse, play<static_cast<Ellipse>(&BView::StrokeEllipse)>);
+    on(Op::FillEllipse, play<static_cast<Ellipse>(&BView::FillEllipse)>);
+    on(Op::StrokeArc, play<static_cast<Arc>(&BView::StrokeArc)>);
+    on(Op::FillArc, play<static_cast<Arc>(&BView::FillArc)>);
+    on(Op::StrokeBezier, play_bezier<Op::StrokeBezier>);
+    on(Op::FillBezier, play_bezier<Op::FillBezier>);
+    on(Op::StrokeShape, play_shape<Op::StrokeShape>);
+    on(Op::FillShape, play_shape<Op::FillShape>);
+    on(Op::DrawString, play_string);
+    on(Op::DrawStringAt, play_string_at);
+    on(Op::CopyBits, play<&BView::CopyBits>);
+    on(Op::HighColor, play<static_cast<Color>(&BView::SetHighColor)>);
+    on(Op::LowColor, play<static_cast<Color>(&BView::SetLowColor)>);
+    on(Op::DrawingMode, play<&BView::SetDrawingMode>);
+    on(Op::BlendingMode, play<&BView::SetBlendingMode>);
+    on(Op::PenSize, play<&BView::SetPenSize>);
+    on(Op::LineMode, play<&BView::SetLineMode>);
+    on(Op::FillRule, play<&BView::SetFillRule>);
+    on(Op::Origin, play<static_cast<Point>(&BView::SetOrigin)>);
+    on(Op::Scale, play_scale);
+    on(Op::Transform, play_transform);
+    on(Op::Font, play_font);
+    on(Op::PushState, play<&BView::PushState>);
+    on(Op::PopState, play<&BView::PopState>);
+    on(Op::ClipRegion, play_clip);
+    on(Op::ClipToRect, play<&BView::ClipToRect>);
+    on(Op::ClipToInverseRect, play<&BView::ClipToInverseRect>);
+    on(Op::ClipToShape, play_shape<Op::ClipToShape>);
+    return plays;
+}();
+
 }  // namespace
 
 void PictureData::Play(BView* view, int depth) const
@@ -265,72 +335,10 @@ void PictureData::Play(BView* view, int depth) const
 
 bool PictureData::PlayCall(Reader& in, BView* view, int depth) const
 {
-    using Line = void (BView::*)(BPoint, BPoint, ::pattern);
-    using Rect = void (BView::*)(BRect, ::pattern);
-    using Round = void (BView::*)(BRect, float, float, ::pattern);
-    using Ellipse = void (BView::*)(BPoint, float, float, ::pattern);
-    using Arc = void (BView::*)(BPoint, float, float, float, float, ::pattern);
-    using Point = void (BView::*)(BPoint);
-    using Color = void (BView::*)(rgb_color);
     if (in.AtEnd())
         return false;
     const PictureOp op = PictureOp(in.Get<uint8>());
     switch (op) {
-    case PictureOp::MovePenTo:
-        call(in, view, static_cast<Point>(&BView::MovePenTo));
-        break;
-    case PictureOp::StrokeLine:
-        call(in, view, static_cast<Line>(&BView::StrokeLine));
-        break;
-    case PictureOp::LineArray:
-        play_line_array(in, view);
-        break;
-    case PictureOp::StrokePolygon:
-    case PictureOp::FillPolygon:
-        play_polygon(in, view, op);
-        break;
-    case PictureOp::StrokeRect:
-        call(in, view, static_cast<Rect>(&BView::StrokeRect));
-        break;
-    case PictureOp::FillRect:
-        call(in, view, static_cast<Rect>(&BView::FillRect));
-        break;
-    case PictureOp::InvertRect:
-        call(in, view, &BView::InvertRect);
-        break;
-    case PictureOp::StrokeRoundRect:
-        call(in, view, static_cast<Round>(&BView::StrokeRoundRect));
-        break;
-    case PictureOp::FillRoundRect:
-        call(in, view, static_cast<Round>(&BView::FillRoundRect));
-        break;
-    case PictureOp::StrokeEllipse:
-        call(in, view, static_cast<Ellipse>(&BView::StrokeEllipse));
-        break;
-    case PictureOp::FillEllipse:
-        call(in, view, static_cast<Ellipse>(&BView::FillEllipse));
-        break;
-    case PictureOp::StrokeArc:
-        call(in, view, static_cast<Arc>(&BView::StrokeArc));
-        break;
-    case PictureOp::FillArc:
-        call(in, view, static_cast<Arc>(&BView::FillArc));
-        break;
-    case PictureOp::StrokeBezier:
-    case PictureOp::FillBezier:
-        play_bezier(in, view, op);
-        break;
-    case PictureOp::StrokeShape:
-    case PictureOp::FillShape:
-    case PictureOp::ClipToShape:
-        play_shape(in, view, op);
-        break;
-    case PictureOp::DrawString:
-        play_string(in, view);
-        break;
-    case PictureOp::DrawStringAt:
-        play_string_at(in, view);
-        break;
     case PictureOp::DrawBitmap: {
         const size_t index = size_t(in.Get<int32>());
         const BRect from = in.Get<BRect>(), to = in.Get<BRect>();
@@ -346,57 +354,6 @@ bool PictureData::PlayCall(Reader& in, BView* view, int depth) const
             PlayAt(*pictures[index], view, where, depth + 1);
         break;
     }
-    case PictureOp::CopyBits:
-        call(in, view, &BView::CopyBits);
-        break;
-    case PictureOp::HighColor:
-        call(in, view, static_cast<Color>(&BView::SetHighColor));
-        break;
-    case PictureOp::LowColor:
-        call(in, view, static_cast<Color>(&BView::SetLowColor));
-        break;
-    case PictureOp::DrawingMode:
-        call(in, view, &BView::SetDrawingMode);
-        break;
-    case PictureOp::BlendingMode:
-        call(in, view, &BView::SetBlendingMode);
-        break;
-    case PictureOp::PenSize:
-        call(in, view, &BView::SetPenSize);
-        break;
-    case PictureOp::LineMode:
-        call(in, view, &BView::SetLineMode);
-        break;
-    case PictureOp::FillRule:
-        call(in, view, &BView::SetFillRule);
-        break;
-    case PictureOp::Origin:
-        call(in, view, static_cast<Point>(&BView::SetOrigin));
-        break;
-    case PictureOp::Scale:
-        view->SetScale(in.Get<float>());
-        break;
-    case PictureOp::Transform:
-        play_transform(in, view);
-        break;
-    case PictureOp::Font:
-        play_font(in, view);
-        break;
-    case PictureOp::PushState:
-        view->PushState();
-        break;
-    case PictureOp::PopState:
-        view->PopState();
-        break;
-    case PictureOp::ClipRegion:
-        play_clip(in, view);
-        break;
-    case PictureOp::ClipToRect:
-        call(in, view, &BView::ClipToRect);
-        break;
-    case PictureOp::ClipToInverseRect:
-        call(in, view, &BView::ClipToInverseRect);
-        break;
     case PictureOp::ClipToPicture: {
         const int32 index = in.Get<int32>();
         const BPoint where = in.Get<BPoint>();
@@ -410,7 +367,9 @@ bool PictureData::PlayCall(Reader& in, BView* view, int depth) const
     case PictureOp::Gradient:
         return play_with_gradient(in, view, [&] { return PlayCall(in, view, depth); });
     default:
-        return false;
+        if (op >= PictureOp::Count || kPlays[size_t(op)] == nullptr)
+            return false;
+        kPlays[size_t(op)](in, view);
     }
     return in.IsGood();
 }

@@ -115,6 +115,134 @@ enum TableEntry : int32 {
     kTableScale = 36
 };
 
+// With the pattern that follows the call's arguments.
+template <class... Args>
+void draw(const Table& table, Reader& in, int32 entry, Args... args)
+{
+    table.Call(kTablePattern, in.Get<pattern>());
+    table.Call(entry, args...);
+}
+
+// The calls that draw; false for any other.
+bool PlayDrawing(const Table& table, Reader& in, PictureOp op)
+{
+    switch (op) {
+    case PictureOp::StrokeLine: {
+        const BPoint start = in.Get<BPoint>(), end = in.Get<BPoint>();
+        draw(table, in, kTableStrokeLine, start, end);
+        return true;
+    }
+    case PictureOp::LineArray:
+        for (const LineArray::Line& line : in.GetSpan<LineArray::Line>()) {
+            table.Call(kTableHighColor, line.color);
+            table.Call(kTableStrokeLine, line.start, line.end);
+        }
+        return true;
+    case PictureOp::StrokeRect:
+    case PictureOp::FillRect:
+        draw(table, in, op == PictureOp::FillRect ? kTableFillRect : kTableStrokeRect,
+             in.Get<BRect>());
+        return true;
+    case PictureOp::StrokeRoundRect:
+    case PictureOp::FillRoundRect: {
+        const BRect rect = in.Get<BRect>();
+        const BPoint radii = in.Get<BPoint>();
+        const bool fills = op == PictureOp::FillRoundRect;
+        draw(table, in, fills ? kTableFillRoundRect : kTableStrokeRoundRect, rect, radii);
+        return true;
+    }
+    case PictureOp::StrokeEllipse:
+    case PictureOp::FillEllipse: {
+        const BPoint center = in.Get<BPoint>(), radii = in.Get<BPoint>();
+        const bool fills = op == PictureOp::FillEllipse;
+        draw(table, in, fills ? kTableFillEllipse : kTableStrokeEllipse, center, radii);
+        return true;
+    }
+    case PictureOp::StrokeArc:
+    case PictureOp::FillArc: {
+        const BPoint center = in.Get<BPoint>(), radii = in.Get<BPoint>();
+        const float start = in.Get<float>(), arc = in.Get<float>();
+        const bool fills = op == PictureOp::FillArc;
+        draw(table, in, fills ? kTableFillArc : kTableStrokeArc, center, radii, start, arc);
+        return true;
+    }
+    default:
+        return false;
+    }
+}
+
+// The calls that draw what lists tell; false for any other.
+bool PlayLists(const Table& table, Reader& in, PictureOp op)
+{
+    switch (op) {
+    case PictureOp::StrokeBezier:
+    case PictureOp::FillBezier: {
+        auto points = in.GetSpan<BPoint>();
+        const bool fills = op == PictureOp::FillBezier;
+        if (points.size() == 4)
+            draw(table, in, fills ? kTableFillBezier : kTableStrokeBezier, points.data());
+        return true;
+    }
+    case PictureOp::StrokePolygon: {
+        auto points = in.GetSpan<BPoint>();
+        const bool closed = in.Get<uint8>() != 0;
+        draw(table, in, kTableStrokePolygon, int32(points.size()), points.data(), closed);
+        return true;
+    }
+    case PictureOp::FillPolygon: {
+        auto points = in.GetSpan<BPoint>();
+        draw(table, in, kTableFillPolygon, int32(points.size()), points.data());
+        return true;
+    }
+    case PictureOp::DrawString: {
+        table.Call(kTablePenLocation, in.Get<BPoint>());
+        const escapement_delta delta = in.Get<escapement_delta>();
+        auto text = in.GetSpan<char>();
+        text.push_back(0);
+        table.Call(kTableDrawString, text.data(), delta.nonspace, delta.space);
+        return true;
+    }
+    default:
+        return false;
+    }
+}
+
+// The calls that change the drawing state; false for any other.
+bool PlayState(const Table& table, Reader& in, PictureOp op)
+{
+    switch (op) {
+    case PictureOp::MovePenTo:
+        table.Call(kTablePenLocation, in.Get<BPoint>());
+        return true;
+    case PictureOp::HighColor:
+        table.Call(kTableHighColor, in.Get<rgb_color>());
+        return true;
+    case PictureOp::LowColor:
+        table.Call(kTableLowColor, in.Get<rgb_color>());
+        return true;
+    case PictureOp::DrawingMode:
+        table.Call(kTableDrawingMode, int16(in.Get<int32>()));
+        return true;
+    case PictureOp::PenSize:
+        table.Call(kTablePenSize, in.Get<float>());
+        return true;
+    case PictureOp::Origin:
+        table.Call(kTableOrigin, in.Get<BPoint>());
+        return true;
+    case PictureOp::Scale:
+        table.Call(kTableScale, in.Get<float>());
+        return true;
+    case PictureOp::PushState:
+        table.Call(kTablePushState);
+        return true;
+    case PictureOp::PopState:
+        table.Call(kTablePopState);
+        return true;
+    default:
+        return false;
+    }
+}
+
 }  // namespace
 
 // Each call of the table, in the order of the recording; a picture inside comes as its calls.
@@ -122,137 +250,20 @@ void PictureData::PlayTable(void** functions, int32 entries, void* userData) con
 {
     const Table table{functions, entries, userData};
     Reader in(bytes);
-    auto with_pattern = [&](auto draw) {
-        const pattern fill = in.Get<pattern>();
-        table.Call(kTablePattern, fill);
-        draw();
-    };
     while (!in.AtEnd()) {
         const PictureOp op = PictureOp(in.Get<uint8>());
-        switch (op) {
-        case PictureOp::MovePenTo:
-            table.Call(kTablePenLocation, in.Get<BPoint>());
-            break;
-        case PictureOp::StrokeLine: {
-            const BPoint start = in.Get<BPoint>(), end = in.Get<BPoint>();
-            with_pattern([&] { table.Call(kTableStrokeLine, start, end); });
-            break;
-        }
-        case PictureOp::LineArray:
-            for (const LineArray::Line& line : in.GetSpan<LineArray::Line>()) {
-                table.Call(kTableHighColor, line.color);
-                table.Call(kTableStrokeLine, line.start, line.end);
-            }
-            break;
-        case PictureOp::StrokeRect:
-        case PictureOp::FillRect: {
-            const BRect rect = in.Get<BRect>();
-            with_pattern([&] {
-                table.Call(op == PictureOp::FillRect ? kTableFillRect : kTableStrokeRect, rect);
-            });
-            break;
-        }
-        case PictureOp::StrokeRoundRect:
-        case PictureOp::FillRoundRect: {
-            const BRect rect = in.Get<BRect>();
-            const BPoint radii = in.Get<BPoint>();
-            with_pattern([&] {
-                table.Call(op == PictureOp::FillRoundRect ? kTableFillRoundRect
-                                                          : kTableStrokeRoundRect,
-                           rect, radii);
-            });
-            break;
-        }
-        case PictureOp::StrokeEllipse:
-        case PictureOp::FillEllipse: {
-            const BPoint center = in.Get<BPoint>(), radii = in.Get<BPoint>();
-            with_pattern([&] {
-                table.Call(op == PictureOp::FillEllipse ? kTableFillEllipse : kTableStrokeEllipse,
-                           center, radii);
-            });
-            break;
-        }
-        case PictureOp::StrokeArc:
-        case PictureOp::FillArc: {
-            const BPoint center = in.Get<BPoint>(), radii = in.Get<BPoint>();
-            const float start = in.Get<float>(), arc = in.Get<float>();
-            with_pattern([&] {
-                table.Call(op == PictureOp::FillArc ? kTableFillArc : kTableStrokeArc, center,
-                           radii, start, arc);
-            });
-            break;
-        }
-        case PictureOp::StrokeBezier:
-        case PictureOp::FillBezier: {
-            auto points = in.GetSpan<BPoint>();
-            if (points.size() == 4) {
-                with_pattern([&] {
-                    table.Call(op == PictureOp::FillBezier ? kTableFillBezier : kTableStrokeBezier,
-                               points.data());
-                });
-            }
-            break;
-        }
-        case PictureOp::StrokePolygon: {
-            auto points = in.GetSpan<BPoint>();
-            const bool closed = in.Get<uint8>() != 0;
-            with_pattern([&] {
-                table.Call(kTableStrokePolygon, int32(points.size()), points.data(), closed);
-            });
-            break;
-        }
-        case PictureOp::FillPolygon: {
-            auto points = in.GetSpan<BPoint>();
-            with_pattern(
-                [&] { table.Call(kTableFillPolygon, int32(points.size()), points.data()); });
-            break;
-        }
-        case PictureOp::DrawString: {
-            table.Call(kTablePenLocation, in.Get<BPoint>());
-            const escapement_delta delta = in.Get<escapement_delta>();
-            auto text = in.GetSpan<char>();
-            text.push_back(0);
-            table.Call(kTableDrawString, text.data(), delta.nonspace, delta.space);
-            break;
-        }
-        case PictureOp::DrawPicture: {
+        if (op == PictureOp::DrawPicture) {
             const size_t index = size_t(in.Get<int32>());
             const BPoint where = in.Get<BPoint>();
             if (!in.IsGood() || index >= pictures.size())
-                break;
+                continue;
             table.Call(kTablePushState);
             table.Call(kTableOrigin, where);
             pictures[index]->PlayTable(functions, entries, userData);
             table.Call(kTablePopState);
-            break;
-        }
-        case PictureOp::HighColor:
-            table.Call(kTableHighColor, in.Get<rgb_color>());
-            break;
-        case PictureOp::LowColor:
-            table.Call(kTableLowColor, in.Get<rgb_color>());
-            break;
-        case PictureOp::DrawingMode:
-            table.Call(kTableDrawingMode, int16(in.Get<int32>()));
-            break;
-        case PictureOp::PenSize:
-            table.Call(kTablePenSize, in.Get<float>());
-            break;
-        case PictureOp::Origin:
-            table.Call(kTableOrigin, in.Get<BPoint>());
-            break;
-        case PictureOp::Scale:
-            table.Call(kTableScale, in.Get<float>());
-            break;
-        case PictureOp::PushState:
-            table.Call(kTablePushState);
-            break;
-        case PictureOp::PopState:
-            table.Call(kTablePopState);
-            break;
-        default:
-            if (!Skip(in, op))
-                return;
+        } else if (!PlayDrawing(table, in, op) && !PlayLists(table, in, op)
+                   && !PlayState(table, in, op) && !Skip(in, op)) {
+            return;
         }
     }
 }

@@ -97,6 +97,58 @@ BView::~BView()
 
 // Archive.
 
+// Of a type that is kept as a number.
+template <class Value>
+static void read_number(const BMessage* archive, const char* name, int32 index, Value* value)
+{
+    int32 number;
+    if (archive->FindInt32(name, index, &number) == B_OK)
+        *value = Value(number);
+}
+
+static void read_drawing(const BMessage* archive, BPrivate::DrawState* state)
+{
+    server::Paint& paint = state->paint;
+    archive->FindColor("_color", 0, &paint.high);
+    archive->FindColor("_color", 1, &paint.low);
+    archive->FindPoint("_origin", &state->origin);
+    archive->FindPoint("_pen_loc", &state->pen);
+    archive->FindFloat("_psize", &state->penSize);
+    archive->FindFloat("_scale", &state->scale);
+    archive->FindFloat("_mitre", &paint.miterLimit);
+    read_number(archive, "_dmod", 0, &paint.mode);
+    read_number(archive, "_lines", 0, &paint.cap);
+    read_number(archive, "_lines", 1, &paint.join);
+    read_number(archive, "_blend", 0, &paint.alphaSource);
+    read_number(archive, "_blend", 1, &paint.alphaFunction);
+    archive->FindInt32("_fillrule", &paint.fillRule);
+}
+
+static BFont read_font(const BMessage* archive)
+{
+    BFont font;
+    const char* family;
+    const char* style;
+    if (archive->FindString("_fname", 0, &family) == B_OK &&
+        archive->FindString("_fname", 1, &style) == B_OK)
+        font.SetFamilyAndStyle(family, style);
+    float number;
+    if (archive->FindFloat("_fflt", 0, &number) == B_OK)
+        font.SetSize(number);
+    if (archive->FindFloat("_fflt", 1, &number) == B_OK)
+        font.SetShear(number);
+    if (archive->FindFloat("_fflt", 2, &number) == B_OK)
+        font.SetRotation(number);
+    int32 value;
+    if (archive->FindInt32("_fint", 0, &value) == B_OK)
+        font.SetSpacing(uint8(value));
+    if (archive->FindInt32("_fint", 1, &value) == B_OK)
+        font.SetFace(uint16(value));
+    if (archive->FindInt32("_fint", 2, &value) == B_OK)
+        font.SetFlags(uint32(value));
+    return font;
+}
+
 BView::BView(BMessage* archive) : BHandler(archive)
 {
     BRect frame(0, 0, -1, -1);
@@ -110,55 +162,15 @@ BView::BView(BMessage* archive) : BHandler(archive)
     if (archive == nullptr)
         return;
 
-    BPrivate::DrawState& state = fData->state;
     BPoint point;
     if (archive->FindPoint("_bounds_origin", &point) == B_OK)
         fData->bounds.OffsetTo(whole_pixels(point));
-    archive->FindColor("_color", 0, &state.paint.high);
-    archive->FindColor("_color", 1, &state.paint.low);
+    read_drawing(archive, &fData->state);
     archive->FindColor("_color", 2, &fData->viewColor);
-    archive->FindPoint("_origin", &state.origin);
-    archive->FindPoint("_pen_loc", &state.pen);
-    archive->FindFloat("_psize", &state.penSize);
-    archive->FindFloat("_scale", &state.scale);
-    archive->FindFloat("_mitre", &state.paint.miterLimit);
-    int32 value;
-    if (archive->FindInt32("_dmod", &value) == B_OK)
-        state.paint.mode = drawing_mode(value);
-    if (archive->FindInt32("_lines", 0, &value) == B_OK)
-        state.paint.cap = cap_mode(value);
-    if (archive->FindInt32("_lines", 1, &value) == B_OK)
-        state.paint.join = join_mode(value);
-    if (archive->FindInt32("_blend", 0, &value) == B_OK)
-        state.paint.alphaSource = source_alpha(value);
-    if (archive->FindInt32("_blend", 1, &value) == B_OK)
-        state.paint.alphaFunction = alpha_function(value);
-    archive->FindInt32("_fillrule", &state.paint.fillRule);
     archive->FindInt32("_showlevel", &fData->hidden);
-    if (archive->FindInt32("_evmask", 0, &value) == B_OK)
-        fData->eventMask = uint32(value);
-    if (archive->FindInt32("_evmask", 1, &value) == B_OK)
-        fData->eventOptions = uint32(value);
-
-    const char* family;
-    const char* style;
-    BFont font;
-    if (archive->FindString("_fname", 0, &family) == B_OK &&
-        archive->FindString("_fname", 1, &style) == B_OK)
-        font.SetFamilyAndStyle(family, style);
-    float number;
-    if (archive->FindFloat("_fflt", 0, &number) == B_OK)
-        font.SetSize(number);
-    if (archive->FindFloat("_fflt", 1, &number) == B_OK)
-        font.SetShear(number);
-    if (archive->FindFloat("_fflt", 2, &number) == B_OK)
-        font.SetRotation(number);
-    if (archive->FindInt32("_fint", 0, &value) == B_OK)
-        font.SetSpacing(uint8(value));
-    if (archive->FindInt32("_fint", 1, &value) == B_OK)
-        font.SetFace(uint16(value));
-    if (archive->FindInt32("_fint", 2, &value) == B_OK)
-        font.SetFlags(uint32(value));
+    read_number(archive, "_evmask", 0, &fData->eventMask);
+    read_number(archive, "_evmask", 1, &fData->eventOptions);
+    const BFont font = read_font(archive);
     SetFont(&font);
 
     BMessage childArchive;

@@ -145,18 +145,23 @@ void WindowData::Post(std::unique_ptr<BMessage> message)
     window->_Adopt(message.release());
 }
 
+static std::unique_ptr<BMessage> message_at(uint32 what, bigtime_t when)
+{
+    auto message = std::make_unique<BMessage>(what);
+    message->AddInt64("when", when);
+    return message;
+}
+
 void WindowData::PostMoved(BPoint place, bigtime_t when)
 {
-    auto message = std::make_unique<BMessage>(B_WINDOW_MOVED);
-    message->AddInt64("when", when);
+    auto message = message_at(B_WINDOW_MOVED, when);
     message->AddPoint("where", place);
     Post(std::move(message));
 }
 
 void WindowData::PostResized(float width, float height, bigtime_t when)
 {
-    auto message = std::make_unique<BMessage>(B_WINDOW_RESIZED);
-    message->AddInt64("when", when);
+    auto message = message_at(B_WINDOW_RESIZED, when);
     message->AddInt32("width", static_cast<int32>(width));
     message->AddInt32("height", static_cast<int32>(height));
     Post(std::move(message));
@@ -244,23 +249,20 @@ void WindowData::_DeliverWindowEvent(const server::Event& event)
             screenMinimized = event.active;
             if (minimized == event.active)
                 break;  // the program's own doing
-            auto message = std::make_unique<BMessage>(B_MINIMIZE);
-            message->AddInt64("when", real_time_clock_usecs());
+            auto message = message_at(B_MINIMIZE, real_time_clock_usecs());
             message->AddBool("minimize", event.active);
             Post(std::move(message));
             break;
         }
         case server::EventKind::ScreenChanged: {
-            auto message = std::make_unique<BMessage>(B_SCREEN_CHANGED);
-            message->AddInt64("when", real_time_clock_usecs());
+            auto message = message_at(B_SCREEN_CHANGED, real_time_clock_usecs());
             message->AddRect("frame", event.frame);
             message->AddInt32("mode", server::ScreenSpace());
             Post(std::move(message));
             break;
         }
         case server::EventKind::WorkspaceActivated: {
-            auto message = std::make_unique<BMessage>(B_WORKSPACE_ACTIVATED);
-            message->AddInt64("when", event.when);
+            auto message = message_at(B_WORKSPACE_ACTIVATED, event.when);
             message->AddInt32("workspace", event.workspace);
             message->AddBool("active", event.active);
             Post(std::move(message));
@@ -268,8 +270,7 @@ void WindowData::_DeliverWindowEvent(const server::Event& event)
         }
         case server::EventKind::WorkspacesChanged: {
             workspaces = event.workspaces;
-            auto message = std::make_unique<BMessage>(B_WORKSPACES_CHANGED);
-            message->AddInt64("when", event.when);
+            auto message = message_at(B_WORKSPACES_CHANGED, event.when);
             message->AddInt32("old", static_cast<int32>(event.oldWorkspaces));
             message->AddInt32("new", static_cast<int32>(event.workspaces));
             Post(std::move(message));

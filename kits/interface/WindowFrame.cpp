@@ -34,8 +34,9 @@ BRect BPrivate::window_frame(BRect frame)
 {
     const BPoint place = whole_place(frame.LeftTop());
     // Rounded edges rather than a rounded width: neighbours stay neighbours.
-    const float width = nearest(nearest(frame.right, -kFarthest, kFarthest) - place.x, 0, kLargest);
-    const float height = nearest(nearest(frame.bottom, -kFarthest, kFarthest) - place.y, 0, kLargest);
+    const BPoint far = whole_place(frame.RightBottom());
+    const float width = nearest(far.x - place.x, 0, kLargest);
+    const float height = nearest(far.y - place.y, 0, kLargest);
     return BRect(place.x, place.y, place.x + width, place.y + height);
 }
 

@@ -159,7 +159,8 @@ void BWindow::_DeliverMove(InputMessage* message, const server::Event& event)
     BView* target = holder != nullptr ? holder : under;
     if (fData->wantsHistory && !_WantsHistory(target)) {
         // The queue kept the older moves for another view.
-        auto* next = dynamic_cast<InputMessage*>(MessageQueue()->FindMessage(static_cast<int32>(0)));
+        const int32 first = 0;
+        auto* next = dynamic_cast<InputMessage*>(MessageQueue()->FindMessage(first));
         if (next != nullptr && next->what == B_MOUSE_MOVED)
             return;
     }

@@ -34,7 +34,8 @@ public:
         if (rect.right < rect.left)
             return;
         for (int32 y = rect.top; y <= rect.bottom; y++) {
-            auto* row = reinterpret_cast<uint32*>(fTarget.bits + ptrdiff_t(y) * fTarget.bytesPerRow);
+            uint8* bits = fTarget.bits + ptrdiff_t(y) * fTarget.bytesPerRow;
+            auto* row = reinterpret_cast<uint32*>(bits);
             std::fill(row + rect.left, row + rect.right + 1, color);
         }
     }

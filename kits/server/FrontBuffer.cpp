@@ -98,7 +98,8 @@ void FrontBuffer::Draw(const clipping_rect& wanted, const Surface& target, int32
     rect.bottom = std::min(rect.bottom, target.height - 1 - dy);
     for (int32 row = rect.top; row <= rect.bottom; row++) {
         const uint32* from = fPixels.get() + size_t(row) * fWidth;
-        auto* to = reinterpret_cast<uint32*>(target.bits + ptrdiff_t(row + dy) * target.bytesPerRow);
+        uint8* bits = target.bits + ptrdiff_t(row + dy) * target.bytesPerRow;
+        auto* to = reinterpret_cast<uint32*>(bits);
         for (int32 column = rect.left; column <= rect.right; column++) {
             uint32 pixel = from[column];
             to[column + dx] = pixel != 0 ? pixel : kUnpainted;

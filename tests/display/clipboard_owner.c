@@ -140,8 +140,8 @@ int main(int argc, char **argv)
         return 1;
     xcb_screen_t *screen = xcb_setup_roots_iterator(xcb_get_setup(connection)).data;
     window = xcb_generate_id(connection);
-    xcb_create_window(connection, 0, window, screen->root, 0, 0, 1, 1, 0, XCB_WINDOW_CLASS_INPUT_ONLY,
-                      screen->root_visual, 0, NULL);
+    xcb_create_window(connection, 0, window, screen->root, 0, 0, 1, 1, 0,
+                      XCB_WINDOW_CLASS_INPUT_ONLY, screen->root_visual, 0, NULL);
     own(atom(strstr(manner, "manager") != NULL ? "CLIPBOARD_MANAGER" : "CLIPBOARD"));
     for (;;) {
         xcb_generic_event_t *event = xcb_wait_for_event(connection);

@@ -20,7 +20,10 @@ struct Log {
     void Put(int16 number) { lines << ' ' << number; }
     void Put(bool claim) { lines << (claim ? " yes" : " no"); }
     void Put(BPoint point) { lines << ' ' << point.x << ',' << point.y; }
-    void Put(BRect r) { lines << ' ' << r.left << ',' << r.top << ',' << r.right << ',' << r.bottom; }
+    void Put(BRect r)
+    {
+        lines << ' ' << r.left << ',' << r.top << ',' << r.right << ',' << r.bottom;
+    }
     void Put(rgb_color c) { lines << ' ' << +c.red << ',' << +c.green << ',' << +c.blue; }
     void Put(pattern p) { lines << ' ' << (p == B_SOLID_HIGH ? "high" : "mixed"); }
     void Put(const char* text) { lines << " \"" << text << '"'; }

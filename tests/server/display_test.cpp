@@ -288,7 +288,9 @@ TEST(MemoryDisplay, WindowsTooLargeToHoldAreRefused)
     Recorder sink;
     WindowSpec spec;
     spec.maxWidth = spec.maxHeight = 1e9f;
-    for (BRect frame : {BRect(0, 0, 1e9f, 1e9f), BRect(0, 0, 40000, 10), BRect(0, 0, 32000, 32000)}) {
+    const BRect frames[] = {
+        BRect(0, 0, 1e9f, 1e9f), BRect(0, 0, 40000, 10), BRect(0, 0, 32000, 32000)};
+    for (BRect frame : frames) {
         spec.frame = frame;
         EXPECT_EQ(Window::Create(spec, &sink), nullptr);
     }

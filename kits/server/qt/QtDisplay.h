@@ -55,7 +55,7 @@ private:
     void _EndAtExit();
 
     std::thread fThread;
-    QObject* fQueue = nullptr;  // lives on the server's thread; null: nothing is taken. Stage locked
+    QObject* fQueue = nullptr;  // on the server's thread; null: nothing is taken. Stage locked
     std::vector<std::function<void()>> fTasks;  // stage locked
     std::vector<QtWindow*> fDiscarded;  // stage locked
     std::unique_ptr<X11Screen> fX11;    // server's thread
