@@ -75,7 +75,8 @@ static bool load(const char *path, struct counts *counts)
     return CloseFile(channel) && ok;
 }
 
-/* The name at the left, the number at the right. Right leaves no terminator: its length is known. */
+/* The name at the left, the number at the right. Right leaves no terminator, but its length is
+   known. */
 static void print_row(const char *name, double number, const char *format)
 {
     char figure[LINE + 1];

@@ -24,9 +24,9 @@ struct FileRecord {
     int32_t ident;
 };
 
-int32_t dos_err = 0;
+int32_t dos_err = 0;  // main thread
 
-static FileRecord* sRecent[64];  // records found last, by the low bits of their idents
+static FileRecord* sRecent[64];  // main thread; records found last, by their idents' low bits
 
 // Streams belong to one thread, so their locks are left out where the C library lets us.
 template <class Stream>
@@ -186,9 +186,14 @@ extern "C" bool CloseFile(int32_t ch)
     return true;
 }
 
-void Close_All_File()
+void empty_file_cache()
 {
     std::fill(std::begin(sRecent), std::end(sRecent), nullptr);
+}
+
+void Close_All_File()
+{
+    empty_file_cache();
     BList* list = registry_list(kFiles);
     if (list == nullptr)
         return;

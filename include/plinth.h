@@ -460,8 +460,9 @@ int32_t OpenFile(const char *path, int32_t mode);
 bool CloseFile(int32_t ch);
 
 /* Reads one line of channel `ch` into `buffer` (256 bytes), without its line feed; a carriage
-   return stays. A longer line goes on with the next call. Returns true if a line was read; else
-   false, `buffer` empty, and dos_err set if the C library gave a number. */
+   return stays. A longer line goes on with the next call; of a line with a zero byte the text ends
+   there. Returns true if a line was read; else false, `buffer` empty, and dos_err set if the C
+   library gave a number. */
 bool ReadFile(int32_t ch, char *buffer);
 
 /* Writes the bytes of `s`, without terminator or line end. False for an empty `s`, and if not all
@@ -472,26 +473,29 @@ bool WriteFile(int32_t ch, const char *s);
    all could be written. */
 bool PrintFile(int32_t ch, const char *s);
 
-/* Write the bytes of one number. False if not all could be written. */
+/* Write the 8, 4, 4 and 2 bytes of a number. False if not all could be written. */
 bool WriteDouble(int32_t ch, double x);
 bool WriteSingle(int32_t ch, float x);
 bool WriteInteger(int32_t ch, int32_t n);
 bool WriteShort(int32_t ch, int16_t n);
 
-/* Read one number. False if not all of its bytes were there; `out` then keeps its value. */
+/* Read a number of 8, 4, 4 and 2 bytes. False if not all of them were there, or for a null `out`;
+   `out` then keeps its value. */
 bool ReadDouble(int32_t ch, double *out);
 bool ReadSingle(int32_t ch, float *out);
 bool ReadInteger(int32_t ch, int32_t *out);
 bool ReadShort(int32_t ch, int16_t *out);
 
 /* Moves to `offset` bytes from the start (whence 0), from the current position (1) or from the end
-   (2). Always returns false; GetLoc tells the position. */
+   (2); dos_err is set if that fails, and also to what errno held before if it does not. Always
+   returns false, and does nothing with another whence; GetLoc tells the position. */
 bool SeekFile(int32_t ch, uint32_t whence, int32_t offset);
 
-/* Returns the length of the file (the low 32 bits of it) and moves to its start. */
+/* Returns the length of the file (the low 32 bits of it) and moves to its start; -1, with dos_err
+   set, for what has no length, as a pipe. */
 int32_t GetLof(int32_t ch);
 
-/* Returns the position in the file (the low 32 bits of it). */
+/* Returns the position in the file (the low 32 bits of it), -1 for what has none. */
 int32_t GetLoc(int32_t ch);
 
 /* Returns true once a read has failed at the end of the file. */

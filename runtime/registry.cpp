@@ -84,6 +84,7 @@ extern "C" void** Open_Sys(uint8_t tracker)
     sOpenTables->AddItem(table);
     PtApp = table;
     empty_window_cache();
+    empty_file_cache();
     registry_lock().Unlock();
     return reinterpret_cast<void**>(table);
 }

@@ -39,6 +39,10 @@ bool is_tracker();
 // Tells the application to quit, unless a host owns it.
 void quit_application();
 
+// Channels found lately belong to the table in use; another one makes them unknown. Main thread.
+void empty_file_cache();
+
+// Each closes what its list of the table in use holds, and empties the list.
 void Close_All_Icon();
 void Close_All_File();
 void Close_All_Font();

@@ -143,8 +143,8 @@ extern "C" int32_t Chr2(const char* s)
     return static_cast<signed char>(text_or_empty(s)[0]);
 }
 
-// Maps `length` bytes. ASCII is the same in every locale and goes the fast way; only other bytes
-// are the C library's affair.
+// Maps `length` bytes. ASCII goes the fast way, the same whatever the locale; only other bytes are
+// the C library's affair.
 template <char First, char Last, int (*Map)(int)>
 static void map_case(char* to, const char* from, size_t length)
 {
