@@ -68,20 +68,26 @@ public:
         // Before the menu can be seen, and the pointer moves on.
         BPoint began;
         uint32 buttons = 0;
-        server::PointerState(&began, &buttons);
-        const bigtime_t start = system_time();
+        uint32 known_presses = 0;
+        server::PointerState(&began, &buttons, &known_presses);
         _Open(fMenu, fMenu->ScreenLocation());
+        const bigtime_t start = system_time();
         bool pressed = buttons != 0;
         if (!pressed)
             fSticky = true;
         BMenuItem* chosen = nullptr;
         for (;;) {
             BPoint where;
-            server::PointerState(&where, &buttons);
+            uint32 presses = 0;
+            server::PointerState(&where, &buttons, &presses);
             if (is_escape_down() || fMenu->fClosing || BPrivate::is_quit_asked())
                 break;
             BMenuItem* under = _Follow(where);
-            if (pressed && buttons == 0) {
+            // A tap may begin and end between two looks.
+            const bool is_new_press = !pressed && (buttons != 0 || presses != known_presses);
+            if (is_new_press && !_IsInside(where))
+                break;
+            if ((pressed || is_new_press) && buttons == 0) {
                 if (_LeavesOpen(began, where, start)) {
                     fSticky = true;
                 } else {
@@ -89,9 +95,8 @@ public:
                     break;
                 }
             }
-            if (!pressed && buttons != 0 && !_IsInside(where))
-                break;
             pressed = buttons != 0;
+            known_presses = presses;
             if (caller != nullptr && caller->IsLocked())
                 caller->UpdateIfNeeded();
             snooze(kLookInterval_us);

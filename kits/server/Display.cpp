@@ -113,11 +113,13 @@ status_t ReadScreen(BRect rect, std::vector<uint32>* pixels, int32* width, int32
     return B_OK;
 }
 
-void PointerState(BPoint* screenWhere, uint32* buttons)
+void PointerState(BPoint* screenWhere, uint32* buttons, uint32* presses)
 {
     StageLock lock;
     *screenWhere = stage().Pointer();
     *buttons = static_cast<uint32>(stage().Buttons());
+    if (presses != nullptr)
+        *presses = stage().CountPresses();
 }
 
 int32 Modifiers()

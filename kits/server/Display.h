@@ -135,8 +135,9 @@ status_t SaveScreen(const char* pngPath);
 // Pixels of the screen or, on a real display, of our own windows: B_RGBA32, resized to `rect`.
 status_t ReadScreen(BRect rect, std::vector<uint32>* pixels, int32* width, int32* height);
 
-// Input as it is at this moment.
-void PointerState(BPoint* screenWhere, uint32* buttons);
+// Input as it is at this moment. The number of presses so far tells who looks from time to time of
+// those that came and went in between.
+void PointerState(BPoint* screenWhere, uint32* buttons, uint32* presses = nullptr);
 int32 Modifiers();
 void KeyStates(uint8 states[16]);
 void SetPointer(BPoint screenWhere);

@@ -222,6 +222,7 @@ void Stage::ChangeButton(int32 button, bool down, ScreenWindow* target)
         return;
     fLastInput = system_time();
     fButtons ^= button;
+    fPresses += down;
     if (down && fPressed == nullptr && target == nullptr) {
         // The title and the border belong to the window, but not to its content.
         target = FrameAt(fPointer);

@@ -61,6 +61,7 @@ public:
 
     BPoint Pointer() const { return fPointer; }
     int32 Buttons() const { return fButtons; }
+    uint32 CountPresses() const { return fPresses; }
     const Keyboard& Keys() const { return fKeyboard; }
     bigtime_t LastInput() const { return fLastInput; }
 
@@ -87,6 +88,7 @@ private:
     bool fSwallow = false;             // the press that only activated: nobody hears of it
     BPoint fPointer;
     int32 fButtons = 0;
+    uint32 fPresses = 0;  // of buttons, so far
     Keyboard fKeyboard;
     ClickCounter fClicks;
     Cursor fAppCursor;

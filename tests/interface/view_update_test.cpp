@@ -74,7 +74,7 @@ protected:
     // Waits until the window has drawn all it was asked to.
     void Settle()
     {
-        for (int i = 0; i < 2000; i++) {
+        for (int i = 0; i < 20000; i++) {
             if (!window->NeedsUpdate() && window->MessageQueue()->CountMessages() == 0 &&
                 window->Lock()) {
                 const bool done = !window->NeedsUpdate();

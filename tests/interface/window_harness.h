@@ -50,7 +50,7 @@ public:
     bool Wait(const std::string& start, int count = 1)
     {
         std::unique_lock<std::mutex> lock(fLock);
-        return fChanged.wait_for(lock, std::chrono::seconds(10),
+        return fChanged.wait_for(lock, std::chrono::seconds(20),
                                  [&] { return _Count(start) >= count; });
     }
     int Count(const std::string& start)
