@@ -303,7 +303,8 @@ char **GetListe_List(void *list);
 /* ---- Windows and events ---------------------------------------------------------------------- */
 
 /* The events of a window that call a handler, by slot, with what it gets (32-bit integers;
-   coordinates and sizes cut to whole pixels), and the bit of the event mask that must be set. */
+   coordinates and sizes cut to whole pixels), and the bit of the event mask that must be set, as
+   all are at first. */
 enum {
     PLINTH_ACTIVATED = 0,           /* none; bit 7 */
     PLINTH_DEACTIVATED = 1,         /* none; bit 9 */
@@ -328,14 +329,19 @@ enum {
 };
 
 /* Opens and shows a titled window whose content covers (x, y) to (x + width, y + height), screen
-   pixels. Returns its ident, 0 when there is no memory or no registry. Any thread. */
+   pixels. Returns its ident; 0 for a negative width or height, when there is no memory for its
+   bitmap, and without a registry. Any thread. */
 int32_t OpenWindow(int32_t x, int32_t y, int32_t width, int32_t height);
 
 /* Closes a window without asking its close handler, and ends the application with the last one. A
-   handler that closes its own window ends there. Any thread. */
+   handler that closes its own window ends there, but for PLINTH_HIDDEN while the window is being
+   closed. Another thread waits until the window's handler has ended: two handlers that close each
+   other's windows wait for ever. An unknown ident does nothing. Any thread. */
 void CloseWindow(int32_t ident);
 
-/* Stores the handler of one event, or null; see the slots above. Any thread. */
+/* Stores the handler of one event, or null for none; see the slots above. It is called as a C
+   function with those arguments. An unknown ident and a slot outside 0..21 change nothing. Waits
+   while a handler of the window runs on another thread. Any thread. */
 void SetHandlerForWindow(int32_t ident, int32_t slot, void *handler);
 
 /* Starts (1) or stops (0) the window's timer, which calls the handler PLINTH_TIMER every so many
@@ -353,45 +359,55 @@ bool is_window_ident(int32_t ident);
 
 /* Drawing goes into the window's bitmap with the high colour; while the window's refresh mode is
    on, as it is at first, the changed part shows with the next screen update. Rectangles reach from
-   (x, y) to (x + w, y + h), both included. Coordinates are pixels from the left top of the content,
-   angles whole degrees counter-clockwise from three o'clock, colours 0xRRGGBBAA. Any thread may
-   draw; a view as target is drawn into without a lock. */
+   (x, y) to (x + w, y + h), both included; with a negative `w` or `h` nothing is drawn. Coordinates
+   are pixels from the left top of the content, and any number does no harm: what lies outside the
+   bitmap is left out. Angles are whole degrees counter-clockwise from three o'clock, colours
+   0xRRGGBBAA. A target that is no window and no view does nothing; what returns a number returns 0
+   then. Any thread may draw; a view as target is drawn into without a lock. */
 
-/* Makes a window the target -1; any other target makes -1 draw nothing. */
+/* Makes a window the target -1, until it closes; any other target makes -1 draw nothing. */
 void SetDefaultGfx(intptr_t target);
 /* Turns the refresh mode on (non-zero), which shows at once what was drawn, or off. */
 void SetRefreshWindowMode(intptr_t target, int32_t on);
 
+/* Fill and outline a rectangle. */
 void FRectangle(intptr_t target, int32_t x, int32_t y, int32_t w, int32_t h);
 void Rectangle(intptr_t target, int32_t x, int32_t y, int32_t w, int32_t h);
-/* Outline and filled rectangle with corners of radii rx and ry. */
+/* Outline and fill a rectangle with rounded corners of radii `rx` and `ry`. */
 void SetStrokeRectangle(intptr_t target, int32_t x, int32_t y, int32_t w, int32_t h, int32_t rx,
                         int32_t ry);
 void SetStrokeFill(intptr_t target, int32_t x, int32_t y, int32_t w, int32_t h, int32_t rx,
                    int32_t ry);
+/* Outline and fill an ellipse or a circle around (cx, cy). */
 void Ellipse(intptr_t target, int32_t cx, int32_t cy, int32_t rx, int32_t ry);
 void FEllipse(intptr_t target, int32_t cx, int32_t cy, int32_t rx, int32_t ry);
 void Circle(intptr_t target, int32_t cx, int32_t cy, int32_t r);
 void FCircle(intptr_t target, int32_t cx, int32_t cy, int32_t r);
+/* Draw the arc of such an ellipse from the angle `start` over `arc` degrees, a negative number of
+   them clockwise; and the piece of pie that it cuts out. */
 void Arc(intptr_t target, int32_t cx, int32_t cy, int32_t rx, int32_t ry, int32_t start,
          int32_t arc);
 void FArc(intptr_t target, int32_t cx, int32_t cy, int32_t rx, int32_t ry, int32_t start,
           int32_t arc);
+/* Outline and fill a triangle. */
 void Triangle(intptr_t target, int32_t x1, int32_t y1, int32_t x2, int32_t y2, int32_t x3,
               int32_t y3);
 void FTriangle(intptr_t target, int32_t x1, int32_t y1, int32_t x2, int32_t y2, int32_t x3,
                int32_t y3);
+/* Draws a line, both ends included, and leaves the pen at its second end. */
 void Line(intptr_t target, int32_t x1, int32_t y1, int32_t x2, int32_t y2);
 /* Draws from the pen to (x, y), where the pen then is. */
 void LineTo(intptr_t target, int32_t x, int32_t y);
+/* Puts the pen to (x, y) and draws nothing. */
 void MoveTo(intptr_t target, int32_t x, int32_t y);
-/* Writes the pen's x and y. */
+/* Writes the pen's x and y, cut to whole pixels; nothing on failure and for null. */
 void GetCurrentPos(intptr_t target, int32_t xy[2]);
 
 /* Writes a line of text one line height below the pen and leaves the pen at its start, so that the
-   next call writes the line below it. The text is UTF-8; other bytes show as Latin-1. */
+   next call writes the line below it. The text is UTF-8; other bytes show as Latin-1. Null and ""
+   do nothing. */
 void Text(intptr_t target, const char *text);
-/* Returns the width of a text in whole pixels, rounded half up. */
+/* Returns the width of a text in whole pixels, rounded half up; 0 for null. */
 int32_t GetTextWidth(intptr_t target, const char *text);
 
 /* Sets one pixel of the window's bitmap to the high colour, red and blue exchanged, without showing
@@ -400,25 +416,27 @@ void WritePixel(intptr_t target, int32_t x, int32_t y);
 /* Returns the index in the screen's palette, 0..255, of a pixel as WritePixel wrote it; 0 outside
    the bitmap. */
 int32_t GetPixel(intptr_t target, int32_t x, int32_t y);
-/* Fills the window with the background colour. */
+/* Fills the window, or a view as far as its window reaches, with the background colour; drawing
+   colour and pen stay. */
 void Clear(intptr_t target);
 
 /* Sets drawing colour and low colour. */
 void SetForeColor(intptr_t target, uint32_t fore, uint32_t back);
 /* Sets the background colour, that of Clear. */
 void SetBackColor(intptr_t target, uint32_t color);
-/* Width of lines in pixels. */
+/* Sets the width of lines in pixels. */
 void SetPenWidth(intptr_t target, int32_t width);
 /* Returns the width of lines, rounded half up. */
 int32_t GetPenWidth(intptr_t target);
-/* Line ends and corners: cap_mode and join_mode of the Interface Kit, miter limit 10. */
+/* Sets line ends and corners: cap_mode and join_mode of the Interface Kit, miter limit 10. Other
+   numbers change nothing, here and in the next two calls. */
 void SetLineMode(intptr_t target, int32_t cap, int32_t join);
-/* drawing_mode of the Interface Kit: B_OP_COPY 0 ... B_OP_ALPHA 10. */
+/* Sets the drawing_mode of the Interface Kit: B_OP_COPY 0 ... B_OP_ALPHA 10. */
 void SetDrawMode(intptr_t target, int32_t mode);
-/* source_alpha and alpha_function of the Interface Kit, for B_OP_ALPHA. */
+/* Sets source_alpha and alpha_function of the Interface Kit, for B_OP_ALPHA. */
 void SetAlphaMode(intptr_t target, int32_t source_alpha, int32_t alpha_function);
 
-/* Limits drawing to a rectangle; to the view. */
+/* Limit drawing to a rectangle, and to the whole view. */
 void SetClipping(intptr_t target, int32_t x, int32_t y, int32_t w, int32_t h);
 void SetClippingAll(intptr_t target);
 /* Limits drawing to the window's bounds (flag 0) or to the view's. */
@@ -427,19 +445,24 @@ void DrawAcces(intptr_t target, int32_t flag);
 /* Copies the rectangle (sx, sy) to (sx + w, sy + h) so that its left top falls on (dx, dy). */
 void Blit(intptr_t target, int32_t sx, int32_t sy, int32_t w, int32_t h, int32_t dx, int32_t dy);
 
-/* Draws an icon, its second image if `selected` is not 0, leaving out its transparent pixels. */
+/* Draws an icon with its left top at (x, y), its second image if `selected` is not 0, leaving out
+   its transparent pixels. An unknown icon draws nothing. Main thread. */
 void DrawIcon(intptr_t target, int32_t icon, int32_t x, int32_t y, int32_t selected);
 
-/* Engraved lines of two pixels, black and white. */
+/* Draw an engraved line from (x, y) over `length` pixels: a black one and a white one below or to
+   the right of it. Colour, drawing mode and pen stay. */
 void DrawSeparatorHoriz(intptr_t target, int32_t x, int32_t y, int32_t length);
 void DrawSeparatorVert(intptr_t target, int32_t x, int32_t y, int32_t length);
 
-/* `points` holds `count` pairs x, y; a Bezier curve takes four. */
+/* Fill and stroke the polygon of `count` corners, pairs x, y in `points`; the stroke goes back to
+   the first one if `closed` is not 0. Null and a count below 1 draw nothing. */
 void FillPolygon(intptr_t target, int32_t count, const int16_t *points);
 void StrokePolygon(intptr_t target, int32_t count, const int16_t *points, int32_t closed);
+/* Fill and stroke a cubic Bezier curve of four pairs x, y: its start, two controls, its end. Null
+   draws nothing. */
 void FillBezier(intptr_t target, const int16_t *points);
 void StrokeBezier(intptr_t target, const int16_t *points);
-/* Draws lines from point to point. */
+/* Draws lines from point to point; nothing for fewer than two and null. */
 void PolyDraw(intptr_t target, int32_t count, const int16_t *points);
 
 /* ---- File channels --------------------------------------------------------------------------- */
