@@ -60,11 +60,9 @@ static char* read_line(char* text, int size, Stream* stream)
 // operations do then.
 static bool keep_error(int32_t ch, const char* call)
 {
-    const int number = errno;
-    GetDosErr(number);
-    if (number != 0)
+    GetDosErr(errno);
+    if (errno != 0)
         show_dbg(kFileError, ch, call);
-    errno = number;
     return false;
 }
 

@@ -4,6 +4,7 @@
 
 #include "plinth.h"
 
+#include <errno.h>
 #include <stdio.h>
 #include <stdlib.h>
 
@@ -35,9 +36,12 @@ static bool is_traced()
 
 extern "C" void show_dbg(int32_t code, int32_t ident, const char* text)
 {
-    if (is_traced())
-        fprintf(stderr, "plinth: %s(%d): %s\n", text != nullptr ? text : "?",
-                static_cast<int>(ident), reason_of(code));
+    if (!is_traced())
+        return;
+    const int number = errno;
+    fprintf(stderr, "plinth: %s(%d): %s\n", text != nullptr ? text : "?", static_cast<int>(ident),
+            reason_of(code));
+    errno = number;  // programs learn of it through dos_err, traced or not
 }
 
 extern "C" void OpenDebug(void) {}

@@ -4,9 +4,13 @@
 
 #include <plinth.h>
 
+#include <cerrno>
 #include <climits>
+#include <cstdlib>
 #include <cstring>
 #include <string>
+
+#include <unistd.h>
 
 TEST(Lifecycle, BlocksAreFilledWithZero)
 {
@@ -60,6 +64,19 @@ TEST(Lifecycle, ConcatenationStopsAtNullAndAtItsRoom)
     EXPECT_EQ(std::string(__kcb), most + std::string(24, 'y'));
     __MultiStr(0, "kept", nullptr);
     EXPECT_STREQ(__MultiStr(0, __kcb, "new", nullptr), "new");
+}
+
+TEST(Lifecycle, TracingLeavesTheErrorNumber)
+{
+    setenv("PLINTH_TRACE", "1", 1);
+    const int kept = dup(STDERR_FILENO);
+    close(STDERR_FILENO);
+    errno = 0;
+    show_dbg(1, 0, "a call");
+    const int number = errno;
+    dup2(kept, STDERR_FILENO);
+    close(kept);
+    EXPECT_EQ(number, 0);
 }
 
 TEST(Lifecycle, TheDiagnosticCallsDoNothing)
