@@ -125,9 +125,19 @@ status_t BMenu::Archive(BMessage* archive, bool deep) const
 
 // --- items
 
+// True if the menu is this one or above it: it can not be below as well.
+bool BMenu::_IsBelow(const BMenu* menu) const
+{
+    const BMenu* above = this;
+    while (above != nullptr && above != menu)
+        above = above->Supermenu();
+    return menu != nullptr && above == menu;
+}
+
 bool BMenu::AddItem(BMenuItem* item, int32 index)
 {
-    if (item == nullptr || item->fSuper != nullptr || index < 0 || index > CountItems())
+    if (item == nullptr || item->fSuper != nullptr || index < 0 || index > CountItems()
+        || _IsBelow(item->Submenu()))
         return false;
     if (!fItems.AddItem(item, index))
         return false;
@@ -150,7 +160,8 @@ bool BMenu::AddItem(BMenuItem* item, BRect frame)
 
 bool BMenu::AddItem(BMenu* menu, int32 index)
 {
-    if (menu == nullptr || menu->fSuperitem != nullptr || index < 0 || index > CountItems())
+    if (menu == nullptr || menu->fSuperitem != nullptr || index < 0 || index > CountItems()
+        || _IsBelow(menu))
         return false;
     return AddItem(new BMenuItem(menu), index);
 }
@@ -159,7 +170,8 @@ bool BMenu::AddItem(BMenu* menu) { return AddItem(menu, CountItems()); }
 
 bool BMenu::AddItem(BMenu* menu, BRect frame)
 {
-    if (menu == nullptr || menu->fSuperitem != nullptr || fLayout != B_ITEMS_IN_MATRIX)
+    if (menu == nullptr || menu->fSuperitem != nullptr || fLayout != B_ITEMS_IN_MATRIX
+        || _IsBelow(menu))
         return false;
     return AddItem(new BMenuItem(menu), frame);
 }

@@ -114,6 +114,20 @@ TEST(Menus, AnItemBelongsToOneMenuUntilItIsTakenOut)
     EXPECT_EQ(second.CountItems(), 0);
 }
 
+TEST(Menus, NoMenuIsItsOwnSubmenu)
+{
+    BMenu top("top");
+    auto* below = new BMenu("below");
+    auto* lowest = new BMenu("lowest");
+    EXPECT_TRUE(top.AddItem(below));
+    EXPECT_TRUE(below->AddItem(lowest));
+    EXPECT_FALSE(top.AddItem(&top));
+    EXPECT_FALSE(lowest->AddItem(&top));
+    EXPECT_FALSE(lowest->AddItem(lowest, 0));
+    EXPECT_EQ(top.FindItem("none"), nullptr);
+    EXPECT_EQ(top.Superitem(), nullptr);
+}
+
 TEST(Menus, SearchesGoThroughSubmenus)
 {
     BMenu menu("main");

@@ -110,6 +110,7 @@ private:
     friend class BSeparatorItem;
 
     void _InitMenu();
+    bool _IsBelow(const BMenu* menu) const;
     void _SetDefaultTargets(BWindow* window);
     void _LayoutItems(float* _width, float* _height);
     void _ItemsChanged();
