@@ -343,7 +343,11 @@ bool PictureData::PlayCall(Reader& in, BView* view, int depth) const
         const size_t index = size_t(in.Get<int32>());
         const BRect from = in.Get<BRect>(), to = in.Get<BRect>();
         const uint32 options = in.Get<uint32>();
-        if (in.IsGood() && index < bitmaps.size())
+        if (!in.IsGood() || index >= bitmaps.size())
+            break;
+        if ((options & B_TILE_BITMAP) == B_TILE_BITMAP)
+            view->DrawTiledBitmap(bitmaps[index].get(), to, from.LeftTop());
+        else
             view->DrawBitmap(bitmaps[index].get(), from, to, options);
         break;
     }

@@ -9,6 +9,7 @@
 
 #include <interface/ViewPrivate.h>
 
+#include <algorithm>
 #include <cmath>
 
 namespace BPrivate {
@@ -27,6 +28,14 @@ float whole_pixels(float value)
 BPoint whole_pixels(BPoint point)
 {
     return BPoint(whole_pixels(point.x), whole_pixels(point.y));
+}
+
+// Beyond it a rectangle of floats would lose its width.
+BPoint scroll_place(BPoint place)
+{
+    const float limit = 8388608;  // 2^23
+    place = whole_pixels(place);
+    return BPoint(std::clamp(place.x, -limit, limit), std::clamp(place.y, -limit, limit));
 }
 
 ViewData::ViewData(BView* view) : generation(&kNoCanvas), self(view) {}
@@ -164,7 +173,7 @@ BView::BView(BMessage* archive) : BHandler(archive)
 
     BPoint point;
     if (archive->FindPoint("_bounds_origin", &point) == B_OK)
-        fData->bounds.OffsetTo(whole_pixels(point));
+        fData->bounds.OffsetTo(BPrivate::scroll_place(point));
     read_drawing(archive, &fData->state);
     archive->FindColor("_color", 2, &fData->viewColor);
     archive->FindInt32("_showlevel", &fData->hidden);

@@ -6,13 +6,15 @@
 
 #include <interface/BitmapSurface.h>
 #include <interface/ViewPrivate.h>
+#include <server/PainterPaths.h>
 
 #include <algorithm>
 #include <cmath>
-#include <cstring>
 
 using BPrivate::PictureOp;
 using BPrivate::ViewData;
+
+static const double kMostTiles = 1 << 24;  // as many as a large screen has pixels
 
 static clipping_rect pixels_of(const BRect& rect)
 {
@@ -49,12 +51,10 @@ void BView::CopyBits(BRect src, BRect dst)
         BBitmap copy(BRect(0, 0, held.right - held.left, held.bottom - held.top), 0, B_RGBA32);
         if (!copy.IsValid())
             return;
-        for (int32 y = held.top; y <= held.bottom; y++) {
-            memcpy(static_cast<uint8*>(copy.Bits()) +
-                       size_t(y - held.top) * size_t(copy.BytesPerRow()),
-                   pixels.bits + size_t(y) * size_t(pixels.bytesPerRow) + size_t(held.left) * 4,
-                   size_t(held.right - held.left + 1) * 4);
-        }
+        const int32 width = held.right - held.left + 1;
+        auto* row = static_cast<uint8*>(copy.Bits());
+        for (int32 y = held.top; y <= held.bottom; y++, row += copy.BytesPerRow())
+            server::read_pixels(pixels, held.left, y, width, reinterpret_cast<uint32*>(row));
         server::Paint paint;
         data.Touched(server::DrawBitmap(data.target, paint, BPrivate::surface_of(copy),
                                         to_rect(BPrivate::moved(source, -held.left, -held.top)),
@@ -143,31 +143,45 @@ void BView::DrawBitmap(const BBitmap* aBitmap)
     DrawBitmapAsync(aBitmap);
 }
 
+// Where the tile begins that holds `from`, of those that start at `origin` less the phase.
+static double first_tile(float origin, float phase, float from, double size)
+{
+    const double inside = std::fmod(double(from) - (double(origin) - double(phase)), size);
+    return double(from) - (inside < 0 ? inside + size : inside);
+}
+
 void BView::DrawTiledBitmapAsync(const BBitmap* aBitmap, BRect viewRect, BPoint phase)
 {
     ViewData& data = *fData;
     if (aBitmap == nullptr || !aBitmap->IsValid())
         return;
-    BRect area = viewRect;
-    if (data.recording == nullptr) {
-        if (!data.Ready() && !data.MakeReady())
-            return;
-        // Only tiles that can show.
-        const clipping_rect& shown = data.target.bounds;
-        area = area & BRect(data.Unmap(BPoint(shown.left, shown.top)),
-                            data.Unmap(BPoint(shown.right, shown.bottom)));
-    }
-    if (!area.IsValid())
+    if (data.recording != nullptr) {
+        // As one call, with the phase where the part of the bitmap stands otherwise.
+        data.recording->AddBitmap(PictureOp::DrawBitmap, *aBitmap, BRect(phase, phase), viewRect,
+                                  B_TILE_BITMAP);
         return;
+    }
+    if (!data.Ready() && !data.MakeReady())
+        return;
+    // Only tiles that can show.
+    const clipping_rect& shown = data.target.bounds;
+    const BRect area = viewRect & BRect(data.Unmap(BPoint(shown.left, shown.top)),
+                                        data.Unmap(BPoint(shown.right, shown.bottom)));
     const BRect bounds = aBitmap->Bounds();
-    const float width = bounds.Width() + 1, height = bounds.Height() + 1;
-    const BPoint start = viewRect.LeftTop() - phase;
-    const float firstX = start.x + std::floor((area.left - start.x) / width) * width;
-    const float firstY = start.y + std::floor((area.top - start.y) / height) * height;
-    for (float y = firstY; y <= area.bottom; y += height) {
-        for (float x = firstX; x <= area.right; x += width) {
-            const BRect tile = BRect(x, y, x + width - 1, y + height - 1) & viewRect;
-            DrawBitmapAsync(aBitmap, tile.OffsetByCopy(bounds.left - x, bounds.top - y), tile, 0);
+    const double width = double(bounds.Width()) + 1, height = double(bounds.Height()) + 1;
+    const double left = first_tile(viewRect.left, phase.x, area.left, width);
+    const double top = first_tile(viewRect.top, phase.y, area.top, height);
+    const double count = ((area.right - left) / width + 1) * ((area.bottom - top) / height + 1);
+    // Also false for what is no number.
+    if (!area.IsValid() || !(count <= kMostTiles))
+        return;
+    for (double y = top; y <= area.bottom; y += height) {
+        for (double x = left; x <= area.right; x += width) {
+            const BRect whole(float(x), float(y), float(x + width - 1), float(y + height - 1));
+            const BRect tile = whole & viewRect;
+            DrawBitmapAsync(aBitmap,
+                            tile.OffsetByCopy(bounds.left - whole.left, bounds.top - whole.top),
+                            tile, 0);
         }
     }
 }

@@ -467,7 +467,7 @@ void BView::ScrollTo(float x, float y)
 void BView::ScrollTo(BPoint where)
 {
     ViewLock lock(this);
-    where = whole_pixels(where);
+    where = BPrivate::scroll_place(where);
     const BPoint old = fData->bounds.LeftTop();
     if (where == old)
         return;

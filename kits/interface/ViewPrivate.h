@@ -297,6 +297,8 @@ inline clipping_rect moved(const clipping_rect& rect, int32 dx, int32 dy)
 // Whole pixels for what a program gives; NaN is 0, and no sum of two of them leaves an int32.
 float whole_pixels(float value);
 BPoint whole_pixels(BPoint point);
+// Where a view may be scrolled to.
+BPoint scroll_place(BPoint place);
 
 // The views' side of windows, bitmaps and controls. With the window locked.
 struct [[gnu::visibility("hidden")]] ViewPrivate {

@@ -9,6 +9,7 @@
 #include <Region.h>
 #include <Shape.h>
 
+#include <cstring>
 #include <memory>
 #include <random>
 #include <vector>
@@ -84,6 +85,9 @@ static void draw_everything(BView& view)
     view.InvertRect(BRect(70, 0, 79, 9));
     BBitmap dot(BRect(0, 0, 2, 2), B_BITMAP_CLEAR_TO_WHITE, B_RGBA32);
     view.DrawBitmap(&dot, BPoint(72, 2));
+    BBitmap stripes(BRect(0, 0, 3, 2), 0, B_RGBA32);
+    memset(stripes.Bits(), 0xFF, size_t(stripes.BytesPerRow()) * 2);
+    view.DrawTiledBitmap(&stripes, BRect(50, 45, 58, 52), BPoint(1, 2));
     view.DrawString("Ag", BPoint(3, 30));
     view.CopyBits(BRect(0, 0, 9, 9), BRect(50, 50, 59, 59));
     draw_gradients(view);

@@ -2,11 +2,13 @@
 
 #include "Drawing.h"
 
+#include <Picture.h>
 #include <Polygon.h>
 #include <Region.h>
 #include <Shape.h>
 
 #include <cmath>
+#include <cstring>
 
 static const rgb_color kRed = {255, 0, 0, 255};
 static const rgb_color kGreen = {0, 255, 0, 255};
@@ -280,6 +282,54 @@ TEST(ViewDraw, CopyBitsMovesOverlappingPixels)
     EXPECT_EQ(board.Row(0), "rrbbb.....");
     view.CopyBits(BRect(0, 0, 3, 0), BRect(2, 0, 9, 0));  // twice as wide
     EXPECT_EQ(board.Row(0), "rrrrrrbbbb");
+}
+
+TEST(ViewDraw, CopyBitsStretchesInEveryColourSpace)
+{
+    const struct {
+        color_space space;
+        int bytes;
+    } spaces[] = {{B_RGB32, 4}, {B_RGB24, 3}, {B_RGB16, 2}, {B_CMAP8, 1}, {B_GRAY8, 1}};
+    for (const auto& row : spaces) {
+        BBitmap bitmap(BRect(0, 0, 39, 7), row.space, true);
+        auto* view = new BView(bitmap.Bounds(), "board", B_FOLLOW_ALL, B_WILL_DRAW);
+        ASSERT_TRUE(bitmap.Lock());
+        bitmap.AddChild(view);
+        view->FillRect(BRect(20, 4, 39, 7));
+        view->CopyBits(BRect(20, 4, 39, 7), BRect(0, 0, 9, 1));
+        const auto pixel = [&](int x, int y) {
+            const char* bits = static_cast<const char*>(bitmap.Bits());
+            return std::string(bits + y * bitmap.BytesPerRow() + x * row.bytes, row.bytes);
+        };
+        EXPECT_EQ(pixel(0, 0), pixel(30, 6)) << row.space;
+        EXPECT_EQ(pixel(9, 1), pixel(30, 6)) << row.space;
+        EXPECT_EQ(pixel(10, 1), pixel(15, 5)) << row.space;
+        EXPECT_NE(pixel(10, 1), pixel(9, 1)) << row.space;
+        bitmap.Unlock();
+    }
+}
+
+TEST(ViewDraw, TilesWithoutEndAreLeftOut)
+{
+    BBitmap tile(BRect(0, 0, 2, 0), 0, B_RGBA32);
+    memset(tile.Bits(), 0x80, 12);
+    Board board(9, 3);
+    BView& view = *board.view;
+    view.ScrollTo(4e8f, 4e8f);
+    EXPECT_EQ(view.Bounds().Width(), 9) << "floats so far out are no whole numbers";
+    view.DrawTiledBitmap(&tile, view.Bounds(), BPoint(1e30f, -5));
+    view.ScrollTo(0, 0);
+    view.SetScale(1e-9f);
+    view.DrawTiledBitmap(&tile, BRect(0, 0, 1e9f, 1e9f));
+    view.SetScale(1);
+    BPicture picture;
+    view.BeginPicture(&picture);
+    view.DrawTiledBitmap(&tile, BRect(1, 1, 1e9f, 1e9f), BPoint(1, 0));
+    ASSERT_EQ(view.EndPicture(), &picture);
+    board.Clear();
+    view.DrawPicture(&picture, BPoint(0, 0));
+    EXPECT_EQ(board.Row(0), "..........");
+    EXPECT_EQ(board.Row(1), ".?????????");
 }
 
 TEST(ViewDraw, TextMovesThePen)
