@@ -41,10 +41,8 @@ static BEntry* sScanEntry;  // main thread; what the scan fills
 
 bool keep_file_error(const char* call)
 {
-    const int number = errno;
-    GetDosErr(number);
+    GetDosErr(errno);
     show_dbg(kFileError, 0, call);
-    errno = number;
     return false;
 }
 
