@@ -65,7 +65,10 @@ extern "C" int32_t PlinthStart(int argc, char** argv, void (*program)(void))
         return B_NO_MORE_THREADS;
     }
     app->Run();
-    if (!sProgramRuns)
+    if (!sProgramRuns) {
+        status_t result;
+        wait_for_thread(thread, &result);  // it may still be asking the application to quit
         delete app;
+    }
     return B_OK;
 }
