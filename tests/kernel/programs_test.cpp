@@ -105,10 +105,12 @@ TEST(Programs, SetUserIdProgramIsStartedWithItsRightsAndStopped)
 TEST(Programs, StatusIsToldOnceAndNoZombieStays)
 {
     TempFolder folder;
-    const char* environment[] = { "PROBE_STATUS=7", nullptr };
+    const std::string stays = "PROBE_STAYS=" + folder.At("/end");
+    const char* environment[] = { "PROBE_STATUS=7", stays.c_str(), nullptr };
     const thread_id program = load({ probe_path(), folder.At("/report") }, environment);
     ASSERT_GT(program, 0);
     EXPECT_EQ(B_WOULD_BLOCK, wait_for_thread_etc(program, B_RELATIVE_TIMEOUT, 0, nullptr));
+    folder.Put("/end");
     // Nobody waits, and still the host's entry goes.
     thread_info info;
     const bigtime_t deadline = system_time() + 20'000'000;
