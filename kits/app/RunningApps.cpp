@@ -166,8 +166,12 @@ void register_app(const char* signature, thread_id thread, int32 looper)
 
 std::string registered_folder()
 {
-    std::lock_guard hold(sLock);
-    return sOwnFile.substr(0, sOwnFile.find_last_of('/'));
+    {
+        std::lock_guard hold(sLock);
+        if (!sOwnFile.empty())
+            return sOwnFile.substr(0, sOwnFile.find_last_of('/'));
+    }
+    return roster_folder();
 }
 
 void unregister_app()

@@ -39,8 +39,8 @@ enum : uint32 { kActivateApp = '_RAC' };
 void register_app(const char* signature, thread_id thread, int32 looper);
 void unregister_app();
 
-// The folder in which this program is registered, empty if it is in none: the environment is
-// not asked again, since the program's own threads may change it by now.
+// The folder in which this program is registered, or may be. Once it is, the environment is not
+// asked again, since the program's own threads may change it by then.
 std::string registered_folder();
 
 // All that run, this one included, in the order in which they began.

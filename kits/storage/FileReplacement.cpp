@@ -23,7 +23,7 @@ namespace storage {
 
 static const bigtime_t kPatience_us = 10'000'000;  // the host's database takes seconds
 static const int kAttempts = 1000;  // against programs that write all the time
-static const mode_t kNewFileMode = 0600;  // of what the user chose and used, which is nobody's else
+static const mode_t kNewFileMode = 0600;  // what the user chose and used is nobody else's
 
 static std::string folder_of(const std::string& path)
 {

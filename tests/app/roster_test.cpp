@@ -512,22 +512,52 @@ TEST(Roster, WatchersHearOfStartEndAndCrash)
     delete handler;
 }
 
+// Copies the probe to `path`, to be launched as `flags` say. False where there are no attributes.
+static bool copy_app_probe(const std::string& path, uint32 flags)
+{
+    std::filesystem::copy_file(app_probe_path(), path);
+    const std::filesystem::path programs = std::filesystem::path(app_probe_path()).parent_path();
+    setenv("LD_LIBRARY_PATH", (programs / "../lib").c_str(), 1);
+    BFile file(path.c_str(), B_READ_WRITE);
+    return BAppFileInfo(&file).SetAppFlags(flags) == B_OK;
+}
+
+TEST(Roster, ExclusiveCopyPassesOnTheMessagesItWasLaunchedWith)
+{
+    DesktopFolder folder;
+    BApplication app(kSignature);
+    setenv("PROBE_SIGNATURE", kOther, 1);
+    setenv("PROBE_REPORT", folder.At("/heard").c_str(), 1);
+    if (!copy_app_probe(folder.At("/one"), B_EXCLUSIVE_LAUNCH)
+        || !copy_app_probe(folder.At("/other"), B_EXCLUSIVE_LAUNCH))
+        GTEST_SKIP() << "no attributes here";
+    const entry_ref one = ref_for(folder.At("/one")), other = ref_for(folder.At("/other"));
+    team_id first = -1, second = -1;
+    ASSERT_EQ(B_OK, be_roster->Launch(&one, 0, nullptr, &first));
+    ASSERT_TRUE(eventually([&] { return std::filesystem::exists(folder.At("/heard")); }));
+    BMessage refs(B_REFS_RECEIVED);
+    const entry_ref letter = ref_for(folder.Put("/letter.txt", "Dear"));
+    refs.AddRef("refs", &letter);
+    ASSERT_EQ(B_OK, be_roster->Launch(&other, &refs, &second));
+    wait_for_thread(second, nullptr);
+    EXPECT_TRUE(eventually([&] {
+        return probe_report(folder.At("/heard")) == Texts{ "ref letter.txt" };
+    }));
+    kill_team(first);
+    wait_for_thread(first, nullptr);
+}
+
 TEST(Roster, SingleLaunchPassesMessagesToTheOneThatRuns)
 {
     DesktopFolder folder;
     BApplication app(kSignature);
     const std::string program = folder.At("/single");
-    std::filesystem::copy_file(app_probe_path(), program);
-    const std::filesystem::path programs = std::filesystem::path(app_probe_path()).parent_path();
-    setenv("LD_LIBRARY_PATH", (programs / "../lib").c_str(), 1);
     setenv("PROBE_SIGNATURE", kOther, 1);
     setenv("PROBE_REPORT", folder.At("/heard").c_str(), 1);
-    const entry_ref ref = ref_for(program);
-    BFile file(program.c_str(), B_READ_WRITE);
     const uint32 flags = B_SINGLE_LAUNCH;
-    if (BAppFileInfo(&file).SetAppFlags(flags) != B_OK)
+    if (!copy_app_probe(program, flags))
         GTEST_SKIP() << "no attributes here";
-    file.Unset();
+    const entry_ref ref = ref_for(program);
     team_id first = -1, second = -1;
     ASSERT_EQ(B_OK, be_roster->Launch(&ref, 0, nullptr, &first));
     EXPECT_TRUE(eventually([&] { return std::filesystem::exists(folder.At("/heard")); }));
