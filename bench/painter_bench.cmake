@@ -1,1 +1,1 @@
-file(GLOB hidden_sources CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/kits/server/Painter*.cpp)
+set(measured be_kit be_server)

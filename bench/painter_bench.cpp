@@ -7,7 +7,7 @@
 #include <QPainter>
 #include <QPainterPath>
 
-#include <server/Painter.h>
+#include <server/painter/Painter.h>
 
 #include <random>
 #include <vector>

@@ -23,14 +23,14 @@
 #include <iterator>
 #include <vector>
 
-#include "app/LaunchMessages.h"
-#include "app/LooperTable.h"
-#include "app/MessageAccess.h"
-#include "app/MessengerAccess.h"
+#include "app/roster/LaunchMessages.h"
+#include "app/looper/LooperTable.h"
+#include "app/message/MessageAccess.h"
+#include "app/looper/MessengerAccess.h"
 #include "app/QuitAsked.h"
-#include "app/RunningApps.h"
-#include "app/Scripting.h"
-#include "server/Display.h"
+#include "app/roster/RunningApps.h"
+#include "app/looper/Scripting.h"
+#include "server/screen/Display.h"
 
 using BPrivate::LooperRef;
 using BPrivate::LooperTable;

@@ -20,8 +20,8 @@
 #include <utility>
 #include <vector>
 
-#include "app/MessengerAccess.h"
-#include "server/Clipboard.h"
+#include "app/looper/MessengerAccess.h"
+#include "server/clipboard/Clipboard.h"
 #include "support/ValidUTF8.h"
 
 using server::ClipboardForm;
@@ -243,8 +243,8 @@ status_t BClipboard::_Fetch() const
     state.fetched = state.seen;
 
     ClipboardForm form;
-    std::vector<std::string> types = kForeignForms;
-    types.insert(types.begin(), kMessageForm);
+    std::vector<std::string> types{kMessageForm};
+    types.insert(types.end(), kForeignForms.begin(), kForeignForms.end());
     status_t status = state.host->Read(types, &form);
     if (status == B_OK && form.type == kMessageForm &&
         !take_message(form.bytes, &state.data, &state.source))

@@ -12,7 +12,7 @@
 #include <cstring>
 
 #include "app/CursorImage.h"
-#include "server/Painter.h"
+#include "server/painter/Painter.h"
 
 using BPrivate::CursorImage;
 

@@ -1,6 +1,6 @@
 // Names of devices as they are handed out.
 
-#include "DeviceNames.h"
+#include "device/DeviceNames.h"
 
 #include <string.h>
 

@@ -1,6 +1,6 @@
 // Finds serial ports and joysticks below /sys. What udev knows of a device is asked of udev.
 
-#include "DeviceTree.h"
+#include "device/DeviceTree.h"
 
 #include <errno.h>
 #include <fcntl.h>
@@ -13,7 +13,7 @@
 #include <fstream>
 #include <memory>
 
-#include "storage/HostErrors.h"
+#include "support/HostErrors.h"
 
 namespace fs = std::filesystem;
 

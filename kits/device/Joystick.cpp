@@ -16,9 +16,9 @@
 
 #include <String.h>
 
-#include "DeviceNames.h"
-#include "DeviceTree.h"
-#include "storage/HostErrors.h"
+#include "device/DeviceNames.h"
+#include "device/DeviceTree.h"
+#include "support/HostErrors.h"
 
 using namespace device;
 

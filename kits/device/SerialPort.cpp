@@ -12,9 +12,9 @@
 
 #include <iterator>
 
-#include "DeviceNames.h"
-#include "DeviceTree.h"
-#include "storage/HostErrors.h"
+#include "device/DeviceNames.h"
+#include "device/DeviceTree.h"
+#include "support/HostErrors.h"
 
 using namespace device;
 using storage::fail;

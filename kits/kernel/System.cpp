@@ -18,9 +18,9 @@
 #include <atomic>
 
 #include "kernel/HostActions.h"
-#include "kernel/HostProcess.h"
-#include "kernel/Threads.h"
-#include "kernel/WaitableObjects.h"
+#include "kernel/programs/HostProcess.h"
+#include "kernel/threads/Threads.h"
+#include "kernel/threads/WaitableObjects.h"
 
 using namespace BPrivate;
 

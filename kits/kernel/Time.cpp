@@ -8,7 +8,7 @@
 #include <unistd.h>
 
 #include "kernel/HostActions.h"
-#include "kernel/Threads.h"
+#include "kernel/threads/Threads.h"
 #include "support/Futex.h"
 
 using namespace BPrivate;

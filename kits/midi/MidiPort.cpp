@@ -8,9 +8,9 @@
 #include <string>
 #include <vector>
 
-#include "Sequencer.h"
+#include "midi/Sequencer.h"
 #include "device/DeviceNames.h"
-#include "storage/HostErrors.h"
+#include "support/HostErrors.h"
 
 using BPrivate::midi_host;
 using BPrivate::MidiHostPort;

@@ -1,6 +1,6 @@
 // MIDI ports through ALSA's sequencer.
 
-#include "Sequencer.h"
+#include "midi/Sequencer.h"
 
 extern "C" {  // which its header of errors leaves out
 #include <alsa/asoundlib.h>

@@ -12,9 +12,9 @@
 #include <string>
 #include <vector>
 
-#include "Attributes.h"
-#include "HostErrors.h"
-#include "StorageAccess.h"
+#include "storage/Attributes.h"
+#include "support/HostErrors.h"
+#include "storage/StorageAccess.h"
 
 using namespace storage;
 using BPrivate::StorageAccess;

@@ -1,6 +1,6 @@
 // Attributes of nodes: their encoding as extended attributes, and the calls. Any thread.
 
-#include "Attributes.h"
+#include "storage/Attributes.h"
 
 #include <errno.h>
 #include <stdio.h>
@@ -15,7 +15,7 @@
 
 #include <TypeConstants.h>
 
-#include "HostErrors.h"
+#include "support/HostErrors.h"
 #include "support/UTF8Characters.h"
 
 namespace storage {

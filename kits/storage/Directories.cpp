@@ -1,6 +1,6 @@
 // Paths of entries and of the directories they live in. Any thread.
 
-#include "Directories.h"
+#include "storage/Directories.h"
 
 #include <errno.h>
 #include <limits.h>
@@ -20,8 +20,8 @@
 #include <Entry.h>
 #include <StorageDefs.h>
 
-#include "HostErrors.h"
-#include "StorageAccess.h"
+#include "support/HostErrors.h"
+#include "storage/StorageAccess.h"
 
 using BPrivate::StorageAccess;
 

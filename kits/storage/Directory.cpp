@@ -20,9 +20,9 @@
 #include <Path.h>
 #include <SymLink.h>
 
-#include "Directories.h"
-#include "HostErrors.h"
-#include "StorageAccess.h"
+#include "storage/Directories.h"
+#include "support/HostErrors.h"
+#include "storage/StorageAccess.h"
 
 using namespace storage;
 using BPrivate::StorageAccess;

@@ -16,10 +16,10 @@
 #include <Path.h>
 #include <StorageDefs.h>
 
-#include "Directories.h"
-#include "HostErrors.h"
-#include "StatFields.h"
-#include "StorageAccess.h"
+#include "storage/Directories.h"
+#include "support/HostErrors.h"
+#include "storage/StatFields.h"
+#include "storage/StorageAccess.h"
 
 using namespace storage;
 

@@ -15,9 +15,9 @@
 #include <Directory.h>
 #include <Entry.h>
 
-#include "Directories.h"
-#include "HostErrors.h"
-#include "StorageAccess.h"
+#include "storage/Directories.h"
+#include "support/HostErrors.h"
+#include "storage/StorageAccess.h"
 
 using namespace storage;
 using BPrivate::StorageAccess;

@@ -15,8 +15,8 @@
 #include <Directory.h>
 #include <Path.h>
 
-#include "Directories.h"
-#include "HostErrors.h"
+#include "storage/Directories.h"
+#include "support/HostErrors.h"
 
 using namespace storage;
 

@@ -21,11 +21,11 @@
 #include <String.h>
 #include <TypeConstants.h>
 
-#include "Attributes.h"
-#include "Directories.h"
-#include "HostErrors.h"
-#include "StatFields.h"
-#include "StorageAccess.h"
+#include "storage/Attributes.h"
+#include "storage/Directories.h"
+#include "support/HostErrors.h"
+#include "storage/StatFields.h"
+#include "storage/StorageAccess.h"
 
 using namespace storage;
 using BPrivate::StorageAccess;

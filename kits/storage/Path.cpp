@@ -12,8 +12,8 @@
 #include <Directory.h>
 #include <TypeConstants.h>
 
-#include "Directories.h"
-#include "HostErrors.h"
+#include "storage/Directories.h"
+#include "support/HostErrors.h"
 
 using namespace storage;
 

@@ -12,9 +12,9 @@
 #include <Node.h>
 #include <Volume.h>
 
-#include "Directories.h"
-#include "HostErrors.h"
-#include "StatFields.h"
+#include "storage/Directories.h"
+#include "support/HostErrors.h"
+#include "storage/StatFields.h"
 
 using namespace storage;
 

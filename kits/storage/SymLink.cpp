@@ -13,9 +13,9 @@
 #include <Directory.h>
 #include <Path.h>
 
-#include "Directories.h"
-#include "HostErrors.h"
-#include "StorageAccess.h"
+#include "storage/Directories.h"
+#include "support/HostErrors.h"
+#include "storage/StorageAccess.h"
 
 using namespace storage;
 using BPrivate::StorageAccess;

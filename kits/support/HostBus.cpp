@@ -1,6 +1,6 @@
 // Connects to the host's message buses, and gives up in time.
 
-#include "HostBus.h"
+#include "support/HostBus.h"
 
 #include <stdlib.h>
 #include <string.h>

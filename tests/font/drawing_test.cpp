@@ -1,6 +1,6 @@
 // Text as pixels, drawn straight into memory.
 
-#include <server/Fonts.h>
+#include <server/text/Fonts.h>
 
 #include <gtest/gtest.h>
 

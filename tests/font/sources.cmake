@@ -1,5 +1,1 @@
-file(GLOB hidden_sources CONFIGURE_DEPENDS
-    ${PROJECT_SOURCE_DIR}/kits/server/Font*.cpp
-    ${PROJECT_SOURCE_DIR}/kits/server/Text*.cpp
-    ${PROJECT_SOURCE_DIR}/kits/server/Painter*.cpp)
-set(hidden_libraries PkgConfig::FONTS)
+include(${CMAKE_CURRENT_SOURCE_DIR}/server/sources.cmake)

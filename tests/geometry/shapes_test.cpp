@@ -11,7 +11,7 @@
 #include <cmath>
 #include <sstream>
 
-#include "interface/ShapeData.h"
+#include "interface/drawing/ShapeData.h"
 
 TEST(Rects, IntersectionUnionAndContainment)
 {

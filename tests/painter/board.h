@@ -1,7 +1,7 @@
 #ifndef TESTS_PAINTER_BOARD_H
 #define TESTS_PAINTER_BOARD_H
 
-#include <server/Painter.h>
+#include <server/painter/Painter.h>
 
 #include <gtest/gtest.h>
 

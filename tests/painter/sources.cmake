@@ -1,1 +1,1 @@
-file(GLOB hidden_sources CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/kits/server/Painter*.cpp)
+include(${CMAKE_CURRENT_SOURCE_DIR}/server/sources.cmake)

@@ -14,7 +14,7 @@
 #include <thread>
 #include <vector>
 
-#include "server/Display.h"
+#include "server/screen/Display.h"
 
 using namespace server;
 

@@ -7,8 +7,8 @@
 #include <string>
 #include <vector>
 
-#include "server/Input.h"
-#include "server/KeyTable.h"
+#include "server/screen/Input.h"
+#include "server/screen/KeyTable.h"
 
 using namespace server;
 

@@ -1,12 +1,12 @@
 // Desktop entries as applications: signatures, programs, commands, and what opens which type.
 
-#include "storage/DesktopEntries.h"
+#include "storage/desktop/DesktopEntries.h"
 
 #include <gtest/gtest.h>
 
 #include <filesystem>
 
-#include "storage/MimeNames.h"
+#include "storage/mime/MimeNames.h"
 #include "support/desktop_folder.h"
 
 using namespace storage;

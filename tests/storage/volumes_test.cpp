@@ -17,7 +17,7 @@
 #include <sys/statvfs.h>
 #include <sys/sysmacros.h>
 
-#include "storage/MountTable.h"
+#include "storage/volumes/MountTable.h"
 #include "support/temp_folder.h"
 
 using namespace storage;

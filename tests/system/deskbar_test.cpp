@@ -22,7 +22,7 @@
 #include <map>
 #include <memory>
 
-#include "interface/DeskbarPatience.h"
+#include "interface/desktop/DeskbarPatience.h"
 #include "support/temp_folder.h"
 #include "support/test_bus.h"
 

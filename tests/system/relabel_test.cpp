@@ -19,7 +19,7 @@
 #include <sys/sysmacros.h>
 #include <unistd.h>
 
-#include "storage/VolumeLabels.h"
+#include "storage/volumes/VolumeLabels.h"
 #include "support/temp_folder.h"
 #include "support/test_bus.h"
 

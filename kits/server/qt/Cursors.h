@@ -3,7 +3,7 @@
 
 #include <QCursor>
 
-#include "server/Stage.h"
+#include "server/screen/Stage.h"
 
 namespace server {
 

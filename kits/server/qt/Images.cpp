@@ -1,6 +1,6 @@
 // Image files, read and written by Qt.
 
-#include <server/Images.h>
+#include <server/screen/Images.h>
 
 #include <QBuffer>
 #include <QByteArray>

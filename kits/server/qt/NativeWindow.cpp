@@ -16,7 +16,7 @@
 #include <utility>
 
 #include "app/CursorImage.h"
-#include "server/KeyTable.h"
+#include "server/screen/KeyTable.h"
 #include "server/qt/Cursors.h"
 #include "server/qt/QtWindow.h"
 

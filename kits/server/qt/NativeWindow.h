@@ -7,8 +7,8 @@
 
 #include <OS.h>
 
-#include "server/ScreenWindow.h"
-#include "server/Stage.h"
+#include "server/screen/ScreenWindow.h"
+#include "server/screen/Stage.h"
 
 class QDropEvent;
 

@@ -10,7 +10,7 @@
 #include <future>
 #include <utility>
 
-#include "server/Stage.h"
+#include "server/screen/Stage.h"
 #include "server/qt/QtDisplay.h"
 
 namespace server {

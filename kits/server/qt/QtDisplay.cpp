@@ -15,12 +15,12 @@
 #include <semaphore>
 #include <utility>
 
-#include "server/ScreenWindow.h"
-#include "server/Stage.h"
+#include "server/screen/ScreenWindow.h"
+#include "server/screen/Stage.h"
 #include "server/qt/QtClipboard.h"
 #include "server/qt/QtWindow.h"
-#include "server/qt/X11Clipboard.h"
-#include "server/qt/X11Screen.h"
+#include "server/qt/x11/X11Clipboard.h"
+#include "server/qt/x11/X11Screen.h"
 
 namespace server {
 

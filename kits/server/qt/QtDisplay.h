@@ -11,7 +11,7 @@
 #include <thread>
 #include <vector>
 
-#include "server/Backend.h"
+#include "server/screen/Backend.h"
 
 class QGuiApplication;
 

@@ -7,7 +7,7 @@
 #include "app/CursorImage.h"
 #include "server/qt/NativeWindow.h"
 #include "server/qt/QtDisplay.h"
-#include "server/qt/X11Screen.h"
+#include "server/qt/x11/X11Screen.h"
 
 namespace server {
 

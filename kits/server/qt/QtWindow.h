@@ -3,8 +3,8 @@
 
 #include <memory>
 
-#include "server/ScreenWindow.h"
-#include "server/Stage.h"
+#include "server/screen/ScreenWindow.h"
+#include "server/screen/Stage.h"
 
 namespace server {
 

@@ -9,7 +9,7 @@
 #include <string>
 #include <vector>
 
-#include "server/Clipboard.h"
+#include "server/clipboard/Clipboard.h"
 
 namespace server {
 

@@ -1,0 +1,99 @@
+#ifndef INTERFACE_CANVAS_H
+#define INTERFACE_CANVAS_H
+
+// What a window draws on: its back buffer (or, for a bitmap that takes views, the bitmap's bits),
+// the region that waits for Draw() and the pixels that wait for the screen. Guarded by the
+// window's lock.
+
+#include <Region.h>
+
+#include <cstdlib>
+#include <memory>
+
+#include <server/screen/Display.h>
+#include <server/screen/Surface.h>
+
+class BView;
+class BWindow;
+
+namespace BPrivate {
+
+class [[gnu::visibility("hidden")]] Canvas {
+public:
+    // A back buffer for `window`, without pixels until Resize(), presented through `display`.
+    Canvas(BWindow* window, server::Window* display);
+    // Draws into the bits of a bitmap; nothing is presented and no view is asked to Draw().
+    Canvas(BWindow* window, const server::Surface& bitmap);
+    ~Canvas();
+    Canvas(const Canvas&) = delete;
+    Canvas& operator=(const Canvas&) = delete;
+
+    server::Surface& Pixels() { return fSurface; }
+    bool IsOffscreen() const { return fOffscreen; }
+
+    // New size in pixels; what is kept of the picture stays, the rest is invalid. False, and
+    // nothing changed, when memory runs out or the size is no size.
+    bool Resize(int32 width, int32 height);
+
+    // Joins to the region that waits for Draw() and wakes the window. Window coordinates.
+    void Invalidate(const clipping_rect& rect);
+    void Invalidate(const BRegion& region);
+    const BRegion& Invalid() const { return fInvalid; }
+    // What waits for Draw() inside `area` moves along with the pixels there.
+    void MoveInvalid(const clipping_rect& area, int32 dx, int32 dy);
+    // Runs the update: background and Draw() of every view that the invalid region touches,
+    // parents first. Called by the window for its _UPDATE_ message and by UpdateIfNeeded().
+    void Update(BView* top);
+
+    // Pixels changed: they wait for the screen. Wakes the window for the first of them.
+    void Touched(const clipping_rect& box)
+    {
+        if (box.left < fDirty.left || box.top < fDirty.top || box.right > fDirty.right ||
+            box.bottom > fDirty.bottom)
+            _GrowDirty(box);
+    }
+    // Hands what waits over to the screen if a display frame has passed since the last time (or
+    // `force`). `next_us` is when to come again: a system_time(), B_INFINITE_TIMEOUT if nothing
+    // waits. Null is allowed.
+    void Present(bool force, bigtime_t* next_us);
+    bool NeedsPresent() const { return fDisplay != nullptr && fDirty.right >= fDirty.left; }
+
+    // Changes whenever tree, frames, visibility or update change what views may draw on; never 0.
+    const uint32* Generation() const { return &fGeneration; }
+    void NextGeneration()
+    {
+        if (++fGeneration == 0)
+            fGeneration = 1;
+    }
+    // Drawing is limited to this region; null outside of an update.
+    const BRegion* UpdateRegion() const { return fUpdate; }
+
+private:
+    struct FreeBuffer {
+        void operator()(uint8* buffer) const { std::free(buffer); }
+    };
+
+    void _KeepInvalidSimple();
+    void _GrowDirty(const clipping_rect& box);
+    void _DrawView(BView* view);
+    void _DrawBackground(BView* view, const BRegion& dirty);
+    void _Clear(const clipping_rect& rect);
+    clipping_rect _Bounds() const { return {0, 0, fSurface.width - 1, fSurface.height - 1}; }
+
+    BWindow* const fWindow;
+    server::Window* const fDisplay;  // null too when the screen took no more windows
+    const bool fOffscreen;
+    server::Surface fSurface;
+    uint32 fGeneration = 1;
+    clipping_rect fDirty = {0, 0, -1, -1};  // offscreen: everything, so that no box is outside
+    std::unique_ptr<uint8[], FreeBuffer> fBuffer;
+    int32 fCapacityWidth = 0;   // pixels that a row of the buffer has room for
+    int32 fCapacityHeight = 0;  // rows
+    BRegion fInvalid;
+    const BRegion* fUpdate = nullptr;
+    bigtime_t fLastPresent = 0;
+};
+
+}  // namespace BPrivate
+
+#endif  // INTERFACE_CANVAS_H

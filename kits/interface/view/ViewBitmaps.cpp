@@ -1,0 +1,192 @@
+// Drawing calls of views that take their pixels from somewhere: bitmaps, and the view itself.
+
+#include <View.h>
+
+#include <Bitmap.h>
+
+#include <interface/drawing/BitmapSurface.h>
+#include <interface/view/ViewPrivate.h>
+#include <server/painter/PainterPaths.h>
+
+#include <algorithm>
+#include <cmath>
+
+using BPrivate::PictureOp;
+using BPrivate::ViewData;
+
+static const double kMostTiles = 1 << 24;  // as many as a large screen has pixels
+
+static clipping_rect pixels_of(const BRect& rect)
+{
+    const double limit = 1 << 29;
+    auto at = [&](float value) {
+        return std::isnan(value) ? 0 : int32(std::clamp(std::floor(double(value)), -limit, limit));
+    };
+    return {at(rect.left), at(rect.top), at(rect.right), at(rect.bottom)};
+}
+
+static BRect to_rect(const clipping_rect& rect)
+{
+    return BRect(rect.left, rect.top, rect.right, rect.bottom);
+}
+
+void BView::CopyBits(BRect src, BRect dst)
+{
+    ViewData& data = *fData;
+    if (!data.Begin(PictureOp::CopyBits, src, dst) || !src.IsValid() || !dst.IsValid())
+        return;
+    const clipping_rect source = pixels_of(data.MapPixels(src));
+    const clipping_rect target = pixels_of(data.MapPixels(dst));
+    const int32 dx = target.left - source.left, dy = target.top - source.top;
+    if (source.right + dx == target.right && source.bottom + dy == target.bottom) {
+        data.Touched(server::CopyRect(data.target, to_rect(source),
+                                      BPoint(target.left, target.top)));
+    } else {
+        // Another size: by way of a copy, since the two may overlap.
+        const server::Surface& pixels = *data.target.surface;
+        const clipping_rect held =
+            BPrivate::intersection(source, {0, 0, pixels.width - 1, pixels.height - 1});
+        if (BPrivate::empty(held))
+            return;
+        BBitmap copy(BRect(0, 0, held.right - held.left, held.bottom - held.top), 0, B_RGBA32);
+        if (!copy.IsValid())
+            return;
+        const int32 width = held.right - held.left + 1;
+        auto* row = static_cast<uint8*>(copy.Bits());
+        for (int32 y = held.top; y <= held.bottom; y++, row += copy.BytesPerRow())
+            server::read_pixels(pixels, held.left, y, width, reinterpret_cast<uint32*>(row));
+        server::Paint paint;
+        data.Touched(server::DrawBitmap(data.target, paint, BPrivate::surface_of(copy),
+                                        to_rect(BPrivate::moved(source, -held.left, -held.top)),
+                                        to_rect(target), 0));
+    }
+    if (data.canvas->IsOffscreen())
+        return;
+    // What does not show, or waits to be drawn itself, left no picture to copy.
+    BRegion missing(to_rect(source));
+    missing.Exclude(&data.OwnVisible());
+    BRegion waiting(to_rect(source));
+    waiting.IntersectWith(&data.canvas->Invalid());
+    missing.Include(&waiting);
+    missing.OffsetBy(dx, dy);
+    BRegion reached(to_rect(target));
+    reached.IntersectWith(&data.OwnVisible());
+    missing.IntersectWith(&reached);
+    data.canvas->Invalidate(missing);
+}
+
+void BView::DrawBitmapAsync(const BBitmap* aBitmap, BRect bitmapRect, BRect viewRect,
+                            uint32 options)
+{
+    ViewData& data = *fData;
+    if (aBitmap == nullptr || !aBitmap->IsValid())
+        return;
+    if ((options & B_TILE_BITMAP) == B_TILE_BITMAP) {
+        DrawTiledBitmapAsync(aBitmap, viewRect);
+        return;
+    }
+    if (data.recording != nullptr) {
+        data.recording->AddBitmap(PictureOp::DrawBitmap, *aBitmap, bitmapRect, viewRect, options);
+        return;
+    }
+    if (!data.Ready() && !data.MakeReady())
+        return;
+    data.Touched(server::DrawBitmap(data.target, data.state.paint, BPrivate::surface_of(*aBitmap),
+                                    bitmapRect.OffsetByCopy(-aBitmap->Bounds().LeftTop()),
+                                    data.MapPixels(viewRect), options));
+}
+
+void BView::DrawBitmapAsync(const BBitmap* aBitmap, BRect bitmapRect, BRect viewRect)
+{
+    DrawBitmapAsync(aBitmap, bitmapRect, viewRect, 0);
+}
+
+void BView::DrawBitmapAsync(const BBitmap* aBitmap, BRect viewRect)
+{
+    if (aBitmap != nullptr)
+        DrawBitmapAsync(aBitmap, aBitmap->Bounds(), viewRect, 0);
+}
+
+void BView::DrawBitmapAsync(const BBitmap* aBitmap, BPoint where)
+{
+    if (aBitmap != nullptr)
+        DrawBitmapAsync(aBitmap, aBitmap->Bounds().OffsetToCopy(where));
+}
+
+void BView::DrawBitmapAsync(const BBitmap* aBitmap)
+{
+    DrawBitmapAsync(aBitmap, fData->state.pen);
+}
+
+void BView::DrawBitmap(const BBitmap* aBitmap, BRect bitmapRect, BRect viewRect, uint32 options)
+{
+    DrawBitmapAsync(aBitmap, bitmapRect, viewRect, options);
+}
+
+void BView::DrawBitmap(const BBitmap* aBitmap, BRect bitmapRect, BRect viewRect)
+{
+    DrawBitmapAsync(aBitmap, bitmapRect, viewRect, 0);
+}
+
+void BView::DrawBitmap(const BBitmap* aBitmap, BRect viewRect)
+{
+    DrawBitmapAsync(aBitmap, viewRect);
+}
+
+void BView::DrawBitmap(const BBitmap* aBitmap, BPoint where)
+{
+    DrawBitmapAsync(aBitmap, where);
+}
+
+void BView::DrawBitmap(const BBitmap* aBitmap)
+{
+    DrawBitmapAsync(aBitmap);
+}
+
+// Where the tile begins that holds `from`, of those that start at `origin` less the phase.
+static double first_tile(float origin, float phase, float from, double size)
+{
+    const double inside = std::fmod(double(from) - (double(origin) - double(phase)), size);
+    return double(from) - (inside < 0 ? inside + size : inside);
+}
+
+void BView::DrawTiledBitmapAsync(const BBitmap* aBitmap, BRect viewRect, BPoint phase)
+{
+    ViewData& data = *fData;
+    if (aBitmap == nullptr || !aBitmap->IsValid())
+        return;
+    if (data.recording != nullptr) {
+        // As one call, with the phase where the part of the bitmap stands otherwise.
+        data.recording->AddBitmap(PictureOp::DrawBitmap, *aBitmap, BRect(phase, phase), viewRect,
+                                  B_TILE_BITMAP);
+        return;
+    }
+    if (!data.Ready() && !data.MakeReady())
+        return;
+    // Only tiles that can show.
+    const clipping_rect& shown = data.target.bounds;
+    const BRect area = viewRect & BRect(data.Unmap(BPoint(shown.left, shown.top)),
+                                        data.Unmap(BPoint(shown.right, shown.bottom)));
+    const BRect bounds = aBitmap->Bounds();
+    const double width = double(bounds.Width()) + 1, height = double(bounds.Height()) + 1;
+    const double left = first_tile(viewRect.left, phase.x, area.left, width);
+    const double top = first_tile(viewRect.top, phase.y, area.top, height);
+    const double count = ((area.right - left) / width + 1) * ((area.bottom - top) / height + 1);
+    // Also false for what is no number.
+    if (!area.IsValid() || !(count <= kMostTiles))
+        return;
+    for (double y = top; y <= area.bottom; y += height) {
+        for (double x = left; x <= area.right; x += width) {
+            const BRect whole(float(x), float(y), float(x + width - 1), float(y + height - 1));
+            const BRect tile = whole & viewRect;
+            DrawBitmapAsync(aBitmap,
+                            tile.OffsetByCopy(bounds.left - whole.left, bounds.top - whole.top),
+                            tile, 0);
+        }
+    }
+}
+
+void BView::DrawTiledBitmap(const BBitmap* aBitmap, BRect viewRect, BPoint phase)
+{
+    DrawTiledBitmapAsync(aBitmap, viewRect, phase);
+}

@@ -1,0 +1,151 @@
+// Preferred sizes, and the calls of a layout system, which this host's views take no part in: sizes
+// are kept and told, and move nothing.
+
+#include <View.h>
+
+#include <interface/view/ViewPrivate.h>
+
+void BView::GetPreferredSize(float* _width, float* _height)
+{
+    if (_width != nullptr)
+        *_width = fData->bounds.Width();
+    if (_height != nullptr)
+        *_height = fData->bounds.Height();
+}
+
+void BView::ResizeToPreferred()
+{
+    float width = 0, height = 0;
+    GetPreferredSize(&width, &height);
+    ResizeTo(width, height);
+}
+
+// `set` where it has a value, else `otherwise`.
+static BSize chosen(BSize set, BSize otherwise)
+{
+    return BSize(set.IsWidthSet() ? set.width : otherwise.width,
+                 set.IsHeightSet() ? set.height : otherwise.height);
+}
+
+BSize BView::MinSize()
+{
+    float width = 0, height = 0;
+    GetPreferredSize(&width, &height);
+    return chosen(fData->minSize, BSize(width, height));
+}
+
+BSize BView::MaxSize()
+{
+    return chosen(fData->maxSize, BSize(B_SIZE_UNLIMITED, B_SIZE_UNLIMITED));
+}
+
+BSize BView::PreferredSize()
+{
+    float width = 0, height = 0;
+    GetPreferredSize(&width, &height);
+    return chosen(fData->preferredSize, BSize(width, height));
+}
+
+BAlignment BView::LayoutAlignment()
+{
+    return fData->alignment;
+}
+
+void BView::SetExplicitMinSize(BSize size)
+{
+    fData->minSize = size;
+}
+
+void BView::SetExplicitMaxSize(BSize size)
+{
+    fData->maxSize = size;
+}
+
+void BView::SetExplicitPreferredSize(BSize size)
+{
+    fData->preferredSize = size;
+}
+
+void BView::SetExplicitSize(BSize size)
+{
+    fData->minSize = fData->maxSize = fData->preferredSize = size;
+}
+
+void BView::SetExplicitAlignment(BAlignment alignment)
+{
+    fData->alignment = alignment;
+}
+
+BSize BView::ExplicitMinSize() const
+{
+    return fData->minSize;
+}
+
+BSize BView::ExplicitMaxSize() const
+{
+    return fData->maxSize;
+}
+
+BSize BView::ExplicitPreferredSize() const
+{
+    return fData->preferredSize;
+}
+
+BAlignment BView::ExplicitAlignment() const
+{
+    return fData->alignment;
+}
+
+bool BView::HasHeightForWidth()
+{
+    return false;
+}
+
+void BView::GetHeightForWidth(float, float* min, float* max, float* preferred)
+{
+    if (min != nullptr)
+        *min = MinSize().height;
+    if (max != nullptr)
+        *max = MaxSize().height;
+    if (preferred != nullptr)
+        *preferred = PreferredSize().height;
+}
+
+void BView::SetLayout(BLayout* layout)
+{
+    fData->layout = layout;
+}
+
+BLayout* BView::GetLayout() const
+{
+    return fData->layout;
+}
+
+void BView::EnableLayoutInvalidation()
+{
+    if (fData->layoutDisabled > 0)
+        fData->layoutDisabled--;
+}
+
+void BView::DisableLayoutInvalidation()
+{
+    fData->layoutDisabled++;
+}
+
+bool BView::IsLayoutInvalidationDisabled()
+{
+    return fData->layoutDisabled > 0;
+}
+
+bool BView::IsLayoutValid() const
+{
+    return true;
+}
+
+void BView::InvalidateLayout(bool) {}
+void BView::ResetLayoutInvalidation() {}
+void BView::Layout(bool) {}
+void BView::Relayout() {}
+void BView::LayoutInvalidated(bool) {}
+void BView::DoLayout() {}
+void BView::LayoutChanged() {}

@@ -1,0 +1,226 @@
+#ifndef INTERFACE_WINDOW_PRIVATE_H
+#define INTERFACE_WINDOW_PRIVATE_H
+
+// What a BWindow holds, and the way of the server's events into its queue.
+
+#include <AppDefs.h>
+#include <Message.h>
+#include <Messenger.h>
+#include <Rect.h>
+#include <String.h>
+#include <Window.h>
+
+#include <atomic>
+#include <deque>
+#include <map>
+#include <memory>
+#include <mutex>
+#include <utility>
+#include <vector>
+
+#include <interface/view/Canvas.h>
+#include <server/screen/Display.h>
+
+class BBitmap;
+class BButton;
+class BLayout;
+class BMenuBar;
+class BView;
+
+namespace BPrivate __attribute__((visibility("hidden"))) {
+
+const uint32 kUpdateMessage = '_UPD';
+
+// The move at the end of a window's queue, as long as a newer one may still take its place.
+struct OpenMove {
+    std::mutex lock;
+    class InputMessage* message = nullptr;
+};
+
+// An event of keyboard or pointer on its way through the queue. Its targets are found when it is
+// its turn, so the fields hold places in the window until then.
+class [[gnu::visibility("hidden")]] InputMessage : public BMessage {
+public:
+    using Dragged = std::shared_ptr<const BMessage>;
+
+    // `isOutside`: the window sees it only because a button is held. `dragged` may be null.
+    InputMessage(const server::Event& event, bool isOutside, const Dragged& dragged,
+                 const std::shared_ptr<OpenMove>& open);
+    virtual ~InputMessage();
+
+    // No newer event takes its place from here on.
+    const server::Event& Close();
+    bool IsOutside() const { return fIsOutside; }
+
+    // Under the lock of the open move.
+    bool CanBecome(const server::Event& event, bool isOutside, const Dragged& dragged) const;
+    void Replace(const server::Event& event);
+
+private:
+    void _Fill();
+
+    server::Event fEvent;
+    Dragged fDragged;
+    std::shared_ptr<OpenMove> fOpen;
+    bool fIsOutside;
+    bool fIsStale = false;
+};
+
+// Tells the screen's answer to a change of our own from a change made by somebody else.
+template <class Value>
+class EchoFilter {
+public:
+    // The value from the start, which nobody asked for.
+    void Start(Value value) { fNewest = value; }
+    void Asked(Value value)
+    {
+        fNewest = value;
+        fAsked.push_back({value, system_time()});
+    }
+    // True if the program knows of `value` already, or has asked for another one since.
+    bool IsEcho(Value value)
+    {
+        while (!fAsked.empty() && system_time() - fAsked.front().second > kPatience_us)
+            fAsked.pop_front();
+        for (size_t i = 0; i < fAsked.size(); i++) {
+            if (fAsked[i].first == value) {
+                fAsked.erase(fAsked.begin(), fAsked.begin() + i + 1);
+                return true;
+            }
+        }
+        if (value == fNewest)
+            return true;
+        fNewest = value;
+        return false;
+    }
+
+private:
+    static constexpr bigtime_t kPatience_us = 2000000;  // a change the screen never answered
+
+    Value fNewest{};
+    std::deque<std::pair<Value, bigtime_t>> fAsked;
+};
+
+struct WindowStyle {
+    window_look look;
+    window_feel feel;
+};
+
+struct [[gnu::visibility("hidden")]] Shortcut {
+    enum class To { Window, Focus, Target, Close, Application };
+    To to = To::Window;
+    BMessenger target;
+    std::unique_ptr<BMessage> message;
+};
+using ShortcutKey = std::pair<uint32, uint32>;  // key in lower case, modifiers
+
+// A view that wants events which are not meant for it.
+struct EventListener {
+    BView* view = nullptr;
+    uint32 mask = 0;
+    uint32 options = 0;
+    uint32 mouseMask = 0;  // until the last button is up
+    uint32 mouseOptions = 0;
+};
+
+// Guarded by the window's lock, but for what says otherwise.
+struct [[gnu::visibility("hidden")]] WindowData : public server::EventSink {
+    explicit WindowData(BWindow* window);
+    virtual ~WindowData();
+
+    void Deliver(const server::Event& event) override;
+
+    // Queue a message of the system; any thread.
+    void Post(std::unique_ptr<BMessage> message);
+    void Post(uint32 what) { Post(std::make_unique<BMessage>(what)); }
+    void PostMoved(BPoint place, bigtime_t when);
+    void PostResized(float width, float height, bigtime_t when);
+    void PostInput(const server::Event& event, bool isOutside,
+                   const InputMessage::Dragged& dragged = nullptr);
+
+    bool Holds(const BView* view) const;
+    // The view that gets the pointer until the last button is up; null if none.
+    BView* MouseHolder() const;
+    void EndMouseMasks();
+    EventListener& Listener(BView* view);
+    void ListenersChanged();
+
+    BWindow* const window;
+    bool offscreen = false;             // carries a bitmap's views
+    server::Window* display = nullptr;  // null if offscreen, or if the screen took no more
+    std::unique_ptr<Canvas> canvas;
+    BView* topView = nullptr;
+
+    mutable std::mutex stateLock;  // frame, echo filters and title; a leaf
+    BRect frame;
+    EchoFilter<BPoint> moves;
+    EchoFilter<std::pair<float, float>> sizes;
+    BString title;
+
+    std::atomic<window_look> look{B_TITLED_WINDOW_LOOK};
+    std::atomic<window_feel> feel{B_NORMAL_WINDOW_FEEL};
+    std::atomic<uint32> flags{0};
+    std::atomic<uint32> workspaces{0};
+    float minWidth = 0, maxWidth = 32768, minHeight = 0, maxHeight = 32768;
+    float maxZoomWidth = 32768, maxZoomHeight = 32768;
+    BRect frameBeforeZoom;
+    BRect zoomedFrame;
+    std::atomic<int32> hideLevel{1};  // 0: visible
+    std::atomic<bool> minimized{false};         // as the program knows it
+    std::atomic<bool> screenMinimized{false};   // as the screen has it
+    std::atomic<bool> active{false};
+    bool screenActive = false;       // under the lock of count_active()
+
+    // Update cycle.
+    std::atomic<bool> updatePosted{false};  // or waiting for nextUpdate
+    bool updateDelayed = false;
+    bigtime_t nextUpdate = 0;  // the views draw at most once a display frame
+    int32 updatesDisabled = 0;
+    int32 transactions = 0;
+
+    bigtime_t pulseRate = 500000;
+    bigtime_t nextPulse = B_INFINITE_TIMEOUT;
+    bool pulsePosted = false;
+
+    // Input. The views here are forgotten as they leave the window.
+    std::shared_ptr<OpenMove> openMove;
+    BMessage* delivering = nullptr;  // of which copies are being dispatched; goes with the window
+    std::atomic<bool> wantsHistory{false};
+    BView* focus = nullptr;
+    BView* mouseView = nullptr;      // got ENTERED last, and not EXITED
+    bool hasCursor = false;          // the display shows that of a view
+    BView* clickView = nullptr;      // of the last press
+    int32 clicksBefore = 0;          // of a run, at other views
+    BPoint pointer;                  // as of the last event handled
+    int32 buttons = 0;
+    std::vector<EventListener> listeners;
+
+    std::map<ShortcutKey, Shortcut> shortcuts;
+    BButton* defaultButton = nullptr;  // only compared with the views that are there
+    BMenuBar* keyMenuBar = nullptr;
+    BLayout* layout = nullptr;
+    int32 alignment[9] = {};  // mode, then SetWindowAlignment()'s numbers in order
+    std::vector<BWindow*> subset;      // only compared
+    BMessage decorator;
+
+private:
+    void _DeliverWindowEvent(const server::Event& event);
+    void _ScreenMoved(const server::Event& event);
+    void _ScreenResized(const server::Event& event);
+};
+
+// The screen's word on whether a window is active, which counts for the application's.
+void count_active(WindowData* window, bool active);
+// Sends B_APP_ACTIVATED if the first window of the application became active, or the last one no
+// longer is.
+void tell_application();
+
+WindowStyle style_of_type(window_type type);
+// A frame of whole pixels, not too far away and not too large.
+BRect window_frame(BRect frame);
+// The set of workspaces that a program's word stands for.
+uint32 real_workspaces(uint32 workspaces);
+
+}  // namespace BPrivate
+
+#endif  // INTERFACE_WINDOW_PRIVATE_H

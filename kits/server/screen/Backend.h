@@ -1,0 +1,42 @@
+#ifndef SERVER_BACKEND_H
+#define SERVER_BACKEND_H
+
+// What the two displays do each in its own way. Unless it says otherwise a function is called with
+// the stage locked and must not wait.
+
+#include <server/clipboard/Clipboard.h>
+#include <server/screen/Display.h>
+
+namespace server {
+
+class ScreenWindow;
+
+class Backend {
+public:
+    virtual ScreenWindow* Create(const WindowSpec& spec, EventSink* sink) = 0;
+    virtual BRect ScreenFrame() const = 0;
+    virtual bigtime_t FrameInterval() const = 0;
+    virtual void SetPointer(BPoint where) = 0;
+    virtual int32 CountWorkspaces() = 0;
+    virtual int32 CurrentWorkspace() = 0;
+    virtual void ActivateWorkspace(int32 workspace) = 0;
+    virtual void SetWorkspaceCount(int32 count) = 0;
+    // The cursor of the application, or of no window at all, changed.
+    virtual void UpdateCursors() = 0;
+    // Not locked.
+    virtual std::shared_ptr<Clipboard> SystemClipboard() = 0;
+    // Ends threads and native windows; not locked, waits. Deletes itself.
+    virtual void Shutdown() = 0;
+
+protected:
+    virtual ~Backend() = default;
+};
+
+// A display in memory: no thread, no native windows.
+Backend* make_memory_display();
+// Qt's display, with the server's thread running. Null when no display can be reached.
+Backend* make_qt_display();
+
+}  // namespace server
+
+#endif  // SERVER_BACKEND_H

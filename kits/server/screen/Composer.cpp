@@ -1,0 +1,187 @@
+// The picture of the screen: windows in stacking order with their decoration.
+
+#include "server/screen/Composer.h"
+
+#include <QImage>
+
+#include <algorithm>
+#include <cstdlib>
+
+#include "server/text/Fonts.h"
+#include "server/screen/ScreenWindow.h"
+#include "server/screen/Stage.h"
+
+namespace server {
+
+namespace {
+
+uint32 sDesktop = 0xff336698;  // stage locked
+
+const int32 kBoxSize = 13;  // close and zoom boxes in the tab
+
+// Fills and frames in a picture of the screen whose first pixel is somewhere on it.
+class Screenshot {
+public:
+    Screenshot(const Surface& target, BPoint leftTop)
+        : fTarget(target), fLeft(int32(leftTop.x)), fTop(int32(leftTop.y)) {}
+
+    void Fill(clipping_rect rect, uint32 color)
+    {
+        rect.left = std::max(rect.left - fLeft, 0);
+        rect.top = std::max(rect.top - fTop, 0);
+        rect.right = std::min(rect.right - fLeft, fTarget.width - 1);
+        rect.bottom = std::min(rect.bottom - fTop, fTarget.height - 1);
+        if (rect.right < rect.left)
+            return;
+        for (int32 y = rect.top; y <= rect.bottom; y++) {
+            uint8* bits = fTarget.bits + ptrdiff_t(y) * fTarget.bytesPerRow;
+            auto* row = reinterpret_cast<uint32*>(bits);
+            std::fill(row + rect.left, row + rect.right + 1, color);
+        }
+    }
+
+    // One pixel wide: light above and on the left, dark below and on the right.
+    void Bevel(const clipping_rect& r, uint32 light, uint32 dark)
+    {
+        Fill({r.left, r.top, r.right, r.top}, light);
+        Fill({r.left, r.top, r.left, r.bottom}, light);
+        Fill({r.left, r.bottom, r.right, r.bottom}, dark);
+        Fill({r.right, r.top, r.right, r.bottom}, dark);
+    }
+
+    void Title(const std::string& text, const clipping_rect& room, uint32 background);
+    void Content(ScreenWindow& window);
+
+private:
+    Surface fTarget;
+    int32 fLeft, fTop;
+};
+
+rgb_color rgb_of(uint32 color)
+{
+    return {uint8(color >> 16), uint8(color >> 8), uint8(color), 255};
+}
+
+FontSpec title_font()
+{
+    FontSpec font;
+    font.face = B_BOLD_FACE;
+    return font;
+}
+
+void Screenshot::Title(const std::string& text, const clipping_rect& room, uint32 background)
+{
+    Target target;
+    target.surface = &fTarget;
+    target.bounds = {std::max(room.left - fLeft, 0), std::max(room.top - fTop, 0),
+                     std::min(room.right - fLeft, fTarget.width - 1),
+                     std::min(room.bottom - fTop, fTarget.height - 1)};
+    if (target.bounds.right < target.bounds.left || target.bounds.bottom < target.bounds.top)
+        return;
+    target.clip = &target.bounds;
+    target.count = 1;
+    Paint paint;
+    paint.mode = B_OP_OVER;
+    paint.low = rgb_of(background);
+    BPoint pen(float(room.left - fLeft), float(room.bottom - fTop - 5));
+    DrawString(target, paint, title_font(), text.data(), int32(text.size()), nullptr, &pen);
+}
+
+void Screenshot::Content(ScreenWindow& window)
+{
+    BRect frame = window.Frame();
+    window.Pixels().Draw({0, 0, int32(frame.Width()), int32(frame.Height())}, fTarget,
+                         int32(frame.left) - fLeft, int32(frame.top) - fTop);
+}
+
+// How far the tab reaches to the right of the window's left side.
+int32 tab_width(const ScreenWindow& window, int32 whole)
+{
+    const std::string& title = window.Title();
+    float text = StringWidth(title_font(), title.data(), int32(title.size()), nullptr);
+    return std::min(whole, int32(text) + 2 * kBoxSize + 32);
+}
+
+void draw_window(Screenshot& shot, ScreenWindow& window, bool active)
+{
+    BRect outer = window.OuterFrame();
+    BRect content = window.Frame();
+    int32 left = int32(outer.left), top = int32(outer.top);
+    int32 right = int32(outer.right), bottom = int32(outer.bottom);
+    int32 side = int32(content.left) - left;
+    int32 edge = int32(content.top) - side;  // where the border starts below the tab
+    if (side > 0) {
+        clipping_rect border = {left, edge, right, bottom};
+        shot.Fill(border, active ? 0xffe0e0e0 : 0xffe8e8e8);
+        shot.Bevel(border, side > 1 ? 0xffb0b0b0 : 0xff606060, 0xff606060);
+        if (side > 2) {
+            shot.Bevel({left + 1, edge + 1, right - 1, bottom - 1}, 0xffffffff, 0xffa0a0a0);
+            shot.Bevel({left + side - 1, edge + side - 1, right - side + 1, bottom - side + 1},
+                         0xff909090, 0xffffffff);
+        }
+    }
+    if (edge > top) {
+        uint32 color = active ? 0xffffcb00 : 0xffe8e8e8;
+        clipping_rect tab = {left, top, left + tab_width(window, right - left), edge};
+        shot.Fill(tab, color);
+        shot.Bevel(tab, active ? 0xffb08c00 : 0xffb0b0b0, color);
+        shot.Bevel({tab.left + 1, tab.top + 1, tab.right - 1, tab.bottom},
+                     active ? 0xffffe88c : 0xffffffff, color);
+        shot.Fill({tab.right, tab.top, tab.right, tab.bottom}, 0xff707070);
+        int32 boxTop = top + (edge - top - kBoxSize) / 2 + 1;
+        uint32 dark = active ? 0xffa07800 : 0xff909090;
+        int32 textLeft = left + 7;
+        int32 textRight = tab.right - 6;
+        if ((window.Flags() & B_NOT_CLOSABLE) == 0) {
+            shot.Bevel({left + 5, boxTop, left + 4 + kBoxSize, boxTop + kBoxSize - 1}, dark, dark);
+            shot.Bevel({left + 6, boxTop + 1, left + 3 + kBoxSize, boxTop + kBoxSize - 2},
+                         0xfffff4c0, color);
+            textLeft += kBoxSize + 5;
+        }
+        if ((window.Flags() & B_NOT_ZOOMABLE) == 0) {
+            int32 x = tab.right - 5 - kBoxSize;
+            shot.Bevel({x + 4, boxTop + 4, x + kBoxSize - 1, boxTop + kBoxSize - 1}, dark, dark);
+            shot.Fill({x, boxTop, x + 7, boxTop + 7}, color);
+            shot.Bevel({x, boxTop, x + 7, boxTop + 7}, dark, dark);
+            textRight -= kBoxSize + 3;
+        }
+        shot.Title(window.Title(), {textLeft, top + 1, textRight, edge - 1}, color);
+    }
+    shot.Content(window);
+    if (window.Look() == B_DOCUMENT_WINDOW_LOOK && (window.Flags() & B_NOT_RESIZABLE) == 0) {
+        clipping_rect knob = {right - side - 13, bottom - side - 13, right - side, bottom - side};
+        shot.Fill(knob, 0xffe0e0e0);
+        shot.Bevel(knob, 0xff909090, 0xffffffff);
+    }
+}
+
+}  // namespace
+
+rgb_color desktop_color() { return rgb_of(sDesktop); }
+
+void set_desktop_color(rgb_color color)
+{
+    sDesktop = 0xff000000 | uint32(color.red) << 16 | uint32(color.green) << 8 | color.blue;
+}
+
+void compose(const Surface& target, BPoint leftTop)
+{
+    Screenshot shot(target, leftTop);
+    int32 left = int32(leftTop.x), top = int32(leftTop.y);
+    shot.Fill({left, top, left + target.width - 1, top + target.height - 1}, sDesktop);
+    for (ScreenWindow* window : stage().Windows()) {
+        if (stage().IsVisible(window))
+            draw_window(shot, *window, window == stage().Active());
+    }
+}
+
+status_t write_png(const char* path, const uint32* pixels, int32 width, int32 height)
+{
+    if (path == nullptr || width < 1 || height < 1)
+        return B_BAD_VALUE;
+    QImage image(reinterpret_cast<const uchar*>(pixels), width, height, width * 4,
+                 QImage::Format_RGB32);
+    return image.save(QString::fromLocal8Bit(path), "PNG") ? B_OK : B_ERROR;
+}
+
+}  // namespace server

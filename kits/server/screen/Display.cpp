@@ -1,0 +1,280 @@
+// Chooses the display on first use, and hands the calls of Display.h to it and to the stage.
+
+#include "server/screen/Display.h"
+
+#include <OS.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <mutex>
+#include <new>
+#include <utility>
+
+#include "app/CursorImage.h"
+#include "server/screen/Backend.h"
+#include "server/screen/Composer.h"
+#include "server/screen/ScreenWindow.h"
+#include "server/screen/Stage.h"
+
+namespace server {
+
+namespace {
+
+// Guards the choice alone; taken before the stage, never under it.
+std::mutex& choice_mutex()
+{
+    static auto* mutex = new std::mutex;
+    return *mutex;
+}
+
+Backend* sBackend;  // choice_mutex
+
+bool has_display()
+{
+    for (const char* name : {"DISPLAY", "WAYLAND_DISPLAY"}) {
+        const char* value = getenv(name);
+        if (value != nullptr && value[0] != '\0')
+            return true;
+    }
+    return false;
+}
+
+Backend* chosen_backend()  // choice_mutex
+{
+    if (sBackend == nullptr && has_display()) {
+        sBackend = make_qt_display();
+        if (sBackend == nullptr)
+            fputs("cannot reach the display: windows stay in memory\n", stderr);
+    }
+    if (sBackend == nullptr)
+        sBackend = make_memory_display();
+    return sBackend;
+}
+
+Backend* backend()
+{
+    std::lock_guard guard(choice_mutex());
+    return chosen_backend();
+}
+
+}  // namespace
+
+Window* Window::Create(const WindowSpec& spec, EventSink* sink)
+{
+    Backend* display = backend();
+    StageLock lock;
+    return display->Create(spec, sink);
+}
+
+BRect ScreenFrame()
+{
+    Backend* display = backend();
+    StageLock lock;
+    return display->ScreenFrame();
+}
+
+color_space ScreenSpace() { return B_RGBA32; }
+
+bigtime_t FrameInterval()
+{
+    Backend* display = backend();
+    StageLock lock;
+    return display->FrameInterval();
+}
+
+status_t SaveScreen(const char* pngPath)
+{
+    std::vector<uint32> pixels;
+    int32 width, height;
+    status_t status = ReadScreen(ScreenFrame(), &pixels, &width, &height);
+    return status == B_OK ? write_png(pngPath, pixels.data(), width, height) : status;
+}
+
+status_t ReadScreen(BRect rect, std::vector<uint32>* pixels, int32* width, int32* height)
+{
+    BRect screen = ScreenFrame();
+    rect = rect & screen;
+    if (!rect.IsValid())
+        return B_BAD_VALUE;
+    *width = rect.IntegerWidth() + 1;
+    *height = rect.IntegerHeight() + 1;
+    try {
+        pixels->resize(static_cast<size_t>(*width) * *height);
+    } catch (const std::bad_alloc&) {
+        return B_NO_MEMORY;
+    }
+    Surface target;
+    target.bits = reinterpret_cast<uint8*>(pixels->data());
+    target.width = *width;
+    target.height = *height;
+    target.bytesPerRow = *width * 4;
+    StageLock lock;
+    compose(target, rect.LeftTop());
+    return B_OK;
+}
+
+void PointerState(BPoint* screenWhere, uint32* buttons, uint32* presses)
+{
+    StageLock lock;
+    *screenWhere = stage().Pointer();
+    *buttons = static_cast<uint32>(stage().Buttons());
+    if (presses != nullptr)
+        *presses = stage().CountPresses();
+}
+
+int32 Modifiers()
+{
+    StageLock lock;
+    return stage().Keys().Modifiers();
+}
+
+void KeyStates(uint8 states[16])
+{
+    StageLock lock;
+    for (int32 i = 0; i < 16; i++)
+        states[i] = stage().Keys().States()[i];
+}
+
+void SetPointer(BPoint screenWhere)
+{
+    Backend* display = backend();
+    StageLock lock;
+    display->SetPointer(screenWhere);
+}
+
+bigtime_t ClickSpeed()
+{
+    StageLock lock;
+    return stage().clickSpeed;
+}
+
+void SetClickSpeed(bigtime_t speed)
+{
+    StageLock lock;
+    stage().clickSpeed = speed;
+}
+
+EventSink* SinkAt(BPoint screenWhere, BPoint* where)
+{
+    StageLock lock;
+    ScreenWindow* window = stage().ContentAt(screenWhere);
+    if (window == nullptr)
+        return nullptr;
+    if (where != nullptr)
+        *where = screenWhere - window->Frame().LeftTop();
+    return window->Sink();
+}
+
+int32 CountWorkspaces()
+{
+    Backend* display = backend();
+    StageLock lock;
+    return display->CountWorkspaces();
+}
+
+int32 CurrentWorkspace()
+{
+    Backend* display = backend();
+    StageLock lock;
+    return display->CurrentWorkspace();
+}
+
+void ActivateWorkspace(int32 workspace)
+{
+    Backend* display = backend();
+    StageLock lock;
+    display->ActivateWorkspace(workspace);
+}
+
+void SetWorkspaceCount(int32 count)
+{
+    Backend* display = backend();
+    StageLock lock;
+    display->SetWorkspaceCount(count);
+}
+
+rgb_color DesktopColor()
+{
+    StageLock lock;
+    return desktop_color();
+}
+
+void SetDesktopColor(rgb_color color)
+{
+    StageLock lock;
+    set_desktop_color(color);
+}
+
+void SetLocks(uint32 modifiers)
+{
+    StageLock lock;
+    stage().SyncModifiers(modifiers, B_CAPS_LOCK | B_NUM_LOCK | B_SCROLL_LOCK);
+}
+
+bigtime_t IdleTime()
+{
+    StageLock lock;
+    return system_time() - stage().LastInput();
+}
+
+bool AcceptsFirstClick()
+{
+    StageLock lock;
+    return stage().acceptsFirstClick;
+}
+
+void SetAcceptsFirstClick(bool accept)
+{
+    StageLock lock;
+    stage().acceptsFirstClick = accept;
+}
+
+void SetAppCursor(const BCursor* cursor)
+{
+    std::lock_guard guard(choice_mutex());
+    StageLock lock;
+    stage().SetAppCursor(BPrivate::cursor_image(cursor));
+    if (sBackend != nullptr)
+        sBackend->UpdateCursors();
+}
+
+void SetCursorHidden(bool hidden)
+{
+    std::lock_guard guard(choice_mutex());
+    StageLock lock;
+    stage().SetCursorHidden(hidden);
+    if (sBackend != nullptr)
+        sBackend->UpdateCursors();
+}
+
+void ObscureCursor()
+{
+    std::lock_guard guard(choice_mutex());
+    StageLock lock;
+    stage().ObscureCursor();
+    if (sBackend != nullptr)
+        sBackend->UpdateCursors();
+}
+
+std::shared_ptr<Clipboard> SystemClipboard()
+{
+    std::lock_guard guard(choice_mutex());
+    return chosen_backend()->SystemClipboard();
+}
+
+void Shutdown()
+{
+    // Threads may still be inside a call of a display that has ended, so it stays.
+    static auto* const ended = new std::vector<Backend*>;
+    Backend* display;
+    {
+        std::lock_guard guard(choice_mutex());
+        display = std::exchange(sBackend, nullptr);
+        if (display != nullptr)
+            ended->push_back(display);
+    }
+    if (display != nullptr)
+        display->Shutdown();
+}
+
+}  // namespace server

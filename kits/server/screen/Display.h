@@ -1,0 +1,180 @@
+#ifndef SERVER_DISPLAY_H
+#define SERVER_DISPLAY_H
+
+// The screen, its windows and its input. There are two displays: Qt's (an X server or Wayland) and
+// one in memory, taken when neither DISPLAY nor WAYLAND_DISPLAY is set. One server thread owns all
+// native windows. It never waits for a window's thread and never takes a window's lock; all
+// functions here may be called from any thread, with any window locked.
+
+#include <Cursor.h>
+#include <Point.h>
+#include <Rect.h>
+#include <Region.h>
+#include <Window.h>
+
+#include <string>
+#include <vector>
+
+#include <server/screen/Surface.h>
+
+namespace server {
+
+enum class EventKind : uint8 {
+    MouseDown,       // where, screenWhere, buttons (after the press), button, clicks, modifiers
+    MouseUp,         // where, screenWhere, buttons (still held), button, modifiers
+    MouseMoved,      // where, screenWhere, buttons, modifiers
+    MouseExited,     // the pointer left the window
+    MouseWheel,      // wheelX, wheelY (positive y: the content moves up), modifiers
+    KeyDown,         // key, rawChar, bytes (empty: no character), repeat, modifiers, states
+    KeyUp,           // the same without repeat
+    ModifiersChanged,  // modifiers, oldModifiers, states
+    CloseRequested,
+    Moved,           // frame: the content area, screen coordinates
+    Resized,         // frame
+    Activated,       // active
+    Minimized,       // active: true when minimised, false when restored
+    ZoomRequested,
+    ScreenChanged,   // frame: the screen
+    WorkspaceActivated,  // workspace, active
+    WorkspacesChanged,   // workspaces, oldWorkspaces
+    FilesDropped,    // paths, where, screenWhere, buttons, modifiers
+    TextDropped,     // text, where, screenWhere, buttons, modifiers
+};
+
+class EventSink;
+
+struct Event {
+    EventKind kind;
+    bigtime_t when = 0;   // system_time() base
+    BPoint where;         // in the window's content
+    BPoint screenWhere;
+    // Pointer events: the window of this process whose content is under the pointer (null for
+    // none), which is another one than the target while a button is held; and the place in it.
+    EventSink* under = nullptr;
+    BPoint underWhere;
+    int32 buttons = 0;
+    int32 button = 0;     // the one that changed
+    int32 clicks = 0;     // from 1; starts anew with another button, place, window or modifier
+    int32 modifiers = 0;
+    int32 oldModifiers = 0;
+    int32 key = 0;        // BeOS key code
+    int32 rawChar = 0;
+    int32 repeat = 0;     // 0 for the first, then from 2
+    uint8 states[16] = {};
+    char bytes[8] = {};   // UTF-8
+    int32 byteCount = 0;  // 1 also for Control with Space, whose byte is 0; 0: the key is unmapped
+    float wheelX = 0, wheelY = 0;
+    BRect frame;
+    bool active = false;
+    int32 workspace = 0;
+    uint32 workspaces = 0, oldWorkspaces = 0;
+    std::vector<std::string> paths;
+    std::string text;
+};
+
+// Where a window's events go. Called on the server's thread, or on the thread that injects input;
+// it may queue a message, and must not wait nor lock a window.
+class EventSink {
+public:
+    virtual void Deliver(const Event& event) = 0;
+
+protected:
+    ~EventSink() = default;
+};
+
+struct WindowSpec {
+    BRect frame;  // content area on the screen
+    std::string title;
+    window_look look = B_TITLED_WINDOW_LOOK;
+    window_feel feel = B_NORMAL_WINDOW_FEEL;
+    uint32 flags = 0;
+    uint32 workspaces = B_CURRENT_WORKSPACE;
+    float minWidth = 0, maxWidth = 32768, minHeight = 0, maxHeight = 32768;
+};
+
+// One window of the screen. The calls return at once; the server's thread carries them out in
+// order. Changes that the program asked for come back as events like the user's own.
+class Window {
+public:
+    // Null when the screen can not take another window. The window starts hidden.
+    static Window* Create(const WindowSpec& spec, EventSink* sink);
+    // No event reaches the sink once this returns. The object is gone.
+    virtual void Destroy() = 0;
+
+    virtual void Show() = 0;
+    virtual void Hide() = 0;
+    virtual void Minimize(bool minimize) = 0;
+    virtual void Activate(bool active) = 0;  // active false: behind all others
+    virtual void SendBehind(Window* other) = 0;  // null: to the back
+    virtual void MoveTo(BPoint leftTop) = 0;
+    virtual void ResizeTo(float width, float height) = 0;  // right-left, bottom-top
+    virtual void SetTitle(const std::string& title) = 0;
+    virtual void SetLook(window_look look) = 0;
+    virtual void SetFeel(window_feel feel) = 0;
+    virtual void SetFlags(uint32 flags) = 0;
+    virtual void SetSizeLimits(float minWidth, float maxWidth, float minHeight,
+                               float maxHeight) = 0;
+    virtual void SetWorkspaces(uint32 workspaces) = 0;
+    virtual void SetCursor(const BCursor* cursor) = 0;  // null: the default
+    // Hands finished pixels over: `rects` of `surface` (a B_RGBA32 back buffer of the window's
+    // size) are copied before the call returns, and reach the screen with its next frame.
+    virtual void Present(const Surface& surface, const clipping_rect* rects, int32 count) = 0;
+    // Size of title bar and borders as far as known: what the content's frame grows by.
+    virtual BRect DecoratorFrame(BRect content) const = 0;
+
+protected:
+    virtual ~Window() = default;
+};
+
+// Screen.
+BRect ScreenFrame();
+color_space ScreenSpace();
+bigtime_t FrameInterval();  // microseconds between two screen updates
+// All windows in stacking order over the desktop colour. Returns a PNG file's status.
+status_t SaveScreen(const char* pngPath);
+// Pixels of the screen or, on a real display, of our own windows: B_RGBA32, resized to `rect`.
+status_t ReadScreen(BRect rect, std::vector<uint32>* pixels, int32* width, int32* height);
+
+// Input as it is at this moment. The number of presses so far tells who looks from time to time of
+// those that came and went in between.
+void PointerState(BPoint* screenWhere, uint32* buttons, uint32* presses = nullptr);
+int32 Modifiers();
+void KeyStates(uint8 states[16]);
+void SetPointer(BPoint screenWhere);
+bigtime_t ClickSpeed();
+void SetClickSpeed(bigtime_t speed);
+
+// The window of this process under a place on the screen, null if none. Only to be compared or
+// used while the caller knows that the window lives.
+EventSink* SinkAt(BPoint screenWhere, BPoint* where);
+
+// Workspaces. The host's where it has some, else one; those in memory are four.
+int32 CountWorkspaces();
+int32 CurrentWorkspace();
+void ActivateWorkspace(int32 workspace);
+void SetWorkspaceCount(int32 count);
+
+// What lies behind the windows of the picture of the screen.
+rgb_color DesktopColor();
+void SetDesktopColor(rgb_color color);
+
+// Caps, Num and Scroll Lock.
+void SetLocks(uint32 modifiers);
+
+// Microseconds since the last input of any kind.
+bigtime_t IdleTime();
+
+// Whether a press that activates a window also reaches it; true from the start.
+bool AcceptsFirstClick();
+void SetAcceptsFirstClick(bool accept);
+
+void SetAppCursor(const BCursor* cursor);  // of all windows without a view cursor
+void SetCursorHidden(bool hidden);
+void ObscureCursor();  // hides it until the pointer moves
+
+// Ends the server's thread and closes what windows are left. Later calls do nothing.
+void Shutdown();
+
+}  // namespace server
+
+#endif  // SERVER_DISPLAY_H

@@ -1,0 +1,128 @@
+// A window's finished pixels: copied in by its thread, copied out by whoever feeds the screen.
+
+#include "server/screen/FrontBuffer.h"
+
+#include <algorithm>
+#include <cstring>
+#include <utility>
+
+namespace server {
+
+static const int32 kMaxSide = 32767;            // what an X server takes
+static const int64 kMaxPixels = int64(1) << 27;  // half a gigabyte
+static const uint32 kUnpainted = 0xffd8d8d8;     // the panel's grey
+static const size_t kMaxDirty = 16;              // more are joined to one
+
+static clipping_rect clip(const clipping_rect& rect, int32 width, int32 height)
+{
+    return {std::max(rect.left, 0), std::max(rect.top, 0), std::min(rect.right, width - 1),
+            std::min(rect.bottom, height - 1)};
+}
+
+static bool is_empty(const clipping_rect& rect)
+{
+    return rect.right < rect.left || rect.bottom < rect.top;
+}
+
+bool FrontBuffer::Resize(int32 width, int32 height)
+{
+    if (width < 1 || height < 1 || width > kMaxSide || height > kMaxSide ||
+        int64(width) * height > kMaxPixels)
+        return false;
+    std::lock_guard guard(fLock);
+    if (width == fWidth && height == fHeight)
+        return true;
+    // Zeroed lazily by the system: a large window costs what is painted of it.
+    std::unique_ptr<uint32, Free> pixels(
+        static_cast<uint32*>(calloc(static_cast<size_t>(width) * height, sizeof(uint32))));
+    if (pixels == nullptr)
+        return false;
+    int32 keptWidth = std::min(width, fWidth);
+    for (int32 y = 0; y < std::min(height, fHeight); y++) {
+        memcpy(pixels.get() + size_t(y) * width, fPixels.get() + size_t(y) * fWidth,
+               size_t(keptWidth) * sizeof(uint32));
+    }
+    fPixels = std::move(pixels);
+    fWidth = width;
+    fHeight = height;
+    fDirty.assign(1, {0, 0, width - 1, height - 1});
+    return true;
+}
+
+bool FrontBuffer::Copy(const Surface& surface, const clipping_rect* rects, int32 count)
+{
+    if (surface.bits == nullptr || rects == nullptr)
+        return false;
+    std::lock_guard guard(fLock);
+    bool wasClean = fDirty.empty();
+    int32 width = std::min(fWidth, surface.width);
+    int32 height = std::min(fHeight, surface.height);
+    for (int32 i = 0; i < count; i++) {
+        clipping_rect rect = clip(rects[i], width, height);
+        if (is_empty(rect))
+            continue;
+        int32 length = rect.right - rect.left + 1;
+        for (int32 y = rect.top; y <= rect.bottom; y++) {
+            auto* from = reinterpret_cast<const uint32*>(
+                surface.bits + ptrdiff_t(y) * surface.bytesPerRow) + rect.left;
+            uint32* to = fPixels.get() + size_t(y) * fWidth + rect.left;
+            for (int32 x = 0; x < length; x++)
+                to[x] = from[x] | 0xff000000;
+        }
+        _AddDirty(rect);
+    }
+    return wasClean && !fDirty.empty();
+}
+
+void FrontBuffer::Touch()
+{
+    std::lock_guard guard(fLock);
+    fDirty.assign(1, {0, 0, fWidth - 1, fHeight - 1});
+}
+
+std::vector<clipping_rect> FrontBuffer::TakeDirty()
+{
+    std::lock_guard guard(fLock);
+    return std::exchange(fDirty, {});
+}
+
+void FrontBuffer::Draw(const clipping_rect& wanted, const Surface& target, int32 x, int32 y)
+{
+    std::lock_guard guard(fLock);
+    clipping_rect rect = clip(wanted, fWidth, fHeight);
+    int32 dx = x - wanted.left;
+    int32 dy = y - wanted.top;
+    rect.left = std::max(rect.left, -dx);
+    rect.top = std::max(rect.top, -dy);
+    rect.right = std::min(rect.right, target.width - 1 - dx);
+    rect.bottom = std::min(rect.bottom, target.height - 1 - dy);
+    for (int32 row = rect.top; row <= rect.bottom; row++) {
+        const uint32* from = fPixels.get() + size_t(row) * fWidth;
+        uint8* bits = target.bits + ptrdiff_t(row + dy) * target.bytesPerRow;
+        auto* to = reinterpret_cast<uint32*>(bits);
+        for (int32 column = rect.left; column <= rect.right; column++) {
+            uint32 pixel = from[column];
+            to[column + dx] = pixel != 0 ? pixel : kUnpainted;
+        }
+    }
+}
+
+void FrontBuffer::_AddDirty(const clipping_rect& rect)
+{
+    for (clipping_rect& dirty : fDirty) {
+        if (rect.left >= dirty.left && rect.top >= dirty.top && rect.right <= dirty.right &&
+            rect.bottom <= dirty.bottom)
+            return;
+    }
+    fDirty.push_back(rect);
+    if (fDirty.size() <= kMaxDirty)
+        return;
+    clipping_rect all = fDirty.front();
+    for (const clipping_rect& dirty : fDirty) {
+        all = {std::min(all.left, dirty.left), std::min(all.top, dirty.top),
+               std::max(all.right, dirty.right), std::max(all.bottom, dirty.bottom)};
+    }
+    fDirty.assign(1, all);
+}
+
+}  // namespace server

@@ -1,0 +1,51 @@
+#ifndef SERVER_FRONT_BUFFER_H
+#define SERVER_FRONT_BUFFER_H
+
+// The finished pixels of one window: what the screen shows of it. Its own lock is held for one
+// copy at a time, and nothing else is locked under it.
+
+#include <Region.h>
+
+#include <cstdlib>
+#include <memory>
+#include <mutex>
+#include <vector>
+
+#include <server/screen/Surface.h>
+
+namespace server {
+
+class FrontBuffer {
+public:
+    // New size in pixels. What is kept of the picture stays; the rest counts as not painted yet.
+    // False, and nothing changed, when memory runs out or no window can be that large.
+    bool Resize(int32 width, int32 height);
+
+    // Takes pixels over from a back buffer. True if nothing was waiting for the screen before.
+    bool Copy(const Surface& surface, const clipping_rect* rects, int32 count);
+    // Everything waits for the screen.
+    void Touch();
+    // The rectangles that wait for the screen; none waits afterwards.
+    std::vector<clipping_rect> TakeDirty();
+
+    // Lays the part of the picture that `rect` (of the window) names over `target`, whose left
+    // top pixel is (0, 0), at (x, y). Pixels not painted yet show as the panel's grey.
+    void Draw(const clipping_rect& rect, const Surface& target, int32 x, int32 y);
+
+private:
+    void _AddDirty(const clipping_rect& rect);
+
+    struct Free {
+        void operator()(uint32* pixels) const { free(pixels); }
+    };
+
+    std::mutex fLock;  // guards all below
+    // B_RGBA32 rows without padding; alpha 0 marks a pixel that nobody painted yet.
+    std::unique_ptr<uint32, Free> fPixels;
+    int32 fWidth = 0, fHeight = 0;
+    std::vector<clipping_rect> fDirty;
+};
+
+}  // namespace server
+
+#endif  // SERVER_FRONT_BUFFER_H

@@ -1,0 +1,99 @@
+#ifndef SERVER_SCREEN_WINDOW_H
+#define SERVER_SCREEN_WINDOW_H
+
+// What the windows of both displays share: their place, state and pixels as the stage knows them.
+// Everything but the front buffer is guarded by the stage's lock.
+
+#include <server/screen/Display.h>
+#include <server/screen/FrontBuffer.h>
+
+namespace server {
+
+class ScreenWindow : public Window {
+public:
+    // Pixels around the content.
+    struct Border {
+        int32 side = 0;  // left, right and bottom
+        int32 top = 0;   // with the title's tab
+    };
+
+    ScreenWindow(const WindowSpec& spec, EventSink* sink);
+
+    // Whole pixels within the limits; null sizes and what is no number become the nearest thing
+    // that a window can have.
+    static BRect SaneFrame(const WindowSpec& spec, BRect frame);
+
+    // Queues the event for the window; nothing once it is destroyed. Stage locked.
+    void Deliver(Event event);
+
+    // No more events. Stage locked.
+    void Silence() { fSink = nullptr; }
+
+    BRect Frame() const { return fSpec.frame; }
+    BRect OuterFrame() const;  // with the decoration
+    const std::string& Title() const { return fSpec.title; }
+    window_look Look() const { return fSpec.look; }
+    uint32 Flags() const { return fSpec.flags; }
+    bool IsModal() const;
+    // Whether it keeps windows below it from getting clicks.
+    bool Blocks() const;
+    int32 Layer() const;  // a window stays below those of higher layers
+    // Shown, and not an icon; the workspace left aside.
+    bool IsOpen() const { return fShown && !fMinimized; }
+    bool IsMinimized() const { return fShown && fMinimized; }
+    uint32 Workspaces() const { return fSpec.workspaces; }
+    EventSink* Sink() const { return fSink; }
+    virtual Border Decoration() const;
+    FrontBuffer& Pixels() { return fPixels; }
+
+    // What a person does to a window, as far as its flags allow. Stage locked.
+    virtual void ActivateByUser() = 0;
+    void MoveByUser(BPoint leftTop);
+    void ResizeByUser(float width, float height);
+    void MinimizeByUser(bool minimize);
+    void CloseByUser();
+    void ZoomByUser();
+
+    void Minimize(bool minimize) override;
+    void MoveTo(BPoint leftTop) override;
+    void ResizeTo(float width, float height) override;
+    void SetTitle(const std::string& title) override;
+    void SetLook(window_look look) override;
+    void SetFeel(window_feel feel) override;
+    void SetFlags(uint32 flags) override;
+    void SetSizeLimits(float minWidth, float maxWidth, float minHeight, float maxHeight) override;
+    void SetWorkspaces(uint32 workspaces) override;
+    BRect DecoratorFrame(BRect content) const override;
+
+protected:
+    ~ScreenWindow() override = default;
+
+    // Where the window is, or soon will be. Stage locked, as for all hooks below.
+    virtual BRect Wanted() const { return fSpec.frame; }
+    // Brings the window there; the frame may lie outside its limits.
+    virtual void Place(BRect frame) = 0;
+    // Makes the window an icon, or opens it.
+    virtual void Iconify(bool minimize) = 0;
+    // What the window was asked to be changed: the title; look, feel or flags; the workspaces.
+    virtual void Retitled() {}
+    virtual void Restyled() {}
+    virtual void WorkspacesSet() {}
+
+    bool ResizePixels(BRect frame);
+    // The workspaces of a new window are those of the moment.
+    void SettleWorkspaces();
+    // Tell the window what has changed.
+    void ReportFrame(BRect before);
+    // Does nothing and returns false if that is no change.
+    bool ReportMinimized(bool minimized);
+
+    WindowSpec fSpec;
+    EventSink* fSink;
+    bool fShown = false;
+    bool fMinimized = false;
+    FrontBuffer fPixels;
+};
+
+}  // namespace server
+
+#endif  // SERVER_SCREEN_WINDOW_H

@@ -1,0 +1,330 @@
+// Windows in order, and the way of input to them. Every member function runs with the stage locked.
+
+#include "server/screen/Stage.h"
+
+#include <OS.h>
+
+#include <algorithm>
+#include <cmath>
+#include <utility>
+
+#include "server/screen/ScreenWindow.h"
+
+namespace server {
+
+static const int32 kMaxWorkspaces = 32;
+
+static std::mutex& stage_mutex()
+{
+    static auto* mutex = new std::mutex;
+    return *mutex;
+}
+
+Stage& stage()
+{
+    static auto* stage = new Stage;
+    return *stage;
+}
+
+StageLock::StageLock() { stage_mutex().lock(); }
+
+StageLock::~StageLock() { stage_mutex().unlock(); }
+
+void Stage::Add(ScreenWindow* window)
+{
+    auto above = std::find_if(fWindows.begin(), fWindows.end(), [=](ScreenWindow* other) {
+        return other->Layer() > window->Layer();
+    });
+    fWindows.insert(above, window);
+}
+
+void Stage::Remove(ScreenWindow* window)
+{
+    std::erase(fWindows, window);
+    fClicks.Forget(window);
+    if (fHover == window)
+        fHover = nullptr;
+    if (fPressed == window)
+        fPressed = nullptr;
+    if (fActive == window)
+        fActive = nullptr;
+}
+
+void Stage::Raise(ScreenWindow* window)
+{
+    if (std::erase(fWindows, window) != 0)
+        Add(window);
+}
+
+void Stage::PutBehind(ScreenWindow* window, const ScreenWindow* other)
+{
+    if (window == other || std::erase(fWindows, window) == 0)
+        return;
+    auto place = std::find(fWindows.begin(), fWindows.end(), other);
+    if (place == fWindows.end())
+        place = fWindows.begin();
+    auto lowest = std::find_if(fWindows.begin(), fWindows.end(), [=](ScreenWindow* each) {
+        return each->Layer() >= window->Layer();
+    });
+    auto above = std::find_if(fWindows.begin(), fWindows.end(), [=](ScreenWindow* each) {
+        return each->Layer() > window->Layer();
+    });
+    fWindows.insert(std::clamp(place, lowest, above), window);
+}
+
+bool Stage::IsVisible(const ScreenWindow* window) const
+{
+    return window->IsOpen() && (window->Workspaces() & (1u << fWorkspace)) != 0;
+}
+
+void Stage::SetActive(ScreenWindow* window)
+{
+    if (window == fActive)
+        return;
+    Event event;
+    event.kind = EventKind::Activated;
+    ScreenWindow* before = std::exchange(fActive, window);
+    if (before != nullptr)
+        before->Deliver(event);
+    event.active = true;
+    if (window != nullptr)
+        window->Deliver(event);
+}
+
+void Stage::ActivateNext()
+{
+    for (auto it = fWindows.rbegin(); it != fWindows.rend(); ++it) {
+        if (IsVisible(*it) && ((*it)->Flags() & B_AVOID_FOCUS) == 0 && Blocker(*it) == nullptr) {
+            SetActive(*it);
+            return;
+        }
+    }
+    SetActive(nullptr);
+}
+
+ScreenWindow* Stage::Blocker(const ScreenWindow* window) const
+{
+    for (auto it = fWindows.rbegin(); it != fWindows.rend() && *it != window; ++it) {
+        if ((*it)->Blocks() && IsVisible(*it))
+            return *it;
+    }
+    return nullptr;
+}
+
+ScreenWindow* Stage::ContentAt(BPoint where) const
+{
+    ScreenWindow* window = FrameAt(where);
+    if (window == nullptr)
+        return nullptr;
+    BPoint pixel(std::floor(where.x), std::floor(where.y));
+    return window->Frame().Contains(pixel) ? window : nullptr;
+}
+
+ScreenWindow* Stage::FrameAt(BPoint where) const
+{
+    BPoint pixel(std::floor(where.x), std::floor(where.y));
+    for (auto it = fWindows.rbegin(); it != fWindows.rend(); ++it) {
+        if (IsVisible(*it) && (*it)->OuterFrame().Contains(pixel))
+            return *it;
+    }
+    return nullptr;
+}
+
+ScreenWindow* Stage::IconAt(BPoint where) const
+{
+    BPoint pixel(std::floor(where.x), std::floor(where.y));
+    for (auto it = fWindows.rbegin(); it != fWindows.rend(); ++it) {
+        if ((*it)->IsMinimized() && (*it)->OuterFrame().Contains(pixel))
+            return *it;
+    }
+    return nullptr;
+}
+
+void Stage::SetWorkspaceCount(int32 count)
+{
+    fWorkspaceCount = std::clamp(count, 1, kMaxWorkspaces);
+    ShowWorkspace(std::min(fWorkspace, fWorkspaceCount - 1));
+}
+
+void Stage::ShowWorkspace(int32 workspace)
+{
+    if (workspace < 0 || workspace >= fWorkspaceCount || workspace == fWorkspace)
+        return;
+    int32 before = std::exchange(fWorkspace, workspace);
+    Event event;
+    event.kind = EventKind::WorkspaceActivated;
+    for (bool active : {false, true}) {
+        event.workspace = active ? workspace : before;
+        event.active = active;
+        for (ScreenWindow* window : fWindows) {
+            if ((window->Workspaces() & (1u << event.workspace)) != 0)
+                window->Deliver(event);
+        }
+    }
+    if (fActive == nullptr || !IsVisible(fActive))
+        ActivateNext();
+}
+
+ScreenWindow* Stage::_PointerTarget(ScreenWindow* target) const
+{
+    if (fPressed != nullptr)
+        return fPressed;
+    return target != nullptr ? target : ContentAt(fPointer);
+}
+
+Event Stage::_PointerEvent(EventKind kind, const ScreenWindow* window) const
+{
+    Event event;
+    event.kind = kind;
+    event.when = fLastInput;
+    event.screenWhere = fPointer;
+    event.where = fPointer - window->Frame().LeftTop();
+    if (ScreenWindow* under = ContentAt(fPointer)) {
+        event.under = under->Sink();
+        event.underWhere = fPointer - under->Frame().LeftTop();
+    }
+    event.buttons = fButtons;
+    event.modifiers = fKeyboard.Modifiers();
+    return event;
+}
+
+void Stage::_Enter(ScreenWindow* window)
+{
+    if (window == fHover)
+        return;
+    if (fHover != nullptr)
+        fHover->Deliver(_PointerEvent(EventKind::MouseExited, fHover));
+    fHover = window;
+}
+
+void Stage::MovePointer(BPoint where, ScreenWindow* target)
+{
+    if (std::isnan(where.x) || std::isnan(where.y))
+        return;
+    fCursorObscured = fCursorObscured && where == fPointer;
+    fPointer = where;
+    fLastInput = system_time();
+    target = _PointerTarget(target);
+    _Enter(target);
+    if (target != nullptr && !fSwallow)
+        target->Deliver(_PointerEvent(EventKind::MouseMoved, target));
+}
+
+void Stage::LeavePointer(ScreenWindow* window)
+{
+    if (fHover == window && fPressed == nullptr)
+        _Enter(nullptr);
+}
+
+void Stage::ChangeButton(int32 button, bool down, ScreenWindow* target)
+{
+    if (button <= 0 || ((fButtons & button) != 0) == down)
+        return;
+    fLastInput = system_time();
+    fButtons ^= button;
+    fPresses += down;
+    if (down && fPressed == nullptr && target == nullptr) {
+        // The title and the border belong to the window, but not to its content.
+        target = FrameAt(fPointer);
+        if (target != nullptr && ContentAt(fPointer) != target) {
+            target->ActivateByUser();
+            target = nullptr;
+        }
+    }
+    target = _PointerTarget(target);
+    if (target != nullptr) {
+        if (down && fPressed == nullptr) {
+            ScreenWindow* blocker = Blocker(target);
+            bool wasActive = fActive == target;
+            (blocker != nullptr ? blocker : target)->ActivateByUser();
+            fSwallow = blocker != nullptr ||
+                       (!wasActive && !acceptsFirstClick &&
+                        (target->Flags() & (B_WILL_ACCEPT_FIRST_CLICK | B_AVOID_FOCUS)) == 0);
+            fPressed = target;
+        }
+        Event event = _PointerEvent(down ? EventKind::MouseDown : EventKind::MouseUp, target);
+        event.button = button;
+        if (down) {
+            event.clicks = fClicks.Press(button, fPointer, event.modifiers, target, fLastInput,
+                                         clickSpeed);
+        }
+        if (!fSwallow)
+            target->Deliver(event);
+    }
+    if (fButtons == 0) {
+        bool held = fPressed != nullptr;
+        fPressed = nullptr;
+        fSwallow = false;
+        // The pointer may be over another window by this time.
+        if (held && ContentAt(fPointer) != fHover)
+            MovePointer(fPointer);
+    }
+}
+
+void Stage::TurnWheel(float dx, float dy, ScreenWindow* target)
+{
+    fLastInput = system_time();
+    target = _PointerTarget(target);
+    if (target == nullptr || Blocker(target) != nullptr)
+        return;
+    Event event = _PointerEvent(EventKind::MouseWheel, target);
+    event.wheelX = dx;
+    event.wheelY = dy;
+    target->Deliver(event);
+}
+
+void Stage::_DeliverKeys(const std::vector<Event>& events)
+{
+    fLastInput = system_time();
+    for (const Event& event : events) {
+        if (fActive != nullptr)
+            fActive->Deliver(event);
+    }
+}
+
+void Stage::ChangeKey(int32 key, bool down, const char* text, int32 rawChar)
+{
+    std::vector<Event> events;
+    fKeyboard.Change(key, down, text, rawChar, &events);
+    _DeliverKeys(events);
+}
+
+void Stage::TypeCharacter(const char* utf8)
+{
+    std::vector<Event> events;
+    fKeyboard.Type(utf8, &events);
+    _DeliverKeys(events);
+}
+
+void Stage::SyncModifiers(uint32 modifiers, uint32 mask)
+{
+    std::vector<Event> events;
+    fKeyboard.Sync(modifiers, mask, &events);
+    _DeliverKeys(events);
+}
+
+void Stage::ReleaseKeys()
+{
+    std::vector<Event> events;
+    fKeyboard.Release(&events);
+    _DeliverKeys(events);
+}
+
+void Stage::Drop(BPoint where, Event event, ScreenWindow* target)
+{
+    fPointer = where;
+    fLastInput = system_time();
+    if (target == nullptr)
+        target = ContentAt(where);
+    if (target == nullptr || Blocker(target) != nullptr)
+        return;
+    Event place = _PointerEvent(event.kind, target);
+    event.when = place.when;
+    event.where = place.where;
+    event.screenWhere = place.screenWhere;
+    event.buttons = place.buttons;
+    event.modifiers = place.modifiers;
+    target->Deliver(event);
+}
+
+}  // namespace server

@@ -1,0 +1,115 @@
+#ifndef SERVER_STAGE_H
+#define SERVER_STAGE_H
+
+// All windows of this program in stacking order, which of them is active, and where input goes.
+// Both displays and the injection interface feed it; it turns hardware-like changes into the
+// windows' events. One lock guards it, held while events are queued, so that a window never gets
+// one after it was taken off. Nothing here waits.
+
+#include <memory>
+#include <mutex>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include <server/screen/Display.h>
+#include <server/screen/Input.h>
+
+namespace server {
+
+class ScreenWindow;
+using Cursor = std::shared_ptr<const BPrivate::CursorImage>;  // null: the host's arrow
+
+class Stage {
+public:
+    // Windows. A new one lies on top of its layer.
+    void Add(ScreenWindow* window);
+    void Remove(ScreenWindow* window);
+    void Raise(ScreenWindow* window);
+    void PutBehind(ScreenWindow* window, const ScreenWindow* other);  // null: behind all
+    const std::vector<ScreenWindow*>& Windows() const { return fWindows; }  // the lowest first
+    bool IsVisible(const ScreenWindow* window) const;
+    ScreenWindow* Active() const { return fActive; }
+    // Tells the two windows concerned. Null: none is active.
+    void SetActive(ScreenWindow* window);
+    // Activates the topmost window that wants it, after the active one went out of sight.
+    void ActivateNext();
+    // The modal window that keeps clicks from this one, null if none.
+    ScreenWindow* Blocker(const ScreenWindow* window) const;
+    // The topmost visible window whose content, or content and decoration, holds a place.
+    ScreenWindow* ContentAt(BPoint where) const;
+    ScreenWindow* FrameAt(BPoint where) const;
+    // The topmost minimised window whose frame would hold the place.
+    ScreenWindow* IconAt(BPoint where) const;
+
+    // Workspaces. The display says which is shown.
+    int32 Workspace() const { return fWorkspace; }
+    int32 WorkspaceCount() const { return fWorkspaceCount; }
+    void SetWorkspaceCount(int32 count);
+    void ShowWorkspace(int32 workspace);
+
+    // Input. `target` is the window that the host names; null: the one at that place.
+    void MovePointer(BPoint where, ScreenWindow* target = nullptr);
+    void LeavePointer(ScreenWindow* window);
+    void ChangeButton(int32 button, bool down, ScreenWindow* target = nullptr);
+    void TurnWheel(float dx, float dy, ScreenWindow* target = nullptr);
+    void ChangeKey(int32 key, bool down, const char* text = nullptr, int32 rawChar = 0);
+    void TypeCharacter(const char* utf8);
+    void SyncModifiers(uint32 modifiers, uint32 mask);
+    void ReleaseKeys();
+    void Drop(BPoint where, Event event, ScreenWindow* target = nullptr);
+
+    BPoint Pointer() const { return fPointer; }
+    int32 Buttons() const { return fButtons; }
+    uint32 CountPresses() const { return fPresses; }
+    const Keyboard& Keys() const { return fKeyboard; }
+    bigtime_t LastInput() const { return fLastInput; }
+
+    // The cursor over windows that have none of their own.
+    const Cursor& AppCursor() const { return fAppCursor; }
+    void SetAppCursor(Cursor cursor) { fAppCursor = std::move(cursor); }
+    bool IsCursorHidden() const { return fCursorHidden || fCursorObscured; }
+    void SetCursorHidden(bool hidden) { fCursorHidden = hidden; }
+    void ObscureCursor() { fCursorObscured = true; }  // until the pointer moves
+
+    bigtime_t clickSpeed = 500000;  // microseconds
+    bool acceptsFirstClick = true;
+
+private:
+    ScreenWindow* _PointerTarget(ScreenWindow* target) const;
+    Event _PointerEvent(EventKind kind, const ScreenWindow* window) const;
+    void _Enter(ScreenWindow* window);
+    void _DeliverKeys(const std::vector<Event>& events);
+
+    std::vector<ScreenWindow*> fWindows;
+    ScreenWindow* fActive = nullptr;
+    ScreenWindow* fHover = nullptr;    // last one that the pointer moved in
+    ScreenWindow* fPressed = nullptr;  // gets all pointer events until the buttons are up
+    bool fSwallow = false;             // the press that only activated: nobody hears of it
+    BPoint fPointer;
+    int32 fButtons = 0;
+    uint32 fPresses = 0;  // of buttons, so far
+    Keyboard fKeyboard;
+    ClickCounter fClicks;
+    Cursor fAppCursor;
+    bool fCursorHidden = false;
+    bool fCursorObscured = false;
+    int32 fWorkspace = 0;
+    int32 fWorkspaceCount = 4;
+    bigtime_t fLastInput = 0;
+};
+
+// The one stage. It is never destroyed: threads may outlive main().
+Stage& stage();
+
+// Holds the stage.
+class StageLock {
+public:
+    StageLock();
+    ~StageLock();
+    StageLock(const StageLock&) = delete;
+};
+
+}  // namespace server
+
+#endif  // SERVER_STAGE_H

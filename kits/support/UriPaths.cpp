@@ -1,0 +1,26 @@
+// Paths as texts that any file can hold. Any thread.
+
+#include "support/UriPaths.h"
+
+#include <glib.h>
+
+namespace storage {
+
+static std::string take_or(char* text, const std::string& other)
+{
+    std::string copy = text != nullptr ? text : other;
+    g_free(text);
+    return copy;
+}
+
+std::string uri_of_path(const std::string& path)
+{
+    return take_or(g_filename_to_uri(path.c_str(), nullptr, nullptr), path);
+}
+
+std::string path_of_uri(const std::string& uri)
+{
+    return take_or(g_filename_from_uri(uri.c_str(), nullptr, nullptr), uri);
+}
+
+}  // namespace storage

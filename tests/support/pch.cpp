@@ -1,0 +1,1 @@
+// Gives the precompiled header its target.
