@@ -23,10 +23,7 @@ const int64_t kNumbers = 10000000;  // 80 MB of doubles
 
 std::filesystem::path sFolder;
 
-std::string path_of(const char* name)
-{
-    return (sFolder / name).string();
-}
+std::string path_of(const char* name) { return (sFolder / name).string(); }
 
 void write_text(const std::string& path)
 {
@@ -152,7 +149,7 @@ void read_at_random_bare(benchmark::State& state)
 // Two channels in turn: the one found last is not the one wanted.
 void write_in_turn(benchmark::State& state)
 {
-    int32_t channels[] = { OpenFile(path_of("a").c_str(), 1), OpenFile(path_of("b").c_str(), 1) };
+    int32_t channels[] = {OpenFile(path_of("a").c_str(), 1), OpenFile(path_of("b").c_str(), 1)};
     int32_t i = 0;
     for (auto _ : state) {
         WriteInteger(channels[i & 1], i);
@@ -164,7 +161,7 @@ void write_in_turn(benchmark::State& state)
 
 void write_in_turn_bare(benchmark::State& state)
 {
-    FILE* files[] = { fopen(path_of("a").c_str(), "w+"), fopen(path_of("b").c_str(), "w+") };
+    FILE* files[] = {fopen(path_of("a").c_str(), "w+"), fopen(path_of("b").c_str(), "w+")};
     int32_t i = 0;
     for (auto _ : state) {
         fwrite_unlocked(&i, sizeof(i), 1, files[i & 1]);

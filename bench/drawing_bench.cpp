@@ -98,8 +98,8 @@ const std::vector<Segment>& random_segments()
     return segments;
 }
 
-const int16_t kStar[] = {200, 40, 226, 112, 302, 112, 242, 160, 264, 236,
-                         200, 190, 136, 236, 158, 160, 98, 112, 174, 112};
+const int16_t kStar[] = {200, 40,  226, 112, 302, 112, 242, 160, 264, 236,
+                         200, 190, 136, 236, 158, 160, 98,  112, 174, 112};
 
 QPolygon star()
 {
@@ -116,35 +116,39 @@ void register_rectangles()
              [=](int32_t w) { FRectangle(w, 20, 20, side - 1, side - 1); },
              [=](QPainter& p) { p.fillRect(20, 20, side, side, QColor(0x33, 0x66, 0x98)); });
     }
-    pair("Rectangle 100", [](int32_t w) { Rectangle(w, 20, 20, 99, 99); },
-         [](QPainter& p) { p.drawRect(20, 20, 99, 99); });
+    pair(
+        "Rectangle 100", [](int32_t w) { Rectangle(w, 20, 20, 99, 99); },
+        [](QPainter& p) { p.drawRect(20, 20, 99, 99); });
 }
 
 void register_lines()
 {
-    pair("Line horizontal 300", [](int32_t w) { Line(w, 20, 33, 319, 33); },
-         [](QPainter& p) { p.drawLine(20, 33, 319, 33); });
-    pair("Line vertical 300", [](int32_t w) { Line(w, 33, 20, 33, 319); },
-         [](QPainter& p) { p.drawLine(33, 20, 33, 319); });
-    pair("Line 45 degrees", [](int32_t w) { Line(w, 20, 20, 319, 319); },
-         [](QPainter& p) { p.drawLine(20, 20, 319, 319); });
+    pair(
+        "Line horizontal 300", [](int32_t w) { Line(w, 20, 33, 319, 33); },
+        [](QPainter& p) { p.drawLine(20, 33, 319, 33); });
+    pair(
+        "Line vertical 300", [](int32_t w) { Line(w, 33, 20, 33, 319); },
+        [](QPainter& p) { p.drawLine(33, 20, 33, 319); });
+    pair(
+        "Line 45 degrees", [](int32_t w) { Line(w, 20, 20, 319, 319); },
+        [](QPainter& p) { p.drawLine(20, 20, 319, 319); });
     static uint32_t ours, qts;
-    pair("Line random",
-         [](int32_t w) {
-             const Segment& s = random_segments()[ours++ % 256];
-             Line(w, s.x1, s.y1, s.x2, s.y2);
-         },
-         [](QPainter& p) {
-             const Segment& s = random_segments()[qts++ % 256];
-             p.drawLine(s.x1, s.y1, s.x2, s.y2);
-         });
+    pair(
+        "Line random",
+        [](int32_t w) {
+            const Segment& s = random_segments()[ours++ % 256];
+            Line(w, s.x1, s.y1, s.x2, s.y2);
+        },
+        [](QPainter& p) {
+            const Segment& s = random_segments()[qts++ % 256];
+            p.drawLine(s.x1, s.y1, s.x2, s.y2);
+        });
 }
 
 void register_ellipses()
 {
     for (int r : {10, 100}) {
-        pair(("Circle r " + std::to_string(r)).c_str(),
-             [=](int32_t w) { Circle(w, 200, 200, r); },
+        pair(("Circle r " + std::to_string(r)).c_str(), [=](int32_t w) { Circle(w, 200, 200, r); },
              [=](QPainter& p) { p.drawEllipse(QPoint(200, 200), r, r); });
         pair(("FCircle r " + std::to_string(r)).c_str(),
              [=](int32_t w) { FCircle(w, 200, 200, r); },
@@ -158,36 +162,39 @@ void register_ellipses()
 
 void register_polygons()
 {
-    pair("FTriangle", [](int32_t w) { FTriangle(w, 200, 40, 320, 240, 80, 240); },
-         [](QPainter& p) {
-             static const QPolygon triangle({QPoint(200, 40), QPoint(320, 240), QPoint(80, 240)});
-             p.setBrush(QColor(0x33, 0x66, 0x98));
-             p.drawPolygon(triangle);
-             p.setBrush(Qt::NoBrush);
-         });
-    pair("FillPolygon 10", [](int32_t w) { FillPolygon(w, 10, kStar); },
-         [](QPainter& p) {
-             static const QPolygon polygon = star();
-             p.setBrush(QColor(0x33, 0x66, 0x98));
-             p.drawPolygon(polygon, Qt::WindingFill);
-             p.setBrush(Qt::NoBrush);
-         });
+    pair(
+        "FTriangle", [](int32_t w) { FTriangle(w, 200, 40, 320, 240, 80, 240); },
+        [](QPainter& p) {
+            static const QPolygon triangle({QPoint(200, 40), QPoint(320, 240), QPoint(80, 240)});
+            p.setBrush(QColor(0x33, 0x66, 0x98));
+            p.drawPolygon(triangle);
+            p.setBrush(Qt::NoBrush);
+        });
+    pair(
+        "FillPolygon 10", [](int32_t w) { FillPolygon(w, 10, kStar); },
+        [](QPainter& p) {
+            static const QPolygon polygon = star();
+            p.setBrush(QColor(0x33, 0x66, 0x98));
+            p.drawPolygon(polygon, Qt::WindingFill);
+            p.setBrush(Qt::NoBrush);
+        });
 }
 
 void register_text()
 {
-    pair("Text Hello world",
-         [](int32_t w) {
-             MoveTo(w, 40, 40);
-             Text(w, "Hello world");
-         },
-         [](QPainter& p) { p.drawText(40, 55, QStringLiteral("Hello world")); });
-    pair("GetTextWidth",
-         [](int32_t w) { benchmark::DoNotOptimize(GetTextWidth(w, "Hello world")); },
-         [](QPainter& p) {
-             static const QFontMetrics metrics(p.font());
-             benchmark::DoNotOptimize(metrics.horizontalAdvance(QStringLiteral("Hello world")));
-         });
+    pair(
+        "Text Hello world",
+        [](int32_t w) {
+            MoveTo(w, 40, 40);
+            Text(w, "Hello world");
+        },
+        [](QPainter& p) { p.drawText(40, 55, QStringLiteral("Hello world")); });
+    pair(
+        "GetTextWidth", [](int32_t w) { benchmark::DoNotOptimize(GetTextWidth(w, "Hello world")); },
+        [](QPainter& p) {
+            static const QFontMetrics metrics(p.font());
+            benchmark::DoNotOptimize(metrics.horizontalAdvance(QStringLiteral("Hello world")));
+        });
 }
 
 // Rows of 100 pixels moved with memmove inside memory as large as the window's.
@@ -207,20 +214,25 @@ void move_rows(int x, int y, int width, int height, int to_x, int to_y)
 
 void register_areas()
 {
-    pair("Blit 100 (beside memmove)", [](int32_t w) { Blit(w, 20, 20, 99, 99, 300, 300); },
-         [](QPainter&) { move_rows(20, 20, 100, 100, 300, 300); });
-    pair("Blit scroll (beside memmove)",
-         [](int32_t w) { Blit(w, 0, 16, kWidth - 1, kHeight - 17, 0, 0); },
-         [](QPainter&) { move_rows(0, 16, kWidth, kHeight - 16, 0, 0); });
-    pair("Clear (beside memset)", [](int32_t w) { Clear(w); },
-         [](QPainter&) {
-             memset(raw_rows().data(), 0xFF, raw_rows().size() * 4);
-             benchmark::ClobberMemory();
-         });
-    pair("WritePixel", [](int32_t w) { WritePixel(w, 30, 40); },
-         [](QPainter&) { raw().image.setPixel(30, 40, 0xFF336698); });
-    pair("GetPixel", [](int32_t w) { benchmark::DoNotOptimize(GetPixel(w, 30, 40)); },
-         [](QPainter&) { benchmark::DoNotOptimize(raw().image.pixel(30, 40)); });
+    pair(
+        "Blit 100 (beside memmove)", [](int32_t w) { Blit(w, 20, 20, 99, 99, 300, 300); },
+        [](QPainter&) { move_rows(20, 20, 100, 100, 300, 300); });
+    pair(
+        "Blit scroll (beside memmove)",
+        [](int32_t w) { Blit(w, 0, 16, kWidth - 1, kHeight - 17, 0, 0); },
+        [](QPainter&) { move_rows(0, 16, kWidth, kHeight - 16, 0, 0); });
+    pair(
+        "Clear (beside memset)", [](int32_t w) { Clear(w); },
+        [](QPainter&) {
+            memset(raw_rows().data(), 0xFF, raw_rows().size() * 4);
+            benchmark::ClobberMemory();
+        });
+    pair(
+        "WritePixel", [](int32_t w) { WritePixel(w, 30, 40); },
+        [](QPainter&) { raw().image.setPixel(30, 40, 0xFF336698); });
+    pair(
+        "GetPixel", [](int32_t w) { benchmark::DoNotOptimize(GetPixel(w, 30, 40)); },
+        [](QPainter&) { benchmark::DoNotOptimize(raw().image.pixel(30, 40)); });
 }
 
 // A million small primitives with the refresh mode off and on.

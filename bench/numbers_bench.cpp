@@ -28,7 +28,7 @@ char* take()
 
 struct Values {
     std::vector<double> numbers;
-    std::vector<std::string> texts;       // 17 digits at most
+    std::vector<std::string> texts;  // 17 digits at most
     std::vector<std::string> comma_texts;
 };
 
@@ -72,40 +72,44 @@ void run(benchmark::State& state, const Values& values, Work work)
 template <class Ours, class Bare>
 void compare(const std::string& name, Ours ours, Bare bare)
 {
-    for (const auto& [set, values] : { std::pair("prices", &kPrices), std::pair("wild", &kWild) }) {
-        benchmark::RegisterBenchmark((name + "/" + set + "/ours").c_str(),
+    for (const auto& [set, values] : {std::pair("prices", &kPrices), std::pair("wild", &kWild)}) {
+        benchmark::RegisterBenchmark(
+            (name + "/" + set + "/ours").c_str(),
             [=, values = values](benchmark::State& state) { run(state, *values, ours); });
-        benchmark::RegisterBenchmark((name + "/" + set + "/bare").c_str(),
+        benchmark::RegisterBenchmark(
+            (name + "/" + set + "/bare").c_str(),
             [=, values = values](benchmark::State& state) { run(state, *values, bare); });
     }
 }
 
-uint32_t integer(size_t i)
-{
-    return static_cast<uint32_t>(i * 0x9E3779B9u) >> (i * 2);
-}
+uint32_t integer(size_t i) { return static_cast<uint32_t>(i * 0x9E3779B9u) >> (i * 2); }
 
 }  // namespace
 
 int main(int argc, char** argv)
 {
-    compare("Str", [](const Values& v, size_t i) { return Str(v.numbers[i]); },
-        [](const Values& v, size_t i) {
-            return snprintf(take(), kSlotSize, "%g", v.numbers[i]);
-        });
-    compare("Format %.2f", [](const Values& v, size_t i) { return Format(v.numbers[i], "%.2f"); },
+    compare(
+        "Str", [](const Values& v, size_t i) { return Str(v.numbers[i]); },
+        [](const Values& v, size_t i) { return snprintf(take(), kSlotSize, "%g", v.numbers[i]); });
+    compare(
+        "Format %.2f", [](const Values& v, size_t i) { return Format(v.numbers[i], "%.2f"); },
         [](const Values& v, size_t i) {
             return snprintf(take(), kSlotSize, "%.2f", v.numbers[i]);
         });
-    compare("Val", [](const Values& v, size_t i) { return Val(v.texts[i].c_str()); },
+    compare(
+        "Val", [](const Values& v, size_t i) { return Val(v.texts[i].c_str()); },
         [](const Values& v, size_t i) { return strtod(v.texts[i].c_str(), nullptr); });
-    compare("Cdbl", [](const Values& v, size_t i) { return Cdbl(v.comma_texts[i].c_str()); },
+    compare(
+        "Cdbl", [](const Values& v, size_t i) { return Cdbl(v.comma_texts[i].c_str()); },
         [](const Values& v, size_t i) { return strtod(v.texts[i].c_str(), nullptr); });
-    compare("Hex", [](const Values&, size_t i) { return Hex(integer(i)); },
+    compare(
+        "Hex", [](const Values&, size_t i) { return Hex(integer(i)); },
         [](const Values&, size_t i) { return snprintf(take(), kSlotSize, "%X", integer(i)); });
-    compare("Oct", [](const Values&, size_t i) { return Oct(integer(i)); },
+    compare(
+        "Oct", [](const Values&, size_t i) { return Oct(integer(i)); },
         [](const Values&, size_t i) { return snprintf(take(), kSlotSize, "%o", integer(i)); });
-    compare("Bin", [](const Values&, size_t i) { return Bin(static_cast<int32_t>(integer(i))); },
+    compare(
+        "Bin", [](const Values&, size_t i) { return Bin(static_cast<int32_t>(integer(i))); },
         [](const Values&, size_t i) { return snprintf(take(), kSlotSize, "%X", integer(i)); });
     benchmark::Initialize(&argc, argv);
     benchmark::RunSpecifiedBenchmarks();

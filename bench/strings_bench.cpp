@@ -74,10 +74,12 @@ void run(benchmark::State& state, const Texts& texts, Work work)
 template <class Ours, class Bare>
 void compare(const std::string& name, Ours ours, Bare bare)
 {
-    for (const auto& [set, texts] : { std::pair("short", &kShort), std::pair("long", &kLong) }) {
-        benchmark::RegisterBenchmark((name + "/" + set + "/ours").c_str(),
+    for (const auto& [set, texts] : {std::pair("short", &kShort), std::pair("long", &kLong)}) {
+        benchmark::RegisterBenchmark(
+            (name + "/" + set + "/ours").c_str(),
             [=, texts = texts](benchmark::State& state) { run(state, *texts, ours); });
-        benchmark::RegisterBenchmark((name + "/" + set + "/bare").c_str(),
+        benchmark::RegisterBenchmark(
+            (name + "/" + set + "/bare").c_str(),
             [=, texts = texts](benchmark::State& state) { run(state, *texts, bare); });
     }
 }
@@ -86,11 +88,11 @@ void compare(const std::string& name, Ours ours, Bare bare)
 template <class Ours, class Bare>
 void compare_on(const std::string& name, const std::string& text, Ours ours, Bare bare)
 {
-    auto* texts = new Texts { std::vector<std::string>(kTexts, text) };  // lives with the benchmark
+    auto* texts = new Texts{std::vector<std::string>(kTexts, text)};  // lives with the benchmark
     benchmark::RegisterBenchmark((name + "/ours").c_str(),
-        [=](benchmark::State& state) { run(state, *texts, ours); });
+                                 [=](benchmark::State& state) { run(state, *texts, ours); });
     benchmark::RegisterBenchmark((name + "/bare").c_str(),
-        [=](benchmark::State& state) { run(state, *texts, bare); });
+                                 [=](benchmark::State& state) { run(state, *texts, bare); });
 }
 
 // What a search leaves: sixteen slots taken, a piece of the text in every other.
@@ -114,8 +116,8 @@ void compare_searches()
     };
     auto search_and_write = [](const char* find) {
         return [=](const char* s, int32_t length) {
-            const char* hit = find[1] == '\0'
-                ? static_cast<const char*>(memchr(s, find[0], length)) : strstr(s, find);
+            const char* hit = find[1] == '\0' ? static_cast<const char*>(memchr(s, find[0], length))
+                                              : strstr(s, find);
             write_pieces(s, strlen(find));
             return hit;
         };
@@ -125,10 +127,13 @@ void compare_searches()
     for (char& c : letters)
         c = "abcdefghijklmnop"[random() % 16];
     const std::string ending = letters.substr(0, 195) + "vwxyz";
-    struct { const char *name, *find; const std::string& text; } cases[] = {
-        { "Instr/hit at the end", "vwxyz", ending },
-        { "Instr/5-byte miss", "vwxyz", letters },
-        { "Instr/1-byte miss", "z", letters },
+    struct {
+        const char *name, *find;
+        const std::string& text;
+    } cases[] = {
+        {"Instr/hit at the end", "vwxyz", ending},
+        {"Instr/5-byte miss", "vwxyz", letters},
+        {"Instr/1-byte miss", "z", letters},
     };
     for (auto& c : cases) {
         compare_on(c.name, c.text, instr(c.find), search_and_write(c.find));
@@ -141,9 +146,11 @@ void compare_searches()
 
 void compare_with_slots()
 {
-    compare("Left", [](const char* s, int32_t n) { return Left(s, n / 2); },
+    compare(
+        "Left", [](const char* s, int32_t n) { return Left(s, n / 2); },
         [](const char* s, int32_t n) { return strncpy(take(), s, std::min(n / 2, 257)); });
-    compare("Right", [](const char* s, int32_t n) { return Right(s, n / 2); },
+    compare(
+        "Right", [](const char* s, int32_t n) { return Right(s, n / 2); },
         [](const char* s, int32_t n) {
             size_t length = strlen(s);
             return strncpy(take(), s + (length - n / 2), std::min(n / 2, 257));
@@ -158,18 +165,22 @@ void compare_with_slots()
         slot[count] = '\0';
         return slot;
     };
-    compare("Mid", [](const char* s, int32_t n) { return Mid(s, 3, n / 2); },
+    compare(
+        "Mid", [](const char* s, int32_t n) { return Mid(s, 3, n / 2); },
         [=](const char* s, int32_t n) { return mid(s, 3, n / 2); });
-    compare("MidStr", [](const char* s, int32_t) { return MidStr(s, 3); },
+    compare(
+        "MidStr", [](const char* s, int32_t) { return MidStr(s, 3); },
         [=](const char* s, int32_t) { return mid(s, 3, strlen(s)); });
-    compare("Space", [](const char*, int32_t n) { return Space(n); },
+    compare(
+        "Space", [](const char*, int32_t n) { return Space(n); },
         [](const char*, int32_t n) {
             char* slot = take();
             memset(slot, ' ', n);
             memset(slot + n, 0, kSlotSize - n);
             return slot;
         });
-    compare("String", [](const char* s, int32_t) { return String(2, s); },
+    compare(
+        "String", [](const char* s, int32_t) { return String(2, s); },
         [](const char* s, int32_t) {
             char* slot = take();
             size_t length = strlen(s), rest = std::min(length, kSlotSize - length);
@@ -178,14 +189,16 @@ void compare_with_slots()
             memset(slot + length + rest, 0, kSlotSize - length - rest);
             return slot;
         });
-    compare("Chr", [](const char*, int32_t n) { return Chr(n); },
+    compare(
+        "Chr", [](const char*, int32_t n) { return Chr(n); },
         [](const char*, int32_t n) {
             char* slot = take();
             slot[0] = static_cast<char>(n);
             slot[1] = '\0';
             return slot;
         });
-    compare("Ltrim", [](const char* s, int32_t) { return Ltrim(s); },
+    compare(
+        "Ltrim", [](const char* s, int32_t) { return Ltrim(s); },
         [](const char* s, int32_t) {
             char* slot = take();
             size_t blanks = 0;
@@ -199,7 +212,8 @@ void compare_with_slots()
             take()[0] = '\0';
             return strcpy(slot, rest);
         });
-    compare("Rtrim", [](const char* s, int32_t) { return Rtrim(s); },
+    compare(
+        "Rtrim", [](const char* s, int32_t) { return Rtrim(s); },
         [](const char* s, int32_t) {
             char* slot = strncpy(take(), s, kSlotSize);
             char* text = slot;
@@ -209,7 +223,8 @@ void compare_with_slots()
                 *blank = '\0';
             return slot;
         });
-    compare("Trim", [](const char* s, int32_t) { return Trim(s); },
+    compare(
+        "Trim", [](const char* s, int32_t) { return Trim(s); },
         [](const char* s, int32_t) {
             char* text = strncpy(take(), s, kSlotSize);
             while (*text == ' ')
@@ -232,8 +247,10 @@ char* map_each(const char* s, int32_t n)
 
 void compare_cases()
 {
-    compare("Ucase", [](const char* s, int32_t) { return Ucase(s); }, map_each<toupper>);
-    compare("Lcase", [](const char* s, int32_t) { return Lcase(s); }, map_each<tolower>);
+    compare(
+        "Ucase", [](const char* s, int32_t) { return Ucase(s); }, map_each<toupper>);
+    compare(
+        "Lcase", [](const char* s, int32_t) { return Lcase(s); }, map_each<tolower>);
 }
 
 void compare_replacing()
@@ -243,12 +260,13 @@ void compare_replacing()
     static const char* sDashes = "--";
     benchmark::DoNotOptimize(sMark);
     benchmark::DoNotOptimize(sDashes);
-    for (int width : { 9, 49 }) {
+    for (int width : {9, 49}) {
         std::string text;
         for (int i = 0; i < 4; i++)
             text += std::string(width, 'x') + "#";
         const std::string name = std::to_string(text.size()) + " bytes";
-        compare_on("Extract/" + name, std::string(text.size() - 1, 'x') + "#",
+        compare_on(
+            "Extract/" + name, std::string(text.size() - 1, 'x') + "#",
             [](const char* s, int32_t) { return Extract(s, sMark); },
             [](const char* s, int32_t) {
                 char* slot = take();
@@ -262,7 +280,8 @@ void compare_replacing()
                 slot[hit - s] = '\0';
                 return slot;
             });
-        compare_on("Replace, 4 hits/" + name, text,
+        compare_on(
+            "Replace, 4 hits/" + name, text,
             [](const char* s, int32_t) { return Replace(s, sMark, sDashes); },
             [](const char* s, int32_t) {
                 // Searches from the front again, as the rule says.

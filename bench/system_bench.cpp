@@ -116,7 +116,4 @@ BENCHMARK(run_program)->UseRealTime();
 
 }  // namespace
 
-int main(int argc, char** argv)
-{
-    return bench_main(argc, argv);
-}
+int main(int argc, char** argv) { return bench_main(argc, argv); }

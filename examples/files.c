@@ -22,10 +22,14 @@ static void join(char *path, size_t size, const char *folder, const char *name)
 static char type_letter(const char *path)
 {
     switch (GetFileType(path)) {
-        case 0: return '-';
-        case 1: return 'd';
-        case 2: return 'l';
-        default: return '?';
+        case 0:
+            return '-';
+        case 1:
+            return 'd';
+        case 2:
+            return 'l';
+        default:
+            return '?';
     }
 }
 
@@ -78,14 +82,22 @@ static bool list(const char *folder)
 static const char *change_name(int32_t opcode)
 {
     switch (opcode) {
-        case PLINTH_ENTRY_CREATED: return "new";
-        case PLINTH_ENTRY_REMOVED: return "removed";
-        case PLINTH_ENTRY_MOVED: return "moved";
-        case PLINTH_STAT_CHANGED: return "changed";
-        case PLINTH_ATTR_CHANGED: return "attributes";
-        case PLINTH_DEVICE_MOUNTED: return "volume here";
-        case PLINTH_DEVICE_UNMOUNTED: return "volume gone";
-        default: return "changes lost";
+        case PLINTH_ENTRY_CREATED:
+            return "new";
+        case PLINTH_ENTRY_REMOVED:
+            return "removed";
+        case PLINTH_ENTRY_MOVED:
+            return "moved";
+        case PLINTH_STAT_CHANGED:
+            return "changed";
+        case PLINTH_ATTR_CHANGED:
+            return "attributes";
+        case PLINTH_DEVICE_MOUNTED:
+            return "volume here";
+        case PLINTH_DEVICE_UNMOUNTED:
+            return "volume gone";
+        default:
+            return "changes lost";
     }
 }
 

@@ -76,7 +76,9 @@ static void text(int32_t x, int32_t y)
     MoveTo(window, x + 8, y + 4);
     Text(window, "Hello world");
     Text(window, "next line");
-    Text(window, "Gr\xc3\xbc\xc3\x9f" "e, \xc3\xa9t\xc3\xa9");
+    Text(window,
+         "Gr\xc3\xbc\xc3\x9f"
+         "e, \xc3\xa9t\xc3\xa9");
 }
 
 static void text_width(int32_t x, int32_t y)
@@ -183,8 +185,8 @@ static void separators(int32_t x, int32_t y)
 
 static void star(int16_t *points, int32_t x, int32_t y)
 {
-    static const int8_t shape[] = {0, -28, 7, -9, 27, -9, 11, 4, 17, 24,
-                                   0, 12, -17, 24, -11, 4, -27, -9, -7, -9};
+    static const int8_t shape[] = {0, -28, 7,   -9, 27,  -9, 11,  4,  17, 24,
+                                   0, 12,  -17, 24, -11, 4,  -27, -9, -7, -9};
     for (int32_t i = 0; i < 20; i += 2) {
         points[i] = (int16_t)(x + 48 + shape[i]);
         points[i + 1] = (int16_t)(y + 34 + shape[i + 1]);
@@ -298,8 +300,8 @@ void ProgramMain(void)
 {
     int32_t pen[2];
     Open_Sys(0);
-    window = OpenWindow(LEFT, TOP, 2 * MARGIN + COLUMNS * CELL_W - 15,
-                        2 * MARGIN + ROWS * CELL_H - 9);
+    window =
+        OpenWindow(LEFT, TOP, 2 * MARGIN + COLUMNS * CELL_W - 15, 2 * MARGIN + ROWS * CELL_H - 9);
     if (window == 0)
         return;
     SetDefaultGfx(window);

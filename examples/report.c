@@ -8,8 +8,8 @@
 
 enum {
     LETTERS = 26,
-    LINE = 256,   /* of ReadFile, with the terminator */
-    BAR = 40,     /* the longest bar of the table */
+    LINE = 256, /* of ReadFile, with the terminator */
+    BAR = 40,   /* the longest bar of the table */
     NAME = 12,
     FIGURE = 10
 };
@@ -58,8 +58,8 @@ static bool count_file(const char *path, struct counts *counts)
 static bool save(const char *path, const struct counts *counts)
 {
     int32_t channel = OpenFile(path, 1);
-    bool ok = WriteInteger(channel, counts->lines) && WriteInteger(channel, counts->words)
-        && WriteInteger(channel, counts->letters) && WriteDouble(channel, counts->mean);
+    bool ok = WriteInteger(channel, counts->lines) && WriteInteger(channel, counts->words) &&
+              WriteInteger(channel, counts->letters) && WriteDouble(channel, counts->mean);
     for (int i = 0; i < LETTERS && ok; i++)
         ok = WriteInteger(channel, counts->each[i]);
     return CloseFile(channel) && ok;
@@ -68,8 +68,8 @@ static bool save(const char *path, const struct counts *counts)
 static bool load(const char *path, struct counts *counts)
 {
     int32_t channel = OpenFile(path, 0);
-    bool ok = ReadInteger(channel, &counts->lines) && ReadInteger(channel, &counts->words)
-        && ReadInteger(channel, &counts->letters) && ReadDouble(channel, &counts->mean);
+    bool ok = ReadInteger(channel, &counts->lines) && ReadInteger(channel, &counts->words) &&
+              ReadInteger(channel, &counts->letters) && ReadDouble(channel, &counts->mean);
     for (int i = 0; i < LETTERS && ok; i++)
         ok = ReadInteger(channel, &counts->each[i]);
     return CloseFile(channel) && ok;
@@ -111,8 +111,8 @@ static void print_report(const char *path, const struct counts *counts)
 
 static void report(const char *path, const char *data)
 {
-    struct counts counts = { 0 };
-    struct counts kept = { 0 };
+    struct counts counts = {0};
+    struct counts kept = {0};
     if (path[0] == '\0')
         printf("report FILE [DATA]: counts the words and letters of a text\n");
     else if (!count_file(path, &counts))

@@ -26,9 +26,8 @@ static const uint32_t PANEL = 0xD8D8D8FF;
 static const uint32_t BLACK = 0x000000FF;
 static const uint32_t DARK = 0x606060FF;
 
-static const uint32_t colors[] = {
-    0x000000FF, 0x6B6B6BFF, 0xC62828FF, 0xEF7B1AFF, 0xF6C915FF,
-    0x3C9D3CFF, 0x1F7FB8FF, 0x27408BFF, 0x7B3FA0FF, 0xFFFFFFFF};
+static const uint32_t colors[] = {0x000000FF, 0x6B6B6BFF, 0xC62828FF, 0xEF7B1AFF, 0xF6C915FF,
+                                  0x3C9D3CFF, 0x1F7FB8FF, 0x27408BFF, 0x7B3FA0FF, 0xFFFFFFFF};
 enum { COLORS = sizeof colors / sizeof colors[0] };
 
 static const char *const help = "1-0 colour   +/- pen   C circle   B box   Bksp clear";
@@ -37,11 +36,11 @@ static const char *const help = "1-0 colour   +/- pen   C circle   B box   Bksp 
 static int32_t window;
 static int32_t color_index;
 static int32_t pen = 3;
-static int32_t drawing;         /* the pen is on the paper */
-static int32_t last_x, last_y;  /* where the pointer was */
+static int32_t drawing;        /* the pen is on the paper */
+static int32_t last_x, last_y; /* where the pointer was */
 static int32_t line_height;
-static int32_t width = WIDTH;   /* of the window as it is */
-static int32_t unsaved;         /* something is on the paper */
+static int32_t width = WIDTH; /* of the window as it is */
+static int32_t unsaved;       /* something is on the paper */
 static int32_t asked_to_close;
 
 /* Text with its baseline `y`, whatever the font. */
@@ -61,10 +60,7 @@ static void measure_text(void)
     line_height = pen_position[1];
 }
 
-static int32_t swatch_left(int32_t index)
-{
-    return GAP + index * (SWATCH + GAP);
-}
+static int32_t swatch_left(int32_t index) { return GAP + index * (SWATCH + GAP); }
 
 static void draw_swatch(int32_t index)
 {
@@ -93,8 +89,8 @@ static void draw_pen_sample(void)
 static void draw_status(void)
 {
     const char *state = asked_to_close ? "Close again to leave the drawing, or go on"
-        : drawing ? "Pen down: click to lift it"
-                  : "Click to put the pen down";
+                        : drawing      ? "Pen down: click to lift it"
+                                       : "Click to put the pen down";
     SetForeColor(window, PANEL, PANEL);
     FRectangle(window, 0, GAP + SWATCH + 4, WIDTH, BAR - GAP - SWATCH - 7);
     label(GAP, BAR - 9, asked_to_close ? 0xB00000FF : BLACK, state);
@@ -208,8 +204,7 @@ static void draw_shape(int32_t key)
     if (key == 'c')
         Circle(window, last_x, last_y, 12 + 6 * pen);
     else
-        Rectangle(window, last_x - 12 - 6 * pen, last_y - 8 - 4 * pen, 24 + 12 * pen,
-                  16 + 8 * pen);
+        Rectangle(window, last_x - 12 - 6 * pen, last_y - 8 - 4 * pen, 24 + 12 * pen, 16 + 8 * pen);
     end_paper();
 }
 

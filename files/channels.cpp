@@ -74,10 +74,10 @@ static int32_t index_of(const BList& list, int32_t ident)
     if (records == end)
         return -1;
     const auto first = static_cast<uint32_t>(records[0]->ident);
-    FileRecord** found = std::lower_bound(records, end, ident,
-        [first](const FileRecord* record, int32_t wanted) {
-            return static_cast<uint32_t>(record->ident) - first
-                < static_cast<uint32_t>(wanted) - first;
+    FileRecord** found =
+        std::lower_bound(records, end, ident, [first](const FileRecord* record, int32_t wanted) {
+            return static_cast<uint32_t>(record->ident) - first <
+                   static_cast<uint32_t>(wanted) - first;
         });
     return found != end && (*found)->ident == ident ? static_cast<int32_t>(found - records) : -1;
 }
@@ -184,10 +184,7 @@ extern "C" bool CloseFile(int32_t ch)
     return true;
 }
 
-void empty_file_cache()
-{
-    std::fill(std::begin(sRecent), std::end(sRecent), nullptr);
-}
+void empty_file_cache() { std::fill(std::begin(sRecent), std::end(sRecent), nullptr); }
 
 void Close_All_File()
 {
@@ -205,13 +202,13 @@ void Close_All_File()
 
 void flush_channels()
 {
-    BList* list = registry_lock().LockWithTimeout(kFlushPatience_us) == B_OK
-        ? registry_list(kFiles) : nullptr;
+    BList* list = registry_lock().LockWithTimeout(kFlushPatience_us) == B_OK ? registry_list(kFiles)
+                                                                             : nullptr;
     for (int32_t i = 0; list != nullptr && i < list->CountItems(); i++) {
         FILE* stream = static_cast<FileRecord*>(list->ItemAtFast(i))->stream;
         struct stat info;
-        if (fstat(fileno(stream), &info) != 0 || !S_ISREG(info.st_mode)
-            || ftrylockfile(stream) != 0)
+        if (fstat(fileno(stream), &info) != 0 || !S_ISREG(info.st_mode) ||
+            ftrylockfile(stream) != 0)
             continue;
         fflush(stream);
         funlockfile(stream);
@@ -256,8 +253,8 @@ extern "C" bool PrintFile(int32_t ch, const char* s)
 {
     static const char tail[2] = {};
     const size_t length = strlen(text_or_empty(s));
-    return length > 0 && write_bytes(ch, s, length + 1, __func__)
-        && write_bytes(ch, tail, sizeof(tail), __func__);
+    return length > 0 && write_bytes(ch, s, length + 1, __func__) &&
+           write_bytes(ch, tail, sizeof(tail), __func__);
 }
 
 template <class Number>
@@ -292,7 +289,7 @@ extern "C" bool ReadShort(int32_t ch, int16_t* out) { return read_number(ch, out
 
 extern "C" bool SeekFile(int32_t ch, uint32_t whence, int32_t offset)
 {
-    static const int kWhence[] = { SEEK_SET, SEEK_CUR, SEEK_END };
+    static const int kWhence[] = {SEEK_SET, SEEK_CUR, SEEK_END};
     FileRecord* record = FindFile(ch, __func__);
     if (record == nullptr || whence >= std::size(kWhence))
         return false;

@@ -61,10 +61,14 @@ static bool read_info(const BNodeInfo& info, int32_t which, char* text)
 {
     entry_ref ref;
     switch (which) {
-        case kFileType: return info.GetType(text) == B_OK;
-        case kFilePreferredApp: return info.GetPreferredApp(text, B_OPEN) == B_OK;
-        case kFileAppHint: return info.GetAppHint(&ref) == B_OK && copy_path(ref, text);
-        default: return false;
+        case kFileType:
+            return info.GetType(text) == B_OK;
+        case kFilePreferredApp:
+            return info.GetPreferredApp(text, B_OPEN) == B_OK;
+        case kFileAppHint:
+            return info.GetAppHint(&ref) == B_OK && copy_path(ref, text);
+        default:
+            return false;
     }
 }
 
@@ -86,25 +90,25 @@ static bool write_info(BNodeInfo& info, const char* value, int32_t which)
 {
     entry_ref ref;
     switch (which) {
-        case kFileType: return info.SetType(value) == B_OK;
-        case kFilePreferredApp: return info.SetPreferredApp(value, B_OPEN) == B_OK;
+        case kFileType:
+            return info.SetType(value) == B_OK;
+        case kFilePreferredApp:
+            return info.SetPreferredApp(value, B_OPEN) == B_OK;
         case kFileAppHint:
             return BEntry(value, true).GetRef(&ref) == B_OK && info.SetAppHint(&ref) == B_OK;
-        default: return false;
+        default:
+            return false;
     }
 }
 
 void SetMimeInfo(const char* path, const char* value, int32_t which)
 {
-    if (value == nullptr
-        || !with_info(path, [&](BNodeInfo& info) { return write_info(info, value, which); }))
+    if (value == nullptr ||
+        !with_info(path, [&](BNodeInfo& info) { return write_info(info, value, which); }))
         trace("SetMimeInfo", value);
 }
 
-extern "C" char* GetFileMime(const char* path)
-{
-    return GetMimeInfo(path, kFileType);
-}
+extern "C" char* GetFileMime(const char* path) { return GetMimeInfo(path, kFileType); }
 
 extern "C" char* GetFilePreferredApp(const char* path)
 {
@@ -159,17 +163,13 @@ extern "C" bool InstallMime(const char* type)
     return with_type(type, __func__, [](BMimeType& mime) { return mime.Install() == B_OK; });
 }
 
-extern "C" bool IsValidMime(const char* type)
-{
-    return BMimeType::IsValid(type);
-}
+extern "C" bool IsValidMime(const char* type) { return BMimeType::IsValid(type); }
 
 extern "C" char* GetPreferredApp(const char* type)
 {
     static char text[kTextSize];
-    const bool found = with_type(type, __func__, [](BMimeType& mime) {
-        return mime.GetPreferredApp(text, B_OPEN) == B_OK;
-    });
+    const bool found = with_type(
+        type, __func__, [](BMimeType& mime) { return mime.GetPreferredApp(text, B_OPEN) == B_OK; });
     return found ? text : kNoText;
 }
 
@@ -190,8 +190,8 @@ extern "C" int32_t LoadMimeIcon(const char* type)
     IconRecord* icon = icons != nullptr && mime.InitCheck() == B_OK ? MyAllocIcon() : nullptr;
     if (icon == nullptr)
         return 0;
-    if (mime.GetIcon(icon->image, B_MINI_ICON) == B_OK
-        && mime.GetIcon(icon->selected_image, B_LARGE_ICON) == B_OK && icons->AddItem(icon)) {
+    if (mime.GetIcon(icon->image, B_MINI_ICON) == B_OK &&
+        mime.GetIcon(icon->selected_image, B_LARGE_ICON) == B_OK && icons->AddItem(icon)) {
         icon->ident = GetUniqueID();
         return icon->ident;
     }
@@ -221,9 +221,9 @@ int32_t GetMimeList(const char* type)
     int32 sub = 0;
     int32 super = 0;
     const char* text = nullptr;
-    if (mime.InitCheck() == B_OK && mime.GetSupportingApps(&message) == B_OK
-        && message.FindInt32("be:sub", &sub) == B_OK
-        && message.FindInt32("be:super", &super) == B_OK) {
+    if (mime.InitCheck() == B_OK && mime.GetSupportingApps(&message) == B_OK &&
+        message.FindInt32("be:sub", &sub) == B_OK &&
+        message.FindInt32("be:super", &super) == B_OK) {
         for (int32 i = 0; i < sub + super; i++)
             message.FindString("applications", i, &text);
     }

@@ -93,10 +93,7 @@ static std::string volume_path(const BVolume& volume)
     return path.InitCheck() == B_OK ? path.Path() : "";
 }
 
-static int32 device_number(const BVolume& volume)
-{
-    return static_cast<int32>(volume.Device());
-}
+static int32 device_number(const BVolume& volume) { return static_cast<int32>(volume.Device()); }
 
 static void remember_volumes()
 {
@@ -133,8 +130,8 @@ static void tell_moved(const BMessage& message)
     const int32 device = number_in(message, "device");
     const char* name = text_in(message, "name", "");
     const std::string to = entry_path(device, node_in(message, "to directory"), name);
-    const std::string from = entry_path(device, node_in(message, "from directory"),
-                                        text_in(message, "from name", name));
+    const std::string from =
+        entry_path(device, node_in(message, "from directory"), text_in(message, "from name", name));
     follow_move(from, to);
     tell(B_ENTRY_MOVED, from, &to);
 }
@@ -142,8 +139,8 @@ static void tell_moved(const BMessage& message)
 static bool is_at(const std::string& path, const node_ref& node)
 {
     node_ref there;
-    return BEntry(path.c_str()).GetNodeRef(&there) == B_OK
-        && numbered(static_cast<int32>(there.device), static_cast<int64>(there.node)) == node;
+    return BEntry(path.c_str()).GetNodeRef(&there) == B_OK &&
+           numbered(static_cast<int32>(there.device), static_cast<int64>(there.node)) == node;
 }
 
 // A watched node that left its place may be anywhere, if it is at all.
@@ -158,8 +155,8 @@ static void forget_removed(const node_ref& node, const std::string& path)
 static void tell_entry(int32 opcode, const BMessage& message)
 {
     const int32 device = number_in(message, "device");
-    const std::string path
-        = entry_path(device, node_in(message, "directory"), text_in(message, "name", ""));
+    const std::string path =
+        entry_path(device, node_in(message, "directory"), text_in(message, "name", ""));
     if (opcode == B_ENTRY_REMOVED)
         forget_removed(numbered(device, node_in(message, "node")), path);
     tell(opcode, path, nullptr);
@@ -195,10 +192,18 @@ static void tell_change(const BMessage& message)
     const int32 opcode = number_in(message, "opcode");
     switch (opcode) {
         case B_ENTRY_CREATED:
-        case B_ENTRY_REMOVED: tell_entry(opcode, message); break;
-        case B_ENTRY_MOVED: tell_moved(message); break;
-        case B_DEVICE_MOUNTED: tell_mounted(message); break;
-        case B_DEVICE_UNMOUNTED: tell_unmounted(message); break;
+        case B_ENTRY_REMOVED:
+            tell_entry(opcode, message);
+            break;
+        case B_ENTRY_MOVED:
+            tell_moved(message);
+            break;
+        case B_DEVICE_MOUNTED:
+            tell_mounted(message);
+            break;
+        case B_DEVICE_UNMOUNTED:
+            tell_unmounted(message);
+            break;
         default:
             tell(opcode,
                  node_path(numbered(number_in(message, "device"), node_in(message, "node"))),

@@ -14,12 +14,32 @@
 static int32_t representative_of(int32_t kind)
 {
     switch (kind) {
-        case 4: case 5: case 6: case 36: case 37: case 45: case 46: return 3;
-        case 8: case 9: case 10: case 20: case 21: case 22: case 23: return 7;
-        case 14: return 13;
-        case 16: return 15;
-        case 27: case 28: case 29: return 26;
-        default: return kind;
+        case 4:
+        case 5:
+        case 6:
+        case 36:
+        case 37:
+        case 45:
+        case 46:
+            return 3;
+        case 8:
+        case 9:
+        case 10:
+        case 20:
+        case 21:
+        case 22:
+        case 23:
+            return 7;
+        case 14:
+            return 13;
+        case 16:
+            return 15;
+        case 27:
+        case 28:
+        case 29:
+            return 26;
+        default:
+            return kind;
     }
 }
 

@@ -15,8 +15,8 @@ static uint8* pixel_at(const MyWinClass* window, int32_t x, int32_t y)
     if (x < 0 || y < 0 || x > static_cast<int32_t>(bounds.right) ||
         y > static_cast<int32_t>(bounds.bottom))
         return nullptr;
-    return static_cast<uint8*>(raster->Bits()) +
-        static_cast<size_t>(y) * raster->BytesPerRow() + static_cast<size_t>(x) * 4;
+    return static_cast<uint8*>(raster->Bits()) + static_cast<size_t>(y) * raster->BytesPerRow() +
+           static_cast<size_t>(x) * 4;
 }
 
 extern "C" void WritePixel(intptr_t target, int32_t x, int32_t y)

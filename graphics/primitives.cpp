@@ -134,8 +134,8 @@ extern "C" void FCircle(intptr_t target, int32_t cx, int32_t cy, int32_t r)
     fill_ellipse(target, __func__, cx, cy, r, r);
 }
 
-extern "C" void Arc(intptr_t target, int32_t cx, int32_t cy, int32_t rx, int32_t ry,
-                    int32_t start, int32_t arc)
+extern "C" void Arc(intptr_t target, int32_t cx, int32_t cy, int32_t rx, int32_t ry, int32_t start,
+                    int32_t arc)
 {
     stroke(target, __func__, box_around(cx, cy, rx, ry), [&](BView& view) {
         view.StrokeArc(point_of(cx, cy), static_cast<float>(rx), static_cast<float>(ry),
@@ -143,8 +143,8 @@ extern "C" void Arc(intptr_t target, int32_t cx, int32_t cy, int32_t rx, int32_t
     });
 }
 
-extern "C" void FArc(intptr_t target, int32_t cx, int32_t cy, int32_t rx, int32_t ry,
-                     int32_t start, int32_t arc)
+extern "C" void FArc(intptr_t target, int32_t cx, int32_t cy, int32_t rx, int32_t ry, int32_t start,
+                     int32_t arc)
 {
     fill(target, __func__, box_around(cx, cy, rx, ry), [&](BView& view) {
         view.FillArc(point_of(cx, cy), static_cast<float>(rx), static_cast<float>(ry),
@@ -158,18 +158,16 @@ extern "C" void Triangle(intptr_t target, int32_t x1, int32_t y1, int32_t x2, in
                          int32_t x3, int32_t y3)
 {
     const BPoint corners[] = {point_of(x1, y1), point_of(x2, y2), point_of(x3, y3)};
-    stroke(target, __func__, box_of(corners, 3), [&](BView& view) {
-        view.StrokeTriangle(corners[0], corners[1], corners[2]);
-    });
+    stroke(target, __func__, box_of(corners, 3),
+           [&](BView& view) { view.StrokeTriangle(corners[0], corners[1], corners[2]); });
 }
 
 extern "C" void FTriangle(intptr_t target, int32_t x1, int32_t y1, int32_t x2, int32_t y2,
                           int32_t x3, int32_t y3)
 {
     const BPoint corners[] = {point_of(x1, y1), point_of(x2, y2), point_of(x3, y3)};
-    fill(target, __func__, box_of(corners, 3), [&](BView& view) {
-        view.FillTriangle(corners[0], corners[1], corners[2]);
-    });
+    fill(target, __func__, box_of(corners, 3),
+         [&](BView& view) { view.FillTriangle(corners[0], corners[1], corners[2]); });
 }
 
 extern "C" void Line(intptr_t target, int32_t x1, int32_t y1, int32_t x2, int32_t y2)
@@ -246,8 +244,7 @@ extern "C" void FillPolygon(intptr_t target, int32_t count, const int16_t* point
          [&](BView& view) { view.FillPolygon(corners.Points(), corners.Count()); });
 }
 
-extern "C" void StrokePolygon(intptr_t target, int32_t count, const int16_t* points,
-                              int32_t closed)
+extern "C" void StrokePolygon(intptr_t target, int32_t count, const int16_t* points, int32_t closed)
 {
     const PointList corners(points, count);
     if (corners.Count() == 0)
@@ -273,8 +270,8 @@ extern "C" void PolyDraw(intptr_t target, int32_t count, const int16_t* points)
 }
 
 // The curve drawn last.
-static thread_local BPoint sBezier[4] = {
-    BPoint(0.1f, 0.9f), BPoint(0.3f, 0.6f), BPoint(100, 15), BPoint(140, 96)};
+static thread_local BPoint sBezier[4] = {BPoint(0.1f, 0.9f), BPoint(0.3f, 0.6f), BPoint(100, 15),
+                                         BPoint(140, 96)};
 
 static bool take_bezier(const int16_t* points)
 {
@@ -288,8 +285,7 @@ static bool take_bezier(const int16_t* points)
 extern "C" void FillBezier(intptr_t target, const int16_t* points)
 {
     if (take_bezier(points))
-        fill(target, __func__, box_of(sBezier, 4),
-             [](BView& view) { view.FillBezier(sBezier); });
+        fill(target, __func__, box_of(sBezier, 4), [](BView& view) { view.FillBezier(sBezier); });
 }
 
 extern "C" void StrokeBezier(intptr_t target, const int16_t* points)

@@ -14,10 +14,7 @@
 static const intptr_t kDefaultTarget = -1;
 
 // Where pointers are wider than idents, no address looks like an ident.
-static bool may_be_ident(intptr_t target)
-{
-    return target > 0 && target <= INT32_MAX;
-}
+static bool may_be_ident(intptr_t target) { return target > 0 && target <= INT32_MAX; }
 
 static bool may_be_address(intptr_t target)
 {

@@ -306,26 +306,26 @@ char **GetListe_List(void *list);
    coordinates and sizes cut to whole pixels), and the bit of the event mask that must be set, as
    all are at first. */
 enum {
-    PLINTH_ACTIVATED = 0,           /* none; bit 7 */
-    PLINTH_DEACTIVATED = 1,         /* none; bit 9 */
-    PLINTH_MINIMIZED = 2,           /* 1 minimised (bit 11), 0 restored (bit 10) */
-    PLINTH_MOVED = 3,               /* left, top on the screen; bit 13 */
-    PLINTH_ZOOMED = 4,              /* none; bit 14 */
-    PLINTH_HIDDEN = 5,              /* none; always */
-    PLINTH_SHOWN = 6,               /* none; bit 10 */
-    PLINTH_REDRAWN = 7,             /* last width; bit 16 */
-    PLINTH_RESIZED = 8,             /* width, height; bit 12 */
-    PLINTH_SCREEN_CHANGED = 9,      /* colour space; bit 19 */
+    PLINTH_ACTIVATED = 0,            /* none; bit 7 */
+    PLINTH_DEACTIVATED = 1,          /* none; bit 9 */
+    PLINTH_MINIMIZED = 2,            /* 1 minimised (bit 11), 0 restored (bit 10) */
+    PLINTH_MOVED = 3,                /* left, top on the screen; bit 13 */
+    PLINTH_ZOOMED = 4,               /* none; bit 14 */
+    PLINTH_HIDDEN = 5,               /* none; always */
+    PLINTH_SHOWN = 6,                /* none; bit 10 */
+    PLINTH_REDRAWN = 7,              /* last width; bit 16 */
+    PLINTH_RESIZED = 8,              /* width, height; bit 12 */
+    PLINTH_SCREEN_CHANGED = 9,       /* colour space; bit 19 */
     PLINTH_WORKSPACE_ACTIVATED = 10, /* number, 1 entered or 0 left; bit 17 */
-    PLINTH_WORKSPACES_CHANGED = 11, /* old set, new set; bit 18 */
-    PLINTH_CLOSE_REQUESTED = 12,    /* none; bit 0; low byte of the result non-zero: may close */
-    PLINTH_KEY = 13,                /* character, or key + 200 for a function key; modifiers */
-    PLINTH_MOUSE_DOWN = 14,         /* x, y, button 1, 2 or 4, click count; bit 6 */
-    PLINTH_MOUSE_MOVED = 15,        /* x, y; bit 4 */
-    PLINTH_TIMER = 16,              /* none; bit 15 */
-    PLINTH_MENU_ITEM = 17,          /* the item's code */
-    PLINTH_MENUS_BEGINNING = 18,    /* none */
-    PLINTH_FILES_DROPPED = 21       /* count, char ** of paths that live during the call */
+    PLINTH_WORKSPACES_CHANGED = 11,  /* old set, new set; bit 18 */
+    PLINTH_CLOSE_REQUESTED = 12,     /* none; bit 0; low byte of the result non-zero: may close */
+    PLINTH_KEY = 13,                 /* character, or key + 200 for a function key; modifiers */
+    PLINTH_MOUSE_DOWN = 14,          /* x, y, button 1, 2 or 4, click count; bit 6 */
+    PLINTH_MOUSE_MOVED = 15,         /* x, y; bit 4 */
+    PLINTH_TIMER = 16,               /* none; bit 15 */
+    PLINTH_MENU_ITEM = 17,           /* the item's code */
+    PLINTH_MENUS_BEGINNING = 18,     /* none */
+    PLINTH_FILES_DROPPED = 21        /* count, char ** of paths that live during the call */
 };
 
 /* Opens and shows a titled window whose content covers (x, y) to (x + width, y + height), screen

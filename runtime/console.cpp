@@ -23,7 +23,4 @@ extern "C" int32_t Print(double x)
     return fputs(text, stdout) < 0 ? -1 : static_cast<int32_t>(strlen(text));
 }
 
-extern "C" void WriteCR(void)
-{
-    putchar('\n');
-}
+extern "C" void WriteCR(void) { putchar('\n'); }

@@ -15,7 +15,7 @@
 #include <stdlib.h>
 #include <string.h>
 
-static const size_t kNumberSize = 64;  // the private buffers of Hex and Bin
+static const size_t kNumberSize = 64;   // the private buffers of Hex and Bin
 static const size_t kCommaText = 1023;  // what Cdbl reads of its text
 static const size_t kShortNumber = 40;
 static const int32_t kMaxWidth = 4096;
@@ -58,9 +58,8 @@ char* put_general(char* to, double x)
 
 char* put_fixed(char* to, double x, int precision)
 {
-    char* end
-        = std::to_chars(to, to + kFixedSize + precision, x, std::chars_format::fixed, precision)
-              .ptr;
+    char* end =
+        std::to_chars(to, to + kFixedSize + precision, x, std::chars_format::fixed, precision).ptr;
     *end = '\0';
     return end;
 }
@@ -81,15 +80,9 @@ extern "C" char* Cstr(double x)
     return slot;
 }
 
-static bool is_space(char c)
-{
-    return c == ' ' || (c >= '\t' && c <= '\r');
-}
+static bool is_space(char c) { return c == ' ' || (c >= '\t' && c <= '\r'); }
 
-static bool is_digit(char c)
-{
-    return c >= '0' && c <= '9';
-}
+static bool is_digit(char c) { return c >= '0' && c <= '9'; }
 
 // Plain decimals go the fast way; the C library reads what else it accepts (hexadecimal, infinities
 // and the like) and what a double cannot hold.
@@ -183,8 +176,8 @@ static void bound_conversion(double x, Conversion* conversion)
     if (excess > 0) {
         conversion->precision = kMaxPrecision;
         // Digits that are left out leave room for as much padding in front.
-        const bool has_digits = std::isfinite(x)
-            && (tolower(conversion->letter) != 'g' || strchr(conversion->flags, '#') != nullptr);
+        const bool has_digits = std::isfinite(x) && (tolower(conversion->letter) != 'g' ||
+                                                     strchr(conversion->flags, '#') != nullptr);
         if (has_digits && conversion->width >= 0)
             conversion->width = std::max(conversion->width - excess, 0);
     }
@@ -248,8 +241,8 @@ extern "C" char* Format(double x, const char* fmt)
     for (const char* at = fmt; *at != '\0' && length < kSlotText;) {
         if (at[0] == '%' && at[1] != '%') {
             char number[kSlotSize];
-            const size_t taken
-                = std::min(put_conversion(number, x, conversion), kSlotText - length);
+            const size_t taken =
+                std::min(put_conversion(number, x, conversion), kSlotText - length);
             memcpy(text + length, number, taken);
             length += taken;
             Conversion again;

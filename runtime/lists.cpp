@@ -30,10 +30,7 @@ static BList& system_list()
     return *list;
 }
 
-static void append(const char* name)
-{
-    system_list().AddItem(MyStringStr(name));
-}
+static void append(const char* name) { system_list().AddItem(MyStringStr(name)); }
 
 template <class Device>
 static void append_devices()
@@ -123,10 +120,7 @@ extern "C" void GetList(uint32_t kind)
         kFillers[kind]();
 }
 
-extern "C" int32_t CountList(void)
-{
-    return system_list().CountItems();
-}
+extern "C" int32_t CountList(void) { return system_list().CountItems(); }
 
 extern "C" const char* GetInfoList(int32_t index)
 {

@@ -28,10 +28,7 @@ extern "C" void* MyAlloc(int32_t size)
 
 extern "C" void MyFree(void* block) { free(block); }
 
-extern "C" uint32_t GetUniqueID(void)
-{
-    return sNextIdent.fetch_add(1, std::memory_order_relaxed);
-}
+extern "C" uint32_t GetUniqueID(void) { return sNextIdent.fetch_add(1, std::memory_order_relaxed); }
 
 extern "C" const char* __GetCommand(int32_t index)
 {

@@ -8,15 +8,9 @@
 #include <stdlib.h>
 
 // Kept on purpose: the floor is taken in single precision.
-static double single_floor(double x)
-{
-    return floorf(static_cast<float>(x));
-}
+static double single_floor(double x) { return floorf(static_cast<float>(x)); }
 
-extern "C" double Frac(double x)
-{
-    return x - single_floor(x);
-}
+extern "C" double Frac(double x) { return x - single_floor(x); }
 
 extern "C" int32_t Sgn(double x)
 {

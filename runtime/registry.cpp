@@ -17,8 +17,8 @@ BList** PtApp = nullptr;
 
 static const int32 kListBlockSize = 20;
 
-static BList* sOpenTables;             // registry lock; the tables that Close_Sys has not freed
-static std::atomic<bool> sEndApp = false;   // endapp
+static BList* sOpenTables;                 // registry lock; the tables that Close_Sys has not freed
+static std::atomic<bool> sEndApp = false;  // endapp
 static std::atomic<bool> sTracker = false;  // tracker
 
 BLocker& registry_lock()
@@ -32,10 +32,7 @@ static bool is_open_table(BList** table)
     return table != nullptr && sOpenTables != nullptr && sOpenTables->HasItem(table);
 }
 
-BList* registry_list(RegistrySlot slot)
-{
-    return is_open_table(PtApp) ? PtApp[slot] : nullptr;
-}
+BList* registry_list(RegistrySlot slot) { return is_open_table(PtApp) ? PtApp[slot] : nullptr; }
 
 bool is_ending() { return sEndApp.load(std::memory_order_relaxed); }
 
@@ -95,16 +92,11 @@ static const struct {
     RegistrySlot slot;
     void (*close_all)();
 } kCloseOrder[] = {
-    {kWindows, nullptr},
-    {kIcons, Close_All_Icon},
-    {kFiles, Close_All_File},
-    {kFonts, Close_All_Font},
-    {kGadgets, Close_All_Gadget},
-    {kMenus, Close_All_Menu},
-    {kMedia, Close_All_MediaKit},
-    {kSerialPorts, Close_All_Serial},
-    {kMidiFiles, Close_All_Midi},
-    {kJoysticks, Close_All_Joystick},
+    {kWindows, nullptr},          {kIcons, Close_All_Icon},
+    {kFiles, Close_All_File},     {kFonts, Close_All_Font},
+    {kGadgets, Close_All_Gadget}, {kMenus, Close_All_Menu},
+    {kMedia, Close_All_MediaKit}, {kSerialPorts, Close_All_Serial},
+    {kMidiFiles, Close_All_Midi}, {kJoysticks, Close_All_Joystick},
 };
 static_assert(sizeof(kCloseOrder) / sizeof(kCloseOrder[0]) == kRegistrySlots, "one row per kind");
 

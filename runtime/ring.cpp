@@ -150,7 +150,7 @@ static bool may_run_on(const char* find, size_t find_length)
 
 // The walk itself, for texts that it writes over while it reads them.
 static size_t walk_each(const char* text, size_t length, size_t positions, const char* find,
-    size_t find_length)
+                        size_t find_length)
 {
     for (size_t i = 1; i <= positions; i++) {
         if (in_ring(text))
@@ -179,9 +179,9 @@ static size_t walk_with_care(const char* text, size_t before, const char* find, 
     const size_t positions = before + length;
     if (find_length > positions || positions == 0)
         return 0;
-    if (is_disturbed(text, length, find_length, positions)
-        || is_disturbed(find, find_length, find_length, positions)
-        || (find_length > kSlotSize && may_run_on(find, find_length)))
+    if (is_disturbed(text, length, find_length, positions) ||
+        is_disturbed(find, find_length, find_length, positions) ||
+        (find_length > kSlotSize && may_run_on(find, find_length)))
         return walk_each(text, length, positions, find, find_length);
     const char* hit = find_length > kSlotSize ? nullptr : find_text(text, find, find_length);
     const size_t position = hit == nullptr ? 0 : hit - text + 1;

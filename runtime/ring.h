@@ -16,10 +16,7 @@ constexpr size_t kRingSize = (kSlots + 1) * kSlotSize;  // slot 15 spills into a
 extern char StrFunction[kRingSize];
 extern uint32_t StrCnt;  // the slot handed out last
 
-inline char* ring_slot(uint32_t index)
-{
-    return StrFunction + (index % kSlots) * kSlotSize;
-}
+inline char* ring_slot(uint32_t index) { return StrFunction + (index % kSlots) * kSlotSize; }
 
 // Hands out the next slot, after slot 15 slot 0.
 inline char* GetNextTab()
@@ -95,9 +92,6 @@ size_t walk_for(const char* text, size_t before, const char* find, size_t find_l
 constexpr size_t kPairs = kSlots / 2;
 
 // The slot of position `i` of a walk that is about to begin.
-inline char* walk_slot(size_t i)
-{
-    return ring_slot(StrCnt + 2 * static_cast<uint32_t>(i) - 1);
-}
+inline char* walk_slot(size_t i) { return ring_slot(StrCnt + 2 * static_cast<uint32_t>(i) - 1); }
 
 #endif  // RUNTIME_RING_H

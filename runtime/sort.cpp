@@ -31,11 +31,8 @@ struct SortRow {
 };
 
 static const SortRow kSorts[] = {
-    { sizeof(int16_t), sort_short },
-    { sizeof(int32_t), sort_integer },
-    { sizeof(float), sort_single },
-    { sizeof(double), sort_double },
-    { sizeof(char*), sort_string },
+    {sizeof(int16_t), sort_short}, {sizeof(int32_t), sort_integer}, {sizeof(float), sort_single},
+    {sizeof(double), sort_double}, {sizeof(char*), sort_string},
 };
 
 extern "C" void Sort(void* base, uint32_t type)

@@ -57,8 +57,8 @@ extern "C" int32_t PlinthStart(int argc, char** argv, void (*program)(void))
         return status;
     atexit(leave_at_once);
     sProgramRuns = true;
-    const thread_id thread = spawn_thread(run_program, "program", B_NORMAL_PRIORITY,
-                                          reinterpret_cast<void*>(program));
+    const thread_id thread =
+        spawn_thread(run_program, "program", B_NORMAL_PRIORITY, reinterpret_cast<void*>(program));
     if (thread < B_OK || resume_thread(thread) != B_OK) {
         sProgramRuns = false;
         delete app;

@@ -13,7 +13,7 @@
 #include <limits.h>
 #include <string.h>
 
-static const size_t kWorkText = 263;  // what the work buffer of Replace holds
+static const size_t kWorkText = 263;      // what the work buffer of Replace holds
 static const int kFewSubstitutions = 64;  // a power of two; so many need no watch
 static const int kMaxSubstitutions = 100000;
 static const size_t kPathSize = 1024;
@@ -92,10 +92,7 @@ extern "C" int32_t Instr(int32_t offset, const char* s, const char* find)
     return static_cast<int32_t>(walk_for(s + skipped, skipped, find, strlen(find)));
 }
 
-extern "C" int32_t Len(const char* s)
-{
-    return length_of(text_or_empty(s));
-}
+extern "C" int32_t Len(const char* s) { return length_of(text_or_empty(s)); }
 
 extern "C" char* Space(int32_t n)
 {
@@ -133,15 +130,9 @@ static char* put_char(char* slot, char c)
     return slot;
 }
 
-extern "C" char* Chr(uint8_t c)
-{
-    return put_char(GetNextTab(), static_cast<char>(c));
-}
+extern "C" char* Chr(uint8_t c) { return put_char(GetNextTab(), static_cast<char>(c)); }
 
-extern "C" int32_t Chr2(const char* s)
-{
-    return static_cast<signed char>(text_or_empty(s)[0]);
-}
+extern "C" int32_t Chr2(const char* s) { return static_cast<signed char>(text_or_empty(s)[0]); }
 
 // Maps `length` bytes. ASCII goes the fast way, the same whatever the locale; only other bytes are
 // the C library's affair.
@@ -181,15 +172,9 @@ static char* take_mapped(const char* s)
     return slot;
 }
 
-extern "C" char* Lcase(const char* s)
-{
-    return take_mapped<lower>(s);
-}
+extern "C" char* Lcase(const char* s) { return take_mapped<lower>(s); }
 
-extern "C" char* Ucase(const char* s)
-{
-    return take_mapped<raise>(s);
-}
+extern "C" char* Ucase(const char* s) { return take_mapped<raise>(s); }
 
 extern "C" char* TitleCase(const char* s)
 {
@@ -343,7 +328,9 @@ private:
 class Pattern {
 public:
     explicit Pattern(const char* text)
-        : fText(text_or_empty(text)), fLength(strlen(fText)), fInRing(in_ring(fText)) {}
+        : fText(text_or_empty(text)), fLength(strlen(fText)), fInRing(in_ring(fText))
+    {
+    }
     const char* Text() const { return fText; }
     size_t Length() const { return fInRing ? strlen(fText) : fLength; }
 
@@ -356,7 +343,7 @@ private:
 // Replaces the match at `position` as two Mids and their joining do. The search and the first of
 // them may have written over a pattern in the ring, whose length then is no longer the match's.
 static void substitute(WorkText* work, size_t position, const Pattern& find, const Pattern& repl,
-    int32_t rest_count)
+                       int32_t rest_count)
 {
     const size_t left_length = position - 1;
     char* left = take_mid();
@@ -396,8 +383,8 @@ public:
     }
     bool IsBackAt(const WorkText& work) const
     {
-        return work == fWork && (!fHasRing
-            || (StrCnt == fLastSlot && memcmp(fRing, StrFunction, kRingSize) == 0));
+        return work == fWork &&
+               (!fHasRing || (StrCnt == fLastSlot && memcmp(fRing, StrFunction, kRingSize) == 0));
     }
 
 private:

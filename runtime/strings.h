@@ -4,10 +4,7 @@
 // String helpers that the library's other families use.
 
 // A null text counts as the empty one.
-inline const char* text_or_empty(const char* text)
-{
-    return text == nullptr ? "" : text;
-}
+inline const char* text_or_empty(const char* text) { return text == nullptr ? "" : text; }
 
 // A copy from MyAlloc, freed with MyFree; null for a null or empty text and when there is no room.
 char* MyStringStr(const char* text);

@@ -18,8 +18,8 @@ static const int kMaxArguments = 33;  // behind the path
 static int count_arguments(const char* const* arguments)
 {
     int count = 0;
-    while (arguments != nullptr && count < kMaxArguments && arguments[count] != nullptr
-           && arguments[count][0] != '\0')
+    while (arguments != nullptr && count < kMaxArguments && arguments[count] != nullptr &&
+           arguments[count][0] != '\0')
         count++;
     return count;
 }
@@ -29,7 +29,7 @@ extern "C" int32_t RunProg(const char* path, const char* const* arguments)
     if (path == nullptr)
         return 0;
     const int count = count_arguments(arguments);
-    const char* argv[kMaxArguments + 2] = { path };
+    const char* argv[kMaxArguments + 2] = {path};
     for (int i = 0; i < count; i++)
         argv[i + 1] = arguments[i];
     const thread_id thread = load_image(count + 1, argv, const_cast<const char**>(environ));
@@ -65,8 +65,7 @@ extern "C" void SetPriTask(int32_t priority)
 extern "C" int32_t GetPriTask(void)
 {
     thread_info info;
-    return get_thread_info(find_thread(nullptr), &info) == B_OK ? info.priority
-                                                                : B_NORMAL_PRIORITY;
+    return get_thread_info(find_thread(nullptr), &info) == B_OK ? info.priority : B_NORMAL_PRIORITY;
 }
 
 extern "C" void FreeData(char** table)
@@ -83,8 +82,8 @@ extern "C" char** GetListe_List(void* list)
         return nullptr;
     const int32 count = items->CountItems();
     const size_t bytes = sizeof(char*) * (static_cast<size_t>(count) + 1);
-    auto** table = bytes <= INT32_MAX ? static_cast<char**>(MyAlloc(static_cast<int32_t>(bytes)))
-                                      : nullptr;
+    auto** table =
+        bytes <= INT32_MAX ? static_cast<char**>(MyAlloc(static_cast<int32_t>(bytes))) : nullptr;
     for (int32 i = 0; table != nullptr && i < count; i++)
         table[i] = static_cast<char*>(items->ItemAtFast(i));
     return table;

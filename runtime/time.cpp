@@ -48,8 +48,8 @@ extern "C" bool SetDate(int32_t year, int32_t month, int32_t day)
     struct tm wanted;
     if (!local_time(&wanted))
         return false;
-    if (__builtin_sub_overflow(year, 1900, &wanted.tm_year)
-        || __builtin_sub_overflow(month, 1, &wanted.tm_mon)) {
+    if (__builtin_sub_overflow(year, 1900, &wanted.tm_year) ||
+        __builtin_sub_overflow(month, 1, &wanted.tm_mon)) {
         show_dbg(kBadArgument, 0, __func__);
         return false;
     }
@@ -63,14 +63,22 @@ extern "C" int32_t GetInfoTime(int32_t selector)
     if (!local_time(&now))
         return 0;
     switch (selector) {
-        case 0: return now.tm_mday;
-        case 1: return now.tm_mon + 1;
-        case 2: return now.tm_year;  // kept on purpose: counted from 1900
-        case 3: return now.tm_hour;
-        case 4: return now.tm_min;
-        case 5: return now.tm_sec;
-        case 6: return now.tm_wday;
-        default: return 0;
+        case 0:
+            return now.tm_mday;
+        case 1:
+            return now.tm_mon + 1;
+        case 2:
+            return now.tm_year;  // kept on purpose: counted from 1900
+        case 3:
+            return now.tm_hour;
+        case 4:
+            return now.tm_min;
+        case 5:
+            return now.tm_sec;
+        case 6:
+            return now.tm_wday;
+        default:
+            return 0;
     }
 }
 

@@ -11,16 +11,26 @@
 static const char* reason_of(int32_t code)
 {
     switch (code) {
-        case kNoSuchWindow: return "no such window";
-        case kNoTarget: return "no window or plain view to draw into";
-        case kBadArgument: return "argument out of range";
-        case kIsGadget: return "the ident is a gadget's";
-        case kNoMemory: return "out of memory";
-        case kNoSuchChannel: return "no such channel";
-        case kFileError: return "the file operation failed, see dos_err";
-        case kNoService: return "the system's service is not there, or failed";
-        case kNoSuchProgram: return "no such program, or it can not be started";
-        default: return "failed";
+        case kNoSuchWindow:
+            return "no such window";
+        case kNoTarget:
+            return "no window or plain view to draw into";
+        case kBadArgument:
+            return "argument out of range";
+        case kIsGadget:
+            return "the ident is a gadget's";
+        case kNoMemory:
+            return "out of memory";
+        case kNoSuchChannel:
+            return "no such channel";
+        case kFileError:
+            return "the file operation failed, see dos_err";
+        case kNoService:
+            return "the system's service is not there, or failed";
+        case kNoSuchProgram:
+            return "no such program, or it can not be started";
+        default:
+            return "failed";
     }
 }
 

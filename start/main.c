@@ -5,7 +5,4 @@
 
 extern void ProgramMain(void);
 
-int main(int argc, char **argv)
-{
-    return PlinthStart(argc, argv, ProgramMain);
-}
+int main(int argc, char** argv) { return PlinthStart(argc, argv, ProgramMain); }

@@ -14,15 +14,9 @@ void SetExpandDeskBar(uint8_t flag)
         show_dbg(kNoService, 0, "SetExpandDeskBar");
 }
 
-uint8_t IsExpandedDeskBar(void)
-{
-    return BDeskbar().IsExpanded() ? 1 : 0;
-}
+uint8_t IsExpandedDeskBar(void) { return BDeskbar().IsExpanded() ? 1 : 0; }
 
-int32_t GetPosDeskBar(void)
-{
-    return BDeskbar().Location(nullptr);
-}
+int32_t GetPosDeskBar(void) { return BDeskbar().Location(nullptr); }
 
 void SetPosDeskBar(int32_t location)
 {

@@ -21,8 +21,8 @@ struct FieldRow {
 };
 
 static const FieldRow kFields[] = {
-    {"to", B_MAIL_TO, true},     {"cc", B_MAIL_CC, false},   {"bc", B_MAIL_BCC, false},
-    {"fr", B_MAIL_FROM, true},   {"da", B_MAIL_DATE, true},  {"re", B_MAIL_REPLY, true},
+    {"to", B_MAIL_TO, true},      {"cc", B_MAIL_CC, false},      {"bc", B_MAIL_BCC, false},
+    {"fr", B_MAIL_FROM, true},    {"da", B_MAIL_DATE, true},     {"re", B_MAIL_REPLY, true},
     {"su", B_MAIL_SUBJECT, true}, {"pr", B_MAIL_PRIORITY, true},
 };
 

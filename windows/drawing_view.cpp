@@ -67,8 +67,7 @@ void MyView::_CountClick(int32 buttons, int32 clicks, int64 when)
 {
     bigtime_t interval = 0;
     get_click_speed(&interval);
-    const bool goes_on =
-        buttons == fLastButtons && clicks >= 2 && when - fLastClick_us <= interval;
+    const bool goes_on = buttons == fLastButtons && clicks >= 2 && when - fLastClick_us <= interval;
     fClickCount = goes_on ? fClickCount + 1 : 1;
     fLastButtons = buttons;
     fLastClick_us = when;
@@ -96,7 +95,8 @@ void MyView::MouseDown(BPoint where)
         message->FindInt64("when", &when);
         _CountClick(buttons, clicks, when);
         const bool single = buttons == B_PRIMARY_MOUSE_BUTTON ||
-            buttons == B_SECONDARY_MOUSE_BUTTON || buttons == B_TERTIARY_MOUSE_BUTTON;
+                            buttons == B_SECONDARY_MOUSE_BUTTON ||
+                            buttons == B_TERTIARY_MOUSE_BUTTON;
         if (buttons == B_SECONDARY_MOUSE_BUTTON && _OpenPopUp(where)) {
             // the menu took the click
         } else if (single) {

@@ -346,7 +346,8 @@ extern "C" int32_t OpenWindow(int32_t x, int32_t y, int32_t width, int32_t heigh
         return 0;
     const auto left = static_cast<float>(x);
     const auto top = static_cast<float>(y);
-    const BRect frame(left, top, left + static_cast<float>(width), top + static_cast<float>(height));
+    const BRect frame(left, top, left + static_cast<float>(width),
+                      top + static_cast<float>(height));
     const auto ident = static_cast<int32_t>(GetUniqueID());
     auto* window = new (std::nothrow) MyWinClass(ident, frame, B_TITLED_WINDOW, 0, "");
     if (window != nullptr) {

@@ -129,11 +129,11 @@ public:
         CallMasked(slot, 0, words...);
     }
 
-    MyView* fTopView = nullptr;         // shows the bitmap
-    BView* fOffscreenView = nullptr;    // every primitive draws through it; bitmap's lock as well
-    BView* fSavedFocus = nullptr;       // had the focus when the window was deactivated
-    BBitmap* fRaster = nullptr;         // what the window shows
-    BPopUpMenu* fPopUp = nullptr;       // opened by the secondary button
+    MyView* fTopView = nullptr;       // shows the bitmap
+    BView* fOffscreenView = nullptr;  // every primitive draws through it; bitmap's lock as well
+    BView* fSavedFocus = nullptr;     // had the focus when the window was deactivated
+    BBitmap* fRaster = nullptr;       // what the window shows
+    BPopUpMenu* fPopUp = nullptr;     // opened by the secondary button
     Marlin::ToolTip* fToolTip = nullptr;
     std::atomic<uint32> fEventMask = 0xFFFFFFFF;  // any thread
     const int32 fIdent;

@@ -53,8 +53,8 @@ static bool is_signature(const char* signature)
 {
     static const char kSupertype[] = "application/";
     const size_t length = sizeof(kSupertype) - 1;
-    return signature != nullptr && strncasecmp(signature, kSupertype, length) == 0
-        && signature[length] != '\0' && strlen(signature) < sizeof(app_info::signature);
+    return signature != nullptr && strncasecmp(signature, kSupertype, length) == 0 &&
+           signature[length] != '\0' && strlen(signature) < sizeof(app_info::signature);
 }
 
 // The command line as the kernel keeps it: each argument ends with a zero byte.
@@ -87,8 +87,7 @@ static std::vector<BMessage> launch_messages()
 // True if the program wants to run but once, and does: that one is told what this was started with.
 static bool is_passed_on(const char* signature)
 {
-    const BPrivate::RunningApp app =
-        BPrivate::only_instance(BPrivate::own_executable(), signature);
+    const BPrivate::RunningApp app = BPrivate::only_instance(BPrivate::own_executable(), signature);
     if (app.team < 0)
         return false;
     const BMessenger messenger = BPrivate::messenger_to(app);
@@ -100,20 +99,17 @@ static bool is_passed_on(const char* signature)
     return true;
 }
 
-BApplication::BApplication(const char* signature)
-    : BLooper("application")
+BApplication::BApplication(const char* signature) : BLooper("application")
 {
     _InitApp(signature, nullptr);
 }
 
-BApplication::BApplication(const char* signature, status_t* error)
-    : BLooper("application")
+BApplication::BApplication(const char* signature, status_t* error) : BLooper("application")
 {
     _InitApp(signature, error);
 }
 
-BApplication::BApplication(BMessage* data)
-    : BLooper(data)
+BApplication::BApplication(BMessage* data) : BLooper(data)
 {
     const char* signature = nullptr;
     if (data != nullptr)
@@ -173,10 +169,7 @@ void BApplication::_InitApp(const char* signature, status_t* error)
         *error = fInitStatus;
 }
 
-status_t BApplication::InitCheck() const
-{
-    return fInitStatus;
-}
+status_t BApplication::InitCheck() const { return fInitStatus; }
 
 thread_id BApplication::Run()
 {
@@ -235,10 +228,7 @@ public:
 
 }  // namespace
 
-bool BPrivate::is_quit_asked()
-{
-    return sQuitsAsked > 0;
-}
+bool BPrivate::is_quit_asked() { return sQuitsAsked > 0; }
 
 bool BApplication::QuitRequested()
 {
@@ -278,22 +268,18 @@ void BApplication::_QuitLoopers()
     fSlot->lock.LockTimes(levels);
 }
 
-void BApplication::Pulse()
-{
-}
+void BApplication::Pulse() {}
 
-void BApplication::ReadyToRun()
-{
-}
+void BApplication::ReadyToRun() {}
 
 void BApplication::MessageReceived(BMessage* message)
 {
     int32 index, form;
     BMessage specifier;
     const char* property;
-    if (message == nullptr || !message->HasSpecifiers()
-        || message->GetCurrentSpecifier(&index, &specifier, &form, &property) != B_OK
-        || !BPrivate::knows_property(kProperties, message, index, &specifier, form, property)) {
+    if (message == nullptr || !message->HasSpecifiers() ||
+        message->GetCurrentSpecifier(&index, &specifier, &form, &property) != B_OK ||
+        !BPrivate::knows_property(kProperties, message, index, &specifier, form, property)) {
         BLooper::MessageReceived(message);
         return;
     }
@@ -313,21 +299,13 @@ void BApplication::MessageReceived(BMessage* message)
     message->SendReply(&reply);
 }
 
-void BApplication::ArgvReceived(int32, char**)
-{
-}
+void BApplication::ArgvReceived(int32, char**) {}
 
-void BApplication::AppActivated(bool)
-{
-}
+void BApplication::AppActivated(bool) {}
 
-void BApplication::RefsReceived(BMessage*)
-{
-}
+void BApplication::RefsReceived(BMessage*) {}
 
-void BApplication::AboutRequested()
-{
-}
+void BApplication::AboutRequested() {}
 
 BHandler* BApplication::ResolveSpecifier(BMessage* message, int32 index, BMessage* specifier,
                                          int32 form, const char* property)
@@ -337,25 +315,13 @@ BHandler* BApplication::ResolveSpecifier(BMessage* message, int32 index, BMessag
     return BLooper::ResolveSpecifier(message, index, specifier, form, property);
 }
 
-void BApplication::ShowCursor()
-{
-    _SetCursorHidden(false);
-}
+void BApplication::ShowCursor() { _SetCursorHidden(false); }
 
-void BApplication::HideCursor()
-{
-    _SetCursorHidden(true);
-}
+void BApplication::HideCursor() { _SetCursorHidden(true); }
 
-void BApplication::ObscureCursor()
-{
-    server::ObscureCursor();
-}
+void BApplication::ObscureCursor() { server::ObscureCursor(); }
 
-bool BApplication::IsCursorHidden() const
-{
-    return fCursorHidden;
-}
+bool BApplication::IsCursorHidden() const { return fCursorHidden; }
 
 void BApplication::_SetCursorHidden(bool hidden)
 {
@@ -374,10 +340,7 @@ void BApplication::SetCursor(const void* cursor)
     SetCursor(&made);
 }
 
-void BApplication::SetCursor(const BCursor* cursor, bool)
-{
-    server::SetAppCursor(cursor);
-}
+void BApplication::SetCursor(const BCursor* cursor, bool) { server::SetAppCursor(cursor); }
 
 int32 BApplication::CountWindows() const
 {
@@ -396,27 +359,18 @@ BWindow* BApplication::WindowAt(int32 index) const
     return nullptr;
 }
 
-int32 BApplication::CountLoopers() const
-{
-    return static_cast<int32>(LooperTable::List().size());
-}
+int32 BApplication::CountLoopers() const { return static_cast<int32>(LooperTable::List().size()); }
 
 BLooper* BApplication::LooperAt(int32 index) const
 {
     const std::vector<LooperRef> loopers = LooperTable::List();
-    return index >= 0 && index < static_cast<int32>(loopers.size())
-        ? loopers[index].looper : nullptr;
+    return index >= 0 && index < static_cast<int32>(loopers.size()) ? loopers[index].looper
+                                                                    : nullptr;
 }
 
-bool BApplication::IsLaunching() const
-{
-    return fLaunching;
-}
+bool BApplication::IsLaunching() const { return fLaunching; }
 
-const char* BApplication::Signature() const
-{
-    return fSignature.c_str();
-}
+const char* BApplication::Signature() const { return fSignature.c_str(); }
 
 status_t BApplication::GetAppInfo(app_info* info) const
 {
@@ -434,10 +388,7 @@ status_t BApplication::GetAppInfo(app_info* info) const
 }
 
 // Programs are built without resources here.
-BResources* BApplication::AppResources()
-{
-    return nullptr;
-}
+BResources* BApplication::AppResources() { return nullptr; }
 
 void BApplication::DispatchMessage(BMessage* message, BHandler* handler)
 {
@@ -481,8 +432,8 @@ void BApplication::SetPulseRate(bigtime_t rate)
         return;
     fPulseRate = max_c(rate, 0);
     // Centuries are never: the sum must not overflow.
-    fNextPulse = fPulseRate > 0 && fPulseRate < B_INFINITE_TIMEOUT / 2
-        ? system_time() + fPulseRate : B_INFINITE_TIMEOUT;
+    fNextPulse = fPulseRate > 0 && fPulseRate < B_INFINITE_TIMEOUT / 2 ? system_time() + fPulseRate
+                                                                       : B_INFINITE_TIMEOUT;
     Unlock();
     _Wake();
 }
@@ -497,21 +448,15 @@ bigtime_t BApplication::_Idle()
     return fNextPulse;
 }
 
-status_t BApplication::RegisterLooper(BLooper* looper)
-{
-    return _SetRegistered(looper, true);
-}
+status_t BApplication::RegisterLooper(BLooper* looper) { return _SetRegistered(looper, true); }
 
-status_t BApplication::UnregisterLooper(BLooper* looper)
-{
-    return _SetRegistered(looper, false);
-}
+status_t BApplication::UnregisterLooper(BLooper* looper) { return _SetRegistered(looper, false); }
 
 status_t BApplication::_SetRegistered(BLooper* looper, bool registered)
 {
     BPrivate::LooperSlot* slot = LooperTable::Find(looper);
-    if (slot == nullptr || looper == this || LooperTable::IsWindow(slot)
-        || slot->registered.exchange(registered) == registered)
+    if (slot == nullptr || looper == this || LooperTable::IsWindow(slot) ||
+        slot->registered.exchange(registered) == registered)
         return B_BAD_VALUE;
     return B_OK;
 }
@@ -522,10 +467,7 @@ status_t BApplication::GetSupportedSuites(BMessage* data)
     return status == B_OK ? BLooper::GetSupportedSuites(data) : status;
 }
 
-status_t BApplication::Perform(perform_code d, void* arg)
-{
-    return BLooper::Perform(d, arg);
-}
+status_t BApplication::Perform(perform_code d, void* arg) { return BLooper::Perform(d, arg); }
 
 void BApplication::_PostLaunchMessages()
 {

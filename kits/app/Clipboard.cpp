@@ -95,18 +95,14 @@ struct BClipboard::State {
     bool current = false;  // `data` was fetched from `host`, or takes its place
 };
 
-BClipboard::BClipboard(const char* name, bool)
-    : fState(new State)
+BClipboard::BClipboard(const char* name, bool) : fState(new State)
 {
     fState->name = name != nullptr ? name : kSystemName;
 }
 
 BClipboard::~BClipboard() = default;
 
-const char* BClipboard::Name() const
-{
-    return fState->name.c_str();
-}
+const char* BClipboard::Name() const { return fState->name.c_str(); }
 
 uint32 BClipboard::LocalCount() const
 {
@@ -157,15 +153,9 @@ bool BClipboard::Lock()
     return true;
 }
 
-void BClipboard::Unlock()
-{
-    fState->lock.Unlock();
-}
+void BClipboard::Unlock() { fState->lock.Unlock(); }
 
-bool BClipboard::IsLocked() const
-{
-    return fState->lock.IsLocked();
-}
+bool BClipboard::IsLocked() const { return fState->lock.IsLocked(); }
 
 status_t BClipboard::Clear()
 {
@@ -178,10 +168,7 @@ status_t BClipboard::Clear()
     return B_OK;
 }
 
-status_t BClipboard::Commit()
-{
-    return _Commit(nullptr);
-}
+status_t BClipboard::Commit() { return _Commit(nullptr); }
 
 status_t BClipboard::Commit(bool failIfChanged)
 {

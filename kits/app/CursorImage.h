@@ -12,7 +12,7 @@
 namespace BPrivate {
 
 struct CursorImage {
-    int32 id = 0;               // BCursorID, or 0: the pixels say it all
+    int32 id = 0;                // BCursorID, or 0: the pixels say it all
     std::vector<uint32> pixels;  // B_RGBA32, not premultiplied
     int32 width = 0, height = 0;
     int32 hotX = 0, hotY = 0;

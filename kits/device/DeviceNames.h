@@ -6,7 +6,7 @@
 
 #include <SupportDefs.h>
 
-namespace device __attribute__((visibility("hidden"))) {
+namespace [[gnu::visibility("hidden")]] device {
 
 // Text cut to at most `size` bytes at the end of a character.
 std::string fitting(const std::string& text, size_t size);

@@ -83,26 +83,20 @@ static std::vector<std::string> list_class(const char* name, Accepts accepts)
 static bool is_serial_port(const std::string& leaf)
 {
     std::error_code error;
-    return fs::exists(class_path("tty/" + leaf + "/device/driver"), error)
-        && read_attribute("tty/" + leaf + "/type") != "0";
+    return fs::exists(class_path("tty/" + leaf + "/device/driver"), error) &&
+           read_attribute("tty/" + leaf + "/type") != "0";
 }
 
-std::vector<std::string> serial_ports()
-{
-    return list_class("tty", is_serial_port);
-}
+std::vector<std::string> serial_ports() { return list_class("tty", is_serial_port); }
 
 static bool is_joystick(const std::string& leaf)
 {
-    return leaf.size() > 2 && leaf.compare(0, 2, "js") == 0
-        && leaf.find_first_not_of("0123456789", 2) == std::string::npos
-        && BPrivate::device_host().is_joystick(leaf.c_str());
+    return leaf.size() > 2 && leaf.compare(0, 2, "js") == 0 &&
+           leaf.find_first_not_of("0123456789", 2) == std::string::npos &&
+           BPrivate::device_host().is_joystick(leaf.c_str());
 }
 
-std::vector<std::string> joysticks()
-{
-    return list_class("input", is_joystick);
-}
+std::vector<std::string> joysticks() { return list_class("input", is_joystick); }
 
 std::string device_path(const char* name)
 {

@@ -11,15 +11,15 @@
 namespace BPrivate {
 
 struct DeviceHost {
-    std::string root;                          // of /sys and /dev; "" for the machine's own
-    bool (*is_joystick)(const char* device);   // "js0": no keyboard or mouse that looks like one
+    std::string root;                         // of /sys and /dev; "" for the machine's own
+    bool (*is_joystick)(const char* device);  // "js0": no keyboard or mouse that looks like one
 };
 
 DeviceHost& device_host();
 
 }  // namespace BPrivate
 
-namespace device __attribute__((visibility("hidden"))) {
+namespace [[gnu::visibility("hidden")]] device {
 
 // Names of devices in natural order. Any thread.
 std::vector<std::string> serial_ports();

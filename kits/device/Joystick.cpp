@@ -24,8 +24,8 @@ using namespace device;
 
 // Names of the axes by their codes, as far as they are known.
 static const char* const kAxisNames[] = {
-    "X", "Y", "Z", "Rotation X", "Rotation Y", "Rotation Z", "Throttle", "Rudder", "Wheel", "Gas",
-    "Brake",
+    "X",        "Y",      "Z",     "Rotation X", "Rotation Y", "Rotation Z",
+    "Throttle", "Rudder", "Wheel", "Gas",        "Brake",
 };
 
 // The set that a file of /sys shows: words in hexadecimal, the lowest last.
@@ -45,12 +45,12 @@ static std::bitset<kCount> parse_bits(const std::string& text)
 
 struct BJoystick::Data {
     int file = -1;
-    std::string leaf;              // of the open joystick
-    std::vector<int> codes;        // of all axes in the order of the host's numbers
-    std::vector<int16> values;     // by the host's numbers
-    std::vector<size_t> axes;      // the host's numbers of those that belong to no hat
+    std::string leaf;                       // of the open joystick
+    std::vector<int> codes;                 // of all axes in the order of the host's numbers
+    std::vector<int16> values;              // by the host's numbers
+    std::vector<size_t> axes;               // the host's numbers of those that belong to no hat
     std::vector<std::pair<int, int>> hats;  // the host's numbers of each one's axes, -1 for none
-    std::vector<bool> buttons;     // true while pressed
+    std::vector<bool> buttons;              // true while pressed
     std::vector<std::string> names;
     bool scanned = false;
 
@@ -110,10 +110,7 @@ BJoystick::~BJoystick()
     delete fData;
 }
 
-status_t BJoystick::Open(const char* portName)
-{
-    return Open(portName, true);
-}
+status_t BJoystick::Open(const char* portName) { return Open(portName, true); }
 
 status_t BJoystick::Open(const char* portName, bool)
 {

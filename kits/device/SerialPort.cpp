@@ -24,8 +24,8 @@ static const bigtime_t kLongestTimeout = 25'000'000;
 
 // What the host calls the rates, by data_rate.
 static const unsigned kRates[] = {
-    B0, B50, B75, B110, B134, B150, B200, B300, B600, B1200, B1800, B2400, B4800, B9600, B19200,
-    B38400, B57600, B115200, B230400, BOTHER,
+    B0,    B50,   B75,   B110,  B134,   B150,   B200,   B300,    B600,    B1200,
+    B1800, B2400, B4800, B9600, B19200, B38400, B57600, B115200, B230400, BOTHER,
 };
 static_assert(std::size(kRates) == B_31250_BPS + 1, "one row per rate");
 static const speed_t kOtherRate = 31250;
@@ -112,10 +112,7 @@ struct BSerialPort::Data {
     }
 };
 
-BSerialPort::BSerialPort()
-    : fData(new Data)
-{
-}
+BSerialPort::BSerialPort() : fData(new Data) {}
 
 BSerialPort::~BSerialPort()
 {
@@ -188,10 +185,7 @@ ssize_t BSerialPort::Write(const void* buf, size_t count)
     return done;
 }
 
-void BSerialPort::SetBlocking(bool blocking)
-{
-    fData->blocking = blocking;
-}
+void BSerialPort::SetBlocking(bool blocking) { fData->blocking = blocking; }
 
 status_t BSerialPort::SetTimeout(bigtime_t microSeconds)
 {

@@ -11,9 +11,9 @@
 namespace BPrivate {
 
 struct HostActions {
-    int (*set_clock)(unsigned long seconds);       // since 1970; 0, or -1 with errno
-    bigtime_t (*read_clock)();                     // microseconds since 1970
-    int (*signal_team)(pid_t team, int signal);    // 0, or -1 with errno
+    int (*set_clock)(unsigned long seconds);     // since 1970; 0, or -1 with errno
+    bigtime_t (*read_clock)();                   // microseconds since 1970
+    int (*signal_team)(pid_t team, int signal);  // 0, or -1 with errno
 };
 
 HostActions& host_actions();

@@ -26,7 +26,7 @@ using namespace BPrivate;
 
 static int set_host_clock(unsigned long seconds)
 {
-    const timespec time = { static_cast<time_t>(seconds), 0 };
+    const timespec time = {static_cast<time_t>(seconds), 0};
     return clock_settime(CLOCK_REALTIME, &time);
 }
 
@@ -45,7 +45,7 @@ static int signal_host_team(pid_t team, int signal)
 
 HostActions& BPrivate::host_actions()
 {
-    static HostActions actions = { set_host_clock, read_host_clock, signal_host_team };
+    static HostActions actions = {set_host_clock, read_host_clock, signal_host_team};
     return actions;
 }
 
@@ -134,8 +134,8 @@ status_t _get_next_team_info(int32* cookie, team_info* info, size_t size)
 
 status_t _get_team_usage_info(team_id team, int32 who, team_usage_info* info, size_t size)
 {
-    if (info == nullptr || size != sizeof(team_usage_info)
-        || (who != B_TEAM_USAGE_SELF && who != static_cast<int32>(B_TEAM_USAGE_CHILDREN)))
+    if (info == nullptr || size != sizeof(team_usage_info) ||
+        (who != B_TEAM_USAGE_SELF && who != static_cast<int32>(B_TEAM_USAGE_CHILDREN)))
         return B_BAD_VALUE;
     if (team == B_CURRENT_TEAM)
         team = getpid();
@@ -223,18 +223,18 @@ status_t get_system_info(system_info* info)
 status_t _get_cpu_info_etc(uint32 firstCPU, uint32 cpuCount, cpu_info* info, size_t size)
 {
     const uint32 online = static_cast<uint32>(std::max(1L, sysconf(_SC_NPROCESSORS_ONLN)));
-    if (info == nullptr || size != sizeof(cpu_info) || firstCPU >= online
-        || cpuCount > online - firstCPU)
+    if (info == nullptr || size != sizeof(cpu_info) || firstCPU >= online ||
+        cpuCount > online - firstCPU)
         return B_BAD_VALUE;
-    std::fill_n(info, cpuCount, cpu_info{ 0, true, 0 });
+    std::fill_n(info, cpuCount, cpu_info{0, true, 0});
     const bigtime_t tick = 1000000 / std::max(1L, sysconf(_SC_CLK_TCK));
     char line[512];
     if (FILE* file = fopen("/proc/stat", "re")) {
         while (fgets(line, sizeof(line), file) != nullptr) {
             unsigned cpu;
             unsigned long long user, nice, system;
-            if (sscanf(line, "cpu%u %llu %llu %llu", &cpu, &user, &nice, &system) == 4
-                && cpu >= firstCPU && cpu - firstCPU < cpuCount)
+            if (sscanf(line, "cpu%u %llu %llu %llu", &cpu, &user, &nice, &system) == 4 &&
+                cpu >= firstCPU && cpu - firstCPU < cpuCount)
                 info[cpu - firstCPU].active_time = (user + nice + system) * tick;
         }
         fclose(file);
@@ -245,8 +245,8 @@ status_t _get_cpu_info_etc(uint32 firstCPU, uint32 cpuCount, cpu_info* info, siz
         while (fgets(line, sizeof(line), file) != nullptr) {
             if (sscanf(line, "processor : %u", &cpu) == 1)
                 continue;
-            if (sscanf(line, "cpu MHz : %lf", &mhz) == 1 && cpu >= firstCPU
-                && cpu - firstCPU < cpuCount)
+            if (sscanf(line, "cpu MHz : %lf", &mhz) == 1 && cpu >= firstCPU &&
+                cpu - firstCPU < cpuCount)
                 info[cpu - firstCPU].current_frequency = static_cast<uint64>(mhz * 1000000);
         }
         fclose(file);
@@ -278,10 +278,7 @@ void debugger(const char* message)
         raise(SIGTRAP);
 }
 
-int disable_debugger(int state)
-{
-    return sDebuggerDisabled.exchange(state);
-}
+int disable_debugger(int state) { return sDebuggerDisabled.exchange(state); }
 
 int debug_printf(const char* format, ...)
 {
@@ -298,30 +295,21 @@ int debug_vprintf(const char* format, va_list args)
 }
 
 // The host keeps no trace buffer for us.
-void ktrace_printf(const char*, ...)
-{
-}
+void ktrace_printf(const char*, ...) {}
 
-void ktrace_vprintf(const char*, va_list)
-{
-}
+void ktrace_vprintf(const char*, va_list) {}
 
-int32 is_computer_on()
-{
-    return 1;
-}
+int32 is_computer_on() { return 1; }
 
-double is_computer_on_fire()
-{
-    return 0.63739;
-}
+double is_computer_on_fire() { return 0.63739; }
 
 int send_signal(thread_id threadID, unsigned int signal)
 {
     std::shared_ptr<Thread> thread = find(threadID);
     if (thread == nullptr)
         return host_actions().signal_team(threadID, static_cast<int>(signal)) == 0
-            ? B_OK : B_BAD_THREAD_ID;
+                   ? B_OK
+                   : B_BAD_THREAD_ID;
     if (threadID == find_thread(nullptr))
         return raise(static_cast<int>(signal)) == 0 ? B_OK : B_BAD_VALUE;
     std::lock_guard hold(thread->lock);

@@ -13,10 +13,7 @@
 
 using namespace BPrivate;
 
-bigtime_t system_time()
-{
-    return system_time_nsecs() / 1000;
-}
+bigtime_t system_time() { return system_time_nsecs() / 1000; }
 
 nanotime_t system_time_nsecs()
 {
@@ -30,20 +27,14 @@ unsigned long real_time_clock()
     return static_cast<unsigned long>(host_actions().read_clock() / 1000000);
 }
 
-bigtime_t real_time_clock_usecs()
-{
-    return host_actions().read_clock();
-}
+bigtime_t real_time_clock_usecs() { return host_actions().read_clock(); }
 
 void set_real_time_clock(unsigned long secsSinceJan1st1970)
 {
     host_actions().set_clock(secsSinceJan1st1970);
 }
 
-status_t snooze(bigtime_t amount)
-{
-    return sleep_until(deadline_after(amount), B_CAN_INTERRUPT);
-}
+status_t snooze(bigtime_t amount) { return sleep_until(deadline_after(amount), B_CAN_INTERRUPT); }
 
 status_t snooze_until(bigtime_t time, int timeBase)
 {
@@ -87,7 +78,7 @@ static thread_local Alarm tAlarm;
 
 static timespec to_timespec(bigtime_t time)
 {
-    return { static_cast<time_t>(time / 1000000), static_cast<long>(time % 1000000 * 1000) };
+    return {static_cast<time_t>(time / 1000000), static_cast<long>(time % 1000000 * 1000)};
 }
 
 bigtime_t set_alarm(bigtime_t when, uint32 flags)

@@ -53,9 +53,8 @@ const char* charset_or_default(const std::string& charset)
 bool holds_addresses(const std::string& name)
 {
     static const char* const kNames[] = {"To", "Cc", "Bcc", "From", "Reply-To", "Sender"};
-    return std::any_of(std::begin(kNames), std::end(kNames), [&](const char* one) {
-        return strcasecmp(one, name.c_str()) == 0;
-    });
+    return std::any_of(std::begin(kNames), std::end(kNames),
+                       [&](const char* one) { return strcasecmp(one, name.c_str()) == 0; });
 }
 
 // Addresses keep their form, only the names beside them are encoded. "" if they are none, or not
@@ -227,8 +226,8 @@ bool is_mime_type(const char* type)
 {
     const auto is_token = [](const char* from, const char* to) {
         return from != to && std::all_of(from, to, [](char c) {
-            return c > ' ' && c < 127 && strchr("()<>@,;:\\\"/[]?=", c) == nullptr;
-        });
+                   return c > ' ' && c < 127 && strchr("()<>@,;:\\\"/[]?=", c) == nullptr;
+               });
     };
     const char* slash = strchr(type, '/');
     return slash != nullptr && is_token(type, slash) && is_token(slash + 1, slash + strlen(slash));
@@ -236,9 +235,9 @@ bool is_mime_type(const char* type)
 
 std::string guess_type(const std::string& path, const std::string& data)
 {
-    OwnedText content_type(
-        g_content_type_guess(path.empty() ? nullptr : path.c_str(),
-                             reinterpret_cast<const guchar*>(data.data()), data.size(), nullptr));
+    OwnedText content_type(g_content_type_guess(path.empty() ? nullptr : path.c_str(),
+                                                reinterpret_cast<const guchar*>(data.data()),
+                                                data.size(), nullptr));
     OwnedText type(g_content_type_get_mime_type(content_type.get()));
     return type != nullptr && is_mime_type(type.get()) ? type.get() : "application/octet-stream";
 }

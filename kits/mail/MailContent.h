@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-namespace mail __attribute__((visibility("hidden"))) {
+namespace [[gnu::visibility("hidden")]] mail {
 
 struct Field {
     std::string name, value;  // without line breaks
@@ -23,7 +23,8 @@ struct Enclosure {
 
 }  // namespace mail
 
-struct [[gnu::visibility("hidden")]] BPrivate::MailContent {
+struct [[gnu::visibility("hidden")]] BPrivate::MailContent
+{
     std::vector<mail::Field> fields;
     bool has_text = false;
     std::string text, charset;

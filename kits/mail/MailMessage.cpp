@@ -27,10 +27,34 @@ using mail::Field;
 
 // By B_..._CONVERSION, as mails name them; empty where UTF-8 says it better.
 static const char* const kCharsets[] = {
-    "iso-8859-1", "iso-8859-2", "iso-8859-3", "iso-8859-4", "iso-8859-5", "iso-8859-6",
-    "iso-8859-7", "iso-8859-8", "iso-8859-9", "iso-8859-10", "macintosh", "shift_jis", "euc-jp",
-    "iso-2022-jp", "windows-1252", "", "koi8-r", "windows-1251", "ibm866", "ibm437", "euc-kr",
-    "iso-8859-13", "iso-8859-14", "iso-8859-15", "big5", "gb18030", "", "windows-1250",
+    "iso-8859-1",
+    "iso-8859-2",
+    "iso-8859-3",
+    "iso-8859-4",
+    "iso-8859-5",
+    "iso-8859-6",
+    "iso-8859-7",
+    "iso-8859-8",
+    "iso-8859-9",
+    "iso-8859-10",
+    "macintosh",
+    "shift_jis",
+    "euc-jp",
+    "iso-2022-jp",
+    "windows-1252",
+    "",
+    "koi8-r",
+    "windows-1251",
+    "ibm866",
+    "ibm437",
+    "euc-kr",
+    "iso-8859-13",
+    "iso-8859-14",
+    "iso-8859-15",
+    "big5",
+    "gb18030",
+    "",
+    "windows-1250",
 };
 static_assert(std::size(kCharsets) == B_MS_WINDOWS_1250_CONVERSION + 1, "one name per set");
 
@@ -39,10 +63,7 @@ static const char* charset_of(uint32 encoding)
     return encoding < std::size(kCharsets) ? kCharsets[encoding] : "";
 }
 
-BMailMessage::BMailMessage()
-    : fContent(new BPrivate::MailContent)
-{
-}
+BMailMessage::BMailMessage() : fContent(new BPrivate::MailContent) {}
 
 BMailMessage::~BMailMessage() = default;
 

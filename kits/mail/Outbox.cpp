@@ -44,10 +44,7 @@ static status_t find_folder(const char* leaf, std::string* folder)
     return status;
 }
 
-static status_t lock(int file)
-{
-    return flock(file, LOCK_EX | LOCK_NB) == 0 ? B_OK : B_BUSY;
-}
+static status_t lock(int file) { return flock(file, LOCK_EX | LOCK_NB) == 0 ? B_OK : B_BUSY; }
 
 // Hidden names are not in the outbox yet.
 QueuedMail::~QueuedMail()

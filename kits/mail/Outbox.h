@@ -9,7 +9,7 @@
 
 #include <string>
 
-namespace mail __attribute__((visibility("hidden"))) {
+namespace [[gnu::visibility("hidden")]] mail {
 
 class QueuedMail {
 public:

@@ -26,8 +26,8 @@ static const bigtime_t kDefaultTimeout = 60000000;
 static bool is_program(const std::string& path)
 {
     struct stat info;
-    return stat(path.c_str(), &info) == 0 && S_ISREG(info.st_mode)
-        && access(path.c_str(), X_OK) == 0;
+    return stat(path.c_str(), &info) == 0 && S_ISREG(info.st_mode) &&
+           access(path.c_str(), X_OK) == 0;
 }
 
 // "" if there is none. The current directory is never searched.
@@ -74,8 +74,8 @@ static status_t start(const std::string& program, const char* mail_path, pid_t* 
     sigfillset(&signals);
     posix_spawnattr_setsigdefault(&attributes, &signals);
     posix_spawnattr_setpgroup(&attributes, 0);
-    posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETPGROUP | POSIX_SPAWN_SETSIGMASK |
-                                              POSIX_SPAWN_SETSIGDEF);
+    posix_spawnattr_setflags(
+        &attributes, POSIX_SPAWN_SETPGROUP | POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF);
     char name[] = "sendmail", to_those_in_the_head[] = "-t", dots_are_text[] = "-i";
     char* arguments[] = {name, to_those_in_the_head, dots_are_text, nullptr};
     const int error =
@@ -88,13 +88,19 @@ static status_t start(const std::string& program, const char* mail_path, pid_t* 
 static status_t status_of(int exit_code)
 {
     switch (exit_code) {
-        case EX_OK: return B_OK;
+        case EX_OK:
+            return B_OK;
         case EX_USAGE:
-        case EX_DATAERR: return B_MAIL_INVALID_MAIL;
-        case EX_NOUSER: return B_MAIL_UNKNOWN_USER;
-        case EX_NOHOST: return B_MAIL_UNKNOWN_HOST;
-        case EX_NOPERM: return B_MAIL_ACCESS_ERROR;
-        default: return B_ERROR;
+        case EX_DATAERR:
+            return B_MAIL_INVALID_MAIL;
+        case EX_NOUSER:
+            return B_MAIL_UNKNOWN_USER;
+        case EX_NOHOST:
+            return B_MAIL_UNKNOWN_HOST;
+        case EX_NOPERM:
+            return B_MAIL_ACCESS_ERROR;
+        default:
+            return B_ERROR;
     }
 }
 

@@ -13,16 +13,13 @@ static const uchar kNotes = 128;
 
 struct BMidi::Data {
     mutable std::mutex lock;
-    BList connections;                    // lock
-    std::atomic<bool> running{false};     // Run() has not ended
+    BList connections;                 // lock
+    std::atomic<bool> running{false};  // Run() has not ended
     std::atomic<bool> keep_running{false};
-    thread_id thread = -1;                // who starts and stops
+    thread_id thread = -1;  // who starts and stops
 };
 
-BMidi::BMidi()
-    : fData(new Data)
-{
-}
+BMidi::BMidi() : fData(new Data) {}
 
 BMidi::~BMidi()
 {
@@ -75,10 +72,7 @@ void BMidi::Stop()
     fData->thread = -1;
 }
 
-bool BMidi::IsRunning() const
-{
-    return fData->running;
-}
+bool BMidi::IsRunning() const { return fData->running; }
 
 void BMidi::Connect(BMidi* toObject)
 {
@@ -101,10 +95,7 @@ bool BMidi::IsConnected(BMidi* toObject) const
     return fData->connections.HasItem(toObject);
 }
 
-BList* BMidi::Connections() const
-{
-    return &fData->connections;
-}
+BList* BMidi::Connections() const { return &fData->connections; }
 
 void BMidi::SnoozeUntil(uint32 time) const
 {
@@ -183,10 +174,7 @@ void BMidi::SprayTempoChange(int32 beatsPerMinute, uint32 time) const
     _Spray(&BMidi::TempoChange, beatsPerMinute, time);
 }
 
-bool BMidi::KeepRunning()
-{
-    return fData->keep_running;
-}
+bool BMidi::KeepRunning() { return fData->keep_running; }
 
 void BMidi::Run() {}
 

@@ -18,9 +18,9 @@ using BPrivate::MidiLine;
 
 struct BMidiPort::Data {
     status_t status = B_NO_INIT;
-    std::string name;                 // of the open port
-    std::unique_ptr<MidiLine> line;   // null while closed
-    std::vector<uchar> exclusive;     // what came of a long message; the running thread
+    std::string name;                // of the open port
+    std::unique_ptr<MidiLine> line;  // null while closed
+    std::vector<uchar> exclusive;    // what came of a long message; the running thread
     std::vector<std::string> names;
     bool scanned = false;
 };
@@ -42,8 +42,7 @@ static std::vector<std::string> name_ports(const std::vector<MidiHostPort>& port
     return names;
 }
 
-BMidiPort::BMidiPort(const char* name)
-    : fData(new Data)
+BMidiPort::BMidiPort(const char* name) : fData(new Data)
 {
     if (name != nullptr)
         Open(name);
@@ -55,10 +54,7 @@ BMidiPort::~BMidiPort()
     delete fData;
 }
 
-status_t BMidiPort::InitCheck() const
-{
-    return fData->status;
-}
+status_t BMidiPort::InitCheck() const { return fData->status; }
 
 status_t BMidiPort::Open(const char* name)
 {
@@ -158,12 +154,16 @@ void BMidiPort::SystemExclusive(void* data, size_t length, uint32 time)
 static size_t common_length(uchar status)
 {
     switch (status) {
-        case B_SONG_POSITION: return 3;
+        case B_SONG_POSITION:
+            return 3;
         case B_MIDI_TIME_CODE:
         case B_SONG_SELECT:
-        case B_CABLE_MESSAGE: return 2;
-        case B_TUNE_REQUEST: return 1;
-        default: return 0;
+        case B_CABLE_MESSAGE:
+            return 2;
+        case B_TUNE_REQUEST:
+            return 1;
+        default:
+            return 0;
     }
 }
 
@@ -233,14 +233,22 @@ void BMidiPort::_Take(const uchar* message, size_t count)
         return;
     }
     switch (status & 0xF0) {
-        case B_NOTE_OFF: return SprayNoteOff(channel, first, second, now);
-        case B_NOTE_ON: return SprayNoteOn(channel, first, second, now);
-        case B_KEY_PRESSURE: return SprayKeyPressure(channel, first, second, now);
-        case B_CONTROL_CHANGE: return SprayControlChange(channel, first, second, now);
-        case B_PROGRAM_CHANGE: return SprayProgramChange(channel, first, now);
-        case B_CHANNEL_PRESSURE: return SprayChannelPressure(channel, first, now);
-        case B_PITCH_BEND: return SprayPitchBend(channel, first, second, now);
-        default: return SpraySystemCommon(status, first, second, now);
+        case B_NOTE_OFF:
+            return SprayNoteOff(channel, first, second, now);
+        case B_NOTE_ON:
+            return SprayNoteOn(channel, first, second, now);
+        case B_KEY_PRESSURE:
+            return SprayKeyPressure(channel, first, second, now);
+        case B_CONTROL_CHANGE:
+            return SprayControlChange(channel, first, second, now);
+        case B_PROGRAM_CHANGE:
+            return SprayProgramChange(channel, first, now);
+        case B_CHANNEL_PRESSURE:
+            return SprayChannelPressure(channel, first, now);
+        case B_PITCH_BEND:
+            return SprayPitchBend(channel, first, second, now);
+        default:
+            return SpraySystemCommon(status, first, second, now);
     }
 }
 

@@ -56,8 +56,8 @@ static bool is_offered(unsigned capabilities)
 {
     const unsigned reads = SND_SEQ_PORT_CAP_READ | SND_SEQ_PORT_CAP_SUBS_READ;
     const unsigned writes = SND_SEQ_PORT_CAP_WRITE | SND_SEQ_PORT_CAP_SUBS_WRITE;
-    return (capabilities & SND_SEQ_PORT_CAP_NO_EXPORT) == 0
-        && ((capabilities & reads) == reads || (capabilities & writes) == writes);
+    return (capabilities & SND_SEQ_PORT_CAP_NO_EXPORT) == 0 &&
+           ((capabilities & reads) == reads || (capabilities & writes) == writes);
 }
 
 static std::vector<MidiHostPort> list_ports()

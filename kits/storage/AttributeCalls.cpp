@@ -37,8 +37,8 @@ static Number plain(Number result)
 extern "C" ssize_t fs_read_attr(int fd, const char* attribute, uint32, off_t pos, void* buffer,
                                 size_t readBytes)
 {
-    return plain(read_attribute_at(StorageAccess::HostPath(fd).text, attribute, pos, buffer,
-                                   readBytes));
+    return plain(
+        read_attribute_at(StorageAccess::HostPath(fd).text, attribute, pos, buffer, readBytes));
 }
 
 extern "C" ssize_t fs_write_attr(int fd, const char* attribute, uint32 type, off_t pos,
@@ -83,25 +83,13 @@ static DIR* open_list(const char* path, int flags)
     return open_list(open(path, O_PATH | O_CLOEXEC | flags));
 }
 
-extern "C" DIR* fs_open_attr_dir(const char* path)
-{
-    return open_list(path, 0);
-}
+extern "C" DIR* fs_open_attr_dir(const char* path) { return open_list(path, 0); }
 
-extern "C" DIR* fs_lopen_attr_dir(const char* path)
-{
-    return open_list(path, O_NOFOLLOW);
-}
+extern "C" DIR* fs_lopen_attr_dir(const char* path) { return open_list(path, O_NOFOLLOW); }
 
-extern "C" DIR* fs_fopen_attr_dir(int fd)
-{
-    return open_list(fcntl(fd, F_DUPFD_CLOEXEC, 0));
-}
+extern "C" DIR* fs_fopen_attr_dir(int fd) { return open_list(fcntl(fd, F_DUPFD_CLOEXEC, 0)); }
 
-static AttributeList* list_behind(DIR* dir)
-{
-    return reinterpret_cast<AttributeList*>(dir);
-}
+static AttributeList* list_behind(DIR* dir) { return reinterpret_cast<AttributeList*>(dir); }
 
 extern "C" int fs_close_attr_dir(DIR* dir)
 {

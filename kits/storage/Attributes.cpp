@@ -32,10 +32,10 @@ static const struct {
     std::string_view host_name;
     type_code type;
 } kHostNames[] = {
-    { "BEOS:TYPE", "mime_type", B_MIME_STRING_TYPE },
-    { "BEOS:PREF_APP", "BEOS:PREF_APP", B_MIME_STRING_TYPE },
-    { "BEOS:PPATH", "BEOS:PPATH", B_MIME_STRING_TYPE },
-    { "BEOS:APP_SIG", "BEOS:APP_SIG", B_MIME_STRING_TYPE },
+    {"BEOS:TYPE", "mime_type", B_MIME_STRING_TYPE},
+    {"BEOS:PREF_APP", "BEOS:PREF_APP", B_MIME_STRING_TYPE},
+    {"BEOS:PPATH", "BEOS:PPATH", B_MIME_STRING_TYPE},
+    {"BEOS:APP_SIG", "BEOS:APP_SIG", B_MIME_STRING_TYPE},
 };
 
 struct HostName {
@@ -92,21 +92,19 @@ static status_t get_host_value(const char* path, const std::string& name, std::s
     });
 }
 
-static status_t set_host_value(const char* path, const std::string& name,
-                               const std::string& value)
+static status_t set_host_value(const char* path, const std::string& name, const std::string& value)
 {
     if (name.size() > kMaxHostName)
         return fail(ENAMETOOLONG);
-    return setxattr(path, name.c_str(), value.data(), value.size(), 0) == 0 ? B_OK
-                                                                            : host_failure();
+    return setxattr(path, name.c_str(), value.data(), value.size(), 0) == 0 ? B_OK : host_failure();
 }
 
 // UTF-8 without zero bytes.
 static bool is_text(std::string_view bytes)
 {
     for (size_t at = 0; at < bytes.size();) {
-        const size_t length = BPrivate::utf8_char_length(bytes.data() + at,
-                                                         static_cast<int32>(bytes.size() - at));
+        const size_t length =
+            BPrivate::utf8_char_length(bytes.data() + at, static_cast<int32>(bytes.size() - at));
         if (bytes[at] == '\0' || (length == 1 && (bytes[at] & 0x80) != 0))
             return false;
         at += length;
@@ -124,8 +122,8 @@ struct Type {
 static Type type_without_companion(const HostName& host, std::string_view value)
 {
     if (is_text(value))
-        return { host.text_type, true };
-    return { B_RAW_TYPE, false };
+        return {host.text_type, true};
+    return {B_RAW_TYPE, false};
 }
 
 static const std::string_view kTerminated = "+0";
@@ -146,7 +144,7 @@ static std::string write_type(const Type& type)
 
 static std::optional<Type> read_type(std::string_view text)
 {
-    Type type = { 0, false };
+    Type type = {0, false};
     if (text.ends_with(kTerminated)) {
         type.terminated = true;
         text.remove_suffix(kTerminated.size());
@@ -210,11 +208,10 @@ ssize_t read_attribute_at(const char* path, const char* name, off_t offset, void
 // Writes the value and what tells its type. If the value finds no room, the type stays as it was.
 static status_t write_encoded(const char* path, const HostName& host, Attribute attribute)
 {
-    Type type = { attribute.type, false };
-    const bool may_lack_terminator
-        = type.code == B_STRING_TYPE || type.code == B_MIME_STRING_TYPE;
-    if (may_lack_terminator && attribute.bytes.ends_with('\0')
-        && is_text(std::string_view(attribute.bytes).substr(0, attribute.bytes.size() - 1))) {
+    Type type = {attribute.type, false};
+    const bool may_lack_terminator = type.code == B_STRING_TYPE || type.code == B_MIME_STRING_TYPE;
+    if (may_lack_terminator && attribute.bytes.ends_with('\0') &&
+        is_text(std::string_view(attribute.bytes).substr(0, attribute.bytes.size() - 1))) {
         type.terminated = true;
         attribute.bytes.pop_back();
     }
@@ -251,7 +248,7 @@ ssize_t write_attribute_at(const char* path, const char* name, type_code type, o
         return fail(EINVAL);
     if (length > kMaxValue || static_cast<size_t>(offset) > kMaxValue - length)
         return fail(E2BIG);
-    Attribute attribute = { type, {} };
+    Attribute attribute = {type, {}};
     if (offset > 0) {
         status = read_decoded(path, host, &attribute);
         if (status != B_OK && errno != ENODATA)
@@ -319,8 +316,8 @@ static std::string beos_name(std::string_view host_leaf)
 status_t list_attributes(const char* path, std::vector<std::string>* names)
 {
     std::string list;
-    status_t status = read_growing(&list,
-        [&](char* buffer, size_t size) { return listxattr(path, buffer, size); });
+    status_t status = read_growing(
+        &list, [&](char* buffer, size_t size) { return listxattr(path, buffer, size); });
     if (status != B_OK)
         return status;
     names->clear();

@@ -16,15 +16,15 @@
 // without zero bytes), else B_RAW_TYPE. Any other type is told by a companion, the host's attribute
 // "user.beos-type.NAME": the four characters of the type code, or "0x" and eight hexadecimal digits
 // where they do not print. It is followed by "+0" if the value lacks its terminator.
-namespace storage __attribute__((visibility("hidden"))) {
+namespace [[gnu::visibility("hidden")]] storage {
 
 struct Attribute {
     type_code type;
     std::string bytes;
 };
 
-// `path` is the node's, or names it by a descriptor; links are followed. Failures leave the host's
-// number in errno.
+// `path` is the node's, or names it by a descriptor; links are followed. Failures leave the
+// host's number in errno.
 status_t read_attribute(const char* path, const char* name, Attribute* attribute);
 ssize_t read_attribute_at(const char* path, const char* name, off_t offset, void* buffer,
                           size_t length);

@@ -30,10 +30,7 @@ namespace storage {
 // Device numbers travel in messages as 32 bits, which is all that the host uses of them.
 using NodeKey = std::pair<uint32, ino_t>;
 
-static NodeKey key_of(dev_t device, ino_t inode)
-{
-    return { static_cast<uint32>(device), inode };
-}
+static NodeKey key_of(dev_t device, ino_t inode) { return {static_cast<uint32>(device), inode}; }
 
 static const size_t kKeptNodes = 16384;
 
@@ -122,10 +119,10 @@ void follow_moved_directory(const std::string& from, const std::string& to)
 {
     KnownPaths& paths = known();
     std::lock_guard guard(paths.lock);
-    for (auto* map : { &paths.directories, &paths.nodes }) {
+    for (auto* map : {&paths.directories, &paths.nodes}) {
         for (auto& [key, path] : *map) {
-            if (path.compare(0, from.size(), from) == 0
-                && (path.size() == from.size() || path[from.size()] == '/'))
+            if (path.compare(0, from.size(), from) == 0 &&
+                (path.size() == from.size() || path[from.size()] == '/'))
                 path.replace(0, from.size(), to);
         }
     }
@@ -139,9 +136,9 @@ status_t path_of_descriptor(int fd, std::string* path)
         return host_failure();
     path->assign(text, length);
     struct stat held, named;
-    if (path->ends_with(kGoneMark) && fstat(fd, &held) == 0
-        && (lstat(path->c_str(), &named) != 0 || named.st_ino != held.st_ino
-            || named.st_dev != held.st_dev))
+    if (path->ends_with(kGoneMark) && fstat(fd, &held) == 0 &&
+        (lstat(path->c_str(), &named) != 0 || named.st_ino != held.st_ino ||
+         named.st_dev != held.st_dev))
         return fail(ENOENT);
     return B_OK;
 }
@@ -238,8 +235,8 @@ status_t resolve_entry(std::string path, bool traverse, std::string* resolved)
             return fail(ENAMETOOLONG);
 
         std::string directory;
-        status_t status
-            = real_path(slash == std::string::npos ? "." : directory_of(path), &directory);
+        status_t status =
+            real_path(slash == std::string::npos ? "." : directory_of(path), &directory);
         struct stat info;
         if (status == B_OK)
             status = stat_directory(directory, &info);

@@ -12,10 +12,10 @@ class BEntry;
 class BStatable;
 struct entry_ref;
 
-namespace storage __attribute__((visibility("hidden"))) {
+namespace [[gnu::visibility("hidden")]] storage {
 
-// Remembers a directory by its device and inode, so that a ref made for it leads back to a path.
-// Any thread. Directories stay remembered until the process ends.
+// Remembers a directory by its device and inode, so that a ref made for it leads back to a
+// path. Any thread. Directories stay remembered until the process ends.
 status_t remember_directory(const std::string& path, dev_t* device, ino_t* inode);
 
 // The remembered path; B_ENTRY_NOT_FOUND when the directory was never met or has moved away.
@@ -34,13 +34,13 @@ status_t path_of(const BEntry* entry, std::string* path);
 status_t path_of(const BDirectory* dir, const char* relative, std::string* path);
 status_t path_of(const BStatable& statable, std::string* path);
 
-// The path of an open descriptor's node, as the host names it: B_ENTRY_NOT_FOUND if it is gone from
-// there, B_NAME_TOO_LONG for one deeper than the host tells.
+// The path of an open descriptor's node, as the host names it: B_ENTRY_NOT_FOUND if it is gone
+// from there, B_NAME_TOO_LONG for one deeper than the host tells.
 status_t path_of_descriptor(int fd, std::string* path);
 
-// Makes `path` (relative paths start at the working directory) absolute, its directory part free of
-// links, "." and "..". The directory must exist, the leaf need not; with `traverse` a leaf that is
-// a link is followed.
+// Makes `path` (relative paths start at the working directory) absolute, its directory part
+// free of links, "." and "..". The directory must exist, the leaf need not; with `traverse` a
+// leaf that is a link is followed.
 status_t resolve_entry(std::string path, bool traverse, std::string* resolved);
 
 // `directory`/`leaf`, with one slash between.
@@ -52,8 +52,8 @@ std::string directory_of(const std::string& path);
 // The leaf of a resolved path; "." for the root directory and for an empty path.
 const char* leaf_of(const char* path);
 
-// Replaces the heap text `owned` by a copy of `text` if `status` is B_OK, else by null. Returns the
-// status, B_NO_MEMORY if there was no room.
+// Replaces the heap text `owned` by a copy of `text` if `status` is B_OK, else by null. Returns
+// the status, B_NO_MEMORY if there was no room.
 status_t replace_path(char** owned, status_t status, const char* text);
 
 }  // namespace storage

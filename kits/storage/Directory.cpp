@@ -65,51 +65,21 @@ private:
     status_t fPathStatus = B_NO_INIT;
 };
 
-BDirectory::BDirectory()
-    : fScan(nullptr)
-{
-}
+BDirectory::BDirectory() : fScan(nullptr) {}
 
-BDirectory::BDirectory(const BDirectory& dir)
-    : BDirectory()
-{
-    *this = dir;
-}
+BDirectory::BDirectory(const BDirectory& dir) : BDirectory() { *this = dir; }
 
-BDirectory::BDirectory(const entry_ref* ref)
-    : BDirectory()
-{
-    SetTo(ref);
-}
+BDirectory::BDirectory(const entry_ref* ref) : BDirectory() { SetTo(ref); }
 
-BDirectory::BDirectory(const node_ref* nref)
-    : BDirectory()
-{
-    SetTo(nref);
-}
+BDirectory::BDirectory(const node_ref* nref) : BDirectory() { SetTo(nref); }
 
-BDirectory::BDirectory(const BEntry* entry)
-    : BDirectory()
-{
-    SetTo(entry);
-}
+BDirectory::BDirectory(const BEntry* entry) : BDirectory() { SetTo(entry); }
 
-BDirectory::BDirectory(const char* path)
-    : BDirectory()
-{
-    SetTo(path);
-}
+BDirectory::BDirectory(const char* path) : BDirectory() { SetTo(path); }
 
-BDirectory::BDirectory(const BDirectory* dir, const char* path)
-    : BDirectory()
-{
-    SetTo(dir, path);
-}
+BDirectory::BDirectory(const BDirectory* dir, const char* path) : BDirectory() { SetTo(dir, path); }
 
-BDirectory::~BDirectory()
-{
-    delete fScan;
-}
+BDirectory::~BDirectory() { delete fScan; }
 
 status_t BDirectory::SetTo(const entry_ref* ref)
 {
@@ -154,9 +124,9 @@ status_t BDirectory::GetEntry(BEntry* entry) const
 bool BDirectory::IsRootDirectory() const
 {
     struct stat here, above;
-    return GetStat(&here) == B_OK
-        && fstatat(StorageAccess::Descriptor(*this), "..", &above, 0) == 0
-        && (here.st_dev != above.st_dev || here.st_ino == above.st_ino);
+    return GetStat(&here) == B_OK &&
+           fstatat(StorageAccess::Descriptor(*this), "..", &above, 0) == 0 &&
+           (here.st_dev != above.st_dev || here.st_ino == above.st_ino);
 }
 
 status_t BDirectory::FindEntry(const char* path, BEntry* entry, bool traverse) const
@@ -182,9 +152,9 @@ static bool is_of_kind(const BEntry& entry, int32 kinds)
         return false;
     if (kinds == B_ANY_NODE)
         return true;
-    return ((kinds & B_FILE_NODE) != 0 && S_ISREG(info.st_mode))
-        || ((kinds & B_SYMLINK_NODE) != 0 && S_ISLNK(info.st_mode))
-        || ((kinds & B_DIRECTORY_NODE) != 0 && S_ISDIR(info.st_mode));
+    return ((kinds & B_FILE_NODE) != 0 && S_ISREG(info.st_mode)) ||
+           ((kinds & B_SYMLINK_NODE) != 0 && S_ISLNK(info.st_mode)) ||
+           ((kinds & B_DIRECTORY_NODE) != 0 && S_ISDIR(info.st_mode));
 }
 
 bool BDirectory::Contains(const char* path, int32 nodeFlags) const
@@ -206,8 +176,8 @@ bool BDirectory::Contains(const BEntry* entry, int32 nodeFlags) const
         return false;
     if (outer.back() != '/')
         outer += '/';
-    return inner.size() > outer.size() && inner.compare(0, outer.size(), outer) == 0
-        && is_of_kind(*entry, nodeFlags);
+    return inner.size() > outer.size() && inner.compare(0, outer.size(), outer) == 0 &&
+           is_of_kind(*entry, nodeFlags);
 }
 
 status_t BDirectory::GetStatFor(const char* path, struct stat* stat) const
@@ -217,7 +187,8 @@ status_t BDirectory::GetStatFor(const char* path, struct stat* stat) const
     if (path == nullptr)
         return GetStat(stat);
     return fstatat(StorageAccess::Descriptor(*this), path, stat, AT_SYMLINK_NOFOLLOW) == 0
-        ? B_OK : host_failure();
+               ? B_OK
+               : host_failure();
 }
 
 status_t BDirectory::GetNextEntry(BEntry* entry, bool traverse)

@@ -34,20 +34,15 @@ entry_ref::entry_ref(dev_t dev, ino_t dir, const char* name)
     set_name(name);
 }
 
-entry_ref::entry_ref(const entry_ref& ref)
-    : entry_ref(ref.device, ref.directory, ref.name)
-{
-}
+entry_ref::entry_ref(const entry_ref& ref) : entry_ref(ref.device, ref.directory, ref.name) {}
 
-entry_ref::~entry_ref()
-{
-    free(name);
-}
+entry_ref::~entry_ref() { free(name); }
 
 status_t entry_ref::set_name(const char* newName)
 {
     return replace_path(&name, newName == nullptr ? B_BAD_VALUE : B_OK, newName) == B_NO_MEMORY
-        ? B_NO_MEMORY : B_OK;
+               ? B_NO_MEMORY
+               : B_OK;
 }
 
 // A ref without a name comes before every name.
@@ -60,14 +55,10 @@ static int compare_names(const char* a, const char* b)
 
 bool entry_ref::operator==(const entry_ref& ref) const
 {
-    return device == ref.device && directory == ref.directory
-        && compare_names(name, ref.name) == 0;
+    return device == ref.device && directory == ref.directory && compare_names(name, ref.name) == 0;
 }
 
-bool entry_ref::operator!=(const entry_ref& ref) const
-{
-    return !(*this == ref);
-}
+bool entry_ref::operator!=(const entry_ref& ref) const { return !(*this == ref); }
 
 entry_ref& entry_ref::operator=(const entry_ref& ref)
 {
@@ -79,44 +70,22 @@ entry_ref& entry_ref::operator=(const entry_ref& ref)
     return *this;
 }
 
-BEntry::BEntry()
-    : fPath(nullptr), fStatus(B_NO_INIT)
-{
-}
+BEntry::BEntry() : fPath(nullptr), fStatus(B_NO_INIT) {}
 
-BEntry::BEntry(const BDirectory* dir, const char* path, bool traverse)
-    : BEntry()
+BEntry::BEntry(const BDirectory* dir, const char* path, bool traverse) : BEntry()
 {
     SetTo(dir, path, traverse);
 }
 
-BEntry::BEntry(const entry_ref* ref, bool traverse)
-    : BEntry()
-{
-    SetTo(ref, traverse);
-}
+BEntry::BEntry(const entry_ref* ref, bool traverse) : BEntry() { SetTo(ref, traverse); }
 
-BEntry::BEntry(const char* path, bool traverse)
-    : BEntry()
-{
-    SetTo(path, traverse);
-}
+BEntry::BEntry(const char* path, bool traverse) : BEntry() { SetTo(path, traverse); }
 
-BEntry::BEntry(const BEntry& entry)
-    : BEntry()
-{
-    *this = entry;
-}
+BEntry::BEntry(const BEntry& entry) : BEntry() { *this = entry; }
 
-BEntry::~BEntry()
-{
-    free(fPath);
-}
+BEntry::~BEntry() { free(fPath); }
 
-status_t BEntry::InitCheck() const
-{
-    return fStatus;
-}
+status_t BEntry::InitCheck() const { return fStatus; }
 
 bool BEntry::Exists() const
 {
@@ -124,10 +93,7 @@ bool BEntry::Exists() const
     return GetStat(&info) == B_OK;
 }
 
-const char* BEntry::Name() const
-{
-    return fPath == nullptr ? nullptr : leaf_of(fPath);
-}
+const char* BEntry::Name() const { return fPath == nullptr ? nullptr : leaf_of(fPath); }
 
 status_t BEntry::GetStat(struct stat* stat) const
 {
@@ -165,10 +131,7 @@ status_t BEntry::SetTo(const char* path, bool traverse)
     return _Adopt(status, resolved.c_str());
 }
 
-void BEntry::Unset()
-{
-    _Adopt(B_NO_INIT, nullptr);
-}
+void BEntry::Unset() { _Adopt(B_NO_INIT, nullptr); }
 
 status_t BEntry::GetRef(entry_ref* ref) const
 {
@@ -251,15 +214,9 @@ status_t BEntry::Remove()
     return remove(fPath) == 0 ? B_OK : host_failure();
 }
 
-bool BEntry::operator==(const BEntry& item) const
-{
-    return compare_names(fPath, item.fPath) == 0;
-}
+bool BEntry::operator==(const BEntry& item) const { return compare_names(fPath, item.fPath) == 0; }
 
-bool BEntry::operator!=(const BEntry& item) const
-{
-    return !(*this == item);
-}
+bool BEntry::operator!=(const BEntry& item) const { return !(*this == item); }
 
 BEntry& BEntry::operator=(const BEntry& item)
 {

@@ -29,43 +29,23 @@ static const struct {
     uint32 flag;
     int host;
 } kOpenFlags[] = {
-    { B_FAIL_IF_EXISTS, O_EXCL },
-    { B_CREATE_FILE, O_CREAT },
-    { B_ERASE_FILE, O_TRUNC },
-    { B_OPEN_AT_END, O_APPEND },
+    {B_FAIL_IF_EXISTS, O_EXCL},
+    {B_CREATE_FILE, O_CREAT},
+    {B_ERASE_FILE, O_TRUNC},
+    {B_OPEN_AT_END, O_APPEND},
 };
 
-BFile::BFile()
-    : fMode(0)
-{
-}
+BFile::BFile() : fMode(0) {}
 
-BFile::BFile(const BFile& file)
-    : BFile()
-{
-    *this = file;
-}
+BFile::BFile(const BFile& file) : BFile() { *this = file; }
 
-BFile::BFile(const entry_ref* ref, uint32 openMode)
-    : BFile()
-{
-    SetTo(ref, openMode);
-}
+BFile::BFile(const entry_ref* ref, uint32 openMode) : BFile() { SetTo(ref, openMode); }
 
-BFile::BFile(const BEntry* entry, uint32 openMode)
-    : BFile()
-{
-    SetTo(entry, openMode);
-}
+BFile::BFile(const BEntry* entry, uint32 openMode) : BFile() { SetTo(entry, openMode); }
 
-BFile::BFile(const char* path, uint32 openMode)
-    : BFile()
-{
-    SetTo(path, openMode);
-}
+BFile::BFile(const char* path, uint32 openMode) : BFile() { SetTo(path, openMode); }
 
-BFile::BFile(const BDirectory* dir, const char* path, uint32 openMode)
-    : BFile()
+BFile::BFile(const BDirectory* dir, const char* path, uint32 openMode) : BFile()
 {
     SetTo(dir, path, openMode);
 }
@@ -156,8 +136,8 @@ off_t BFile::Seek(off_t offset, uint32 seekMode)
 {
     if (seekMode > SEEK_END)
         return fail(EINVAL);
-    const off_t position
-        = lseek(StorageAccess::Descriptor(*this), offset, static_cast<int>(seekMode));
+    const off_t position =
+        lseek(StorageAccess::Descriptor(*this), offset, static_cast<int>(seekMode));
     return position < 0 ? host_failure() : position;
 }
 
@@ -172,10 +152,7 @@ status_t BFile::SetSize(off_t size)
     return ftruncate(StorageAccess::Descriptor(*this), size) == 0 ? B_OK : host_failure();
 }
 
-status_t BFile::GetSize(off_t* size) const
-{
-    return BStatable::GetSize(size);
-}
+status_t BFile::GetSize(off_t* size) const { return BStatable::GetSize(size); }
 
 BFile& BFile::operator=(const BFile& file)
 {

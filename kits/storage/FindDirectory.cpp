@@ -30,71 +30,71 @@ struct DirectoryRow {
 };
 
 static const DirectoryRow kDirectories[] = {
-    { B_DESKTOP_DIRECTORY, Base::Desktop, "" },
-    { B_TRASH_DIRECTORY, Base::Data, "/Trash/files" },
+    {B_DESKTOP_DIRECTORY, Base::Desktop, ""},
+    {B_TRASH_DIRECTORY, Base::Data, "/Trash/files"},
 
-    { B_SYSTEM_DIRECTORY, Base::System, "/usr" },
-    { B_BEOS_SYSTEM_DIRECTORY, Base::System, "/usr" },
-    { B_SYSTEM_ADDONS_DIRECTORY, Base::System, "/usr/lib" },
-    { B_SYSTEM_BOOT_DIRECTORY, Base::System, "/boot" },
-    { B_SYSTEM_FONTS_DIRECTORY, Base::System, "/usr/share/fonts" },
-    { B_SYSTEM_LIB_DIRECTORY, Base::System, "/usr/lib" },
-    { B_SYSTEM_SERVERS_DIRECTORY, Base::System, "/usr/sbin" },
-    { B_SYSTEM_APPS_DIRECTORY, Base::System, "/usr/share/applications" },
-    { B_SYSTEM_BIN_DIRECTORY, Base::System, "/usr/bin" },
-    { B_BEOS_ETC_DIRECTORY, Base::System, "/etc" },
-    { B_SYSTEM_DOCUMENTATION_DIRECTORY, Base::System, "/usr/share/doc" },
-    { B_SYSTEM_PREFERENCES_DIRECTORY, Base::System, "/usr/share/applications" },
-    { B_SYSTEM_SOUNDS_DIRECTORY, Base::System, "/usr/share/sounds" },
-    { B_SYSTEM_DATA_DIRECTORY, Base::System, "/usr/share" },
-    { B_SYSTEM_DEVELOP_DIRECTORY, Base::System, "/usr" },
-    { B_SYSTEM_HEADERS_DIRECTORY, Base::System, "/usr/include" },
-    { B_SYSTEM_ETC_DIRECTORY, Base::System, "/etc" },
-    { B_SYSTEM_SETTINGS_DIRECTORY, Base::System, "/etc" },
-    { B_SYSTEM_LOG_DIRECTORY, Base::System, "/var/log" },
-    { B_SYSTEM_SPOOL_DIRECTORY, Base::System, "/var/spool" },
-    { B_SYSTEM_TEMP_DIRECTORY, Base::System, "/tmp" },
-    { B_SYSTEM_VAR_DIRECTORY, Base::System, "/var" },
-    { B_SYSTEM_CACHE_DIRECTORY, Base::System, "/var/cache" },
-    { B_SYSTEM_NONPACKAGED_DIRECTORY, Base::System, "/usr/local" },
-    { B_SYSTEM_NONPACKAGED_ADDONS_DIRECTORY, Base::System, "/usr/local/lib" },
-    { B_SYSTEM_NONPACKAGED_BIN_DIRECTORY, Base::System, "/usr/local/bin" },
-    { B_SYSTEM_NONPACKAGED_DATA_DIRECTORY, Base::System, "/usr/local/share" },
-    { B_SYSTEM_NONPACKAGED_FONTS_DIRECTORY, Base::System, "/usr/local/share/fonts" },
-    { B_SYSTEM_NONPACKAGED_SOUNDS_DIRECTORY, Base::System, "/usr/local/share/sounds" },
-    { B_SYSTEM_NONPACKAGED_DOCUMENTATION_DIRECTORY, Base::System, "/usr/local/share/doc" },
-    { B_SYSTEM_NONPACKAGED_LIB_DIRECTORY, Base::System, "/usr/local/lib" },
-    { B_SYSTEM_NONPACKAGED_HEADERS_DIRECTORY, Base::System, "/usr/local/include" },
-    { B_SYSTEM_NONPACKAGED_DEVELOP_DIRECTORY, Base::System, "/usr/local" },
-    { B_APPS_DIRECTORY, Base::System, "/usr/share/applications" },
-    { B_PREFERENCES_DIRECTORY, Base::System, "/usr/share/applications" },
-    { B_UTILITIES_DIRECTORY, Base::System, "/usr/bin" },
+    {B_SYSTEM_DIRECTORY, Base::System, "/usr"},
+    {B_BEOS_SYSTEM_DIRECTORY, Base::System, "/usr"},
+    {B_SYSTEM_ADDONS_DIRECTORY, Base::System, "/usr/lib"},
+    {B_SYSTEM_BOOT_DIRECTORY, Base::System, "/boot"},
+    {B_SYSTEM_FONTS_DIRECTORY, Base::System, "/usr/share/fonts"},
+    {B_SYSTEM_LIB_DIRECTORY, Base::System, "/usr/lib"},
+    {B_SYSTEM_SERVERS_DIRECTORY, Base::System, "/usr/sbin"},
+    {B_SYSTEM_APPS_DIRECTORY, Base::System, "/usr/share/applications"},
+    {B_SYSTEM_BIN_DIRECTORY, Base::System, "/usr/bin"},
+    {B_BEOS_ETC_DIRECTORY, Base::System, "/etc"},
+    {B_SYSTEM_DOCUMENTATION_DIRECTORY, Base::System, "/usr/share/doc"},
+    {B_SYSTEM_PREFERENCES_DIRECTORY, Base::System, "/usr/share/applications"},
+    {B_SYSTEM_SOUNDS_DIRECTORY, Base::System, "/usr/share/sounds"},
+    {B_SYSTEM_DATA_DIRECTORY, Base::System, "/usr/share"},
+    {B_SYSTEM_DEVELOP_DIRECTORY, Base::System, "/usr"},
+    {B_SYSTEM_HEADERS_DIRECTORY, Base::System, "/usr/include"},
+    {B_SYSTEM_ETC_DIRECTORY, Base::System, "/etc"},
+    {B_SYSTEM_SETTINGS_DIRECTORY, Base::System, "/etc"},
+    {B_SYSTEM_LOG_DIRECTORY, Base::System, "/var/log"},
+    {B_SYSTEM_SPOOL_DIRECTORY, Base::System, "/var/spool"},
+    {B_SYSTEM_TEMP_DIRECTORY, Base::System, "/tmp"},
+    {B_SYSTEM_VAR_DIRECTORY, Base::System, "/var"},
+    {B_SYSTEM_CACHE_DIRECTORY, Base::System, "/var/cache"},
+    {B_SYSTEM_NONPACKAGED_DIRECTORY, Base::System, "/usr/local"},
+    {B_SYSTEM_NONPACKAGED_ADDONS_DIRECTORY, Base::System, "/usr/local/lib"},
+    {B_SYSTEM_NONPACKAGED_BIN_DIRECTORY, Base::System, "/usr/local/bin"},
+    {B_SYSTEM_NONPACKAGED_DATA_DIRECTORY, Base::System, "/usr/local/share"},
+    {B_SYSTEM_NONPACKAGED_FONTS_DIRECTORY, Base::System, "/usr/local/share/fonts"},
+    {B_SYSTEM_NONPACKAGED_SOUNDS_DIRECTORY, Base::System, "/usr/local/share/sounds"},
+    {B_SYSTEM_NONPACKAGED_DOCUMENTATION_DIRECTORY, Base::System, "/usr/local/share/doc"},
+    {B_SYSTEM_NONPACKAGED_LIB_DIRECTORY, Base::System, "/usr/local/lib"},
+    {B_SYSTEM_NONPACKAGED_HEADERS_DIRECTORY, Base::System, "/usr/local/include"},
+    {B_SYSTEM_NONPACKAGED_DEVELOP_DIRECTORY, Base::System, "/usr/local"},
+    {B_APPS_DIRECTORY, Base::System, "/usr/share/applications"},
+    {B_PREFERENCES_DIRECTORY, Base::System, "/usr/share/applications"},
+    {B_UTILITIES_DIRECTORY, Base::System, "/usr/bin"},
 
-    { B_USER_DIRECTORY, Base::Home, "" },
-    { B_USER_CONFIG_DIRECTORY, Base::Config, "" },
-    { B_USER_SETTINGS_DIRECTORY, Base::Config, "" },
-    { B_USER_ETC_DIRECTORY, Base::Config, "" },
-    { B_USER_ADDONS_DIRECTORY, Base::Home, "/.local/lib" },
-    { B_USER_BOOT_DIRECTORY, Base::Config, "/autostart" },
-    { B_USER_FONTS_DIRECTORY, Base::Data, "/fonts" },
-    { B_USER_LIB_DIRECTORY, Base::Home, "/.local/lib" },
-    { B_USER_SOUNDS_DIRECTORY, Base::Data, "/sounds" },
-    { B_USER_DATA_DIRECTORY, Base::Data, "" },
-    { B_USER_CACHE_DIRECTORY, Base::Cache, "" },
-    { B_USER_HEADERS_DIRECTORY, Base::Home, "/.local/include" },
-    { B_USER_DEVELOP_DIRECTORY, Base::Home, "/.local" },
-    { B_USER_DOCUMENTATION_DIRECTORY, Base::Data, "/doc" },
-    { B_USER_APPS_DIRECTORY, Base::Data, "/applications" },
-    { B_USER_PREFERENCES_DIRECTORY, Base::Data, "/applications" },
-    { B_USER_BIN_DIRECTORY, Base::Home, "/.local/bin" },
-    { B_USER_NONPACKAGED_DIRECTORY, Base::Home, "/.local" },
-    { B_USER_NONPACKAGED_BIN_DIRECTORY, Base::Home, "/.local/bin" },
-    { B_USER_NONPACKAGED_DATA_DIRECTORY, Base::Data, "" },
-    { B_USER_NONPACKAGED_FONTS_DIRECTORY, Base::Data, "/fonts" },
-    { B_USER_NONPACKAGED_LIB_DIRECTORY, Base::Home, "/.local/lib" },
-    { B_USER_LOG_DIRECTORY, Base::State, "" },
-    { B_USER_VAR_DIRECTORY, Base::State, "" },
-    { B_USER_SPOOL_DIRECTORY, Base::State, "/spool" },
+    {B_USER_DIRECTORY, Base::Home, ""},
+    {B_USER_CONFIG_DIRECTORY, Base::Config, ""},
+    {B_USER_SETTINGS_DIRECTORY, Base::Config, ""},
+    {B_USER_ETC_DIRECTORY, Base::Config, ""},
+    {B_USER_ADDONS_DIRECTORY, Base::Home, "/.local/lib"},
+    {B_USER_BOOT_DIRECTORY, Base::Config, "/autostart"},
+    {B_USER_FONTS_DIRECTORY, Base::Data, "/fonts"},
+    {B_USER_LIB_DIRECTORY, Base::Home, "/.local/lib"},
+    {B_USER_SOUNDS_DIRECTORY, Base::Data, "/sounds"},
+    {B_USER_DATA_DIRECTORY, Base::Data, ""},
+    {B_USER_CACHE_DIRECTORY, Base::Cache, ""},
+    {B_USER_HEADERS_DIRECTORY, Base::Home, "/.local/include"},
+    {B_USER_DEVELOP_DIRECTORY, Base::Home, "/.local"},
+    {B_USER_DOCUMENTATION_DIRECTORY, Base::Data, "/doc"},
+    {B_USER_APPS_DIRECTORY, Base::Data, "/applications"},
+    {B_USER_PREFERENCES_DIRECTORY, Base::Data, "/applications"},
+    {B_USER_BIN_DIRECTORY, Base::Home, "/.local/bin"},
+    {B_USER_NONPACKAGED_DIRECTORY, Base::Home, "/.local"},
+    {B_USER_NONPACKAGED_BIN_DIRECTORY, Base::Home, "/.local/bin"},
+    {B_USER_NONPACKAGED_DATA_DIRECTORY, Base::Data, ""},
+    {B_USER_NONPACKAGED_FONTS_DIRECTORY, Base::Data, "/fonts"},
+    {B_USER_NONPACKAGED_LIB_DIRECTORY, Base::Home, "/.local/lib"},
+    {B_USER_LOG_DIRECTORY, Base::State, ""},
+    {B_USER_VAR_DIRECTORY, Base::State, ""},
+    {B_USER_SPOOL_DIRECTORY, Base::State, "/spool"},
 };
 
 static std::string home()
@@ -137,13 +137,20 @@ static std::string desktop()
 static std::string path_of_base(Base base)
 {
     switch (base) {
-        case Base::System: return "";
-        case Base::Home: return home();
-        case Base::Config: return base_or("XDG_CONFIG_HOME", "/.config");
-        case Base::Data: return base_or("XDG_DATA_HOME", "/.local/share");
-        case Base::Cache: return base_or("XDG_CACHE_HOME", "/.cache");
-        case Base::State: return base_or("XDG_STATE_HOME", "/.local/state");
-        case Base::Desktop: return desktop();
+        case Base::System:
+            return "";
+        case Base::Home:
+            return home();
+        case Base::Config:
+            return base_or("XDG_CONFIG_HOME", "/.config");
+        case Base::Data:
+            return base_or("XDG_DATA_HOME", "/.local/share");
+        case Base::Cache:
+            return base_or("XDG_CACHE_HOME", "/.cache");
+        case Base::State:
+            return base_or("XDG_STATE_HOME", "/.local/state");
+        case Base::Desktop:
+            return desktop();
     }
     return "";
 }

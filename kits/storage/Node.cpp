@@ -32,15 +32,9 @@ using BPrivate::StorageAccess;
 
 static const int kNodeFlags = O_PATH | O_NOFOLLOW | O_CLOEXEC;
 
-node_ref::node_ref()
-    : device(static_cast<dev_t>(-1)), node(static_cast<ino_t>(-1))
-{
-}
+node_ref::node_ref() : device(static_cast<dev_t>(-1)), node(static_cast<ino_t>(-1)) {}
 
-node_ref::node_ref(dev_t device, ino_t node)
-    : device(device), node(node)
-{
-}
+node_ref::node_ref(dev_t device, ino_t node) : device(device), node(node) {}
 
 node_ref::node_ref(const node_ref& other) = default;
 
@@ -49,10 +43,7 @@ bool node_ref::operator==(const node_ref& other) const
     return device == other.device && node == other.node;
 }
 
-bool node_ref::operator!=(const node_ref& other) const
-{
-    return !(*this == other);
-}
+bool node_ref::operator!=(const node_ref& other) const { return !(*this == other); }
 
 bool node_ref::operator<(const node_ref& other) const
 {
@@ -62,50 +53,23 @@ bool node_ref::operator<(const node_ref& other) const
 node_ref& node_ref::operator=(const node_ref& other) = default;
 
 BNode::BNode()
-    : fFd(-1), fLockFd(-1), fStatus(B_NO_INIT), fAttrNames(nullptr), fAttrNamesSize(0),
-      fAttrNext(0)
+    : fFd(-1), fLockFd(-1), fStatus(B_NO_INIT), fAttrNames(nullptr), fAttrNamesSize(0), fAttrNext(0)
 {
 }
 
-BNode::BNode(const entry_ref* ref)
-    : BNode()
-{
-    SetTo(ref);
-}
+BNode::BNode(const entry_ref* ref) : BNode() { SetTo(ref); }
 
-BNode::BNode(const BEntry* entry)
-    : BNode()
-{
-    SetTo(entry);
-}
+BNode::BNode(const BEntry* entry) : BNode() { SetTo(entry); }
 
-BNode::BNode(const char* path)
-    : BNode()
-{
-    SetTo(path);
-}
+BNode::BNode(const char* path) : BNode() { SetTo(path); }
 
-BNode::BNode(const BDirectory* dir, const char* path)
-    : BNode()
-{
-    SetTo(dir, path);
-}
+BNode::BNode(const BDirectory* dir, const char* path) : BNode() { SetTo(dir, path); }
 
-BNode::BNode(const BNode& node)
-    : BNode()
-{
-    *this = node;
-}
+BNode::BNode(const BNode& node) : BNode() { *this = node; }
 
-BNode::~BNode()
-{
-    BNode::Unset();
-}
+BNode::~BNode() { BNode::Unset(); }
 
-status_t BNode::InitCheck() const
-{
-    return fStatus;
-}
+status_t BNode::InitCheck() const { return fStatus; }
 
 status_t BNode::GetStat(struct stat* stat) const
 {
@@ -141,14 +105,11 @@ status_t BNode::SetTo(const BDirectory* dir, const char* path)
 {
     if (dir == nullptr || path == nullptr || path[0] == '/')
         return _Fail(fail(EINVAL));
-    return _Adopt(openat(StorageAccess::Descriptor(*dir), path[0] == '\0' ? "." : path,
-                         kNodeFlags));
+    return _Adopt(
+        openat(StorageAccess::Descriptor(*dir), path[0] == '\0' ? "." : path, kNodeFlags));
 }
 
-void BNode::Unset()
-{
-    _Fail(B_NO_INIT);
-}
+void BNode::Unset() { _Fail(B_NO_INIT); }
 
 status_t BNode::Lock()
 {
@@ -270,8 +231,7 @@ status_t BNode::WriteAttrString(const char* name, const BString* data)
 {
     if (data == nullptr)
         return fail(EINVAL);
-    const ssize_t written
-        = WriteAttr(name, B_STRING_TYPE, 0, data->String(), data->Length() + 1);
+    const ssize_t written = WriteAttr(name, B_STRING_TYPE, 0, data->String(), data->Length() + 1);
     return written < 0 ? static_cast<status_t>(written) : B_OK;
 }
 
@@ -304,19 +264,13 @@ bool BNode::operator==(const BNode& node) const
     if (fFd < 0 || node.fFd < 0)
         return fFd < 0 && node.fFd < 0;
     struct stat here, there;
-    return fstat(fFd, &here) == 0 && fstat(node.fFd, &there) == 0 && here.st_dev == there.st_dev
-        && here.st_ino == there.st_ino;
+    return fstat(fFd, &here) == 0 && fstat(node.fFd, &there) == 0 && here.st_dev == there.st_dev &&
+           here.st_ino == there.st_ino;
 }
 
-bool BNode::operator!=(const BNode& node) const
-{
-    return !(*this == node);
-}
+bool BNode::operator!=(const BNode& node) const { return !(*this == node); }
 
-int BNode::Dup()
-{
-    return fcntl(fFd, F_DUPFD_CLOEXEC, 0);
-}
+int BNode::Dup() { return fcntl(fFd, F_DUPFD_CLOEXEC, 0); }
 
 status_t BNode::set_stat(struct stat& stat, uint32 what)
 {

@@ -19,50 +19,27 @@ using namespace storage;
 
 static const ssize_t kFlatHeader = sizeof(dev_t) + sizeof(ino_t);
 
-BPath::BPath()
-    : fPath(nullptr), fStatus(B_NO_INIT)
-{
-}
+BPath::BPath() : fPath(nullptr), fStatus(B_NO_INIT) {}
 
-BPath::BPath(const BPath& path)
-    : BPath()
-{
-    *this = path;
-}
+BPath::BPath(const BPath& path) : BPath() { *this = path; }
 
-BPath::BPath(const entry_ref* ref)
-    : BPath()
-{
-    SetTo(ref);
-}
+BPath::BPath(const entry_ref* ref) : BPath() { SetTo(ref); }
 
-BPath::BPath(const BEntry* entry)
-    : BPath()
-{
-    SetTo(entry);
-}
+BPath::BPath(const BEntry* entry) : BPath() { SetTo(entry); }
 
-BPath::BPath(const char* dir, const char* leaf, bool normalize)
-    : BPath()
+BPath::BPath(const char* dir, const char* leaf, bool normalize) : BPath()
 {
     SetTo(dir, leaf, normalize);
 }
 
-BPath::BPath(const BDirectory* dir, const char* leaf, bool normalize)
-    : BPath()
+BPath::BPath(const BDirectory* dir, const char* leaf, bool normalize) : BPath()
 {
     SetTo(dir, leaf, normalize);
 }
 
-BPath::~BPath()
-{
-    free(fPath);
-}
+BPath::~BPath() { free(fPath); }
 
-status_t BPath::InitCheck() const
-{
-    return fStatus;
-}
+status_t BPath::InitCheck() const { return fStatus; }
 
 status_t BPath::SetTo(const entry_ref* ref)
 {
@@ -95,10 +72,7 @@ status_t BPath::SetTo(const BDirectory* dir, const char* leaf, bool normalize)
     return status == B_OK ? SetTo(path.c_str(), leaf, normalize) : _Adopt(status, nullptr);
 }
 
-void BPath::Unset()
-{
-    _Adopt(B_NO_INIT, nullptr);
-}
+void BPath::Unset() { _Adopt(B_NO_INIT, nullptr); }
 
 status_t BPath::Append(const char* path, bool normalize)
 {
@@ -107,15 +81,9 @@ status_t BPath::Append(const char* path, bool normalize)
     return SetTo(fPath, path, normalize);
 }
 
-const char* BPath::Path() const
-{
-    return fPath;
-}
+const char* BPath::Path() const { return fPath; }
 
-const char* BPath::Leaf() const
-{
-    return fPath == nullptr ? nullptr : strrchr(fPath, '/') + 1;
-}
+const char* BPath::Leaf() const { return fPath == nullptr ? nullptr : strrchr(fPath, '/') + 1; }
 
 status_t BPath::GetParent(BPath* path) const
 {
@@ -128,15 +96,9 @@ status_t BPath::GetParent(BPath* path) const
     return path->SetTo(directory_of(fPath).c_str());
 }
 
-bool BPath::IsAbsolute() const
-{
-    return fPath != nullptr && fPath[0] == '/';
-}
+bool BPath::IsAbsolute() const { return fPath != nullptr && fPath[0] == '/'; }
 
-bool BPath::operator==(const BPath& item) const
-{
-    return *this == item.Path();
-}
+bool BPath::operator==(const BPath& item) const { return *this == item.Path(); }
 
 bool BPath::operator==(const char* path) const
 {
@@ -145,15 +107,9 @@ bool BPath::operator==(const char* path) const
     return strcmp(fPath, path) == 0;
 }
 
-bool BPath::operator!=(const BPath& item) const
-{
-    return !(*this == item);
-}
+bool BPath::operator!=(const BPath& item) const { return !(*this == item); }
 
-bool BPath::operator!=(const char* path) const
-{
-    return !(*this == path);
-}
+bool BPath::operator!=(const char* path) const { return !(*this == path); }
 
 BPath& BPath::operator=(const BPath& item)
 {
@@ -171,15 +127,9 @@ BPath& BPath::operator=(const char* path)
     return *this;
 }
 
-bool BPath::IsFixedSize() const
-{
-    return false;
-}
+bool BPath::IsFixedSize() const { return false; }
 
-type_code BPath::TypeCode() const
-{
-    return B_REF_TYPE;
-}
+type_code BPath::TypeCode() const { return B_REF_TYPE; }
 
 ssize_t BPath::FlattenedSize() const
 {
@@ -208,10 +158,7 @@ status_t BPath::Flatten(void* buffer, ssize_t size) const
     return B_OK;
 }
 
-bool BPath::AllowsTypeCode(type_code code) const
-{
-    return code == B_REF_TYPE;
-}
+bool BPath::AllowsTypeCode(type_code code) const { return code == B_REF_TYPE; }
 
 status_t BPath::Unflatten(type_code code, const void* buffer, ssize_t size)
 {

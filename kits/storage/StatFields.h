@@ -6,7 +6,7 @@
 
 #include <SupportDefs.h>
 
-namespace storage __attribute__((visibility("hidden"))) {
+namespace [[gnu::visibility("hidden")]] storage {
 
 // What a call of set_stat changes.
 enum StatField {
@@ -19,8 +19,8 @@ enum StatField {
 
 constexpr mode_t kPermissionBits = 07777;
 
-// Sets one field of the node at `path`. `at_flags` is AT_SYMLINK_NOFOLLOW for a path that may be a
-// link itself, of which owner and times are set.
+// Sets one field of the node at `path`. `at_flags` is AT_SYMLINK_NOFOLLOW for a path that may
+// be a link itself, of which owner and times are set.
 status_t apply_stat(const char* path, const struct stat& stat, uint32 what, int at_flags);
 
 }  // namespace storage

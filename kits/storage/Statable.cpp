@@ -47,7 +47,7 @@ status_t storage::apply_stat(const char* path, const struct stat& stat, uint32 w
     } else if (what == kStatGroup) {
         result = fchownat(AT_FDCWD, path, static_cast<uid_t>(-1), stat.st_gid, at_flags);
     } else {
-        timespec times[2] = { { 0, UTIME_OMIT }, { 0, UTIME_OMIT } };
+        timespec times[2] = {{0, UTIME_OMIT}, {0, UTIME_OMIT}};
         times[what == kStatModified] = what == kStatModified ? stat.st_mtim : stat.st_atim;
         result = utimensat(AT_FDCWD, path, times, at_flags);
     }
@@ -56,20 +56,11 @@ status_t storage::apply_stat(const char* path, const struct stat& stat, uint32 w
 
 BStatable::~BStatable() {}
 
-bool BStatable::IsFile() const
-{
-    return has_type(*this, S_IFREG);
-}
+bool BStatable::IsFile() const { return has_type(*this, S_IFREG); }
 
-bool BStatable::IsDirectory() const
-{
-    return has_type(*this, S_IFDIR);
-}
+bool BStatable::IsDirectory() const { return has_type(*this, S_IFDIR); }
 
-bool BStatable::IsSymLink() const
-{
-    return has_type(*this, S_IFLNK);
-}
+bool BStatable::IsSymLink() const { return has_type(*this, S_IFLNK); }
 
 // The ref leads back to the node, for as long as it keeps its path.
 status_t BStatable::GetNodeRef(node_ref* ref) const
@@ -114,7 +105,7 @@ status_t BStatable::SetGroup(gid_t group)
 status_t BStatable::GetPermissions(mode_t* permissions) const
 {
     return read_field(*this, permissions,
-        [](const struct stat& info) { return info.st_mode & kPermissionBits; });
+                      [](const struct stat& info) { return info.st_mode & kPermissionBits; });
 }
 
 status_t BStatable::SetPermissions(mode_t permissions)
@@ -146,10 +137,7 @@ status_t BStatable::GetCreationTime(time_t* ctime) const
     return read_field(*this, ctime, [](const struct stat& info) { return info.st_ctime; });
 }
 
-status_t BStatable::SetCreationTime(time_t)
-{
-    return fail(EOPNOTSUPP);
-}
+status_t BStatable::SetCreationTime(time_t) { return fail(EOPNOTSUPP); }
 
 status_t BStatable::GetAccessTime(time_t* atime) const
 {

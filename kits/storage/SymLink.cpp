@@ -24,25 +24,13 @@ BSymLink::BSymLink() {}
 
 BSymLink::BSymLink(const BSymLink& other) = default;
 
-BSymLink::BSymLink(const entry_ref* ref)
-    : BNode(ref)
-{
-}
+BSymLink::BSymLink(const entry_ref* ref) : BNode(ref) {}
 
-BSymLink::BSymLink(const BEntry* entry)
-    : BNode(entry)
-{
-}
+BSymLink::BSymLink(const BEntry* entry) : BNode(entry) {}
 
-BSymLink::BSymLink(const char* path)
-    : BNode(path)
-{
-}
+BSymLink::BSymLink(const char* path) : BNode(path) {}
 
-BSymLink::BSymLink(const BDirectory* dir, const char* path)
-    : BNode(dir, path)
-{
-}
+BSymLink::BSymLink(const BDirectory* dir, const char* path) : BNode(dir, path) {}
 
 BSymLink::~BSymLink() {}
 

@@ -50,18 +50,11 @@ static std::string instantiate_symbol(const char* className)
     return symbol + "11InstantiateEP8BMessage";
 }
 
-BArchivable::BArchivable()
-{
-}
+BArchivable::BArchivable() {}
 
-BArchivable::BArchivable(BMessage* from)
-{
-    BPrivate::UnarchiveManager::Register(from, this);
-}
+BArchivable::BArchivable(BMessage* from) { BPrivate::UnarchiveManager::Register(from, this); }
 
-BArchivable::~BArchivable()
-{
-}
+BArchivable::~BArchivable() {}
 
 status_t BArchivable::Archive(BMessage* into, bool) const
 {
@@ -71,25 +64,13 @@ status_t BArchivable::Archive(BMessage* into, bool) const
     return into->AddString(kClassField, class_name_of(*this).c_str());
 }
 
-BArchivable* BArchivable::Instantiate(BMessage*)
-{
-    return nullptr;
-}
+BArchivable* BArchivable::Instantiate(BMessage*) { return nullptr; }
 
-status_t BArchivable::Perform(perform_code, void*)
-{
-    return B_NAME_NOT_FOUND;
-}
+status_t BArchivable::Perform(perform_code, void*) { return B_NAME_NOT_FOUND; }
 
-status_t BArchivable::AllUnarchived(const BMessage*)
-{
-    return B_OK;
-}
+status_t BArchivable::AllUnarchived(const BMessage*) { return B_OK; }
 
-status_t BArchivable::AllArchived(BMessage*) const
-{
-    return B_OK;
-}
+status_t BArchivable::AllArchived(BMessage*) const { return B_OK; }
 
 BArchivable* instantiate_object(BMessage* from, image_id* id)
 {
@@ -111,10 +92,7 @@ BArchivable* instantiate_object(BMessage* from, image_id* id)
     return make(from);
 }
 
-BArchivable* instantiate_object(BMessage* from)
-{
-    return instantiate_object(from, nullptr);
-}
+BArchivable* instantiate_object(BMessage* from) { return instantiate_object(from, nullptr); }
 
 bool validate_instantiation(BMessage* from, const char* className)
 {

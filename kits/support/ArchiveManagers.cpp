@@ -27,7 +27,7 @@ ArchiveManager* ArchiveManager::Join(BMessage* archive)
     if (tArchiving == nullptr || tArchiving->_Find(archive) == nullptr) {
         ArchiveManager* manager = new ArchiveManager;
         manager->fOuter = std::exchange(tArchiving, manager);
-        manager->fEntries.push_back({ nullptr, archive, nullptr });
+        manager->fEntries.push_back({nullptr, archive, nullptr});
     }
     ++tArchiving->fUsers;
     return tArchiving;
@@ -61,7 +61,7 @@ status_t ArchiveManager::Token(BArchivable* object, bool deep, int32& token)
     auto message = std::make_unique<BMessage>();
     BMessage* archive = message.get();
     fTokens[object] = token;
-    fEntries.push_back({ object, archive, std::move(message) });
+    fEntries.push_back({object, archive, std::move(message)});
     const status_t status = object->Archive(archive, deep);
     if (status != B_OK && fStatus == B_OK)
         fStatus = status;
@@ -94,8 +94,7 @@ status_t ArchiveManager::_Complete()
     return status;
 }
 
-UnarchiveManager::UnarchiveManager(const BMessage* root)
-    : fOuter(std::exchange(tUnarchiving, this))
+UnarchiveManager::UnarchiveManager(const BMessage* root) : fOuter(std::exchange(tUnarchiving, this))
 {
     fEntries.emplace_back();
     fEntries[0].archive = root;
@@ -148,8 +147,8 @@ bool UnarchiveManager::IsManaged(const BMessage* archive)
 {
     if (archive == nullptr)
         return false;
-    return archive->GetBool(kManagedFlag, false)
-        || (tUnarchiving != nullptr && tUnarchiving->_Find(archive) != nullptr);
+    return archive->GetBool(kManagedFlag, false) ||
+           (tUnarchiving != nullptr && tUnarchiving->_Find(archive) != nullptr);
 }
 
 status_t UnarchiveManager::Leave(status_t status)
@@ -196,8 +195,8 @@ status_t UnarchiveManager::Get(int32 token, BArchivable*& object)
 
 bool UnarchiveManager::IsInstantiated(int32 token) const
 {
-    return token >= 0 && token < static_cast<int32>(fEntries.size())
-        && fEntries[token].object != nullptr;
+    return token >= 0 && token < static_cast<int32>(fEntries.size()) &&
+           fEntries[token].object != nullptr;
 }
 
 void UnarchiveManager::SetOwned(const BArchivable* object, bool owned)
@@ -217,9 +216,7 @@ UnarchiveManager::Entry* UnarchiveManager::_Find(const BMessage* archive)
     return nullptr;
 }
 
-UnarchiveManager::Scope::Scope() : fBefore(tUnarchiving)
-{
-}
+UnarchiveManager::Scope::Scope() : fBefore(tUnarchiving) {}
 
 UnarchiveManager::Scope::~Scope()
 {

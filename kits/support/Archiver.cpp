@@ -9,7 +9,8 @@ using BPrivate::ArchiveManager;
 using BPrivate::UnarchiveManager;
 
 BArchiver::BArchiver(BMessage* archive)
-    : fManager(archive != nullptr ? ArchiveManager::Join(archive) : nullptr), fArchive(archive),
+    : fManager(archive != nullptr ? ArchiveManager::Join(archive) : nullptr),
+      fArchive(archive),
       fFinished(archive == nullptr)
 {
 }
@@ -50,13 +51,11 @@ status_t BArchiver::Finish(status_t err)
     return fManager->Leave(err);
 }
 
-BMessage* BArchiver::ArchiveMessage() const
-{
-    return fArchive;
-}
+BMessage* BArchiver::ArchiveMessage() const { return fArchive; }
 
 BUnarchiver::BUnarchiver(const BMessage* archive)
-    : fManager(archive != nullptr ? UnarchiveManager::Join(archive) : nullptr), fArchive(archive),
+    : fManager(archive != nullptr ? UnarchiveManager::Join(archive) : nullptr),
+      fArchive(archive),
       fFinished(archive == nullptr)
 {
 }
@@ -99,10 +98,7 @@ status_t BUnarchiver::Finish(status_t err)
     return fManager->Leave(err);
 }
 
-const BMessage* BUnarchiver::ArchiveMessage() const
-{
-    return fArchive;
-}
+const BMessage* BUnarchiver::ArchiveMessage() const { return fArchive; }
 
 void BUnarchiver::AssumeOwnership(BArchivable* archivable)
 {

@@ -18,7 +18,10 @@ struct BBlockCache::FreeBlock {
 class CacheLock {
 public:
     explicit CacheLock(unsigned char* bytes)
-        : fLock(*std::launder(reinterpret_cast<RecursiveLock*>(bytes))) { fLock.Lock(); }
+        : fLock(*std::launder(reinterpret_cast<RecursiveLock*>(bytes)))
+    {
+        fLock.Lock();
+    }
     ~CacheLock() { fLock.Unlock(); }
     CacheLock(const CacheLock&) = delete;
 
@@ -27,8 +30,11 @@ private:
 };
 
 BBlockCache::BBlockCache(uint32 blockCount, size_t blockSize, uint32 allocationType)
-    : fFree(nullptr), fCount(0), fLimit(blockCount),
-      fBlockSize(std::max(blockSize, sizeof(FreeBlock))), fMalloc(allocationType == B_MALLOC_CACHE)
+    : fFree(nullptr),
+      fCount(0),
+      fLimit(blockCount),
+      fBlockSize(std::max(blockSize, sizeof(FreeBlock))),
+      fMalloc(allocationType == B_MALLOC_CACHE)
 {
     static_assert(sizeof(RecursiveLock) <= sizeof(fLock));
     new (fLock) RecursiveLock;
@@ -63,7 +69,7 @@ void BBlockCache::Save(void* pointer, size_t blockSize)
     if (std::max(blockSize, sizeof(FreeBlock)) == fBlockSize) {
         CacheLock hold(fLock);
         if (fCount < fLimit) {
-            fFree = new (pointer) FreeBlock{ fFree };
+            fFree = new (pointer) FreeBlock{fFree};
             ++fCount;
             return;
         }

@@ -9,8 +9,13 @@
 #include <algorithm>
 
 BBufferIO::BBufferIO(BPositionIO* stream, size_t bufferSize, bool ownsStream)
-    : fStream(stream), fBufferSize(std::max<size_t>(bufferSize, 512)), fStart(0), fLength(0),
-      fDirty(false), fPosition(0), fOwnsStream(ownsStream)
+    : fStream(stream),
+      fBufferSize(std::max<size_t>(bufferSize, 512)),
+      fStart(0),
+      fLength(0),
+      fDirty(false),
+      fPosition(0),
+      fOwnsStream(ownsStream)
 {
     fBuffer = static_cast<char*>(malloc(fBufferSize));
     if (fBuffer == nullptr)
@@ -69,8 +74,8 @@ ssize_t BBufferIO::WriteAt(off_t pos, const void* buffer, size_t size)
         return fStream->WriteAt(pos, buffer, size);
     }
     // What does not continue the stretch, or does not fit, starts another.
-    const bool fits = pos >= fStart && pos <= fStart + static_cast<off_t>(fLength)
-        && static_cast<uint64>(pos - fStart) + size <= fBufferSize;
+    const bool fits = pos >= fStart && pos <= fStart + static_cast<off_t>(fLength) &&
+                      static_cast<uint64>(pos - fStart) + size <= fBufferSize;
     if (!fits) {
         const status_t status = _Fetch(pos);
         if (status != B_OK)
@@ -106,10 +111,7 @@ off_t BBufferIO::Seek(off_t position, uint32 seekMode)
     return target;
 }
 
-off_t BBufferIO::Position() const
-{
-    return fPosition;
-}
+off_t BBufferIO::Position() const { return fPosition; }
 
 status_t BBufferIO::SetSize(off_t size)
 {
@@ -134,32 +136,19 @@ status_t BBufferIO::Flush()
     return status;
 }
 
-BPositionIO* BBufferIO::Stream() const
-{
-    return fStream;
-}
+BPositionIO* BBufferIO::Stream() const { return fStream; }
 
-size_t BBufferIO::BufferSize() const
-{
-    return fBufferSize;
-}
+size_t BBufferIO::BufferSize() const { return fBufferSize; }
 
-bool BBufferIO::OwnsStream() const
-{
-    return fOwnsStream;
-}
+bool BBufferIO::OwnsStream() const { return fOwnsStream; }
 
-void BBufferIO::SetOwnsStream(bool ownsStream)
-{
-    fOwnsStream = ownsStream;
-}
+void BBufferIO::SetOwnsStream(bool ownsStream) { fOwnsStream = ownsStream; }
 
 void BBufferIO::PrintToStream() const
 {
     printf("stream %p\nbuffer %p\nstart  %lld\nlength %zu of %zu\ndirty  %s\nowned  %s\n",
-           static_cast<void*>(fStream), static_cast<void*>(fBuffer),
-           static_cast<long long>(fStart), fLength, fBufferSize, fDirty ? "yes" : "no",
-           fOwnsStream ? "yes" : "no");
+           static_cast<void*>(fStream), static_cast<void*>(fBuffer), static_cast<long long>(fStart),
+           fLength, fBufferSize, fDirty ? "yes" : "no", fOwnsStream ? "yes" : "no");
     fflush(stdout);
 }
 

@@ -9,8 +9,13 @@
 
 BBufferedDataIO::BBufferedDataIO(BDataIO& stream, size_t bufferSize, bool ownsStream,
                                  bool partialReads)
-    : fStream(stream), fBufferSize(std::max<size_t>(bufferSize, 512)), fStart(0), fLength(0),
-      fDirty(false), fOwnsStream(ownsStream), fPartialReads(partialReads)
+    : fStream(stream),
+      fBufferSize(std::max<size_t>(bufferSize, 512)),
+      fStart(0),
+      fLength(0),
+      fDirty(false),
+      fOwnsStream(ownsStream),
+      fPartialReads(partialReads)
 {
     fBuffer = static_cast<char*>(malloc(fBufferSize));
 }
@@ -23,30 +28,15 @@ BBufferedDataIO::~BBufferedDataIO()
         delete &fStream;
 }
 
-status_t BBufferedDataIO::InitCheck() const
-{
-    return fBuffer != nullptr ? B_OK : B_NO_MEMORY;
-}
+status_t BBufferedDataIO::InitCheck() const { return fBuffer != nullptr ? B_OK : B_NO_MEMORY; }
 
-BDataIO* BBufferedDataIO::Stream() const
-{
-    return &fStream;
-}
+BDataIO* BBufferedDataIO::Stream() const { return &fStream; }
 
-size_t BBufferedDataIO::BufferSize() const
-{
-    return fBufferSize;
-}
+size_t BBufferedDataIO::BufferSize() const { return fBufferSize; }
 
-bool BBufferedDataIO::OwnsStream() const
-{
-    return fOwnsStream;
-}
+bool BBufferedDataIO::OwnsStream() const { return fOwnsStream; }
 
-void BBufferedDataIO::SetOwnsStream(bool ownsStream)
-{
-    fOwnsStream = ownsStream;
-}
+void BBufferedDataIO::SetOwnsStream(bool ownsStream) { fOwnsStream = ownsStream; }
 
 status_t BBufferedDataIO::Flush()
 {
@@ -79,8 +69,8 @@ ssize_t BBufferedDataIO::Read(void* buffer, size_t size)
                 break;
             // What is as large as the buffer goes straight to where it is wanted.
             const bool direct = size - done >= fBufferSize;
-            const ssize_t read = fStream.Read(direct ? to + done : fBuffer,
-                                              direct ? size - done : fBufferSize);
+            const ssize_t read =
+                fStream.Read(direct ? to + done : fBuffer, direct ? size - done : fBufferSize);
             if (read <= 0)
                 return done > 0 ? static_cast<ssize_t>(done) : read;
             if (direct) {

@@ -89,7 +89,4 @@ status_t swap_data(type_code type, void* data, size_t length, swap_action action
     return B_OK;
 }
 
-bool is_type_swapped(type_code type)
-{
-    return unit_size(type) != 0;
-}
+bool is_type_swapped(type_code type) { return unit_size(type) != 0; }

@@ -29,28 +29,15 @@ static status_t move_all(size_t size, size_t* moved, status_t partial, Move move
     return status;
 }
 
-BDataIO::BDataIO()
-{
-}
+BDataIO::BDataIO() {}
 
-BDataIO::~BDataIO()
-{
-}
+BDataIO::~BDataIO() {}
 
-ssize_t BDataIO::Read(void*, size_t)
-{
-    return B_NOT_SUPPORTED;
-}
+ssize_t BDataIO::Read(void*, size_t) { return B_NOT_SUPPORTED; }
 
-ssize_t BDataIO::Write(const void*, size_t)
-{
-    return B_NOT_SUPPORTED;
-}
+ssize_t BDataIO::Write(const void*, size_t) { return B_NOT_SUPPORTED; }
 
-status_t BDataIO::Flush()
-{
-    return B_OK;
-}
+status_t BDataIO::Flush() { return B_OK; }
 
 status_t BDataIO::ReadExactly(void* buffer, size_t size, size_t* _bytesRead)
 {
@@ -66,13 +53,9 @@ status_t BDataIO::WriteExactly(const void* buffer, size_t size, size_t* _bytesWr
     });
 }
 
-BPositionIO::BPositionIO()
-{
-}
+BPositionIO::BPositionIO() {}
 
-BPositionIO::~BPositionIO()
-{
-}
+BPositionIO::~BPositionIO() {}
 
 ssize_t BPositionIO::Read(void* buffer, size_t size)
 {
@@ -107,10 +90,7 @@ status_t BPositionIO::WriteAtExactly(off_t position, const void* buffer, size_t 
     });
 }
 
-status_t BPositionIO::SetSize(off_t)
-{
-    return B_ERROR;
-}
+status_t BPositionIO::SetSize(off_t) { return B_ERROR; }
 
 status_t BPositionIO::GetSize(off_t* size) const
 {
@@ -142,8 +122,7 @@ static off_t seek_target(off_t offset, uint32 mode, off_t position, size_t end)
 }
 
 // Copies what there is from `position` on.
-static ssize_t read_from(const char* data, size_t length, off_t position, void* buffer,
-                         size_t size)
+static ssize_t read_from(const char* data, size_t length, off_t position, void* buffer, size_t size)
 {
     if (position < 0 || (buffer == nullptr && size > 0))
         return B_BAD_VALUE;
@@ -154,15 +133,9 @@ static ssize_t read_from(const char* data, size_t length, off_t position, void* 
     return size;
 }
 
-BMallocIO::BMallocIO()
-    : fBlockSize(256), fCapacity(0), fLength(0), fData(nullptr), fPosition(0)
-{
-}
+BMallocIO::BMallocIO() : fBlockSize(256), fCapacity(0), fLength(0), fData(nullptr), fPosition(0) {}
 
-BMallocIO::~BMallocIO()
-{
-    free(fData);
-}
+BMallocIO::~BMallocIO() { free(fData); }
 
 ssize_t BMallocIO::ReadAt(off_t position, void* buffer, size_t size)
 {
@@ -194,10 +167,7 @@ off_t BMallocIO::Seek(off_t position, uint32 seekMode)
     return target;
 }
 
-off_t BMallocIO::Position() const
-{
-    return fPosition;
-}
+off_t BMallocIO::Position() const { return fPosition; }
 
 status_t BMallocIO::SetSize(off_t size)
 {
@@ -214,20 +184,11 @@ status_t BMallocIO::SetSize(off_t size)
     return B_OK;
 }
 
-void BMallocIO::SetBlockSize(size_t blockSize)
-{
-    fBlockSize = std::max<size_t>(blockSize, 1);
-}
+void BMallocIO::SetBlockSize(size_t blockSize) { fBlockSize = std::max<size_t>(blockSize, 1); }
 
-const void* BMallocIO::Buffer() const
-{
-    return fData;
-}
+const void* BMallocIO::Buffer() const { return fData; }
 
-size_t BMallocIO::BufferLength() const
-{
-    return fLength;
-}
+size_t BMallocIO::BufferLength() const { return fLength; }
 
 // Makes the length `size`, which is more than it was; the new bytes are zero.
 status_t BMallocIO::_Grow(size_t size)
@@ -249,8 +210,11 @@ status_t BMallocIO::_Grow(size_t size)
 }
 
 BMemoryIO::BMemoryIO(void* data, size_t length)
-    : fReadOnly(false), fData(static_cast<char*>(data)), fLength(data != nullptr ? length : 0),
-      fCapacity(fLength), fPosition(0)
+    : fReadOnly(false),
+      fData(static_cast<char*>(data)),
+      fLength(data != nullptr ? length : 0),
+      fCapacity(fLength),
+      fPosition(0)
 {
 }
 
@@ -259,9 +223,7 @@ BMemoryIO::BMemoryIO(const void* data, size_t length) : BMemoryIO(const_cast<voi
     fReadOnly = true;
 }
 
-BMemoryIO::~BMemoryIO()
-{
-}
+BMemoryIO::~BMemoryIO() {}
 
 ssize_t BMemoryIO::ReadAt(off_t position, void* buffer, size_t size)
 {
@@ -293,10 +255,7 @@ off_t BMemoryIO::Seek(off_t position, uint32 seekMode)
     return target;
 }
 
-off_t BMemoryIO::Position() const
-{
-    return fPosition;
-}
+off_t BMemoryIO::Position() const { return fPosition; }
 
 status_t BMemoryIO::SetSize(off_t size)
 {

@@ -8,15 +8,9 @@
 
 static std::atomic<bool> sEnabled{true};
 
-bool _debugFlag()
-{
-    return sEnabled;
-}
+bool _debugFlag() { return sEnabled; }
 
-bool _setDebugFlag(bool flag)
-{
-    return sEnabled.exchange(flag);
-}
+bool _setDebugFlag(bool flag) { return sEnabled.exchange(flag); }
 
 int _debugPrintf(const char* format, ...)
 {

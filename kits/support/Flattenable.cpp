@@ -2,11 +2,6 @@
 
 #include <Flattenable.h>
 
-BFlattenable::~BFlattenable()
-{
-}
+BFlattenable::~BFlattenable() {}
 
-bool BFlattenable::AllowsTypeCode(type_code code) const
-{
-    return TypeCode() == code;
-}
+bool BFlattenable::AllowsTypeCode(type_code code) const { return TypeCode() == code; }

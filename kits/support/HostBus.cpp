@@ -56,8 +56,7 @@ struct Attempt {
 static void end_attempt(GObject*, GAsyncResult* result, void* data)
 {
     auto* attempt = static_cast<Attempt*>(data);
-    attempt->connection
-        = g_dbus_connection_new_for_address_finish(result, &attempt->error);
+    attempt->connection = g_dbus_connection_new_for_address_finish(result, &attempt->error);
     attempt->over = true;
 }
 
@@ -73,8 +72,8 @@ static GDBusConnection* connect_to(const std::string& address, int timeout_ms, G
     GSource* timer = g_timeout_source_new(timeout_ms);
     g_source_set_callback(timer, cancel_attempt, attempt.cancellable, nullptr);
     g_source_attach(timer, attempt.context);
-    const auto flags = GDBusConnectionFlags(G_DBUS_CONNECTION_FLAGS_AUTHENTICATION_CLIENT
-                                            | G_DBUS_CONNECTION_FLAGS_MESSAGE_BUS_CONNECTION);
+    const auto flags = GDBusConnectionFlags(G_DBUS_CONNECTION_FLAGS_AUTHENTICATION_CLIENT |
+                                            G_DBUS_CONNECTION_FLAGS_MESSAGE_BUS_CONNECTION);
     g_dbus_connection_new_for_address(address.c_str(), flags, nullptr, attempt.cancellable,
                                       end_attempt, &attempt);
     while (!attempt.over)
@@ -85,8 +84,7 @@ static GDBusConnection* connect_to(const std::string& address, int timeout_ms, G
     return attempt.connection;
 }
 
-HostBus::HostBus(Kind kind, bigtime_t timeout_us)
-    : fTimeoutMs(static_cast<int>(timeout_us / 1000))
+HostBus::HostBus(Kind kind, bigtime_t timeout_us) : fTimeoutMs(static_cast<int>(timeout_us / 1000))
 {
     const std::string address = kind == Kind::Session ? session_address() : system_address();
     if (address.empty())
@@ -114,12 +112,12 @@ void HostBus::_Fail(GError* error)
 {
     fStatus = B_ERROR;
     fErrorName.clear();
-    if (g_error_matches(error, G_IO_ERROR, G_IO_ERROR_TIMED_OUT)
-        || g_error_matches(error, G_IO_ERROR, G_IO_ERROR_CANCELLED))
+    if (g_error_matches(error, G_IO_ERROR, G_IO_ERROR_TIMED_OUT) ||
+        g_error_matches(error, G_IO_ERROR, G_IO_ERROR_CANCELLED))
         fStatus = B_TIMED_OUT;
-    else if (!g_dbus_error_is_remote_error(error)
-             || g_error_matches(error, G_DBUS_ERROR, G_DBUS_ERROR_SERVICE_UNKNOWN)
-             || g_error_matches(error, G_DBUS_ERROR, G_DBUS_ERROR_NAME_HAS_NO_OWNER))
+    else if (!g_dbus_error_is_remote_error(error) ||
+             g_error_matches(error, G_DBUS_ERROR, G_DBUS_ERROR_SERVICE_UNKNOWN) ||
+             g_error_matches(error, G_DBUS_ERROR, G_DBUS_ERROR_NAME_HAS_NO_OWNER))
         fStatus = B_ENTRY_NOT_FOUND;
     if (char* name = g_dbus_error_get_remote_error(error)) {
         fErrorName = name;
@@ -131,8 +129,7 @@ void HostBus::_Fail(GError* error)
 Variant HostBus::Call(const Object& object, const char* method, GVariant* arguments,
                       const char* reply_type)
 {
-    const Variant kept(
-        g_variant_ref_sink(arguments != nullptr ? arguments : g_variant_new("()")));
+    const Variant kept(g_variant_ref_sink(arguments != nullptr ? arguments : g_variant_new("()")));
     if (fConnection == nullptr)
         return nullptr;
     GError* error = nullptr;

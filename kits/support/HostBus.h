@@ -11,7 +11,7 @@
 
 #include <SupportDefs.h>
 
-namespace BPrivate __attribute__((visibility("hidden"))) {
+namespace [[gnu::visibility("hidden")]] BPrivate {
 
 struct FreeVariant {
     void operator()(GVariant* variant) const { g_variant_unref(variant); }
@@ -41,8 +41,8 @@ public:
     Variant Call(const Object& object, const char* method, GVariant* arguments,
                  const char* reply_type);
 
-    // Why the last call failed: B_ENTRY_NOT_FOUND without bus or service, B_TIMED_OUT, or B_ERROR
-    // for what the service itself says, and then by what name.
+    // Why the last call failed: B_ENTRY_NOT_FOUND without bus or service, B_TIMED_OUT, or
+    // B_ERROR for what the service itself says, and then by what name.
     status_t Status() const { return fStatus; }
     const std::string& ErrorName() const { return fErrorName; }
 

@@ -3,7 +3,7 @@
 
 #include <SupportDefs.h>
 
-namespace storage __attribute__((visibility("hidden"))) {
+namespace [[gnu::visibility("hidden")]] storage {
 
 // The status of the host call that just failed; errno stays as the call left it.
 status_t host_failure();
@@ -14,7 +14,8 @@ status_t fail(int host_number);
 // The status of an object that names nothing: B_NO_INIT, and the host's number for that.
 status_t not_set();
 
-// The status of an object that could not be set before, with the host's number for it once more.
+// The status of an object that could not be set before, with the host's number for it once
+// more.
 status_t fail_again(status_t status);
 
 }  // namespace storage

@@ -13,15 +13,9 @@ BList::BList(int32 blockSize)
 {
 }
 
-BList::BList(const BList& other) : BList(other.fBlockSize)
-{
-    AddList(&other);
-}
+BList::BList(const BList& other) : BList(other.fBlockSize) { AddList(&other); }
 
-BList::~BList()
-{
-    free(fItems);
-}
+BList::~BList() { free(fItems); }
 
 BList& BList::operator=(const BList& other)
 {
@@ -37,10 +31,7 @@ bool BList::operator==(const BList& other) const
     return std::equal(fItems, fItems + fCount, other.fItems, other.fItems + other.fCount);
 }
 
-bool BList::operator!=(const BList& other) const
-{
-    return !(*this == other);
-}
+bool BList::operator!=(const BList& other) const { return !(*this == other); }
 
 bool BList::AddItem(void* item, int32 index)
 {
@@ -50,10 +41,7 @@ bool BList::AddItem(void* item, int32 index)
     return true;
 }
 
-bool BList::AddItem(void* item)
-{
-    return AddItem(item, fCount);
-}
+bool BList::AddItem(void* item) { return AddItem(item, fCount); }
 
 bool BList::AddList(const BList* list, int32 index)
 {
@@ -70,15 +58,9 @@ bool BList::AddList(const BList* list, int32 index)
     return true;
 }
 
-bool BList::AddList(const BList* list)
-{
-    return AddList(list, fCount);
-}
+bool BList::AddList(const BList* list) { return AddList(list, fCount); }
 
-bool BList::RemoveItem(void* item)
-{
-    return RemoveItems(IndexOf(item), 1);
-}
+bool BList::RemoveItem(void* item) { return RemoveItems(IndexOf(item), 1); }
 
 void* BList::RemoveItem(int32 index)
 {
@@ -144,20 +126,11 @@ bool BList::MoveItem(int32 from, int32 to)
     return true;
 }
 
-bool BList::HasItem(void* item) const
-{
-    return IndexOf(item) >= 0;
-}
+bool BList::HasItem(void* item) const { return IndexOf(item) >= 0; }
 
-bool BList::HasItem(const void* item) const
-{
-    return IndexOf(item) >= 0;
-}
+bool BList::HasItem(const void* item) const { return IndexOf(item) >= 0; }
 
-int32 BList::IndexOf(void* item) const
-{
-    return IndexOf(const_cast<const void*>(item));
-}
+int32 BList::IndexOf(void* item) const { return IndexOf(const_cast<const void*>(item)); }
 
 int32 BList::IndexOf(const void* item) const
 {

@@ -14,32 +14,17 @@ static RecursiveLock& lock_in(const unsigned char* bytes)
     return *std::launder(reinterpret_cast<RecursiveLock*>(const_cast<unsigned char*>(bytes)));
 }
 
-BLocker::BLocker()
-{
-    new (fLock) RecursiveLock;
-}
+BLocker::BLocker() { new (fLock) RecursiveLock; }
 
-BLocker::BLocker(const char*) : BLocker()
-{
-}
+BLocker::BLocker(const char*) : BLocker() {}
 
-BLocker::BLocker(bool) : BLocker()
-{
-}
+BLocker::BLocker(bool) : BLocker() {}
 
-BLocker::BLocker(const char*, bool) : BLocker()
-{
-}
+BLocker::BLocker(const char*, bool) : BLocker() {}
 
-BLocker::~BLocker()
-{
-    lock_in(fLock).~RecursiveLock();
-}
+BLocker::~BLocker() { lock_in(fLock).~RecursiveLock(); }
 
-status_t BLocker::InitCheck() const
-{
-    return B_OK;
-}
+status_t BLocker::InitCheck() const { return B_OK; }
 
 bool BLocker::Lock()
 {
@@ -52,10 +37,7 @@ status_t BLocker::LockWithTimeout(bigtime_t timeout)
     return lock_in(fLock).LockUntil(BPrivate::deadline_after(timeout)) ? B_OK : B_TIMED_OUT;
 }
 
-void BLocker::Unlock()
-{
-    lock_in(fLock).Unlock();
-}
+void BLocker::Unlock() { lock_in(fLock).Unlock(); }
 
 thread_id BLocker::LockingThread() const
 {
@@ -63,22 +45,10 @@ thread_id BLocker::LockingThread() const
     return owner != 0 ? owner : B_ERROR;
 }
 
-bool BLocker::IsLocked() const
-{
-    return lock_in(fLock).IsMine();
-}
+bool BLocker::IsLocked() const { return lock_in(fLock).IsMine(); }
 
-int32 BLocker::CountLocks() const
-{
-    return lock_in(fLock).Depth();
-}
+int32 BLocker::CountLocks() const { return lock_in(fLock).Depth(); }
 
-int32 BLocker::CountLockRequests() const
-{
-    return lock_in(fLock).Requests();
-}
+int32 BLocker::CountLockRequests() const { return lock_in(fLock).Requests(); }
 
-sem_id BLocker::Sem() const
-{
-    return B_BAD_SEM_ID;
-}
+sem_id BLocker::Sem() const { return B_BAD_SEM_ID; }

@@ -57,8 +57,8 @@ public:
         }
         uint32 state = kFree;
         if (!fState.compare_exchange_strong(state, kHeld, std::memory_order_acquire,
-                                            std::memory_order_relaxed)
-            && (deadline == 0 || !_Wait(deadline)))
+                                            std::memory_order_relaxed) &&
+            (deadline == 0 || !_Wait(deadline)))
             return false;
         fOwner.store(me, std::memory_order_relaxed);
         fDepth = 1;
@@ -102,8 +102,8 @@ public:
         if (!others)
             return;
         const bigtime_t limit = system_time() + kTurn;
-        while (fGrants.load(std::memory_order_relaxed) == grants
-               && fWaiting.load(std::memory_order_relaxed) > 0 && system_time() < limit)
+        while (fGrants.load(std::memory_order_relaxed) == grants &&
+               fWaiting.load(std::memory_order_relaxed) > 0 && system_time() < limit)
             sched_yield();
     }
 
@@ -158,9 +158,9 @@ private:
 
     std::atomic<uint32> fState{kFree};
     std::atomic<thread_id> fOwner{0};
-    int32 fDepth = 0;                   // the owner's
+    int32 fDepth = 0;  // the owner's
     std::atomic<uint32> fWaiting{0};
-    std::atomic<uint32> fGrants{0};     // how often somebody who had to wait got the lock
+    std::atomic<uint32> fGrants{0};  // how often somebody who had to wait got the lock
 };
 
 using RecursiveLock = BasicRecursiveLock<LockLife::Any>;

@@ -63,7 +63,4 @@ void BStopWatch::Reset()
     fLapCount = 0;
 }
 
-const char* BStopWatch::Name() const
-{
-    return fName.c_str();
-}
+const char* BStopWatch::Name() const { return fName.c_str(); }

@@ -20,10 +20,7 @@ using BPrivate::utf8_char_length;
 
 static const int32 kAll = std::numeric_limits<int32>::max();
 
-static const char* safe(const char* string)
-{
-    return string != nullptr ? string : "";
-}
+static const char* safe(const char* string) { return string != nullptr ? string : ""; }
 
 static int32 length_of(const char* string, int32 maxLength = kAll)
 {
@@ -32,10 +29,7 @@ static int32 length_of(const char* string, int32 maxLength = kAll)
     return static_cast<int32>(strnlen(string, maxLength));
 }
 
-static int32 in_range(int32 value, int32 most)
-{
-    return std::clamp(value, 0, most);
-}
+static int32 in_range(int32 value, int32 most) { return std::clamp(value, 0, most); }
 
 // Bytes of the first `charCount` characters of a terminated text.
 static int32 bytes_of_chars(const char* string, int32 charCount)
@@ -43,32 +37,20 @@ static int32 bytes_of_chars(const char* string, int32 charCount)
     return string != nullptr ? utf8_bytes(string, length_of(string), charCount) : 0;
 }
 
-BString::BString()
-{
-}
+BString::BString() {}
 
-BString::BString(const char* string)
-{
-    SetTo(string);
-}
+BString::BString(const char* string) { SetTo(string); }
 
-BString::BString(const BString& string) : fText(string.fText)
-{
-}
+BString::BString(const BString& string) : fText(string.fText) {}
 
 BString::BString(const char* string, int32 maxLength)
 {
     _Splice(0, 0, string, length_of(string, maxLength));
 }
 
-BString::BString(BString&& string) : fText(std::move(string.fText))
-{
-    string.fText.clear();
-}
+BString::BString(BString&& string) : fText(std::move(string.fText)) { string.fText.clear(); }
 
-BString::~BString()
-{
-}
+BString::~BString() {}
 
 int32 BString::CountChars() const
 {
@@ -84,10 +66,7 @@ int32 BString::CountBytes(int32 fromCharOffset, int32 charCount) const
     return utf8_bytes(fText.data() + from, Length() - from, charCount);
 }
 
-uint32 BString::HashValue() const
-{
-    return HashValue(String());
-}
+uint32 BString::HashValue() const { return HashValue(String()); }
 
 uint32 BString::HashValue(const char* string)
 {
@@ -97,25 +76,13 @@ uint32 BString::HashValue(const char* string)
     return hash;
 }
 
-BString& BString::operator=(const BString& string)
-{
-    return SetTo(string);
-}
+BString& BString::operator=(const BString& string) { return SetTo(string); }
 
-BString& BString::operator=(const char* string)
-{
-    return SetTo(string);
-}
+BString& BString::operator=(const char* string) { return SetTo(string); }
 
-BString& BString::operator=(char c)
-{
-    return _Splice(0, Length(), &c, c != '\0' ? 1 : 0);
-}
+BString& BString::operator=(char c) { return _Splice(0, Length(), &c, c != '\0' ? 1 : 0); }
 
-BString& BString::operator=(BString&& string)
-{
-    return Adopt(string);
-}
+BString& BString::operator=(BString&& string) { return Adopt(string); }
 
 BString& BString::SetTo(const char* string)
 {
@@ -269,20 +236,11 @@ bool BString::Split(const char* separator, bool noEmptyStrings, BStringList& _li
     return true;
 }
 
-BString& BString::operator+=(const BString& string)
-{
-    return Append(string);
-}
+BString& BString::operator+=(const BString& string) { return Append(string); }
 
-BString& BString::operator+=(const char* string)
-{
-    return Append(string);
-}
+BString& BString::operator+=(const char* string) { return Append(string); }
 
-BString& BString::operator+=(char c)
-{
-    return Append(c, 1);
-}
+BString& BString::operator+=(char c) { return Append(c, 1); }
 
 BString& BString::Append(const BString& string)
 {
@@ -304,10 +262,7 @@ BString& BString::Append(const char* string, int32 length)
     return _Splice(Length(), 0, string, length_of(string, length));
 }
 
-BString& BString::Append(char c, int32 count)
-{
-    return Insert(c, count, Length());
-}
+BString& BString::Append(char c, int32 count) { return Insert(c, count, Length()); }
 
 BString& BString::AppendChars(const BString& string, int32 charCount)
 {
@@ -319,10 +274,7 @@ BString& BString::AppendChars(const char* string, int32 charCount)
     return Append(string, bytes_of_chars(string, charCount));
 }
 
-BString& BString::Prepend(const char* string)
-{
-    return _Splice(0, 0, string, length_of(string));
-}
+BString& BString::Prepend(const char* string) { return _Splice(0, 0, string, length_of(string)); }
 
 BString& BString::Prepend(const BString& string)
 {
@@ -339,10 +291,7 @@ BString& BString::Prepend(const BString& string, int32 length)
     return _Splice(0, 0, string.String(), in_range(length, string.Length()));
 }
 
-BString& BString::Prepend(char c, int32 count)
-{
-    return Insert(c, count, 0);
-}
+BString& BString::Prepend(char c, int32 count) { return Insert(c, count, 0); }
 
 BString& BString::PrependChars(const char* string, int32 charCount)
 {
@@ -418,7 +367,8 @@ BString& BString::InsertChars(const char* string, int32 charCount, int32 charPos
     if (charPosition >= 0)
         return _Splice(_CharOffset(charPosition), 0, string, length);
     const int32 skipped = charPosition == std::numeric_limits<int32>::min()
-        ? length : std::min(bytes_of_chars(string, -charPosition), length);
+                              ? length
+                              : std::min(bytes_of_chars(string, -charPosition), length);
     return _Splice(0, 0, safe(string) + skipped, length - skipped);
 }
 
@@ -445,10 +395,7 @@ BString& BString::InsertChars(const BString& string, int32 fromCharOffset, int32
     return InsertChars(string.String(), fromCharOffset, charCount, charPosition);
 }
 
-BString& BString::Truncate(int32 newLength, bool)
-{
-    return _Cut(std::max(newLength, 0), kAll);
-}
+BString& BString::Truncate(int32 newLength, bool) { return _Cut(std::max(newLength, 0), kAll); }
 
 BString& BString::TruncateChars(int32 newCharCount, bool)
 {
@@ -475,10 +422,7 @@ BString& BString::RemoveLast(const BString& string)
     return _Cut(FindLast(string), string.Length());
 }
 
-BString& BString::RemoveAll(const BString& string)
-{
-    return RemoveAll(string.String());
-}
+BString& BString::RemoveAll(const BString& string) { return RemoveAll(string.String()); }
 
 BString& BString::RemoveFirst(const char* string)
 {
@@ -537,10 +481,7 @@ bool BString::MoveCharsInto(char* into, int32* intoLength, int32 fromCharOffset,
     return true;
 }
 
-char BString::operator[](int32 index) const
-{
-    return ByteAt(index);
-}
+char BString::operator[](int32 index) const { return ByteAt(index); }
 
 char BString::ByteAt(int32 index) const
 {
@@ -596,20 +537,11 @@ BString& BString::SetByteAt(int32 pos, char to)
     return *this;
 }
 
-static char lower(char c)
-{
-    return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c;
-}
+static char lower(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; }
 
-static char upper(char c)
-{
-    return c >= 'a' && c <= 'z' ? static_cast<char>(c - 32) : c;
-}
+static char upper(char c) { return c >= 'a' && c <= 'z' ? static_cast<char>(c - 32) : c; }
 
-static bool is_letter(char c)
-{
-    return lower(c) >= 'a' && lower(c) <= 'z';
-}
+static bool is_letter(char c) { return lower(c) >= 'a' && lower(c) <= 'z'; }
 
 BString& BString::ToLower()
 {
@@ -676,10 +608,7 @@ BString& BString::CharacterDeescape(char escapeChar)
     return CharacterDeescape(String(), escapeChar);
 }
 
-static bool is_space(char c)
-{
-    return c == ' ' || (c >= '\t' && c <= '\r');
-}
+static bool is_space(char c) { return c == ' ' || (c >= '\t' && c <= '\r'); }
 
 BString& BString::Trim()
 {
@@ -690,25 +619,13 @@ BString& BString::Trim()
     return *this;
 }
 
-BString& BString::operator<<(const char* string)
-{
-    return Append(string);
-}
+BString& BString::operator<<(const char* string) { return Append(string); }
 
-BString& BString::operator<<(const BString& string)
-{
-    return Append(string);
-}
+BString& BString::operator<<(const BString& string) { return Append(string); }
 
-BString& BString::operator<<(char c)
-{
-    return Append(c, 1);
-}
+BString& BString::operator<<(char c) { return Append(c, 1); }
 
-BString& BString::operator<<(bool value)
-{
-    return Append(value ? "true" : "false");
-}
+BString& BString::operator<<(bool value) { return Append(value ? "true" : "false"); }
 
 template <class Number>
 static BString& append_number(BString& string, const char* format, Number value)
@@ -718,45 +635,27 @@ static BString& append_number(BString& string, const char* format, Number value)
     return string.Append(text);
 }
 
-BString& BString::operator<<(int value)
-{
-    return append_number(*this, "%d", value);
-}
+BString& BString::operator<<(int value) { return append_number(*this, "%d", value); }
 
-BString& BString::operator<<(unsigned int value)
-{
-    return append_number(*this, "%u", value);
-}
+BString& BString::operator<<(unsigned int value) { return append_number(*this, "%u", value); }
 
-BString& BString::operator<<(unsigned long value)
-{
-    return append_number(*this, "%lu", value);
-}
+BString& BString::operator<<(unsigned long value) { return append_number(*this, "%lu", value); }
 
-BString& BString::operator<<(long value)
-{
-    return append_number(*this, "%ld", value);
-}
+BString& BString::operator<<(long value) { return append_number(*this, "%ld", value); }
 
 BString& BString::operator<<(unsigned long long value)
 {
     return append_number(*this, "%llu", value);
 }
 
-BString& BString::operator<<(long long value)
-{
-    return append_number(*this, "%lld", value);
-}
+BString& BString::operator<<(long long value) { return append_number(*this, "%lld", value); }
 
 BString& BString::operator<<(float value)
 {
     return append_number(*this, "%.2f", static_cast<double>(value));
 }
 
-BString& BString::operator<<(double value)
-{
-    return append_number(*this, "%.2f", value);
-}
+BString& BString::operator<<(double value) { return append_number(*this, "%.2f", value); }
 
 // Puts `inserted` bytes in place of `removed` ones. The offsets are in range; the bytes may be the
 // text's own. Nothing changes without memory, or where the length would not fit its type.

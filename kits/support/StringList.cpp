@@ -28,9 +28,7 @@ BStringList::BStringList(const BStringList& other) : BFlattenable(other), fStrin
 {
 }
 
-BStringList::~BStringList()
-{
-}
+BStringList::~BStringList() {}
 
 bool BStringList::Add(const BString& string, int32 index)
 {
@@ -44,15 +42,12 @@ bool BStringList::Add(const BString& string, int32 index)
     return true;
 }
 
-bool BStringList::Add(const BString& string)
-{
-    return Add(string, CountStrings());
-}
+bool BStringList::Add(const BString& string) { return Add(string, CountStrings()); }
 
 bool BStringList::Add(const BStringList& list, int32 index)
 {
-    if (index < 0 || index > CountStrings()
-        || list.CountStrings() > std::numeric_limits<int32>::max() - CountStrings())
+    if (index < 0 || index > CountStrings() ||
+        list.CountStrings() > std::numeric_limits<int32>::max() - CountStrings())
         return false;
     try {
         const std::vector<BString> copy = list.fStrings;  // it may be this one
@@ -63,25 +58,22 @@ bool BStringList::Add(const BStringList& list, int32 index)
     return true;
 }
 
-bool BStringList::Add(const BStringList& list)
-{
-    return Add(list, CountStrings());
-}
+bool BStringList::Add(const BStringList& list) { return Add(list, CountStrings()); }
 
 bool BStringList::Remove(const BString& string, bool ignoreCase)
 {
     const BString wanted(string);  // it may be in the list
     return std::erase_if(fStrings, [&](const BString& each) {
-        return is_same(each, wanted, ignoreCase);
-    }) > 0;
+               return is_same(each, wanted, ignoreCase);
+           }) > 0;
 }
 
 bool BStringList::Remove(const BStringList& list, bool ignoreCase)
 {
     const BStringList wanted(list);
     return std::erase_if(fStrings, [&](const BString& each) {
-        return wanted.HasString(each, ignoreCase);
-    }) > 0;
+               return wanted.HasString(each, ignoreCase);
+           }) > 0;
 }
 
 BString BStringList::Remove(int32 index)
@@ -108,10 +100,7 @@ bool BStringList::Replace(int32 index, const BString& string)
     return true;
 }
 
-void BStringList::MakeEmpty()
-{
-    fStrings.clear();
-}
+void BStringList::MakeEmpty() { fStrings.clear(); }
 
 void BStringList::Sort(bool ignoreCase)
 {
@@ -151,9 +140,8 @@ void BStringList::Sort(int (*compareFunc)(const BString&, const BString&, void*)
 {
     if (compareFunc == nullptr)
         return;
-    sort_with(fStrings, [=](const BString& a, const BString& b) {
-        return compareFunc(a, b, context);
-    });
+    sort_with(fStrings,
+              [=](const BString& a, const BString& b) { return compareFunc(a, b, context); });
 }
 
 bool BStringList::Swap(int32 indexA, int32 indexB)
@@ -179,15 +167,9 @@ BString BStringList::StringAt(int32 index) const
     return index >= 0 && index < CountStrings() ? fStrings[index] : BString();
 }
 
-BString BStringList::First() const
-{
-    return StringAt(0);
-}
+BString BStringList::First() const { return StringAt(0); }
 
-BString BStringList::Last() const
-{
-    return StringAt(CountStrings() - 1);
-}
+BString BStringList::Last() const { return StringAt(CountStrings() - 1); }
 
 bool BStringList::HasString(const BString& string, bool ignoreCase) const
 {
@@ -202,15 +184,9 @@ int32 BStringList::IndexOf(const BString& string, bool ignoreCase) const
     return found != fStrings.end() ? static_cast<int32>(found - fStrings.begin()) : -1;
 }
 
-int32 BStringList::CountStrings() const
-{
-    return static_cast<int32>(fStrings.size());
-}
+int32 BStringList::CountStrings() const { return static_cast<int32>(fStrings.size()); }
 
-bool BStringList::IsEmpty() const
-{
-    return fStrings.empty();
-}
+bool BStringList::IsEmpty() const { return fStrings.empty(); }
 
 BString BStringList::Join(const char* separator, int32 length) const
 {
@@ -246,30 +222,15 @@ BStringList& BStringList::operator=(const BStringList& other)
     return *this;
 }
 
-bool BStringList::operator==(const BStringList& other) const
-{
-    return fStrings == other.fStrings;
-}
+bool BStringList::operator==(const BStringList& other) const { return fStrings == other.fStrings; }
 
-bool BStringList::operator!=(const BStringList& other) const
-{
-    return !(*this == other);
-}
+bool BStringList::operator!=(const BStringList& other) const { return !(*this == other); }
 
-bool BStringList::IsFixedSize() const
-{
-    return false;
-}
+bool BStringList::IsFixedSize() const { return false; }
 
-type_code BStringList::TypeCode() const
-{
-    return B_STRING_LIST_TYPE;
-}
+type_code BStringList::TypeCode() const { return B_STRING_LIST_TYPE; }
 
-bool BStringList::AllowsTypeCode(type_code code) const
-{
-    return code == B_STRING_LIST_TYPE;
-}
+bool BStringList::AllowsTypeCode(type_code code) const { return code == B_STRING_LIST_TYPE; }
 
 ssize_t BStringList::FlattenedSize() const
 {

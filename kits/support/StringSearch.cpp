@@ -16,105 +16,48 @@ using BPrivate::utf8_char_length;
 
 static const int32 kAll = std::numeric_limits<int32>::max();
 
-static const char* safe(const char* string)
-{
-    return string != nullptr ? string : "";
-}
+static const char* safe(const char* string) { return string != nullptr ? string : ""; }
 
 static int32 length_of(const char* string)
 {
     return string != nullptr ? static_cast<int32>(std::min<size_t>(strlen(string), kAll)) : 0;
 }
 
-static size_t unsigned_length(int32 length)
-{
-    return length > 0 ? static_cast<size_t>(length) : 0;
-}
+static size_t unsigned_length(int32 length) { return length > 0 ? static_cast<size_t>(length) : 0; }
 
-static char lower(char c)
-{
-    return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c;
-}
+static char lower(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; }
 
-static bool same_letter(char a, char b)
-{
-    return lower(a) == lower(b);
-}
+static bool same_letter(char a, char b) { return lower(a) == lower(b); }
 
-bool BString::operator<(const BString& string) const
-{
-    return Compare(string) < 0;
-}
+bool BString::operator<(const BString& string) const { return Compare(string) < 0; }
 
-bool BString::operator<=(const BString& string) const
-{
-    return Compare(string) <= 0;
-}
+bool BString::operator<=(const BString& string) const { return Compare(string) <= 0; }
 
-bool BString::operator==(const BString& string) const
-{
-    return Compare(string) == 0;
-}
+bool BString::operator==(const BString& string) const { return Compare(string) == 0; }
 
-bool BString::operator>=(const BString& string) const
-{
-    return Compare(string) >= 0;
-}
+bool BString::operator>=(const BString& string) const { return Compare(string) >= 0; }
 
-bool BString::operator>(const BString& string) const
-{
-    return Compare(string) > 0;
-}
+bool BString::operator>(const BString& string) const { return Compare(string) > 0; }
 
-bool BString::operator!=(const BString& string) const
-{
-    return Compare(string) != 0;
-}
+bool BString::operator!=(const BString& string) const { return Compare(string) != 0; }
 
-bool BString::operator<(const char* string) const
-{
-    return Compare(string) < 0;
-}
+bool BString::operator<(const char* string) const { return Compare(string) < 0; }
 
-bool BString::operator<=(const char* string) const
-{
-    return Compare(string) <= 0;
-}
+bool BString::operator<=(const char* string) const { return Compare(string) <= 0; }
 
-bool BString::operator==(const char* string) const
-{
-    return Compare(string) == 0;
-}
+bool BString::operator==(const char* string) const { return Compare(string) == 0; }
 
-bool BString::operator>=(const char* string) const
-{
-    return Compare(string) >= 0;
-}
+bool BString::operator>=(const char* string) const { return Compare(string) >= 0; }
 
-bool BString::operator>(const char* string) const
-{
-    return Compare(string) > 0;
-}
+bool BString::operator>(const char* string) const { return Compare(string) > 0; }
 
-bool BString::operator!=(const char* string) const
-{
-    return Compare(string) != 0;
-}
+bool BString::operator!=(const char* string) const { return Compare(string) != 0; }
 
-BString::operator const char*() const
-{
-    return String();
-}
+BString::operator const char*() const { return String(); }
 
-int BString::Compare(const BString& string) const
-{
-    return strcmp(String(), string.String());
-}
+int BString::Compare(const BString& string) const { return strcmp(String(), string.String()); }
 
-int BString::Compare(const char* string) const
-{
-    return strcmp(String(), safe(string));
-}
+int BString::Compare(const char* string) const { return strcmp(String(), safe(string)); }
 
 int BString::Compare(const BString& string, int32 length) const
 {
@@ -143,15 +86,9 @@ int BString::CompareChars(const char* string, int32 charCount) const
     return Compare(string, std::max(CountBytes(0, charCount), theirs));
 }
 
-int BString::ICompare(const BString& string) const
-{
-    return strcasecmp(String(), string.String());
-}
+int BString::ICompare(const BString& string) const { return strcasecmp(String(), string.String()); }
 
-int BString::ICompare(const char* string) const
-{
-    return strcasecmp(String(), safe(string));
-}
+int BString::ICompare(const char* string) const { return strcasecmp(String(), safe(string)); }
 
 int BString::ICompare(const BString& string, int32 length) const
 {
@@ -183,15 +120,9 @@ int32 BString::FindFirst(const char* string, int32 fromOffset) const
     return _Find(string, length_of(string), fromOffset, false);
 }
 
-int32 BString::FindFirst(char c) const
-{
-    return _Find(&c, 1, 0, false);
-}
+int32 BString::FindFirst(char c) const { return _Find(&c, 1, 0, false); }
 
-int32 BString::FindFirst(char c, int32 fromOffset) const
-{
-    return _Find(&c, 1, fromOffset, false);
-}
+int32 BString::FindFirst(char c, int32 fromOffset) const { return _Find(&c, 1, fromOffset, false); }
 
 int32 BString::FindFirstChars(const BString& string, int32 fromCharOffset) const
 {
@@ -223,10 +154,7 @@ int32 BString::FindLast(const char* string, int32 beforeOffset) const
     return _FindLast(string, length_of(string), beforeOffset, false);
 }
 
-int32 BString::FindLast(char c) const
-{
-    return _FindLast(&c, 1, Length(), false);
-}
+int32 BString::FindLast(char c) const { return _FindLast(&c, 1, Length(), false); }
 
 int32 BString::FindLast(char c, int32 beforeOffset) const
 {
@@ -288,15 +216,12 @@ bool BString::StartsWith(const BString& string) const
     return StartsWith(string.String(), string.Length());
 }
 
-bool BString::StartsWith(const char* string) const
-{
-    return StartsWith(string, length_of(string));
-}
+bool BString::StartsWith(const char* string) const { return StartsWith(string, length_of(string)); }
 
 bool BString::StartsWith(const char* string, int32 length) const
 {
-    return string != nullptr && length >= 0 && length <= Length()
-        && strncmp(String(), string, length) == 0;
+    return string != nullptr && length >= 0 && length <= Length() &&
+           strncmp(String(), string, length) == 0;
 }
 
 bool BString::IStartsWith(const BString& string) const
@@ -311,8 +236,8 @@ bool BString::IStartsWith(const char* string) const
 
 bool BString::IStartsWith(const char* string, int32 length) const
 {
-    return string != nullptr && length >= 0 && length <= Length()
-        && strncasecmp(String(), string, length) == 0;
+    return string != nullptr && length >= 0 && length <= Length() &&
+           strncasecmp(String(), string, length) == 0;
 }
 
 bool BString::EndsWith(const BString& string) const
@@ -320,15 +245,12 @@ bool BString::EndsWith(const BString& string) const
     return EndsWith(string.String(), string.Length());
 }
 
-bool BString::EndsWith(const char* string) const
-{
-    return EndsWith(string, length_of(string));
-}
+bool BString::EndsWith(const char* string) const { return EndsWith(string, length_of(string)); }
 
 bool BString::EndsWith(const char* string, int32 length) const
 {
-    return string != nullptr && length >= 0 && length <= Length()
-        && strncmp(String() + Length() - length, string, length) == 0;
+    return string != nullptr && length >= 0 && length <= Length() &&
+           strncmp(String() + Length() - length, string, length) == 0;
 }
 
 bool BString::IEndsWith(const BString& string) const
@@ -336,15 +258,12 @@ bool BString::IEndsWith(const BString& string) const
     return IEndsWith(string.String(), string.Length());
 }
 
-bool BString::IEndsWith(const char* string) const
-{
-    return IEndsWith(string, length_of(string));
-}
+bool BString::IEndsWith(const char* string) const { return IEndsWith(string, length_of(string)); }
 
 bool BString::IEndsWith(const char* string, int32 length) const
 {
-    return string != nullptr && length >= 0 && length <= Length()
-        && strncasecmp(String() + Length() - length, string, length) == 0;
+    return string != nullptr && length >= 0 && length <= Length() &&
+           strncasecmp(String() + Length() - length, string, length) == 0;
 }
 
 BString& BString::ReplaceFirst(char replaceThis, char withThis)
@@ -398,8 +317,8 @@ BString& BString::ReplaceAllChars(const char* replaceThis, const char* withThis,
     return ReplaceAll(replaceThis, withThis, _CharOffset(fromCharOffset));
 }
 
-BString& BString::ReplaceChars(const char* replaceThis, const char* withThis,
-                               int32 maxReplaceCount, int32 fromCharOffset)
+BString& BString::ReplaceChars(const char* replaceThis, const char* withThis, int32 maxReplaceCount,
+                               int32 fromCharOffset)
 {
     return Replace(replaceThis, withThis, maxReplaceCount, _CharOffset(fromCharOffset));
 }
@@ -419,8 +338,7 @@ BString& BString::IReplaceAll(char replaceThis, char withThis, int32 fromOffset)
     return IReplace(replaceThis, withThis, kAll, fromOffset);
 }
 
-BString& BString::IReplace(char replaceThis, char withThis, int32 maxReplaceCount,
-                           int32 fromOffset)
+BString& BString::IReplace(char replaceThis, char withThis, int32 maxReplaceCount, int32 fromOffset)
 {
     return _Replace(&replaceThis, 1, &withThis, 1, maxReplaceCount, fromOffset, true);
 }
@@ -558,52 +476,22 @@ BString& BString::_Replace(const char* replaceThis, int32 length, const char* wi
     return Adopt(replaced);
 }
 
-bool operator<(const char* a, const BString& b)
-{
-    return b > a;
-}
+bool operator<(const char* a, const BString& b) { return b > a; }
 
-bool operator<=(const char* a, const BString& b)
-{
-    return b >= a;
-}
+bool operator<=(const char* a, const BString& b) { return b >= a; }
 
-bool operator==(const char* a, const BString& b)
-{
-    return b == a;
-}
+bool operator==(const char* a, const BString& b) { return b == a; }
 
-bool operator>(const char* a, const BString& b)
-{
-    return b < a;
-}
+bool operator>(const char* a, const BString& b) { return b < a; }
 
-bool operator>=(const char* a, const BString& b)
-{
-    return b <= a;
-}
+bool operator>=(const char* a, const BString& b) { return b <= a; }
 
-bool operator!=(const char* a, const BString& b)
-{
-    return b != a;
-}
+bool operator!=(const char* a, const BString& b) { return b != a; }
 
-int Compare(const BString& a, const BString& b)
-{
-    return a.Compare(b);
-}
+int Compare(const BString& a, const BString& b) { return a.Compare(b); }
 
-int ICompare(const BString& a, const BString& b)
-{
-    return a.ICompare(b);
-}
+int ICompare(const BString& a, const BString& b) { return a.ICompare(b); }
 
-int Compare(const BString* a, const BString* b)
-{
-    return a->Compare(*b);
-}
+int Compare(const BString* a, const BString* b) { return a->Compare(*b); }
 
-int ICompare(const BString* a, const BString* b)
-{
-    return a->ICompare(*b);
-}
+int ICompare(const BString* a, const BString* b) { return a->ICompare(*b); }

@@ -11,11 +11,11 @@
 
 // By B_..._CONVERSION.
 static const char* const kCharacterSets[] = {
-    "ISO-8859-1", "ISO-8859-2", "ISO-8859-3", "ISO-8859-4", "ISO-8859-5", "ISO-8859-6",
-    "ISO-8859-7", "ISO-8859-8", "ISO-8859-9", "ISO-8859-10", "MACINTOSH", "SHIFT_JIS", "EUC-JP",
-    "ISO-2022-JP", "WINDOWS-1252", "UCS-2BE", "KOI8-R", "WINDOWS-1251", "IBM866", "IBM437",
-    "EUC-KR", "ISO-8859-13", "ISO-8859-14", "ISO-8859-15", "BIG5", "GB18030", "UTF-16BE",
-    "WINDOWS-1250",
+    "ISO-8859-1", "ISO-8859-2",  "ISO-8859-3",   "ISO-8859-4",   "ISO-8859-5",  "ISO-8859-6",
+    "ISO-8859-7", "ISO-8859-8",  "ISO-8859-9",   "ISO-8859-10",  "MACINTOSH",   "SHIFT_JIS",
+    "EUC-JP",     "ISO-2022-JP", "WINDOWS-1252", "UCS-2BE",      "KOI8-R",      "WINDOWS-1251",
+    "IBM866",     "IBM437",      "EUC-KR",       "ISO-8859-13",  "ISO-8859-14", "ISO-8859-15",
+    "BIG5",       "GB18030",     "UTF-16BE",     "WINDOWS-1250",
 };
 static_assert(std::size(kCharacterSets) == B_MS_WINDOWS_1250_CONVERSION + 1, "one name per set");
 
@@ -61,8 +61,8 @@ static status_t convert(const char* to_set, const char* from_set, bool from_utf8
                         const char* source, int32* sourceLength, char* dest, int32* destLength,
                         char substitute)
 {
-    if (source == nullptr || sourceLength == nullptr || dest == nullptr || destLength == nullptr
-        || *sourceLength < 0 || *destLength < 0)
+    if (source == nullptr || sourceLength == nullptr || dest == nullptr || destLength == nullptr ||
+        *sourceLength < 0 || *destLength < 0)
         return B_BAD_VALUE;
     Converter converter(to_set, from_set);
     Converter replacing(to_set, "ISO-8859-1");
@@ -92,8 +92,8 @@ static status_t convert(const char* to_set, const char* from_set, bool from_utf8
     return had_source && *sourceLength == 0 ? B_ERROR : B_OK;
 }
 
-status_t convert_to_utf8(uint32 sourceEncoding, const char* source, int32* sourceLength,
-                         char* dest, int32* destLength, int32*, char substitute)
+status_t convert_to_utf8(uint32 sourceEncoding, const char* source, int32* sourceLength, char* dest,
+                         int32* destLength, int32*, char substitute)
 {
     if (sourceEncoding >= std::size(kCharacterSets))
         return B_ERROR;
@@ -101,8 +101,8 @@ status_t convert_to_utf8(uint32 sourceEncoding, const char* source, int32* sourc
                    destLength, substitute);
 }
 
-status_t convert_from_utf8(uint32 destEncoding, const char* source, int32* sourceLength,
-                           char* dest, int32* destLength, int32*, char substitute)
+status_t convert_from_utf8(uint32 destEncoding, const char* source, int32* sourceLength, char* dest,
+                           int32* destLength, int32*, char substitute)
 {
     if (destEncoding >= std::size(kCharacterSets))
         return B_ERROR;

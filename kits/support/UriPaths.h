@@ -3,7 +3,7 @@
 
 #include <string>
 
-namespace storage __attribute__((visibility("hidden"))) {
+namespace [[gnu::visibility("hidden")]] storage {
 
 // "file:" URIs. What is none stays as it is.
 std::string uri_of_path(const std::string& path);

@@ -55,7 +55,9 @@ private:
 class ListeningHandler : public BHandler {
 public:
     explicit ListeningHandler(Mailbox& mail, const char* name = nullptr)
-        : BHandler(name), fMail(mail) {}
+        : BHandler(name), fMail(mail)
+    {
+    }
     void MessageReceived(BMessage* message) override { fMail.Put(*message); }
 
 private:
@@ -65,7 +67,9 @@ private:
 class ListeningLooper : public BLooper {
 public:
     explicit ListeningLooper(Mailbox& mail, const char* name = "listening")
-        : BLooper(name), fMail(mail) {}
+        : BLooper(name), fMail(mail)
+    {
+    }
     void MessageReceived(BMessage* message) override { fMail.Put(*message); }
 
 private:

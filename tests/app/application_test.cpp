@@ -64,7 +64,9 @@ public:
 class Client : public BLooper {
 public:
     Client(std::atomic<int>& asked, std::atomic<int>& gone)
-        : BLooper("client"), fAsked(asked), fGone(gone) {}
+        : BLooper("client"), fAsked(asked), fGone(gone)
+    {
+    }
     ~Client() override { fGone++; }
     bool QuitRequested() override
     {

@@ -17,8 +17,11 @@ namespace {
 class TestWindow : public BWindow {
 public:
     TestWindow(std::atomic<int>& gone, std::atomic<bool>& may_quit)
-        : BWindow(BRect(50, 50, 149, 149), "test", B_TITLED_WINDOW, 0), fGone(gone),
-          fMayQuit(may_quit) {}
+        : BWindow(BRect(50, 50, 149, 149), "test", B_TITLED_WINDOW, 0),
+          fGone(gone),
+          fMayQuit(may_quit)
+    {
+    }
     ~TestWindow() override { fGone++; }
     bool QuitRequested() override { return fMayQuit; }
 
@@ -61,7 +64,9 @@ TEST(Application, QuittingClosesPopUpMenus)
     class MenuOpener : public BWindow {
     public:
         explicit MenuOpener(BPopUpMenu* menu)
-            : BWindow(BRect(50, 50, 149, 149), "opener", B_TITLED_WINDOW, 0), fMenu(menu) {}
+            : BWindow(BRect(50, 50, 149, 149), "opener", B_TITLED_WINDOW, 0), fMenu(menu)
+        {
+        }
         void MessageReceived(BMessage*) override { EXPECT_EQ(fMenu->Go(BPoint(60, 60)), nullptr); }
 
     private:

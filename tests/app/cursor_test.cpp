@@ -41,8 +41,8 @@ TEST(Cursors, CopiesAndArchivesAreEqual)
 {
     BBitmap bitmap(BRect(0, 0, 3, 2), B_RGBA32);
     memset(bitmap.Bits(), 0x5A, static_cast<size_t>(bitmap.BitsLength()));
-    const BCursor cursors[] = {
-        BCursor(B_HAND_CURSOR), BCursor(B_CURSOR_ID_I_BEAM), BCursor(&bitmap, BPoint(1, 2))};
+    const BCursor cursors[] = {BCursor(B_HAND_CURSOR), BCursor(B_CURSOR_ID_I_BEAM),
+                               BCursor(&bitmap, BPoint(1, 2))};
     for (const BCursor& cursor : cursors) {
         const BCursor copy(cursor);
         EXPECT_TRUE(copy == cursor);

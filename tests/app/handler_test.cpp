@@ -281,8 +281,13 @@ TEST(Scripting, LooperFindsHandlersAndAnswersForThem)
 TEST(PropertyInfo, FlatFormBringsTheTablesBack)
 {
     property_info properties[] = {
-        {"Size", {B_GET_PROPERTY, B_SET_PROPERTY}, {B_DIRECT_SPECIFIER}, "the size", 7,
-         {'LONG'}, {{{{"width", 'FLOT'}, {"height", 'FLOT'}}}}},
+        {"Size",
+         {B_GET_PROPERTY, B_SET_PROPERTY},
+         {B_DIRECT_SPECIFIER},
+         "the size",
+         7,
+         {'LONG'},
+         {{{{"width", 'FLOT'}, {"height", 'FLOT'}}}}},
         {"Any", {}, {}, nullptr, 0, {}, {}},
         {},
     };

@@ -327,7 +327,9 @@ class NotingFilter : public BMessageFilter {
 public:
     using Deed = std::function<filter_result(BMessage*, BHandler**)>;
     NotingFilter(std::string& notes, char name, Deed deed = nullptr, uint32 what = 'filt')
-        : BMessageFilter(what), fNotes(notes), fName(name), fDeed(deed) {}
+        : BMessageFilter(what), fNotes(notes), fName(name), fDeed(deed)
+    {
+    }
     filter_result Filter(BMessage* message, BHandler** target) override
     {
         fNotes += fName;
@@ -449,10 +451,8 @@ TEST_F(FilteredLooper, DeliveryAndSourceDecideWhatAFilterSees)
         message_source source;
         bool seen;
     } cases[] = {
-        {B_ANY_DELIVERY, B_ANY_SOURCE, true},
-        {B_ANY_DELIVERY, B_LOCAL_SOURCE, true},
-        {B_ANY_DELIVERY, B_REMOTE_SOURCE, false},
-        {B_PROGRAMMED_DELIVERY, B_LOCAL_SOURCE, true},
+        {B_ANY_DELIVERY, B_ANY_SOURCE, true},      {B_ANY_DELIVERY, B_LOCAL_SOURCE, true},
+        {B_ANY_DELIVERY, B_REMOTE_SOURCE, false},  {B_PROGRAMMED_DELIVERY, B_LOCAL_SOURCE, true},
         {B_DROPPED_DELIVERY, B_ANY_SOURCE, false},
     };
     fLooper->Run();

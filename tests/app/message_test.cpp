@@ -55,12 +55,11 @@ static BMessage every_type()
     EXPECT_EQ(B_OK, message.AddBool("bool", true));
     EXPECT_EQ(B_OK, message.AddFloat("float", 1.5f));
     EXPECT_EQ(B_OK, message.AddDouble("double", -2.25));
-    EXPECT_EQ(B_OK, message.AddColor("color", rgb_color{ 1, 2, 3, 4 }));
+    EXPECT_EQ(B_OK, message.AddColor("color", rgb_color{1, 2, 3, 4}));
     EXPECT_EQ(B_OK, message.AddPoint("point", BPoint(1, 2)));
     EXPECT_EQ(B_OK, message.AddRect("rect", BRect(1, 2, 3, 4)));
     EXPECT_EQ(B_OK, message.AddSize("size", BSize(5, 6)));
-    EXPECT_EQ(B_OK, message.AddAlignment("alignment",
-        BAlignment(B_ALIGN_LEFT, B_ALIGN_TOP)));
+    EXPECT_EQ(B_OK, message.AddAlignment("alignment", BAlignment(B_ALIGN_LEFT, B_ALIGN_TOP)));
     EXPECT_EQ(B_OK, message.AddString("string", "text"));
     EXPECT_EQ(B_OK, message.AddPointer("pointer", &message));
     EXPECT_EQ(B_OK, message.AddRef("ref", &ref));
@@ -86,7 +85,7 @@ static void expect_every_type(const BMessage& message)
     EXPECT_TRUE(message.FindBool("bool"));
     EXPECT_EQ(1.5f, message.FindFloat("float"));
     EXPECT_EQ(-2.25, message.FindDouble("double"));
-    EXPECT_TRUE((rgb_color{ 1, 2, 3, 4 }) == message.GetColor("color", rgb_color{ 0, 0, 0, 0 }));
+    EXPECT_TRUE((rgb_color{1, 2, 3, 4}) == message.GetColor("color", rgb_color{0, 0, 0, 0}));
     EXPECT_TRUE(BPoint(1, 2) == message.FindPoint("point"));
     EXPECT_TRUE(BRect(1, 2, 3, 4) == message.FindRect("rect"));
     EXPECT_TRUE(BSize(5, 6) == message.GetSize("size", BSize(0, 0)));
@@ -173,7 +172,7 @@ TEST(Message, ValuesOfManySizesStayRightThroughEveryChange)
 {
     BMessage message;
     std::vector<std::string> expected[3];
-    const char* const names[] = { "first", "second", "a third one" };
+    const char* const names[] = {"first", "second", "a third one"};
     uint32 seed = 1;
     const auto random = [&seed](uint32 below) {
         seed = seed * 1664525 + 1013904223;
@@ -209,7 +208,7 @@ TEST(Message, ValuesOfManySizesStayRightThroughEveryChange)
                 break;
         }
     }
-    for (const BMessage& each : { BMessage(message), back(flat(message)) }) {
+    for (const BMessage& each : {BMessage(message), back(flat(message))}) {
         for (int field = 0; field < 3; ++field) {
             int32 count;
             type_code type;
@@ -357,8 +356,8 @@ TEST(Message, PrintsValuesInWordsAndNestedMessages)
     testing::internal::CaptureStdout();
     message.PrintToStream();
     const std::string text = testing::internal::GetCapturedStdout();
-    for (const char* part : { "BMessage('OUTS') {", "s = string(\"hello\"", "BMessage('INSI') {",
-                              "n = int32(-5 or 0xfffffffb)", "b[1] = bool(false)" })
+    for (const char* part : {"BMessage('OUTS') {", "s = string(\"hello\"", "BMessage('INSI') {",
+                             "n = int32(-5 or 0xfffffffb)", "b[1] = bool(false)"})
         EXPECT_NE(std::string::npos, text.find(part)) << part << " in\n" << text;
 }
 

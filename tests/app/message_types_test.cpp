@@ -29,27 +29,27 @@ bool equal(const Value& a, const Value& b)
 }
 
 // A family as a type: its values and its calls.
-#define FAMILY(Name, Value, first, second, type)                                                   \
-    struct Name##Family {                                                                          \
-        using Type = Value;                                                                        \
-        static Value One() { return first; }                                                       \
-        static Value Two() { return second; }                                                      \
-        static type_code Code() { return type; }                                                   \
-        static status_t Add(BMessage& m, Value v) { return m.Add##Name("x", v); }                  \
-        static status_t Find(const BMessage& m, Value* v) { return m.Find##Name("x", v); }         \
-        static status_t Find(const BMessage& m, int32 i, Value* v)                                 \
-        {                                                                                          \
-            return m.Find##Name("x", i, v);                                                        \
-        }                                                                                          \
-        static status_t Replace(BMessage& m, Value v) { return m.Replace##Name("x", v); }          \
-        static status_t Replace(BMessage& m, int32 i, Value v)                                     \
-        {                                                                                          \
-            return m.Replace##Name("x", i, v);                                                     \
-        }                                                                                          \
-        static bool Has(const BMessage& m, int32 i) { return m.Has##Name("x", i); }                \
-        static Value Get(const BMessage& m, Value v) { return m.Get##Name("x", v); }               \
-        static Value Get(const BMessage& m, int32 i, Value v) { return m.Get##Name("x", i, v); }   \
-        static status_t Set(BMessage& m, Value v) { return m.Set##Name("x", v); }                  \
+#define FAMILY(Name, Value, first, second, type)                                                 \
+    struct Name##Family {                                                                        \
+        using Type = Value;                                                                      \
+        static Value One() { return first; }                                                     \
+        static Value Two() { return second; }                                                    \
+        static type_code Code() { return type; }                                                 \
+        static status_t Add(BMessage& m, Value v) { return m.Add##Name("x", v); }                \
+        static status_t Find(const BMessage& m, Value* v) { return m.Find##Name("x", v); }       \
+        static status_t Find(const BMessage& m, int32 i, Value* v)                               \
+        {                                                                                        \
+            return m.Find##Name("x", i, v);                                                      \
+        }                                                                                        \
+        static status_t Replace(BMessage& m, Value v) { return m.Replace##Name("x", v); }        \
+        static status_t Replace(BMessage& m, int32 i, Value v)                                   \
+        {                                                                                        \
+            return m.Replace##Name("x", i, v);                                                   \
+        }                                                                                        \
+        static bool Has(const BMessage& m, int32 i) { return m.Has##Name("x", i); }              \
+        static Value Get(const BMessage& m, Value v) { return m.Get##Name("x", v); }             \
+        static Value Get(const BMessage& m, int32 i, Value v) { return m.Get##Name("x", i, v); } \
+        static status_t Set(BMessage& m, Value v) { return m.Set##Name("x", v); }                \
     };
 
 FAMILY(Bool, bool, true, false, B_BOOL_TYPE)

@@ -115,29 +115,29 @@ TEST(RecentFiles, NewestFirstEachOnceWithFiltersAndLimit)
     const std::string page = folder.Put("/b.html", "<html></html>");
     const std::string odd = folder.Put("/c %20\xFF ü.txt", "text");
     EXPECT_EQ(Texts(), documents()) << "there is no list yet";
-    for (const std::string& path : { text, page, odd })
+    for (const std::string& path : {text, page, odd})
         add(path);
-    EXPECT_EQ((Texts{ odd, page, text }), documents());
+    EXPECT_EQ((Texts{odd, page, text}), documents());
     struct stat info = {};
     stat(folder.At("/home/data/recently-used.xbel").c_str(), &info);
     EXPECT_EQ(0600u, info.st_mode & 0777) << "what the user does is told to nobody else";
     add(text, kReader);
-    EXPECT_EQ((Texts{ text, odd, page }), documents());
-    EXPECT_EQ((Texts{ text, odd }), documents("text/plain"));
-    EXPECT_EQ((Texts{ text, odd, page }), documents("text"));
-    EXPECT_EQ(Texts{ page }, documents("TEXT/html"));
+    EXPECT_EQ((Texts{text, odd, page}), documents());
+    EXPECT_EQ((Texts{text, odd}), documents("text/plain"));
+    EXPECT_EQ((Texts{text, odd, page}), documents("text"));
+    EXPECT_EQ(Texts{page}, documents("TEXT/html"));
     EXPECT_EQ(Texts(), documents("tex"));
-    EXPECT_EQ(Texts{ text }, documents(nullptr, "application/x-vnd.test-reader"));
-    EXPECT_EQ((Texts{ text, odd, page }), documents(nullptr, kWriter)) << "both have added it";
-    EXPECT_EQ((Texts{ text, odd }), documents(nullptr, nullptr, 2));
+    EXPECT_EQ(Texts{text}, documents(nullptr, "application/x-vnd.test-reader"));
+    EXPECT_EQ((Texts{text, odd, page}), documents(nullptr, kWriter)) << "both have added it";
+    EXPECT_EQ((Texts{text, odd}), documents(nullptr, nullptr, 2));
     EXPECT_EQ(Texts(), documents(nullptr, nullptr, 0));
     EXPECT_EQ(Texts(), documents(nullptr, nullptr, -1));
-    const char* types[] = { "image", nullptr, "text/html" };
+    const char* types[] = {"image", nullptr, "text/html"};
     BMessage list;
     be_roster->GetRecentDocuments(&list, 64, types, 3);
-    EXPECT_EQ(Texts{ page }, paths_in(list));
+    EXPECT_EQ(Texts{page}, paths_in(list));
     std::filesystem::remove(odd);
-    EXPECT_EQ((Texts{ text, page }), documents()) << "what is gone is left out";
+    EXPECT_EQ((Texts{text, page}), documents()) << "what is gone is left out";
     be_roster->GetRecentDocuments(nullptr, 64);
     be_roster->AddToRecentDocuments(nullptr);
 }
@@ -151,7 +151,7 @@ TEST(RecentFiles, NoneWaitsForATypeThatIsBeingInstalled)
     ASSERT_EQ(0, flock(installing, LOCK_EX));
     const std::string text = folder.Put("/a.txt", "text");
     add(text);  // would wait for ever
-    EXPECT_EQ(Texts{ text }, documents());
+    EXPECT_EQ(Texts{text}, documents());
     close(installing);
 }
 
@@ -163,8 +163,8 @@ TEST(RecentFiles, FoldersAndApplicationsHaveListsOfTheirOwn)
     entry_ref ref;
     get_ref_for_path(folder.Path().c_str(), &ref);
     be_roster->AddToRecentFolders(&ref, kReader);
-    EXPECT_EQ(Texts{ folder.Path() }, folders());
-    EXPECT_EQ(Texts{ folder.Path() }, folders(kReader));
+    EXPECT_EQ(Texts{folder.Path()}, folders());
+    EXPECT_EQ(Texts{folder.Path()}, folders(kReader));
     EXPECT_EQ(Texts(), folders(kWriter));
     EXPECT_EQ("inode/directory", List(folder).Type(folder.Path()));
 
@@ -174,10 +174,10 @@ TEST(RecentFiles, FoldersAndApplicationsHaveListsOfTheirOwn)
     wait_for_thread(team, nullptr);
     BMessage apps;
     be_roster->GetRecentApps(&apps, 64);
-    EXPECT_EQ(Texts{ probe_path() }, paths_in(apps));
-    EXPECT_EQ(Texts{ text }, documents());
-    EXPECT_TRUE(g_bookmark_file_get_is_private(List(folder).Get(),
-                                               List::Uri(probe_path()).c_str(), nullptr));
+    EXPECT_EQ(Texts{probe_path()}, paths_in(apps));
+    EXPECT_EQ(Texts{text}, documents());
+    EXPECT_TRUE(g_bookmark_file_get_is_private(List(folder).Get(), List::Uri(probe_path()).c_str(),
+                                               nullptr));
 }
 
 TEST(RecentFiles, OtherProgramsReadOursAndWeTheirs)
@@ -196,8 +196,8 @@ TEST(RecentFiles, OtherProgramsReadOursAndWeTheirs)
     folder.PutEntry(folder.UserEntry("editor.desktop"), "Editor",
                     "X-BeOS-Signature=application/x-vnd.Test-Editor\n");
     add(ours);
-    EXPECT_EQ((Texts{ ours, theirs }), documents());
-    EXPECT_EQ((Texts{ hidden, theirs }), documents(nullptr, "application/x-vnd.Test-Editor"));
+    EXPECT_EQ((Texts{ours, theirs}), documents());
+    EXPECT_EQ((Texts{hidden, theirs}), documents(nullptr, "application/x-vnd.Test-Editor"));
     List list(folder);
     ASSERT_TRUE(list.IsValid());
     EXPECT_EQ("text/plain", list.Type(ours));
@@ -218,11 +218,14 @@ TEST(RecentFiles, WhatOthersWroteStaysByteForByte)
 {
     DesktopFolder folder;
     const std::string text = folder.Put("/a&'b.txt", "text");
-    const std::string head = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<xbel version=\"1.0\" "
+    const std::string head =
+        "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<xbel version=\"1.0\" "
         "xmlns:bookmark=\"http://www.freedesktop.org/standards/desktop-bookmarks\" "
         "xmlns:mime=\"http://www.freedesktop.org/standards/shared-mime-info\">\n"
-        "<!-- <bookmark href=\"file://" + folder.Path() + "/a&amp;'b.txt\"></bookmark> -->\n";
-    const std::string foreign = "<bookmark href=\"https://example.org/?a=1&amp;b='2>\" "
+        "<!-- <bookmark href=\"file://" +
+        folder.Path() + "/a&amp;'b.txt\"></bookmark> -->\n";
+    const std::string foreign =
+        "<bookmark href=\"https://example.org/?a=1&amp;b='2>\" "
         "added=\"2020-01-01T00:00:00Z\" modified=\"2020-01-01T00:00:00Z\" "
         "visited=\"2020-01-01T00:00:00Z\"><info><metadata owner=\"http://other.example\">"
         "</metadata></info></bookmark>\n";
@@ -231,9 +234,9 @@ TEST(RecentFiles, WhatOthersWroteStaysByteForByte)
         std::ifstream file(folder.At("/home/data/recently-used.xbel"), std::ios::binary);
         return std::string(std::istreambuf_iterator<char>(file), {});
     };
-    for (const char* signature : { kWriter, kReader, kWriter }) {
+    for (const char* signature : {kWriter, kReader, kWriter}) {
         add(text, signature);
-        EXPECT_EQ(Texts{ text }, documents());
+        EXPECT_EQ(Texts{text}, documents());
         EXPECT_TRUE(bytes().starts_with(head + foreign)) << bytes();
         EXPECT_TRUE(List(folder).WasAddedBy(text, signature));
     }
@@ -241,7 +244,7 @@ TEST(RecentFiles, WhatOthersWroteStaysByteForByte)
     const std::string second = folder.Put("/second.txt", "text");
     add(second);
     add(text);
-    EXPECT_EQ((Texts{ text, second }), documents());
+    EXPECT_EQ((Texts{text, second}), documents());
     EXPECT_TRUE(List(folder).IsValid());
 }
 
@@ -249,8 +252,8 @@ TEST(RecentFiles, AListThatIsNotUnderstoodStaysAsItIs)
 {
     DesktopFolder folder;
     const std::string text = folder.Put("/a.txt", "text");
-    for (const std::string& broken : { std::string("<xbel version=\"1.0\"><bookmark href="),
-                                       std::string("no list"), std::string("\xFF\xFE\0\0", 4) }) {
+    for (const std::string& broken : {std::string("<xbel version=\"1.0\"><bookmark href="),
+                                      std::string("no list"), std::string("\xFF\xFE\0\0", 4)}) {
         const std::string path = folder.Put("/home/data/recently-used.xbel", broken);
         add(text);
         EXPECT_EQ(Texts(), documents());
@@ -268,9 +271,9 @@ TEST(RecentFiles, NoNameOrTypeDamagesTheList)
     const bool typed = setxattr(odd.c_str(), "user.mime_type", type.data(), type.size(), 0) == 0;
     add(text);
     add(odd);
-    for (const char* signature : { "application/x-\xFF", "application/x-\x01", "\xC3" })
+    for (const char* signature : {"application/x-\xFF", "application/x-\x01", "\xC3"})
         add(text, signature);
-    EXPECT_EQ((Texts{ text, odd }), documents());
+    EXPECT_EQ((Texts{text, odd}), documents());
     EXPECT_TRUE(List(folder).IsValid());
     EXPECT_EQ(typed ? "x-odd/\uFFFD?" : "text/plain", List(folder).Type(odd));
     // A file that is noted among the folders stays a file.
@@ -313,8 +316,8 @@ TEST(RecentFiles, ConcurrentWritersLoseNothing)
 {
     DesktopFolder folder;
     Texts ours, more, theirs;
-    for (const auto& [list, name] : { std::pair(&ours, "/ours"), std::pair(&more, "/more"),
-                                      std::pair(&theirs, "/theirs") }) {
+    for (const auto& [list, name] :
+         {std::pair(&ours, "/ours"), std::pair(&more, "/more"), std::pair(&theirs, "/theirs")}) {
         for (int i = 0; i < 30; ++i)
             list->push_back(folder.Put(name + std::to_string(i) + ".txt", "text"));
     }

@@ -82,7 +82,7 @@ public:
         setenv("PROBE_SIGNATURE", signature, 1);
         setenv("PROBE_REPORT", fReport.c_str(), 1);
         const std::string path = app_probe_path();
-        const char* argv[] = { path.c_str(), nullptr };
+        const char* argv[] = {path.c_str(), nullptr};
         fTeam = load_image(1, argv, nullptr);
         resume_thread(fTeam);
         EXPECT_TRUE(eventually([&] { return std::filesystem::exists(fReport); }));
@@ -122,9 +122,9 @@ TEST(Roster, KnowsWhoRunsAndForgetsWhoCrashed)
         EXPECT_EQ(static_cast<uint32>(B_MULTIPLE_LAUNCH), info.flags);
         BList teams, others;
         be_roster->GetAppList(&teams);
-        EXPECT_EQ((std::vector<team_id>{ getpid(), team }), items(teams)) << "oldest first";
+        EXPECT_EQ((std::vector<team_id>{getpid(), team}), items(teams)) << "oldest first";
         be_roster->GetAppList(kOther, &others);
-        EXPECT_EQ(std::vector<team_id>{ team }, items(others));
+        EXPECT_EQ(std::vector<team_id>{team}, items(others));
         other.End();  // killed: it had no time to say so
         EXPECT_EQ(B_BAD_TEAM_ID, be_roster->GetRunningAppInfo(team, &info));
         EXPECT_FALSE(be_roster->IsRunning(kOther));
@@ -143,7 +143,7 @@ TEST(Roster, WhatIsNoEntryOfARunningProgramDoesNotCount)
     BApplication app(kSignature);
     const std::string entries = folder.At(".run/beos-roster/");
     const std::string forged = std::string(kOther) + "\n0\n1\n1\n/bin/true";
-    const char* const names[] = { "1", "999999999", "0", "-3", "12x", "name", ".hidden" };
+    const char* const names[] = {"1", "999999999", "0", "-3", "12x", "name", ".hidden"};
     for (const char* name : names)
         folder.Put(".run/beos-roster/" + std::string(name), forged);
     symlink("/etc/passwd", (entries + "77").c_str());
@@ -203,8 +203,7 @@ TEST(Roster, FindsApplicationsBySignatureTypeAndFile)
     const std::string program = folder.PutEntry(folder.UserEntry("editor.desktop"), "editor",
                                                 "X-BeOS-Signature=application/x-vnd.Test-Editor\n"
                                                 "MimeType=text/plain;\n");
-    folder.Put("/home/config/mimeapps.list",
-               "[Default Applications]\ntext/plain=editor.desktop\n");
+    folder.Put("/home/config/mimeapps.list", "[Default Applications]\ntext/plain=editor.desktop\n");
     entry_ref app;
     EXPECT_EQ(B_OK, be_roster->FindApp("application/x-vnd.test-editor", &app));
     EXPECT_EQ(program, path_of(app));
@@ -243,7 +242,7 @@ TEST(Roster, FindsApplicationsBySignatureTypeAndFile)
     entry_ref none;
     EXPECT_EQ(B_BAD_VALUE, be_roster->FindApp(&none, &app));
     EXPECT_EQ(B_BAD_VALUE, be_roster->FindApp(static_cast<entry_ref*>(nullptr), &app));
-    for (const char* bad : { "", "text", "no type", "a/b/c", static_cast<const char*>(nullptr) })
+    for (const char* bad : {"", "text", "no type", "a/b/c", static_cast<const char*>(nullptr)})
         EXPECT_EQ(B_BAD_VALUE, be_roster->FindApp(bad, &app));
     EXPECT_EQ(B_BAD_VALUE, be_roster->FindApp("text/plain", nullptr));
 }
@@ -253,16 +252,16 @@ TEST(Roster, LaunchGivesArgumentsAndFilesToADesktopProgram)
     DesktopFolder folder;
     folder.PutEntry(folder.UserEntry("probe.desktop"), "probe",
                     "X-BeOS-Signature=application/x-vnd.Test-Probe\nMimeType=text/plain;\n"
-                    "Path=" + folder.Path() + "\n",
+                    "Path=" +
+                        folder.Path() + "\n",
                     probe_path() + " " + folder.At("/report") + " %F");
-    folder.Put("/home/config/mimeapps.list",
-               "[Default Applications]\ntext/plain=probe.desktop\n");
-    const char* arguments[] = { "one", "two words", "%f" };
+    folder.Put("/home/config/mimeapps.list", "[Default Applications]\ntext/plain=probe.desktop\n");
+    const char* arguments[] = {"one", "two words", "%f"};
     team_id team = -1;
     ASSERT_EQ(B_OK, be_roster->Launch("application/x-vnd.Test-Probe", 3, arguments, &team));
     Texts report = probe_report(folder.At("/report"));
-    EXPECT_EQ((Texts{ folder.At("/report"), "one", "two words", "%f" }), told(report, "arg"));
-    EXPECT_EQ(Texts{ std::to_string(team) }, told(report, "pid"));
+    EXPECT_EQ((Texts{folder.At("/report"), "one", "two words", "%f"}), told(report, "arg"));
+    EXPECT_EQ(Texts{std::to_string(team)}, told(report, "pid"));
     EXPECT_EQ(B_OK, wait_for_thread(team, nullptr));
 
     std::filesystem::remove(folder.At("/report"));
@@ -273,7 +272,7 @@ TEST(Roster, LaunchGivesArgumentsAndFilesToADesktopProgram)
     more.AddRef("refs", &second);
     ASSERT_EQ(B_OK, be_roster->Launch(&first, &more, &team));
     report = probe_report(folder.At("/report"));
-    EXPECT_EQ((Texts{ folder.At("/report"), letter, folder.At("/b.txt") }), told(report, "arg"));
+    EXPECT_EQ((Texts{folder.At("/report"), letter, folder.At("/b.txt")}), told(report, "arg"));
     wait_for_thread(team, nullptr);
 }
 
@@ -294,7 +293,7 @@ TEST(Roster, NoProgramIsLeftWithoutTheTerminalItNeeds)
     chmod(folder.At("/bin/xdg-terminal-exec").c_str(), 0755);
     team_id team = -1;
     EXPECT_EQ(B_OK, be_roster->Launch("application/x-vnd.Test-Probe", 0, nullptr, &team));
-    EXPECT_EQ(Texts{ folder.At("/report") }, told(probe_report(folder.At("/report")), "arg"));
+    EXPECT_EQ(Texts{folder.At("/report")}, told(probe_report(folder.At("/report")), "arg"));
     wait_for_thread(team, nullptr);
 }
 
@@ -303,10 +302,10 @@ TEST(Roster, LaunchOfAProgramByItsRef)
     DesktopFolder folder;
     const entry_ref program = ref_for(probe_path());
     const std::string report = folder.At("/report");
-    const char* arguments[] = { report.c_str(), "x", nullptr, "behind the null" };
+    const char* arguments[] = {report.c_str(), "x", nullptr, "behind the null"};
     team_id team = -1;
     ASSERT_EQ(B_OK, be_roster->Launch(&program, 4, arguments, &team));
-    EXPECT_EQ((Texts{ report, "x" }), told(probe_report(report), "arg"));
+    EXPECT_EQ((Texts{report, "x"}), told(probe_report(report), "arg"));
     wait_for_thread(team, nullptr);
 
     const std::string trash = folder.At("/home/data/Trash/files");
@@ -337,13 +336,13 @@ TEST(Roster, LaunchHandsMessagesToAnApplicationOfOurs)
     arguments.AddString("argv", "the program");
     arguments.AddString("argv", "x y");
     BList messages;
-    for (BMessage* message : { &refs, &other, &arguments })
+    for (BMessage* message : {&refs, &other, &arguments})
         messages.AddItem(message);
     team_id team = -1;
     ASSERT_EQ(B_OK, be_roster->Launch(&program, &messages, &team));
     EXPECT_TRUE(eventually([&] { return std::filesystem::exists(folder.At("/heard")); }));
     const Texts lines = probe_report(folder.At("/heard"));
-    EXPECT_EQ((Texts{ "arg x y", "ref letter.txt", "what " + std::to_string('othr') }), lines);
+    EXPECT_EQ((Texts{"arg x y", "ref letter.txt", "what " + std::to_string('othr')}), lines);
     kill_team(team);
     wait_for_thread(team, nullptr);
     for (const auto& entry : std::filesystem::directory_iterator(folder.At(".run/beos-roster")))
@@ -433,7 +432,10 @@ TEST(Roster, WhoWaitsForAnApplicationThatDiesIsToldSo)
     suspend_thread(other.Team());
     BMessage question('echo'), answer;
     EXPECT_EQ(B_TIMED_OUT, messenger.SendMessage(&question, &answer, B_INFINITE_TIMEOUT, 20000));
-    std::thread killer([&] { snooze(50000); other.End(); });
+    std::thread killer([&] {
+        snooze(50000);
+        other.End();
+    });
     EXPECT_EQ(B_BAD_PORT_ID, messenger.SendMessage(&question, &answer));
     killer.join();
     EXPECT_EQ(B_BAD_PORT_ID, messenger.SendMessage('note'));
@@ -454,7 +456,7 @@ TEST(Roster, MalformedPacketsAreDropped)
     BMessage message('note');
     message.AddString("text", "x");
     std::string valid("BMS1", 4);
-    const int32 numbers[] = { 999999, -1, getpid(), 999999, -1, 4 | 2 };
+    const int32 numbers[] = {999999, -1, getpid(), 999999, -1, 4 | 2};
     valid.append(reinterpret_cast<const char*>(numbers), sizeof(numbers));
     const size_t head = valid.size();
     valid.resize(head + message.FlattenedSize());
@@ -490,7 +492,7 @@ TEST(Roster, WatchersHearOfStartEndAndCrash)
     looper->Run();
     const BMessenger target(handler);
     ASSERT_EQ(B_OK, be_roster->StartWatching(target));
-    for (const bool crashes : { true, false }) {
+    for (const bool crashes : {true, false}) {
         OtherApp other(folder);
         BMessage news = mail.Take();
         EXPECT_EQ(static_cast<uint32>(B_SOME_APP_LAUNCHED), news.what);
@@ -528,8 +530,8 @@ TEST(Roster, ExclusiveCopyPassesOnTheMessagesItWasLaunchedWith)
     BApplication app(kSignature);
     setenv("PROBE_SIGNATURE", kOther, 1);
     setenv("PROBE_REPORT", folder.At("/heard").c_str(), 1);
-    if (!copy_app_probe(folder.At("/one"), B_EXCLUSIVE_LAUNCH)
-        || !copy_app_probe(folder.At("/other"), B_EXCLUSIVE_LAUNCH))
+    if (!copy_app_probe(folder.At("/one"), B_EXCLUSIVE_LAUNCH) ||
+        !copy_app_probe(folder.At("/other"), B_EXCLUSIVE_LAUNCH))
         GTEST_SKIP() << "no attributes here";
     const entry_ref one = ref_for(folder.At("/one")), other = ref_for(folder.At("/other"));
     team_id first = -1, second = -1;
@@ -540,9 +542,8 @@ TEST(Roster, ExclusiveCopyPassesOnTheMessagesItWasLaunchedWith)
     refs.AddRef("refs", &letter);
     ASSERT_EQ(B_OK, be_roster->Launch(&other, &refs, &second));
     wait_for_thread(second, nullptr);
-    EXPECT_TRUE(eventually([&] {
-        return probe_report(folder.At("/heard")) == Texts{ "ref letter.txt" };
-    }));
+    EXPECT_TRUE(
+        eventually([&] { return probe_report(folder.At("/heard")) == Texts{"ref letter.txt"}; }));
     kill_team(first);
     wait_for_thread(first, nullptr);
 }
@@ -569,20 +570,19 @@ TEST(Roster, SingleLaunchPassesMessagesToTheOneThatRuns)
     refs.AddRef("refs", &letter);
     EXPECT_EQ(B_ALREADY_RUNNING, be_roster->Launch(&ref, &refs, &second));
     EXPECT_EQ(first, second);
-    const char* arguments[] = { "again" };
+    const char* arguments[] = {"again"};
     EXPECT_EQ(B_ALREADY_RUNNING, be_roster->Launch(&ref, 1, arguments, &second));
     EXPECT_TRUE(eventually([&] {
-        return probe_report(folder.At("/heard")) == Texts{ "ref letter.txt", "arg again" };
+        return probe_report(folder.At("/heard")) == Texts{"ref letter.txt", "arg again"};
     }));
     // Started by its path, it passes on what it was started with, and ends.
-    const char* direct[] = { program.c_str(), "by hand", nullptr };
+    const char* direct[] = {program.c_str(), "by hand", nullptr};
     const thread_id another = load_image(2, direct, nullptr);
     status_t status = B_OK;
     EXPECT_EQ(B_OK, wait_for_thread(another, &status));
     EXPECT_EQ(1, status) << "as its main() says without an application";
-    EXPECT_TRUE(eventually([&] {
-        return probe_report(folder.At("/heard")).back() == "arg by hand";
-    }));
+    EXPECT_TRUE(
+        eventually([&] { return probe_report(folder.At("/heard")).back() == "arg by hand"; }));
     BMessage news('news');
     EXPECT_EQ(B_OK, be_roster->Broadcast(&news));
     EXPECT_TRUE(eventually([&] { return probe_report(folder.At("/heard")).size() == 4; }));

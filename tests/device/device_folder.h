@@ -11,8 +11,7 @@
 
 class DeviceFolder : public TempFolder {
 public:
-    DeviceFolder()
-        : fFormer(BPrivate::device_host())
+    DeviceFolder() : fFormer(BPrivate::device_host())
     {
         BPrivate::device_host() = {Path(), [](const char*) { return true; }};
     }

@@ -47,8 +47,9 @@ TEST(Joysticks, NamesAreCountedInNaturalOrderAndRescannedOnlyWhenAsked)
     EXPECT_EQ(none.CountDevices(), 0);
     for (const char* leaf : {"js10", "js2", "event3", "mouse0", "js", "jsx", "js7"})
         folder.Folder(std::string("/sys/class/input/") + leaf);
-    BPrivate::device_host().is_joystick
-        = [](const char* name) { return strcmp(name, "js7") != 0; };  // a keyboard, udev says
+    BPrivate::device_host().is_joystick = [](const char* name) {
+        return strcmp(name, "js7") != 0;
+    };  // a keyboard, udev says
     BJoystick stick;
     EXPECT_EQ(stick.CountDevices(), 2);
     char name[B_OS_NAME_LENGTH] = "?";

@@ -20,8 +20,7 @@
 // The far end of a line whose near end is /dev/ttyS0.
 class LineFolder : public DeviceFolder {
 public:
-    LineFolder()
-        : fFar(posix_openpt(O_RDWR | O_NOCTTY))
+    LineFolder() : fFar(posix_openpt(O_RDWR | O_NOCTTY))
     {
         grantpt(fFar);
         unlockpt(fFar);
@@ -67,11 +66,11 @@ TEST(SerialPorts, OnlyPortsWithHardwareCount)
             folder.Device("/sys/class/tty/" + leaf + "/type", type);
     };
     add("ttyS10", "4\n");
-    add("ttyS1", "0\n");   // a driver waits for hardware there
+    add("ttyS1", "0\n");  // a driver waits for hardware there
     add("ttyS2", "16\n");
     add("ttyUSB0", nullptr);
-    folder.Folder("/sys/class/tty/tty1");        // a console
-    folder.Folder("/sys/class/tty/ptmx/device"); // no driver
+    folder.Folder("/sys/class/tty/tty1");         // a console
+    folder.Folder("/sys/class/tty/ptmx/device");  // no driver
     EXPECT_EQ(port.CountDevices(), 3);
     std::string names;
     char name[B_OS_NAME_LENGTH];

@@ -16,13 +16,13 @@
 
 #include <xcb/xcb.h>
 
-static xcb_connection_t *connection;
+static xcb_connection_t* connection;
 static xcb_window_t window;
 
-static xcb_atom_t atom(const char *name)
+static xcb_atom_t atom(const char* name)
 {
     xcb_intern_atom_cookie_t cookie = xcb_intern_atom(connection, 0, (uint16_t)strlen(name), name);
-    xcb_intern_atom_reply_t *reply = xcb_intern_atom_reply(connection, cookie, NULL);
+    xcb_intern_atom_reply_t* reply = xcb_intern_atom_reply(connection, cookie, NULL);
     xcb_atom_t result = reply->atom;
     free(reply);
     return result;
@@ -36,14 +36,14 @@ static void own(xcb_atom_t selection)
     puts("owns");
 }
 
-static void put(const xcb_selection_request_event_t *request, xcb_atom_t type, uint8_t format,
-                uint32_t count, const void *data)
+static void put(const xcb_selection_request_event_t* request, xcb_atom_t type, uint8_t format,
+                uint32_t count, const void* data)
 {
     xcb_change_property(connection, XCB_PROP_MODE_REPLACE, request->requestor, request->property,
                         type, format, count, data);
 }
 
-static void answer(const xcb_selection_request_event_t *request, int granted)
+static void answer(const xcb_selection_request_event_t* request, int granted)
 {
     xcb_selection_notify_event_t notice = {0};
     notice.response_type = XCB_SELECTION_NOTIFY;
@@ -51,12 +51,12 @@ static void answer(const xcb_selection_request_event_t *request, int granted)
     notice.selection = request->selection;
     notice.target = request->target;
     notice.property = granted ? request->property : XCB_ATOM_NONE;
-    xcb_send_event(connection, 0, request->requestor, 0, (const char *)&notice);
+    xcb_send_event(connection, 0, request->requestor, 0, (const char*)&notice);
     xcb_flush(connection);
 }
 
 /* Offers `targets` and answers only to TARGETS; returns whether that was asked for. */
-static int tell_targets(const xcb_selection_request_event_t *request, const xcb_atom_t *targets,
+static int tell_targets(const xcb_selection_request_event_t* request, const xcb_atom_t* targets,
                         uint32_t count)
 {
     if (request->target != atom("TARGETS"))
@@ -66,7 +66,7 @@ static int tell_targets(const xcb_selection_request_event_t *request, const xcb_
     return 1;
 }
 
-static void send_pieces(const xcb_selection_request_event_t *request, int for_ever)
+static void send_pieces(const xcb_selection_request_event_t* request, int for_ever)
 {
     const uint32_t listen = XCB_EVENT_MASK_PROPERTY_CHANGE;
     const uint32_t size = 100;
@@ -74,8 +74,8 @@ static void send_pieces(const xcb_selection_request_event_t *request, int for_ev
     put(request, atom("INCR"), 32, 1, &size);
     answer(request, 1);
     for (;;) {
-        xcb_generic_event_t *event = xcb_wait_for_event(connection);
-        xcb_property_notify_event_t *change = (xcb_property_notify_event_t *)event;
+        xcb_generic_event_t* event = xcb_wait_for_event(connection);
+        xcb_property_notify_event_t* change = (xcb_property_notify_event_t*)event;
         if (event == NULL)
             exit(0);
         if ((event->response_type & 0x7f) == XCB_PROPERTY_NOTIFY &&
@@ -90,7 +90,7 @@ static void send_pieces(const xcb_selection_request_event_t *request, int for_ev
     }
 }
 
-static void serve(const char *manner, const xcb_selection_request_event_t *request)
+static void serve(const char* manner, const xcb_selection_request_event_t* request)
 {
     if (strcmp(manner, "dies") == 0)
         exit(0);
@@ -114,42 +114,42 @@ static void serve(const char *manner, const xcb_selection_request_event_t *reque
                               atom("SAVED"), XCB_CURRENT_TIME);
         xcb_flush(connection);
         for (;;) {
-            xcb_generic_event_t *event = xcb_wait_for_event(connection);
+            xcb_generic_event_t* event = xcb_wait_for_event(connection);
             if (event == NULL)
                 exit(1);
             if ((event->response_type & 0x7f) == XCB_SELECTION_NOTIFY)
                 break;
             free(event);
         }
-        xcb_get_property_reply_t *text = xcb_get_property_reply(
+        xcb_get_property_reply_t* text = xcb_get_property_reply(
             connection,
             xcb_get_property(connection, 1, window, atom("SAVED"), XCB_ATOM_ANY, 0, 1000), NULL);
         printf("saved %.*s\n", xcb_get_property_value_length(text),
-               (char *)xcb_get_property_value(text));
+               (char*)xcb_get_property_value(text));
         put(request, atom("NULL"), 32, 0, NULL);
         answer(request, 1);
     }
 }
 
-int main(int argc, char **argv)
+int main(int argc, char** argv)
 {
-    const char *manner = argc > 1 ? argv[1] : "";
+    const char* manner = argc > 1 ? argv[1] : "";
     setvbuf(stdout, NULL, _IOLBF, 0);
     connection = xcb_connect(NULL, NULL);
     if (xcb_connection_has_error(connection))
         return 1;
-    xcb_screen_t *screen = xcb_setup_roots_iterator(xcb_get_setup(connection)).data;
+    xcb_screen_t* screen = xcb_setup_roots_iterator(xcb_get_setup(connection)).data;
     window = xcb_generate_id(connection);
     xcb_create_window(connection, 0, window, screen->root, 0, 0, 1, 1, 0,
                       XCB_WINDOW_CLASS_INPUT_ONLY, screen->root_visual, 0, NULL);
     own(atom(strstr(manner, "manager") != NULL ? "CLIPBOARD_MANAGER" : "CLIPBOARD"));
     for (;;) {
-        xcb_generic_event_t *event = xcb_wait_for_event(connection);
+        xcb_generic_event_t* event = xcb_wait_for_event(connection);
         if (event == NULL)
             return 0;
         const uint8_t kind = event->response_type & 0x7f;
         if (kind == XCB_SELECTION_REQUEST)
-            serve(manner, (xcb_selection_request_event_t *)event);
+            serve(manner, (xcb_selection_request_event_t*)event);
         else if (kind == XCB_SELECTION_CLEAR)
             puts("lost");
         free(event);

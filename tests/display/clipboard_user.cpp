@@ -101,10 +101,7 @@ void contend(const std::string& letter)
     printf("contended, %d bad\n", bad);
 }
 
-void pressed(int32_t x, int32_t y, int32_t, int32_t)
-{
-    printf("press %d %d\n", x, y);
-}
+void pressed(int32_t x, int32_t y, int32_t, int32_t) { printf("press %d %d\n", x, y); }
 
 }  // namespace
 

@@ -27,7 +27,7 @@ static void mouse_down(int32_t x, int32_t y, int32_t button, int32_t clicks)
     printf("press %d %d %d %d\n", x, y, button, clicks);
 }
 
-static void dropped(int32_t count, char **paths)
+static void dropped(int32_t count, char** paths)
 {
     for (int32_t i = 0; i < count; i++)
         printf("dropped %s\n", paths[i]);
@@ -37,20 +37,20 @@ void ProgramMain(void)
 {
     static const struct {
         int slot;
-        void *handler;
+        void* handler;
     } handlers[] = {
-        {PLINTH_ACTIVATED, (void *)activated},
-        {PLINTH_DEACTIVATED, (void *)deactivated},
-        {PLINTH_MINIMIZED, (void *)minimized},
-        {PLINTH_MOVED, (void *)moved},
-        {PLINTH_HIDDEN, (void *)hidden},
-        {PLINTH_SHOWN, (void *)shown},
-        {PLINTH_RESIZED, (void *)resized},
-        {PLINTH_CLOSE_REQUESTED, (void *)close_requested},
-        {PLINTH_KEY, (void *)key},
-        {PLINTH_MOUSE_DOWN, (void *)mouse_down},
-        {PLINTH_MOUSE_MOVED, (void *)mouse_moved},
-        {PLINTH_FILES_DROPPED, (void *)dropped},
+        {PLINTH_ACTIVATED, (void*)activated},
+        {PLINTH_DEACTIVATED, (void*)deactivated},
+        {PLINTH_MINIMIZED, (void*)minimized},
+        {PLINTH_MOVED, (void*)moved},
+        {PLINTH_HIDDEN, (void*)hidden},
+        {PLINTH_SHOWN, (void*)shown},
+        {PLINTH_RESIZED, (void*)resized},
+        {PLINTH_CLOSE_REQUESTED, (void*)close_requested},
+        {PLINTH_KEY, (void*)key},
+        {PLINTH_MOUSE_DOWN, (void*)mouse_down},
+        {PLINTH_MOUSE_MOVED, (void*)mouse_moved},
+        {PLINTH_FILES_DROPPED, (void*)dropped},
     };
     setvbuf(stdout, NULL, _IOLBF, 0);
     Open_Sys(0);

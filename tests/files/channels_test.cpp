@@ -55,14 +55,14 @@ protected:
     void** fTable;
 };
 
-const int32_t kUnknown[] = { 0, -1, 1, INT32_MIN, INT32_MAX };
+const int32_t kUnknown[] = {0, -1, 1, INT32_MIN, INT32_MAX};
 
 }  // namespace
 
 TEST_F(Channels, OpenOnlyInTheTwoModes)
 {
     GetDosErr(77);
-    for (int32_t mode : { 2, -1, INT32_MIN, INT32_MAX })
+    for (int32_t mode : {2, -1, INT32_MIN, INT32_MAX})
         EXPECT_EQ(OpenFile(fPath.c_str(), mode), 0);
     EXPECT_EQ(GetDosErr(0), 77);
     EXPECT_EQ(OpenFile(fPath.c_str(), 0), 0);
@@ -123,10 +123,10 @@ TEST_F(Channels, UnknownChannelsDoNothing)
         EXPECT_FALSE(ReadFile(ch, text));
         EXPECT_STREQ(text, "");
         EXPECT_FALSE(ReadFile(ch, nullptr));
-        EXPECT_FALSE(WriteFile(ch, "a") || PrintFile(ch, "a") || WriteDouble(ch, 1)
-            || WriteSingle(ch, 1) || WriteInteger(ch, 1) || WriteShort(ch, 1));
-        EXPECT_FALSE(ReadDouble(ch, &x) || ReadSingle(ch, &f) || ReadInteger(ch, &n)
-            || ReadShort(ch, &s));
+        EXPECT_FALSE(WriteFile(ch, "a") || PrintFile(ch, "a") || WriteDouble(ch, 1) ||
+                     WriteSingle(ch, 1) || WriteInteger(ch, 1) || WriteShort(ch, 1));
+        EXPECT_FALSE(ReadDouble(ch, &x) || ReadSingle(ch, &f) || ReadInteger(ch, &n) ||
+                     ReadShort(ch, &s));
         EXPECT_FALSE(SeekFile(ch, 0, 0) || GetEOF(ch) || CloseFile(ch));
         EXPECT_EQ(GetLof(ch), 0);
         EXPECT_EQ(GetLoc(ch), 0);
@@ -137,13 +137,13 @@ TEST_F(Channels, UnknownChannelsDoNothing)
 TEST_F(Channels, LongLineGoesOnWithNextRead)
 {
     const std::string line(300, 'x');
-    Put("abc\r\n\n" + line + "\n" + std::string(254, 'y') + "\n" + std::string(255, 'z')
-        + "\nlast");
+    Put("abc\r\n\n" + line + "\n" + std::string(254, 'y') + "\n" + std::string(255, 'z') +
+        "\nlast");
     int32_t ch = OpenFile(fPath.c_str(), 0);
     char text[256];
-    for (const std::string& expected : { std::string("abc\r"), std::string(), line.substr(0, 255),
-             line.substr(255), std::string(254, 'y'), std::string(255, 'z'), std::string(),
-             std::string("last") }) {
+    for (const std::string& expected :
+         {std::string("abc\r"), std::string(), line.substr(0, 255), line.substr(255),
+          std::string(254, 'y'), std::string(255, 'z'), std::string(), std::string("last")}) {
         EXPECT_FALSE(GetEOF(ch) && expected != "last");
         EXPECT_TRUE(ReadFile(ch, text));
         EXPECT_EQ(text, expected);
@@ -176,8 +176,8 @@ TEST_F(Channels, NumbersAreRawBytes)
     int32_t n = 0;
     float f = 0;
     double x = 0;
-    EXPECT_TRUE(ReadShort(ch, &s) && ReadInteger(ch, &n) && ReadSingle(ch, &f)
-        && ReadDouble(ch, &x));
+    EXPECT_TRUE(ReadShort(ch, &s) && ReadInteger(ch, &n) && ReadSingle(ch, &f) &&
+                ReadDouble(ch, &x));
     EXPECT_EQ(s, 0x1234);
     EXPECT_EQ(n, -2);
     EXPECT_EQ(f, 1);
@@ -202,7 +202,7 @@ TEST_F(Channels, TextsOfAnyLengthAreWritten)
 {
     int64_t size = 0;
     int32_t ch = OpenFile(fPath.c_str(), 1);
-    for (int length : { 1, 255, 256, 257, 1023, 1024, 1025, 1000000 }) {
+    for (int length : {1, 255, 256, 257, 1023, 1024, 1025, 1000000}) {
         const std::string text(length, 'x');
         EXPECT_TRUE(WriteFile(ch, text.c_str()));
         EXPECT_TRUE(PrintFile(ch, text.c_str()));
@@ -216,10 +216,23 @@ TEST_F(Channels, SeekFileKeptFalse)
 {
     Put("0123456789");
     int32_t ch = OpenFile(fPath.c_str(), 0);
-    struct { uint32_t whence; int32_t offset, position; } cases[] = {
-        { 0, 4, 4 }, { 1, 3, 7 }, { 1, -5, 2 }, { 2, -1, 9 }, { 0, 0, 0 }, { 2, 5, 15 },
-        { 0, 6, 6 }, { 3, 0, 6 }, { UINT32_MAX, 0, 6 }, { 0, -1, 6 }, { 1, -7, 6 },
-        { 1, INT32_MIN, 6 }, { 0, INT32_MAX, INT32_MAX },
+    struct {
+        uint32_t whence;
+        int32_t offset, position;
+    } cases[] = {
+        {0, 4, 4},
+        {1, 3, 7},
+        {1, -5, 2},
+        {2, -1, 9},
+        {0, 0, 0},
+        {2, 5, 15},
+        {0, 6, 6},
+        {3, 0, 6},
+        {UINT32_MAX, 0, 6},
+        {0, -1, 6},
+        {1, -7, 6},
+        {1, INT32_MIN, 6},
+        {0, INT32_MAX, INT32_MAX},
     };
     for (auto& c : cases) {
         EXPECT_FALSE(SeekFile(ch, c.whence, c.offset));
@@ -356,7 +369,7 @@ TEST_F(Channels, LineEndsAtItsZeroByte)
     Put(std::string("a\0b\nc\n\0\nlast\0", 13));
     int32_t ch = OpenFile(fPath.c_str(), 0);
     char text[256];
-    for (const char* expected : { "a", "c", "", "last" }) {
+    for (const char* expected : {"a", "c", "", "last"}) {
         EXPECT_TRUE(ReadFile(ch, text));
         EXPECT_STREQ(text, expected);
     }

@@ -82,19 +82,13 @@ const struct {
     bool (*call)(const char*);
     bool creates;
 } kCalls[] = {
-    { "DeleteFile", deletes, false },
-    { "RenameFile", renames, false },
-    { "FileMoveTo", moves, false },
-    { "ChangeDir", changes_to, false },
-    { "GetLengthFile", measures, false },
-    { "GetFileType", tells_type, false },
-    { "IsEmptyDirectory", is_empty, false },
-    { "GetAttribut", tells_attribut, false },
-    { "SetAttribut", sets_attribut, false },
-    { "FindFirstEntry", finds, false },
-    { "WatchDir", watches, false },
-    { "CreateFileSize", makes_size, true },
-    { "MakeDir", makes_dir, true },
+    {"DeleteFile", deletes, false},        {"RenameFile", renames, false},
+    {"FileMoveTo", moves, false},          {"ChangeDir", changes_to, false},
+    {"GetLengthFile", measures, false},    {"GetFileType", tells_type, false},
+    {"IsEmptyDirectory", is_empty, false}, {"GetAttribut", tells_attribut, false},
+    {"SetAttribut", sets_attribut, false}, {"FindFirstEntry", finds, false},
+    {"WatchDir", watches, false},          {"CreateFileSize", makes_size, true},
+    {"MakeDir", makes_dir, true},
 };
 
 }  // namespace
@@ -122,7 +116,7 @@ TEST_F(FileSystem, BadPathsFailAndTellWhy)
             EXPECT_EQ(Reason(), ENOENT);
         }
     }
-    EXPECT_EQ(Scan(At("")), std::set<std::string>{ "file" });
+    EXPECT_EQ(Scan(At("")), std::set<std::string>{"file"});
 }
 
 TEST_F(FileSystem, LoopingAndDanglingLinks)
@@ -134,7 +128,7 @@ TEST_F(FileSystem, LoopingAndDanglingLinks)
         EXPECT_FALSE(row.call(At("/loop/below").c_str()));
         EXPECT_EQ(Reason(), ELOOP);
     }
-    for (auto follows : { measures, tells_type, tells_attribut, finds, changes_to }) {
+    for (auto follows : {measures, tells_type, tells_attribut, finds, changes_to}) {
         EXPECT_FALSE(follows(At("/loop").c_str()));
         EXPECT_EQ(Reason(), ELOOP);
         EXPECT_FALSE(follows(At("/dangling").c_str()));
@@ -236,7 +230,7 @@ TEST_F(FileSystem, SizesAreSetCutAndTold)
     EXPECT_EQ(GetLengthFile(path.c_str()), 3);
     EXPECT_TRUE(CreateFileSize(path.c_str(), INT32_MAX));
     EXPECT_EQ(GetLengthFile(path.c_str()), INT32_MAX);
-    for (int32_t size : { -1, INT32_MIN }) {
+    for (int32_t size : {-1, INT32_MIN}) {
         EXPECT_FALSE(CreateFileSize(path.c_str(), size));
         EXPECT_EQ(Reason(), EINVAL);
     }
@@ -267,10 +261,10 @@ TEST_F(FileSystem, PermissionsAreNineLetters)
         mode_t mode;
         const char* told;
     } kRows[] = {
-        { "rw-r--r--", 0644, "rw-r--r--" },
-        { "RWXr-x---", 0750, "rwxr-x---" },
-        { "rwxrwxrwx", 0777, "rwxrwxrwx" },
-        { "rxw??????", 0400, "r--------" },
+        {"rw-r--r--", 0644, "rw-r--r--"},
+        {"RWXr-x---", 0750, "rwxr-x---"},
+        {"rwxrwxrwx", 0777, "rwxrwxrwx"},
+        {"rxw??????", 0400, "r--------"},
     };
     for (const auto& row : kRows) {
         ASSERT_EQ(chmod(path.c_str(), 0644), 0);
@@ -279,7 +273,7 @@ TEST_F(FileSystem, PermissionsAreNineLetters)
         EXPECT_STREQ(GetAttribut(path.c_str()), row.told);
     }
     ASSERT_EQ(chmod(path.c_str(), 0644), 0);
-    for (const char* text : { "", "rwx", "rwxrwxrw", "rwxrwxrwxr" }) {
+    for (const char* text : {"", "rwx", "rwxrwxrw", "rwxrwxrwxr"}) {
         EXPECT_FALSE(SetAttribut(path.c_str(), text));
         EXPECT_EQ(Reason(), EINVAL);
     }
@@ -291,10 +285,10 @@ TEST_F(FileSystem, PermissionsAreNineLetters)
 
 TEST_F(FileSystem, ScansGoOnToTheEndAndAreReplaced)
 {
-    for (const char* name : { "/a", "/b", "/.hidden" })
+    for (const char* name : {"/a", "/b", "/.hidden"})
         fFolder.Put(name);
     ASSERT_TRUE(MakeDir(At("/dir/below").c_str()));
-    EXPECT_EQ(Scan(At("")), (std::set<std::string>{ "a", "b", ".hidden", "dir" }));
+    EXPECT_EQ(Scan(At("")), (std::set<std::string>{"a", "b", ".hidden", "dir"}));
     EXPECT_STREQ(FindNextEntry(), "");
     EXPECT_EQ(dos_err, kUntouched);  // an end is no failure
     EXPECT_STRNE(FindFirstEntry(At("").c_str()), "");
@@ -341,10 +335,7 @@ public:
         if (geteuid() == 0 && chown(folder.c_str(), kNobody, kNobody) == 0)
             fChanged = seteuid(kNobody) == 0;
     }
-    ~OrdinaryUser()
-    {
-        EXPECT_TRUE(!fChanged || seteuid(0) == 0);
-    }
+    ~OrdinaryUser() { EXPECT_TRUE(!fChanged || seteuid(0) == 0); }
 
 private:
     static const uid_t kNobody = 65534;
@@ -378,7 +369,7 @@ TEST_F(FileSystem, WithoutAFreeDescriptorTheReasonIsTold)
     const std::string path = fFolder.Put("/file");
     rlimit limit;
     ASSERT_EQ(getrlimit(RLIMIT_NOFILE, &limit), 0);
-    const rlimit few = { 128, limit.rlim_max };
+    const rlimit few = {128, limit.rlim_max};
     ASSERT_EQ(setrlimit(RLIMIT_NOFILE, &few), 0);
     std::vector<int> taken;
     const std::function<bool()> calls[] = {
@@ -410,7 +401,7 @@ TEST_F(FileSystem, PathsEndInASlash)
     char program[PATH_MAX] = {};
     ASSERT_GT(readlink("/proc/self/exe", program, sizeof(program) - 1), 0);
     *(strrchr(program, '/') + 1) = '\0';
-    for (int8_t which : { 1, -1, 127 })
+    for (int8_t which : {1, -1, 127})
         EXPECT_STREQ(GetPath(which), program);
     ASSERT_TRUE(MakeDir(At("/gone").c_str()));
     ASSERT_TRUE(ChangeDir(At("/gone").c_str()));
@@ -489,8 +480,8 @@ void told(int32_t opcode, const char* path, const char* second_path)
 {
     std::lock_guard guard(sTold.lock);
     sTold.thread = find_thread(nullptr);
-    sTold.changes.push_back(std::to_string(opcode) + " " + path
-                            + (second_path != nullptr ? std::string(" ") + second_path : ""));
+    sTold.changes.push_back(std::to_string(opcode) + " " + path +
+                            (second_path != nullptr ? std::string(" ") + second_path : ""));
 }
 
 class Watching : public FileSystem {
@@ -544,7 +535,7 @@ TEST_F(Watching, PathsFollowTheDirectoriesAboveThem)
     ASSERT_TRUE(MakeDir(At("/dir/a/b").c_str()));
     ASSERT_TRUE(MakeDir(At("/dir/ab").c_str()));
     ASSERT_TRUE(MakeDir(At("/away").c_str()));
-    for (const char* leaf : { "/dir", "/dir/a", "/dir/a/b", "/dir/ab" })
+    for (const char* leaf : {"/dir", "/dir/a", "/dir/a/b", "/dir/ab"})
         ASSERT_TRUE(WatchDir(At(leaf).c_str(), 1));
     ASSERT_TRUE(RenameFile(At("/dir/a").c_str(), "c"));
     EXPECT_TRUE(Hears("3", "/dir/a " + At("/dir/c")));
@@ -593,11 +584,8 @@ TEST_F(Watching, TenThousandChangesAreToldOrCalledLost)
     for (size_t i = 0; i < kChanges; i++) {
         expected.push_back(std::string("1 ").append(fFolder.Put("/f" + std::to_string(i))));
     }
-    ASSERT_TRUE(eventually(
-        [&] {
-            return sTold.Has("100 ") || sTold.Has(expected.back());
-        },
-        60'000'000));
+    ASSERT_TRUE(
+        eventually([&] { return sTold.Has("100 ") || sTold.Has(expected.back()); }, 60'000'000));
     std::lock_guard guard(sTold.lock);
     std::vector<std::string> created;
     for (const std::string& change : sTold.changes) {

@@ -19,10 +19,7 @@
 #include "support/desktop_folder.h"
 #include "support/program.h"
 
-static BList* icon_list()
-{
-    return static_cast<BList*>(gRegistry[1]);
-}
+static BList* icon_list() { return static_cast<BList*>(gRegistry[1]); }
 
 TEST(FileTypes, TypeIsReadSetAndRemoved)
 {
@@ -51,16 +48,16 @@ TEST(FileTypes, WhatCanNotBeAskedHasEmptyTextsAndLeavesDosErr)
     GetDosErr(77);
     const std::string long_path(5000, 'x');
     const std::string dangling = folder.At("/dangling"), loop = folder.At("/loop");
-    for (const char* path : { static_cast<const char*>(nullptr), "", "/no/such/file",
-                              dangling.c_str(), loop.c_str(), long_path.c_str(), "\xff\x01" }) {
+    for (const char* path : {static_cast<const char*>(nullptr), "", "/no/such/file",
+                             dangling.c_str(), loop.c_str(), long_path.c_str(), "\xff\x01"}) {
         EXPECT_STREQ(GetFileMime(path), "");
         EXPECT_STREQ(GetFilePreferredApp(path), "");
         SetFileMime(path, "text/plain");
         SetFilePreferredApp(path, "application/x-a");
         SetFileAppHint(path, "/bin/sh");
     }
-    for (const char* type : { static_cast<const char*>(nullptr), "", "no type", "a/b/c",
-                              long_path.c_str() }) {
+    for (const char* type :
+         {static_cast<const char*>(nullptr), "", "no type", "a/b/c", long_path.c_str()}) {
         EXPECT_FALSE(ExistsMime(type));
         EXPECT_FALSE(InstallMime(type));
         EXPECT_FALSE(DeleteMime(type));
@@ -85,8 +82,7 @@ TEST(FileTypes, KeptAppHintIsThePreferredApp)
     DesktopFolder folder;
     const std::string file = folder.Put("/file.txt");
     const std::string app = folder.Put("/app");
-    const std::string hint
-        = "getfattr --absolute-names --only-values -n user.BEOS:PPATH " + file;
+    const std::string hint = "getfattr --absolute-names --only-values -n user.BEOS:PPATH " + file;
     SetFileAppHint(file.c_str(), app.c_str());
     EXPECT_STREQ(GetFileAppHint(file.c_str()), "");
     EXPECT_EQ(output_of(hint), app);
@@ -134,8 +130,8 @@ TEST(FileTypes, TypesAreInstalledAndDeleted)
 TEST(FileTypes, ApplicationsOfTypesAreTheDesktops)
 {
     DesktopFolder folder;
-    const std::string program = folder.PutEntry(folder.SystemEntry("one.desktop"), "one",
-                                                "MimeType=text/html;\n");
+    const std::string program =
+        folder.PutEntry(folder.SystemEntry("one.desktop"), "one", "MimeType=text/html;\n");
     EXPECT_STREQ(GetPreferredApp("text/html"), "application/x-vnd.desktop.one");
     EXPECT_STREQ(GetPreferredApp("image/png"), "");
     output_of("xdg-mime default one.desktop image/png");

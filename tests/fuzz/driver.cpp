@@ -21,7 +21,7 @@ using Bytes = std::vector<uint8_t>;
 static void change(Bytes& bytes, std::mt19937& random)
 {
     const size_t place = bytes.empty() ? 0 : random() % bytes.size();
-    static const uint8_t kOdd[] = { 0, 1, 0x7F, 0x80, 0xFF };
+    static const uint8_t kOdd[] = {0, 1, 0x7F, 0x80, 0xFF};
     switch (random() % 6) {
         case 0:
             if (!bytes.empty())
@@ -70,7 +70,7 @@ int main(int argc, char** argv)
 {
     for (int i = 1; i < argc; ++i) {
         std::ifstream file(argv[i], std::ios::binary);
-        const Bytes bytes{ std::istreambuf_iterator<char>(file), {} };
+        const Bytes bytes{std::istreambuf_iterator<char>(file), {}};
         LLVMFuzzerTestOneInput(bytes.data(), bytes.size());
     }
     if (argc > 1)

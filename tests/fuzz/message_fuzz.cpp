@@ -108,7 +108,7 @@ std::vector<std::vector<uint8_t>> FuzzSeeds()
     message.AddString("strings", "");
     message.AddString("strings", "longer than a slot of eight bytes");
     std::vector<std::vector<uint8_t>> seeds;
-    for (const BMessage* each : { &inner, &message }) {
+    for (const BMessage* each : {&inner, &message}) {
         std::vector<uint8_t> flat(each->FlattenedSize());
         each->Flatten(reinterpret_cast<char*>(flat.data()), flat.size());
         seeds.push_back(flat);

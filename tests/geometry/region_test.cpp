@@ -72,8 +72,7 @@ void expect_same(const BRegion& region, const Model& model)
     }
     ASSERT_EQ(covered.fBits, model.fBits);
     if (region.CountRects() > 0) {
-        ASSERT_EQ(region.Frame(),
-                  BRect(frame.left, frame.top, frame.right, frame.bottom));
+        ASSERT_EQ(region.Frame(), BRect(frame.left, frame.top, frame.right, frame.bottom));
     } else {
         ASSERT_FALSE(region.Frame().IsValid());
     }

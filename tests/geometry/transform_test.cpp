@@ -165,7 +165,7 @@ TEST(TransformCalls, TellAndChangeTheirParts)
     EXPECT_NEAR(2, sx, 1e-9);
     EXPECT_NEAR(3, sy, 1e-9);
     EXPECT_FALSE(BAffineTransform::AffineScaling(0).GetAffineParameters(&x, &y, &turn, &sx, &sy,
-                                                                       &shear_x, &shear_y));
+                                                                        &shear_x, &shear_y));
 
     BAffineTransform flipped;
     flipped.FlipX();
@@ -180,5 +180,6 @@ TEST(TransformCalls, TellAndChangeTheirParts)
     EXPECT_TRUE(crooked().IsEqual(crooked().TranslateByCopy(1e-6, 0), 1e-5));
     EXPECT_FALSE(crooked().IsEqual(crooked().TranslateByCopy(1e-4, 0), 1e-5));
     BAffineTransform inverse = crooked();
-    expect_same(inverse.Invert() * crooked(), [](BPoint p) { return p; }, "Invert");
+    expect_same(
+        inverse.Invert() * crooked(), [](BPoint p) { return p; }, "Invert");
 }

@@ -44,8 +44,8 @@ public:
     // 0xRRGGBBAA, as the calls take it.
     uint32_t At(int32_t x, int32_t y) const
     {
-        const auto* pixel = static_cast<const uint8*>(fBitmap.Bits()) +
-            y * fBitmap.BytesPerRow() + 4 * x;
+        const auto* pixel =
+            static_cast<const uint8*>(fBitmap.Bits()) + y * fBitmap.BytesPerRow() + 4 * x;
         return static_cast<uint32_t>(pixel[2]) << 24 | pixel[1] << 16 | pixel[0] << 8 | pixel[3];
     }
 
@@ -371,8 +371,13 @@ TEST(Primitives, PixelsOutsideTheBitmapAreNeitherWrittenNorRead)
     TestWindow window;
     const struct {
         int32_t x, y;
-    } outside[] = {{-1, 0},        {0, -1},        {200, 0},       {0, 150},
-                   {INT32_MIN, 0}, {0, INT32_MAX}, {INT32_MAX, INT32_MAX}};
+    } outside[] = {{-1, 0},
+                   {0, -1},
+                   {200, 0},
+                   {0, 150},
+                   {INT32_MIN, 0},
+                   {0, INT32_MAX},
+                   {INT32_MAX, INT32_MAX}};
     for (const auto& place : outside) {
         WritePixel(window, place.x, place.y);
         EXPECT_EQ(GetPixel(window, place.x, place.y), 0);

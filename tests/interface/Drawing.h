@@ -31,12 +31,23 @@ public:
         std::string row;
         for (int32 x = 0; x <= int32(bitmap.Bounds().right); x++) {
             switch (At(x, y)) {
-            case 0xFFFFFF: row += '.'; break;
-            case 0x000000: row += '#'; break;
-            case 0xFF0000: row += 'r'; break;
-            case 0x00FF00: row += 'g'; break;
-            case 0x0000FF: row += 'b'; break;
-            default: row += '?';
+                case 0xFFFFFF:
+                    row += '.';
+                    break;
+                case 0x000000:
+                    row += '#';
+                    break;
+                case 0xFF0000:
+                    row += 'r';
+                    break;
+                case 0x00FF00:
+                    row += 'g';
+                    break;
+                case 0x0000FF:
+                    row += 'b';
+                    break;
+                default:
+                    row += '?';
             }
         }
         return row;

@@ -44,9 +44,10 @@ TEST(Bitmap, RowsArePaddedByColourSpace)
 TEST(Bitmap, ImpossibleOnesAreInvalidAndHarmless)
 {
     const float huge = std::numeric_limits<float>::max(), max = float(INT32_MAX);
-    const BRect sizes[] = {BRect(0, 0, -1, 5),     BRect(0, 0, max, max),   BRect(0, 0, huge, 0),
-                           BRect(-huge, 0, huge, 1), BRect(0, 0, 40000, 40000),
-                           BRect(NAN, 0, 5, 5),    BRect(0, 0, INFINITY, 1)};
+    const BRect sizes[] = {BRect(0, 0, -1, 5),        BRect(0, 0, max, max),
+                           BRect(0, 0, huge, 0),      BRect(-huge, 0, huge, 1),
+                           BRect(0, 0, 40000, 40000), BRect(NAN, 0, 5, 5),
+                           BRect(0, 0, INFINITY, 1)};
     for (const BRect& size : sizes) {
         BBitmap bitmap(size, B_BITMAP_ACCEPTS_VIEWS, B_RGBA32);
         EXPECT_FALSE(bitmap.IsValid()) << size;
@@ -90,9 +91,9 @@ TEST(Bitmap, ImportTurnsColourSpaces)
     EXPECT_EQ(pixels[bitmap.BytesPerRow() / 4 + 2] & 0xFFFFFF, 0x0A0A0Au);
 
     // A part of rows, to a place; what does not fit is left out.
-    EXPECT_EQ(bitmap.ImportBits(grey, sizeof(grey), 3, B_GRAY8, BPoint(1, 0), BPoint(2, 1),
-                                BSize(9, 9)),
-              B_OK);
+    EXPECT_EQ(
+        bitmap.ImportBits(grey, sizeof(grey), 3, B_GRAY8, BPoint(1, 0), BPoint(2, 1), BSize(9, 9)),
+        B_OK);
     EXPECT_EQ(pixels[bitmap.BytesPerRow() / 4 + 2] & 0xFFFFFF, 0x808080u);
     EXPECT_EQ(pixels[2] & 0xFFFFFF, 0xFFFFFFu);
     EXPECT_EQ(bitmap.ImportBits(nullptr, 4, 4, 0, B_GRAY8), B_BAD_VALUE);
@@ -171,8 +172,7 @@ TEST(Bitmap, TheLockIsThatOfItsViewsAndRecursive)
     EXPECT_TRUE(bitmap.IsLocked());
     bool elsewhere = true;
     std::thread([&] {
-        elsewhere = bitmap.IsLocked() ||
-                    view->LockLooperWithTimeout(1000) == B_OK;
+        elsewhere = bitmap.IsLocked() || view->LockLooperWithTimeout(1000) == B_OK;
     }).join();
     EXPECT_FALSE(elsewhere);
     bitmap.Unlock();

@@ -55,9 +55,11 @@ TEST(Gradients, EveryCallCoversTheSamePixelsAsItsSolidForm)
     static BRegion region(BRect(3, 3, 20, 20));
     region.Include(BRect(30, 10, 50, 15));
     const BPoint at(30, 20), a(5, 5), b(50, 12), c(20, 35);
-#define ROW(call, ...)                                                                            \
-    {#call "(" #__VA_ARGS__ ")", [=](View v) { v.call(__VA_ARGS__); },                            \
-     [=](View v, Gradient g) { v.call(__VA_ARGS__, g); }}
+#define ROW(call, ...)                                                       \
+    {                                                                        \
+#call "(" #__VA_ARGS__ ")", [=](View v) { v.call(__VA_ARGS__); }, [= \
+        ](View v, Gradient g) { v.call(__VA_ARGS__, g); }                    \
+    }
     const Row rows[] = {
         ROW(StrokeLine, b),
         ROW(StrokeLine, a, b),

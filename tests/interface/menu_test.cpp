@@ -18,10 +18,7 @@ namespace {
 
 const uint32 kOpen = 'open', kSave = 'save', kNew = 'newf', kText = 'text';
 
-BMenuItem* item(const char* label, uint32 code)
-{
-    return new BMenuItem(label, new BMessage(code));
-}
+BMenuItem* item(const char* label, uint32 code) { return new BMenuItem(label, new BMessage(code)); }
 
 // Open, Save, a line, and New with a submenu of one item.
 void fill(BMenu* menu)

@@ -53,8 +53,8 @@ TEST(Screen, IndexIsTheNearestOfThePaletteWithTheLowestNumber)
                 const rgb_color color = make_color(uint8(red), uint8(green), uint8(blue));
                 int best = 0;
                 for (int i = 1; i < 256; i++) {
-                    if (distance(color, screen.ColorForIndex(uint8(i)))
-                        < distance(color, screen.ColorForIndex(uint8(best))))
+                    if (distance(color, screen.ColorForIndex(uint8(i))) <
+                        distance(color, screen.ColorForIndex(uint8(best))))
                         best = i;
                 }
                 ASSERT_EQ(screen.IndexForColor(color), best) << red << " " << green << " " << blue;

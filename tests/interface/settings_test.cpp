@@ -68,10 +68,10 @@ TEST(UiColors, TintsAreThoseOfThePlatform)
         float tint;
         int grey;
     };
-    for (const Row& row : {Row{0, 255}, Row{0.385f, 239}, Row{0.59f, 231}, Row{1, 216},
-                           Row{1.147f, 184}, Row{1.295f, 152}, Row{1.407f, 128}, Row{1.555f, 96},
-                           Row{2, 0}, Row{2.5f, 0}, Row{1e30f, 0}, Row{-1, 255}, Row{-1e30f, 255},
-                           Row{INFINITY, 0}, Row{-INFINITY, 255}}) {
+    for (const Row& row :
+         {Row{0, 255}, Row{0.385f, 239}, Row{0.59f, 231}, Row{1, 216}, Row{1.147f, 184},
+          Row{1.295f, 152}, Row{1.407f, 128}, Row{1.555f, 96}, Row{2, 0}, Row{2.5f, 0},
+          Row{1e30f, 0}, Row{-1, 255}, Row{-1e30f, 255}, Row{INFINITY, 0}, Row{-INFINITY, 255}}) {
         const uint8 grey = uint8(row.grey);
         EXPECT_EQ(tint_color(make_color(216, 216, 216, 77), row.tint),
                   make_color(grey, grey, grey, 77))
@@ -249,9 +249,9 @@ TEST(KeyboardSettings, TheKeyMapHasEachKeyInEachTable)
     EXPECT_EQ(text(map->normal_map[0x47]), "\n");
     EXPECT_EQ(text(map->normal_map[0]), "") << "no such key";
     EXPECT_EQ(map->left_shift_key, 0x4bu);
-    for (const auto* table : {&map->control_map, &map->option_map, &map->normal_map,
-                              &map->shift_map, &map->caps_map, &map->caps_shift_map,
-                              &map->option_caps_map, &map->option_caps_shift_map}) {
+    for (const auto* table :
+         {&map->control_map, &map->option_map, &map->normal_map, &map->shift_map, &map->caps_map,
+          &map->caps_shift_map, &map->option_caps_map, &map->option_caps_shift_map}) {
         for (const int32 at : *table)
             EXPECT_TRUE(at >= 0 && at <= 256 && bytes[at] <= 1);
     }

@@ -140,8 +140,8 @@ TEST(ViewFrame, TheDeepestFrontViewIsFound)
         BPoint place;
         BView* view;
     } rows[] = {
-        {BPoint(9, 10), board.view}, {BPoint(10, 10), back},      {BPoint(39, 39), back},
-        {BPoint(45, 48), front},     {BPoint(45, 45.5f), inside}, {BPoint(45, 46), front},
+        {BPoint(9, 10), board.view}, {BPoint(10, 10), back},       {BPoint(39, 39), back},
+        {BPoint(45, 48), front},     {BPoint(45, 45.5f), inside},  {BPoint(45, 46), front},
         {BPoint(80.9f, 42), inside}, {BPoint(81, 42), board.view},  // children end with the parent
         {BPoint(-1, 0), nullptr},    {BPoint(100, 5), nullptr},
     };

@@ -159,9 +159,9 @@ TEST(ViewTree, HooksMayChangeTheTree)
     Board board;
     Told* late = new Told("late", &family.log);
     family.b->onAttach = [&] {
-        family.a->AddChild(late);    // comes attached
-        family.d->RemoveSelf();      // never attached
-        delete family.c;             // nor this one
+        family.a->AddChild(late);  // comes attached
+        family.d->RemoveSelf();    // never attached
+        delete family.c;           // nor this one
     };
     board.bitmap.AddChild(family.a);
     EXPECT_EQ(family.log, "+a +b +late *late ~c *b *a ");

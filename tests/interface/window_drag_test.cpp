@@ -192,8 +192,8 @@ TEST_F(WindowDrag, ClosedSourceTakesItsDragAlong)
 TEST_F(WindowDrag, DroppedFilesHaveTheDesktopsFields)
 {
     OpenPair();
-    const std::filesystem::path folder
-        = std::filesystem::path(testing::TempDir()) / "window_drag_test";
+    const std::filesystem::path folder =
+        std::filesystem::path(testing::TempDir()) / "window_drag_test";
     std::filesystem::create_directories(folder);
     std::vector<std::string> paths;
     for (const char* name : {"one", "two"}) {

@@ -222,10 +222,7 @@ public:
         fLog.Add(_Current(), "zoom %g,%g %g,%g", origin.x, origin.y, width, height);
         BWindow::Zoom(origin, width, height);
     }
-    void WindowActivated(bool active) override
-    {
-        fLog.Add(_Current(), "window active %d", active);
-    }
+    void WindowActivated(bool active) override { fLog.Add(_Current(), "window active %d", active); }
     void WorkspaceActivated(int32 workspace, bool active) override
     {
         fLog.Add(_Current(), "workspace %d %d", int(workspace), active);

@@ -61,9 +61,12 @@ TEST_F(WindowPointer, ButtonMessagesHoldPlaceAndButtons)
 
     const BMessage down = log.Message("a down");
     EXPECT_EQ(down.what, uint32(B_MOUSE_DOWN));
-    expect_fields(down, {{"when", B_INT64_TYPE}, {"where", B_POINT_TYPE},
-                         {"screen_where", B_POINT_TYPE}, {"buttons", B_INT32_TYPE},
-                         {"modifiers", B_INT32_TYPE}, {"clicks", B_INT32_TYPE},
+    expect_fields(down, {{"when", B_INT64_TYPE},
+                         {"where", B_POINT_TYPE},
+                         {"screen_where", B_POINT_TYPE},
+                         {"buttons", B_INT32_TYPE},
+                         {"modifiers", B_INT32_TYPE},
+                         {"clicks", B_INT32_TYPE},
                          {"be:view_where", B_POINT_TYPE}});
     EXPECT_EQ(down.FindInt32("buttons"), 3);  // all that are down after the press
     EXPECT_EQ(down.FindInt32("clicks"), 1);
@@ -244,8 +247,7 @@ TEST_F(WindowPointer, MovesStayBetweenTheirPresses)
         inject_button(1, false);
         inject_pointer(115, 115);
     });
-    EXPECT_EQ(PointerLines(),
-              "a entered 2,2; a down 2,2; a inside 4,4; a up 4,4; a inside 5,5");
+    EXPECT_EQ(PointerLines(), "a entered 2,2; a down 2,2; a inside 4,4; a up 4,4; a inside 5,5");
 }
 
 TEST_F(WindowPointer, FullHistoryGetsEveryMove)

@@ -51,8 +51,8 @@ TEST(Areas, AnExactAddressIsTakenOrRefused)
 TEST(Areas, SizesAndKindsThatCanNotBeAreRefused)
 {
     char* place = nullptr;
-    for (const size_t size : {size_t(0), size_t(1), size_t(B_PAGE_SIZE - 1), SIZE_MAX,
-                              SIZE_MAX - B_PAGE_SIZE + 1})
+    for (const size_t size :
+         {size_t(0), size_t(1), size_t(B_PAGE_SIZE - 1), SIZE_MAX, SIZE_MAX - B_PAGE_SIZE + 1})
         EXPECT_EQ(create(&place, B_ANY_ADDRESS, size), B_BAD_VALUE) << size;
     EXPECT_EQ(create(&place, B_ANY_ADDRESS, size_t(1) << 60), B_NO_MEMORY);
     EXPECT_EQ(create(&place, B_CLONE_ADDRESS, B_PAGE_SIZE), B_BAD_VALUE);

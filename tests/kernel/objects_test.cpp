@@ -61,7 +61,7 @@ TEST(Semaphores, WaitersComeInTurnAndALargeWishIsNotPassedOver)
     };
     std::atomic<int> order{0};
     const sem_id sem = create_sem(0, "turns");
-    Wish large{ sem, 3, &order }, small{ sem, 1, &order };
+    Wish large{sem, 3, &order}, small{sem, 1, &order};
     const thread_func take = [](void* data) -> status_t {
         Wish* wish = static_cast<Wish*>(data);
         const status_t status = acquire_sem_etc(wish->sem, wish->count, 0, 0);
@@ -88,13 +88,15 @@ TEST(Semaphores, AWaiterThatGivesUpLetsTheOthersThrough)
     action.sa_handler = [](int) {};
     sigaction(SIGUSR1, &action, &former);
     const sem_id sem = create_sem(1, "one");
-    const thread_id impatient = run([](void* data) -> status_t {
-        return acquire_sem_etc(*static_cast<sem_id*>(data), 2, B_CAN_INTERRUPT, 0);
-    }, const_cast<sem_id*>(&sem));
+    const thread_id impatient = run(
+        [](void* data) -> status_t {
+            return acquire_sem_etc(*static_cast<sem_id*>(data), 2, B_CAN_INTERRUPT, 0);
+        },
+        const_cast<sem_id*>(&sem));
     ASSERT_TRUE(wait_for_count(sem, -1));
-    const thread_id patient = run([](void* data) -> status_t {
-        return acquire_sem(*static_cast<sem_id*>(data));
-    }, const_cast<sem_id*>(&sem));
+    const thread_id patient =
+        run([](void* data) -> status_t { return acquire_sem(*static_cast<sem_id*>(data)); },
+            const_cast<sem_id*>(&sem));
     ASSERT_TRUE(wait_for_count(sem, -2));
     status_t status, result = B_OK;
     do {
@@ -113,8 +115,7 @@ TEST(Semaphores, SwitchingToNoneReleasesNothing)
     int32 count = -1;
     EXPECT_EQ(B_BAD_SEM_ID, switch_sem(sem, INT32_MAX));
     EXPECT_EQ(B_BAD_VALUE, switch_sem_etc(sem, sem, 0, 0, 0));
-    EXPECT_EQ(B_BAD_VALUE,
-              switch_sem_etc(sem, sem, 1, B_RELATIVE_TIMEOUT | B_ABSOLUTE_TIMEOUT, 0));
+    EXPECT_EQ(B_BAD_VALUE, switch_sem_etc(sem, sem, 1, B_RELATIVE_TIMEOUT | B_ABSOLUTE_TIMEOUT, 0));
     EXPECT_EQ(B_OK, get_sem_count(sem, &count));
     EXPECT_EQ(0, count);
     EXPECT_EQ(B_OK, switch_sem(sem, sem)) << "what it gives back it takes";
@@ -140,20 +141,22 @@ TEST(Semaphores, ManyThreadsNeverHoldMoreThanThereIs)
         sem_id sem;
         std::atomic<int> inside{0};
         std::atomic<bool> crowded{false};
-    } shared{ create_sem(2, "two") };
+    } shared{create_sem(2, "two")};
     std::vector<thread_id> threads;
     for (int i = 0; i < 4; ++i) {
-        threads.push_back(run([](void* data) -> status_t {
-            Shared* shared = static_cast<Shared*>(data);
-            for (int turn = 0; turn < 2000; ++turn) {
-                acquire_sem(shared->sem);
-                if (++shared->inside > 2)
-                    shared->crowded = true;
-                --shared->inside;
-                release_sem(shared->sem);
-            }
-            return B_OK;
-        }, &shared));
+        threads.push_back(run(
+            [](void* data) -> status_t {
+                Shared* shared = static_cast<Shared*>(data);
+                for (int turn = 0; turn < 2000; ++turn) {
+                    acquire_sem(shared->sem);
+                    if (++shared->inside > 2)
+                        shared->crowded = true;
+                    --shared->inside;
+                    release_sem(shared->sem);
+                }
+                return B_OK;
+            },
+            &shared));
     }
     for (thread_id thread : threads)
         EXPECT_EQ(B_OK, result_of(thread));
@@ -196,13 +199,15 @@ TEST(Ports, AFullPortHoldsItsWriterAndDeletionFreesIt)
 {
     static port_id port;
     port = create_port(1, "narrow");
-    const thread_id writer = run([](void*) -> status_t {
-        for (int32 i = 0; i < 1000; ++i) {
-            if (write_port(port, i, &i, sizeof(i)) != B_OK)
-                return i;
-        }
-        return B_OK;
-    }, nullptr);
+    const thread_id writer = run(
+        [](void*) -> status_t {
+            for (int32 i = 0; i < 1000; ++i) {
+                if (write_port(port, i, &i, sizeof(i)) != B_OK)
+                    return i;
+            }
+            return B_OK;
+        },
+        nullptr);
     for (int32 i = 0; i < 500; ++i) {
         int32 code, value;
         ASSERT_EQ(ssize_t(sizeof(value)), read_port(port, &code, &value, sizeof(value)));
@@ -219,9 +224,9 @@ TEST(WaitForObjects, TellsWhichIsReady)
     int pipe_ends[2];
     ASSERT_EQ(0, pipe(pipe_ends));
     object_wait_info infos[] = {
-        { sem, B_OBJECT_TYPE_SEMAPHORE, B_EVENT_ACQUIRE_SEMAPHORE },
-        { port, B_OBJECT_TYPE_PORT, B_EVENT_READ },
-        { pipe_ends[0], B_OBJECT_TYPE_FD, B_EVENT_READ },
+        {sem, B_OBJECT_TYPE_SEMAPHORE, B_EVENT_ACQUIRE_SEMAPHORE},
+        {port, B_OBJECT_TYPE_PORT, B_EVENT_READ},
+        {pipe_ends[0], B_OBJECT_TYPE_FD, B_EVENT_READ},
     };
     const auto again = [&] {
         infos[0].events = B_EVENT_ACQUIRE_SEMAPHORE;
@@ -234,10 +239,12 @@ TEST(WaitForObjects, TellsWhichIsReady)
     again();
     static port_id target;
     target = port;
-    const thread_id writer = run([](void*) -> status_t {
-        snooze(10000);
-        return write_port(target, 1, nullptr, 0);
-    }, nullptr);
+    const thread_id writer = run(
+        [](void*) -> status_t {
+            snooze(10000);
+            return write_port(target, 1, nullptr, 0);
+        },
+        nullptr);
     EXPECT_EQ(1, wait_for_objects(infos, 3));
     EXPECT_EQ(B_EVENT_READ, infos[1].events);
     EXPECT_EQ(0, infos[0].events);
@@ -262,8 +269,8 @@ TEST(Areas, ClonesSeeTheSamePages)
                                      2 * B_PAGE_SIZE, B_NO_LOCK, B_READ_AREA | B_WRITE_AREA);
     ASSERT_GT(area, 0);
     char* other = nullptr;
-    const area_id clone = clone_area("clone", reinterpret_cast<void**>(&other), B_ANY_ADDRESS,
-                                     B_READ_AREA, area);
+    const area_id clone =
+        clone_area("clone", reinterpret_cast<void**>(&other), B_ANY_ADDRESS, B_READ_AREA, area);
     ASSERT_GT(clone, 0);
     strcpy(address, "shared");
     EXPECT_STREQ("shared", other);
@@ -298,7 +305,10 @@ TEST(Time, SettingTheClockGoesThroughTheReplaceableAction)
     static unsigned long asked;
     BPrivate::HostActions& actions = BPrivate::host_actions();
     const BPrivate::HostActions saved = actions;
-    actions.set_clock = [](unsigned long seconds) { asked = seconds; return 0; };
+    actions.set_clock = [](unsigned long seconds) {
+        asked = seconds;
+        return 0;
+    };
     set_real_time_clock(123456789);
     actions = saved;
     EXPECT_EQ(123456789ul, asked);
@@ -346,9 +356,8 @@ TEST(Teams, InfoAndKillGoByTheHostsProcesses)
     const thread_id killer = run([](void*) -> status_t { return kill_thread(getpid()); });
     EXPECT_EQ(B_OK, result_of(killer)) << "it is not the one that ends";
     actions = saved;
-    const std::vector<std::pair<pid_t, int>> expected = { { INT32_MAX, SIGKILL },
-                                                          { INT32_MAX, SIGSTOP },
-                                                          { getpid(), SIGKILL } };
+    const std::vector<std::pair<pid_t, int>> expected = {
+        {INT32_MAX, SIGKILL}, {INT32_MAX, SIGSTOP}, {getpid(), SIGKILL}};
     EXPECT_EQ(expected, signals);
 }
 

@@ -27,16 +27,13 @@ static thread_id load(const Texts& words, const char** environment = nullptr)
     return load_image(static_cast<int32>(argv.size()), argv.data(), environment);
 }
 
-static bool exists(const std::string& path)
-{
-    return std::filesystem::exists(path);
-}
+static bool exists(const std::string& path) { return std::filesystem::exists(path); }
 
 TEST(Programs, LoadedProgramWaitsUntilResumedAndGetsItsArguments)
 {
     TempFolder folder;
     const std::string report = folder.At("/report");
-    const Texts words = { probe_path(), report, "two words", "", "ä\"'$x\\" };
+    const Texts words = {probe_path(), report, "two words", "", "ä\"'$x\\"};
     const thread_id program = load(words);
     ASSERT_GT(program, 0);
     thread_info thread;
@@ -56,7 +53,7 @@ TEST(Programs, LoadedProgramWaitsUntilResumedAndGetsItsArguments)
     EXPECT_EQ(B_OK, resume_thread(program));
     const Texts lines = probe_report(report);
     EXPECT_EQ(Texts(words.begin() + 1, words.end()), told(lines, "arg"));
-    EXPECT_EQ(Texts{ std::to_string(program) }, told(lines, "pid"));
+    EXPECT_EQ(Texts{std::to_string(program)}, told(lines, "pid"));
     status_t status = -1;
     EXPECT_EQ(B_OK, wait_for_thread(program, &status));
     EXPECT_EQ(0, status);
@@ -69,13 +66,13 @@ TEST(Programs, InheritNoDescriptorAndNoBlockedSignal)
     sigset_t blocked, former;
     sigfillset(&blocked);
     pthread_sigmask(SIG_SETMASK, &blocked, &former);
-    const thread_id program = load({ probe_path(), folder.At("/report") });
+    const thread_id program = load({probe_path(), folder.At("/report")});
     pthread_sigmask(SIG_SETMASK, &former, nullptr);
     EXPECT_EQ(B_OK, wait_for_thread(program, nullptr)) << "waiting lets it run";
     const Texts lines = probe_report(folder.At("/report"));
     for (const std::string& descriptor : told(lines, "fd"))
         EXPECT_LE(std::stoi(descriptor), 2);
-    EXPECT_EQ(Texts{ "0000000000000000" }, told(lines, "blocked"));
+    EXPECT_EQ(Texts{"0000000000000000"}, told(lines, "blocked"));
     EXPECT_EQ(0, fcntl(file, F_GETFD)) << "here it stays as it was";
     close(file);
 }
@@ -86,7 +83,7 @@ TEST(Programs, SetUserIdProgramIsStartedWithItsRightsAndStopped)
     const std::string program_path = folder.At("/probe");
     std::filesystem::copy_file(probe_path(), program_path);
     ASSERT_EQ(0, chmod(program_path.c_str(), 04755));
-    const thread_id program = load({ program_path, folder.At("/report") });
+    const thread_id program = load({program_path, folder.At("/report")});
     ASSERT_GT(program, 0);
     thread_info info;
     ASSERT_EQ(B_OK, get_thread_info(program, &info));
@@ -98,7 +95,7 @@ TEST(Programs, SetUserIdProgramIsStartedWithItsRightsAndStopped)
     EXPECT_EQ(B_NOT_AN_EXECUTABLE, [&] {
         const std::string text = folder.Put("/text", "text");
         chmod(text.c_str(), 04755);
-        return load({ text });
+        return load({text});
     }());
 }
 
@@ -106,8 +103,8 @@ TEST(Programs, StatusIsToldOnceAndNoZombieStays)
 {
     TempFolder folder;
     const std::string stays = "PROBE_STAYS=" + folder.At("/end");
-    const char* environment[] = { "PROBE_STATUS=7", stays.c_str(), nullptr };
-    const thread_id program = load({ probe_path(), folder.At("/report") }, environment);
+    const char* environment[] = {"PROBE_STATUS=7", stays.c_str(), nullptr};
+    const thread_id program = load({probe_path(), folder.At("/report")}, environment);
     ASSERT_GT(program, 0);
     EXPECT_EQ(B_WOULD_BLOCK, wait_for_thread_etc(program, B_RELATIVE_TIMEOUT, 0, nullptr));
     folder.Put("/end");
@@ -130,8 +127,8 @@ TEST(Programs, KillEndsTheTeamEvenBeforeItRan)
 {
     TempFolder folder;
     setenv("PROBE_STAYS", "1", 1);
-    const thread_id runs = load({ probe_path(), folder.At("/report") });
-    const thread_id waits = load({ probe_path(), folder.At("/never") });
+    const thread_id runs = load({probe_path(), folder.At("/report")});
+    const thread_id waits = load({probe_path(), folder.At("/never")});
     resume_thread(runs);
     EXPECT_FALSE(probe_report(folder.At("/report")).empty());
     EXPECT_EQ(B_OK, suspend_thread(runs));
@@ -150,7 +147,7 @@ TEST(Programs, WhatCanNotBeExecutedIsToldAtOnce)
     const std::string data = folder.Put("/data", "no program");
     const std::string text = folder.Put("/text", "no program either");
     const std::string script = folder.Put("/script", "#!/no/such/interpreter\n");
-    for (const std::string& path : { text, script })
+    for (const std::string& path : {text, script})
         chmod(path.c_str(), 0755);
     symlink("nowhere", folder.At("/dangling").c_str());
     symlink("loop", folder.At("/loop").c_str());
@@ -160,24 +157,24 @@ TEST(Programs, WhatCanNotBeExecutedIsToldAtOnce)
         int host;
     };
     const Row rows[] = {
-        { "", B_ENTRY_NOT_FOUND, ENOENT },
-        { folder.At("/missing"), B_ENTRY_NOT_FOUND, ENOENT },
-        { folder.At("/dangling"), B_ENTRY_NOT_FOUND, ENOENT },
-        { folder.At("/loop"), B_LINK_LIMIT, ELOOP },
-        { folder.Path(), B_PERMISSION_DENIED, EACCES },
-        { data, B_PERMISSION_DENIED, EACCES },
-        { data + "/x", B_NOT_A_DIRECTORY, ENOTDIR },
-        { text, B_NOT_AN_EXECUTABLE, ENOEXEC },
-        { script, B_ENTRY_NOT_FOUND, ENOENT },
-        { std::string(5000, 'x'), B_NAME_TOO_LONG, ENAMETOOLONG },
+        {"", B_ENTRY_NOT_FOUND, ENOENT},
+        {folder.At("/missing"), B_ENTRY_NOT_FOUND, ENOENT},
+        {folder.At("/dangling"), B_ENTRY_NOT_FOUND, ENOENT},
+        {folder.At("/loop"), B_LINK_LIMIT, ELOOP},
+        {folder.Path(), B_PERMISSION_DENIED, EACCES},
+        {data, B_PERMISSION_DENIED, EACCES},
+        {data + "/x", B_NOT_A_DIRECTORY, ENOTDIR},
+        {text, B_NOT_AN_EXECUTABLE, ENOEXEC},
+        {script, B_ENTRY_NOT_FOUND, ENOENT},
+        {std::string(5000, 'x'), B_NAME_TOO_LONG, ENAMETOOLONG},
     };
     for (const Row& row : rows) {
         errno = 0;
-        EXPECT_EQ(row.status, load({ row.path, "argument" })) << row.path;
+        EXPECT_EQ(row.status, load({row.path, "argument"})) << row.path;
         EXPECT_EQ(row.host, errno) << row.path;
     }
-    EXPECT_EQ(B_TOO_MANY_ARGS, load({ probe_path(), std::string(10 << 20, 'x') }));
-    const char* no_path[] = { nullptr, nullptr };
+    EXPECT_EQ(B_TOO_MANY_ARGS, load({probe_path(), std::string(10 << 20, 'x')}));
+    const char* no_path[] = {nullptr, nullptr};
     EXPECT_EQ(B_BAD_VALUE, load_image(1, no_path, nullptr));
     EXPECT_EQ(B_BAD_VALUE, load_image(0, no_path, nullptr));
     EXPECT_EQ(B_BAD_VALUE, load_image(1, nullptr, nullptr));
@@ -193,13 +190,13 @@ TEST(Programs, ManyThreadsLoadAndWaitAtTheSameTime)
         threads.emplace_back([&, i] {
             for (int turn = 0; turn < 10; ++turn) {
                 const std::string setting = "PROBE_STATUS=" + std::to_string(10 * i + turn);
-                const char* environment[] = { setting.c_str(), nullptr };
+                const char* environment[] = {setting.c_str(), nullptr};
                 status_t status = -1;
-                const thread_id program = load({ probe_path() }, environment);
-                if (program > 0 && wait_for_thread(program, &status) == B_OK
-                    && status == 10 * i + turn)
+                const thread_id program = load({probe_path()}, environment);
+                if (program > 0 && wait_for_thread(program, &status) == B_OK &&
+                    status == 10 * i + turn)
                     ++right;
-                load({ folder.At("/missing") });
+                load({folder.At("/missing")});
             }
         });
     }
@@ -213,7 +210,7 @@ TEST(Programs, PriorityOfAnotherTeamIsRememberedAndGivenToTheHost)
     thread_id program = -1;
     std::thread low([&] {
         setpriority(PRIO_PROCESS, 0, 5);  // of this thread, and of what it starts
-        program = load({ probe_path() });
+        program = load({probe_path()});
     });
     low.join();
     ASSERT_GT(program, 0);
@@ -231,7 +228,7 @@ TEST(Programs, PriorityOfAnotherTeamIsRememberedAndGivenToTheHost)
 
 TEST(Programs, TeamsAndTheirThreadsAreListed)
 {
-    const thread_id program = load({ probe_path() });
+    const thread_id program = load({probe_path()});
     ASSERT_GT(program, 0);
     bool found = false;
     team_info team;
@@ -292,7 +289,11 @@ TEST(Images, WhatIsNoAddOnIsRefused)
     EXPECT_EQ(B_BAD_VALUE, load_add_on(nullptr));
     EXPECT_EQ(B_ENTRY_NOT_FOUND, load_add_on(folder.At("/missing").c_str()));
     EXPECT_EQ(B_NOT_AN_EXECUTABLE, load_add_on(folder.Put("/text", "text").c_str()));
-    EXPECT_EQ(B_MISSING_LIBRARY, load_add_on(folder.Put("/elf", "\x7F" "ELF...").c_str()));
+    EXPECT_EQ(B_MISSING_LIBRARY, load_add_on(folder
+                                                 .Put("/elf",
+                                                      "\x7F"
+                                                      "ELF...")
+                                                 .c_str()));
     EXPECT_EQ(B_BAD_IMAGE_ID, unload_add_on(1));
 
     image_info info;

@@ -15,10 +15,7 @@ static status_t return_value(void* value)
     return static_cast<status_t>(reinterpret_cast<intptr_t>(value));
 }
 
-static void* number(intptr_t value)
-{
-    return reinterpret_cast<void*>(value);
-}
+static void* number(intptr_t value) { return reinterpret_cast<void*>(value); }
 
 // Until `condition` holds; false after twenty seconds.
 template <class Condition>
@@ -35,8 +32,12 @@ TEST(Threads, SpawnedThreadRunsOnlyWhenResumed)
 {
     static std::atomic<bool> ran;
     ran = false;
-    const thread_id thread = spawn_thread([](void*) -> status_t { ran = true; return 7; },
-                                          "waiting", B_LOW_PRIORITY, nullptr);
+    const thread_id thread = spawn_thread(
+        [](void*) -> status_t {
+            ran = true;
+            return 7;
+        },
+        "waiting", B_LOW_PRIORITY, nullptr);
     ASSERT_GT(thread, 0);
     thread_info info;
     ASSERT_EQ(B_OK, get_thread_info(thread, &info));
@@ -74,13 +75,17 @@ TEST(Threads, ExitUnwindsTheStackAndRunsCallbacksLastFirst)
     struct Local {
         ~Local() { trace += 'd'; }
     };
-    const thread_id thread = spawn_thread([](void*) -> status_t {
-        on_exit_thread([](void* data) { trace += static_cast<char*>(data); }, const_cast<char*>("1"));
-        on_exit_thread([](void* data) { trace += static_cast<char*>(data); }, const_cast<char*>("2"));
-        Local local;
-        exit_thread(9);
-        return 1;
-    }, "exiting", B_NORMAL_PRIORITY, nullptr);
+    const thread_id thread = spawn_thread(
+        [](void*) -> status_t {
+            on_exit_thread([](void* data) { trace += static_cast<char*>(data); },
+                           const_cast<char*>("1"));
+            on_exit_thread([](void* data) { trace += static_cast<char*>(data); },
+                           const_cast<char*>("2"));
+            Local local;
+            exit_thread(9);
+            return 1;
+        },
+        "exiting", B_NORMAL_PRIORITY, nullptr);
     status_t result = 0;
     EXPECT_EQ(B_OK, wait_for_thread(thread, &result));
     EXPECT_EQ(9, result);
@@ -126,11 +131,13 @@ TEST(Threads, SuspendedThreadStandsStillUntilResumed)
     static std::atomic<bool> stop;
     turns = 0;
     stop = false;
-    const thread_id thread = spawn_thread([](void*) -> status_t {
-        while (!stop)
-            ++turns;
-        return B_OK;
-    }, "counting", B_NORMAL_PRIORITY, nullptr);
+    const thread_id thread = spawn_thread(
+        [](void*) -> status_t {
+            while (!stop)
+                ++turns;
+            return B_OK;
+        },
+        "counting", B_NORMAL_PRIORITY, nullptr);
     resume_thread(thread);
     EXPECT_TRUE(wait_until([] { return turns > 0; }));
     EXPECT_EQ(B_OK, suspend_thread(thread));
@@ -152,14 +159,16 @@ TEST(Threads, SuspendedThreadStandsStillUntilResumed)
 
 TEST(Threads, DataIsHandedOverOneLetterAtATime)
 {
-    const thread_id reader = spawn_thread([](void* main) -> status_t {
-        char text[4] = {};
-        thread_id sender = 0;
-        const int32 code = receive_data(&sender, text, 3);
-        const bool right = sender == static_cast<thread_id>(reinterpret_cast<intptr_t>(main))
-            && code == 'CODE' && std::string(text) == "abc";
-        return right ? receive_data(&sender, nullptr, 0) : B_ERROR;
-    }, "reader", B_NORMAL_PRIORITY, number(find_thread(nullptr)));
+    const thread_id reader = spawn_thread(
+        [](void* main) -> status_t {
+            char text[4] = {};
+            thread_id sender = 0;
+            const int32 code = receive_data(&sender, text, 3);
+            const bool right = sender == static_cast<thread_id>(reinterpret_cast<intptr_t>(main)) &&
+                               code == 'CODE' && std::string(text) == "abc";
+            return right ? receive_data(&sender, nullptr, 0) : B_ERROR;
+        },
+        "reader", B_NORMAL_PRIORITY, number(find_thread(nullptr)));
     EXPECT_FALSE(has_data(reader));
     EXPECT_EQ(B_OK, send_data(reader, 'CODE', "abcdef", 6));
     EXPECT_TRUE(has_data(reader));
@@ -184,7 +193,7 @@ TEST(Threads, ThreadsOfOthersGetAnIdOnFirstUse)
 TEST(Threads, BadArgumentsAreRefused)
 {
     EXPECT_EQ(B_BAD_VALUE, spawn_thread(nullptr, "x", 10, nullptr));
-    for (thread_id id : { 0, -1, INT32_MIN, INT32_MAX }) {
+    for (thread_id id : {0, -1, INT32_MIN, INT32_MAX}) {
         EXPECT_EQ(B_BAD_THREAD_ID, resume_thread(id));
         EXPECT_EQ(B_BAD_THREAD_ID, suspend_thread(id));
         EXPECT_EQ(B_BAD_THREAD_ID, kill_thread(id));

@@ -162,8 +162,8 @@ TEST(Waits, ASignalEndsOnlyWaitsThatAllowIt)
     sigaction(SIGUSR1, &action, &former);
     sSem = create_sem(0, "never");
     const thread_id patient = run([](void*) -> status_t { return acquire_sem(sSem); });
-    const thread_id nervous
-        = run([](void*) -> status_t { return acquire_sem_etc(sSem, 1, B_CAN_INTERRUPT, 0); });
+    const thread_id nervous =
+        run([](void*) -> status_t { return acquire_sem_etc(sSem, 1, B_CAN_INTERRUPT, 0); });
     const thread_id watcher = run([](void*) -> status_t {
         object_wait_info info = {sSem, B_OBJECT_TYPE_SEMAPHORE, B_EVENT_ACQUIRE_SEMAPHORE};
         return wait_for_objects_etc(&info, 1, B_CAN_INTERRUPT, 0);
@@ -225,19 +225,24 @@ TEST(WaitForObjects, EndsOfObjectsAreToldUnasked)
     const thread_id lives = run([](void*) -> status_t { return snooze(30'000); });
     for (const Row& row : {
              Row{{port, B_OBJECT_TYPE_PORT, B_EVENT_READ},
-                 [](void*) -> status_t { return close_port(port); }, B_EVENT_DISCONNECTED},
+                 [](void*) -> status_t { return close_port(port); },
+                 B_EVENT_DISCONNECTED},
              Row{{sem, B_OBJECT_TYPE_SEMAPHORE, B_EVENT_ACQUIRE_SEMAPHORE},
-                 [](void*) -> status_t { return delete_sem(sem); }, B_EVENT_INVALID},
+                 [](void*) -> status_t { return delete_sem(sem); },
+                 B_EVENT_INVALID},
              Row{{ends[0], B_OBJECT_TYPE_FD, B_EVENT_READ},
-                 [](void*) -> status_t { return close(file); }, B_EVENT_DISCONNECTED},
+                 [](void*) -> status_t { return close(file); },
+                 B_EVENT_DISCONNECTED},
              Row{{lives, B_OBJECT_TYPE_THREAD, B_EVENT_INVALID},
-                 [](void*) -> status_t { return B_OK; }, B_EVENT_INVALID},
+                 [](void*) -> status_t { return B_OK; },
+                 B_EVENT_INVALID},
          }) {
-        const thread_id helper
-            = spawn_thread([](void* end) -> status_t {
-                  snooze(3'000);
-                  return (*static_cast<const thread_func*>(end))(nullptr);
-              }, "ends it", B_NORMAL_PRIORITY, const_cast<thread_func*>(&row.end));
+        const thread_id helper = spawn_thread(
+            [](void* end) -> status_t {
+                snooze(3'000);
+                return (*static_cast<const thread_func*>(end))(nullptr);
+            },
+            "ends it", B_NORMAL_PRIORITY, const_cast<thread_func*>(&row.end));
         resume_thread(helper);
         object_wait_info info = row.info;
         EXPECT_EQ(wait_for_objects_etc(&info, 1, B_RELATIVE_TIMEOUT, 10'000'000), 1);
@@ -366,11 +371,10 @@ TEST(Ports, ClosingWakesReadersAndWriters)
     empty = create_port(1, "empty");
     full = create_port(1, "full");
     write_port(full, 0, nullptr, 0);
-    const thread_id reader
-        = run([](void*) -> status_t { return read_port(empty, nullptr, nullptr, 0); });
+    const thread_id reader =
+        run([](void*) -> status_t { return read_port(empty, nullptr, nullptr, 0); });
     const thread_id looker = run([](void*) -> status_t { return port_buffer_size(empty); });
-    const thread_id writer
-        = run([](void*) -> status_t { return write_port(full, 0, nullptr, 0); });
+    const thread_id writer = run([](void*) -> status_t { return write_port(full, 0, nullptr, 0); });
     for (const thread_id thread : {reader, looker, writer})
         EXPECT_TRUE(sleeps(thread));
     close_port(empty);

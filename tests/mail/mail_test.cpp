@@ -141,21 +141,19 @@ TEST_F(MailTest, PlainMailArrivesAsItWasWritten)
     mail.AddHeaderField(B_MAIL_BCC, "other@example.org");
     mail.AddHeaderField(B_MAIL_SUBJECT, "Hello, world");
     AddText("First line\n.\nlast line\r\n");
-    EXPECT_EQ("To: friend@example.org\n"
-              "Bcc: other@example.org\n"
-              "Subject: Hello, world\n"
-              "MIME-Version: 1.0\n"
-              "Content-Type: text/plain; charset=us-ascii\n"
-              "\n"
-              "First line\n.\nlast line\n",
-              Sent());
+    EXPECT_EQ(
+        "To: friend@example.org\n"
+        "Bcc: other@example.org\n"
+        "Subject: Hello, world\n"
+        "MIME-Version: 1.0\n"
+        "Content-Type: text/plain; charset=us-ascii\n"
+        "\n"
+        "First line\n.\nlast line\n",
+        Sent());
     EXPECT_EQ("-t -i\n", mailer.File("arguments"));
 }
 
-TEST_F(MailTest, AMailWithoutAnythingIsAnEmptyHead)
-{
-    EXPECT_EQ("\n", Sent());
-}
+TEST_F(MailTest, AMailWithoutAnythingIsAnEmptyHead) { EXPECT_EQ("\n", Sent()); }
 
 TEST_F(MailTest, FieldsAreAddedOrReplaced)
 {
@@ -171,9 +169,9 @@ TEST_F(MailTest, FieldsAreAddedOrReplaced)
     mail.AddContent("new ", 4, uint32(B_ISO1_CONVERSION), true);
     mail.AddContent("text, not this", 4);
     const std::string sent = Sent();
-    EXPECT_EQ((std::vector<std::string>{
-                  "Cc: a@x, b@x", "To: second@x", "X-Note: one", "X-Note: two", "SUBJECT: new",
-                  "MIME-Version: 1.0", "Content-Type: text/plain; charset=us-ascii"}),
+    EXPECT_EQ((std::vector<std::string>{"Cc: a@x, b@x", "To: second@x", "X-Note: one",
+                                        "X-Note: two", "SUBJECT: new", "MIME-Version: 1.0",
+                                        "Content-Type: text/plain; charset=us-ascii"}),
               fields(sent));
     EXPECT_EQ("new text\n", body(sent));
 }
@@ -202,15 +200,22 @@ TEST_F(MailTest, NoValueSmugglesInAField)
 
 TEST_F(MailTest, TextGoesInTheCharacterSetThatHoldsIt)
 {
-    const std::string german = "gr\xc3\xbc\xc3\x9f" "e = \xc3\xa4\n", greek = "\xce\xb1\xce\xb2\n";
+    const std::string german =
+                          "gr\xc3\xbc\xc3\x9f"
+                          "e = \xc3\xa4\n",
+                      greek = "\xce\xb1\xce\xb2\n";
     const struct {
         std::string text;
         uint32 encoding;
         const char* charset;
         std::string bytes;
     } cases[] = {
-        {german, B_ISO1_CONVERSION, "iso-8859-1", "gr\xfc\xdf" "e = \xe4\n"},
-        {german, B_MS_DOS_CONVERSION, "ibm437", "gr\x81\xe1" "e = \x84\n"},
+        {german, B_ISO1_CONVERSION, "iso-8859-1",
+         "gr\xfc\xdf"
+         "e = \xe4\n"},
+        {german, B_MS_DOS_CONVERSION, "ibm437",
+         "gr\x81\xe1"
+         "e = \x84\n"},
         {german, B_UNICODE_CONVERSION, "utf-8", german},
         {german, 4711, "utf-8", german},
         {greek, B_ISO1_CONVERSION, "utf-8", greek},
@@ -237,7 +242,9 @@ TEST_F(MailTest, TextGoesInTheCharacterSetThatHoldsIt)
 
 TEST_F(MailTest, HeadsAreEncodedButForAddresses)
 {
-    mail.AddHeaderField(B_ISO1_CONVERSION, B_MAIL_SUBJECT, "gr\xc3\xbc\xc3\x9f" "e");
+    mail.AddHeaderField(B_ISO1_CONVERSION, B_MAIL_SUBJECT,
+                        "gr\xc3\xbc\xc3\x9f"
+                        "e");
     mail.AddHeaderField(B_MAIL_FROM, "J\xf6rg M\xfcller <jm@example.org>, plain@example.org");
     mail.AddHeaderField(B_MAIL_TO, "J\xc3\xb6rg");
     mail.AddHeaderField("X-Long", std::string(2000, 'x').c_str());
@@ -276,7 +283,10 @@ TEST_F(MailTest, EnclosuresKeepNameTypeAndBytes)
     for (int i = 0; i < 100000; i++)
         bytes += char(i * 7);
     const std::string data = folder.Put("/data.bin", bytes);
-    const std::string text = folder.Put("/gr\xc3\xbc\xc3\x9f" "e.txt", "line\r\nend");
+    const std::string text = folder.Put(
+        "/gr\xc3\xbc\xc3\x9f"
+        "e.txt",
+        "line\r\nend");
     const std::string picture = folder.Put("/picture.png", "\x89PNG\r\n\x1a\n");
     AddText("see there");
     EXPECT_EQ(B_OK, mail.AddEnclosure(data.c_str()));

@@ -69,8 +69,12 @@ TEST_F(OutboxTest, AMailWaitsPrivatelyUntilTheNextIsSent)
 TEST_F(OutboxTest, ARefusedMailStaysAndSaysWhy)
 {
     const std::pair<int, status_t> cases[] = {
-        {1, B_ERROR}, {64, B_MAIL_INVALID_MAIL}, {65, B_MAIL_INVALID_MAIL},
-        {67, B_MAIL_UNKNOWN_USER}, {68, B_MAIL_UNKNOWN_HOST}, {75, B_ERROR},
+        {1, B_ERROR},
+        {64, B_MAIL_INVALID_MAIL},
+        {65, B_MAIL_INVALID_MAIL},
+        {67, B_MAIL_UNKNOWN_USER},
+        {68, B_MAIL_UNKNOWN_HOST},
+        {75, B_ERROR},
         {77, B_MAIL_ACCESS_ERROR},
     };
     size_t count = 0;

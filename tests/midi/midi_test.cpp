@@ -69,8 +69,8 @@ public:
 private:
     void Note(const char* kind, int a, int b, int c)
     {
-        Add(std::string(kind) + " " + std::to_string(a) + " " + std::to_string(b) + " "
-            + std::to_string(c));
+        Add(std::string(kind) + " " + std::to_string(a) + " " + std::to_string(b) + " " +
+            std::to_string(c));
     }
     void Add(const std::string& line)
     {
@@ -133,8 +133,16 @@ static std::vector<MidiHostPort> fake_ports()
 {
     return {{{20, 0}, "Keys", "Port 1"},
             {{24, 0}, "Keys", "Port 1"},
-            {{28, 3}, "My synthesizer in \xC3\xB6""ster", "Gr\xC3\xB6\xC3\x9F""e"},
-            {{32, 0}, "My synthesizer in \xC3\xB6""ster", "Gr\xC3\xB6\xC3\x9F""er"}};
+            {{28, 3},
+             "My synthesizer in \xC3\xB6"
+             "ster",
+             "Gr\xC3\xB6\xC3\x9F"
+             "e"},
+            {{32, 0},
+             "My synthesizer in \xC3\xB6"
+             "ster",
+             "Gr\xC3\xB6\xC3\x9F"
+             "er"}};
 }
 
 static std::unique_ptr<MidiLine> fake_open(const MidiAddress& address)
@@ -177,8 +185,10 @@ TEST_F(MidiPorts, NamesFitTheirBufferAndOpenTheirPort)
     BMidiPort port;
     ASSERT_EQ(port.CountDevices(), 4);
     const char* const expected[] = {"Keys: Port 1", "Keys: Port 1 2",
-                                    "My synthesizer in \xC3\xB6""ster: Gr\xC3\xB6",
-                                    "My synthesizer in \xC3\xB6""ster: Gr 2"};
+                                    "My synthesizer in \xC3\xB6"
+                                    "ster: Gr\xC3\xB6",
+                                    "My synthesizer in \xC3\xB6"
+                                    "ster: Gr 2"};
     const int clients[] = {20, 24, -1, 32};
     for (int i = 0; i < 4; i++) {
         char name[B_OS_NAME_LENGTH];
@@ -219,9 +229,21 @@ TEST_F(MidiPorts, MessagesLeaveAsBytesAndNonsenseDoesNot)
     midi.SystemCommon(B_SONG_POSITION, 1, 2);
     midi.SystemCommon(B_TUNE_REQUEST, 0, 0);
     midi.SystemRealTime(B_START);
-    const std::string expected("\x90\x3C\x64" "\x8F\x3C\x00" "\xA1\x01\x02" "\xB0\x07\x7F"
-                               "\xC2\x06" "\xD0\x05" "\xE0\x00\x40" "\xF0" "abc" "\xF7" "\xF2\x01\x02" "\xF6"
-                               "\xFA", 29);
+    const std::string expected(
+        "\x90\x3C\x64"
+        "\x8F\x3C\x00"
+        "\xA1\x01\x02"
+        "\xB0\x07\x7F"
+        "\xC2\x06"
+        "\xD0\x05"
+        "\xE0\x00\x40"
+        "\xF0"
+        "abc"
+        "\xF7"
+        "\xF2\x01\x02"
+        "\xF6"
+        "\xFA",
+        29);
     EXPECT_EQ(sHost.sent, expected);
     char no_data[] = "\x80";
     midi.NoteOn(0, 60, 100);
@@ -242,7 +264,9 @@ TEST_F(MidiPorts, BytesComeInAsMessagesUntilStopped)
     Listener listener;
     port.Connect(&listener);
     feed("\x91\x3C\x64");
-    feed("\xF0" "ab");
+    feed(
+        "\xF0"
+        "ab");
     feed("\xF8");  // between the pieces of the long one
     feed("cd\xF7");
     feed("\xC0\x05");

@@ -11,10 +11,7 @@ namespace {
 
 // A banded clip with a hole.
 struct HoledClip {
-    explicit HoledClip(Board& board)
-    {
-        target = {&board.surface, rects, 4, {4, 5, 90, 75}};
-    }
+    explicit HoledClip(Board& board) { target = {&board.surface, rects, 4, {4, 5, 90, 75}}; }
     bool Contains(int x, int y) const
     {
         for (const clipping_rect& rect : rects) {

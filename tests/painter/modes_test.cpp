@@ -14,7 +14,9 @@ namespace {
 
 struct Pixel {
     explicit Pixel(uint32 value)
-        : part{int(value & 255), int(value >> 8 & 255), int(value >> 16 & 255), int(value >> 24)} {}
+        : part{int(value & 255), int(value >> 8 & 255), int(value >> 16 & 255), int(value >> 24)}
+    {
+    }
     uint32 Value() const
     {
         return uint32(part[0]) | uint32(part[1]) << 8 | uint32(part[2]) << 16 |
@@ -29,10 +31,7 @@ uint32 value_of(rgb_color color)
            color.blue;
 }
 
-bool same_color(uint32 a, uint32 b)
-{
-    return ((a ^ b) & 0xFFFFFF) == 0;
-}
+bool same_color(uint32 a, uint32 b) { return ((a ^ b) & 0xFFFFFF) == 0; }
 
 int mixed(int below, int above, int weight)
 {
@@ -100,8 +99,8 @@ void expect_near(uint32 actual, uint32 expected, const std::string& what)
 {
     const Pixel a(actual), b(expected);
     for (int i = 0; i < 4; i++)
-        ASSERT_NEAR(a.part[i], b.part[i], 1) << what << std::hex << ": " << actual << " instead of "
-                                             << expected;
+        ASSERT_NEAR(a.part[i], b.part[i], 1)
+            << what << std::hex << ": " << actual << " instead of " << expected;
 }
 
 rgb_color any_color(std::mt19937& random)
@@ -134,10 +133,7 @@ bool pattern_bit(const Paint& paint, int x, int y)
     return (paint.pattern.data[row] >> (7 - column) & 1) != 0;
 }
 
-std::string name_of(const Paint& paint)
-{
-    return "mode " + std::to_string(paint.mode);
-}
+std::string name_of(const Paint& paint) { return "mode " + std::to_string(paint.mode); }
 
 // A board whose pixels are now and then the paint's own colours, for B_OP_SELECT.
 void fill_background(Board& board, const Paint& paint, std::mt19937& random)
@@ -229,8 +225,7 @@ TEST(Masks, MixTowardsWhatTheModePaints)
         painted.CopyFrom(before);
         const int left = int(random() % 80) - 30, top = int(random() % 80) - 30;
         FillMask(after.Whole(), paint, coverage.data(), pitch, left, top, width, height);
-        FillRect(painted.Whole(), paint,
-                 BRect(left, top, left + width - 1, top + height - 1));
+        FillRect(painted.Whole(), paint, BRect(left, top, left + width - 1, top + height - 1));
         for (int y = 0; y < Board::kHeight; y++) {
             for (int x = 0; x < Board::kWidth; x++) {
                 const int column = x - left, row = y - top;
@@ -273,8 +268,8 @@ TEST(Gradients, RunFromStopToStop)
 
 namespace {
 
-const color_space kSpaces[] = {B_RGB32,     B_RGBA32,     B_RGB24,     B_RGB16,     B_RGB15,
-                               B_RGBA15,    B_CMAP8,      B_GRAY8,     B_GRAY1,     B_RGB32_BIG,
+const color_space kSpaces[] = {B_RGB32,      B_RGBA32,    B_RGB24,     B_RGB16,     B_RGB15,
+                               B_RGBA15,     B_CMAP8,     B_GRAY8,     B_GRAY1,     B_RGB32_BIG,
                                B_RGBA32_BIG, B_RGB24_BIG, B_RGB16_BIG, B_RGB15_BIG, B_RGBA15_BIG};
 
 }  // namespace
@@ -392,8 +387,8 @@ TEST(Palette, FindsNearestColoursOfFiveBits)
             const rgb_color& c = palette[index];
             const int mean = (red + c.red) / 2;
             const int dr = red - c.red, dg = green - c.green, db = blue - c.blue;
-            const int64 distance = ((512 + mean) * dr * dr >> 8) + 4 * dg * dg +
-                                   ((767 - mean) * db * db >> 8);
+            const int64 distance =
+                ((512 + mean) * dr * dr >> 8) + 4 * dg * dg + ((767 - mean) * db * db >> 8);
             if (distance < least) {
                 least = distance;
                 best = index;

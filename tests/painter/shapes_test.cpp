@@ -44,10 +44,7 @@ struct Clip {
     Target target;
 };
 
-float pen_of(int round)
-{
-    return round % 3 == 2 ? float(2 + round % 7) : 1.0f;
-}
+float pen_of(int round) { return round % 3 == 2 ? float(2 + round % 7) : 1.0f; }
 
 void set_joins(Paint& paint, int round)
 {
@@ -63,8 +60,8 @@ void set_joins(Paint& paint, int round)
 // The angle from an ellipse's point at `start` degrees on to (x, y), 0 to 2 pi.
 double turn_from(double start, double rx, double ry, double x, double y)
 {
-    const double from = std::atan2(ry * std::sin(start * M_PI / 180),
-                                   rx * std::cos(start * M_PI / 180));
+    const double from =
+        std::atan2(ry * std::sin(start * M_PI / 180), rx * std::cos(start * M_PI / 180));
     const double turn = std::atan2(y, x) - from;
     return turn - 2 * M_PI * std::floor(turn / (2 * M_PI));
 }
@@ -286,12 +283,10 @@ TEST(Ellipses, AreSymmetricAndTheOutlineIsTheRim)
                     // A pixel of the area whose four neighbours belong to it is no rim, one with
                     // a missing upper or lower neighbour is.
                     const bool inside = area.At(48 + dx, 41 + dy) != 0;
-                    const bool vertical =
-                        inside && (area.At(48 + dx, 40 + dy) == 0 ||
-                                   area.At(48 + dx, 42 + dy) == 0);
-                    const bool horizontal =
-                        inside && (area.At(47 + dx, 41 + dy) == 0 ||
-                                   area.At(49 + dx, 41 + dy) == 0);
+                    const bool vertical = inside && (area.At(48 + dx, 40 + dy) == 0 ||
+                                                     area.At(48 + dx, 42 + dy) == 0);
+                    const bool horizontal = inside && (area.At(47 + dx, 41 + dy) == 0 ||
+                                                       area.At(49 + dx, 41 + dy) == 0);
                     EXPECT_EQ(pixel != 0, vertical || horizontal)
                         << rx << " x " << ry << " at " << dx << ", " << dy;
                 }
@@ -377,8 +372,8 @@ TEST(Polygons, CoverTheirInsideAndTheirThinOutline)
                         std::swap(a, b);
                     if (y < a.y || y >= b.y)
                         continue;
-                    const int64 side = int64(x - a.x) * int64(b.y - a.y) -
-                                       int64(b.x - a.x) * int64(y - a.y);
+                    const int64 side =
+                        int64(x - a.x) * int64(b.y - a.y) - int64(b.x - a.x) * int64(y - a.y);
                     winding += side > 0 ? direction : 0;
                 }
                 if (round % 2 == 0 ? winding != 0 : (winding & 1) != 0)
@@ -403,11 +398,14 @@ TEST(Polygons, RowsThatNeighboursSayNothingOfAreSortedQuickly)
     const int32 count = int32(points.size());
     FillPolygon(clip.target, ink(), points.data(), count);
     EXPECT_GT(board.Count(kInk), Board::kWidth * 2);
-    StrokePolygon(clip.target, [] {
-        Paint wide = ink();
-        wide.penSize = 3;
-        return wide;
-    }(), points.data(), count / 50, true);
+    StrokePolygon(
+        clip.target,
+        [] {
+            Paint wide = ink();
+            wide.penSize = 3;
+            return wide;
+        }(),
+        points.data(), count / 50, true);
 }
 
 TEST(WidePens, AxisAlignedLinesAndFramesCoverWholeRows)
@@ -426,8 +424,7 @@ TEST(WidePens, AxisAlignedLinesAndFramesCoverWholeRows)
         FillRect(hollow.Whole(), ink(), BRect(from, from, to, to));
         Paint empty;
         empty.high = {0, 0, 0, 0};
-        FillRect(hollow.Whole(), empty,
-                 BRect(from + size, from + size, to - size, to - size));
+        FillRect(hollow.Whole(), empty, BRect(from + size, from + size, to - size, to - size));
         expect_same(frame, hollow, "frame");
     }
 }
@@ -455,8 +452,8 @@ TEST(WidePens, CoverWhatIsNearTheLine)
         for (int y = 0; y < Board::kHeight; y++) {
             for (int x = 0; x < Board::kWidth; x++) {
                 const BPoint p(x, y);
-                const float near = std::min(distance(p, points[0], points[1]),
-                                            distance(p, points[1], points[2]));
+                const float near =
+                    std::min(distance(p, points[0], points[1]), distance(p, points[1], points[2]));
                 if (std::abs(near - paint.penSize / 2) > 0.25f) {
                     EXPECT_EQ(board.At(x, y) == kInk, near < paint.penSize / 2) << x << ", " << y;
                 }

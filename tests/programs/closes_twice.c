@@ -5,7 +5,7 @@
 
 void ProgramMain(void)
 {
-    void **registry = Open_Sys(0);
+    void** registry = Open_Sys(0);
     int32_t window = OpenWindow(100, 100, 200, 100);
     SetDefaultGfx(window);
     Close_Sys(registry);

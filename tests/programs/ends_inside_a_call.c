@@ -14,7 +14,7 @@ void ProgramMain(void)
 {
     Open_Sys(0);
     int32_t window = OpenWindow(100, 100, 300, 200);
-    SetHandlerForWindow(window, PLINTH_KEY, (void *)on_key);
+    SetHandlerForWindow(window, PLINTH_KEY, (void*)on_key);
     inject_window_activate(110, 110);
     for (uint32_t i = 0;; i++) {
         SetForeColor(window, i << 8 | 255, 0xFFFFFFFF);

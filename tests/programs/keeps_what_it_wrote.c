@@ -15,10 +15,10 @@ static void on_key(int32_t key, int32_t modifiers)
     End();
 }
 
-static void write_and_quit(const char *path)
+static void write_and_quit(const char* path)
 {
     int32_t window = OpenWindow(100, 100, 300, 200);
-    SetHandlerForWindow(window, PLINTH_KEY, (void *)on_key);
+    SetHandlerForWindow(window, PLINTH_KEY, (void*)on_key);
     inject_window_activate(110, 110);
     int32_t channel = OpenFile(path, 1);
     WriteFile(channel, "kept");

@@ -21,7 +21,7 @@ void ProgramMain(void)
     Open_Sys(0);
     OpenWindow(20, 100, 150, 100);
     int32_t window = OpenWindow(300, 100, 150, 100);
-    SetHandlerForWindow(window, PLINTH_CLOSE_REQUESTED, (void *)refuse_once);
+    SetHandlerForWindow(window, PLINTH_CLOSE_REQUESTED, (void*)refuse_once);
     inject_window_close(30, 110);
     inject_window_close(310, 110);
 }

@@ -13,7 +13,7 @@ static void expect(int holds)
 
 void ProgramMain(void)
 {
-    void **first = Open_Sys(1);
+    void** first = Open_Sys(1);
     int32_t old = OpenWindow(10, 10, 100, 100);
     FRectangle(old, 0, 0, 5, 5);
     Open_Sys(1);

@@ -14,7 +14,7 @@ static void check(void)
 void ProgramMain(void)
 {
     atexit(check);
-    void **table = Open_Sys(200);
+    void** table = Open_Sys(200);
     End();
     Close_Sys(NULL);
     Close_Sys(table);

@@ -2,7 +2,4 @@
 
 #include <plinth.h>
 
-void ProgramMain(void)
-{
-    Open_Sys(0);
-}
+void ProgramMain(void) { Open_Sys(0); }

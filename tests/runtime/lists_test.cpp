@@ -28,7 +28,7 @@ TEST(SystemList, UnknownKindEmptiesItAndNothingIsOutsideIt)
     EXPECT_EQ(0, CountList());
     GetList(PLINTH_LIST_FONTS);
     ASSERT_GT(CountList(), 0);
-    for (const int32_t outside : { -1, CountList(), INT32_MIN, INT32_MAX })
+    for (const int32_t outside : {-1, CountList(), INT32_MIN, INT32_MAX})
         EXPECT_STREQ("", GetInfoList(outside));
     GetList(8);
     EXPECT_EQ(0, CountList());
@@ -68,8 +68,8 @@ TEST(SystemList, FontsAndVolumesAreThoseOfTheSystem)
 
 TEST(SystemList, DeviceListsHoldNamesOnly)
 {
-    for (const uint32_t kind : { PLINTH_LIST_JOYSTICKS, PLINTH_LIST_SERIAL_PORTS,
-                                 PLINTH_LIST_MIDI_PORTS }) {
+    for (const uint32_t kind :
+         {PLINTH_LIST_JOYSTICKS, PLINTH_LIST_SERIAL_PORTS, PLINTH_LIST_MIDI_PORTS}) {
         GetList(kind);
         for (const std::string& name : names()) {
             EXPECT_FALSE(name.empty());
@@ -83,13 +83,13 @@ TEST(SystemList, RecentItemsAreTheDesktopsNewestFirst)
     DesktopFolder folder;
     const std::string first = folder.Put("/first.txt", "text");
     const std::string second = folder.Put("/second.txt", "text");
-    for (const std::string& path : { first, second })
+    for (const std::string& path : {first, second})
         AddRecentDocument(path.c_str());
     AddRecentFolder(folder.Path().c_str());
     GetList(PLINTH_LIST_RECENT_DOCUMENTS);
-    EXPECT_EQ((Texts{ second, first }), names());
+    EXPECT_EQ((Texts{second, first}), names());
     GetList(PLINTH_LIST_RECENT_FOLDERS);
-    EXPECT_EQ(Texts{ folder.Path() }, names());
+    EXPECT_EQ(Texts{folder.Path()}, names());
     GetList(PLINTH_LIST_RECENT_APPS);
     EXPECT_EQ(0, CountList());
 
@@ -101,7 +101,7 @@ TEST(SystemList, RecentItemsAreTheDesktopsNewestFirst)
     std::filesystem::create_symlink(first, folder.At("/link"));
     AddRecentDocument(folder.At("/link").c_str());
     GetList(PLINTH_LIST_RECENT_DOCUMENTS);
-    EXPECT_EQ((Texts{ first, second, first }), names()) << "links are followed";
+    EXPECT_EQ((Texts{first, second, first}), names()) << "links are followed";
 }
 
 TEST(SystemList, RecentItemsAccumulateKept)
@@ -112,7 +112,7 @@ TEST(SystemList, RecentItemsAccumulateKept)
     GetRecentFolder();
     GetRecentFolder();
     GetRecentDocument();
-    EXPECT_EQ((Texts{ folder.Path(), folder.Path() }), names());
+    EXPECT_EQ((Texts{folder.Path(), folder.Path()}), names());
 }
 
 TEST(SystemList, AtMostSixtyFourRecentItems)

@@ -28,10 +28,24 @@ static std::string printed(double x)
 
 TEST(Print, KeptCutAtTheFirstZeroBehindThePoint)
 {
-    struct { double x; const char* text; } cases[] = {
-        { 0, "0" }, { -0.0, "-0" }, { 3.5, "3.5" }, { 1.05, "1" }, { -2, "-2" }, { 100, "100" },
-        { 3.14, "3.14" }, { 3.105, "3.1" }, { 2.5, "2.5" }, { 0.123456, "0.123456" },
-        { 1e-9, "0" }, { kInfinity, "inf" }, { -kInfinity, "-inf" }, { kNaN, "nan" },
+    struct {
+        double x;
+        const char* text;
+    } cases[] = {
+        {0, "0"},
+        {-0.0, "-0"},
+        {3.5, "3.5"},
+        {1.05, "1"},
+        {-2, "-2"},
+        {100, "100"},
+        {3.14, "3.14"},
+        {3.105, "3.1"},
+        {2.5, "2.5"},
+        {0.123456, "0.123456"},
+        {1e-9, "0"},
+        {kInfinity, "inf"},
+        {-kInfinity, "-inf"},
+        {kNaN, "nan"},
     };
     for (auto& c : cases)
         EXPECT_EQ(printed(c.x), c.text);
@@ -72,7 +86,7 @@ TEST(Numbers, FloorsAreKeptInSinglePrecision)
 TEST(Numbers, RandomNumbersStayInTheirRange)
 {
     for (int i = 0; i < 200; i++) {
-        for (int32_t n : { 6, -6, 1, -1, INT32_MAX, INT32_MIN }) {
+        for (int32_t n : {6, -6, 1, -1, INT32_MAX, INT32_MIN}) {
             double x = Rnd(n);
             EXPECT_EQ(x, std::floor(x));
             EXPECT_GE(x, 0);
@@ -85,8 +99,8 @@ TEST(Numbers, RandomNumbersStayInTheirRange)
 
 TEST(Sort, KeptWithoutEffect)
 {
-    const double array[] = { 3, 1, 2, -5 };
-    for (uint32_t type : { 0u, 1u, 2u, 3u, 4u, 5u, UINT32_MAX }) {
+    const double array[] = {3, 1, 2, -5};
+    for (uint32_t type : {0u, 1u, 2u, 3u, 4u, 5u, UINT32_MAX}) {
         double copy[4];
         memcpy(copy, array, sizeof(array));
         Sort(copy, type);
@@ -118,17 +132,41 @@ TEST(Conversions, NumbersToText)
 
 TEST(Conversions, FormatHonoursOneFloatingConversion)
 {
-    struct { const char* format; double x; const char* text; } cases[] = {
-        { "%.2f", 2.345, "2.35" }, { "%.2f", 2.125, "2.12" }, { "%f", 1, "1.000000" },
-        { "<%8.3e>", 12345, "<1.234e+04>" }, { "%-8g|", 2.5, "2.5     |" },
-        { "%+08.1f", 3.14, "+00003.1" }, { "%.0f%%", 50, "50%" }, { "%lf", 1, "1.000000" },
-        { "%a", 1, "0x1p+0" }, { "%G", 1e-10, "1E-10" }, { "%#.0f", 3, "3." },
-        { "%s", 1, "%s" }, { "%n", 1, "%n" }, { "%d", 1, "%d" }, { "%f %f", 1, "%f %f" },
-        { "%*f", 1, "%*f" }, { "%1$f", 1, "%1$f" }, { "%Lf", 1, "%Lf" }, { "abc", 1, "abc" },
-        { "100%", 1, "100%" }, { "%.2f %", 1, "%.2f %" }, { "%.2f %s", 1, "%.2f %s" },
-        { "%%", 1, "%%" },
-        { "", 1, "" }, { nullptr, 1, "" }, { "%.2f", kNaN, "nan" }, { "%F", -kInfinity, "-INF" },
-        { "%hf", 1, "%hf" }, { "%   f", 1, " 1.000000" }, { "%-----5.1f|", 1, "1.0  |" },
+    struct {
+        const char* format;
+        double x;
+        const char* text;
+    } cases[] = {
+        {"%.2f", 2.345, "2.35"},
+        {"%.2f", 2.125, "2.12"},
+        {"%f", 1, "1.000000"},
+        {"<%8.3e>", 12345, "<1.234e+04>"},
+        {"%-8g|", 2.5, "2.5     |"},
+        {"%+08.1f", 3.14, "+00003.1"},
+        {"%.0f%%", 50, "50%"},
+        {"%lf", 1, "1.000000"},
+        {"%a", 1, "0x1p+0"},
+        {"%G", 1e-10, "1E-10"},
+        {"%#.0f", 3, "3."},
+        {"%s", 1, "%s"},
+        {"%n", 1, "%n"},
+        {"%d", 1, "%d"},
+        {"%f %f", 1, "%f %f"},
+        {"%*f", 1, "%*f"},
+        {"%1$f", 1, "%1$f"},
+        {"%Lf", 1, "%Lf"},
+        {"abc", 1, "abc"},
+        {"100%", 1, "100%"},
+        {"%.2f %", 1, "%.2f %"},
+        {"%.2f %s", 1, "%.2f %s"},
+        {"%%", 1, "%%"},
+        {"", 1, ""},
+        {nullptr, 1, ""},
+        {"%.2f", kNaN, "nan"},
+        {"%F", -kInfinity, "-INF"},
+        {"%hf", 1, "%hf"},
+        {"%   f", 1, " 1.000000"},
+        {"%-----5.1f|", 1, "1.0  |"},
     };
     for (auto& c : cases)
         EXPECT_STREQ(Format(c.x, c.format), c.text) << c.format;
@@ -137,12 +175,13 @@ TEST(Conversions, FormatHonoursOneFloatingConversion)
 // What a huge width or precision leaves of a result is its first 256 characters.
 TEST(Conversions, FormatCutsAt256Characters)
 {
-    const char* const numbers[] = { "%300.2f", "%-300.2f", "%0300.2f", "%.300f", "%.3000f",
-        "%5000.4000f", "%4100.4000f", "%-4100.4000e", "%#3000.2500g", "%3000.2500g", "%3000.2500a",
-        "%99999.1f", "%.2200g|", "%2300.2200f|", "%260.5e", "%20.3000e|" };
+    const char* const numbers[] = {"%300.2f",      "%-300.2f",     "%0300.2f",    "%.300f",
+                                   "%.3000f",      "%5000.4000f",  "%4100.4000f", "%-4100.4000e",
+                                   "%#3000.2500g", "%3000.2500g",  "%3000.2500a", "%99999.1f",
+                                   "%.2200g|",     "%2300.2200f|", "%260.5e",     "%20.3000e|"};
     std::vector<char> whole(200000);
     for (const char* format : numbers) {
-        for (double x : { 1.5, -2e300, 1e-300, 0.1, -kInfinity, kNaN }) {
+        for (double x : {1.5, -2e300, 1e-300, 0.1, -kInfinity, kNaN}) {
             snprintf(whole.data(), whole.size(), format, x);
             EXPECT_EQ(Format(x, format), std::string(whole.data()).substr(0, 256)) << format;
         }
@@ -151,20 +190,48 @@ TEST(Conversions, FormatCutsAt256Characters)
     EXPECT_EQ(Format(1, "%99999999999999999999f"), std::string(256, ' '));
     EXPECT_EQ(Format(1, "%.99999999999f"), "1." + std::string(254, '0'));
     EXPECT_EQ(Format(1, ("%f" + std::string(1000, 'x')).c_str()),
-        "1.000000" + std::string(248, 'x'));
+              "1.000000" + std::string(248, 'x'));
     EXPECT_EQ(Format(1, (std::string(1000, 'x') + "%f").c_str()), std::string(256, 'x'));
 }
 
 TEST(Conversions, TextToNumbers)
 {
-    struct { const char* s; double x; } cases[] = {
-        { "1.25", 1.25 }, { "1,25", 1 }, { "  \t\n-3", -3 }, { "+4", 4 }, { "+-4", 0 }, { "", 0 },
-        { "abc", 0 }, { nullptr, 0 }, { "1e3xyz", 1000 }, { "1e", 1 }, { "1e+", 1 }, { ".5", 0.5 },
-        { "5.", 5 }, { ".", 0 }, { "0x10", 16 }, { "-0x1p4", -16 }, { "inf", kInfinity },
-        { "-infinity", -kInfinity }, { "1e400", kInfinity }, { "-1e400", -kInfinity },
-        { "1e-400", 0 }, { "4.9e-324", 4.9e-324 }, { "1..2", 1 }, { "1-2", 1 }, { "0x", 0 },
-        { "1e5e5", 1e5 }, { "1.5d3", 1.5 }, { "\v\f\r7", 7 }, { "\xa0" "7", 0 },
-        { "123456789012345678901234567890", 123456789012345678901234567890. },
+    struct {
+        const char* s;
+        double x;
+    } cases[] = {
+        {"1.25", 1.25},
+        {"1,25", 1},
+        {"  \t\n-3", -3},
+        {"+4", 4},
+        {"+-4", 0},
+        {"", 0},
+        {"abc", 0},
+        {nullptr, 0},
+        {"1e3xyz", 1000},
+        {"1e", 1},
+        {"1e+", 1},
+        {".5", 0.5},
+        {"5.", 5},
+        {".", 0},
+        {"0x10", 16},
+        {"-0x1p4", -16},
+        {"inf", kInfinity},
+        {"-infinity", -kInfinity},
+        {"1e400", kInfinity},
+        {"-1e400", -kInfinity},
+        {"1e-400", 0},
+        {"4.9e-324", 4.9e-324},
+        {"1..2", 1},
+        {"1-2", 1},
+        {"0x", 0},
+        {"1e5e5", 1e5},
+        {"1.5d3", 1.5},
+        {"\v\f\r7", 7},
+        {"\xa0"
+         "7",
+         0},
+        {"123456789012345678901234567890", 123456789012345678901234567890.},
     };
     for (auto& c : cases)
         EXPECT_EQ(Val(c.s), c.x) << (c.s ? c.s : "null");
@@ -188,12 +255,12 @@ TEST(Conversions, TextToNumbers)
 // Sets a locale with a decimal comma, if need be one compiled for the occasion.
 static bool set_comma_locale(const std::filesystem::path& folder)
 {
-    for (const char* name : { "de_DE.UTF-8", "de_DE", "fr_FR.UTF-8" }) {
+    for (const char* name : {"de_DE.UTF-8", "de_DE", "fr_FR.UTF-8"}) {
         if (setlocale(LC_ALL, name) != nullptr)
             return true;
     }
-    const std::string command
-        = "localedef -i de_DE -f UTF-8 '" + (folder / "de_DE.UTF-8").string() + "' >&2";
+    const std::string command =
+        "localedef -i de_DE -f UTF-8 '" + (folder / "de_DE.UTF-8").string() + "' >&2";
     if (system(command.c_str()) != 0)
         return false;
     setenv("LOCPATH", folder.c_str(), 1);

@@ -57,7 +57,7 @@ public:
             copy += static_cast<char>(Byte(text, i));
         return copy;
     }
-    std::string TextAt(size_t at) const { return Text({ true, at, nullptr }); }
+    std::string TextAt(size_t at) const { return Text({true, at, nullptr}); }
 
     void Put(int64_t at, char c)
     {
@@ -130,7 +130,7 @@ public:
             return 0;
         for (int64_t i = 1; i <= positions; i++) {
             size_t piece = Mid(s, i, find_length);
-            if (AreEqual({ true, piece, nullptr }, find))
+            if (AreEqual({true, piece, nullptr}, find))
                 return i;
         }
         return 0;
@@ -259,7 +259,7 @@ public:
         const bool has_ring = find.in_ring || repl.in_ring;
         std::string earlier;
         for (int steps = 1; steps <= 100000; steps++) {
-            Place text = { false, 0, work.c_str() };
+            Place text = {false, 0, work.c_str()};
             int64_t k = Search(text, work.size(), find);
             if (k == 0)
                 break;
@@ -313,9 +313,9 @@ protected:
 
     std::string RandomText()
     {
-        static const unsigned kLengths[] = { 0, 1, 2, 3, 7, 8, 9, 16, 40, 200, 255, 256, 257, 258,
-            259, 300, 514, 515, 600, 1025 };
-        static const char* const kAlphabets[] = { "ab", "a", " a", " ", "abc .", "aA\xe4\xff,1" };
+        static const unsigned kLengths[] = {0,   1,   2,   3,   7,   8,   9,   16,  40,  200,
+                                            255, 256, 257, 258, 259, 300, 514, 515, 600, 1025};
+        static const char* const kAlphabets[] = {"ab", "a", " a", " ", "abc .", "aA\xe4\xff,1"};
         unsigned length = Random(9) == 0 ? kLengths[Random(std::size(kLengths))] : Random(24);
         const char* alphabet = kAlphabets[Random(std::size(kAlphabets))];
         std::string text;
@@ -328,8 +328,9 @@ protected:
 
     int32_t RandomCount()
     {
-        static const int32_t kCounts[] = { INT32_MIN, -258, -257, -100, -2, -1, 0, 1, 254, 255, 256,
-            257, 258, 512, 513, 514, 770, 1023, 1025, 4000, 4369, 100000, INT32_MAX };
+        static const int32_t kCounts[] = {INT32_MIN, -258, -257, -100, -2,   -1,     0,        1,
+                                          254,       255,  256,  257,  258,  512,    513,      514,
+                                          770,       1023, 1025, 4000, 4369, 100000, INT32_MAX};
         return Random(3) == 0 ? kCounts[Random(std::size(kCounts))] : Random(30);
     }
 
@@ -358,7 +359,7 @@ protected:
             return RandomPlace();
         size_t start = Random(whole.size());
         if (text.in_ring && Random(3) == 0)
-            return { true, text.at + start, nullptr };
+            return {true, text.at + start, nullptr};
         size_t length = Random(8) == 0 ? Random(700) : Random(6);
         fPattern = whole.substr(start, length);
         Place place;
@@ -377,7 +378,7 @@ protected:
     char* fBase;
     std::vector<std::string> fTexts;
     std::string fPattern;
-    std::mt19937 fRandom { 20011 };
+    std::mt19937 fRandom{20011};
     unsigned fCall = 0;
 };
 
@@ -391,10 +392,13 @@ bool RingModel::Step()
     double x = (static_cast<int32_t>(fRandom()) >> Random(32)) / 1000.0;
     fCall = Random(23);
     switch (fCall) {
-        case 0: return Same(Left(text, n), fModel.Left(s, n));
-        case 1: return Same(Right(text, n), fModel.Right(s, n));
+        case 0:
+            return Same(Left(text, n), fModel.Left(s, n));
+        case 1:
+            return Same(Right(text, n), fModel.Right(s, n));
         case 2:
-        case 3: return Same(Mid(text, n, count), fModel.Mid(s, n, count));
+        case 3:
+            return Same(Mid(text, n, count), fModel.Mid(s, n, count));
         case 4: {
             auto length = static_cast<int32_t>(fModel.Length(s));
             return Same(MidStr(text, n), fModel.Mid(s, n, length));
@@ -406,15 +410,24 @@ bool RingModel::Step()
             int32_t offset = Random(3) == 0 ? n : 0;
             return Instr(offset, text, Library(find)) == fModel.Instr(offset, s, find);
         }
-        case 8: return Same(Space(n), fModel.Space(n));
-        case 9: return Same(String(n, text), fModel.String(n, s));
-        case 10: return Same(Chr(n), fModel.Chr(n));
-        case 11: return Same(Lcase(text), fModel.Case(s, tolower));
-        case 12: return Same(Ucase(text), fModel.Case(s, toupper));
-        case 13: return Same(TitleCase(text), fModel.TitleCase(s));
-        case 14: return Same(Ltrim(text), fModel.Ltrim(s));
-        case 15: return Same(Rtrim(text), fModel.Rtrim(s));
-        case 16: return Same(Trim(text), fModel.Trim(s));
+        case 8:
+            return Same(Space(n), fModel.Space(n));
+        case 9:
+            return Same(String(n, text), fModel.String(n, s));
+        case 10:
+            return Same(Chr(n), fModel.Chr(n));
+        case 11:
+            return Same(Lcase(text), fModel.Case(s, tolower));
+        case 12:
+            return Same(Ucase(text), fModel.Case(s, toupper));
+        case 13:
+            return Same(TitleCase(text), fModel.TitleCase(s));
+        case 14:
+            return Same(Ltrim(text), fModel.Ltrim(s));
+        case 15:
+            return Same(Rtrim(text), fModel.Rtrim(s));
+        case 16:
+            return Same(Trim(text), fModel.Trim(s));
         case 17: {
             Place sep = RandomPattern(s);
             return Same(Extract(text, Library(sep)), fModel.Extract(s, sep));
@@ -423,14 +436,15 @@ bool RingModel::Step()
         case 19: {
             Place find = RandomPattern(s);
             Place repl = RandomPlace();
-            return Same(Replace(text, Library(find), Library(repl)),
-                fModel.Replace(s, find, repl));
+            return Same(Replace(text, Library(find), Library(repl)), fModel.Replace(s, find, repl));
         }
-        case 20: return Same(Str(x), fModel.Formatted("%g", x));
-        case 21: return Same(Format(x, "<%9.3f>"), fModel.Formatted("<%9.3f>", x));
+        case 20:
+            return Same(Str(x), fModel.Formatted("%g", x));
+        case 21:
+            return Same(Format(x, "<%9.3f>"), fModel.Formatted("<%9.3f>", x));
         default:
-            return Len(text) == static_cast<int32_t>(fModel.Length(s))
-                && Chr2(text) == static_cast<signed char>(fModel.Byte(s, 0));
+            return Len(text) == static_cast<int32_t>(fModel.Length(s)) &&
+                   Chr2(text) == static_cast<signed char>(fModel.Byte(s, 0));
     }
 }
 

@@ -11,10 +11,12 @@
 
 static const size_t kSlotSize = 257;
 
-static const int32_t kCounts[] = { INT32_MIN, INT32_MIN + 1, -1000000, -258, -257, -2, -1, 0, 1, 2,
-    15, 16, 255, 256, 257, 258, 513, 514, 1023, 1024, 1025, 4368, 4369, 1000000, INT32_MAX };
+static const int32_t kCounts[] = {
+    INT32_MIN, INT32_MIN + 1, -1000000, -258, -257, -2,  -1,  0,    1,    2,    15,
+    16,        255,           256,      257,  258,  513, 514, 1023, 1024, 1025, 4368,
+    4369,      1000000,       INT32_MAX};
 
-static const int kLengths[] = { 0, 1, 255, 256, 257, 258, 1023, 1024, 1025, 1000000 };
+static const int kLengths[] = {0, 1, 255, 256, 257, 258, 1023, 1024, 1025, 1000000};
 
 // Fills the slot that the next call gets with a known text.
 static void soil_next_slot(const char* text)
@@ -27,7 +29,7 @@ static void soil_next_slot(const char* text)
 TEST(Ring, HandsOutSixteenSlotsInTurn)
 {
     char* first = Chr('a');
-    char* slots[16] = { first };
+    char* slots[16] = {first};
     for (int i = 1; i < 16; i++)
         slots[i] = Chr('b');
     EXPECT_EQ(Chr('c'), first);
@@ -38,7 +40,8 @@ TEST(Ring, HandsOutSixteenSlotsInTurn)
         wraps += step < 0;
     }
     EXPECT_LE(wraps, 1);
-    EXPECT_EQ(slots[15] + 257, slots[0]) << "not slot 1 first";  // each test is a process of its own
+    EXPECT_EQ(slots[15] + 257, slots[0])
+        << "not slot 1 first";  // each test is a process of its own
 }
 
 TEST(Strings, LeftKeptWithoutTerminator)
@@ -64,11 +67,15 @@ TEST(Strings, RightKeptWithoutTerminator)
 
 TEST(Strings, MidTakesPartsAndTwoSlots)
 {
-    struct { const char* s; int32_t start, count; const char* result; } cases[] = {
-        { "hello", 2, 3, "ell" }, { "hello", 0, 2, "he" }, { "hello", 6, 1, "" },
-        { "hello", -1, 2, "" }, { "hello", 5, -1, "o" }, { "hello", 1, 0, "" },
-        { "hello", INT32_MIN, 2, "" }, { "hello", INT32_MAX, 2, "" }, { "", 0, 5, "" },
-        { "hello", 4, INT32_MAX, "lo" }, { nullptr, 1, 5, "" },
+    struct {
+        const char* s;
+        int32_t start, count;
+        const char* result;
+    } cases[] = {
+        {"hello", 2, 3, "ell"},        {"hello", 0, 2, "he"},       {"hello", 6, 1, ""},
+        {"hello", -1, 2, ""},          {"hello", 5, -1, "o"},       {"hello", 1, 0, ""},
+        {"hello", INT32_MIN, 2, ""},   {"hello", INT32_MAX, 2, ""}, {"", 0, 5, ""},
+        {"hello", 4, INT32_MAX, "lo"}, {nullptr, 1, 5, ""},
     };
     for (auto& c : cases)
         EXPECT_STREQ(Mid(c.s, c.start, c.count), c.result) << c.start << ' ' << c.count;
@@ -84,12 +91,16 @@ TEST(Strings, MidTakesPartsAndTwoSlots)
 
 TEST(Strings, InstrCountsFromTheOffset)
 {
-    struct { int32_t offset; const char *s, *find; int32_t result; } cases[] = {
-        { 0, "hello", "l", 3 }, { 2, "hello", "l", 1 }, { 0, "ab", "abc", 0 }, { 0, "", "", 0 },
-        { 0, "abc", "", 1 }, { 3, "abc", "", 1 }, { 0, "abc", "c", 3 }, { 1, "abc", "abc", 0 },
-        { -1, "abc", "a", 0 }, { 4, "abc", "a", 0 }, { INT32_MIN, "abc", "a", 0 },
-        { INT32_MAX, "abc", "a", 0 }, { 0, nullptr, "a", 0 }, { 0, "abc", nullptr, 1 },
-        { 0, "aaaaaaaaab", "aaab", 7 },
+    struct {
+        int32_t offset;
+        const char *s, *find;
+        int32_t result;
+    } cases[] = {
+        {0, "hello", "l", 3}, {2, "hello", "l", 1},       {0, "ab", "abc", 0},
+        {0, "", "", 0},       {0, "abc", "", 1},          {3, "abc", "", 1},
+        {0, "abc", "c", 3},   {1, "abc", "abc", 0},       {-1, "abc", "a", 0},
+        {4, "abc", "a", 0},   {INT32_MIN, "abc", "a", 0}, {INT32_MAX, "abc", "a", 0},
+        {0, nullptr, "a", 0}, {0, "abc", nullptr, 1},     {0, "aaaaaaaaab", "aaab", 7},
     };
     for (auto& c : cases)
         EXPECT_EQ(Instr(c.offset, c.s, c.find), c.result) << c.offset;
@@ -133,7 +144,7 @@ TEST(Strings, ReplaceComesToAnEnd)
     EXPECT_STREQ(Replace("a", "a", "xa"), std::string(256, 'x').c_str());
     const std::string turning = std::string(128, 'a') + std::string(128, 'b');
     EXPECT_STREQ(Replace(turning.c_str(), "ab", "ba"),
-        (std::string(128, 'b') + std::string(128, 'a')).c_str());
+                 (std::string(128, 'b') + std::string(128, 'a')).c_str());
 }
 
 TEST(Strings, RepeatsAndCases)
@@ -180,9 +191,9 @@ TEST(Strings, TakeAnyLengthAndCount)
     for (int length : kLengths) {
         const std::string text(length, ' ');
         const std::string letters = std::string(length / 2, ' ') + std::string(length / 2, 'a');
-        for (const char* s : { text.c_str(), letters.c_str(), static_cast<const char*>(nullptr) }) {
+        for (const char* s : {text.c_str(), letters.c_str(), static_cast<const char*>(nullptr)}) {
             const bool is_long = length > 2000;
-            for (int32_t n : is_long ? std::vector<int32_t> { INT32_MIN, 1, INT32_MAX } : counts) {
+            for (int32_t n : is_long ? std::vector<int32_t>{INT32_MIN, 1, INT32_MAX} : counts) {
                 Left(s, n);
                 Right(s, n);
                 Space(n);

@@ -30,7 +30,7 @@ static int32_t run(const std::string& path, const Texts& words)
 TEST(Tasks, RunProgPassesUpToThirtyThreeArgumentsAsTheyAre)
 {
     TempFolder folder;
-    Texts words = { folder.At("/report"), "two words", "\"quoted\"", "$HOME", "*", "\xE9\x01\n" };
+    Texts words = {folder.At("/report"), "two words", "\"quoted\"", "$HOME", "*", "\xE9\x01\n"};
     words[5] = "\xE9";
     while (words.size() < 40)
         words.push_back(std::to_string(words.size()));
@@ -43,9 +43,9 @@ TEST(Tasks, RunProgPassesUpToThirtyThreeArgumentsAsTheyAre)
 TEST(Tasks, EmptyStringEndsTheArgumentsAndNullMeansNone)
 {
     TempFolder folder;
-    const Texts words = { folder.At("/report"), "x", "", "y" };
+    const Texts words = {folder.At("/report"), "x", "", "y"};
     EXPECT_GE(run(probe_path(), words), 1);
-    EXPECT_EQ((Texts{ words[0], "x" }), told(probe_report(words[0]), "arg"));
+    EXPECT_EQ((Texts{words[0], "x"}), told(probe_report(words[0]), "arg"));
     const int32_t program = RunProg(probe_path().c_str(), nullptr);
     ASSERT_GE(program, 1);
     status_t status = -1;
@@ -58,11 +58,11 @@ TEST(Tasks, RunProgTakesASignatureWhereNoProgramIs)
     DesktopFolder folder;
     folder.PutEntry(folder.UserEntry("probe.desktop"), "probe",
                     "X-BeOS-Signature=application/x-vnd.Test-Probe\n", probe_path());
-    const int32_t team = run("application/x-vnd.Test-Probe", { folder.At("/report"), "a b", "" });
+    const int32_t team = run("application/x-vnd.Test-Probe", {folder.At("/report"), "a b", ""});
     ASSERT_GE(team, 1);
     const Texts report = probe_report(folder.At("/report"));
-    EXPECT_EQ((Texts{ folder.At("/report"), "a b" }), told(report, "arg"));
-    EXPECT_EQ(Texts{ std::to_string(team) }, told(report, "pid"));
+    EXPECT_EQ((Texts{folder.At("/report"), "a b"}), told(report, "arg"));
+    EXPECT_EQ(Texts{std::to_string(team)}, told(report, "pid"));
 }
 
 TEST(Tasks, WhatIsNoProgramIsNotRun)
@@ -73,25 +73,24 @@ TEST(Tasks, WhatIsNoProgramIsNotRun)
     chmod(script.c_str(), 0755);
     symlink("nowhere", folder.At("/dangling").c_str());
     EXPECT_EQ(0, RunProg(nullptr, nullptr));
-    for (const std::string& path : { std::string(), folder.Path(), text, script,
-                                     folder.At("/missing"), folder.At("/dangling"),
-                                     std::string("application/x-vnd.None"),
-                                     std::string(100000, 'x') })
-        EXPECT_EQ(0, run(path, { "argument" })) << path.substr(0, 80);
+    for (const std::string& path :
+         {std::string(), folder.Path(), text, script, folder.At("/missing"), folder.At("/dangling"),
+          std::string("application/x-vnd.None"), std::string(100000, 'x')})
+        EXPECT_EQ(0, run(path, {"argument"})) << path.substr(0, 80);
 }
 
 TEST(Tasks, KillTaskEndsARunningProgramAndAnswersZero)
 {
     TempFolder folder;
     setenv("PROBE_STAYS", "1", 1);
-    const int32_t program = run(probe_path(), { folder.At("/report") });
+    const int32_t program = run(probe_path(), {folder.At("/report")});
     ASSERT_GE(program, 1);
     EXPECT_FALSE(probe_report(folder.At("/report")).empty());
     EXPECT_EQ(0, KillTask(program));
     status_t status = 0;
     EXPECT_EQ(B_INTERRUPTED, wait_for_thread(program, &status));
     EXPECT_EQ(B_BAD_THREAD_ID, KillTask(program));
-    for (const int32_t none : { 0, -1, INT32_MIN, INT32_MAX })
+    for (const int32_t none : {0, -1, INT32_MIN, INT32_MAX})
         EXPECT_EQ(B_BAD_THREAD_ID, KillTask(none));
 }
 
@@ -111,7 +110,7 @@ TEST(Tasks, KillTaskSuspendsTheThreadAndKillsItsTeam)
     own = spawn_thread([](void*) -> status_t { return snooze(60'000'000); }, "victim", 10, nullptr);
     resume_thread(own);
     EXPECT_EQ(0, KillTask(own));
-    EXPECT_EQ((std::vector<std::pair<pid_t, int>>{ { getpid(), SIGKILL } }), signals);
+    EXPECT_EQ((std::vector<std::pair<pid_t, int>>{{getpid(), SIGKILL}}), signals);
     actions = saved;
     kill_thread(own);
     wait_for_thread(own, nullptr);
@@ -137,7 +136,7 @@ TEST(Tasks, ListsBecomeArraysThatFreeDataTakesBack)
     BList list;
     EXPECT_EQ(nullptr, GetListe_List(&list));
     EXPECT_EQ(nullptr, GetListe_List(nullptr));
-    for (const char* word : { "a", "bc" }) {
+    for (const char* word : {"a", "bc"}) {
         char* text = static_cast<char*>(MyAlloc(8));
         strcpy(text, word);
         list.AddItem(text);

@@ -160,11 +160,11 @@ TEST(Waiting, TakesAtLeastTheTimeAskedAndNoneForLessThanOne)
 TEST(Waiting, KeptSecondsOverflowTo32Bits)
 {
     const int64_t start = GetTicks(1);
-    WaitSecs(2148);     // negative: no pause
+    WaitSecs(2148);  // negative: no pause
     WaitSecs(4294);
     WaitSecs(INT_MAX);  // the product's low half is negative too
     EXPECT_LT(GetTicks(1) - start, 20000000);
-    WaitSecs(4295);     // 4295000000 less 2 to the 32nd
+    WaitSecs(4295);  // 4295000000 less 2 to the 32nd
     EXPECT_GE(GetTicks(1) - start, 32704);
     EXPECT_LT(GetTicks(1) - start, 20000000);
 }

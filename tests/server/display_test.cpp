@@ -44,8 +44,7 @@ struct TestWindow {
     Recorder sink;
     Window* window;
 
-    explicit TestWindow(BRect frame, uint32 flags = 0,
-                        window_feel feel = B_NORMAL_WINDOW_FEEL,
+    explicit TestWindow(BRect frame, uint32 flags = 0, window_feel feel = B_NORMAL_WINDOW_FEEL,
                         window_look look = B_TITLED_WINDOW_LOOK)
     {
         WindowSpec spec;
@@ -254,9 +253,8 @@ TEST(MemoryDisplay, PersonMovesAndResizesWithinFlagsAndLimits)
     ASSERT_EQ(free.sink.Of(EventKind::Resized).size(), 1u);
     EXPECT_EQ(free.sink.Of(EventKind::Resized)[0].frame, BRect(120, 130, 240, 190));
 
-    TestWindow fixed(BRect(400, 100, 499, 199), B_NOT_MOVABLE | B_NOT_V_RESIZABLE |
-                                                     B_NOT_CLOSABLE | B_NOT_ZOOMABLE |
-                                                     B_NOT_MINIMIZABLE);
+    TestWindow fixed(BRect(400, 100, 499, 199), B_NOT_MOVABLE | B_NOT_V_RESIZABLE | B_NOT_CLOSABLE |
+                                                    B_NOT_ZOOMABLE | B_NOT_MINIMIZABLE);
     fixed.sink.Clear();
     inject_window_move(450, 150, 0, 0);
     inject_window_close(450, 150);
@@ -288,8 +286,8 @@ TEST(MemoryDisplay, WindowsTooLargeToHoldAreRefused)
     Recorder sink;
     WindowSpec spec;
     spec.maxWidth = spec.maxHeight = 1e9f;
-    const BRect frames[] = {
-        BRect(0, 0, 1e9f, 1e9f), BRect(0, 0, 40000, 10), BRect(0, 0, 32000, 32000)};
+    const BRect frames[] = {BRect(0, 0, 1e9f, 1e9f), BRect(0, 0, 40000, 10),
+                            BRect(0, 0, 32000, 32000)};
     for (BRect frame : frames) {
         spec.frame = frame;
         EXPECT_EQ(Window::Create(spec, &sink), nullptr);
@@ -313,8 +311,8 @@ TEST(MemoryDisplay, ScreenShowsPresentedPixelsOverTheDesktop)
     EXPECT_EQ(pixel_at(150, 150), 0xffabcdef);
     EXPECT_EQ(pixel_at(249, 249), 0xffabcdef);
     rgb_color desktop = DesktopColor();
-    EXPECT_EQ(pixel_at(250, 250), 0xff000000u | desktop.red << 16 | desktop.green << 8 |
-                                      desktop.blue);
+    EXPECT_EQ(pixel_at(250, 250),
+              0xff000000u | desktop.red << 16 | desktop.green << 8 | desktop.blue);
     above.window->SendBehind(below.window);
     EXPECT_EQ(pixel_at(160, 160), 0xff123456);
     above.window->ResizeTo(149, 149);
@@ -336,9 +334,8 @@ TEST(MemoryDisplay, PresentTakesOnlyWhatWindowAndSurfaceShare)
     surface.bits = reinterpret_cast<uint8*>(pixels.data());
     surface.bytesPerRow = 50 * 4;
     surface.width = surface.height = 50;
-    const clipping_rect rects[] = {{INT32_MIN, INT32_MIN, INT32_MAX, INT32_MAX},
-                                   {10, 10, 5, 5},
-                                   {60, 60, 70, 70}};
+    const clipping_rect rects[] = {
+        {INT32_MIN, INT32_MIN, INT32_MAX, INT32_MAX}, {10, 10, 5, 5}, {60, 60, 70, 70}};
     window.window->Present(surface, rects, 3);
     window.window->Present(surface, nullptr, 3);
     window.window->Present(surface, rects, -1);

@@ -79,7 +79,8 @@ TEST(KeyTable, BytesFollowShiftControlAndLocks)
         {INT32_MIN, 0, -1},
     };
     for (const auto& each : kCases)
-        EXPECT_EQ(KeyByte(each.key, each.modifiers), each.byte) << each.key << " " << each.modifiers;
+        EXPECT_EQ(KeyByte(each.key, each.modifiers), each.byte)
+            << each.key << " " << each.modifiers;
 }
 
 TEST(KeyTable, EveryHostCodeNamesOneKey)
@@ -240,10 +241,10 @@ TEST(ClickCounter, CountsQuickPressesOfTheSameKind)
         {1, {10, 10}, 0, &first, 1000, 1},
         {1, {12, 11}, 0, &first, 100000, 2},
         {1, {13, 12}, 0, &first, 500000, 3},
-        {1, {17, 12}, 0, &first, 510000, 1},              // four pixels off
-        {2, {17, 12}, 0, &first, 520000, 1},              // another button
-        {2, {17, 12}, B_SHIFT_KEY, &first, 530000, 1},    // another modifier
-        {2, {17, 12}, B_SHIFT_KEY, &second, 540000, 1},   // another window
+        {1, {17, 12}, 0, &first, 510000, 1},             // four pixels off
+        {2, {17, 12}, 0, &first, 520000, 1},             // another button
+        {2, {17, 12}, B_SHIFT_KEY, &first, 530000, 1},   // another modifier
+        {2, {17, 12}, B_SHIFT_KEY, &second, 540000, 1},  // another window
         {2, {17, 12}, B_SHIFT_KEY, &second, 1039999, 2},
         {2, {17, 12}, B_SHIFT_KEY, &second, 1539999, 1},  // too late
     };

@@ -68,10 +68,7 @@ protected:
     BNode fNode;
 };
 
-std::string bytes_of(const char* text, size_t size)
-{
-    return std::string(text, size);
-}
+std::string bytes_of(const char* text, size_t size) { return std::string(text, size); }
 
 }  // namespace
 
@@ -81,23 +78,23 @@ TEST_F(Attributes, ValueAndTypeComeBackForEveryKindOfValue)
         type_code type;
         std::string value;
     } kRows[] = {
-        { B_STRING_TYPE, bytes_of("plain text", 11) },
-        { B_STRING_TYPE, bytes_of("no terminator", 13) },
-        { B_STRING_TYPE, bytes_of("two\0\0", 5) },
-        { B_STRING_TYPE, bytes_of("inner\0zero\0", 11) },
-        { B_STRING_TYPE, bytes_of("\xC3\xA4\xFF\0", 4) },
-        { B_STRING_TYPE, bytes_of("\0", 1) },
-        { B_STRING_TYPE, "" },
-        { B_MIME_STRING_TYPE, bytes_of("text/plain", 11) },
-        { B_MIME_STRING_TYPE, "text/plain" },
-        { B_RAW_TYPE, bytes_of("\0\1\2\xFF", 4) },
-        { B_RAW_TYPE, "looks like text" },
-        { B_RAW_TYPE, bytes_of("ends in zero\0", 13) },
-        { B_INT32_TYPE, bytes_of("\x2A\0\0\0", 4) },
-        { B_DOUBLE_TYPE, bytes_of("ABCDEFGH", 8) },
-        { 0, "type without letters" },
-        { 0xFFFFFFFF, "+0" },
-        { 'a b+', "0x00000000+0" },
+        {B_STRING_TYPE, bytes_of("plain text", 11)},
+        {B_STRING_TYPE, bytes_of("no terminator", 13)},
+        {B_STRING_TYPE, bytes_of("two\0\0", 5)},
+        {B_STRING_TYPE, bytes_of("inner\0zero\0", 11)},
+        {B_STRING_TYPE, bytes_of("\xC3\xA4\xFF\0", 4)},
+        {B_STRING_TYPE, bytes_of("\0", 1)},
+        {B_STRING_TYPE, ""},
+        {B_MIME_STRING_TYPE, bytes_of("text/plain", 11)},
+        {B_MIME_STRING_TYPE, "text/plain"},
+        {B_RAW_TYPE, bytes_of("\0\1\2\xFF", 4)},
+        {B_RAW_TYPE, "looks like text"},
+        {B_RAW_TYPE, bytes_of("ends in zero\0", 13)},
+        {B_INT32_TYPE, bytes_of("\x2A\0\0\0", 4)},
+        {B_DOUBLE_TYPE, bytes_of("ABCDEFGH", 8)},
+        {0, "type without letters"},
+        {0xFFFFFFFF, "+0"},
+        {'a b+', "0x00000000+0"},
     };
     for (const auto& row : kRows) {
         SCOPED_TRACE(row.value);
@@ -113,7 +110,7 @@ TEST_F(Attributes, ValueAndTypeComeBackForEveryKindOfValue)
             EXPECT_EQ(Read("it"), row.value);
         }
     }
-    EXPECT_EQ(Names(), std::set<std::string>{ "it" });
+    EXPECT_EQ(Names(), std::set<std::string>{"it"});
 }
 
 TEST_F(Attributes, OtherProgramsSeePlainTextAndTheTypesOfTheRest)
@@ -135,7 +132,7 @@ TEST_F(Attributes, OtherProgramsSeePlainTextAndTheTypesOfTheRest)
     Write("kind", B_MIME_STRING_TYPE, bytes_of("a/b", 4));
     EXPECT_EQ(Host("user.kind"), "a/b");
     EXPECT_EQ(Host("user.beos-type.kind"), "MIMS+0");
-    const std::set<std::string> names = { "xdg.comment", "BEOS:TYPE", "count", "odd", "kind" };
+    const std::set<std::string> names = {"xdg.comment", "BEOS:TYPE", "count", "odd", "kind"};
     EXPECT_EQ(Names(), names);
 }
 
@@ -162,7 +159,7 @@ TEST_F(Attributes, WhatOtherProgramsWroteIsTextOrRaw)
     SetHost("user.beos-type.comment", "nonsense");
     EXPECT_EQ(Type("comment"), static_cast<type_code>(B_STRING_TYPE));
     SetHost("user.beos-type.orphan", "LONG");
-    EXPECT_EQ(Names(), (std::set<std::string>{ "comment", "binary", "BEOS:TYPE", "kind" }));
+    EXPECT_EQ(Names(), (std::set<std::string>{"comment", "binary", "BEOS:TYPE", "kind"}));
     EXPECT_EQ(fNode.RemoveAttr("kind"), B_OK);
     EXPECT_EQ(Host("user.beos-type.kind"), "none");
 }
@@ -193,7 +190,7 @@ TEST_F(Attributes, RenameCarriesTheTypeAndReplaces)
     EXPECT_EQ(Read("new"), bytes_of("\7\0\0\0", 4));
     EXPECT_EQ(Type("new"), static_cast<type_code>(B_INT32_TYPE));
     EXPECT_EQ(fNode.RenameAttr("new", "new"), B_OK);
-    EXPECT_EQ(Names(), std::set<std::string>{ "new" });
+    EXPECT_EQ(Names(), std::set<std::string>{"new"});
     EXPECT_EQ(fNode.RenameAttr("old", "other"), B_ENTRY_NOT_FOUND);
 }
 
@@ -201,21 +198,21 @@ TEST_F(Attributes, BadNamesAndArgumentsAreRefused)
 {
     char buffer[256];
     const std::string longest(250, 'n'), too_long(251, 'n');
-    for (const char* name : { static_cast<const char*>(nullptr), "", "beos-type.count" }) {
+    for (const char* name : {static_cast<const char*>(nullptr), "", "beos-type.count"}) {
         EXPECT_EQ(Write(name, B_RAW_TYPE, "x"), B_BAD_VALUE);
         EXPECT_EQ(fNode.ReadAttr(name, B_RAW_TYPE, 0, buffer, 1), B_BAD_VALUE);
         EXPECT_EQ(fNode.RemoveAttr(name), B_BAD_VALUE);
         EXPECT_EQ(errno, EINVAL);
     }
     EXPECT_EQ(Write(longest.c_str(), B_STRING_TYPE, bytes_of("x", 2)), 2);
-    EXPECT_EQ(Names(), std::set<std::string>{ longest });
+    EXPECT_EQ(Names(), std::set<std::string>{longest});
     EXPECT_EQ(Write(longest.c_str(), B_INT32_TYPE, "x"), B_NAME_TOO_LONG);
     EXPECT_EQ(Read(longest.c_str()), bytes_of("x", 2));
     EXPECT_EQ(Write(too_long.c_str(), B_STRING_TYPE, "x"), B_NAME_TOO_LONG);
     EXPECT_EQ(errno, ENAMETOOLONG);
     // Every byte that a name can have.
     for (int byte = 1; byte < 256; byte++) {
-        const char name[] = { 'n', static_cast<char>(byte), '\0' };
+        const char name[] = {'n', static_cast<char>(byte), '\0'};
         ASSERT_EQ(Write(name, B_RAW_TYPE, name), 2) << byte;
         ASSERT_EQ(Read(name), name);
         ASSERT_EQ(fNode.RemoveAttr(name), B_OK);
@@ -241,7 +238,7 @@ TEST_F(Attributes, BadNamesAndArgumentsAreRefused)
 TEST_F(Attributes, SixtyFourKilobytesFitOrFailWithoutATrace)
 {
     const std::string most(64 * 1024, 'm'), more(64 * 1024 + 1, 'm');
-    for (const char* base : { "/tmp", "/dev/shm" }) {
+    for (const char* base : {"/tmp", "/dev/shm"}) {
         if (access(base, W_OK) != 0)
             continue;
         SCOPED_TRACE(base);
@@ -259,7 +256,7 @@ TEST_F(Attributes, SixtyFourKilobytesFitOrFailWithoutATrace)
             EXPECT_EQ(Read("it"), "four");
             EXPECT_EQ(Type("it"), static_cast<type_code>(B_INT32_TYPE));
             EXPECT_EQ(Write("fresh", B_RAW_TYPE, most), B_DEVICE_FULL);
-            EXPECT_EQ(Names(), std::set<std::string>{ "it" });
+            EXPECT_EQ(Names(), std::set<std::string>{"it"});
             EXPECT_EQ(Host("user.beos-type.fresh"), "none");
         } else {
             EXPECT_EQ(Read("it"), most);
@@ -309,12 +306,12 @@ TEST_F(Attributes, PlainCallsGoByDescriptor)
     EXPECT_EQ(info.type, static_cast<uint32>(B_INT32_TYPE));
     char buffer[8];
     EXPECT_EQ(fs_read_attr(fd, "two", B_STRING_TYPE, 0, buffer, sizeof(buffer)), 5);
-    for (DIR* list : { fs_open_attr_dir(fPath.c_str()), fs_fopen_attr_dir(fd) }) {
+    for (DIR* list : {fs_open_attr_dir(fPath.c_str()), fs_fopen_attr_dir(fd)}) {
         ASSERT_NE(list, nullptr);
         std::set<std::string> names;
         while (struct dirent* record = fs_read_attr_dir(list))
             names.insert(record->d_name);
-        EXPECT_EQ(names, (std::set<std::string>{ "one", "two" }));
+        EXPECT_EQ(names, (std::set<std::string>{"one", "two"}));
         fs_rewind_attr_dir(list);
         EXPECT_NE(fs_read_attr_dir(list), nullptr);
         EXPECT_EQ(fs_close_attr_dir(list), 0);

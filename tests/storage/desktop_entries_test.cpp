@@ -27,8 +27,8 @@ static std::string ids_of(const std::vector<ApplicationRef>& applications)
 
 TEST(DesktopEntries, IdsAndSignaturesNameEachOther)
 {
-    for (const char* id : { "vim", "org.example.Editor", "wine-Programs-a b (x86)", "100%", "%41",
-                            "caf\xc3\xa9", "x;y,z=\"q\"[?]" }) {
+    for (const char* id : {"vim", "org.example.Editor", "wine-Programs-a b (x86)", "100%", "%41",
+                           "caf\xc3\xa9", "x;y,z=\"q\"[?]"}) {
         const std::string whole = std::string(id) + ".desktop";
         const std::string signature = signature_of_id(whole);
         EXPECT_TRUE(is_mime_name(signature.c_str())) << signature;
@@ -43,7 +43,8 @@ TEST(DesktopEntries, IdsAndSignaturesNameEachOther)
 TEST(DesktopEntries, SignatureFindsTheEntryWithItsKeyElseTheOneWithItsId)
 {
     DesktopFolder folder;
-    const std::string stee = folder.PutEntry(folder.SystemEntry("stee.desktop"), "stee",
+    const std::string stee = folder.PutEntry(
+        folder.SystemEntry("stee.desktop"), "stee",
         "X-BeOS-Signature=application/x-vnd.Be-STEE\nIcon=text-editor\nName[de]=St\n");
     folder.PutEntry(folder.SystemEntry("plain.desktop"), "plain");
     folder.PutEntry(folder.SystemEntry("bad.desktop"), "bad", "X-BeOS-Signature=no signature\n");
@@ -119,19 +120,20 @@ TEST(DesktopEntries, ExecutableFindsTheEntryThatStandsForIt)
 TEST(DesktopEntries, CommandsReplaceTheFieldCodes)
 {
     DesktopFolder folder;
-    const Words files = { "/a b", "/c%" };
+    const Words files = {"/a b", "/c%"};
     const struct {
         const char* arguments;
         std::vector<Words> none;
         std::vector<Words> two;
     } rows[] = {
-        { "", { {} }, { { "/a b", "/c%" } } },
-        { "-x %F", { { "-x" } }, { { "-x", "/a b", "/c%" } } },
-        { "%U", { {} }, { { "file:///a%20b", "file:///c%25" } } },
-        { "--f=%f", { { "--f=" } }, { { "--f=/a b" }, { "--f=/c%" } } },
-        { "%u -z", { { "-z" } }, { { "file:///a%20b", "-z" }, { "file:///c%25", "-z" } } },
-        { "%i %c %% \"q \\\\$ %%\" %d%m", { { "--icon", "pic", "app", "%", "q $ %" } },
-          { { "--icon", "pic", "app", "%", "q $ %", "/a b", "/c%" } } },
+        {"", {{}}, {{"/a b", "/c%"}}},
+        {"-x %F", {{"-x"}}, {{"-x", "/a b", "/c%"}}},
+        {"%U", {{}}, {{"file:///a%20b", "file:///c%25"}}},
+        {"--f=%f", {{"--f="}}, {{"--f=/a b"}, {"--f=/c%"}}},
+        {"%u -z", {{"-z"}}, {{"file:///a%20b", "-z"}, {"file:///c%25", "-z"}}},
+        {"%i %c %% \"q \\\\$ %%\" %d%m",
+         {{"--icon", "pic", "app", "%", "q $ %"}},
+         {{"--icon", "pic", "app", "%", "q $ %", "/a b", "/c%"}}},
     };
     for (const auto& row : rows) {
         const std::string program = folder.At("/bin/app");
@@ -141,7 +143,7 @@ TEST(DesktopEntries, CommandsReplaceTheFieldCodes)
         ASSERT_NE(application, nullptr) << row.arguments;
         std::vector<Words> none = commands_for(*application, {});
         std::vector<Words> two = commands_for(*application, files);
-        for (std::vector<Words>* lines : { &none, &two }) {
+        for (std::vector<Words>* lines : {&none, &two}) {
             for (Words& line : *lines) {
                 EXPECT_EQ(line.front(), program);
                 line.erase(line.begin());
@@ -168,7 +170,8 @@ TEST(DesktopEntries, TypeOpensWithTheUsersChoiceElseTheSystemsElseWhoTellsIt)
     folder.Put("/system/applications/mimeapps.list",
                "[Default Applications]\ntext/x-python=gone.desktop;plain.desktop;\n");
     EXPECT_EQ(ids_of(applications_for("text/x-python")), "plain.desktop teller.desktop ");
-    folder.Put("/home/config/mimeapps.list", "# mine\n[Default Applications]\n"
+    folder.Put("/home/config/mimeapps.list",
+               "# mine\n[Default Applications]\n"
                "text/x-python = other.desktop\n[Removed Associations]\nx/y=teller.desktop;\n"
                "[Added Associations]\nimage/png=plain.desktop\n");
     EXPECT_EQ(id_of(default_application("TEXT/x-python")), "other.desktop");

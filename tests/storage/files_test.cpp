@@ -66,7 +66,7 @@ TEST_F(Files, OpenModesGoByName)
     EXPECT_EQ(file.SetTo(At("/new").c_str(), B_WRITE_ONLY | B_ERASE_FILE), B_OK);
     EXPECT_EQ(file.GetSize(&size), B_OK);
     EXPECT_EQ(size, 0);
-    for (uint32 mode : { 3u, 0xFFFFFFFFu })
+    for (uint32 mode : {3u, 0xFFFFFFFFu})
         EXPECT_EQ(file.SetTo(At("/new").c_str(), mode), B_BAD_VALUE);
     EXPECT_FALSE(file.IsReadable());
 }
@@ -130,14 +130,14 @@ TEST_F(Files, BadPathsFailAlikeForEveryClass)
         status_t status;
         int number;
     } kRows[] = {
-        { "", B_ENTRY_NOT_FOUND, ENOENT },
-        { At("/none/below"), B_ENTRY_NOT_FOUND, ENOENT },
-        { At("/file/below"), B_NOT_A_DIRECTORY, ENOTDIR },
-        { At("/loop"), B_LINK_LIMIT, ELOOP },
-        { At("/loop/below"), B_LINK_LIMIT, ELOOP },
-        { At("/dangling"), B_ENTRY_NOT_FOUND, ENOENT },
-        { At("/" + std::string(256, 'n')), B_NAME_TOO_LONG, ENAMETOOLONG },
-        { std::string(5000, '/') + "x", B_NAME_TOO_LONG, ENAMETOOLONG },
+        {"", B_ENTRY_NOT_FOUND, ENOENT},
+        {At("/none/below"), B_ENTRY_NOT_FOUND, ENOENT},
+        {At("/file/below"), B_NOT_A_DIRECTORY, ENOTDIR},
+        {At("/loop"), B_LINK_LIMIT, ELOOP},
+        {At("/loop/below"), B_LINK_LIMIT, ELOOP},
+        {At("/dangling"), B_ENTRY_NOT_FOUND, ENOENT},
+        {At("/" + std::string(256, 'n')), B_NAME_TOO_LONG, ENAMETOOLONG},
+        {std::string(5000, '/') + "x", B_NAME_TOO_LONG, ENAMETOOLONG},
     };
     for (const auto& row : kRows) {
         SCOPED_TRACE(row.path);
@@ -172,14 +172,14 @@ TEST_F(Files, AnEarlierFailureIsToldAgainWithItsNumber)
         int number;
         std::function<status_t()> call;
     } kRows[] = {
-        { B_ENTRY_NOT_FOUND, ENOENT, [&] { return BFile(&entry, B_READ_ONLY).InitCheck(); } },
-        { B_ENTRY_NOT_FOUND, ENOENT, [&] { return BNode(&entry).InitCheck(); } },
-        { B_ENTRY_NOT_FOUND, ENOENT, [&] { return BDirectory(&entry).InitCheck(); } },
-        { B_ENTRY_NOT_FOUND, ENOENT, [&] { return BPath(&entry).InitCheck(); } },
-        { B_ENTRY_NOT_FOUND, ENOENT, [&] { return path.GetParent(&other); } },
-        { B_NO_INIT, EBADF, [&] { return BNode(&unset).InitCheck(); } },
-        { B_NO_INIT, EBADF, [&] { return BPath(&unset).InitCheck(); } },
-        { B_NO_INIT, EBADF, [&] { return BPath().GetParent(&other); } },
+        {B_ENTRY_NOT_FOUND, ENOENT, [&] { return BFile(&entry, B_READ_ONLY).InitCheck(); }},
+        {B_ENTRY_NOT_FOUND, ENOENT, [&] { return BNode(&entry).InitCheck(); }},
+        {B_ENTRY_NOT_FOUND, ENOENT, [&] { return BDirectory(&entry).InitCheck(); }},
+        {B_ENTRY_NOT_FOUND, ENOENT, [&] { return BPath(&entry).InitCheck(); }},
+        {B_ENTRY_NOT_FOUND, ENOENT, [&] { return path.GetParent(&other); }},
+        {B_NO_INIT, EBADF, [&] { return BNode(&unset).InitCheck(); }},
+        {B_NO_INIT, EBADF, [&] { return BPath(&unset).InitCheck(); }},
+        {B_NO_INIT, EBADF, [&] { return BPath().GetParent(&other); }},
     };
     for (const auto& row : kRows) {
         errno = 0;
@@ -196,7 +196,7 @@ TEST_F(Files, NodesAreSetByEveryNameAndChangeTheirFields)
     ASSERT_EQ(entry.GetRef(&ref), B_OK);
     BDirectory folder(At("").c_str());
     for (const BNode& node :
-         { BNode(path.c_str()), BNode(&entry), BNode(&ref), BNode(&folder, "file") }) {
+         {BNode(path.c_str()), BNode(&entry), BNode(&ref), BNode(&folder, "file")}) {
         EXPECT_EQ(node.InitCheck(), B_OK);
         EXPECT_TRUE(node == BNode(path.c_str()));
     }
@@ -294,7 +294,7 @@ TEST_F(Files, DirentsComeWithDotsAndFitTheBuffer)
             at += next->d_reclen;
         }
     }
-    EXPECT_EQ(names, (std::multiset<std::string>{ ".", "..", "a", "b", "c", "d", "e" }));
+    EXPECT_EQ(names, (std::multiset<std::string>{".", "..", "a", "b", "c", "d", "e"}));
     EXPECT_EQ(folder.CountEntries(), 5);
     EXPECT_EQ(folder.GetNextDirents(nullptr, 100), B_BAD_VALUE);
 }

@@ -62,13 +62,14 @@ static std::string text_of(const std::string& path)
 TEST(MimeType, ValidStringsFollowThePlatformsRule)
 {
     const std::string longest = "a/" + std::string(237, 'b');
-    for (const char* good : { "text", "text/plain", "a/b", "application/x-vnd.Be-STEE", "x/100%",
-                              "a'b/c`~!#$^&*{}|+-_.", "caf\xc3\xa9/x", longest.c_str() })
+    for (const char* good : {"text", "text/plain", "a/b", "application/x-vnd.Be-STEE", "x/100%",
+                             "a'b/c`~!#$^&*{}|+-_.", "caf\xc3\xa9/x", longest.c_str()})
         EXPECT_TRUE(BMimeType::IsValid(good)) << good;
     const std::string too_long = longest + "b";
-    for (const char* bad : { "", "/", "a/", "/b", "a//b", "a/b/c", "a b/c", "a/b ", "a/b\n", "a,b",
-                             "a/<b", "a/b>", "a@b", "a;b", "a:b", "\"a\"", "a(b", "a)b", "a[b",
-                             "a]b", "a?b", "a=b", "a\\b", too_long.c_str() })
+    for (const char* bad :
+         {"",      "/",   "a/",   "/b",   "a//b", "a/b/c", "a b/c", "a/b ",
+          "a/b\n", "a,b", "a/<b", "a/b>", "a@b",  "a;b",   "a:b",   "\"a\"",
+          "a(b",   "a)b", "a[b",  "a]b",  "a?b",  "a=b",   "a\\b",  too_long.c_str()})
         EXPECT_FALSE(BMimeType::IsValid(bad)) << bad;
     EXPECT_FALSE(BMimeType::IsValid(nullptr));
 }
@@ -110,8 +111,8 @@ TEST(MimeType, NamesAreSetComparedAndTakenApartWithoutCase)
 TEST(MimeType, SystemsTypesAreThereAndStay)
 {
     DesktopFolder folder;
-    for (const char* type : { "text/plain", "TEXT/Plain", "image/png", "text", "image",
-                              "application/acrobat" /* an alias */ }) {
+    for (const char* type : {"text/plain", "TEXT/Plain", "image/png", "text", "image",
+                             "application/acrobat" /* an alias */}) {
         EXPECT_TRUE(BMimeType(type).IsInstalled()) << type;
         EXPECT_EQ(BMimeType(type).Install(), B_FILE_EXISTS) << type;
         EXPECT_EQ(BMimeType(type).Delete(), B_NOT_ALLOWED) << type;
@@ -133,8 +134,8 @@ TEST(MimeType, InstalledTypeReachesTheDesktopAndGoesWithDelete)
 {
     DesktopFolder folder;
     const std::string file = folder.Put("/one.mine", "content");
-    const std::string query
-        = "gio info -a standard::content-type " + file + " | grep -io x-test/mine";
+    const std::string query =
+        "gio info -a standard::content-type " + file + " | grep -io x-test/mine";
     BMimeType type("x-test/Mine");
     EXPECT_EQ(type.Install(), B_OK);
     EXPECT_EQ(type.Install(), B_FILE_EXISTS);
@@ -150,8 +151,8 @@ TEST(MimeType, InstalledTypeReachesTheDesktopAndGoesWithDelete)
     EXPECT_EQ(extensions_of("x-test/MINE"), "mine MIN2 ");
     EXPECT_EQ(output_of("gio info -a standard::content-type " + file + " | tail -1"),
               "  standard::content-type: x-test/Mine");
-    EXPECT_EQ(output_of("gio info -a standard::display-name,standard::content-type " + file
-                        + " >/dev/null; gio mime x-test/Mine | head -1"),
+    EXPECT_EQ(output_of("gio info -a standard::display-name,standard::content-type " + file +
+                        " >/dev/null; gio mime x-test/Mine | head -1"),
               "No default applications for \xe2\x80\x9cx-test/Mine\xe2\x80\x9d");
     BMimeType guess;
     EXPECT_EQ(BMimeType::GuessMimeType("a.MIN2", &guess), B_OK);
@@ -182,10 +183,11 @@ TEST(MimeType, InstalledTypeReachesTheDesktopAndGoesWithDelete)
 TEST(MimeType, OtherProgramsTypesAreSeenAtOnceAndCanBeDeleted)
 {
     DesktopFolder folder;
-    const std::string package = folder.Put("/other-pack.xml",
-        "<?xml version=\"1.0\"?><mime-info xmlns=\"http://www.freedesktop.org/standards/"
-        "shared-mime-info\"><mime-type type=\"x-other/kind\"><comment>Other</comment>"
-        "<glob pattern=\"*.okind\"/></mime-type></mime-info>");
+    const std::string package =
+        folder.Put("/other-pack.xml",
+                   "<?xml version=\"1.0\"?><mime-info xmlns=\"http://www.freedesktop.org/standards/"
+                   "shared-mime-info\"><mime-type type=\"x-other/kind\"><comment>Other</comment>"
+                   "<glob pattern=\"*.okind\"/></mime-type></mime-info>");
     EXPECT_FALSE(BMimeType("x-other/kind").IsInstalled());
     EXPECT_EQ(output_of("XDG_UTILS_INSTALL_MODE=user xdg-mime install --mode user " + package), "");
     EXPECT_TRUE(BMimeType("x-other/kind").IsInstalled());
@@ -216,7 +218,7 @@ TEST(MimeType, SystemsTypeTakesOwnExtensionsAndGetsItsOldOnesBack)
     EXPECT_EQ(png.SetFileExtensions(nullptr), B_OK);
     EXPECT_EQ(extensions_of("image/png"), "png ");
     EXPECT_TRUE(std::filesystem::is_empty(folder.At("/home/data/mime/packages")));
-    for (const char* bad : { "", "a/b", "*", "a b", "a;b", "..", "\xff" }) {
+    for (const char* bad : {"", "a/b", "*", "a b", "a;b", "..", "\xff"}) {
         BMessage message;
         message.AddString("extensions", bad);
         EXPECT_EQ(png.SetFileExtensions(&message), bad[0] == '.' ? B_OK : B_BAD_VALUE) << bad;
@@ -226,8 +228,8 @@ TEST(MimeType, SystemsTypeTakesOwnExtensionsAndGetsItsOldOnesBack)
 TEST(MimeType, NamesThatNoFileCanHaveAreNotInstalled)
 {
     DesktopFolder folder;
-    for (const char* type : { "../evil", ".hidden/x", "x/..", "packages/mine", "packages", "x/\x01",
-                              "x/\xff" }) {
+    for (const char* type :
+         {"../evil", ".hidden/x", "x/..", "packages/mine", "packages", "x/\x01", "x/\xff"}) {
         ASSERT_TRUE(BMimeType::IsValid(type)) << type;
         EXPECT_EQ(BMimeType(type).Install(), B_BAD_VALUE) << type;
         EXPECT_FALSE(BMimeType(type).IsInstalled()) << type;
@@ -267,14 +269,14 @@ TEST(MimeType, SnifferRuleTellsTheTypeByContent)
         const char* matching;
         const char* other;
     } rows[] = {
-        { "0.95 ('QqMagicOne')", "QqMagicOne.", "-QqMagicOne" },
-        { "0.95 [2:6] (\"ZzA\" | \"ZzB\")", "....ZzB", ".......ZzB" },
-        { "0.95 (-i 'wxyzwxyz')", "WXyzWxYZ", "WXyz.xYZ" },
-        { "0.95 ([0] 'Kk7k7k7' | [4] 'Kk8k8k8')", "....Kk8k8k8", "Kk8k8k8...." },
-        { "0.95 ('Vv1v1') [8] ('Uu2u2')", "Vv1v1...Uu2u2", "Vv1v1...Uu3u3" },
-        { "0.95 (0x4A6A5a6A & 0xFFF0FFFF \"\")", nullptr, nullptr },
-        { "0.95 (0x516a5170 & 0xFFFFFFF0)", "Qj\x51\x7f", "Qj\x51\x6f" },
-        { "0.95 ('\\121\\x67\\tRr5')", "Qg\tRr5", "Qg Rr5" },
+        {"0.95 ('QqMagicOne')", "QqMagicOne.", "-QqMagicOne"},
+        {"0.95 [2:6] (\"ZzA\" | \"ZzB\")", "....ZzB", ".......ZzB"},
+        {"0.95 (-i 'wxyzwxyz')", "WXyzWxYZ", "WXyz.xYZ"},
+        {"0.95 ([0] 'Kk7k7k7' | [4] 'Kk8k8k8')", "....Kk8k8k8", "Kk8k8k8...."},
+        {"0.95 ('Vv1v1') [8] ('Uu2u2')", "Vv1v1...Uu2u2", "Vv1v1...Uu3u3"},
+        {"0.95 (0x4A6A5a6A & 0xFFF0FFFF \"\")", nullptr, nullptr},
+        {"0.95 (0x516a5170 & 0xFFFFFFF0)", "Qj\x51\x7f", "Qj\x51\x6f"},
+        {"0.95 ('\\121\\x67\\tRr5')", "Qg\tRr5", "Qg Rr5"},
     };
     int number = 0;
     for (const auto& row : rows) {
@@ -298,12 +300,29 @@ TEST(MimeType, SnifferRuleTellsTheTypeByContent)
 
 TEST(MimeType, FaultySnifferRulesSayWhereAndWhy)
 {
-    for (const char* rule : { "", "(", "0.5", "1.5 ('a')", ". ('a')", "0.5 'a'", "0.5 ()",
-                              "0.5 ('')", "0.5 ('a'", "0.5 ('a)", "0.5 ('a' |)", "0.5 [3:1] ('a')",
-                              "0.5 [a] ('a')",
-                              "0.5 [99999999999] ('a')", "0.5 [1 ('a')", "0.5 (0x)", "0.5 (0xabc)",
-                              "0.5 ('ab' & 'a')", "0.5 (-x 'a')", "0.5 ('\\777')", "0.5 ('a\\", "x",
-                              "0.5x ('a')" }) {
+    for (const char* rule : {"",
+                             "(",
+                             "0.5",
+                             "1.5 ('a')",
+                             ". ('a')",
+                             "0.5 'a'",
+                             "0.5 ()",
+                             "0.5 ('')",
+                             "0.5 ('a'",
+                             "0.5 ('a)",
+                             "0.5 ('a' |)",
+                             "0.5 [3:1] ('a')",
+                             "0.5 [a] ('a')",
+                             "0.5 [99999999999] ('a')",
+                             "0.5 [1 ('a')",
+                             "0.5 (0x)",
+                             "0.5 (0xabc)",
+                             "0.5 ('ab' & 'a')",
+                             "0.5 (-x 'a')",
+                             "0.5 ('\\777')",
+                             "0.5 ('a\\",
+                             "x",
+                             "0.5x ('a')"}) {
         BString error;
         EXPECT_EQ(BMimeType::CheckSnifferRule(rule, &error), B_BAD_MIME_SNIFFER_RULE) << rule;
         EXPECT_GT(error.Length(), 0) << rule;
@@ -364,17 +383,20 @@ TEST(MimeType, ListOfChoicesKeepsAllThatOthersWrote)
     folder.PutEntry(folder.SystemEntry("two.desktop"), "two");
     const std::string list = folder.At("/home/config/mimeapps.list");
     std::filesystem::create_directories(folder.At("/dotfiles"));
-    folder.Put("/dotfiles/list", "# by hand\n\n[Default Applications]\n# pictures\n"
+    folder.Put(
+        "/dotfiles/list",
+        "# by hand\n\n[Default Applications]\n# pictures\n"
         "image/png=one.desktop\nText/Plain = a.desktop;b.desktop;\n\n[Removed Associations]\n"
         "text/plain=two.desktop;x.desktop;\nimage/gif=two.desktop\n\n"
         "[Foreign]\nkey[de]=\xc3\xa4;\n");
     std::filesystem::create_symlink(folder.At("/dotfiles/list"), list);
     std::filesystem::permissions(folder.At("/dotfiles/list"), std::filesystem::perms(0640));
     EXPECT_EQ(BMimeType("text/plain").SetPreferredApp("application/x-vnd.desktop.two"), B_OK);
-    EXPECT_EQ(text_of(list), "# by hand\n\n[Default Applications]\n# pictures\n"
-        "image/png=one.desktop\nText/Plain=two.desktop\n\n[Removed Associations]\n"
-        "text/plain=x.desktop;\nimage/gif=two.desktop\n\n[Foreign]\nkey[de]=\xc3\xa4;\n\n"
-        "[Added Associations]\ntext/plain=two.desktop;\n");
+    EXPECT_EQ(text_of(list),
+              "# by hand\n\n[Default Applications]\n# pictures\n"
+              "image/png=one.desktop\nText/Plain=two.desktop\n\n[Removed Associations]\n"
+              "text/plain=x.desktop;\nimage/gif=two.desktop\n\n[Foreign]\nkey[de]=\xc3\xa4;\n\n"
+              "[Added Associations]\ntext/plain=two.desktop;\n");
     EXPECT_TRUE(std::filesystem::is_symlink(list));
     EXPECT_EQ(std::filesystem::status(list).permissions(), std::filesystem::perms(0640));
     EXPECT_EQ(BMimeType("image/gif").SetPreferredApp("application/x-vnd.desktop.two"), B_OK);
@@ -417,7 +439,7 @@ TEST(MimeType, ListOfChoicesLosesNothingToProgramsThatWriteAtTheSameTime)
         }
     });
     for (int i = 0; i < 100; i++) {
-        const char* const types[] = { "text/plain", "image/png", "audio/mpeg" };
+        const char* const types[] = {"text/plain", "image/png", "audio/mpeg"};
         const char* app = i % 2 == 0 ? "application/x-vnd.desktop.one" : nullptr;
         EXPECT_EQ(BMimeType(types[i % 3]).SetPreferredApp(app), B_OK);
     }
@@ -486,7 +508,7 @@ TEST(MimeType, AttrInfoAndLongTextsAreKeptOrRefusedWhole)
     // Somebody cut what is kept: no message is made of its remains.
     std::string whole(static_cast<size_t>(info.FlattenedSize()), '\0');
     EXPECT_EQ(info.Flatten(whole.data(), info.FlattenedSize()), B_OK);
-    for (const size_t left : { size_t(0), size_t(4), whole.size() / 2, whole.size() - 1 }) {
+    for (const size_t left : {size_t(0), size_t(4), whole.size() / 2, whole.size() - 1}) {
         char* text = g_base64_encode(reinterpret_cast<const guchar*>(whole.data()), left);
         folder.Put("/home/data/beos/types.ini", std::string("[text/plain]\nAttrInfo=") + text);
         g_free(text);

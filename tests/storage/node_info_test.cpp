@@ -51,8 +51,8 @@ static BBitmap red_half(icon_size size)
 {
     BBitmap bitmap = icon_bitmap(size);
     for (int y = 0; y < size; y++) {
-        auto* row = reinterpret_cast<uint32*>(static_cast<uint8*>(bitmap.Bits())
-                                              + y * bitmap.BytesPerRow());
+        auto* row = reinterpret_cast<uint32*>(static_cast<uint8*>(bitmap.Bits()) +
+                                              y * bitmap.BytesPerRow());
         for (int x = 0; x < size; x++)
             row[x] = x < size / 2 ? 0xFFFF0000 : 0;
     }
@@ -62,8 +62,8 @@ static BBitmap red_half(icon_size size)
 static bool is_red_half(const BBitmap& bitmap)
 {
     const int last = bitmap.Bounds().IntegerWidth();
-    return pixel_at(bitmap, 0, 0) == 0xFFFF0000 && pixel_at(bitmap, 0, last) == 0xFFFF0000
-        && pixel_at(bitmap, last, 0) >> 24 == 0;
+    return pixel_at(bitmap, 0, 0) == 0xFFFF0000 && pixel_at(bitmap, 0, last) == 0xFFFF0000 &&
+           pixel_at(bitmap, last, 0) >> 24 == 0;
 }
 
 static bool is_blank(const BBitmap& bitmap)
@@ -105,7 +105,7 @@ TEST(NodeInfo, TypeIsTheOneSetElseWhatTheDesktopGuesses)
     symlink("a.png", folder.At("/link").c_str());
     EXPECT_EQ(type_of(folder.At("/link")), "inode/symlink");
     for (const char* name :
-         { "/x.tar.gz", "/Makefile", "/\xff\xfe.txt", "/a b.C", "/none.\xc3\xa9" }) {
+         {"/x.tar.gz", "/Makefile", "/\xff\xfe.txt", "/a b.C", "/none.\xc3\xa9"}) {
         const std::string path = folder.Put(name, "text\n");
         EXPECT_EQ("  standard::content-type: " + type_of(path),
                   output_of("gio info -a standard::content-type '" + path + "' | tail -1"));
@@ -118,7 +118,7 @@ TEST(NodeInfo, TypeIsTheOneSetElseWhatTheDesktopGuesses)
     EXPECT_EQ(host_value("user.mime_type", file), "text/x-mine");
     output_of("setfattr -n user.mime_type -v audio/mpeg " + file);
     EXPECT_EQ(type_of(file), "audio/mpeg");
-    for (const std::string& bad : { std::string("no type"), std::string(300, 'x') }) {
+    for (const std::string& bad : {std::string("no type"), std::string(300, 'x')}) {
         EXPECT_EQ(info.SetType(bad.c_str()), B_BAD_VALUE);
         setxattr(file.c_str(), "user.mime_type", bad.data(), bad.size(), 0);
         EXPECT_EQ(type_of(file), "image/png") << bad;
@@ -155,13 +155,13 @@ TEST(NodeInfo, NodesDeeperThanAnyPathAndThoseThatAreGoneHaveTypesToo)
     std::ofstream("page") << "<html>";
     ASSERT_EQ(mkdir("dir", 0755), 0);
     BBitmap icon = icon_bitmap(B_MINI_ICON);
-    const char* const types[] = { "text/html", "inode/directory" };
-    const char* const names[] = { "page", "dir" };
+    const char* const types[] = {"text/html", "inode/directory"};
+    const char* const names[] = {"page", "dir"};
     for (int i = 0; i < 2; i++) {
         BNode node(names[i]);
         BNodeInfo info(&node);
         char type[B_MIME_TYPE_LENGTH];
-        for (bool gone : { false, true }) {
+        for (bool gone : {false, true}) {
             EXPECT_EQ(info.GetType(type), B_OK);
             EXPECT_STREQ(type, types[i]) << gone;
             EXPECT_EQ(info.GetTrackerIcon(&icon, B_MINI_ICON), B_OK);
@@ -194,8 +194,8 @@ TEST(NodeInfo, PreferredAppAndHintStayWithTheFile)
     EXPECT_EQ(info.GetPreferredApp(signature), B_ENTRY_NOT_FOUND);
     EXPECT_EQ(info.GetAppHint(&ref), B_ENTRY_NOT_FOUND);
     EXPECT_EQ(info.SetPreferredApp("application/x-vnd.Be-STEE"), B_OK);
-    EXPECT_EQ(output_of("getfattr -d --absolute-names " + file), "# file: " + file
-              + "\nuser.BEOS:PREF_APP=\"application/x-vnd.Be-STEE\"\n");
+    EXPECT_EQ(output_of("getfattr -d --absolute-names " + file),
+              "# file: " + file + "\nuser.BEOS:PREF_APP=\"application/x-vnd.Be-STEE\"\n");
     EXPECT_EQ(info.GetPreferredApp(signature), B_OK);
     EXPECT_STREQ(signature, "application/x-vnd.Be-STEE");
     EXPECT_EQ(info.SetPreferredApp("bad app"), B_BAD_VALUE);
@@ -219,7 +219,7 @@ TEST(NodeInfo, IconsStayWithTheFileIn256Colours)
     const std::string file = folder.Put("/file.txt");
     BNode node(file.c_str());
     BNodeInfo info(&node);
-    for (const icon_size size : { B_MINI_ICON, B_LARGE_ICON }) {
+    for (const icon_size size : {B_MINI_ICON, B_LARGE_ICON}) {
         const BBitmap red = red_half(size);
         BBitmap back = icon_bitmap(size);
         EXPECT_EQ(info.GetIcon(&back, size), B_ENTRY_NOT_FOUND);
@@ -232,7 +232,8 @@ TEST(NodeInfo, IconsStayWithTheFileIn256Colours)
         EXPECT_NE(pixel_at(indexed, 0, 0), 255u);
         attr_info attribute;
         EXPECT_EQ(node.GetAttrInfo(size == B_MINI_ICON ? "BEOS:M:STD_ICON" : "BEOS:L:STD_ICON",
-                                   &attribute), B_OK);
+                                   &attribute),
+                  B_OK);
         EXPECT_EQ(attribute.size, size * size);
         EXPECT_EQ(attribute.type, static_cast<type_code>(size == B_MINI_ICON ? 'MICN' : 'ICON'));
         EXPECT_EQ(info.SetIcon(nullptr, size), B_OK);
@@ -241,7 +242,7 @@ TEST(NodeInfo, IconsStayWithTheFileIn256Colours)
     EXPECT_EQ(info.SetIcon(&wrong, B_LARGE_ICON), B_BAD_VALUE);
     EXPECT_EQ(info.GetIcon(&wrong, static_cast<icon_size>(17)), B_BAD_VALUE);
     EXPECT_EQ(info.GetIcon(nullptr, B_MINI_ICON), B_BAD_VALUE);
-    const uint8 data[] = { 'n', 'c', 'i', 'f', 0 };
+    const uint8 data[] = {'n', 'c', 'i', 'f', 0};
     EXPECT_EQ(info.SetIcon(data, sizeof(data)), B_OK);
     uint8* read = nullptr;
     size_t size = 0;
@@ -256,9 +257,9 @@ TEST(Icons, TypesHaveTheThemesIconsForTheirKindToo)
 {
     DesktopFolder folder;
     for (const char* type :
-         { "text/plain", "image/png", "text/x-python", "inode/directory", "text" }) {
-        for (const icon_size size : { B_MINI_ICON, B_LARGE_ICON }) {
-            for (const color_space space : { B_CMAP8, B_RGBA32, B_RGB32 }) {
+         {"text/plain", "image/png", "text/x-python", "inode/directory", "text"}) {
+        for (const icon_size size : {B_MINI_ICON, B_LARGE_ICON}) {
+            for (const color_space space : {B_CMAP8, B_RGBA32, B_RGB32}) {
                 BBitmap icon = icon_bitmap(size, space);
                 EXPECT_EQ(BMimeType(type).GetIcon(&icon, size), B_OK) << type;
                 EXPECT_FALSE(is_blank(icon)) << type;
@@ -281,7 +282,7 @@ TEST(Icons, IconThatIsSetReachesTheDesktopAndGoesAgain)
     BMimeType type("text/plain");
     BBitmap before = icon_bitmap(B_LARGE_ICON);
     EXPECT_EQ(type.GetIcon(&before, B_LARGE_ICON), B_OK);
-    for (const icon_size size : { B_MINI_ICON, B_LARGE_ICON }) {
+    for (const icon_size size : {B_MINI_ICON, B_LARGE_ICON}) {
         const BBitmap red = red_half(size);
         EXPECT_EQ(type.SetIcon(&red, size), B_OK);
         BBitmap back = icon_bitmap(size);
@@ -309,16 +310,18 @@ TEST(Icons, UsersThemeIsAskedFirstAndItsDrawingsToo)
     fs::create_directories(folder.At(theme + "/any/mimetypes"));
     fs::create_directories(folder.At("/home/config/gtk-3.0"));
     folder.Put("/home/config/gtk-3.0/settings.ini", "[Settings]\ngtk-icon-theme-name=mine\n");
-    folder.Put(theme + "/index.theme", "[Icon Theme]\nName=Mine\nInherits=Adwaita\n"
-        "Directories=any/mimetypes\n[any/mimetypes]\nSize=48\nType=Scalable\nMinSize=8\n"
-        "MaxSize=256\n");
+    folder.Put(theme + "/index.theme",
+               "[Icon Theme]\nName=Mine\nInherits=Adwaita\n"
+               "Directories=any/mimetypes\n[any/mimetypes]\nSize=48\nType=Scalable\nMinSize=8\n"
+               "MaxSize=256\n");
     folder.Put(theme + "/any/mimetypes/text-plain.svg",
-        "<svg xmlns='http://www.w3.org/2000/svg' viewBox='0 0 64 64'>"
-        "<rect width='32' height='64' fill='#ff0000'/></svg>");
+               "<svg xmlns='http://www.w3.org/2000/svg' viewBox='0 0 64 64'>"
+               "<rect width='32' height='64' fill='#ff0000'/></svg>");
     folder.Put(theme + "/any/mimetypes/image-png.svg", "no drawing");
-    folder.Put(theme + "/any/mimetypes/audio-mpeg.svg", "<svg xmlns='http://www.w3.org/2000/svg' "
+    folder.Put(theme + "/any/mimetypes/audio-mpeg.svg",
+               "<svg xmlns='http://www.w3.org/2000/svg' "
                "viewBox='0 0 64 64'><text x='1' y='30'>Text</text></svg>");
-    for (const icon_size size : { B_MINI_ICON, B_LARGE_ICON }) {
+    for (const icon_size size : {B_MINI_ICON, B_LARGE_ICON}) {
         BBitmap icon = icon_bitmap(size);
         EXPECT_EQ(BMimeType("text/plain").GetIcon(&icon, size), B_OK);
         EXPECT_TRUE(is_red_half(icon));
@@ -333,20 +336,21 @@ TEST(Icons, UsersThemeIsAskedFirstAndItsDrawingsToo)
 TEST(Icons, BrowserShowsTheIconOfApplicationVolumeAndTarget)
 {
     DesktopFolder folder;
-    folder.Put("/app.svg", "<svg xmlns='http://www.w3.org/2000/svg' viewBox='0 0 64 64'>"
+    folder.Put("/app.svg",
+               "<svg xmlns='http://www.w3.org/2000/svg' viewBox='0 0 64 64'>"
                "<rect width='32' height='64' fill='#ff0000'/></svg>");
     const std::string program = folder.PutEntry(folder.SystemEntry("app.desktop"), "app",
                                                 "Icon=" + folder.At("/app.svg") + "\n");
     symlink(program.c_str(), folder.At("/link").c_str());
     symlink("nowhere", folder.At("/dangling").c_str());
     BBitmap icon = icon_bitmap(B_LARGE_ICON);
-    for (const std::string& path : { program, folder.At("/link") }) {
+    for (const std::string& path : {program, folder.At("/link")}) {
         entry_ref ref;
         EXPECT_EQ(get_ref_for_path(path.c_str(), &ref), B_OK);
         EXPECT_EQ(BNodeInfo::GetTrackerIcon(&ref, &icon), B_OK);
         EXPECT_TRUE(is_red_half(icon)) << path;
     }
-    for (const std::string& path : { folder.At("/dangling"), folder.Path(), std::string("/") }) {
+    for (const std::string& path : {folder.At("/dangling"), folder.Path(), std::string("/")}) {
         BBitmap other = icon_bitmap(B_LARGE_ICON);
         entry_ref ref;
         EXPECT_EQ(get_ref_for_path(path.c_str(), &ref), B_OK);
@@ -387,7 +391,7 @@ TEST(AppFileInfo, ExecutableSaysWhatItIs)
     EXPECT_EQ(flags, static_cast<uint32>(B_SINGLE_LAUNCH | B_BACKGROUND_APP));
     EXPECT_EQ(info.RemoveAppFlags(), B_OK);
     EXPECT_EQ(info.GetAppFlags(&flags), B_ENTRY_NOT_FOUND);
-    const version_info set = { 1, 2, 3, B_BETA_VERSION, 4, "short", "long" };
+    const version_info set = {1, 2, 3, B_BETA_VERSION, 4, "short", "long"};
     EXPECT_EQ(info.SetVersionInfo(&set, B_SYSTEM_VERSION_KIND), B_OK);
     EXPECT_EQ(info.GetVersionInfo(&version, B_SYSTEM_VERSION_KIND), B_OK);
     EXPECT_EQ(version.variety, static_cast<uint32>(B_BETA_VERSION));
@@ -454,12 +458,13 @@ TEST(Mime, UpdatingGivesFilesTheTypesThatTheyLack)
     const auto kept = [](const std::string& path) { return host_value("user.mime_type", path); };
     EXPECT_EQ(update_mime_info(plain.c_str(), false, true, B_UPDATE_MIME_INFO_NO_FORCE), B_OK);
     EXPECT_EQ(kept(plain), "text/plain");
-    EXPECT_EQ(update_mime_info(folder.At("/tree").c_str(), true, true,
-                               B_UPDATE_MIME_INFO_NO_FORCE), B_OK);
+    EXPECT_EQ(update_mime_info(folder.At("/tree").c_str(), true, true, B_UPDATE_MIME_INFO_NO_FORCE),
+              B_OK);
     EXPECT_EQ(kept(deep), "image/png");
     EXPECT_EQ(kept(own), "x-own/type");
     EXPECT_EQ(update_mime_info(folder.At("/tree").c_str(), true, true,
-                               B_UPDATE_MIME_INFO_FORCE_UPDATE_ALL), B_OK);
+                               B_UPDATE_MIME_INFO_FORCE_UPDATE_ALL),
+              B_OK);
     EXPECT_EQ(kept(own), "image/png");
     EXPECT_EQ(update_mime_info("/no/such/file", false, true, 0), B_ENTRY_NOT_FOUND);
     EXPECT_EQ(update_mime_info(nullptr, false, true, 0), B_BAD_VALUE);

@@ -70,8 +70,8 @@ protected:
         const char* name;
         if (message.FindString("from name", &name) == B_OK)
             text += std::string(" ") + name + ">" + message.FindString("name");
-        else if (message.FindString("name", &name) == B_OK
-                 || message.FindString("attr", &name) == B_OK)
+        else if (message.FindString("name", &name) == B_OK ||
+                 message.FindString("attr", &name) == B_OK)
             text += std::string(" ") + name;
         return text;
     }
@@ -180,8 +180,8 @@ TEST_F(NodeMonitor, StatAndAttributesTellWhatChanged)
     EXPECT_NE(Number(message, "fields") & B_STAT_SIZE, 0);
 
     BNode node(path.c_str());
-    for (auto [value, cause] : { std::pair("a", int64(B_ATTR_CREATED)),
-                                 std::pair("b", int64(B_ATTR_CHANGED)) }) {
+    for (auto [value, cause] :
+         {std::pair("a", int64(B_ATTR_CREATED)), std::pair("b", int64(B_ATTR_CHANGED))}) {
         ASSERT_EQ(node.WriteAttr("it", B_STRING_TYPE, 0, value, 2), 2);
         message = fMail.Take();
         EXPECT_EQ(Text(message), "5 it");
@@ -273,7 +273,7 @@ TEST_F(NodeMonitor, ATargetThatIsGoneIsForgotten)
     ASSERT_EQ(Watch("/in", B_WATCH_DIRECTORY), B_OK);
     looper->Lock();
     looper->Quit();
-    for (const char* name : { "/in/a", "/in/b", "/in/c" }) {
+    for (const char* name : {"/in/a", "/in/b", "/in/c"}) {
         fFolder.Put(name);
         EXPECT_EQ(Next(), std::string("1 ") + (name + 4));
     }
@@ -291,7 +291,7 @@ TEST_F(NodeMonitor, TenThousandChangesArriveCompleteAndInOrderOrAsLost)
         rename(At("/in/m" + name).c_str(), At("/out/" + name).c_str());
         rename(At("/out/" + name).c_str(), At("/in/b" + name).c_str());
         expected.insert(expected.end(),
-                        { "1 " + name, "3 " + name + ">m" + name, "2 m" + name, "1 b" + name });
+                        {"1 " + name, "3 " + name + ">m" + name, "2 m" + name, "1 b" + name});
     }
     for (const std::string& change : expected) {
         const std::string text = Next();

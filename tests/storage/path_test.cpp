@@ -80,7 +80,7 @@ TEST_F(Storage, PathsGrowShrinkAndCompare)
 
 TEST_F(Storage, PathsSurviveFlattening)
 {
-    for (const char* text : { "/dir/file", "/dir/missing" }) {
+    for (const char* text : {"/dir/file", "/dir/missing"}) {
         BPath path(At(text).c_str());
         std::vector<char> flat(path.FlattenedSize());
         EXPECT_EQ(path.Flatten(flat.data(), flat.size() - 1), B_BAD_VALUE);
@@ -129,7 +129,7 @@ TEST_F(Storage, EntriesNameWhatNeedNotExist)
     EXPECT_EQ(BEntry(At("/none/missing").c_str()).InitCheck(), B_ENTRY_NOT_FOUND);
     EXPECT_EQ(BEntry(At("/dir/file/below").c_str()).InitCheck(), B_NOT_A_DIRECTORY);
     EXPECT_EQ(BEntry(At(("/" + std::string(300, 'x')).c_str()).c_str()).InitCheck(),
-        B_NAME_TOO_LONG);
+              B_NAME_TOO_LONG);
     EXPECT_EQ(BEntry(static_cast<const char*>(nullptr)).InitCheck(), B_BAD_VALUE);
 
     BEntry link(At("/link").c_str());
@@ -180,7 +180,7 @@ TEST_F(Storage, DirectoriesListTheirEntries)
     BEntry entry;
     while (folder.GetNextEntry(&entry) == B_OK)
         names.insert(entry.Name());
-    EXPECT_EQ(names, (std::set<std::string> { "dir", "link", "loop" }));
+    EXPECT_EQ(names, (std::set<std::string>{"dir", "link", "loop"}));
     EXPECT_EQ(folder.GetNextEntry(&entry), B_ENTRY_NOT_FOUND);
     EXPECT_EQ(folder.Rewind(), B_OK);
     entry_ref ref;

@@ -22,15 +22,15 @@
 
 using namespace storage;
 
-static const char* const kTable
-    = "22 27 0:21 / /proc rw,relatime - proc proc rw\n"
-      "27 1 8:2 / / rw shared:1 master:2 - ext4 /dev/sda2 rw\n"
-      "30 27 8:1 /part /mnt/bind rw - vfat /dev/sda1 rw\n"
-      "31 27 8:1 / /media/a\\040stick\\134 ro - vfat /dev/sda1 ro\n"
-      "32 27 0:50 / /net rw - nfs4 server:/share rw\n"
-      "33 27 8:2 /home /home rw - ext4 /dev/sda2 rw\n"
-      "34 27 0:6 / /dev rw - devtmpfs /dev/null rw\n"
-      "\nrubbish\n35 27 nonsense / /x rw - ext4 /dev/x rw\n36 27 8:9 / /cut rw - ext4";
+static const char* const kTable =
+    "22 27 0:21 / /proc rw,relatime - proc proc rw\n"
+    "27 1 8:2 / / rw shared:1 master:2 - ext4 /dev/sda2 rw\n"
+    "30 27 8:1 /part /mnt/bind rw - vfat /dev/sda1 rw\n"
+    "31 27 8:1 / /media/a\\040stick\\134 ro - vfat /dev/sda1 ro\n"
+    "32 27 0:50 / /net rw - nfs4 server:/share rw\n"
+    "33 27 8:2 /home /home rw - ext4 /dev/sda2 rw\n"
+    "34 27 0:6 / /dev rw - devtmpfs /dev/null rw\n"
+    "\nrubbish\n35 27 nonsense / /x rw - ext4 /dev/x rw\n36 27 8:9 / /cut rw - ext4";
 
 TEST(MountTable, LinesAreReadAndRubbishIsLeftOut)
 {

@@ -76,11 +76,21 @@ void inject_something(std::minstd_rand& random)
     const auto x = static_cast<float>(random() % 900);
     const auto y = static_cast<float>(random() % 400);
     switch (random() % 12) {
-        case 0: inject_text("abc"); break;
-        case 1: inject_window_resize(x, y, 100 + random() % 300, 80 + random() % 200); break;
-        case 2: inject_window_move(x, y, random() % 500, 30 + random() % 200); break;
-        case 3: inject_window_close(x, y); break;
-        case 4: inject_window_activate(x, y); break;
+        case 0:
+            inject_text("abc");
+            break;
+        case 1:
+            inject_window_resize(x, y, 100 + random() % 300, 80 + random() % 200);
+            break;
+        case 2:
+            inject_window_move(x, y, random() % 500, 30 + random() % 200);
+            break;
+        case 3:
+            inject_window_close(x, y);
+            break;
+        case 4:
+            inject_window_activate(x, y);
+            break;
         case 5:
             inject_window_minimize(x, y, true);
             inject_window_minimize(x, y, false);

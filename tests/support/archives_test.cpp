@@ -71,7 +71,7 @@ TEST(Streams, MemoryGrowsOrStopsAtItsEnd)
     EXPECT_EQ(B_BAD_VALUE, grown.Seek(-8, SEEK_CUR));
     EXPECT_EQ(7, grown.Position());
 
-    char memory[4] = { 'a', 'b', 'c', 'd' };
+    char memory[4] = {'a', 'b', 'c', 'd'};
     BMemoryIO fixed(memory, sizeof(memory));
     EXPECT_EQ(2, fixed.WriteAt(2, "xyz", 3));
     EXPECT_EQ(B_PARTIAL_WRITE, fixed.WriteAtExactly(3, "12", 2));
@@ -106,8 +106,8 @@ TEST(Streams, BufferedOnesHoldTheSameBytesInTheEnd)
             ASSERT_EQ(expected.substr(0, back.size()), back);
         }
     }
-    EXPECT_EQ(expected, std::string(static_cast<const char*>(target.Buffer()),
-                                    target.BufferLength()));
+    EXPECT_EQ(expected,
+              std::string(static_cast<const char*>(target.Buffer()), target.BufferLength()));
     target.Seek(0, SEEK_SET);
     BBufferedDataIO reader(target, 512, false);
     std::string back(expected.size(), ' ');
@@ -178,7 +178,7 @@ TEST(Archives, ObjectsThatPointAtOneAnotherComeBackThatWay)
 
 TEST(Archives, ClassNamesThatAreNoneFindNothing)
 {
-    for (const char* name : { "", "::", "A::", "::A", "A:B", "NoSuchClass", "A::B::C" })
+    for (const char* name : {"", "::", "A::", "::A", "A:B", "NoSuchClass", "A::B::C"})
         EXPECT_EQ(nullptr, find_instantiation_func(name)) << name;
     EXPECT_EQ(nullptr, instantiate_object(nullptr));
     EXPECT_NE(nullptr, find_instantiation_func("BHandler"));
@@ -204,7 +204,10 @@ TEST(TextConversion, KeepsWholeCharactersAndReplacesStrayOnes)
     EXPECT_EQ("ä€", converted(true, B_MS_WINDOWS_CONVERSION, "\xE4\x80", 64, &used));
     EXPECT_EQ("\xE4", converted(false, B_ISO1_CONVERSION, "ä", 64, &used));
     EXPECT_EQ("a?b", converted(false, B_ISO1_CONVERSION, "a€b", 64, &used));
-    EXPECT_EQ("a?b", converted(false, B_ISO1_CONVERSION, "a\xFF" "b", 64, &used));
+    EXPECT_EQ("a?b", converted(false, B_ISO1_CONVERSION,
+                               "a\xFF"
+                               "b",
+                               64, &used));
     EXPECT_EQ("ä", converted(true, B_ISO1_CONVERSION, "\xE4\xF6", 3, &used));
     EXPECT_EQ(1, used);
     EXPECT_EQ("a", converted(false, B_ISO1_CONVERSION, "a\xC3", 64, &used)) << "cut off";
@@ -214,7 +217,7 @@ TEST(TextConversion, KeepsWholeCharactersAndReplacesStrayOnes)
 
 TEST(ByteOrder, SwapsByTheTypesUnits)
 {
-    uint8 bytes[] = { 1, 2, 3, 4, 5, 6, 7, 8 };
+    uint8 bytes[] = {1, 2, 3, 4, 5, 6, 7, 8};
     EXPECT_EQ(B_OK, swap_data(B_INT32_TYPE, bytes, 8, B_SWAP_ALWAYS));
     EXPECT_EQ(4, bytes[0]);
     EXPECT_EQ(8, bytes[4]);

@@ -10,10 +10,7 @@
 #include <string>
 #include <vector>
 
-static void* item(intptr_t value)
-{
-    return reinterpret_cast<void*>(value);
-}
+static void* item(intptr_t value) { return reinterpret_cast<void*>(value); }
 
 static std::vector<intptr_t> values(const BList& list)
 {
@@ -34,16 +31,16 @@ TEST(List, ItemsMoveWithInsertionRemovalAndMoves)
     EXPECT_FALSE(list.AddItem(item(9), 7));
     EXPECT_FALSE(list.AddItem(item(9), -1));
     EXPECT_TRUE(list.MoveItem(0, 5));
-    EXPECT_EQ((Values{ 1, 2, 3, 4, 5, 9 }), values(list));
+    EXPECT_EQ((Values{1, 2, 3, 4, 5, 9}), values(list));
     EXPECT_TRUE(list.MoveItem(4, 1));
-    EXPECT_EQ((Values{ 1, 5, 2, 3, 4, 9 }), values(list));
+    EXPECT_EQ((Values{1, 5, 2, 3, 4, 9}), values(list));
     EXPECT_FALSE(list.MoveItem(0, 6));
     EXPECT_TRUE(list.SwapItems(0, 5));
     EXPECT_EQ(item(5), list.RemoveItem(int32(1)));
     EXPECT_EQ(nullptr, list.RemoveItem(int32(5)));
     EXPECT_TRUE(list.RemoveItems(3, INT32_MAX));
     EXPECT_FALSE(list.RemoveItems(3, 1));
-    EXPECT_EQ((Values{ 9, 2, 3 }), values(list));
+    EXPECT_EQ((Values{9, 2, 3}), values(list));
     EXPECT_FALSE(list.RemoveItem(item(77)));
     EXPECT_EQ(-1, list.IndexOf(item(77)));
 }
@@ -54,7 +51,7 @@ TEST(List, AddingAListToItselfInTheMiddle)
     for (intptr_t i = 1; i <= 4; ++i)
         list.AddItem(item(i));
     EXPECT_TRUE(list.AddList(&list, 1));
-    EXPECT_EQ((Values{ 1, 1, 2, 3, 4, 2, 3, 4 }), values(list));
+    EXPECT_EQ((Values{1, 1, 2, 3, 4, 2, 3, 4}), values(list));
     EXPECT_FALSE(list.AddList(nullptr));
     const BList copy(list);
     EXPECT_TRUE(copy == list);
@@ -63,7 +60,7 @@ TEST(List, AddingAListToItselfInTheMiddle)
         const intptr_t right = *static_cast<const intptr_t*>(b);
         return left < right ? -1 : left > right;
     });
-    EXPECT_EQ((Values{ 1, 1, 2, 2, 3, 3, 4, 4 }), values(list));
+    EXPECT_EQ((Values{1, 1, 2, 2, 3, 3, 4, 4}), values(list));
     EXPECT_TRUE(copy != list);
 }
 

@@ -17,7 +17,7 @@ public:
         setenv("XDG_DATA_DIRS", At("/system").c_str(), 1);
         setenv("XDG_CONFIG_DIRS", At("/etc").c_str(), 1);
         unsetenv("XDG_CURRENT_DESKTOP");
-        for (const char* folder : { "/system/applications", "/etc", "/home/config", "/home/data" })
+        for (const char* folder : {"/system/applications", "/etc", "/home/config", "/home/data"})
             fs::create_directories(At(folder));
         fs::create_directory_symlink("/usr/share/mime", At("/system/mime"));
         fs::create_directory_symlink("/usr/share/icons", At("/system/icons"));
@@ -44,8 +44,8 @@ public:
         fs::permissions(program, fs::perms::owner_all);
         if (exec.empty())
             exec = program + " %F";
-        Put(leaf, "[Desktop Entry]\nType=Application\nName=" + name + "\nExec=" + exec + "\n"
-                + keys);
+        Put(leaf,
+            "[Desktop Entry]\nType=Application\nName=" + name + "\nExec=" + exec + "\n" + keys);
         return program;
     }
 };

@@ -31,9 +31,10 @@ public:
     // It takes a mail and ends with this status.
     void Takes(int status)
     {
-        Runs("mail=$(mktemp new.XXXXXX)\ncat >$mail\nprintf '%s\\n' \"$*\" >arguments\n"
-             "grep '^Subject:' $mail >>subjects\nmv $mail mail-$(date +%s%N)-$mail\nexit " +
-             std::to_string(status) + "\n");
+        Runs(
+            "mail=$(mktemp new.XXXXXX)\ncat >$mail\nprintf '%s\\n' \"$*\" >arguments\n"
+            "grep '^Subject:' $mail >>subjects\nmv $mail mail-$(date +%s%N)-$mail\nexit " +
+            std::to_string(status) + "\n");
     }
     // It runs these lines of a shell script, in its own folder.
     void Runs(const std::string& lines)

@@ -8,10 +8,10 @@
 #include <string.h>
 #include <unistd.h>
 
-static void report_descriptors(FILE *report)
+static void report_descriptors(FILE* report)
 {
-    DIR *open_ones = opendir("/proc/self/fd");
-    for (struct dirent *entry; (entry = readdir(open_ones)) != NULL;) {
+    DIR* open_ones = opendir("/proc/self/fd");
+    for (struct dirent* entry; (entry = readdir(open_ones)) != NULL;) {
         const int number = atoi(entry->d_name);
         if (entry->d_name[0] != '.' && number != dirfd(open_ones) && number != fileno(report))
             fprintf(report, "fd %d\n", number);
@@ -19,10 +19,10 @@ static void report_descriptors(FILE *report)
     closedir(open_ones);
 }
 
-static void report_blocked_signals(FILE *report)
+static void report_blocked_signals(FILE* report)
 {
     char line[256];
-    FILE *status = fopen("/proc/self/status", "r");
+    FILE* status = fopen("/proc/self/status", "r");
     while (fgets(line, sizeof(line), status) != NULL) {
         if (strncmp(line, "SigBlk:\t", 8) == 0)
             fprintf(report, "blocked %s", line + 8);
@@ -30,12 +30,12 @@ static void report_blocked_signals(FILE *report)
     fclose(status);
 }
 
-int main(int argc, char **argv)
+int main(int argc, char** argv)
 {
     char unfinished[4096];
     if (argc > 1) {
         snprintf(unfinished, sizeof(unfinished), "%s.part", argv[1]);
-        FILE *report = fopen(unfinished, "w");
+        FILE* report = fopen(unfinished, "w");
         if (report == NULL)
             return 125;
         fprintf(report, "pid %d\n", getpid());
@@ -46,7 +46,7 @@ int main(int argc, char **argv)
         fclose(report);
         rename(unfinished, argv[1]);
     }
-    const char *end = getenv("PROBE_STAYS");
+    const char* end = getenv("PROBE_STAYS");
     for (int i = 0; end != NULL && i < 60000 && access(end, F_OK) != 0; i++)
         usleep(1000);
     return getenv("PROBE_STATUS") != NULL ? atoi(getenv("PROBE_STATUS")) : 0;

@@ -38,8 +38,8 @@ static void use(std::mt19937& random, BPositionIO& stream, std::string& model)
         }
         case 1: {
             const ssize_t got = stream.ReadAt(at, buffer, size);
-            const std::string wanted
-                = size_t(at) < model.size() ? model.substr(size_t(at), size) : "";
+            const std::string wanted =
+                size_t(at) < model.size() ? model.substr(size_t(at), size) : "";
             ASSERT_EQ(got, ssize_t(wanted.size()));
             ASSERT_EQ(std::string(buffer, size_t(got)), wanted);
             break;

@@ -83,15 +83,14 @@ TEST(StringModel, FindingFindsWhatASimpleSearchFinds)
         ASSERT_EQ(string.FindFirst(part.c_str()), find_from(text, part, 0, false));
         ASSERT_EQ(string.FindFirst(part.c_str(), at), find_from(text, part, at, false));
         ASSERT_EQ(string.IFindFirst(part.c_str(), at), find_from(text, part, at, true));
-        ASSERT_EQ(string.FindLast(part.c_str()),
-                  find_before(text, part, int(text.size()), false));
+        ASSERT_EQ(string.FindLast(part.c_str()), find_before(text, part, int(text.size()), false));
         ASSERT_EQ(string.FindLast(part.c_str(), at), find_before(text, part, at, false));
         ASSERT_EQ(string.IFindLast(BString(part.c_str()), at), find_before(text, part, at, true));
         ASSERT_EQ(string.FindFirst(part[0], at), find_from(text, part.substr(0, 1), at, false));
         ASSERT_EQ(string.StartsWith(part.c_str()), text.compare(0, part.size(), part) == 0);
         ASSERT_EQ(string.IEndsWith(part.c_str()),
-                  part.size() <= text.size()
-                      && find_from(text.substr(text.size() - part.size()), part, 0, true) == 0);
+                  part.size() <= text.size() &&
+                      find_from(text.substr(text.size() - part.size()), part, 0, true) == 0);
     }
 }
 
@@ -101,8 +100,8 @@ TEST(StringModel, ReplacingReplacesOnceFromLeftToRight)
     for (int round = 0; round < 20'000; round++) {
         const std::string text = dice.Text(20), what = dice.Text(3, 1), with = dice.Text(4);
         const int count = dice.Up(3), from = dice.Up(int(text.size()));
-        SCOPED_TRACE(text + " " + what + " " + with + " " + std::to_string(count) + " "
-                     + std::to_string(from));
+        SCOPED_TRACE(text + " " + what + " " + with + " " + std::to_string(count) + " " +
+                     std::to_string(from));
         using Act = std::function<void(BString&)>;
         const auto check = [&](const Act& act, const std::string& wanted) {
             BString string(text.c_str());

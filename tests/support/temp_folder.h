@@ -2,8 +2,8 @@
 #define TESTS_SUPPORT_TEMP_FOLDER_H
 
 // A real folder of the test's own, removed with it. HOME and the desktop's base directories point
-// into it meanwhile, and no message bus is to be found, so that nothing outside is touched. Programs
-// speak one language, whoever runs the tests.
+// into it meanwhile, and no message bus is to be found, so that nothing outside is touched.
+// Programs speak one language, whoever runs the tests.
 
 #include <climits>
 #include <cstdio>

@@ -61,8 +61,8 @@ public:
     {
         fConnection = g_dbus_connection_new_for_address_sync(
             bus.Address().c_str(),
-            GDBusConnectionFlags(G_DBUS_CONNECTION_FLAGS_AUTHENTICATION_CLIENT
-                                 | G_DBUS_CONNECTION_FLAGS_MESSAGE_BUS_CONNECTION),
+            GDBusConnectionFlags(G_DBUS_CONNECTION_FLAGS_AUTHENTICATION_CLIENT |
+                                 G_DBUS_CONNECTION_FLAGS_MESSAGE_BUS_CONNECTION),
             nullptr, nullptr, nullptr);
         fNode = g_dbus_node_info_new_for_xml(interface_xml, nullptr);
         g_main_context_push_thread_default(fContext);

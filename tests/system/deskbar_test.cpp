@@ -26,15 +26,15 @@
 #include "support/temp_folder.h"
 #include "support/test_bus.h"
 
-static const char* const kXfconf
-    = "<node><interface name='org.xfce.Xfconf'>"
-      "<method name='SetProperty'><arg type='s' direction='in'/><arg type='s' direction='in'/>"
-      "<arg type='v' direction='in'/></method>"
-      "<method name='GetAllProperties'><arg type='s' direction='in'/><arg type='s' direction='in'/>"
-      "<arg type='a{sv}' direction='out'/></method></interface></node>";
-static const char* const kPlasma
-    = "<node><interface name='org.kde.PlasmaShell'><method name='evaluateScript'>"
-      "<arg type='s' direction='in'/><arg type='s' direction='out'/></method></interface></node>";
+static const char* const kXfconf =
+    "<node><interface name='org.xfce.Xfconf'>"
+    "<method name='SetProperty'><arg type='s' direction='in'/><arg type='s' direction='in'/>"
+    "<arg type='v' direction='in'/></method>"
+    "<method name='GetAllProperties'><arg type='s' direction='in'/><arg type='s' direction='in'/>"
+    "<arg type='a{sv}' direction='out'/></method></interface></node>";
+static const char* const kPlasma =
+    "<node><interface name='org.kde.PlasmaShell'><method name='evaluateScript'>"
+    "<arg type='s' direction='in'/><arg type='s' direction='out'/></method></interface></node>";
 
 static std::string settings_file(const TempFolder& folder)
 {
@@ -139,16 +139,19 @@ TEST(Deskbar, FrameLiesAtItsPlaceOnTheScreen)
 TEST(Deskbar, DamagedSettingsCountAsNoneAndOthersStay)
 {
     TempFolder folder;
-    for (const char* text : {"", "rubbish", "[Deskbar\nlocation=top", "[Deskbar]\nlocation=north\n"
-                             "expanded=perhaps\nauto-hide=\n", "[Deskbar]\nlocation=\xFF\xFE\n"}) {
+    for (const char* text : {"", "rubbish", "[Deskbar\nlocation=top",
+                             "[Deskbar]\nlocation=north\n"
+                             "expanded=perhaps\nauto-hide=\n",
+                             "[Deskbar]\nlocation=\xFF\xFE\n"}) {
         write_settings(folder, text);
         EXPECT_EQ(GetPosDeskBar(), PLINTH_DESKBAR_RIGHT_TOP) << text;
         EXPECT_EQ(IsExpandedDeskBar(), 1) << text;
         SetPosDeskBar(PLINTH_DESKBAR_TOP);
         EXPECT_EQ(GetPosDeskBar(), PLINTH_DESKBAR_TOP) << text;
     }
-    write_settings(folder, "# mine\n[Other]\nkey=value\n[Deskbar]\nlocation=left-top\ntheir=own\n"
-                           "always-on-top=yes\nexpanded=false\n");
+    write_settings(folder,
+                   "# mine\n[Other]\nkey=value\n[Deskbar]\nlocation=left-top\ntheir=own\n"
+                   "always-on-top=yes\nexpanded=false\n");
     EXPECT_EQ(GetPosDeskBar(), PLINTH_DESKBAR_LEFT_TOP);
     EXPECT_FALSE(BDeskbar().IsAlwaysOnTop());
     EXPECT_EQ(IsExpandedDeskBar(), 0);
@@ -183,8 +186,8 @@ TEST(Deskbar, SettingsMadeByManyProgramsAtOnceAllCount)
 {
     TempFolder folder;
     BPrivate::deskbar_patience().settings = 60'000'000;
-    status_t (BDeskbar::*const setters[])(bool)
-        = {&BDeskbar::SetAutoHide, &BDeskbar::SetAutoRaise, &BDeskbar::SetAlwaysOnTop};
+    status_t (BDeskbar::*const setters[])(bool) = {&BDeskbar::SetAutoHide, &BDeskbar::SetAutoRaise,
+                                                   &BDeskbar::SetAlwaysOnTop};
     for (int round = 0; round < 20; round++) {
         const bool value = round % 2 == 0;
         std::vector<pid_t> children;
@@ -230,10 +233,11 @@ TEST(Deskbar, ItemsAreRefused)
 class Xfconf {
 public:
     explicit Xfconf(const TestBus& bus, bool obeys = true)
-        : fObeys(obeys), fService(bus, "org.xfce.Xfconf", {"/org/xfce/Xfconf"}, kXfconf,
-                                  [this](auto&, auto& method, GVariant* arguments) {
-                                      return Answer(method, arguments);
-                                  })
+        : fObeys(obeys),
+          fService(bus, "org.xfce.Xfconf", {"/org/xfce/Xfconf"}, kXfconf,
+                   [this](auto&, auto& method, GVariant* arguments) {
+                       return Answer(method, arguments);
+                   })
     {
         Keep("/panels/panel-1/position", g_variant_new_string("p=6;x=12;y=13"));
         Keep("/panels/panel-1/mode", g_variant_new_uint32(0));

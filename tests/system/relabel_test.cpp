@@ -23,10 +23,10 @@
 #include "support/temp_folder.h"
 #include "support/test_bus.h"
 
-static const char* const kFileSystem
-    = "<node><interface name='org.freedesktop.UDisks2.Filesystem'><method name='SetLabel'>"
-      "<arg type='s' direction='in'/><arg type='a{sv}' direction='in'/></method></interface>"
-      "</node>";
+static const char* const kFileSystem =
+    "<node><interface name='org.freedesktop.UDisks2.Filesystem'><method name='SetLabel'>"
+    "<arg type='s' direction='in'/><arg type='a{sv}' direction='in'/></method></interface>"
+    "</node>";
 
 // The root's volume, whose labels are links in the test's folder.
 class VolumeLabels : public testing::Test {
@@ -35,8 +35,8 @@ protected:
     {
         const dev_t device = dev_for_path("/");
         char target[PATH_MAX];
-        const std::string link = "/sys/dev/block/" + std::to_string(major(device)) + ":"
-            + std::to_string(minor(device));
+        const std::string link =
+            "/sys/dev/block/" + std::to_string(major(device)) + ":" + std::to_string(minor(device));
         const ssize_t length = readlink(link.c_str(), target, sizeof(target));
         if (length <= 0)
             GTEST_SKIP() << "the root is on no block device";
@@ -67,8 +67,8 @@ protected:
     void Serve(TestService::Method method)
     {
         fService = std::make_unique<TestService>(
-            *fBus, "org.freedesktop.UDisks2",
-            std::initializer_list<const char*>{fObject.c_str()}, kFileSystem, method);
+            *fBus, "org.freedesktop.UDisks2", std::initializer_list<const char*>{fObject.c_str()},
+            kFileSystem, method);
     }
 
     TempFolder fFolder;
@@ -92,8 +92,8 @@ TEST_F(VolumeLabels, TheNewNameIsReadBack)
     EXPECT_TRUE(Relabel("/", "My disk"));
     slow.join();
     EXPECT_STREQ(GetBootVolumeName(), "My disk");
-    const std::vector<std::string> expected
-        = {"SetLabel ('My disk', {'auth.no_user_interaction': <true>})"};
+    const std::vector<std::string> expected = {
+        "SetLabel ('My disk', {'auth.no_user_interaction': <true>})"};
     EXPECT_EQ(fService->TakeCalls(), expected);
     EXPECT_TRUE(Relabel("/", "My disk"));  // no change to wait for
     slow.join();

@@ -21,7 +21,8 @@ protected:
     Timer()
     {
         sCalls = 0;
-        fWindow.Handle(PLINTH_TIMER, +[] { ++sCalls; });
+        fWindow.Handle(
+            PLINTH_TIMER, +[] { ++sCalls; });
         fKit = be_app->WindowAt(be_app->CountWindows() - 1);
     }
     void Faster() { fKit->SetPulseRate(kFastPulse); }
@@ -86,10 +87,11 @@ TEST_F(Timer, HandlerMayStopItsOwnTimer)
 {
     static int32_t sIdent;
     sIdent = fWindow;
-    fWindow.Handle(PLINTH_TIMER, +[] {
-        ++sCalls;
-        SetTimerStart(sIdent, 0);
-    });
+    fWindow.Handle(
+        PLINTH_TIMER, +[] {
+            ++sCalls;
+            SetTimerStart(sIdent, 0);
+        });
     SetTimerCount(fWindow, 1);
     SetTimerStart(fWindow, 1);
     Faster();

@@ -155,8 +155,7 @@ TEST_F(Windows, ClicksReachSlot14WithPlaceButtonAndRun)
     window.Click(17, 23, 4);
     window.Click(90, 70, 2);
     EXPECT_TRUE(eventually([] { return sLog.Has("14 90 70 2 1"); }));
-    EXPECT_EQ(sLog.All(),
-              "14 17 23 1 1, 14 17 23 1 2, 14 17 23 1 3, 14 17 23 4 1, 14 90 70 2 1");
+    EXPECT_EQ(sLog.All(), "14 17 23 1 1, 14 17 23 1 2, 14 17 23 1 3, 14 17 23 4 1, 14 90 70 2 1");
 }
 
 TEST_F(Windows, TwoButtonsTogetherCallNothing)
@@ -191,18 +190,25 @@ TEST_F(Windows, KeysReachSlot13WithModifiers)
         int32_t code;
         int32_t modifiers;  // that must be set
     } keys[] = {
-        {0, 0x3c, 'a', 0},          {0x4b, 0x3c, 'A', B_SHIFT_KEY},
-        {0x5c, 0x3c, 1, B_CONTROL_KEY}, {0, 0x02, 202, 0},
-        {0, 0x0d, 213, 0},          {0, 0x57, B_UP_ARROW, 0},
-        {0, 0x61, B_LEFT_ARROW, 0}, {0, 0x1e, B_BACKSPACE, 0},
-        {0, 0x47, B_ENTER, 0},      {0, 0x26, B_TAB, 0},
-        {0, 0x01, B_ESCAPE, 0},     {0, 0x34, B_DELETE, 0},
+        {0, 0x3c, 'a', 0},
+        {0x4b, 0x3c, 'A', B_SHIFT_KEY},
+        {0x5c, 0x3c, 1, B_CONTROL_KEY},
+        {0, 0x02, 202, 0},
+        {0, 0x0d, 213, 0},
+        {0, 0x57, B_UP_ARROW, 0},
+        {0, 0x61, B_LEFT_ARROW, 0},
+        {0, 0x1e, B_BACKSPACE, 0},
+        {0, 0x47, B_ENTER, 0},
+        {0, 0x26, B_TAB, 0},
+        {0, 0x01, B_ESCAPE, 0},
+        {0, 0x34, B_DELETE, 0},
     };
     static std::atomic<int64_t> sKey;
     TestWindow window;
-    window.Handle(PLINTH_KEY, +[](int32_t code, int32_t modifiers) {
-        sKey = static_cast<int64_t>(modifiers) << 32 | static_cast<uint32_t>(code);
-    });
+    window.Handle(
+        PLINTH_KEY, +[](int32_t code, int32_t modifiers) {
+            sKey = static_cast<int64_t>(modifiers) << 32 | static_cast<uint32_t>(code);
+        });
     window.Click(10, 10);
     for (const auto& row : keys) {
         sKey = -1;
@@ -221,7 +227,8 @@ TEST_F(Windows, KeysReachSlot13WithModifiers)
 TEST_F(Windows, MultiByteCharactersCallNothing)
 {
     TestWindow window;
-    window.Handle(PLINTH_KEY, +[](int32_t code, int32_t) { sLog.Add(std::to_string(code)); });
+    window.Handle(
+        PLINTH_KEY, +[](int32_t code, int32_t) { sLog.Add(std::to_string(code)); });
     window.Click(10, 10);
     inject_text("\xc3\xa9x");
     EXPECT_TRUE(eventually([] { return sLog.Has("120"); }));
@@ -325,11 +332,12 @@ TEST_F(Windows, AHandlerThatClosesItsOwnWindowEndsThere)
     static int32_t sWindow;
     TestWindow window;
     sWindow = window;
-    window.Handle(PLINTH_MOUSE_DOWN, +[](int32_t, int32_t, int32_t, int32_t) {
-        sLog.Add("before");
-        CloseWindow(sWindow);
-        sLog.Add("after");
-    });
+    window.Handle(
+        PLINTH_MOUSE_DOWN, +[](int32_t, int32_t, int32_t, int32_t) {
+            sLog.Add("before");
+            CloseWindow(sWindow);
+            sLog.Add("after");
+        });
     window.Click(10, 10);
     EXPECT_TRUE(eventually([&] { return !is_window_ident(window); }));
     EXPECT_EQ(sLog.All(), "before");
@@ -340,17 +348,20 @@ TEST_F(Windows, AHandlerOfHidingMayCloseItsOwnWindow)
     static int32_t sWindow;
     TestWindow window;
     sWindow = window;
-    window.Handle(PLINTH_HIDDEN, +[] {
-        sLog.Add("hidden");
-        CloseWindow(sWindow);
-    });
-    window.Handle(PLINTH_KEY, +[](int32_t, int32_t) { CloseWindow(sWindow); });
+    window.Handle(
+        PLINTH_HIDDEN, +[] {
+            sLog.Add("hidden");
+            CloseWindow(sWindow);
+        });
+    window.Handle(
+        PLINTH_KEY, +[](int32_t, int32_t) { CloseWindow(sWindow); });
     window.Click(10, 10);
     inject_text("q");
     EXPECT_TRUE(eventually([&] { return !is_window_ident(window); }));
     TestWindow other;
     sWindow = other;
-    other.Handle(PLINTH_HIDDEN, +[] { CloseWindow(sWindow); });
+    other.Handle(
+        PLINTH_HIDDEN, +[] { CloseWindow(sWindow); });
     CloseWindow(other);
     EXPECT_FALSE(is_window_ident(other));
     EXPECT_EQ(sLog.All(), "hidden");
@@ -376,10 +387,11 @@ TEST_F(Windows, AViewThatIsGoneGetsNoFocusAgain)
 
     top->AddChild(sField);
     sField->MakeFocus(true);
-    window.Handle(PLINTH_RESIZED, +[](int32_t, int32_t) {
-        sField->RemoveSelf();
-        delete sField;
-    });
+    window.Handle(
+        PLINTH_RESIZED, +[](int32_t, int32_t) {
+            sField->RemoveSelf();
+            delete sField;
+        });
     platform->FrameResized(150, 100);
     EXPECT_EQ(platform->CurrentFocus(), nullptr);
     platform->Unlock();
@@ -405,12 +417,13 @@ TEST_F(Windows, SlotsOutOfRangeStoreNothing)
 TEST_F(Windows, DroppedFilesReachSlot21AsPaths)
 {
     TestWindow window;
-    window.Handle(PLINTH_FILES_DROPPED, +[](int32_t count, char** paths) {
-        std::string call = std::to_string(count);
-        for (int32_t i = 0; i < count; i++)
-            call += std::string(" ") + paths[i];
-        sLog.Add(call);
-    });
+    window.Handle(
+        PLINTH_FILES_DROPPED, +[](int32_t count, char** paths) {
+            std::string call = std::to_string(count);
+            for (int32_t i = 0; i < count; i++)
+                call += std::string(" ") + paths[i];
+            sLog.Add(call);
+        });
     const char* const dropped[] = {"/etc/passwd", "/usr"};
     inject_file_drop(window.X(30), window.Y(30), dropped, 2);
     EXPECT_TRUE(eventually([] { return sLog.Has("2 /etc/passwd /usr"); })) << sLog.All();
@@ -419,8 +432,8 @@ TEST_F(Windows, DroppedFilesReachSlot21AsPaths)
 TEST_F(Windows, FieldCountBoundsTheRefsOfADropKeptOnPurpose)
 {
     TestWindow window;
-    window.Handle(PLINTH_FILES_DROPPED,
-                  +[](int32_t count, char**) { sLog.Add(std::to_string(count)); });
+    window.Handle(
+        PLINTH_FILES_DROPPED, +[](int32_t count, char**) { sLog.Add(std::to_string(count)); });
     std::vector<const char*> many(40, "/usr");
     inject_file_drop(window.X(30), window.Y(30), many.data(), static_cast<int32_t>(many.size()));
     EXPECT_TRUE(eventually([] { return !sLog.All().empty(); }));

@@ -8,7 +8,7 @@
 
 #include <memory>
 
-namespace BPrivate __attribute__((visibility("hidden"))) {
+namespace [[gnu::visibility("hidden")]] BPrivate {
 
 using FilterList = std::unique_ptr<BList>;
 

@@ -26,15 +26,22 @@ static const property_info kProperties[] = {
 };
 
 BHandler::BHandler(const char* name)
-    : fHasName(false), fToken(BPrivate::Tokens::Add(this)), fLooper(nullptr),
-      fNextHandler(nullptr), fObservers(nullptr)
+    : fHasName(false),
+      fToken(BPrivate::Tokens::Add(this)),
+      fLooper(nullptr),
+      fNextHandler(nullptr),
+      fObservers(nullptr)
 {
     SetName(name);
 }
 
 BHandler::BHandler(BMessage* data)
-    : BArchivable(data), fHasName(false), fToken(BPrivate::Tokens::Add(this)), fLooper(nullptr),
-      fNextHandler(nullptr), fObservers(nullptr)
+    : BArchivable(data),
+      fHasName(false),
+      fToken(BPrivate::Tokens::Add(this)),
+      fLooper(nullptr),
+      fNextHandler(nullptr),
+      fObservers(nullptr)
 {
     const char* name = nullptr;
     if (data != nullptr && data->FindString("_name", &name) == B_OK)
@@ -82,8 +89,8 @@ void BHandler::MessageReceived(BMessage* message)
         fNextHandler->MessageReceived(message);
         return;
     }
-    if (message->what == B_MESSAGE_NOT_UNDERSTOOD || message->what == B_REPLY
-        || (!message->WasDropped() && !message->HasSpecifiers()))
+    if (message->what == B_MESSAGE_NOT_UNDERSTOOD || message->what == B_REPLY ||
+        (!message->WasDropped() && !message->HasSpecifiers()))
         return;
     BMessage reply(B_MESSAGE_NOT_UNDERSTOOD);
     reply.AddInt32("error", B_BAD_SCRIPT_SYNTAX);
@@ -91,10 +98,7 @@ void BHandler::MessageReceived(BMessage* message)
     message->SendReply(&reply);
 }
 
-BLooper* BHandler::Looper() const
-{
-    return fLooper.load(std::memory_order_acquire);
-}
+BLooper* BHandler::Looper() const { return fLooper.load(std::memory_order_acquire); }
 
 void BHandler::SetName(const char* name)
 {
@@ -102,10 +106,7 @@ void BHandler::SetName(const char* name)
     fName = fHasName ? name : "";
 }
 
-const char* BHandler::Name() const
-{
-    return fHasName ? fName.c_str() : nullptr;
-}
+const char* BHandler::Name() const { return fHasName ? fName.c_str() : nullptr; }
 
 void BHandler::SetNextHandler(BHandler* handler)
 {
@@ -113,10 +114,7 @@ void BHandler::SetNextHandler(BHandler* handler)
         fNextHandler = handler;
 }
 
-BHandler* BHandler::NextHandler() const
-{
-    return fNextHandler;
-}
+BHandler* BHandler::NextHandler() const { return fNextHandler; }
 
 void BHandler::AddFilter(BMessageFilter* filter)
 {
@@ -142,23 +140,17 @@ void BHandler::SetFilterList(BList* filters)
         BPrivate::filter_at(*filters, i)->_SetOwner(this);
 }
 
-BList* BHandler::FilterList()
-{
-    return fFilters.get();
-}
+BList* BHandler::FilterList() { return fFilters.get(); }
 
-bool BHandler::LockLooper()
-{
-    return LockLooperWithTimeout(B_INFINITE_TIMEOUT) == B_OK;
-}
+bool BHandler::LockLooper() { return LockLooperWithTimeout(B_INFINITE_TIMEOUT) == B_OK; }
 
 status_t BHandler::LockLooperWithTimeout(bigtime_t timeout)
 {
     const bigtime_t deadline = BPrivate::deadline_after(timeout);
     BLooper* looper = Looper();
     while (looper != nullptr) {
-        const bigtime_t left = deadline == B_INFINITE_TIMEOUT
-            ? B_INFINITE_TIMEOUT : max_c(deadline - system_time(), 0);
+        const bigtime_t left = deadline == B_INFINITE_TIMEOUT ? B_INFINITE_TIMEOUT
+                                                              : max_c(deadline - system_time(), 0);
         const status_t status = looper->LockWithTimeout(left);
         BLooper* current = Looper();
         if (current == looper)
@@ -203,9 +195,9 @@ bool BHandler::_ScriptReceived(BMessage* message)
     int32 index, form;
     BMessage specifier;
     const char* property;
-    if (message->what != B_GET_PROPERTY
-        || message->GetCurrentSpecifier(&index, &specifier, &form, &property) != B_OK
-        || !BPrivate::knows_property(kProperties, message, index, &specifier, form, property))
+    if (message->what != B_GET_PROPERTY ||
+        message->GetCurrentSpecifier(&index, &specifier, &form, &property) != B_OK ||
+        !BPrivate::knows_property(kProperties, message, index, &specifier, form, property))
         return false;
 
     BMessage reply(B_REPLY);
@@ -271,10 +263,7 @@ status_t BHandler::StopWatchingAll(BHandler* handler)
     return StopWatching(handler, B_OBSERVER_OBSERVE_ALL);
 }
 
-status_t BHandler::Perform(perform_code d, void* arg)
-{
-    return BArchivable::Perform(d, arg);
-}
+status_t BHandler::Perform(perform_code d, void* arg) { return BArchivable::Perform(d, arg); }
 
 void BHandler::SendNotices(uint32 what, const BMessage* notice)
 {

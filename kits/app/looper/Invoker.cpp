@@ -6,10 +6,7 @@
 #include <Looper.h>
 #include <Message.h>
 
-BInvoker::BInvoker()
-    : fReplyTo(nullptr), fTimeout(B_INFINITE_TIMEOUT)
-{
-}
+BInvoker::BInvoker() : fReplyTo(nullptr), fTimeout(B_INFINITE_TIMEOUT) {}
 
 BInvoker::BInvoker(BMessage* message, const BHandler* handler, const BLooper* looper)
     : fMessage(message), fTarget(handler, looper), fReplyTo(nullptr), fTimeout(B_INFINITE_TIMEOUT)
@@ -30,15 +27,9 @@ status_t BInvoker::SetMessage(BMessage* message)
     return B_OK;
 }
 
-BMessage* BInvoker::Message() const
-{
-    return fMessage.get();
-}
+BMessage* BInvoker::Message() const { return fMessage.get(); }
 
-uint32 BInvoker::Command() const
-{
-    return fMessage != nullptr ? fMessage->what : 0;
-}
+uint32 BInvoker::Command() const { return fMessage != nullptr ? fMessage->what : 0; }
 
 status_t BInvoker::SetTarget(const BHandler* handler, const BLooper* looper)
 {
@@ -51,20 +42,11 @@ status_t BInvoker::SetTarget(BMessenger messenger)
     return B_OK;
 }
 
-bool BInvoker::IsTargetLocal() const
-{
-    return fTarget.IsTargetLocal();
-}
+bool BInvoker::IsTargetLocal() const { return fTarget.IsTargetLocal(); }
 
-BHandler* BInvoker::Target(BLooper** _looper) const
-{
-    return fTarget.Target(_looper);
-}
+BHandler* BInvoker::Target(BLooper** _looper) const { return fTarget.Target(_looper); }
 
-BMessenger BInvoker::Messenger() const
-{
-    return fTarget;
-}
+BMessenger BInvoker::Messenger() const { return fTarget; }
 
 status_t BInvoker::SetHandlerForReply(BHandler* handler)
 {
@@ -72,10 +54,7 @@ status_t BInvoker::SetHandlerForReply(BHandler* handler)
     return B_OK;
 }
 
-BHandler* BInvoker::HandlerForReply() const
-{
-    return fReplyTo;
-}
+BHandler* BInvoker::HandlerForReply() const { return fReplyTo; }
 
 status_t BInvoker::Invoke(BMessage* message)
 {
@@ -101,10 +80,7 @@ status_t BInvoker::SetTimeout(bigtime_t timeout)
     return B_OK;
 }
 
-bigtime_t BInvoker::Timeout() const
-{
-    return fTimeout;
-}
+bigtime_t BInvoker::Timeout() const { return fTimeout; }
 
 uint32 BInvoker::InvokeKind(bool* _notify)
 {
@@ -114,10 +90,7 @@ uint32 BInvoker::InvokeKind(bool* _notify)
     return notify ? fNotifyKinds.back() : static_cast<uint32>(B_CONTROL_INVOKED);
 }
 
-void BInvoker::BeginInvokeNotify(uint32 kind)
-{
-    fNotifyKinds.push_back(kind);
-}
+void BInvoker::BeginInvokeNotify(uint32 kind) { fNotifyKinds.push_back(kind); }
 
 void BInvoker::EndInvokeNotify()
 {

@@ -31,14 +31,19 @@ using BPrivate::LooperTable;
 using BPrivate::MessageAccess;
 using BPrivate::MessengerAccess;
 
-static const uint32 kQuitLoop = '_QIT';  // ends the loop in its turn, after what was posted before
+static const uint32 kQuitLoop = '_QIT';   // ends the loop in its turn, after what was posted before
 static const int kMaxRedirections = 100;  // filters that send a message round in circles
 
 static const property_info kProperties[] = {
     {"Handler", {B_COUNT_PROPERTIES}, {B_DIRECT_SPECIFIER}, nullptr, 0, {B_INT32_TYPE}, {}},
     {"Handlers", {B_GET_PROPERTY}, {B_DIRECT_SPECIFIER}, nullptr, 0, {B_MESSENGER_TYPE}, {}},
-    {"Handler", {}, {B_INDEX_SPECIFIER, B_REVERSE_INDEX_SPECIFIER, B_NAME_SPECIFIER}, nullptr, 0,
-     {}, {}},
+    {"Handler",
+     {},
+     {B_INDEX_SPECIFIER, B_REVERSE_INDEX_SPECIFIER, B_NAME_SPECIFIER},
+     nullptr,
+     0,
+     {},
+     {}},
     {},
 };
 
@@ -111,14 +116,9 @@ status_t LooperLoop::ThreadEntry(void* data)
 
 }  // namespace BPrivate
 
-BLooper::BLooper(const char* name, int32 priority, int32)
-    : BHandler(name)
-{
-    _Init(priority);
-}
+BLooper::BLooper(const char* name, int32 priority, int32) : BHandler(name) { _Init(priority); }
 
-BLooper::BLooper(BMessage* data)
-    : BHandler(data)
+BLooper::BLooper(BMessage* data) : BHandler(data)
 {
     int32 priority = B_NORMAL_PRIORITY;
     if (data != nullptr)
@@ -191,10 +191,7 @@ status_t BLooper::PostMessage(uint32 command)
     return post(this, message, this);
 }
 
-status_t BLooper::PostMessage(BMessage* message)
-{
-    return PostMessage(message, this);
-}
+status_t BLooper::PostMessage(BMessage* message) { return PostMessage(message, this); }
 
 status_t BLooper::PostMessage(uint32 command, BHandler* handler, BHandler* replyTo)
 {
@@ -212,15 +209,12 @@ status_t BLooper::PostMessage(BMessage* message, BHandler* handler, BHandler* re
             return B_MISMATCHED_VALUES;
         target = handler->fToken;
     }
-    const BMessenger reply = replyTo != nullptr
-        ? BMessenger(replyTo) : MessengerAccess::ReplyAddress(message);
+    const BMessenger reply =
+        replyTo != nullptr ? BMessenger(replyTo) : MessengerAccess::ReplyAddress(message);
     return post(this, MessageAccess::CopyFor(message, target, reply, 0), handler);
 }
 
-status_t BLooper::_Queue(BMessage* message)
-{
-    return post(this, message, this);
-}
+status_t BLooper::_Queue(BMessage* message) { return post(this, message, this); }
 
 void BLooper::DispatchMessage(BMessage* message, BHandler* handler)
 {
@@ -237,9 +231,9 @@ void BLooper::MessageReceived(BMessage* message)
     int32 index, form;
     BMessage specifier;
     const char* property;
-    if (message == nullptr || !message->HasSpecifiers()
-        || message->GetCurrentSpecifier(&index, &specifier, &form, &property) != B_OK
-        || !BPrivate::knows_property(kProperties, message, index, &specifier, form, property)) {
+    if (message == nullptr || !message->HasSpecifiers() ||
+        message->GetCurrentSpecifier(&index, &specifier, &form, &property) != B_OK ||
+        !BPrivate::knows_property(kProperties, message, index, &specifier, form, property)) {
         BHandler::MessageReceived(message);
         return;
     }
@@ -254,15 +248,9 @@ void BLooper::MessageReceived(BMessage* message)
     message->SendReply(&reply);
 }
 
-BMessage* BLooper::CurrentMessage() const
-{
-    return fCurrent;
-}
+BMessage* BLooper::CurrentMessage() const { return fCurrent; }
 
-BMessage* BLooper::DetachCurrentMessage()
-{
-    return std::exchange(fCurrent, nullptr);
-}
+BMessage* BLooper::DetachCurrentMessage() { return std::exchange(fCurrent, nullptr); }
 
 void BLooper::DispatchExternalMessage(BMessage* message, BHandler* handler, bool& _detached)
 {
@@ -272,15 +260,9 @@ void BLooper::DispatchExternalMessage(BMessage* message, BHandler* handler, bool
     fCurrent = outer;
 }
 
-BMessageQueue* BLooper::MessageQueue() const
-{
-    return &fSlot->queue;
-}
+BMessageQueue* BLooper::MessageQueue() const { return &fSlot->queue; }
 
-bool BLooper::IsMessageWaiting() const
-{
-    return !fSlot->queue.IsEmpty();
-}
+bool BLooper::IsMessageWaiting() const { return !fSlot->queue.IsEmpty(); }
 
 void BLooper::AddHandler(BHandler* handler)
 {
@@ -308,10 +290,7 @@ bool BLooper::RemoveHandler(BHandler* handler)
     return true;
 }
 
-int32 BLooper::CountHandlers() const
-{
-    return static_cast<int32>(fHandlers.size());
-}
+int32 BLooper::CountHandlers() const { return static_cast<int32>(fHandlers.size()); }
 
 BHandler* BLooper::HandlerAt(int32 index) const
 {
@@ -324,10 +303,7 @@ int32 BLooper::IndexOf(BHandler* handler) const
     return found != fHandlers.end() ? static_cast<int32>(found - fHandlers.begin()) : -1;
 }
 
-BHandler* BLooper::PreferredHandler() const
-{
-    return fPreferred;
-}
+BHandler* BLooper::PreferredHandler() const { return fPreferred; }
 
 void BLooper::SetPreferredHandler(BHandler* handler)
 {
@@ -341,9 +317,9 @@ thread_id BLooper::Run()
     if (fRunCalled)
         return Thread();
     auto* start = new BPrivate::LooperLoop::Start{this, fSlot, fToken};
-    const thread_id thread = spawn_thread(&BPrivate::LooperLoop::ThreadEntry,
-                                          fHasName ? fName.c_str() : "anonymous looper",
-                                          fPriority, start);
+    const thread_id thread =
+        spawn_thread(&BPrivate::LooperLoop::ThreadEntry,
+                     fHasName ? fName.c_str() : "anonymous looper", fPriority, start);
     if (thread < B_OK) {
         delete start;
         return thread;
@@ -397,10 +373,7 @@ void BLooper::Quit()
     }
 }
 
-bool BLooper::QuitRequested()
-{
-    return true;
-}
+bool BLooper::QuitRequested() { return true; }
 
 bool BLooper::Lock()
 {
@@ -447,10 +420,7 @@ thread_id BLooper::Thread() const
     return slot != nullptr ? slot->thread.load() : 0;
 }
 
-team_id BLooper::Team() const
-{
-    return BPrivate::current_team();
-}
+team_id BLooper::Team() const { return BPrivate::current_team(); }
 
 BLooper* BLooper::LooperForThread(thread_id thread)
 {
@@ -481,13 +451,10 @@ int32 BLooper::CountLockRequests() const
 }
 
 // The lock is no semaphore here.
-sem_id BLooper::Sem() const
-{
-    return B_BAD_SEM_ID;
-}
+sem_id BLooper::Sem() const { return B_BAD_SEM_ID; }
 
-BHandler* BLooper::ResolveSpecifier(BMessage* message, int32 index, BMessage* specifier,
-                                    int32 what, const char* property)
+BHandler* BLooper::ResolveSpecifier(BMessage* message, int32 index, BMessage* specifier, int32 what,
+                                    const char* property)
 {
     BPropertyInfo info(const_cast<property_info*>(kProperties));
     const int32 match = info.FindMatch(message, index, specifier, what, property);
@@ -550,15 +517,9 @@ void BLooper::SetCommonFilterList(BList* filters)
         BPrivate::filter_at(*filters, i)->_SetOwner(this);
 }
 
-BList* BLooper::CommonFilterList() const
-{
-    return fCommonFilters.get();
-}
+BList* BLooper::CommonFilterList() const { return fCommonFilters.get(); }
 
-status_t BLooper::Perform(perform_code d, void* arg)
-{
-    return BHandler::Perform(d, arg);
-}
+status_t BLooper::Perform(perform_code d, void* arg) { return BHandler::Perform(d, arg); }
 
 BMessage* BLooper::MessageFromPort(bigtime_t timeout)
 {
@@ -573,15 +534,9 @@ BMessage* BLooper::MessageFromPort(bigtime_t timeout)
     }
 }
 
-bigtime_t BLooper::_Idle()
-{
-    return B_INFINITE_TIMEOUT;
-}
+bigtime_t BLooper::_Idle() { return B_INFINITE_TIMEOUT; }
 
-void BLooper::_Wake()
-{
-    LooperTable::Wake(fSlot);
-}
+void BLooper::_Wake() { LooperTable::Wake(fSlot); }
 
 void BLooper::_SetKind(Kind kind)
 {
@@ -589,10 +544,7 @@ void BLooper::_SetKind(Kind kind)
     fSlot->kind.store(static_cast<uint8>(kind));
 }
 
-void BLooper::_Deliver(BMessage* message)
-{
-    _DispatchTo(message, _Target(message));
-}
+void BLooper::_Deliver(BMessage* message) { _DispatchTo(message, _Target(message)); }
 
 void BLooper::_DispatchTo(BMessage* message, BHandler* target)
 {
@@ -635,7 +587,8 @@ BHandler* BLooper::_ApplyFilters(BList* filters, BMessage* message, BHandler* ta
         BMessageFilter* filter = BPrivate::filter_at(*filters, i);
         if (filter->_Takes(message)) {
             const filter_result result = filter->fFunction != nullptr
-                ? filter->fFunction(message, &target, filter) : filter->Filter(message, &target);
+                                             ? filter->fFunction(message, &target, filter)
+                                             : filter->Filter(message, &target);
             if (result == B_SKIP_MESSAGE || target == nullptr || target->Looper() != this)
                 return nullptr;
         }
@@ -651,8 +604,7 @@ BHandler* BLooper::_ResolveSpecifiers(BMessage* message, BHandler* target)
     BMessage specifier;
     const char* property;
     while (message->GetCurrentSpecifier(&index, &specifier, &form, &property) == B_OK) {
-        BHandler* const next =
-            target->ResolveSpecifier(message, index, &specifier, form, property);
+        BHandler* const next = target->ResolveSpecifier(message, index, &specifier, form, property);
         if (next == target || next == nullptr)
             return next;
         if (next->Looper() != this)

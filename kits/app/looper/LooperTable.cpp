@@ -91,8 +91,8 @@ status_t LooperTable::Lock(LooperSlot* slot, int32 token, bigtime_t deadline)
         return B_BAD_VALUE;
     if (!slot->lock.LockUntil(deadline))
         return B_TIMED_OUT;
-    if (slot->token.load(std::memory_order_relaxed) == token
-        && slot->looper.load(std::memory_order_relaxed) != nullptr)
+    if (slot->token.load(std::memory_order_relaxed) == token &&
+        slot->looper.load(std::memory_order_relaxed) != nullptr)
         return B_OK;
     slot->lock.Unlock();
     return B_BAD_VALUE;
@@ -101,8 +101,8 @@ status_t LooperTable::Lock(LooperSlot* slot, int32 token, bigtime_t deadline)
 bool LooperTable::Post(LooperSlot* slot, int32 token, BMessage* message)
 {
     slot->queue.Lock();
-    const bool there = slot->token.load(std::memory_order_relaxed) == token
-        && slot->looper.load(std::memory_order_relaxed) != nullptr;
+    const bool there = slot->token.load(std::memory_order_relaxed) == token &&
+                       slot->looper.load(std::memory_order_relaxed) != nullptr;
     if (there)
         slot->queue.AddMessage(message);
     slot->queue.Unlock();

@@ -14,7 +14,7 @@
 
 #include "support/RecursiveLock.h"
 
-namespace BPrivate __attribute__((visibility("hidden"))) {
+namespace [[gnu::visibility("hidden")]] BPrivate {
 
 struct LooperSlot {
     std::atomic<BLooper*> looper{nullptr};  // both change with lock and queue held
@@ -22,11 +22,11 @@ struct LooperSlot {
     LooperSlot* next = nullptr;             // in the chain of its hash, for ever
     BasicRecursiveLock<LockLife::Forever> lock;
     BMessageQueue queue;
-    std::atomic<uint32> awake{1};           // futex: 0 while the loop sleeps or is about to
-    std::atomic<uint32> gone{0};            // futex: counts the loopers that were here
-    std::atomic<thread_id> thread{0};       // that runs the loop, 0 before
-    std::atomic<uint8> kind{0};             // BLooper::Kind
-    std::atomic<bool> registered{false};    // by BApplication::RegisterLooper()
+    std::atomic<uint32> awake{1};         // futex: 0 while the loop sleeps or is about to
+    std::atomic<uint32> gone{0};          // futex: counts the loopers that were here
+    std::atomic<thread_id> thread{0};     // that runs the loop, 0 before
+    std::atomic<uint8> kind{0};           // BLooper::Kind
+    std::atomic<bool> registered{false};  // by BApplication::RegisterLooper()
 };
 
 // One looper, as of the moment when it was listed.
@@ -48,16 +48,16 @@ struct LooperTable {
         return slot;
     }
 
-    // Enters a looper, locked by the calling thread. Remove() takes its name out, gives all levels
-    // of the lock back and deletes the queued messages.
+    // Enters a looper, locked by the calling thread. Remove() takes its name out, gives all
+    // levels of the lock back and deletes the queued messages.
     static LooperSlot* Add(BLooper* looper, int32 token);
     static void Remove(LooperSlot* slot);
 
     // Locks if the looper is still there: B_OK, B_BAD_VALUE if not, B_TIMED_OUT.
     static status_t Lock(LooperSlot* slot, int32 token, bigtime_t deadline);
 
-    // Queues a message and wakes the loop. False, the message stays the caller's, if the looper is
-    // gone.
+    // Queues a message and wakes the loop. False, the message stays the caller's, if the looper
+    // is gone.
     static bool Post(LooperSlot* slot, int32 token, BMessage* message);
     static void Wake(LooperSlot* slot);
     // Announced first, so that whatever comes between the two ends the sleep at once.

@@ -69,10 +69,7 @@ int32 BMessageQueue::CountMessages() const
     return fCount;
 }
 
-bool BMessageQueue::IsEmpty() const
-{
-    return CountMessages() == 0;
-}
+bool BMessageQueue::IsEmpty() const { return CountMessages() == 0; }
 
 BMessage* BMessageQueue::FindMessage(int32 index) const
 {
@@ -103,15 +100,9 @@ bool BMessageQueue::Lock()
     return true;
 }
 
-void BMessageQueue::Unlock()
-{
-    lock_in(fLock).Unlock();
-}
+void BMessageQueue::Unlock() { lock_in(fLock).Unlock(); }
 
-bool BMessageQueue::IsLocked() const
-{
-    return lock_in(fLock).IsMine();
-}
+bool BMessageQueue::IsLocked() const { return lock_in(fLock).IsMine(); }
 
 BMessage* BMessageQueue::NextMessage()
 {

@@ -54,8 +54,8 @@ bigtime_t send_due(Runners& list)
         Runner& runner = entry->second;
         bool ended = false;
         if (runner.due <= now) {
-            ended = !MessengerAccess::Notify(runner.target, *runner.message, runner.replyTo)
-                || (runner.count > 0 && --runner.count == 0);
+            ended = !MessengerAccess::Notify(runner.target, *runner.message, runner.replyTo) ||
+                    (runner.count > 0 && --runner.count == 0);
             // What was missed is left out: a thread that was held up sends no burst.
             runner.due = max_c(runner.due + runner.interval, now);
         }
@@ -101,13 +101,17 @@ bool start_timer(Runners& list)
 }
 
 // Returns the new runner's number, or a status.
-int32 add_runner(const BMessenger& target, const BMessage* message, bigtime_t interval,
-                 int32 count, const BMessenger& replyTo)
+int32 add_runner(const BMessenger& target, const BMessage* message, bigtime_t interval, int32 count,
+                 const BMessenger& replyTo)
 {
     if (message == nullptr || interval <= 0 || count == 0)
         return B_BAD_VALUE;
-    Runner runner{target, std::make_unique<BMessage>(*message), max_c(interval, kMinInterval),
-                  max_c(count, -1), replyTo, 0};
+    Runner runner{target,
+                  std::make_unique<BMessage>(*message),
+                  max_c(interval, kMinInterval),
+                  max_c(count, -1),
+                  replyTo,
+                  0};
     runner.due = BPrivate::deadline_after(runner.interval);
     Runners& list = runners();
     std::lock_guard<std::mutex> guard(list.lock);
@@ -168,10 +172,7 @@ BMessageRunner::~BMessageRunner()
     list.entries.erase(fToken);
 }
 
-status_t BMessageRunner::InitCheck() const
-{
-    return fToken > 0 ? B_OK : fToken;
-}
+status_t BMessageRunner::InitCheck() const { return fToken > 0 ? B_OK : fToken; }
 
 status_t BMessageRunner::SetInterval(bigtime_t interval)
 {

@@ -74,8 +74,8 @@ static uint32 reply_flag(const BMessage* previous)
 static BMessage* outgoing_copy(const BMessage* message, const BMessenger& replyTo, uint32 flags,
                                const BMessage* previous)
 {
-    BMessage* copy = MessageAccess::CopyFor(message, kPreferredToken, replyTo,
-                                            flags | reply_flag(previous));
+    BMessage* copy =
+        MessageAccess::CopyFor(message, kPreferredToken, replyTo, flags | reply_flag(previous));
     if (previous != nullptr)
         MessageAccess::Previous(copy) = new BMessage(*previous);
     return copy;
@@ -103,8 +103,8 @@ bool MessengerAccess::Notify(const BMessenger& target, const BMessage& message,
 static bool waits_for_itself(int32 looper, bigtime_t timeout)
 {
     LooperSlot* slot = Tokens::SlotFor(looper);
-    return timeout == B_INFINITE_TIMEOUT && slot != nullptr
-        && slot->thread.load() == current_thread();
+    return timeout == B_INFINITE_TIMEOUT && slot != nullptr &&
+           slot->thread.load() == current_thread();
 }
 
 static bool is_unanswered(const ReplyWaiter& waiter)
@@ -135,9 +135,9 @@ static status_t send_and_wait_for_team(const BMessenger& target, const BMessage*
     const bigtime_t kLook = 100'000;
     ReplyWaiter waiter;
     const int32 token = Tokens::AddWaiter(&waiter);
-    status_t status = send_to_team(target, *message, MessengerAccess::Make(token, kPreferredToken),
-                                   MessageAccess::kSourceWaiting | reply_flag(previous),
-                                   B_INFINITE_TIMEOUT);
+    status_t status =
+        send_to_team(target, *message, MessengerAccess::Make(token, kPreferredToken),
+                     MessageAccess::kSourceWaiting | reply_flag(previous), B_INFINITE_TIMEOUT);
     const bigtime_t deadline = deadline_after(timeout);
     while (status == B_OK && is_unanswered(waiter) && is_before(deadline)) {
         futex_wait(waiter.answered, 0, std::min(deadline, system_time() + kLook));
@@ -160,9 +160,8 @@ status_t MessengerAccess::SendAndWait(const BMessenger& target, const BMessage* 
 
     ReplyWaiter waiter;
     const int32 token = Tokens::AddWaiter(&waiter);
-    const status_t status = Deliver(
-        target, outgoing_copy(message, Make(token, kPreferredToken),
-                              MessageAccess::kSourceWaiting, previous));
+    const status_t status = Deliver(target, outgoing_copy(message, Make(token, kPreferredToken),
+                                                          MessageAccess::kSourceWaiting, previous));
     const bigtime_t deadline = deadline_after(replyTimeout);
     while (status == B_OK && is_unanswered(waiter) && is_before(deadline))
         futex_wait(waiter.answered, 0, deadline);
@@ -178,18 +177,14 @@ BMessenger MessengerAccess::ReplyAddress(const BMessage* message)
 
 }  // namespace BPrivate
 
-BMessenger::BMessenger()
-    : BMessenger(-1, kNoToken, kNoToken)
-{
-}
+BMessenger::BMessenger() : BMessenger(-1, kNoToken, kNoToken) {}
 
 BMessenger::BMessenger(team_id team, int32 looper, int32 handler)
     : fTeam(team), fLooper(looper), fHandler(handler)
 {
 }
 
-BMessenger::BMessenger(const char* signature, team_id team, status_t* result)
-    : BMessenger()
+BMessenger::BMessenger(const char* signature, team_id team, status_t* result) : BMessenger()
 {
     const status_t status = SetTo(signature, team);
     if (result != nullptr)
@@ -223,10 +218,7 @@ BHandler* BMessenger::Target(BLooper** looper) const
     return there ? Tokens::HandlerIn(found, fHandler) : nullptr;
 }
 
-bool BMessenger::LockTarget() const
-{
-    return LockTargetWithTimeout(B_INFINITE_TIMEOUT) == B_OK;
-}
+bool BMessenger::LockTarget() const { return LockTargetWithTimeout(B_INFINITE_TIMEOUT) == B_OK; }
 
 status_t BMessenger::LockTargetWithTimeout(bigtime_t timeout) const
 {
@@ -252,15 +244,15 @@ status_t BMessenger::SendMessage(BMessage* message, BHandler* replyTo, bigtime_t
 {
     if (message == nullptr)
         return B_BAD_VALUE;
-    const BMessenger reply = replyTo != nullptr
-        ? BMessenger(replyTo) : MessengerAccess::ReplyAddress(message);
+    const BMessenger reply =
+        replyTo != nullptr ? BMessenger(replyTo) : MessengerAccess::ReplyAddress(message);
     return SendMessage(message, reply, timeout);
 }
 
 status_t BMessenger::SendMessage(BMessage* message, BMessenger replyTo, bigtime_t timeout) const
 {
-    return message != nullptr
-        ? MessengerAccess::Send(*this, message, replyTo, nullptr, timeout) : B_BAD_VALUE;
+    return message != nullptr ? MessengerAccess::Send(*this, message, replyTo, nullptr, timeout)
+                              : B_BAD_VALUE;
 }
 
 status_t BMessenger::SendMessage(uint32 command, BMessage* reply) const
@@ -273,8 +265,8 @@ status_t BMessenger::SendMessage(BMessage* message, BMessage* reply, bigtime_t,
                                  bigtime_t replyTimeout) const
 {
     return message != nullptr && reply != nullptr
-        ? MessengerAccess::SendAndWait(*this, message, reply, replyTimeout, nullptr)
-        : B_BAD_VALUE;
+               ? MessengerAccess::SendAndWait(*this, message, reply, replyTimeout, nullptr)
+               : B_BAD_VALUE;
 }
 
 // This application, if it fits, else the first with that signature, or the one that the team is.
@@ -283,8 +275,8 @@ status_t BMessenger::SetTo(const char* signature, team_id team)
     *this = BMessenger();
     if (signature == nullptr && team < 0)
         return B_BAD_VALUE;
-    if (be_app != nullptr && (team < 0 || team == BPrivate::current_team())
-        && (signature == nullptr || strcasecmp(signature, be_app->Signature()) == 0)) {
+    if (be_app != nullptr && (team < 0 || team == BPrivate::current_team()) &&
+        (signature == nullptr || strcasecmp(signature, be_app->Signature()) == 0)) {
         *this = be_app_messenger;
         return B_OK;
     }
@@ -342,15 +334,13 @@ bool BMessenger::IsValid() const
     return fHandler == kPreferredToken || Tokens::HandlerIn(looper, fHandler) != nullptr;
 }
 
-team_id BMessenger::Team() const
-{
-    return fTeam;
-}
+team_id BMessenger::Team() const { return fTeam; }
 
 uint32 BMessenger::HashValue() const
 {
-    return (static_cast<uint32>(fLooper) * 0x9E3779B9u ^ static_cast<uint32>(fHandler))
-        * 0x85EBCA6Bu ^ static_cast<uint32>(fTeam);
+    return (static_cast<uint32>(fLooper) * 0x9E3779B9u ^ static_cast<uint32>(fHandler)) *
+               0x85EBCA6Bu ^
+           static_cast<uint32>(fTeam);
 }
 
 bool operator<(const BMessenger& a, const BMessenger& b)
@@ -358,7 +348,4 @@ bool operator<(const BMessenger& a, const BMessenger& b)
     return std::tie(a.fTeam, a.fLooper, a.fHandler) < std::tie(b.fTeam, b.fLooper, b.fHandler);
 }
 
-bool operator!=(const BMessenger& a, const BMessenger& b)
-{
-    return !(a == b);
-}
+bool operator!=(const BMessenger& a, const BMessenger& b) { return !(a == b); }

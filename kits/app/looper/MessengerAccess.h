@@ -5,7 +5,7 @@
 
 #include <Messenger.h>
 
-namespace BPrivate __attribute__((visibility("hidden"))) {
+namespace [[gnu::visibility("hidden")]] BPrivate {
 
 struct MessengerAccess {
     struct Parts {
@@ -15,7 +15,7 @@ struct MessengerAccess {
     };
     static Parts PartsOf(const BMessenger& messenger)
     {
-        return { messenger.fTeam, messenger.fLooper, messenger.fHandler };
+        return {messenger.fTeam, messenger.fLooper, messenger.fHandler};
     }
     // Of any team.
     static BMessenger MakeFor(team_id team, int32 looper, int32 handler);
@@ -27,21 +27,21 @@ struct MessengerAccess {
 
     // Queues the message itself, whose access data are set. Adopts it, even when it fails.
     static status_t Deliver(const BMessenger& target, BMessage* message);
-    // Sends a copy; as the reply to `previous`, if there is one. Only another team's queue can be
-    // full for so long.
+    // Sends a copy; as the reply to `previous`, if there is one. Only another team's queue can
+    // be full for so long.
     static status_t Send(const BMessenger& target, const BMessage* message,
                          const BMessenger& replyTo, const BMessage* previous,
                          bigtime_t timeout = B_INFINITE_TIMEOUT);
-    // Sends without waiting: a team whose queue is full misses it. False once the target is gone.
+    // Sends without waiting: a team whose queue is full misses it. False once the target is
+    // gone.
     static bool Notify(const BMessenger& target, const BMessage& message,
                        const BMessenger& replyTo);
     static bool Notify(const BMessenger& target, const BMessage& message)
     {
         return Notify(target, message, ReplyAddress(&message));
     }
-    static status_t SendAndWait(const BMessenger& target, const BMessage* message,
-                                BMessage* reply, bigtime_t replyTimeout,
-                                const BMessage* previous);
+    static status_t SendAndWait(const BMessenger& target, const BMessage* message, BMessage* reply,
+                                bigtime_t replyTimeout, const BMessage* previous);
     // Where an answer goes when the sender of `message` named nobody: to who waits for it
     // already, if it is passed on, else to the application.
     static BMessenger ReplyAddress(const BMessage* message);

@@ -48,8 +48,8 @@ void ObserverList::Notify(uint32 what, const BMessage& notice)
         if (observer.what != what && observer.what != B_OBSERVER_OBSERVE_ALL)
             continue;
         const bool is_handler = observer.handler != kNoToken;
-        const BMessenger messenger = is_handler
-            ? MessengerAccess::ForHandler(observer.handler) : observer.messenger;
+        const BMessenger messenger =
+            is_handler ? MessengerAccess::ForHandler(observer.handler) : observer.messenger;
         if (messenger.SendMessage(&copy) == B_OK)
             continue;
         if (!is_handler || !Tokens::IsHandler(observer.handler))

@@ -22,20 +22,17 @@ BPropertyInfo::BPropertyInfo(property_info* prop, value_info* value, bool freeOn
 {
 }
 
-BPropertyInfo::~BPropertyInfo()
-{
-    _Free();
-}
+BPropertyInfo::~BPropertyInfo() { _Free(); }
 
-int32 BPropertyInfo::FindMatch(BMessage* msg, int32 index, BMessage*, int32 form,
-                               const char* prop, void* data) const
+int32 BPropertyInfo::FindMatch(BMessage* msg, int32 index, BMessage*, int32 form, const char* prop,
+                               void* data) const
 {
     if (prop == nullptr)
         return -1;
     for (int32 i = 0; i < CountProperties(); i++) {
         property_info* info = fProperties + i;
-        if (strcmp(info->name, prop) != 0 || !FindSpecifier(form, info)
-            || (msg != nullptr && !FindCommand(msg->what, index, info)))
+        if (strcmp(info->name, prop) != 0 || !FindSpecifier(form, info) ||
+            (msg != nullptr && !FindCommand(msg->what, index, info)))
             continue;
         if (data != nullptr)
             *static_cast<uint32*>(data) = info->extra_data;
@@ -44,15 +41,9 @@ int32 BPropertyInfo::FindMatch(BMessage* msg, int32 index, BMessage*, int32 form
     return -1;
 }
 
-bool BPropertyInfo::IsFixedSize() const
-{
-    return false;
-}
+bool BPropertyInfo::IsFixedSize() const { return false; }
 
-type_code BPropertyInfo::TypeCode() const
-{
-    return B_PROPERTY_INFO_TYPE;
-}
+type_code BPropertyInfo::TypeCode() const { return B_PROPERTY_INFO_TYPE; }
 
 namespace {
 
@@ -76,8 +67,7 @@ private:
 
 class Reader {
 public:
-    Reader(const void* buffer, size_t size)
-        : fAt(static_cast<const char*>(buffer)), fLeft(size) {}
+    Reader(const void* buffer, size_t size) : fAt(static_cast<const char*>(buffer)), fLeft(size) {}
 
     uint32 Number()
     {
@@ -186,10 +176,7 @@ status_t BPropertyInfo::Flatten(void* buffer, ssize_t size) const
     return B_OK;
 }
 
-bool BPropertyInfo::AllowsTypeCode(type_code code) const
-{
-    return code == B_PROPERTY_INFO_TYPE;
-}
+bool BPropertyInfo::AllowsTypeCode(type_code code) const { return code == B_PROPERTY_INFO_TYPE; }
 
 // The tables end with an empty row, as those written by hand.
 status_t BPropertyInfo::Unflatten(type_code code, const void* buffer, ssize_t size)
@@ -235,15 +222,9 @@ status_t BPropertyInfo::Unflatten(type_code code, const void* buffer, ssize_t si
     return B_BAD_VALUE;
 }
 
-const property_info* BPropertyInfo::Properties() const
-{
-    return fProperties;
-}
+const property_info* BPropertyInfo::Properties() const { return fProperties; }
 
-const value_info* BPropertyInfo::Values() const
-{
-    return fValues;
-}
+const value_info* BPropertyInfo::Values() const { return fValues; }
 
 int32 BPropertyInfo::CountProperties() const
 {

@@ -7,7 +7,7 @@
 #include <PropertyInfo.h>
 #include <TypeConstants.h>
 
-namespace BPrivate __attribute__((visibility("hidden"))) {
+namespace [[gnu::visibility("hidden")]] BPrivate {
 
 inline bool knows_property(const property_info* table, BMessage* message, int32 index,
                            BMessage* specifier, int32 form, const char* property)

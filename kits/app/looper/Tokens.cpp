@@ -62,10 +62,7 @@ void set(int32 token, Value Entry::*member, Value value)
 
 }  // namespace
 
-int32 Tokens::Add(BHandler* handler)
-{
-    return add(Entry{handler, nullptr, nullptr, nullptr});
-}
+int32 Tokens::Add(BHandler* handler) { return add(Entry{handler, nullptr, nullptr, nullptr}); }
 
 int32 Tokens::AddWaiter(ReplyWaiter* waiter)
 {
@@ -79,44 +76,26 @@ void Tokens::Remove(int32 token)
     tokens.entries.erase(token);
 }
 
-void Tokens::BindSlot(int32 token, LooperSlot* slot)
-{
-    set(token, &Entry::slot, slot);
-}
+void Tokens::BindSlot(int32 token, LooperSlot* slot) { set(token, &Entry::slot, slot); }
 
-void Tokens::SetLooper(int32 token, const BLooper* looper)
-{
-    set(token, &Entry::looper, looper);
-}
+void Tokens::SetLooper(int32 token, const BLooper* looper) { set(token, &Entry::looper, looper); }
 
 BHandler* Tokens::HandlerIn(const BLooper* looper, int32 token)
 {
     Table& tokens = table();
     std::lock_guard<std::mutex> guard(tokens.lock);
     auto found = tokens.entries.find(token);
-    return found != tokens.entries.end() && found->second.looper == looper
-        ? found->second.handler : nullptr;
+    return found != tokens.entries.end() && found->second.looper == looper ? found->second.handler
+                                                                           : nullptr;
 }
 
-const BLooper* Tokens::LooperOf(int32 token)
-{
-    return look_up(token, &Entry::looper);
-}
+const BLooper* Tokens::LooperOf(int32 token) { return look_up(token, &Entry::looper); }
 
-bool Tokens::IsHandler(int32 token)
-{
-    return look_up(token, &Entry::handler) != nullptr;
-}
+bool Tokens::IsHandler(int32 token) { return look_up(token, &Entry::handler) != nullptr; }
 
-LooperSlot* Tokens::SlotFor(int32 token)
-{
-    return look_up(token, &Entry::slot);
-}
+LooperSlot* Tokens::SlotFor(int32 token) { return look_up(token, &Entry::slot); }
 
-bool Tokens::IsWaiter(int32 token)
-{
-    return look_up(token, &Entry::waiter) != nullptr;
-}
+bool Tokens::IsWaiter(int32 token) { return look_up(token, &Entry::waiter) != nullptr; }
 
 bool Tokens::Answer(int32 token, BMessage* reply)
 {

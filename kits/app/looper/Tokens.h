@@ -13,7 +13,7 @@ class BHandler;
 class BLooper;
 class BMessage;
 
-namespace BPrivate __attribute__((visibility("hidden"))) {
+namespace [[gnu::visibility("hidden")]] BPrivate {
 
 struct LooperSlot;
 
@@ -41,7 +41,7 @@ BHandler* HandlerIn(const BLooper* looper, int32 token);
 // Only an address, as with HandlerIn(): null for a handler without looper.
 const BLooper* LooperOf(int32 token);
 bool IsHandler(int32 token);
-LooperSlot* SlotFor(int32 token);   // null if it is no looper's
+LooperSlot* SlotFor(int32 token);  // null if it is no looper's
 bool IsWaiter(int32 token);
 // Hands a reply over; false, and the message stays the caller's, if nobody waits.
 bool Answer(int32 token, BMessage* reply);

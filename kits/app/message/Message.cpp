@@ -14,16 +14,13 @@ using namespace BPrivate;
 
 static const int kMaxCompareDepth = 64;
 
-BMessage::BMessage() : what(0)
-{
-}
+BMessage::BMessage() : what(0) {}
 
-BMessage::BMessage(uint32 what) : what(what)
-{
-}
+BMessage::BMessage(uint32 what) : what(what) {}
 
 BMessage::BMessage(const BMessage& other)
-    : what(other.what), fFields(copy_fields(other.fFields)),
+    : what(other.what),
+      fFields(copy_fields(other.fFields)),
       fCurrentSpecifier(other.fCurrentSpecifier)
 {
 }
@@ -47,25 +44,16 @@ BMessage& BMessage::operator=(const BMessage& other)
     return *this;
 }
 
-void* BMessage::operator new(size_t size)
-{
-    return ::operator new(size);
-}
+void* BMessage::operator new(size_t size) { return ::operator new(size); }
 
-void* BMessage::operator new(size_t, void* pointer)
-{
-    return pointer;
-}
+void* BMessage::operator new(size_t, void* pointer) { return pointer; }
 
 void* BMessage::operator new(size_t size, const std::nothrow_t& noThrow)
 {
     return ::operator new(size, noThrow);
 }
 
-void BMessage::operator delete(void* pointer, size_t)
-{
-    ::operator delete(pointer);
-}
+void BMessage::operator delete(void* pointer, size_t) { ::operator delete(pointer); }
 
 static bool is_name(const char* name)
 {
@@ -151,10 +139,7 @@ int32 BMessage::CountNames(type_code type) const
     return count;
 }
 
-bool BMessage::IsEmpty() const
-{
-    return fFields == nullptr || fFields->count == 0;
-}
+bool BMessage::IsEmpty() const { return fFields == nullptr || fFields->count == 0; }
 
 bool BMessage::IsSystem() const
 {
@@ -196,8 +181,8 @@ status_t BMessage::AddData(const char* name, type_code type, const void* data, s
     if (fixed && size == 0)
         return B_BAD_VALUE;
     // The data may lie in this very message, and the new field moves it.
-    const uintptr_t offset = reinterpret_cast<uintptr_t>(data)
-        - reinterpret_cast<uintptr_t>(fFields);
+    const uintptr_t offset =
+        reinterpret_cast<uintptr_t>(data) - reinterpret_cast<uintptr_t>(fFields);
     const bool own = fFields != nullptr && offset < sizeof(FieldBlock) + fFields->used;
     record = add_field(fFields, name, type, fixed ? size : uint32(kVariable));
     if (record == nullptr)
@@ -219,8 +204,8 @@ status_t BMessage::Append(const BMessage& message)
         ValueWalk values(record);
         uint32 size;
         while (const void* value = values.Next(&size)) {
-            const status_t status = AddData(record->Name(), record->type, value, size,
-                                            record->IsFixed());
+            const status_t status =
+                AddData(record->Name(), record->type, value, size, record->IsFixed());
             if (status != B_OK)
                 return status;
         }
@@ -277,8 +262,7 @@ status_t BMessage::FindData(const char* name, type_code type, int32 index, const
     return B_OK;
 }
 
-status_t BMessage::ReplaceData(const char* name, type_code type, const void* data,
-                               ssize_t numBytes)
+status_t BMessage::ReplaceData(const char* name, type_code type, const void* data, ssize_t numBytes)
 {
     return ReplaceData(name, type, 0, data, numBytes);
 }
@@ -325,10 +309,10 @@ bool BMessage::_HasSameData(const BMessage& other, bool ignoreFieldOrder, bool d
     FieldWalk walk(fFields);
     FieldWalk others(other.fFields);
     while (FieldRecord* mine = walk.Next()) {
-        FieldRecord* theirs = ignoreFieldOrder ? find_field(other.fFields, mine->Name())
-                                               : others.Next();
-        if (theirs == nullptr || strcmp(mine->Name(), theirs->Name()) != 0
-            || mine->type != theirs->type || mine->count != theirs->count)
+        FieldRecord* theirs =
+            ignoreFieldOrder ? find_field(other.fFields, mine->Name()) : others.Next();
+        if (theirs == nullptr || strcmp(mine->Name(), theirs->Name()) != 0 ||
+            mine->type != theirs->type || mine->count != theirs->count)
             return false;
         const bool nested = deep && mine->type == B_MESSAGE_TYPE && depth < kMaxCompareDepth;
         ValueWalk my_values(mine);
@@ -339,10 +323,10 @@ bool BMessage::_HasSameData(const BMessage& other, bool ignoreFieldOrder, bool d
             if (my_size == their_size && memcmp(my_value, their_value, my_size) == 0)
                 continue;
             BMessage my_message, their_message;
-            if (!nested || my_message._Unflatten(my_value, my_size) != B_OK
-                || their_message._Unflatten(their_value, their_size) != B_OK
-                || my_message.what != their_message.what
-                || !my_message._HasSameData(their_message, ignoreFieldOrder, deep, depth + 1))
+            if (!nested || my_message._Unflatten(my_value, my_size) != B_OK ||
+                their_message._Unflatten(their_value, their_size) != B_OK ||
+                my_message.what != their_message.what ||
+                !my_message._HasSameData(their_message, ignoreFieldOrder, deep, depth + 1))
                 return false;
         }
     }

@@ -13,27 +13,21 @@
 using BPrivate::MessageAccess;
 using BPrivate::MessengerAccess;
 
-bool BMessage::IsReply() const
-{
-    return (fDelivery & MessageAccess::kReply) != 0;
-}
+bool BMessage::IsReply() const { return (fDelivery & MessageAccess::kReply) != 0; }
 
-bool BMessage::WasDelivered() const
-{
-    return (fDelivery & MessageAccess::kDelivered) != 0;
-}
+bool BMessage::WasDelivered() const { return (fDelivery & MessageAccess::kDelivered) != 0; }
 
 bool BMessage::IsSourceWaiting() const
 {
-    return (fDelivery & (MessageAccess::kSourceWaiting | MessageAccess::kReplied))
-        == MessageAccess::kSourceWaiting;
+    return (fDelivery & (MessageAccess::kSourceWaiting | MessageAccess::kReplied)) ==
+           MessageAccess::kSourceWaiting;
 }
 
 // Input and all other messages of the system are made in this process.
 bool BMessage::IsSourceRemote() const
 {
-    return WasDelivered() && MessengerAccess::IsSet(fReturnAddress)
-        && !fReturnAddress.IsTargetLocal();
+    return WasDelivered() && MessengerAccess::IsSet(fReturnAddress) &&
+           !fReturnAddress.IsTargetLocal();
 }
 
 BMessenger BMessage::ReturnAddress() const
@@ -41,15 +35,9 @@ BMessenger BMessage::ReturnAddress() const
     return WasDelivered() ? fReturnAddress : BMessenger();
 }
 
-const BMessage* BMessage::Previous() const
-{
-    return fPrevious;
-}
+const BMessage* BMessage::Previous() const { return fPrevious; }
 
-bool BMessage::WasDropped() const
-{
-    return (fDelivery & MessageAccess::kDropped) != 0;
-}
+bool BMessage::WasDropped() const { return (fDelivery & MessageAccess::kDropped) != 0; }
 
 BPoint BMessage::DropPoint(BPoint* offset) const
 {
@@ -121,8 +109,8 @@ void MessageAccess::MoveReply(BMessage* from, BMessage* to)
     delete from;
 }
 
-BMessage* MessageAccess::CopyFor(const BMessage* message, int32 target,
-                                 const BMessenger& replyTo, uint32 flags)
+BMessage* MessageAccess::CopyFor(const BMessage* message, int32 target, const BMessenger& replyTo,
+                                 uint32 flags)
 {
     BMessage* copy = new BMessage(*message);
     copy->fTarget = target;

@@ -11,16 +11,10 @@ namespace BPrivate {
 
 static const uint32 kFirstCapacity = 496;
 
-static uint32 padded(uint32 size)
-{
-    return (size + 7) & ~7u;
-}
+static uint32 padded(uint32 size) { return (size + 7) & ~7u; }
 
 // Bytes that a value of variable size takes.
-static uint32 slot_size(uint32 size)
-{
-    return 8 + padded(size + 1);
-}
+static uint32 slot_size(uint32 size) { return 8 + padded(size + 1); }
 
 static uint32 hash_name(const char* name, uint32* length)
 {
@@ -40,8 +34,8 @@ FieldRecord* find_field(FieldBlock* block, const char* name)
     const uint32 hash = hash_name(name, &length);
     FieldRecord* record = first_field(block);
     for (int32 i = block->count; i > 0; --i, record = next_field(record)) {
-        if (record->hash == hash && record->name_length == length
-            && memcmp(record->Name(), name, length) == 0)
+        if (record->hash == hash && record->name_length == length &&
+            memcmp(record->Name(), name, length) == 0)
             return record;
     }
     return nullptr;
@@ -68,7 +62,7 @@ static bool reserve(FieldBlock*& block, uint32 extra)
     if (block != nullptr && used + extra <= block->capacity)
         return true;
     const uint32 doubled = block != nullptr ? 2 * std::min(block->capacity, kMaxFieldBytes / 2) : 0;
-    const uint32 capacity = std::max({ used + extra, doubled, kFirstCapacity });
+    const uint32 capacity = std::max({used + extra, doubled, kFirstCapacity});
     auto* grown = static_cast<FieldBlock*>(realloc(block, sizeof(FieldBlock) + capacity));
     if (grown == nullptr)
         return false;
@@ -104,8 +98,8 @@ static FieldRecord* make_room(FieldBlock*& block, FieldRecord* record, uint32 ex
     const uint32 needed = padded(record->data_size + extra);
     if (needed <= room)
         return record;
-    const bool is_last = field_offset(block, record) + record->size
-        == sizeof(FieldBlock) + block->used;
+    const bool is_last =
+        field_offset(block, record) + record->size == sizeof(FieldBlock) + block->used;
     return widen(block, record, std::max(needed - room, is_last ? 0 : padded(room)));
 }
 

@@ -8,22 +8,22 @@
 
 #include <stdlib.h>
 
-namespace BPrivate __attribute__((visibility("hidden"))) {
+namespace [[gnu::visibility("hidden")]] BPrivate {
 
 struct FieldBlock {
     uint32 capacity;  // bytes behind this head
     uint32 used;
-    int32 count;      // of fields
+    int32 count;  // of fields
     uint32 unused;
 };
 
-// Then follow the name with its terminator, padded, and the values. A value of variable size has
-// its size in front, 8 bytes, and at least one zero byte behind; everything starts at a multiple
-// of 8.
+// Then follow the name with its terminator, padded, and the values. A value of variable size
+// has its size in front, 8 bytes, and at least one zero byte behind; everything starts at a
+// multiple of 8.
 struct FieldRecord {
-    uint32 size;       // from this record to the next
+    uint32 size;  // from this record to the next
     type_code type;
-    uint32 hash;       // of the name
+    uint32 hash;  // of the name
     uint32 name_length;
     int32 count;       // of values
     uint32 item_size;  // kVariable, or that of each value
@@ -43,10 +43,7 @@ enum : uint32 {
     kMaxFieldBytes = 1u << 30,  // of all fields of a message
 };
 
-inline bool FieldRecord::IsFixed() const
-{
-    return item_size != kVariable;
-}
+inline bool FieldRecord::IsFixed() const { return item_size != kVariable; }
 
 inline FieldRecord* first_field(FieldBlock* block)
 {
@@ -63,7 +60,9 @@ class FieldWalk {
 public:
     explicit FieldWalk(FieldBlock* block)
         : fLeft(block != nullptr ? block->count : 0),
-          fNext(block != nullptr ? first_field(block) : nullptr) {}
+          fNext(block != nullptr ? first_field(block) : nullptr)
+    {
+    }
 
     FieldRecord* Next()
     {
@@ -111,7 +110,9 @@ const void* value_at(const FieldRecord* record, int32 index, uint32* size);
 class ValueWalk {
 public:
     explicit ValueWalk(const FieldRecord* record)
-        : fRecord(record), fNext(record->Data()), fLeft(record->count) {}
+        : fRecord(record), fNext(record->Data()), fLeft(record->count)
+    {
+    }
 
     const void* Next(uint32* size);
 

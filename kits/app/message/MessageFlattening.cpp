@@ -39,7 +39,7 @@ struct FlatField {
     uint32 name_length;
 };
 
-static const char kMagic[4] = { 'P', 'l', 'M', '1' };
+static const char kMagic[4] = {'P', 'l', 'M', '1'};
 static const size_t kReadAtOnce = 1 << 16;
 static const uint32 kManyFields = 16;
 
@@ -75,14 +75,14 @@ status_t BMessage::Flatten(char* buffer, ssize_t size) const
     const ssize_t needed = FlattenedSize();
     if (buffer == nullptr || size < needed)
         return B_BAD_VALUE;
-    FlatHead head = { {}, static_cast<uint32>(needed), what,
-                      static_cast<uint32>(CountNames(B_ANY_TYPE)) };
+    FlatHead head = {
+        {}, static_cast<uint32>(needed), what, static_cast<uint32>(CountNames(B_ANY_TYPE))};
     memcpy(head.magic, kMagic, sizeof(kMagic));
     char* at = put(buffer, &head, sizeof(head));
     FieldWalk walk(fFields);
     while (FieldRecord* record = walk.Next()) {
-        const FlatField field = { record->type, static_cast<uint32>(record->count),
-                                  record->item_size, flat_data_size(record), record->name_length };
+        const FlatField field = {record->type, static_cast<uint32>(record->count),
+                                 record->item_size, flat_data_size(record), record->name_length};
         at = put(at, &field, sizeof(field));
         at = put(at, record->Name(), record->name_length);
         if (record->IsFixed()) {
@@ -115,8 +115,9 @@ status_t BMessage::Flatten(BDataIO* stream, ssize_t* size) const
 // Reads numbers and stretches of bytes that are surely there.
 class FlatReader {
 public:
-    FlatReader(const void* bytes, size_t size)
-        : fAt(static_cast<const char*>(bytes)), fLeft(size) {}
+    FlatReader(const void* bytes, size_t size) : fAt(static_cast<const char*>(bytes)), fLeft(size)
+    {
+    }
 
     size_t Left() const { return fLeft; }
 
@@ -146,13 +147,13 @@ private:
 
 static bool is_sound(const FlatField& field)
 {
-    if (field.count == 0 || field.count > INT32_MAX || field.name_length > B_FIELD_NAME_LENGTH
-        || field.type == B_ANY_TYPE)
+    if (field.count == 0 || field.count > INT32_MAX || field.name_length > B_FIELD_NAME_LENGTH ||
+        field.type == B_ANY_TYPE)
         return false;
     if (field.item_size == kVariable)
         return field.data_size / sizeof(uint32) >= field.count;
-    return field.type != B_STRING_TYPE && field.item_size > 0
-        && uint64(field.item_size) * field.count == field.data_size;
+    return field.type != B_STRING_TYPE && field.item_size > 0 &&
+           uint64(field.item_size) * field.count == field.data_size;
 }
 
 // Reads one field into a block that has none of that name.
@@ -181,8 +182,8 @@ status_t BMessage::_Unflatten(const void* bytes, size_t size)
 {
     FlatReader reader(bytes, size);
     FlatHead head;
-    if (!reader.Read(head) || memcmp(head.magic, kMagic, sizeof(kMagic)) != 0
-        || head.size != size || head.count > reader.Left() / sizeof(FlatField))
+    if (!reader.Read(head) || memcmp(head.magic, kMagic, sizeof(kMagic)) != 0 ||
+        head.size != size || head.count > reader.Left() / sizeof(FlatField))
         return B_BAD_VALUE;
     BMessage read(head.what);
     // Looking among the fields takes the longer the more there are.
@@ -198,13 +199,12 @@ status_t BMessage::_Unflatten(const void* bytes, size_t size)
             return B_BAD_VALUE;
         char name[B_FIELD_NAME_LENGTH + 1];
         *put(name, bytes, field.name_length) = '\0';
-        const bool is_new = many
-            ? names.insert(std::string_view(bytes, field.name_length)).second
-            : find_field(read.fFields, name) == nullptr;
+        const bool is_new = many ? names.insert(std::string_view(bytes, field.name_length)).second
+                                 : find_field(read.fFields, name) == nullptr;
         if (!is_new)
             return B_BAD_VALUE;
-        const status_t status = read_field(read.fFields, name, field,
-                                           FlatReader(values, field.data_size));
+        const status_t status =
+            read_field(read.fFields, name, field, FlatReader(values, field.data_size));
         if (status != B_OK)
             return status;
     }
@@ -233,8 +233,8 @@ status_t BMessage::Unflatten(BDataIO* stream)
     status_t status = stream->ReadExactly(&head, sizeof(head));
     if (status != B_OK)
         return status == B_PARTIAL_READ ? B_BAD_VALUE : status;
-    if (memcmp(head.magic, kMagic, sizeof(kMagic)) != 0 || head.size < sizeof(head)
-        || head.size > kMaxFieldBytes)
+    if (memcmp(head.magic, kMagic, sizeof(kMagic)) != 0 || head.size < sizeof(head) ||
+        head.size > kMaxFieldBytes)
         return B_BAD_VALUE;
     // Memory is taken as the bytes come, whatever size the head claims.
     std::vector<char> flat(sizeof(head));

@@ -163,8 +163,8 @@ void BMessage::_Print(int depth) const
             printf(" = ");
             BMessage nested;
             entry_ref ref;
-            if (record->type == B_MESSAGE_TYPE && depth < kMaxDepth
-                && nested._Unflatten(value, size) == B_OK) {
+            if (record->type == B_MESSAGE_TYPE && depth < kMaxDepth &&
+                nested._Unflatten(value, size) == B_OK) {
                 nested._Print(depth + 1);
                 continue;
             }

@@ -78,10 +78,7 @@ status_t BMessage::GetCurrentSpecifier(int32* index, BMessage* specifier, int32*
     return B_OK;
 }
 
-bool BMessage::HasSpecifiers() const
-{
-    return HasMessage(kSpecifiers);
-}
+bool BMessage::HasSpecifiers() const { return HasMessage(kSpecifiers); }
 
 status_t BMessage::PopSpecifier()
 {

@@ -41,48 +41,45 @@ static Value value_or(const BMessage& message, const char* name, type_code type,
 }
 
 // The members that a type of fixed size has; In is how it is passed.
-#define ADD_FIND_REPLACE_HAS(Name, Value, In, type)                                              \
-    status_t BMessage::Add##Name(const char* name, In value)                                     \
-    {                                                                                            \
-        return AddData(name, type, &value, sizeof(Value), true);                                 \
-    }                                                                                            \
-    status_t BMessage::Find##Name(const char* name, Value* value) const                          \
-    {                                                                                            \
-        return find_value(*this, name, type, 0, value);                                          \
-    }                                                                                            \
-    status_t BMessage::Find##Name(const char* name, int32 index, Value* value) const             \
-    {                                                                                            \
-        return find_value(*this, name, type, index, value);                                      \
-    }                                                                                            \
-    status_t BMessage::Replace##Name(const char* name, In value)                                 \
-    {                                                                                            \
-        return ReplaceData(name, type, &value, sizeof(Value));                                   \
-    }                                                                                            \
-    status_t BMessage::Replace##Name(const char* name, int32 index, In value)                    \
-    {                                                                                            \
-        return ReplaceData(name, type, index, &value, sizeof(Value));                            \
-    }                                                                                            \
-    bool BMessage::Has##Name(const char* name, int32 n) const                                    \
-    {                                                                                            \
-        return HasData(name, type, n);                                                           \
+#define ADD_FIND_REPLACE_HAS(Name, Value, In, type)                                  \
+    status_t BMessage::Add##Name(const char* name, In value)                         \
+    {                                                                                \
+        return AddData(name, type, &value, sizeof(Value), true);                     \
+    }                                                                                \
+    status_t BMessage::Find##Name(const char* name, Value* value) const              \
+    {                                                                                \
+        return find_value(*this, name, type, 0, value);                              \
+    }                                                                                \
+    status_t BMessage::Find##Name(const char* name, int32 index, Value* value) const \
+    {                                                                                \
+        return find_value(*this, name, type, index, value);                          \
+    }                                                                                \
+    status_t BMessage::Replace##Name(const char* name, In value)                     \
+    {                                                                                \
+        return ReplaceData(name, type, &value, sizeof(Value));                       \
+    }                                                                                \
+    status_t BMessage::Replace##Name(const char* name, int32 index, In value)        \
+    {                                                                                \
+        return ReplaceData(name, type, index, &value, sizeof(Value));                \
+    }                                                                                \
+    bool BMessage::Has##Name(const char* name, int32 n) const { return HasData(name, type, n); }
+
+#define GET_SET(Name, Value, In, type)                                              \
+    Value BMessage::Get##Name(const char* name, In defaultValue) const              \
+    {                                                                               \
+        return value_or<Value>(*this, name, type, 0, defaultValue);                 \
+    }                                                                               \
+    Value BMessage::Get##Name(const char* name, int32 index, In defaultValue) const \
+    {                                                                               \
+        return value_or<Value>(*this, name, type, index, defaultValue);             \
+    }                                                                               \
+    status_t BMessage::Set##Name(const char* name, In value)                        \
+    {                                                                               \
+        return SetData(name, type, &value, sizeof(Value));                          \
     }
 
-#define GET_SET(Name, Value, In, type)                                                           \
-    Value BMessage::Get##Name(const char* name, In defaultValue) const                           \
-    {                                                                                            \
-        return value_or<Value>(*this, name, type, 0, defaultValue);                              \
-    }                                                                                            \
-    Value BMessage::Get##Name(const char* name, int32 index, In defaultValue) const              \
-    {                                                                                            \
-        return value_or<Value>(*this, name, type, index, defaultValue);                          \
-    }                                                                                            \
-    status_t BMessage::Set##Name(const char* name, In value)                                     \
-    {                                                                                            \
-        return SetData(name, type, &value, sizeof(Value));                                       \
-    }
-
-#define ALL(Name, Value, In, type)                                                               \
-    ADD_FIND_REPLACE_HAS(Name, Value, In, type)                                                  \
+#define ALL(Name, Value, In, type)              \
+    ADD_FIND_REPLACE_HAS(Name, Value, In, type) \
     GET_SET(Name, Value, In, type)
 
 ALL(Alignment, BAlignment, const BAlignment&, B_ALIGNMENT_TYPE)
@@ -140,10 +137,7 @@ status_t BMessage::ReplaceBool(const char* name, int32 index, bool value)
     return ReplaceData(name, B_BOOL_TYPE, index, &value, 1);
 }
 
-bool BMessage::HasBool(const char* name, int32 n) const
-{
-    return HasData(name, B_BOOL_TYPE, n);
-}
+bool BMessage::HasBool(const char* name, int32 n) const { return HasData(name, B_BOOL_TYPE, n); }
 
 bool BMessage::GetBool(const char* name, bool defaultValue) const
 {
@@ -197,10 +191,7 @@ int64 BMessage::FindInt64(const char* name, int32 n) const
     return value_or<int64>(*this, name, B_INT64_TYPE, n, 0);
 }
 
-bool BMessage::FindBool(const char* name, int32 n) const
-{
-    return GetBool(name, n, false);
-}
+bool BMessage::FindBool(const char* name, int32 n) const { return GetBool(name, n, false); }
 
 float BMessage::FindFloat(const char* name, int32 n) const
 {
@@ -387,7 +378,7 @@ struct FlatMessenger {
 
 status_t BMessage::AddMessenger(const char* name, BMessenger messenger)
 {
-    const FlatMessenger flat = { messenger.fTeam, messenger.fLooper, messenger.fHandler };
+    const FlatMessenger flat = {messenger.fTeam, messenger.fLooper, messenger.fHandler};
     return AddData(name, B_MESSENGER_TYPE, &flat, sizeof(flat), true);
 }
 
@@ -413,7 +404,7 @@ status_t BMessage::ReplaceMessenger(const char* name, BMessenger messenger)
 
 status_t BMessage::ReplaceMessenger(const char* name, int32 index, BMessenger messenger)
 {
-    const FlatMessenger flat = { messenger.fTeam, messenger.fLooper, messenger.fHandler };
+    const FlatMessenger flat = {messenger.fTeam, messenger.fLooper, messenger.fHandler};
     return ReplaceData(name, B_MESSENGER_TYPE, index, &flat, sizeof(flat));
 }
 
@@ -426,8 +417,7 @@ bool BMessage::HasMessenger(const char* name, int32 n) const
 
 static std::vector<char> flat_ref(const entry_ref& ref)
 {
-    const uint64 numbers[2] = { static_cast<uint64>(ref.device),
-                                static_cast<uint64>(ref.directory) };
+    const uint64 numbers[2] = {static_cast<uint64>(ref.device), static_cast<uint64>(ref.directory)};
     std::vector<char> flat(sizeof(numbers) + string_size(ref.name));
     memcpy(flat.data(), numbers, sizeof(numbers));
     if (ref.name != nullptr)
@@ -443,10 +433,7 @@ status_t BMessage::AddRef(const char* name, const entry_ref* ref)
     return AddData(name, B_REF_TYPE, flat.data(), flat.size(), false);
 }
 
-status_t BMessage::FindRef(const char* name, entry_ref* ref) const
-{
-    return FindRef(name, 0, ref);
-}
+status_t BMessage::FindRef(const char* name, entry_ref* ref) const { return FindRef(name, 0, ref); }
 
 status_t BMessage::FindRef(const char* name, int32 index, entry_ref* ref) const
 {
@@ -482,10 +469,7 @@ status_t BMessage::ReplaceRef(const char* name, int32 index, const entry_ref* re
     return ReplaceData(name, B_REF_TYPE, index, flat.data(), flat.size());
 }
 
-bool BMessage::HasRef(const char* name, int32 n) const
-{
-    return HasData(name, B_REF_TYPE, n);
-}
+bool BMessage::HasRef(const char* name, int32 n) const { return HasData(name, B_REF_TYPE, n); }
 
 struct FlatNodeRef {
     uint64 device, node;
@@ -495,7 +479,7 @@ status_t BMessage::AddNodeRef(const char* name, const node_ref* ref)
 {
     if (ref == nullptr)
         return B_BAD_VALUE;
-    const FlatNodeRef flat = { static_cast<uint64>(ref->device), static_cast<uint64>(ref->node) };
+    const FlatNodeRef flat = {static_cast<uint64>(ref->device), static_cast<uint64>(ref->node)};
     return AddData(name, B_NODE_REF_TYPE, &flat, sizeof(flat), true);
 }
 
@@ -524,7 +508,7 @@ status_t BMessage::ReplaceNodeRef(const char* name, int32 index, const node_ref*
 {
     if (ref == nullptr)
         return B_BAD_VALUE;
-    const FlatNodeRef flat = { static_cast<uint64>(ref->device), static_cast<uint64>(ref->node) };
+    const FlatNodeRef flat = {static_cast<uint64>(ref->device), static_cast<uint64>(ref->node)};
     return ReplaceData(name, B_NODE_REF_TYPE, index, &flat, sizeof(flat));
 }
 
@@ -578,8 +562,8 @@ status_t BMessage::ReplaceMessage(const char* name, int32 index, const BMessage*
 {
     std::vector<char> flat;
     const status_t status = flatten_message(message, flat);
-    return status == B_OK
-        ? ReplaceData(name, B_MESSAGE_TYPE, index, flat.data(), flat.size()) : status;
+    return status == B_OK ? ReplaceData(name, B_MESSAGE_TYPE, index, flat.data(), flat.size())
+                          : status;
 }
 
 bool BMessage::HasMessage(const char* name, int32 n) const

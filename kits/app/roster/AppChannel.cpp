@@ -34,9 +34,9 @@ static const bigtime_t kMaxWait = 1'000'000;
 static const bigtime_t kRetry = 1000;
 
 static std::mutex sLock;
-static int sSocket = -1;       // sLock; the channel's thread reads from it
-static pthread_t sThread;      // sLock; valid with the socket
-static std::string sPath;      // sLock
+static int sSocket = -1;   // sLock; the channel's thread reads from it
+static pthread_t sThread;  // sLock; valid with the socket
+static std::string sPath;  // sLock
 static std::atomic<bool> sEnding{false};
 
 // What stands before the flattened message.
@@ -50,7 +50,7 @@ struct Head {
     uint32 delivery;
 };
 
-static const char kMagic[4] = { 'B', 'M', 'S', '1' };
+static const char kMagic[4] = {'B', 'M', 'S', '1'};
 
 // A socket's address reached through a descriptor of its folder, whatever the folder's length.
 class Address {
@@ -82,8 +82,8 @@ static uid_t sender_of(msghdr& packet)
 {
     for (cmsghdr* part = CMSG_FIRSTHDR(&packet); part != nullptr;
          part = CMSG_NXTHDR(&packet, part)) {
-        if (part->cmsg_level == SOL_SOCKET && part->cmsg_type == SCM_CREDENTIALS
-            && part->cmsg_len == CMSG_LEN(sizeof(ucred))) {
+        if (part->cmsg_level == SOL_SOCKET && part->cmsg_type == SCM_CREDENTIALS &&
+            part->cmsg_len == CMSG_LEN(sizeof(ucred))) {
             ucred sender;
             memcpy(&sender, CMSG_DATA(part), sizeof(sender));
             return sender.uid;
@@ -103,12 +103,12 @@ static void take_packet(const char* bytes, size_t size)
     BMessage read;
     if (memcmp(head.magic, kMagic, sizeof(kMagic)) != 0 || read.Unflatten(&stream) != B_OK)
         return;
-    const BMessenger reply_to = MessengerAccess::MakeFor(head.reply_team, head.reply_looper,
-                                                         head.reply_handler);
+    const BMessenger reply_to =
+        MessengerAccess::MakeFor(head.reply_team, head.reply_looper, head.reply_handler);
     const uint32 delivery = head.delivery & (MessageAccess::kReply | MessageAccess::kSourceWaiting);
     BMessage* message = MessageAccess::CopyFor(&read, head.handler, reply_to, delivery);
-    const status_t status = MessengerAccess::Deliver(
-        MessengerAccess::Make(head.looper, head.handler), message);
+    const status_t status =
+        MessengerAccess::Deliver(MessengerAccess::Make(head.looper, head.handler), message);
     if (status != B_OK && (delivery & MessageAccess::kSourceWaiting) != 0) {
         BMessage none(B_NO_REPLY);
         MessengerAccess::Send(reply_to, &none, BMessenger(), nullptr);
@@ -121,7 +121,7 @@ static void* run_channel(void* data)
     std::vector<char> bytes(kMaxPacket);
     for (;;) {
         alignas(cmsghdr) char control[CMSG_SPACE(sizeof(ucred))];
-        iovec part = { bytes.data(), bytes.size() };
+        iovec part = {bytes.data(), bytes.size()};
         msghdr packet = {};
         packet.msg_iov = &part;
         packet.msg_iovlen = 1;
@@ -162,8 +162,8 @@ void open_channel(const std::string& folder)
     unlink(sPath.c_str());  // of a former program with that number
     const int fd = socket(AF_UNIX, SOCK_DGRAM | SOCK_CLOEXEC, 0);
     const int on = 1;
-    if (fd >= 0 && setsockopt(fd, SOL_SOCKET, SO_PASSCRED, &on, sizeof(on)) == 0
-        && bind(fd, address.Get(), Address::Size()) == 0 && start_thread(fd, &sThread))
+    if (fd >= 0 && setsockopt(fd, SOL_SOCKET, SO_PASSCRED, &on, sizeof(on)) == 0 &&
+        bind(fd, address.Get(), Address::Size()) == 0 && start_thread(fd, &sThread))
         sSocket = fd;
     else if (fd >= 0)
         close(fd);
@@ -186,8 +186,8 @@ void close_channel()
 bool is_channel_open(team_id team)
 {
     const std::string folder = roster_folder();
-    return !folder.empty() && kill(team, 0) == 0
-        && access((folder + "/" + std::to_string(team) + ".port").c_str(), F_OK) == 0;
+    return !folder.empty() && kill(team, 0) == 0 &&
+           access((folder + "/" + std::to_string(team) + ".port").c_str(), F_OK) == 0;
 }
 
 // The packet that carries a message; empty if it is too large.
@@ -196,7 +196,7 @@ static std::vector<char> packet_for(const BMessenger& target, const BMessage& me
 {
     const MessengerAccess::Parts to = MessengerAccess::PartsOf(target);
     const MessengerAccess::Parts reply = MessengerAccess::PartsOf(reply_to);
-    Head head = { {}, to.looper, to.handler, reply.team, reply.looper, reply.handler, delivery };
+    Head head = {{}, to.looper, to.handler, reply.team, reply.looper, reply.handler, delivery};
     memcpy(head.magic, kMagic, sizeof(kMagic));
     const ssize_t size = message.FlattenedSize();
     if (size < 0 || sizeof(head) + size > kMaxPacket)
@@ -208,8 +208,8 @@ static std::vector<char> packet_for(const BMessenger& target, const BMessage& me
     return bytes;
 }
 
-status_t send_to_team(const BMessenger& target, const BMessage& message,
-                      const BMessenger& reply_to, uint32 delivery, bigtime_t timeout_us)
+status_t send_to_team(const BMessenger& target, const BMessage& message, const BMessenger& reply_to,
+                      uint32 delivery, bigtime_t timeout_us)
 {
     const std::vector<char> bytes = packet_for(target, message, reply_to, delivery);
     if (bytes.empty())
@@ -224,8 +224,9 @@ status_t send_to_team(const BMessenger& target, const BMessage& message,
     }
     const bigtime_t deadline = system_time() + std::clamp<bigtime_t>(timeout_us, 0, kMaxWait);
     status_t status = B_OK;
-    while (sendto(fd, bytes.data(), bytes.size(), MSG_NOSIGNAL, address.Get(), Address::Size()) < 0
-           && status == B_OK) {
+    while (sendto(fd, bytes.data(), bytes.size(), MSG_NOSIGNAL, address.Get(), Address::Size()) <
+               0 &&
+           status == B_OK) {
         if (errno == EMSGSIZE)
             status = B_BUFFER_OVERFLOW;
         else if (errno != EAGAIN && errno != ENOBUFS && errno != EINTR)

@@ -21,8 +21,8 @@ static const struct {
     std::string_view code;
     char character;
 } kEntities[] = {
-    { "&amp;", '&' }, { "&lt;", '<' }, { "&gt;", '>' }, { "&quot;", '"' }, { "&apos;", '\'' },
-    { "&#38;", '&' }, { "&#39;", '\'' }, { "&#x26;", '&' }, { "&#x27;", '\'' },
+    {"&amp;", '&'}, {"&lt;", '<'},   {"&gt;", '>'},   {"&quot;", '"'},  {"&apos;", '\''},
+    {"&#38;", '&'}, {"&#39;", '\''}, {"&#x26;", '&'}, {"&#x27;", '\''},
 };
 
 namespace {
@@ -73,8 +73,8 @@ static std::string address_in(std::string_view tag)
 {
     for (size_t at = tag.find("href"); at != tag.npos; at = tag.find("href", at + 1)) {
         size_t begin = tag.find_first_not_of(" \t\r\n", at + 4);
-        if (!isspace(static_cast<unsigned char>(tag[at - 1])) || begin == tag.npos
-            || tag[begin] != '=')
+        if (!isspace(static_cast<unsigned char>(tag[at - 1])) || begin == tag.npos ||
+            tag[begin] != '=')
             continue;
         begin = tag.find_first_of("\"'", begin);
         if (begin == tag.npos)
@@ -106,12 +106,12 @@ static Range find_bookmark(std::string_view text, const std::string& uri)
         }
         const size_t tag_end = end_of_tag(text, at);
         const std::string_view tag = text.substr(at, tag_end - at);
-        if (tag.starts_with(kBegin) && tag.size() > kBegin.size()
-            && isspace(static_cast<unsigned char>(tag[kBegin.size()])) && address_in(tag) == uri) {
+        if (tag.starts_with(kBegin) && tag.size() > kBegin.size() &&
+            isspace(static_cast<unsigned char>(tag[kBegin.size()])) && address_in(tag) == uri) {
             const size_t end = tag.ends_with("/>") ? tag_end : text.find(kEnd, tag_end);
             if (end == text.npos)
                 return Range();
-            return { at, tag.ends_with("/>") ? end : end + kEnd.size() };
+            return {at, tag.ends_with("/>") ? end : end + kEnd.size()};
         }
         at = tag_end;
     }

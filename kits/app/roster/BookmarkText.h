@@ -6,7 +6,7 @@
 
 #include <string>
 
-namespace BPrivate __attribute__((visibility("hidden"))) {
+namespace [[gnu::visibility("hidden")]] BPrivate {
 
 // The element with that address; empty if there is none.
 std::string bookmark_in(const std::string& text, const std::string& uri);

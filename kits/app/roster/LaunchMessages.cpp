@@ -43,14 +43,14 @@ std::vector<BMessage> take_messages()
 {
     std::vector<BMessage> messages;
     const std::string path = path_in(registered_folder(), getpid());
-    const int fd = path.empty() ? -1
-        : open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK);
+    const int fd =
+        path.empty() ? -1 : open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK);
     if (fd < 0)
         return messages;
     unlink(path.c_str());
     struct stat info;
-    if (fstat(fd, &info) == 0 && S_ISREG(info.st_mode) && info.st_uid == geteuid()
-        && info.st_size <= kMaxSize) {
+    if (fstat(fd, &info) == 0 && S_ISREG(info.st_mode) && info.st_uid == geteuid() &&
+        info.st_size <= kMaxSize) {
         std::string bytes(info.st_size, '\0');
         bytes.resize(std::max<ssize_t>(read(fd, bytes.data(), bytes.size()), 0));
         BMemoryIO stream(static_cast<const void*>(bytes.data()), bytes.size());

@@ -9,7 +9,7 @@
 
 #include <vector>
 
-namespace BPrivate __attribute__((visibility("hidden"))) {
+namespace [[gnu::visibility("hidden")]] BPrivate {
 
 // For a program that does not run yet.
 void leave_messages(team_id team, const std::vector<BMessage>& messages);

@@ -50,8 +50,7 @@ static std::string preferred_for_type(const char* type)
 static bool is_program(const std::string& path)
 {
     struct stat info;
-    if (stat(path.c_str(), &info) != 0 || !S_ISREG(info.st_mode)
-        || access(path.c_str(), X_OK) != 0)
+    if (stat(path.c_str(), &info) != 0 || !S_ISREG(info.st_mode) || access(path.c_str(), X_OK) != 0)
         return false;
     char head[4] = {};
     FILE* file = fopen(path.c_str(), "re");
@@ -59,15 +58,15 @@ static bool is_program(const std::string& path)
         return true;  // it can be run, though not read
     const size_t length = fread(head, 1, sizeof(head), file);
     fclose(file);
-    return (length == 4 && memcmp(head, "\177ELF", 4) == 0)
-        || (length >= 2 && memcmp(head, "#!", 2) == 0);
+    return (length == 4 && memcmp(head, "\177ELF", 4) == 0) ||
+           (length >= 2 && memcmp(head, "#!", 2) == 0);
 }
 
 static bool is_in_trash(const std::string& path)
 {
     BPath trash;
-    return find_directory(B_TRASH_DIRECTORY, &trash) == B_OK
-        && path.starts_with(std::string(trash.Path()) + '/');
+    return find_directory(B_TRASH_DIRECTORY, &trash) == B_OK &&
+           path.starts_with(std::string(trash.Path()) + '/');
 }
 
 static status_t use(const storage::ApplicationRef& application, LaunchTarget* target)
@@ -116,7 +115,8 @@ status_t find_target(const char* type, LaunchTarget* target)
         return B_OK;
     const status_t status = find_by_type(type, target);
     return status == B_OK || storage::SharedMime::Get()->Contains(type)
-        ? status : B_LAUNCH_FAILED_APP_NOT_FOUND;
+               ? status
+               : B_LAUNCH_FAILED_APP_NOT_FOUND;
 }
 
 static status_t find_for_document(const std::string& path, LaunchTarget* target)

@@ -10,7 +10,7 @@
 
 #include "storage/desktop/DesktopEntries.h"
 
-namespace BPrivate __attribute__((visibility("hidden"))) {
+namespace [[gnu::visibility("hidden")]] BPrivate {
 
 struct LaunchTarget {
     storage::ApplicationRef application;  // null for a program without desktop entry

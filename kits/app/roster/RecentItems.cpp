@@ -29,17 +29,14 @@ static const char* const kApplications = "BeOSApplications";
 
 using Bookmarks = std::unique_ptr<GBookmarkFile, decltype(&g_bookmark_file_free)>;
 
-static std::string list_path()
-{
-    return storage::data_folders().front() + "/recently-used.xbel";
-}
+static std::string list_path() { return storage::data_folders().front() + "/recently-used.xbel"; }
 
 // Null for a text that is no list of bookmarks.
 static Bookmarks parse(const std::string& text)
 {
     Bookmarks file(g_bookmark_file_new(), &g_bookmark_file_free);
-    if (!text.empty() && !g_bookmark_file_load_from_data(file.get(), text.data(), text.size(),
-                                                         nullptr))
+    if (!text.empty() &&
+        !g_bookmark_file_load_from_data(file.get(), text.data(), text.size(), nullptr))
         file.reset();
     return file;
 }
@@ -85,8 +82,8 @@ static std::string readable(const std::string& text)
 static std::string command_of(const std::string& name)
 {
     const storage::ApplicationRef application = storage::find_application(name);
-    const std::string executable
-        = application != nullptr ? application->executable : own_executable();
+    const std::string executable =
+        application != nullptr ? application->executable : own_executable();
     char* quoted = g_shell_quote(readable(executable).c_str());
     const std::string command = std::string(quoted) + " %u";
     g_free(quoted);
@@ -107,8 +104,7 @@ static Bookmarks extract(const std::string& text, const std::string& uri)
 {
     Bookmarks none = parse("");
     const std::string element = bookmark_in(text, uri);
-    Bookmarks one = parse(element.empty() ? ""
-                                          : with_bookmark(text_of(none.get()), uri, element));
+    Bookmarks one = parse(element.empty() ? "" : with_bookmark(text_of(none.get()), uri, element));
     return one != nullptr ? std::move(one) : std::move(none);
 }
 
@@ -194,8 +190,9 @@ static std::vector<std::string> uris_by_time(GBookmarkFile* file)
     std::vector<std::pair<gint64, std::string>> timed;
     for (std::string& uri : take_texts(list, count)) {
         GDateTime* time = g_bookmark_file_get_modified_date_time(file, uri.c_str(), nullptr);
-        const gint64 moment = time != nullptr
-            ? g_date_time_to_unix(time) * G_USEC_PER_SEC + g_date_time_get_microsecond(time) : 0;
+        const gint64 moment = time != nullptr ? g_date_time_to_unix(time) * G_USEC_PER_SEC +
+                                                    g_date_time_get_microsecond(time)
+                                              : 0;
         timed.emplace_back(moment, std::move(uri));
     }
     std::reverse(timed.begin(), timed.end());

@@ -11,15 +11,15 @@
 
 #include "storage/desktop/DesktopEntries.h"
 
-namespace BPrivate __attribute__((visibility("hidden"))) {
+namespace [[gnu::visibility("hidden")]] BPrivate {
 
 struct RecentItem {
     std::string path;
-    std::string type;                      // MIME
+    std::string type;                       // MIME
     std::vector<std::string> applications;  // names of those that added it; ours: signatures
-    bool is_application = false;           // it was launched
+    bool is_application = false;            // it was launched
     bool is_folder = false;
-    bool is_private = false;               // to those that added it
+    bool is_private = false;  // to those that added it
 };
 
 // Notes the file as used now. The desktop's other programs see it, but for applications.

@@ -23,8 +23,7 @@ using BPrivate::RunningApp;
 static const BRoster sRoster;
 const BRoster* be_roster = &sRoster;
 
-app_info::app_info()
-    : thread(-1), team(-1), port(-1), flags(B_MULTIPLE_LAUNCH)
+app_info::app_info() : thread(-1), team(-1), port(-1), flags(B_MULTIPLE_LAUNCH)
 {
     memset(signature, 0, sizeof(signature));
 }
@@ -75,25 +74,13 @@ static status_t fill_info(const RunningApp& app, app_info* info, status_t if_non
     return B_OK;
 }
 
-bool BRoster::IsRunning(const char* signature) const
-{
-    return TeamFor(signature) >= 0;
-}
+bool BRoster::IsRunning(const char* signature) const { return TeamFor(signature) >= 0; }
 
-bool BRoster::IsRunning(entry_ref* ref) const
-{
-    return TeamFor(ref) >= 0;
-}
+bool BRoster::IsRunning(entry_ref* ref) const { return TeamFor(ref) >= 0; }
 
-team_id BRoster::TeamFor(const char* signature) const
-{
-    return find_running(signature).team;
-}
+team_id BRoster::TeamFor(const char* signature) const { return find_running(signature).team; }
 
-team_id BRoster::TeamFor(entry_ref* ref) const
-{
-    return find_running(ref).team;
-}
+team_id BRoster::TeamFor(entry_ref* ref) const { return find_running(ref).team; }
 
 template <class Claim>
 static void list_teams(BList* list, Claim is_wanted)

@@ -38,12 +38,8 @@ struct Order {
 
 // Terminals, and how each is told what to run in it.
 static const Line kTerminals[] = {
-    { "xdg-terminal-exec" },
-    { "x-terminal-emulator", "-e" },
-    { "gnome-terminal", "--" },
-    { "konsole", "-e" },
-    { "xfce4-terminal", "-x" },
-    { "xterm", "-e" },
+    {"xdg-terminal-exec"}, {"x-terminal-emulator", "-e"}, {"gnome-terminal", "--"},
+    {"konsole", "-e"},     {"xfce4-terminal", "-x"},      {"xterm", "-e"},
 };
 
 static std::string program_in_path(const std::string& name)
@@ -79,8 +75,8 @@ static void add_message(Order* order, const BMessage* message)
             order->files.push_back(path.Path());
     }
     const char* argument;
-    for (int32 i = 1; message->what == B_ARGV_RECEIVED
-             && message->FindString("argv", i, &argument) == B_OK; ++i)
+    for (int32 i = 1;
+         message->what == B_ARGV_RECEIVED && message->FindString("argv", i, &argument) == B_OK; ++i)
         order->arguments.push_back(argument);
 }
 
@@ -114,7 +110,7 @@ static std::vector<Line> lines_for(const LaunchTarget& target, const Order& orde
     if (target.as_told) {
         lines = storage::commands_for(*target.application, order.files);
     } else {
-        lines = { { target.executable } };
+        lines = {{target.executable}};
         lines[0].insert(lines[0].end(), order.files.begin(), order.files.end());
     }
     for (Line& line : lines) {
@@ -135,9 +131,10 @@ static team_id start(const LaunchTarget& target, Line line, const Order& order)
     for (const std::string& word : line)
         argv.push_back(word.c_str());
     const char* folder = target.as_told && !target.application->folder.empty()
-        ? target.application->folder.c_str() : nullptr;
-    const thread_id thread = BPrivate::load_program(static_cast<int32>(argv.size()), argv.data(),
-                                                    nullptr, folder);
+                             ? target.application->folder.c_str()
+                             : nullptr;
+    const thread_id thread =
+        BPrivate::load_program(static_cast<int32>(argv.size()), argv.data(), nullptr, folder);
     if (thread == B_PERMISSION_DENIED || thread == B_NOT_AN_EXECUTABLE)
         return B_LAUNCH_FAILED_EXECUTABLE;
     if (thread > 0) {

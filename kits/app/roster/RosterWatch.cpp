@@ -37,8 +37,8 @@ using Apps = std::map<team_id, RunningApp>;
 struct AppWatch {
     std::mutex lock;
     std::vector<AppWatcher> watchers;
-    std::string folder;    // that is watched; empty before the first watcher
-    Apps known;            // as they were told
+    std::string folder;  // that is watched; empty before the first watcher
+    Apps known;          // as they were told
     team_id active = -1;
 };
 
@@ -146,7 +146,7 @@ status_t start_watching_apps(const BMessenger& target, uint32 mask)
     }
     std::erase_if(watch.watchers,
                   [&](const AppWatcher& watcher) { return watcher.target == target; });
-    watch.watchers.push_back({ target, mask });
+    watch.watchers.push_back({target, mask});
     return B_OK;
 }
 
@@ -156,7 +156,8 @@ status_t stop_watching_apps(const BMessenger& target)
     std::lock_guard hold(watch.lock);
     return std::erase_if(watch.watchers,
                          [&](const AppWatcher& watcher) { return watcher.target == target; }) > 0
-        ? B_OK : B_BAD_VALUE;
+               ? B_OK
+               : B_BAD_VALUE;
 }
 
 }  // namespace BPrivate

@@ -6,7 +6,7 @@
 #include <Messenger.h>
 #include <SupportDefs.h>
 
-namespace BPrivate __attribute__((visibility("hidden"))) {
+namespace [[gnu::visibility("hidden")]] BPrivate {
 
 // B_BAD_VALUE for a target that is not there, B_ERROR without a folder to watch.
 status_t start_watching_apps(const BMessenger& target, uint32 mask);

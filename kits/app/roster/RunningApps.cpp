@@ -33,24 +33,24 @@ static const char* const kActive = "/active";  // a link that names the team
 static const size_t kMaxEntry = 8192;          // bytes of a file
 
 static std::mutex sLock;
-static RunningApp sOwn;           // sLock; no team while not registered
-static std::string sOwnFile;      // sLock
-static int sOwnDescriptor = -1;   // sLock; holds the lock
+static RunningApp sOwn;          // sLock; no team while not registered
+static std::string sOwnFile;     // sLock
+static int sOwnDescriptor = -1;  // sLock; holds the lock
 
 // True for a folder of this user's that no other may enter.
 static bool is_private(const std::string& path)
 {
     struct stat info;
-    return lstat(path.c_str(), &info) == 0 && S_ISDIR(info.st_mode) && info.st_uid == geteuid()
-        && (info.st_mode & 077) == 0;
+    return lstat(path.c_str(), &info) == 0 && S_ISDIR(info.st_mode) && info.st_uid == geteuid() &&
+           (info.st_mode & 077) == 0;
 }
 
 static std::string folder_path()
 {
     const char* runtime = getenv("XDG_RUNTIME_DIR");
     struct stat info;
-    const bool usable = runtime != nullptr && runtime[0] == '/' && stat(runtime, &info) == 0
-        && S_ISDIR(info.st_mode) && info.st_uid == geteuid();
+    const bool usable = runtime != nullptr && runtime[0] == '/' && stat(runtime, &info) == 0 &&
+                        S_ISDIR(info.st_mode) && info.st_uid == geteuid();
     return usable ? std::string(runtime) + "/beos-roster"
                   : "/tmp/beos-roster-" + std::to_string(geteuid());
 }
@@ -70,8 +70,8 @@ std::string make_roster_folder()
 // A line each; the path, which may hold line feeds, to the end.
 static std::string as_text(const RunningApp& app)
 {
-    return app.signature + '\n' + std::to_string(app.flags) + '\n' + std::to_string(app.thread)
-        + '\n' + std::to_string(app.looper) + '\n' + std::to_string(app.began) + '\n' + app.path;
+    return app.signature + '\n' + std::to_string(app.flags) + '\n' + std::to_string(app.thread) +
+           '\n' + std::to_string(app.looper) + '\n' + std::to_string(app.began) + '\n' + app.path;
 }
 
 static std::string_view take_line(std::string_view* text)
@@ -93,12 +93,12 @@ static bool take_number(std::string_view* text, Number* number)
 static bool from_text(std::string_view text, RunningApp* app)
 {
     app->signature = take_line(&text);
-    if (!take_number(&text, &app->flags) || !take_number(&text, &app->thread)
-        || !take_number(&text, &app->looper) || !take_number(&text, &app->began))
+    if (!take_number(&text, &app->flags) || !take_number(&text, &app->thread) ||
+        !take_number(&text, &app->looper) || !take_number(&text, &app->began))
         return false;
     app->path = text;
-    return !app->signature.empty() && app->signature.size() < sizeof(app_info::signature)
-        && app->path.starts_with('/');
+    return !app->signature.empty() && app->signature.size() < sizeof(app_info::signature) &&
+           app->path.starts_with('/');
 }
 
 static struct flock whole_file()
@@ -131,14 +131,14 @@ static int write_entry(const std::string& folder, const std::string& file, const
 {
     const std::string unfinished = folder + "/." + std::to_string(getpid());
     unlink(unfinished.c_str());
-    const int fd = open(unfinished.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC | O_NOFOLLOW,
-                        0600);
+    const int fd =
+        open(unfinished.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC | O_NOFOLLOW, 0600);
     if (fd < 0)
         return -1;
     struct flock lock = whole_file();
-    const bool written = fcntl(fd, F_SETLK, &lock) == 0
-        && write(fd, text.data(), text.size()) == static_cast<ssize_t>(text.size())
-        && rename(unfinished.c_str(), file.c_str()) == 0;
+    const bool written = fcntl(fd, F_SETLK, &lock) == 0 &&
+                         write(fd, text.data(), text.size()) == static_cast<ssize_t>(text.size()) &&
+                         rename(unfinished.c_str(), file.c_str()) == 0;
     if (written)
         return fd;
     unlink(unfinished.c_str());
@@ -202,7 +202,7 @@ static bool read_entry(int folder, const char* name, RunningApp* app)
     struct stat info;
     bool valid = fstat(fd, &info) == 0 && S_ISREG(info.st_mode) && fcntl(fd, F_GETLK, &lock) == 0;
     if (valid && lock.l_type == F_UNLCK) {
-        for (const char* suffix : { "", ".port", ".messages" })
+        for (const char* suffix : {"", ".port", ".messages"})
             unlinkat(folder, (std::string(name) + suffix).c_str(), 0);
     }
     valid = valid && lock.l_type != F_UNLCK && lock.l_pid == app->team;
@@ -229,8 +229,8 @@ std::vector<RunningApp> running_apps()
     while (const dirent* entry = folder != nullptr ? readdir(folder) : nullptr) {
         RunningApp app;
         std::string_view name = entry->d_name;
-        if (take_number(&name, &app.team) && app.team > 0 && app.team != getpid()
-            && read_entry(dirfd(folder), entry->d_name, &app))
+        if (take_number(&name, &app.team) && app.team > 0 && app.team != getpid() &&
+            read_entry(dirfd(folder), entry->d_name, &app))
             apps.push_back(app);
     }
     if (folder != nullptr)
@@ -248,8 +248,8 @@ RunningApp only_instance(const std::string& path, const std::string& signature)
     if (mode == B_MULTIPLE_LAUNCH)
         return RunningApp();
     for (const RunningApp& app : running_apps()) {
-        const bool is_exclusive = mode == B_EXCLUSIVE_LAUNCH
-            && strcasecmp(app.signature.c_str(), signature.c_str()) == 0;
+        const bool is_exclusive =
+            mode == B_EXCLUSIVE_LAUNCH && strcasecmp(app.signature.c_str(), signature.c_str()) == 0;
         if (is_exclusive || app.path == path)
             return app;
     }

@@ -13,20 +13,20 @@
 #include <string>
 #include <vector>
 
-namespace BPrivate __attribute__((visibility("hidden"))) {
+namespace [[gnu::visibility("hidden")]] BPrivate {
 
 struct RunningApp {
     team_id team = -1;
     thread_id thread = -1;
-    int32 looper = 0;       // token of the application's looper
-    uint32 flags = 0;       // launch mode, as app_info has it
-    bigtime_t began = 0;    // when it registered, microseconds since 1970
+    int32 looper = 0;     // token of the application's looper
+    uint32 flags = 0;     // launch mode, as app_info has it
+    bigtime_t began = 0;  // when it registered, microseconds since 1970
     std::string signature;
-    std::string path;       // of the executable
+    std::string path;  // of the executable
 };
 
-// The folder: "roster" below the user's runtime directory, else a private one below /tmp. Empty if
-// there is none that nobody else can write to.
+// The folder: "roster" below the user's runtime directory, else a private one below /tmp. Empty
+// if there is none that nobody else can write to.
 std::string roster_folder();
 std::string make_roster_folder();
 
@@ -56,8 +56,9 @@ std::string own_executable();
 // How the program at `path` wants to be launched.
 uint32 launch_flags_of(const char* path);
 
-// The application that runs where the program at `path` wants to run but once; its team is -1 for
-// none. A single launch is meant by executable, an exclusive one by signature, which may be empty.
+// The application that runs where the program at `path` wants to run but once; its team is -1
+// for none. A single launch is meant by executable, an exclusive one by signature, which may be
+// empty.
 RunningApp only_instance(const std::string& path, const std::string& signature);
 
 }  // namespace BPrivate

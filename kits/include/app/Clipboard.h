@@ -8,9 +8,7 @@
 
 class BMessage;
 
-enum {
-    B_CLIPBOARD_CHANGED = 'CLCH'
-};
+enum { B_CLIPBOARD_CHANGED = 'CLCH' };
 
 /* A clipboard, known by its name. "system" is the desktop's: text goes both ways between this and
    other programs, as the field "text/plain" (B_MIME_TYPE, UTF-8, no terminator); a picture of

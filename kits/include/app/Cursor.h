@@ -48,7 +48,7 @@ namespace BPrivate {
 struct CursorImage;
 [[gnu::visibility("hidden")]] std::shared_ptr<const CursorImage> cursor_image(
     const BCursor* cursor);
-}
+}  // namespace BPrivate
 
 /* A picture for the pointer. It copies what it is made from, and copies share it. */
 class BCursor : public BArchivable {

@@ -18,7 +18,7 @@ namespace BPrivate {
 class ObserverList;
 struct LooperLoop;
 struct LooperTable;
-}
+}  // namespace BPrivate
 
 #define B_OBSERVE_WHAT_CHANGE "be:observe_change_what"
 #define B_OBSERVE_ORIGINAL_WHAT "be:observe_orig_what"
@@ -99,10 +99,10 @@ private:
 
     std::string fName;
     bool fHasName;
-    int32 fToken;                     // names this handler in messengers, never used again
-    std::atomic<BLooper*> fLooper;    // changes with the looper locked
+    int32 fToken;                   // names this handler in messengers, never used again
+    std::atomic<BLooper*> fLooper;  // changes with the looper locked
     BHandler* fNextHandler;
-    std::unique_ptr<BList> fFilters;  // owns the filters as well
+    std::unique_ptr<BList> fFilters;                  // owns the filters as well
     std::atomic<BPrivate::ObserverList*> fObservers;  // owned
 };
 

@@ -18,7 +18,7 @@ namespace BPrivate {
 struct LooperLoop;
 struct LooperSlot;
 struct LooperTable;
-}
+}  // namespace BPrivate
 
 #define B_LOOPER_PORT_DEFAULT_CAPACITY 200
 

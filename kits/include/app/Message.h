@@ -23,10 +23,10 @@ class BStringList;
 namespace BPrivate {
 struct FieldBlock;
 struct MessageAccess;
-}
+}  // namespace BPrivate
 
-#define B_FIELD_NAME_LENGTH                  255
-#define B_PROPERTY_NAME_LENGTH               255
+#define B_FIELD_NAME_LENGTH 255
+#define B_PROPERTY_NAME_LENGTH 255
 
 // How a scripting message names its target; the code of a message in "specifiers".
 enum {
@@ -110,8 +110,8 @@ public:
     status_t AddSpecifier(const char* property, const char* name);
     status_t AddSpecifier(const BMessage* specifier);
     status_t SetCurrentSpecifier(int32 index);
-    status_t GetCurrentSpecifier(int32* index, BMessage* specifier = nullptr,
-                                 int32* what = nullptr, const char** property = nullptr) const;
+    status_t GetCurrentSpecifier(int32* index, BMessage* specifier = nullptr, int32* what = nullptr,
+                                 const char** property = nullptr) const;
     bool HasSpecifiers() const;
     status_t PopSpecifier();
 
@@ -388,7 +388,7 @@ private:
 
     BPrivate::FieldBlock* fFields = nullptr;  // kits/app/MessageFields.h; null without fields
     int32 fCurrentSpecifier = -1;
-    BMessage* fQueueLink = nullptr;           // the next one in a BMessageQueue; with its lock
+    BMessage* fQueueLink = nullptr;  // the next one in a BMessageQueue; with its lock
 };
 
 #endif  // _MESSAGE_H

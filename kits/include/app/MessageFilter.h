@@ -8,22 +8,11 @@ class BLooper;
 class BMessage;
 class BMessageFilter;
 
-enum filter_result {
-    B_SKIP_MESSAGE = 0,
-    B_DISPATCH_MESSAGE = 1
-};
+enum filter_result { B_SKIP_MESSAGE = 0, B_DISPATCH_MESSAGE = 1 };
 
-enum message_delivery {
-    B_ANY_DELIVERY = 0,
-    B_DROPPED_DELIVERY = 1,
-    B_PROGRAMMED_DELIVERY = 2
-};
+enum message_delivery { B_ANY_DELIVERY = 0, B_DROPPED_DELIVERY = 1, B_PROGRAMMED_DELIVERY = 2 };
 
-enum message_source {
-    B_ANY_SOURCE = 0,
-    B_REMOTE_SOURCE = 1,
-    B_LOCAL_SOURCE = 2
-};
+enum message_source { B_ANY_SOURCE = 0, B_REMOTE_SOURCE = 1, B_LOCAL_SOURCE = 2 };
 
 typedef filter_result (*filter_hook)(BMessage*, BHandler**, BMessageFilter*);
 

@@ -6,10 +6,7 @@
 
 class BMessage;
 
-enum value_kind {
-    B_COMMAND_KIND = 0,
-    B_TYPE_CODE_KIND = 1
-};
+enum value_kind { B_COMMAND_KIND = 0, B_TYPE_CODE_KIND = 1 };
 
 struct compound_type {
     struct field_pair {
@@ -61,6 +58,7 @@ public:
     int32 CountProperties() const;
     int32 CountValues() const;
     void PrintToStream() const;
+
 protected:
     static bool FindCommand(uint32 what, int32 index, property_info* info);
     static bool FindSpecifier(uint32 form, property_info* info);

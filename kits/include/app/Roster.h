@@ -24,23 +24,15 @@ struct app_info {
 
     thread_id thread;  // of the application's loop
     team_id team;
-    port_id port;      // -1: messages do not travel through ports here
-    uint32 flags;      // launch mode and the bits above
-    entry_ref ref;     // the executable
+    port_id port;   // -1: messages do not travel through ports here
+    uint32 flags;   // launch mode and the bits above
+    entry_ref ref;  // the executable
     char signature[240];
 };
 
-enum watching_request_flags {
-    B_REQUEST_LAUNCHED = 1,
-    B_REQUEST_QUIT = 2,
-    B_REQUEST_ACTIVATED = 4
-};
+enum watching_request_flags { B_REQUEST_LAUNCHED = 1, B_REQUEST_QUIT = 2, B_REQUEST_ACTIVATED = 4 };
 
-enum {
-    B_SOME_APP_LAUNCHED = 'BRAS',
-    B_SOME_APP_QUIT = 'BRAQ',
-    B_SOME_APP_ACTIVATED = 'BRAW'
-};
+enum { B_SOME_APP_LAUNCHED = 'BRAS', B_SOME_APP_QUIT = 'BRAQ', B_SOME_APP_ACTIVATED = 'BRAW' };
 
 /* Which programs run, how others are started, and what was used lately. Running are those with a
    BApplication; startable are all programs, by path, and those that have a desktop entry, by

@@ -30,22 +30,12 @@ enum data_rate {
     B_31250_BPS = 19  // of MIDI
 };
 
-enum data_bits {
-    B_DATA_BITS_7 = 0,
-    B_DATA_BITS_8 = 1
-};
+enum data_bits { B_DATA_BITS_7 = 0, B_DATA_BITS_8 = 1 };
 
-enum stop_bits {
-    B_STOP_BITS_1 = 0,
-    B_STOP_BITS_2 = 1
-};
+enum stop_bits { B_STOP_BITS_1 = 0, B_STOP_BITS_2 = 1 };
 #define B_STOP_BIT_1 B_STOP_BITS_1
 
-enum parity_mode {
-    B_NO_PARITY = 0,
-    B_ODD_PARITY = 1,
-    B_EVEN_PARITY = 2
-};
+enum parity_mode { B_NO_PARITY = 0, B_ODD_PARITY = 1, B_EVEN_PARITY = 2 };
 
 // Who may stop the sender; may be combined.
 enum {

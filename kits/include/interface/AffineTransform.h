@@ -104,9 +104,7 @@ public:
     void GetScaleAbs(double* sx, double* sy) const;
     // Each may be null. False, and nothing set, for a transformation that is not valid.
     bool GetAffineParameters(double* translationX, double* translationY, double* rotation,
-                             double* scaleX, double* scaleY, double* shearX,
-                             double* shearY) const;
-
+                             double* scaleX, double* scaleY, double* shearX, double* shearY) const;
 
     double sx;
     double shy;

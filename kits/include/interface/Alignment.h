@@ -12,7 +12,9 @@ public:
     BAlignment() : horizontal(B_ALIGN_HORIZONTAL_UNSET), vertical(B_ALIGN_VERTICAL_UNSET) {}
     BAlignment(const BAlignment& other) = default;
     BAlignment(alignment horizontal, vertical_alignment vertical)
-        : horizontal(horizontal), vertical(vertical) {}
+        : horizontal(horizontal), vertical(vertical)
+    {
+    }
 
     alignment Horizontal() const { return horizontal; }
     vertical_alignment Vertical() const { return vertical; }

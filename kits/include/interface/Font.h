@@ -14,8 +14,8 @@
 class BShape;
 
 // Bytes of a name, its terminating zero byte not counted.
-#define B_FONT_FAMILY_LENGTH                 63
-#define B_FONT_STYLE_LENGTH                  63
+#define B_FONT_FAMILY_LENGTH 63
+#define B_FONT_STYLE_LENGTH 63
 
 // SetSpacing()
 enum {
@@ -26,10 +26,7 @@ enum {
 };
 
 // SetFlags()
-enum {
-    B_DISABLE_ANTIALIASING = 1,
-    B_FORCE_ANTIALIASING = 2
-};
+enum { B_DISABLE_ANTIALIASING = 1, B_FORCE_ANTIALIASING = 2 };
 
 // TruncateString()
 enum {
@@ -57,10 +54,7 @@ enum {
 };
 
 // Flags of families and styles.
-enum {
-    B_HAS_TUNED_FONT = 1,
-    B_IS_FIXED = 2
-};
+enum { B_HAS_TUNED_FONT = 1, B_IS_FIXED = 2 };
 
 // SetFace()
 enum {
@@ -76,20 +70,14 @@ enum {
     B_HEAVY_FACE = 0x200
 };
 
-enum font_direction {
-    B_FONT_LEFT_TO_RIGHT = 0,
-    B_FONT_RIGHT_TO_LEFT = 1
-};
+enum font_direction { B_FONT_LEFT_TO_RIGHT = 0, B_FONT_RIGHT_TO_LEFT = 1 };
 
 enum font_metric_mode {
     B_SCREEN_METRIC = 0,   // the pixels drawn
     B_PRINTING_METRIC = 1  // the outline
 };
 
-enum font_file_format {
-    B_TRUETYPE_WINDOWS = 0,
-    B_POSTSCRIPT_TYPE1_WINDOWS = 1
-};
+enum font_file_format { B_TRUETYPE_WINDOWS = 0, B_POSTSCRIPT_TYPE1_WINDOWS = 1 };
 
 typedef char font_family[B_FONT_FAMILY_LENGTH + 1];
 typedef char font_style[B_FONT_STYLE_LENGTH + 1];
@@ -183,27 +171,27 @@ public:
     // where not even that fits. The char buffers need room for three bytes more than the string.
     void TruncateString(BString* inOut, uint32 mode, float width) const;
     void GetTruncatedStrings(const char* stringArray[], int32 numStrings, uint32 mode, float width,
-        BString resultArray[]) const;
+                             BString resultArray[]) const;
     void GetTruncatedStrings(const char* stringArray[], int32 numStrings, uint32 mode, float width,
-        char* resultArray[]) const;
+                             char* resultArray[]) const;
 
     // Pixels. Text ends after `length` bytes or before a zero byte.
     float StringWidth(const char* string) const;
     float StringWidth(const char* string, int32 length) const;
     // A null `lengthArray` takes each string whole.
     void GetStringWidths(const char* stringArray[], const int32 lengthArray[], int32 numStrings,
-        float widthArray[]) const;
+                         float widthArray[]) const;
 
     // Widths of single characters, in font sizes: multiplied by Size() they add up to the width of
     // the text. What lies behind the end of the text is 0.
     void GetEscapements(const char charArray[], int32 numChars, float escapementArray[]) const;
     void GetEscapements(const char charArray[], int32 numChars, escapement_delta* delta,
-        float escapementArray[]) const;
+                        float escapementArray[]) const;
     // As steps of the pen, y down, along the turned baseline.
     void GetEscapements(const char charArray[], int32 numChars, escapement_delta* delta,
-        BPoint escapementArray[]) const;
+                        BPoint escapementArray[]) const;
     void GetEscapements(const char charArray[], int32 numChars, escapement_delta* delta,
-        BPoint escapementArray[], BPoint offsetArray[]) const;
+                        BPoint escapementArray[], BPoint offsetArray[]) const;
     // `numBytes` counts characters.
     void GetEdges(const char charArray[], int32 numBytes, edge_info edgeArray[]) const;
     void GetHeight(font_height* height) const;
@@ -211,17 +199,18 @@ public:
     // Boxes in pixels from the pen, y down; not valid for what leaves no mark. As glyphs: each from
     // its own start; as string: all from the start of the text.
     void GetBoundingBoxesAsGlyphs(const char charArray[], int32 numChars, font_metric_mode mode,
-        BRect boundingBoxArray[]) const;
+                                  BRect boundingBoxArray[]) const;
     void GetBoundingBoxesAsString(const char charArray[], int32 numChars, font_metric_mode mode,
-        escapement_delta* delta, BRect boundingBoxArray[]) const;
+                                  escapement_delta* delta, BRect boundingBoxArray[]) const;
     void GetBoundingBoxesForStrings(const char* stringArray[], int32 numStrings,
-        font_metric_mode mode, escapement_delta deltas[], BRect boundingBoxArray[]) const;
+                                    font_metric_mode mode, escapement_delta deltas[],
+                                    BRect boundingBoxArray[]) const;
     // Outlines in pixels from the pen, y down, put into the caller's shapes.
     void GetGlyphShapes(const char charArray[], int32 numChars, BShape* glyphShapeArray[]) const;
     void GetHasGlyphs(const char charArray[], int32 numChars, bool hasArray[]) const;
     // With fallbacks: whether any installed font lends the character.
     void GetHasGlyphs(const char charArray[], int32 numChars, bool hasArray[],
-        bool useFallbacks) const;
+                      bool useFallbacks) const;
 
     BFont& operator=(const BFont& font) = default;
     bool operator==(const BFont& font) const;
@@ -234,7 +223,7 @@ public:
     status_t LoadFont(const char* path, uint16 index, uint16 instance);
     status_t LoadFont(const area_id fontAreaID, size_t size = 0, size_t offset = 0);
     status_t LoadFont(const area_id fontAreaID, size_t size, size_t offset, uint16 index,
-        uint16 instance);
+                      uint16 instance);
     // Takes a font that LoadFont() gave back out of the lists; this font becomes the plain font.
     status_t UnloadFont();
 
@@ -265,7 +254,7 @@ status_t get_font_family(int32 index, font_family* name, uint32* flags = NULL);
 int32 count_font_styles(font_family name);
 status_t get_font_style(font_family family, int32 index, font_style* name, uint32* flags = NULL);
 status_t get_font_style(font_family family, int32 index, font_style* name, uint16* face,
-    uint32* flags = NULL);
+                        uint32* flags = NULL);
 // True if fonts were installed or removed since the last call; with `checkOnly` the lists stay.
 bool update_font_families(bool checkOnly);
 

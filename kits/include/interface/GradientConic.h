@@ -8,8 +8,7 @@
 class BGradientConic : public BGradient {
 public:
     BGradientConic() : BGradient(TYPE_CONIC) {}
-    BGradientConic(const BPoint& center, float angle)
-        : BGradientConic(center.x, center.y, angle) {}
+    BGradientConic(const BPoint& center, float angle) : BGradientConic(center.x, center.y, angle) {}
     BGradientConic(float cx, float cy, float angle) : BGradient(TYPE_CONIC)
     {
         SetCenter(cx, cy);

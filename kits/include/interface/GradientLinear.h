@@ -9,7 +9,9 @@ class BGradientLinear : public BGradient {
 public:
     BGradientLinear() : BGradient(TYPE_LINEAR) {}
     BGradientLinear(const BPoint& start, const BPoint& end)
-        : BGradientLinear(start.x, start.y, end.x, end.y) {}
+        : BGradientLinear(start.x, start.y, end.x, end.y)
+    {
+    }
     BGradientLinear(float x1, float y1, float x2, float y2) : BGradient(TYPE_LINEAR)
     {
         SetStart(x1, y1);

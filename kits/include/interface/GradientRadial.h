@@ -9,7 +9,9 @@ class BGradientRadial : public BGradient {
 public:
     BGradientRadial() : BGradient(TYPE_RADIAL) {}
     BGradientRadial(const BPoint& center, float radius)
-        : BGradientRadial(center.x, center.y, radius) {}
+        : BGradientRadial(center.x, center.y, radius)
+    {
+    }
     BGradientRadial(float cx, float cy, float radius) : BGradient(TYPE_RADIAL)
     {
         SetCenter(cx, cy);

@@ -9,7 +9,9 @@ class BGradientRadialFocus : public BGradient {
 public:
     BGradientRadialFocus() : BGradient(TYPE_RADIAL_FOCUS) {}
     BGradientRadialFocus(const BPoint& center, float radius, const BPoint& focal)
-        : BGradientRadialFocus(center.x, center.y, radius, focal.x, focal.y) {}
+        : BGradientRadialFocus(center.x, center.y, radius, focal.x, focal.y)
+    {
+    }
     BGradientRadialFocus(float cx, float cy, float radius, float fx, float fy)
         : BGradient(TYPE_RADIAL_FOCUS)
     {

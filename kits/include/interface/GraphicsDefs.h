@@ -39,14 +39,9 @@ enum {
     B_8_BIT_640x400 = 0x80000000
 };
 
-enum buffer_orientation {
-    B_BUFFER_TOP_TO_BOTTOM = 0,
-    B_BUFFER_BOTTOM_TO_TOP = 1
-};
+enum buffer_orientation { B_BUFFER_TOP_TO_BOTTOM = 0, B_BUFFER_BOTTOM_TO_TOP = 1 };
 
-enum buffer_layout {
-    B_BUFFER_NONINTERLEAVED = 1
-};
+enum buffer_layout { B_BUFFER_NONINTERLEAVED = 1 };
 
 // How a drawing meets the pixels below it.
 enum drawing_mode {
@@ -63,10 +58,7 @@ enum drawing_mode {
     B_OP_ALPHA = 10
 };
 
-enum source_alpha {
-    B_PIXEL_ALPHA = 0,
-    B_CONSTANT_ALPHA = 1
-};
+enum source_alpha { B_PIXEL_ALPHA = 0, B_CONSTANT_ALPHA = 1 };
 
 enum alpha_function {
     B_ALPHA_OVERLAY = 0,

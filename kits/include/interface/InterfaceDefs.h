@@ -9,16 +9,16 @@ class BMessage;
 class BPoint;
 class BRect;
 
-#define B_UTF8_BULLET                        "•"
-#define B_UTF8_ELLIPSIS                      "…"
-#define B_UTF8_OPEN_QUOTE                    "“"
-#define B_UTF8_CLOSE_QUOTE                   "”"
-#define B_UTF8_COPYRIGHT                     "©"
-#define B_UTF8_REGISTERED                    "®"
-#define B_UTF8_TRADEMARK                     "™"
-#define B_UTF8_SMILING_FACE                  "☻"
-#define B_UTF8_HIROSHI                       "弘"
-#define B_MAX_MOUSE_BUTTONS                  16
+#define B_UTF8_BULLET "•"
+#define B_UTF8_ELLIPSIS "…"
+#define B_UTF8_OPEN_QUOTE "“"
+#define B_UTF8_CLOSE_QUOTE "”"
+#define B_UTF8_COPYRIGHT "©"
+#define B_UTF8_REGISTERED "®"
+#define B_UTF8_TRADEMARK "™"
+#define B_UTF8_SMILING_FACE "☻"
+#define B_UTF8_HIROSHI "弘"
+#define B_MAX_MOUSE_BUTTONS 16
 
 // Bytes that keys send.
 enum {
@@ -120,15 +120,10 @@ enum {
 };
 
 // Flag of shortcuts: the Command key is not added.
-enum {
-    B_NO_COMMAND_KEY = 0x00010000
-};
+enum { B_NO_COMMAND_KEY = 0x00010000 };
 
 // Rules for the inside of a shape.
-enum {
-    B_EVEN_ODD = 0,
-    B_NONZERO = 1
-};
+enum { B_EVEN_ODD = 0, B_NONZERO = 1 };
 
 // Bitmaps of an icon.
 enum {
@@ -160,22 +155,11 @@ enum mode_focus_follows_mouse {
     B_INSTANT_WARP_FOCUS_FOLLOWS_MOUSE = 2
 };
 
-enum border_style {
-    B_PLAIN_BORDER = 0,
-    B_FANCY_BORDER = 1,
-    B_NO_BORDER = 2
-};
+enum border_style { B_PLAIN_BORDER = 0, B_FANCY_BORDER = 1, B_NO_BORDER = 2 };
 
-enum orientation {
-    B_HORIZONTAL = 0,
-    B_VERTICAL = 1
-};
+enum orientation { B_HORIZONTAL = 0, B_VERTICAL = 1 };
 
-enum button_width {
-    B_WIDTH_AS_USUAL = 0,
-    B_WIDTH_FROM_WIDEST = 1,
-    B_WIDTH_FROM_LABEL = 2
-};
+enum button_width { B_WIDTH_AS_USUAL = 0, B_WIDTH_FROM_WIDEST = 1, B_WIDTH_FROM_LABEL = 2 };
 
 enum alignment {
     B_ALIGN_LEFT = 0,
@@ -222,17 +206,9 @@ enum join_mode {
     B_SQUARE_JOIN = 4
 };
 
-enum cap_mode {
-    B_ROUND_CAP = 0,
-    B_BUTT_CAP = 3,
-    B_SQUARE_CAP = 4
-};
+enum cap_mode { B_ROUND_CAP = 0, B_BUTT_CAP = 3, B_SQUARE_CAP = 4 };
 
-enum bitmap_tiling {
-    B_TILE_BITMAP_X = 1,
-    B_TILE_BITMAP_Y = 2,
-    B_TILE_BITMAP = 3
-};
+enum bitmap_tiling { B_TILE_BITMAP_X = 1, B_TILE_BITMAP_Y = 2, B_TILE_BITMAP = 3 };
 
 enum overlay_options {
     B_OVERLAY_FILTER_HORIZONTAL = 0x00010000,
@@ -241,10 +217,7 @@ enum overlay_options {
     B_OVERLAY_TRANSFER_CHANNEL = 0x00080000
 };
 
-enum bitmap_drawing_options {
-    B_FILTER_BITMAP_BILINEAR = 0x100,
-    B_WAIT_FOR_RETRACE = 0x800
-};
+enum bitmap_drawing_options { B_FILTER_BITMAP_BILINEAR = 0x100, B_WAIT_FOR_RETRACE = 0x800 };
 
 enum color_which {
     B_NO_COLOR = 0,

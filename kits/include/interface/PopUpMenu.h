@@ -25,10 +25,8 @@ public:
        by itself. Its items want targets of their own. A press that ends where it began (or in
        `openRect`, on the screen) leaves the menu open, as does `keepOpen`. Null as well while it is
        open already. A menu that is deleted closes first. */
-    BMenuItem* Go(BPoint where, bool autoInvoke = false, bool keepOpen = false,
-                  bool async = false);
-    BMenuItem* Go(BPoint where, bool autoInvoke, bool keepOpen, BRect openRect,
-                  bool async = false);
+    BMenuItem* Go(BPoint where, bool autoInvoke = false, bool keepOpen = false, bool async = false);
+    BMenuItem* Go(BPoint where, bool autoInvoke, bool keepOpen, BRect openRect, bool async = false);
 
     /* Deletes itself when an asynchronous Go() has ended. */
     void SetAsyncAutoDestruct(bool on);

@@ -17,16 +17,26 @@ public:
     constexpr BRect() : left(0), top(0), right(-1), bottom(-1) {}  // invalid
     constexpr BRect(const BRect& other) = default;
     constexpr BRect(float left, float top, float right, float bottom)
-        : left(left), top(top), right(right), bottom(bottom) {}
+        : left(left), top(top), right(right), bottom(bottom)
+    {
+    }
     constexpr BRect(BPoint leftTop, BPoint rightBottom)
-        : left(leftTop.x), top(leftTop.y), right(rightBottom.x), bottom(rightBottom.y) {}
+        : left(leftTop.x), top(leftTop.y), right(rightBottom.x), bottom(rightBottom.y)
+    {
+    }
     constexpr BRect(BPoint leftTop, BSize size)
-        : left(leftTop.x), top(leftTop.y), right(leftTop.x + size.width),
-          bottom(leftTop.y + size.height) {}
+        : left(leftTop.x),
+          top(leftTop.y),
+          right(leftTop.x + size.width),
+          bottom(leftTop.y + size.height)
+    {
+    }
     // At the origin, `side` or `width` x `height` pixels large.
     constexpr BRect(float side) : BRect(side, side) {}
     constexpr BRect(float width, float height)
-        : left(0), top(0), right(width - 1), bottom(height - 1) {}
+        : left(0), top(0), right(width - 1), bottom(height - 1)
+    {
+    }
     constexpr BRect& operator=(const BRect& other) = default;
 
     void Set(float newLeft, float newTop, float newRight, float newBottom)
@@ -143,8 +153,7 @@ public:
     }
     constexpr bool Contains(BRect rect) const
     {
-        return rect.left >= left && rect.right <= right && rect.top >= top &&
-               rect.bottom <= bottom;
+        return rect.left >= left && rect.right <= right && rect.top >= top && rect.bottom <= bottom;
     }
 };
 

@@ -188,7 +188,7 @@ inline constexpr unicode_block_range kUnicodeBlockMap[] = {
     {0xFFF0, 0xFFFF, B_SPECIALS_BLOCK},
     {0x0F00, 0x0FFF, B_TIBETAN_BLOCK},
 };
-inline constexpr uint32 kNumUnicodeBlockRanges = sizeof(kUnicodeBlockMap)
-    / sizeof(kUnicodeBlockMap[0]);
+inline constexpr uint32 kNumUnicodeBlockRanges =
+    sizeof(kUnicodeBlockMap) / sizeof(kUnicodeBlockMap[0]);
 
 #endif  // _UNICODE_BLOCK_OBJECTS_H

@@ -33,29 +33,17 @@ namespace BPrivate {
 class Canvas;
 struct ViewData;
 struct ViewPrivate;
-}
+}  // namespace BPrivate
 
 // Mouse buttons, as bits.
-enum {
-    B_PRIMARY_MOUSE_BUTTON = 1,
-    B_SECONDARY_MOUSE_BUTTON = 2,
-    B_TERTIARY_MOUSE_BUTTON = 4
-};
-#define B_MOUSE_BUTTON(n) (1 << ((n) - 1))
+enum { B_PRIMARY_MOUSE_BUTTON = 1, B_SECONDARY_MOUSE_BUTTON = 2, B_TERTIARY_MOUSE_BUTTON = 4 };
+#define B_MOUSE_BUTTON(n) (1 << ((n)-1))
 
 // Where the pointer went, for MouseMoved().
-enum {
-    B_ENTERED_VIEW = 0,
-    B_INSIDE_VIEW = 1,
-    B_EXITED_VIEW = 2,
-    B_OUTSIDE_VIEW = 3
-};
+enum { B_ENTERED_VIEW = 0, B_INSIDE_VIEW = 1, B_EXITED_VIEW = 2, B_OUTSIDE_VIEW = 3 };
 
 // Event masks and their options.
-enum {
-    B_POINTER_EVENTS = 1,
-    B_KEYBOARD_EVENTS = 2
-};
+enum { B_POINTER_EVENTS = 1, B_KEYBOARD_EVENTS = 2 };
 enum {
     B_LOCK_WINDOW_FOCUS = 1,
     B_SUSPEND_VIEW_FOCUS = 2,
@@ -63,10 +51,7 @@ enum {
     B_FULL_POINTER_HISTORY = 8
 };
 
-enum rect_tracking_style {
-    B_TRACK_WHOLE_RECT = 0,
-    B_TRACK_RECT_CORNER = 1
-};
+enum rect_tracking_style { B_TRACK_WHOLE_RECT = 0, B_TRACK_RECT_CORNER = 1 };
 
 enum set_font_mask {
     B_FONT_FAMILY_AND_STYLE = 1,
@@ -319,8 +304,8 @@ public:
                        ::pattern pattern = B_SOLID_HIGH);
     void StrokePolygon(const BPoint* pointArray, int32 numPoints, bool closed = true,
                        ::pattern pattern = B_SOLID_HIGH);
-    void StrokePolygon(const BPoint* pointArray, int32 numPoints, BRect bounds,
-                       bool closed = true, ::pattern pattern = B_SOLID_HIGH);
+    void StrokePolygon(const BPoint* pointArray, int32 numPoints, BRect bounds, bool closed = true,
+                       ::pattern pattern = B_SOLID_HIGH);
     void StrokePolygon(const BPolygon* polygon, bool closed, const BGradient& gradient);
     void StrokePolygon(const BPoint* pointArray, int32 numPoints, bool closed,
                        const BGradient& gradient);

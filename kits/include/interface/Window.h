@@ -26,15 +26,15 @@ class InputMessage;
 struct Shortcut;
 struct ViewPrivate;
 struct WindowData;
-}
+}  // namespace BPrivate
 
 namespace server {
 struct Event;
 struct Surface;
-}
+}  // namespace server
 
-#define B_CURRENT_WORKSPACE                  0
-#define B_ALL_WORKSPACES                     0xFFFFFFFF
+#define B_CURRENT_WORKSPACE 0
+#define B_ALL_WORKSPACES 0xFFFFFFFF
 
 // Flags of a window.
 enum {
@@ -60,10 +60,7 @@ enum {
 };
 
 // Flags of MoveOnScreen().
-enum {
-    B_DO_NOT_RESIZE_TO_FIT = 1,
-    B_MOVE_IF_PARTIALLY_OFFSCREEN = 2
-};
+enum { B_DO_NOT_RESIZE_TO_FIT = 1, B_MOVE_IF_PARTIALLY_OFFSCREEN = 2 };
 
 enum window_type {
     B_UNTYPED_WINDOW = 0,
@@ -93,10 +90,7 @@ enum window_feel {
     B_FLOATING_ALL_WINDOW_FEEL = 6
 };
 
-enum window_alignment {
-    B_BYTE_ALIGNMENT = 0,
-    B_PIXEL_ALIGNMENT = 1
-};
+enum window_alignment { B_BYTE_ALIGNMENT = 0, B_PIXEL_ALIGNMENT = 1 };
 
 /* A window of the screen and the looper whose thread runs its hooks. It is made hidden and locked
    by the thread that makes it; the first Show() starts its thread and gives the lock back. Calls
@@ -330,8 +324,7 @@ private:
     void _DeliverMove(BPrivate::InputMessage* message, const server::Event& event);
     void _DeliverTransit(BMessage* message, const server::Event& event, BView* under);
     void _DeliverButton(BPrivate::InputMessage* message, const server::Event& event);
-    void _DeliverToViews(BMessage* message, const server::Event& event, BView* target,
-                         uint32 mask);
+    void _DeliverToViews(BMessage* message, const server::Event& event, BView* target, uint32 mask);
     void _DeliverKey(BPrivate::InputMessage* message);
     void _DispatchPointer(BMessage* message, const server::Event& event, BView* view);
     void _DispatchCopy(BMessage* message, BHandler* target);

@@ -78,17 +78,10 @@ enum {
 };
 
 // Whose times are asked for.
-enum {
-    B_TEAM_USAGE_SELF = 0,
-    B_TEAM_USAGE_CHILDREN = 0xFFFFFFFF
-};
+enum { B_TEAM_USAGE_SELF = 0, B_TEAM_USAGE_CHILDREN = 0xFFFFFFFF };
 
 // Kinds of alarms.
-enum {
-    B_ONE_SHOT_ABSOLUTE_ALARM = 1,
-    B_ONE_SHOT_RELATIVE_ALARM = 2,
-    B_PERIODIC_ALARM = 3
-};
+enum { B_ONE_SHOT_ABSOLUTE_ALARM = 1, B_ONE_SHOT_RELATIVE_ALARM = 2, B_PERIODIC_ALARM = 3 };
 
 // What wait_for_objects() waits for.
 enum {
@@ -248,7 +241,7 @@ struct thread_info {
     void* stack_end;
 };
 
-typedef status_t (*thread_func)(void *);
+typedef status_t (*thread_func)(void*);
 
 struct cpu_info {
     bigtime_t active_time;  // microseconds
@@ -413,7 +406,7 @@ void exit_thread(status_t status);
 status_t wait_for_thread(thread_id thread, status_t* returnValue);
 status_t wait_for_thread_etc(thread_id id, uint32 flags, bigtime_t timeout, status_t* _returnCode);
 // Is called when the calling thread ends, the last one first.
-status_t on_exit_thread(void (*callback)(void *), void* data);
+status_t on_exit_thread(void (*callback)(void*), void* data);
 thread_id find_thread(const char* name);  // null: the caller; B_NAME_NOT_FOUND
 /* A letter for a thread, one at a time: sending waits until the former was received, receiving
    until there is one. receive_data() answers its code; what does not fit into the buffer is

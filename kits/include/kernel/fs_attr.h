@@ -25,8 +25,8 @@ ssize_t fs_write_attr(int fd, const char* attribute, uint32 type, off_t pos, con
 int fs_remove_attr(int fd, const char* attribute);
 int fs_stat_attr(int fd, const char* attribute, struct attr_info* attrInfo);
 
-// The names of a node's attributes, as they were when the list was opened or rewound. A DIR of these
-// calls goes to no other call. `fs_lopen_attr_dir` opens a link itself.
+// The names of a node's attributes, as they were when the list was opened or rewound. A DIR of
+// these calls goes to no other call. `fs_lopen_attr_dir` opens a link itself.
 DIR* fs_open_attr_dir(const char* path);
 DIR* fs_lopen_attr_dir(const char* path);
 DIR* fs_fopen_attr_dir(int fd);

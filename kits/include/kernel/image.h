@@ -8,27 +8,22 @@
 
 typedef int32 image_id;
 
-enum image_type {
-    B_APP_IMAGE = 1,
-    B_LIBRARY_IMAGE = 2,
-    B_ADD_ON_IMAGE = 3,
-    B_SYSTEM_IMAGE = 4
-};
+enum image_type { B_APP_IMAGE = 1, B_LIBRARY_IMAGE = 2, B_ADD_ON_IMAGE = 3, B_SYSTEM_IMAGE = 4 };
 
 // What is mapped into a team: its program, the libraries, the add-ons.
 struct image_info {
     image_id id;
     image_type type;
-    int32 sequence;          // in the order of loading, from 1
+    int32 sequence;  // in the order of loading, from 1
     int32 init_order;
     void (*init_routine)();  // null: the host's loader calls them
     void (*term_routine)();
-    dev_t device;            // of the file, -1 where there is none
+    dev_t device;  // of the file, -1 where there is none
     ino_t node;
-    char name[1024];         // path
-    void* text;              // executable bytes
-    void* data;              // writable bytes
-    int32 text_size;         // bytes
+    char name[1024];  // path
+    void* text;       // executable bytes
+    void* data;       // writable bytes
+    int32 text_size;  // bytes
     int32 data_size;
     int32 api_version;
     int32 abi;

@@ -13,16 +13,16 @@ struct MailContent;
 }
 
 // Names of header fields, as AddHeaderField() takes them.
-#define B_MAIL_TO       "To: "
-#define B_MAIL_CC       "Cc: "
-#define B_MAIL_BCC      "Bcc: "
-#define B_MAIL_FROM     "From: "
-#define B_MAIL_DATE     "Date: "
-#define B_MAIL_REPLY    "Reply-To: "
-#define B_MAIL_SUBJECT  "Subject: "
+#define B_MAIL_TO "To: "
+#define B_MAIL_CC "Cc: "
+#define B_MAIL_BCC "Bcc: "
+#define B_MAIL_FROM "From: "
+#define B_MAIL_DATE "Date: "
+#define B_MAIL_REPLY "Reply-To: "
+#define B_MAIL_SUBJECT "Subject: "
 #define B_MAIL_PRIORITY "Priority: "
 
-#define B_MAIL_TYPE         "text/x-email"
+#define B_MAIL_TYPE "text/x-email"
 #define B_PARTIAL_MAIL_TYPE "text/x-partial-email"
 
 /* A mail on its way out. Texts are UTF-8 (bytes that are not count as Latin-1); an encoding, one of
@@ -37,8 +37,7 @@ public:
     /* Add to the body, or replace it. The second form names the character set as mails do. */
     status_t AddContent(const char* text, int32 length, uint32 encoding = B_ISO1_CONVERSION,
                         bool clobber = false);
-    status_t AddContent(const char* text, int32 length, const char* encoding,
-                        bool clobber = false);
+    status_t AddContent(const char* text, int32 length, const char* encoding, bool clobber = false);
 
     /* Add a file, which is read by Send(), or data, which are copied; a null type is guessed.
        B_ENTRY_NOT_FOUND, or another status of the storage kit, if the file can not be read;

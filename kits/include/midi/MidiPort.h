@@ -10,7 +10,7 @@ class BMidiPort : public BMidi {
 public:
     /* Opens a port if there is a name. */
     BMidiPort(const char* name = NULL);
-    virtual ~BMidiPort();  // closes
+    virtual ~BMidiPort();        // closes
     status_t InitCheck() const;  // what the last Open() answered, B_NO_INIT after none and Close()
 
     /* Opens a port by its name in the list of devices; another is closed first. B_BAD_VALUE for

@@ -23,11 +23,11 @@ void inject_button(int32_t button, bool down);
 void inject_key(int32_t key, bool down);
 /* Types a text: presses and releases the keys of its characters, with Shift where needed;
    characters that a US keyboard lacks arrive as their UTF-8 bytes with key 0. */
-void inject_text(const char *text);
+void inject_text(const char* text);
 /* Turns the wheel: positive dy moves the content up. */
 void inject_wheel(float dx, float dy);
 /* Drops files on the window under (x, y). */
-void inject_file_drop(float x, float y, const char *const *paths, int32_t count);
+void inject_file_drop(float x, float y, const char* const* paths, int32_t count);
 /* What a person does to a window by its frame; the window is the one whose content or title holds
    (x, y). Sizes are those of the content in pixels minus one, as BeOS counts. */
 void inject_window_close(float x, float y);
@@ -39,7 +39,7 @@ void inject_window_activate(float x, float y);
 
 /* Saves all windows of this program, in stacking order over the desktop, as a PNG. Returns 0 or a
    negative status. */
-int32_t inject_save_screen(const char *png_path);
+int32_t inject_save_screen(const char* png_path);
 
 #ifdef __cplusplus
 }

@@ -10,7 +10,7 @@ struct version_info {
     uint32 major;
     uint32 middle;
     uint32 minor;
-    uint32 variety;   // B_DEVELOPMENT_VERSION ...
+    uint32 variety;  // B_DEVELOPMENT_VERSION ...
     uint32 internal;
     char short_info[64];
     char long_info[256];
@@ -25,16 +25,9 @@ enum info_variety {
     B_FINAL_VERSION = 5
 };
 
-enum info_location {
-    B_USE_ATTRIBUTES = 1,
-    B_USE_RESOURCES = 2,
-    B_USE_BOTH_LOCATIONS = 3
-};
+enum info_location { B_USE_ATTRIBUTES = 1, B_USE_RESOURCES = 2, B_USE_BOTH_LOCATIONS = 3 };
 
-enum version_kind {
-    B_APP_VERSION_KIND = 0,
-    B_SYSTEM_VERSION_KIND = 1
-};
+enum version_kind { B_APP_VERSION_KIND = 0, B_SYSTEM_VERSION_KIND = 1 };
 
 // What an executable says of itself. Kept as its attributes, with the platform's names; there are
 // no resources on this host. Where an executable has no signature or icon of its own and the

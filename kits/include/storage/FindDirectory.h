@@ -116,8 +116,9 @@ status_t find_directory(directory_which which, BPath* path, bool createIt = fals
 
 extern "C"
 #endif
-// `length` bytes at `pathString`; B_BUFFER_OVERFLOW if the path does not fit.
-status_t find_directory(directory_which which, dev_t volume, bool createIt, char* pathString,
-                        int32 length);
+    // `length` bytes at `pathString`; B_BUFFER_OVERFLOW if the path does not fit.
+    status_t
+    find_directory(directory_which which, dev_t volume, bool createIt, char* pathString,
+                   int32 length);
 
 #endif  // _FIND_DIRECTORY_H

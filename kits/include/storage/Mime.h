@@ -9,10 +9,7 @@
 
 class BBitmap;
 
-enum icon_size {
-    B_LARGE_ICON = 32,
-    B_MINI_ICON = 16
-};
+enum icon_size { B_LARGE_ICON = 32, B_MINI_ICON = 16 };
 
 // What update_mime_info() and create_app_meta_mime() do to what is there already.
 enum {

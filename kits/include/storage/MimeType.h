@@ -11,16 +11,14 @@ class BMessage;
 class BString;
 struct entry_ref;
 
-enum app_verb {
-    B_OPEN = 0
-};
+enum app_verb { B_OPEN = 0 };
 
-extern const char* B_APP_MIME_TYPE;       // the one of executables, B_ELF_APP_MIME_TYPE
+extern const char* B_APP_MIME_TYPE;  // the one of executables, B_ELF_APP_MIME_TYPE
 extern const char* B_PEF_APP_MIME_TYPE;
 extern const char* B_PE_APP_MIME_TYPE;
 extern const char* B_ELF_APP_MIME_TYPE;
 extern const char* B_RESOURCE_MIME_TYPE;
-extern const char* B_FILE_MIME_TYPE;      // of any file
+extern const char* B_FILE_MIME_TYPE;  // of any file
 
 // Of messages that StartWatching() asks for: the field "be:which" says what changed of "be:type",
 // "be:action" how. Of an icon for another type, that is in "be:extra_type"; "be:large_icon" tells
@@ -41,11 +39,7 @@ enum {
     B_EVERYTHING_CHANGED = static_cast<int>(0xFFFFFFFF)
 };
 
-enum {
-    B_META_MIME_CHANGED = 'MMCH',
-    B_META_MIME_MODIFIED = 'MMMD',
-    B_META_MIME_DELETED = 'MMDL'
-};
+enum { B_META_MIME_CHANGED = 'MMCH', B_META_MIME_MODIFIED = 'MMMD', B_META_MIME_DELETED = 'MMDL' };
 
 // A MIME type and what the type database says of it. The database is the desktop's: its system
 // part is only read, what is set lands in the user's own part, where other programs see it;

@@ -88,10 +88,10 @@ private:
     status_t _Adopt(int fd);
     status_t _Fail(status_t status);
 
-    int fFd;          // -1 when not set
-    int fLockFd;      // -1 when not locked
+    int fFd;      // -1 when not set
+    int fLockFd;  // -1 when not locked
     status_t fStatus;
-    char* fAttrNames;     // those still to be told, each with its terminator; null before the first
+    char* fAttrNames;  // those still to be told, each with its terminator; null before the first
     size_t fAttrNamesSize;
     size_t fAttrNext;
 };

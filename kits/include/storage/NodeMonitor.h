@@ -19,7 +19,7 @@ enum {
     B_WATCH_ATTR = 0x04,       // its attributes
     B_WATCH_DIRECTORY = 0x08,  // entries of the directory come, go and move
     B_WATCH_ALL = 0x0F,
-    B_WATCH_MOUNT = 0x10,      // volumes; of no node
+    B_WATCH_MOUNT = 0x10,  // volumes; of no node
     B_WATCH_INTERIM_STAT = 0x20,
     B_WATCH_CHILDREN = 0x40
 };
@@ -39,10 +39,7 @@ enum {
 };
 
 // The field "cause" of B_ATTR_CHANGED; B_ATTR_CHANGED itself for a new value.
-enum {
-    B_ATTR_CREATED = 1,
-    B_ATTR_REMOVED = 2
-};
+enum { B_ATTR_CREATED = 1, B_ATTR_REMOVED = 2 };
 
 // The field "fields" of B_STAT_CHANGED: a set.
 enum {

@@ -9,7 +9,7 @@ class BMessage;
 namespace BPrivate {
 class ArchiveManager;
 class UnarchiveManager;
-}
+}  // namespace BPrivate
 
 typedef int32 image_id;
 typedef BArchivable* (*instantiation_func)(BMessage*);
@@ -148,8 +148,7 @@ status_t BUnarchiver::GetObject(int32 token, T*& object)
 }
 
 template <class T>
-status_t BUnarchiver::FindObject(const char* name, int32 index, ownership_policy owning,
-                                 T*& object)
+status_t BUnarchiver::FindObject(const char* name, int32 index, ownership_policy owning, T*& object)
 {
     int32 token;
     object = nullptr;

@@ -40,15 +40,9 @@ inline BAutolock::BAutolock(BLocker& locker)
 {
 }
 
-inline BAutolock::~BAutolock()
-{
-    Unlock();
-}
+inline BAutolock::~BAutolock() { Unlock(); }
 
-inline bool BAutolock::IsLocked()
-{
-    return fHeld;
-}
+inline bool BAutolock::IsLocked() { return fHeld; }
 
 inline bool BAutolock::Lock()
 {

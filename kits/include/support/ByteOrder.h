@@ -3,8 +3,8 @@
 
 #include <SupportDefs.h>
 
-#define B_HOST_IS_LENDIAN                    1
-#define B_HOST_IS_BENDIAN                    0
+#define B_HOST_IS_LENDIAN 1
+#define B_HOST_IS_BENDIAN 0
 
 enum swap_action {
     B_SWAP_HOST_TO_LENDIAN = 0,

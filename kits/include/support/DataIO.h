@@ -34,8 +34,7 @@ public:
     /* These leave the position alone. B_BAD_VALUE for a negative one. */
     virtual ssize_t ReadAt(off_t position, void* buffer, size_t size) = 0;
     virtual ssize_t WriteAt(off_t position, const void* buffer, size_t size) = 0;
-    status_t ReadAtExactly(off_t position, void* buffer, size_t size,
-                           size_t* _bytesRead = nullptr);
+    status_t ReadAtExactly(off_t position, void* buffer, size_t size, size_t* _bytesRead = nullptr);
     status_t WriteAtExactly(off_t position, const void* buffer, size_t size,
                             size_t* _bytesWritten = nullptr);
 

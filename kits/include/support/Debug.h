@@ -27,17 +27,16 @@ int _debuggerAssertFailed(const char* file, int line, const char* message);
 #define IS_DEBUG_ENABLED() _debugFlag()
 #define SERIAL_PRINT(ARGS) ((void)(IS_DEBUG_ENABLED() && _debugPrintf ARGS))
 #define PRINT(ARGS) ((void)(IS_DEBUG_ENABLED() && _debugPrintf ARGS))
-#define PRINT_OBJECT(OBJ) \
-    do { \
-        if (IS_DEBUG_ENABLED()) { \
+#define PRINT_OBJECT(OBJ)          \
+    do {                           \
+        if (IS_DEBUG_ENABLED()) {  \
             PRINT(("%s\t", #OBJ)); \
             (OBJ).PrintToStream(); \
-        } \
+        }                          \
     } while (0)
-#define TRACE() \
-    ((void)(IS_DEBUG_ENABLED() \
-            && _debugPrintf("File: %s, Line: %d, Thread: %d\n", __FILE__, __LINE__, \
-                            static_cast<int>(find_thread(nullptr)))))
+#define TRACE()                                                                              \
+    ((void)(IS_DEBUG_ENABLED() && _debugPrintf("File: %s, Line: %d, Thread: %d\n", __FILE__, \
+                                               __LINE__, static_cast<int>(find_thread(nullptr)))))
 #define SERIAL_TRACE() TRACE()
 #define DEBUGGER(MSG) ((void)(IS_DEBUG_ENABLED() ? (debugger(MSG), 0) : 0))
 #define ASSERT(E) ((void)((E) ? 0 : _debuggerAssertFailed(__FILE__, __LINE__, #E)))

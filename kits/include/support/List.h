@@ -21,7 +21,7 @@ public:
     bool AddList(const BList* list, int32 index);
     bool AddList(const BList* list);
 
-    bool RemoveItem(void* item);  // the first such; false if there is none
+    bool RemoveItem(void* item);    // the first such; false if there is none
     void* RemoveItem(int32 index);  // returns the item, null for a bad index
     /* Removes up to `count` items; false if `index` is bad or there is nothing to remove. */
     bool RemoveItems(int32 index, int32 count);
@@ -64,34 +64,16 @@ inline void* BList::ItemAt(int32 index) const
     return index >= 0 && index < fCount ? fItems[index] : nullptr;
 }
 
-inline void* BList::ItemAtFast(int32 index) const
-{
-    return fItems[index];
-}
+inline void* BList::ItemAtFast(int32 index) const { return fItems[index]; }
 
-inline void* BList::FirstItem() const
-{
-    return ItemAt(0);
-}
+inline void* BList::FirstItem() const { return ItemAt(0); }
 
-inline void* BList::LastItem() const
-{
-    return ItemAt(fCount - 1);
-}
+inline void* BList::LastItem() const { return ItemAt(fCount - 1); }
 
-inline void* BList::Items() const
-{
-    return fItems;
-}
+inline void* BList::Items() const { return fItems; }
 
-inline int32 BList::CountItems() const
-{
-    return fCount;
-}
+inline int32 BList::CountItems() const { return fCount; }
 
-inline bool BList::IsEmpty() const
-{
-    return fCount == 0;
-}
+inline bool BList::IsEmpty() const { return fCount == 0; }
 
 #endif  // _LIST_H

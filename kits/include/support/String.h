@@ -129,7 +129,7 @@ public:
     bool operator>=(const char* string) const;
     bool operator>(const char* string) const;
     bool operator!=(const char* string) const;
-    operator const char *() const;
+    operator const char*() const;
     int Compare(const BString& string) const;
     int Compare(const char* string) const;
     int Compare(const BString& string, int32 length) const;
@@ -245,7 +245,7 @@ public:
     BString& operator<<(long value);
     BString& operator<<(unsigned long long value);
     BString& operator<<(long long value);
-    BString& operator<<(float value);   // two decimals
+    BString& operator<<(float value);  // two decimals
     BString& operator<<(double value);
 
 private:
@@ -253,8 +253,8 @@ private:
     int32 _CharOffset(int32 charOffset) const;
     int32 _Find(const char* string, int32 length, int32 fromOffset, bool anyCase) const;
     int32 _FindLast(const char* string, int32 length, int32 beforeOffset, bool anyCase) const;
-    BString& _Replace(const char* replaceThis, int32 length, const char* withThis,
-                      int32 withLength, int32 maxReplaceCount, int32 fromOffset, bool anyCase);
+    BString& _Replace(const char* replaceThis, int32 length, const char* withThis, int32 withLength,
+                      int32 maxReplaceCount, int32 fromOffset, bool anyCase);
     BString& _Cut(int32 offset, int32 length);
 
     std::string fText;
@@ -273,19 +273,10 @@ int ICompare(const BString& a, const BString& b);
 int Compare(const BString* a, const BString* b);
 int ICompare(const BString* a, const BString* b);
 
-inline const char* BString::String() const
-{
-    return fText.c_str();
-}
+inline const char* BString::String() const { return fText.c_str(); }
 
-inline int32 BString::Length() const
-{
-    return static_cast<int32>(fText.size());
-}
+inline int32 BString::Length() const { return static_cast<int32>(fText.size()); }
 
-inline bool BString::IsEmpty() const
-{
-    return fText.empty();
-}
+inline bool BString::IsEmpty() const { return fText.empty(); }
 
 #endif  // _B_STRING_H

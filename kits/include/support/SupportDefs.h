@@ -91,10 +91,7 @@ inline int32 atomic_or(int32* value, int32 orValue)
     return __atomic_fetch_or(value, orValue, __ATOMIC_SEQ_CST);
 }
 
-inline int32 atomic_get(int32* value)
-{
-    return __atomic_load_n(value, __ATOMIC_SEQ_CST);
-}
+inline int32 atomic_get(int32* value) { return __atomic_load_n(value, __ATOMIC_SEQ_CST); }
 
 inline void atomic_set64(int64* value, int64 newValue)
 {
@@ -129,9 +126,6 @@ inline int64 atomic_or64(int64* value, int64 orValue)
     return __atomic_fetch_or(value, orValue, __ATOMIC_SEQ_CST);
 }
 
-inline int64 atomic_get64(int64* value)
-{
-    return __atomic_load_n(value, __ATOMIC_SEQ_CST);
-}
+inline int64 atomic_get64(int64* value) { return __atomic_load_n(value, __ATOMIC_SEQ_CST); }
 
 #endif  // _SUPPORT_DEFS_H

@@ -3,7 +3,7 @@
 
 #include <SupportDefs.h>
 
-#define TLS_MAX_KEYS                         64
+#define TLS_MAX_KEYS 64
 
 extern "C" {
 /* Thread-local words. A new index holds null in every thread; there are TLS_MAX_KEYS of them, and

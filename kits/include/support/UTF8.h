@@ -43,11 +43,9 @@ enum {
    left of the destination, is not used. `state` starts as 0 and belongs to one text. B_BAD_VALUE
    for null or a negative length, B_ERROR for a set that the host does not know, or when not one
    character could be converted. */
-status_t convert_to_utf8(uint32 sourceEncoding, const char* source, int32* sourceLength,
-                         char* dest, int32* destLength, int32* state,
-                         char substitute = B_SUBSTITUTE);
-status_t convert_from_utf8(uint32 destEncoding, const char* source, int32* sourceLength,
-                           char* dest, int32* destLength, int32* state,
-                           char substitute = B_SUBSTITUTE);
+status_t convert_to_utf8(uint32 sourceEncoding, const char* source, int32* sourceLength, char* dest,
+                         int32* destLength, int32* state, char substitute = B_SUBSTITUTE);
+status_t convert_from_utf8(uint32 destEncoding, const char* source, int32* sourceLength, char* dest,
+                           int32* destLength, int32* state, char substitute = B_SUBSTITUTE);
 
 #endif  // _UTF8_H

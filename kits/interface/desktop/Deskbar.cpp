@@ -58,10 +58,7 @@ BDeskbar::BDeskbar() {}
 
 BDeskbar::~BDeskbar() {}
 
-bool BDeskbar::IsRunning() const
-{
-    return is_panel_running();
-}
+bool BDeskbar::IsRunning() const { return is_panel_running(); }
 
 BRect BDeskbar::Frame() const
 {
@@ -75,8 +72,8 @@ BRect BDeskbar::Frame() const
         frame.left = std::max(frame.left, frame.right - kCornerWidth + 1);
     if (in_corner && settings.expanded)
         return frame;
-    const bool above = location == B_DESKBAR_TOP || location == B_DESKBAR_LEFT_TOP
-        || location == B_DESKBAR_RIGHT_TOP;
+    const bool above = location == B_DESKBAR_TOP || location == B_DESKBAR_LEFT_TOP ||
+                       location == B_DESKBAR_RIGHT_TOP;
     if (above)
         frame.bottom = std::min(frame.bottom, frame.top + kBarHeight - 1);
     else
@@ -105,10 +102,7 @@ status_t BDeskbar::SetLocation(deskbar_location location, bool expanded)
 }
 
 // What no panel is told.
-static bool kept(bool DeskbarSettings::*flag)
-{
-    return read_deskbar_settings().*flag;
-}
+static bool kept(bool DeskbarSettings::*flag) { return read_deskbar_settings().*flag; }
 
 static status_t keep(bool DeskbarSettings::*flag, bool value)
 {
@@ -131,10 +125,7 @@ status_t BDeskbar::SetAutoRaise(bool autoRaise)
     return keep(&DeskbarSettings::auto_raise, autoRaise);
 }
 
-bool BDeskbar::IsAutoHide() const
-{
-    return present_settings().auto_hide;
-}
+bool BDeskbar::IsAutoHide() const { return present_settings().auto_hide; }
 
 status_t BDeskbar::SetAutoHide(bool autoHide)
 {

@@ -62,8 +62,8 @@ static KeyFile load(const BPath& folder)
 {
     KeyFile file(g_key_file_new());
     const auto flags = GKeyFileFlags(G_KEY_FILE_KEEP_COMMENTS | G_KEY_FILE_KEEP_TRANSLATIONS);
-    if (folder.Path() == nullptr
-        || !g_key_file_load_from_file(file.get(), settings_path(folder).c_str(), flags, nullptr))
+    if (folder.Path() == nullptr ||
+        !g_key_file_load_from_file(file.get(), settings_path(folder).c_str(), flags, nullptr))
         file.reset(g_key_file_new());
     return file;
 }
@@ -104,10 +104,7 @@ static void write_to(GKeyFile* file, const DeskbarSettings& settings)
     g_key_file_set_string(file, kGroup, "panel", settings.panel.c_str());
 }
 
-DeskbarSettings read_deskbar_settings()
-{
-    return read_from(load(settings_folder()).get());
-}
+DeskbarSettings read_deskbar_settings() { return read_from(load(settings_folder()).get()); }
 
 status_t change_deskbar_settings(const std::function<void(DeskbarSettings&)>& change)
 {

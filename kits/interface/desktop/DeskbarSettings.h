@@ -6,7 +6,7 @@
 
 #include <Deskbar.h>
 
-namespace BPrivate __attribute__((visibility("hidden"))) {
+namespace [[gnu::visibility("hidden")]] BPrivate {
 
 // What is kept of the Deskbar, in a file of the user's configuration.
 struct DeskbarSettings {
@@ -21,8 +21,8 @@ struct DeskbarSettings {
 // What is missing or makes no sense has the value above. Any thread.
 DeskbarSettings read_deskbar_settings();
 
-// Reads the settings, changes them and puts them in the former's place while no other program does.
-// B_BUSY if one does for too long. Any thread.
+// Reads the settings, changes them and puts them in the former's place while no other program
+// does. B_BUSY if one does for too long. Any thread.
 status_t change_deskbar_settings(const std::function<void(DeskbarSettings&)>& change);
 
 }  // namespace BPrivate

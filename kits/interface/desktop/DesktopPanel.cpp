@@ -18,8 +18,8 @@ namespace BPrivate {
 
 static const bigtime_t kRespite = 5'000'000;  // after a call that was not answered
 
-static const HostBus::Object kPlasma
-    = {"org.kde.plasmashell", "/PlasmaShell", "org.kde.PlasmaShell"};
+static const HostBus::Object kPlasma = {"org.kde.plasmashell", "/PlasmaShell",
+                                        "org.kde.PlasmaShell"};
 static const HostBus::Object kXfce = {"org.xfce.Xfconf", "/org/xfce/Xfconf", "org.xfce.Xfconf"};
 static const char* const kXfceChannel = "xfce4-panel";
 static const char* const kXfcePanel = "/panels/panel-1";
@@ -37,12 +37,9 @@ struct PlaceRow {
 };
 
 static const PlaceRow kPlaces[] = {
-    {"top", "left", 9, kXfceHorizontal},
-    {"bottom", "left", 10, kXfceHorizontal},
-    {"left", "left", 6, kXfceDeskbar},
-    {"right", "left", 2, kXfceDeskbar},
-    {"left", "right", 8, kXfceDeskbar},
-    {"right", "right", 4, kXfceDeskbar},
+    {"top", "left", 9, kXfceHorizontal}, {"bottom", "left", 10, kXfceHorizontal},
+    {"left", "left", 6, kXfceDeskbar},   {"right", "left", 2, kXfceDeskbar},
+    {"left", "right", 8, kXfceDeskbar},  {"right", "right", 4, kXfceDeskbar},
 };
 static_assert(std::size(kPlaces) == B_DESKBAR_RIGHT_BOTTOM + 1, "one row per location");
 
@@ -51,8 +48,7 @@ static std::atomic<bigtime_t> sDeafUntil{0};
 // Plasma. The script prints the first panel's edge, alignment and hiding.
 
 static const char* const kPlasmaBegin = "var all = panels(); if (all.length > 0) { var p = all[0];";
-static const char* const kPlasmaEnd
-    = " print(p.location + ' ' + p.alignment + ' ' + p.hiding); }";
+static const char* const kPlasmaEnd = " print(p.location + ' ' + p.alignment + ' ' + p.hiding); }";
 
 static std::optional<PanelState> plasma_state(const std::string& printed)
 {
@@ -65,8 +61,8 @@ static std::optional<PanelState> plasma_state(const std::string& printed)
                      strcmp(hiding, "autohide") == 0};
     for (size_t i = 0; i < std::size(kPlaces); i++) {
         const PlaceRow& place = kPlaces[i];
-        if (strcmp(place.plasma_edge, edge) == 0
-            && (level || (strcmp(place.plasma_alignment, "left") == 0) == above))
+        if (strcmp(place.plasma_edge, edge) == 0 &&
+            (level || (strcmp(place.plasma_alignment, "left") == 0) == above))
             state.location = static_cast<deskbar_location>(i);
     }
     return state;
@@ -77,14 +73,14 @@ static std::optional<PanelState> run_plasma(HostBus& bus, const PanelChange& cha
     std::string script = kPlasmaBegin;
     if (change.location) {
         const PlaceRow& place = kPlaces[*change.location];
-        script += std::string(" p.location = '") + place.plasma_edge + "'; p.alignment = '"
-            + place.plasma_alignment + "';";
+        script += std::string(" p.location = '") + place.plasma_edge + "'; p.alignment = '" +
+                  place.plasma_alignment + "';";
     }
     if (change.auto_hide)
         script += std::string(" p.hiding = '") + (*change.auto_hide ? "autohide" : "none") + "';";
     script += kPlasmaEnd;
-    const Variant reply
-        = bus.Call(kPlasma, "evaluateScript", g_variant_new("(s)", script.c_str()), "(s)");
+    const Variant reply =
+        bus.Call(kPlasma, "evaluateScript", g_variant_new("(s)", script.c_str()), "(s)");
     if (reply == nullptr)
         return std::nullopt;
     const char* printed = "";
@@ -122,15 +118,28 @@ static uint32 xfce_number(GVariant* properties, const char* property)
 static std::optional<deskbar_location> xfce_location(int snap, bool level)
 {
     switch (snap) {
-        case 9: case 11: return B_DESKBAR_TOP;
-        case 10: case 12: return B_DESKBAR_BOTTOM;
-        case 6: return level ? B_DESKBAR_TOP : B_DESKBAR_LEFT_TOP;
-        case 2: return level ? B_DESKBAR_TOP : B_DESKBAR_RIGHT_TOP;
-        case 8: return level ? B_DESKBAR_BOTTOM : B_DESKBAR_LEFT_BOTTOM;
-        case 4: return level ? B_DESKBAR_BOTTOM : B_DESKBAR_RIGHT_BOTTOM;
-        case 5: case 7: return B_DESKBAR_LEFT_TOP;
-        case 1: case 3: return B_DESKBAR_RIGHT_TOP;
-        default: return std::nullopt;
+        case 9:
+        case 11:
+            return B_DESKBAR_TOP;
+        case 10:
+        case 12:
+            return B_DESKBAR_BOTTOM;
+        case 6:
+            return level ? B_DESKBAR_TOP : B_DESKBAR_LEFT_TOP;
+        case 2:
+            return level ? B_DESKBAR_TOP : B_DESKBAR_RIGHT_TOP;
+        case 8:
+            return level ? B_DESKBAR_BOTTOM : B_DESKBAR_LEFT_BOTTOM;
+        case 4:
+            return level ? B_DESKBAR_BOTTOM : B_DESKBAR_RIGHT_BOTTOM;
+        case 5:
+        case 7:
+            return B_DESKBAR_LEFT_TOP;
+        case 1:
+        case 3:
+            return B_DESKBAR_RIGHT_TOP;
+        default:
+            return std::nullopt;
     }
 }
 
@@ -155,14 +164,14 @@ static std::optional<PanelState> run_xfce(HostBus& bus, const PanelChange& chang
     const std::string path = std::string(kXfcePanel) + "/position";
     const char* position = "";
     int snap = 0;
-    if (!g_variant_lookup(properties.get(), path.c_str(), "&s", &position)
-        || sscanf(position, "p=%d", &snap) != 1)
+    if (!g_variant_lookup(properties.get(), path.c_str(), "&s", &position) ||
+        sscanf(position, "p=%d", &snap) != 1)
         return std::nullopt;
     const uint32 mode = xfce_number(properties.get(), "/mode");
     const uint32 hiding = xfce_number(properties.get(), "/autohide-behavior");
-    return PanelState{"xfce " + std::to_string(snap) + " " + std::to_string(mode) + " "
-                          + std::to_string(hiding),
-                      xfce_location(snap, mode == kXfceHorizontal), hiding == kXfceHides};
+    return PanelState{
+        "xfce " + std::to_string(snap) + " " + std::to_string(mode) + " " + std::to_string(hiding),
+        xfce_location(snap, mode == kXfceHorizontal), hiding == kXfceHides};
 }
 
 namespace {
@@ -195,10 +204,7 @@ bool is_panel_running()
     return find_panel(bus) != nullptr;
 }
 
-std::optional<PanelState> read_panel()
-{
-    return change_panel({});
-}
+std::optional<PanelState> read_panel() { return change_panel({}); }
 
 std::optional<PanelState> change_panel(const PanelChange& change)
 {

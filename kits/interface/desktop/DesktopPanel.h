@@ -6,11 +6,11 @@
 
 #include <Deskbar.h>
 
-namespace BPrivate __attribute__((visibility("hidden"))) {
+namespace [[gnu::visibility("hidden")]] BPrivate {
 
 // What a running panel of the desktop says of itself.
 struct PanelState {
-    std::string text;  // the same as long as nothing of it changes
+    std::string text;                          // the same as long as nothing of it changes
     std::optional<deskbar_location> location;  // if it is one of the Deskbar's
     bool auto_hide;
 };

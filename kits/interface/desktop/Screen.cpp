@@ -25,10 +25,7 @@ bool BScreen::IsValid() { return fId.id == B_MAIN_SCREEN_ID.id; }
 
 status_t BScreen::SetToNext() { return B_ERROR; }
 
-color_space BScreen::ColorSpace()
-{
-    return IsValid() ? server::ScreenSpace() : B_NO_COLOR_SPACE;
-}
+color_space BScreen::ColorSpace() { return IsValid() ? server::ScreenSpace() : B_NO_COLOR_SPACE; }
 
 BRect BScreen::Frame() { return IsValid() ? server::ScreenFrame() : BRect(0, 0, 0, 0); }
 

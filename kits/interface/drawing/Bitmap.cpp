@@ -125,15 +125,9 @@ BBitmap::BBitmap(BRect bounds, color_space colorSpace, bool acceptsViews, bool n
           B_ANY_BYTES_PER_ROW);
 }
 
-BBitmap::BBitmap(const BBitmap& source, uint32 flags)
-{
-    _CopyFrom(source, flags);
-}
+BBitmap::BBitmap(const BBitmap& source, uint32 flags) { _CopyFrom(source, flags); }
 
-BBitmap::BBitmap(const BBitmap& source) : BArchivable()
-{
-    _CopyFrom(source, source.fFlags);
-}
+BBitmap::BBitmap(const BBitmap& source) : BArchivable() { _CopyFrom(source, source.fFlags); }
 
 BBitmap::BBitmap(const BBitmap* source, bool acceptsViews, bool needsContiguous)
 {
@@ -151,10 +145,7 @@ BBitmap::BBitmap(area_id, ptrdiff_t, BRect, uint32 flags, color_space, int32, sc
     fStatus = B_NOT_SUPPORTED;
 }
 
-BBitmap::~BBitmap()
-{
-    _Free();
-}
+BBitmap::~BBitmap() { _Free(); }
 
 BBitmap& BBitmap::operator=(const BBitmap& source)
 {
@@ -218,15 +209,9 @@ status_t BBitmap::Archive(BMessage* data, bool deep) const
 
 // What it is.
 
-status_t BBitmap::InitCheck() const
-{
-    return fStatus;
-}
+status_t BBitmap::InitCheck() const { return fStatus; }
 
-bool BBitmap::IsValid() const
-{
-    return fStatus == B_OK;
-}
+bool BBitmap::IsValid() const { return fStatus == B_OK; }
 
 status_t BBitmap::LockBits(uint32* state)
 {
@@ -237,56 +222,28 @@ status_t BBitmap::LockBits(uint32* state)
 
 void BBitmap::UnlockBits() {}
 
-area_id BBitmap::Area() const
-{
-    return B_ERROR;
-}
+area_id BBitmap::Area() const { return B_ERROR; }
 
-void* BBitmap::Bits() const
-{
-    return fBits;
-}
+void* BBitmap::Bits() const { return fBits; }
 
-int32 BBitmap::BitsLength() const
-{
-    return fLength;
-}
+int32 BBitmap::BitsLength() const { return fLength; }
 
-int32 BBitmap::BytesPerRow() const
-{
-    return fBytesPerRow;
-}
+int32 BBitmap::BytesPerRow() const { return fBytesPerRow; }
 
-color_space BBitmap::ColorSpace() const
-{
-    return fSpace;
-}
+color_space BBitmap::ColorSpace() const { return fSpace; }
 
-BRect BBitmap::Bounds() const
-{
-    return fBounds;
-}
+BRect BBitmap::Bounds() const { return fBounds; }
 
-status_t BBitmap::SetDrawingFlags(uint32)
-{
-    return B_NOT_SUPPORTED;
-}
+status_t BBitmap::SetDrawingFlags(uint32) { return B_NOT_SUPPORTED; }
 
-uint32 BBitmap::Flags() const
-{
-    return fFlags;
-}
+uint32 BBitmap::Flags() const { return fFlags; }
 
-status_t BBitmap::GetOverlayRestrictions(overlay_restrictions*) const
-{
-    return B_UNSUPPORTED;
-}
+status_t BBitmap::GetOverlayRestrictions(overlay_restrictions*) const { return B_UNSUPPORTED; }
 
 // Pixels in.
 
 status_t BBitmap::_Import(const void* data, int64 length, int64 bytesPerRow, color_space space,
-                          int32 fromX, int32 fromY, int32 toX, int32 toY, int32 width,
-                          int32 height)
+                          int32 fromX, int32 fromY, int32 toX, int32 toY, int32 width, int32 height)
 {
     if (!IsValid())
         return B_NO_INIT;
@@ -407,15 +364,9 @@ void BBitmap::AddChild(BView* view)
         fWindow->AddChild(view);
 }
 
-bool BBitmap::RemoveChild(BView* view)
-{
-    return fWindow != nullptr && fWindow->RemoveChild(view);
-}
+bool BBitmap::RemoveChild(BView* view) { return fWindow != nullptr && fWindow->RemoveChild(view); }
 
-int32 BBitmap::CountChildren() const
-{
-    return fWindow != nullptr ? fWindow->CountChildren() : 0;
-}
+int32 BBitmap::CountChildren() const { return fWindow != nullptr ? fWindow->CountChildren() : 0; }
 
 BView* BBitmap::ChildAt(int32 index) const
 {
@@ -432,10 +383,7 @@ BView* BBitmap::FindView(BPoint point) const
     return fWindow != nullptr ? fWindow->FindView(point) : nullptr;
 }
 
-bool BBitmap::Lock()
-{
-    return fWindow != nullptr && fWindow->Lock();
-}
+bool BBitmap::Lock() { return fWindow != nullptr && fWindow->Lock(); }
 
 void BBitmap::Unlock()
 {
@@ -443,7 +391,4 @@ void BBitmap::Unlock()
         fWindow->Unlock();
 }
 
-bool BBitmap::IsLocked() const
-{
-    return fWindow != nullptr && fWindow->IsLocked();
-}
+bool BBitmap::IsLocked() const { return fWindow != nullptr && fWindow->IsLocked(); }

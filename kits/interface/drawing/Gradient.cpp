@@ -43,10 +43,7 @@ BGradient::BGradient() : fType(TYPE_NONE) {}
 
 BGradient::BGradient(Type type) : fType(type) {}
 
-BGradient::BGradient(const BGradient& other) : BArchivable(), fType(other.fType)
-{
-    *this = other;
-}
+BGradient::BGradient(const BGradient& other) : BArchivable(), fType(other.fType) { *this = other; }
 
 BGradient::BGradient(BMessage* archive) : BArchivable(archive), fType(TYPE_NONE)
 {
@@ -60,14 +57,12 @@ BGradient::BGradient(BMessage* archive) : BArchivable(archive), fType(TYPE_NONE)
     float offset;
     rgb_color color;
     for (int32 i = 0; archive->FindFloat("offset", i, &offset) == B_OK &&
-                      archive->FindColor("color", i, &color) == B_OK; i++)
+                      archive->FindColor("color", i, &color) == B_OK;
+         i++)
         AddColorStop(ColorStop(color, offset), i);
 }
 
-BGradient::~BGradient()
-{
-    free(fStops);
-}
+BGradient::~BGradient() { free(fStops); }
 
 status_t BGradient::Archive(BMessage* into, bool deep) const
 {
@@ -100,10 +95,7 @@ bool BGradient::operator==(const BGradient& other) const
            ColorStopsAreEqual(other);
 }
 
-bool BGradient::operator!=(const BGradient& other) const
-{
-    return !(*this == other);
-}
+bool BGradient::operator!=(const BGradient& other) const { return !(*this == other); }
 
 bool BGradient::ColorStopsAreEqual(const BGradient& other) const
 {
@@ -186,10 +178,7 @@ void BGradient::SortColorStopsByOffset()
                      [](const ColorStop& a, const ColorStop& b) { return a.offset < b.offset; });
 }
 
-void BGradient::MakeEmpty()
-{
-    fCount = 0;
-}
+void BGradient::MakeEmpty() { fCount = 0; }
 
 status_t BGradient::Flatten(BDataIO* stream) const
 {
@@ -217,8 +206,7 @@ status_t BGradient::Unflatten(BGradient*& output, BDataIO* stream)
     status_t status = stream->ReadExactly(header, sizeof(header));
     if (status != B_OK)
         return status;
-    if (header[0] < TYPE_LINEAR || header[0] > TYPE_NONE || header[1] < 0 ||
-        header[1] > kMostStops)
+    if (header[0] < TYPE_LINEAR || header[0] > TYPE_NONE || header[1] < 0 || header[1] > kMostStops)
         return B_BAD_VALUE;
     BGradient* gradient = make_gradient(header[0]);
     if (gradient == nullptr)

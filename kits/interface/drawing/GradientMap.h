@@ -17,42 +17,43 @@ public:
     MappedGradient(const BGradient& gradient, float scale, float x, float y)
     {
         auto map = [=](BPoint p) { return BPoint(p.x * scale + x, p.y * scale + y); };
-        auto take = [&](auto& from) -> auto& {
+        auto take = [&](auto& from) -> auto&
+        {
             using Kind = std::decay_t<decltype(from)>;
             return fCopy.emplace<Kind>(from);
         };
         switch (gradient.GetType()) {
-        case BGradient::TYPE_LINEAR: {
-            auto& linear = take(static_cast<const BGradientLinear&>(gradient));
-            linear.SetStart(map(linear.Start()));
-            linear.SetEnd(map(linear.End()));
-            break;
-        }
-        case BGradient::TYPE_RADIAL: {
-            auto& radial = take(static_cast<const BGradientRadial&>(gradient));
-            radial.SetCenter(map(radial.Center()));
-            radial.SetRadius(radial.Radius() * scale);
-            break;
-        }
-        case BGradient::TYPE_RADIAL_FOCUS: {
-            auto& radial = take(static_cast<const BGradientRadialFocus&>(gradient));
-            radial.SetCenter(map(radial.Center()));
-            radial.SetFocal(map(radial.Focal()));
-            radial.SetRadius(radial.Radius() * scale);
-            break;
-        }
-        case BGradient::TYPE_DIAMOND: {
-            auto& diamond = take(static_cast<const BGradientDiamond&>(gradient));
-            diamond.SetCenter(map(diamond.Center()));
-            break;
-        }
-        case BGradient::TYPE_CONIC: {
-            auto& conic = take(static_cast<const BGradientConic&>(gradient));
-            conic.SetCenter(map(conic.Center()));
-            break;
-        }
-        case BGradient::TYPE_NONE:
-            break;
+            case BGradient::TYPE_LINEAR: {
+                auto& linear = take(static_cast<const BGradientLinear&>(gradient));
+                linear.SetStart(map(linear.Start()));
+                linear.SetEnd(map(linear.End()));
+                break;
+            }
+            case BGradient::TYPE_RADIAL: {
+                auto& radial = take(static_cast<const BGradientRadial&>(gradient));
+                radial.SetCenter(map(radial.Center()));
+                radial.SetRadius(radial.Radius() * scale);
+                break;
+            }
+            case BGradient::TYPE_RADIAL_FOCUS: {
+                auto& radial = take(static_cast<const BGradientRadialFocus&>(gradient));
+                radial.SetCenter(map(radial.Center()));
+                radial.SetFocal(map(radial.Focal()));
+                radial.SetRadius(radial.Radius() * scale);
+                break;
+            }
+            case BGradient::TYPE_DIAMOND: {
+                auto& diamond = take(static_cast<const BGradientDiamond&>(gradient));
+                diamond.SetCenter(map(diamond.Center()));
+                break;
+            }
+            case BGradient::TYPE_CONIC: {
+                auto& conic = take(static_cast<const BGradientConic&>(gradient));
+                conic.SetCenter(map(conic.Center()));
+                break;
+            }
+            case BGradient::TYPE_NONE:
+                break;
         }
     }
     // Null for a gradient of no kind.

@@ -29,29 +29,22 @@ struct SpaceRow {
 };
 
 const SpaceRow kSpaces[] = {
-    {B_RGB32, 4, 1, 4, true},        {B_RGBA32, 4, 1, 4, true},
-    {B_RGB24, 3, 1, 4, true},        {B_RGB16, 2, 1, 4, true},
-    {B_RGB15, 2, 1, 4, true},        {B_RGBA15, 2, 1, 4, true},
-    {B_CMAP8, 1, 1, 4, true},        {B_GRAY8, 1, 1, 4, true},
-    {B_GRAY1, 1, 8, 4, true},        {B_RGB32_BIG, 4, 1, 4, true},
-    {B_RGBA32_BIG, 4, 1, 4, true},   {B_RGB24_BIG, 3, 1, 4, true},
-    {B_RGB16_BIG, 2, 1, 4, true},    {B_RGB15_BIG, 2, 1, 4, true},
-    {B_RGBA15_BIG, 2, 1, 4, true},   {B_RGBA64, 8, 1, 8, false},
-    {B_RGBA64_BIG, 8, 1, 8, false},  {B_RGB48, 6, 1, 2, false},
-    {B_RGB48_BIG, 6, 1, 2, false},   {B_RGB30, 4, 1, 4, false},
-    {B_RGB30_BIG, 4, 1, 4, false},   {B_YCbCr422, 4, 2, 4, false},
-    {B_YCbCr411, 12, 8, 4, false},   {B_YCbCr444, 3, 1, 4, false},
-    {B_YUV422, 4, 2, 4, false},      {B_YUV411, 12, 8, 4, false},
-    {B_YUV444, 3, 1, 4, false},      {B_UVL24, 3, 1, 4, false},
-    {B_UVL32, 4, 1, 4, false},       {B_UVLA32, 4, 1, 4, false},
-    {B_LAB24, 3, 1, 4, false},       {B_LAB32, 4, 1, 4, false},
-    {B_LABA32, 4, 1, 4, false},      {B_HSI24, 3, 1, 4, false},
-    {B_HSI32, 4, 1, 4, false},       {B_HSIA32, 4, 1, 4, false},
-    {B_HSV24, 3, 1, 4, false},       {B_HSV32, 4, 1, 4, false},
-    {B_HSVA32, 4, 1, 4, false},      {B_HLS24, 3, 1, 4, false},
-    {B_HLS32, 4, 1, 4, false},       {B_HLSA32, 4, 1, 4, false},
-    {B_CMY24, 3, 1, 4, false},       {B_CMY32, 4, 1, 4, false},
-    {B_CMYA32, 4, 1, 4, false},      {B_CMYK32, 4, 1, 4, false},
+    {B_RGB32, 4, 1, 4, true},      {B_RGBA32, 4, 1, 4, true},      {B_RGB24, 3, 1, 4, true},
+    {B_RGB16, 2, 1, 4, true},      {B_RGB15, 2, 1, 4, true},       {B_RGBA15, 2, 1, 4, true},
+    {B_CMAP8, 1, 1, 4, true},      {B_GRAY8, 1, 1, 4, true},       {B_GRAY1, 1, 8, 4, true},
+    {B_RGB32_BIG, 4, 1, 4, true},  {B_RGBA32_BIG, 4, 1, 4, true},  {B_RGB24_BIG, 3, 1, 4, true},
+    {B_RGB16_BIG, 2, 1, 4, true},  {B_RGB15_BIG, 2, 1, 4, true},   {B_RGBA15_BIG, 2, 1, 4, true},
+    {B_RGBA64, 8, 1, 8, false},    {B_RGBA64_BIG, 8, 1, 8, false}, {B_RGB48, 6, 1, 2, false},
+    {B_RGB48_BIG, 6, 1, 2, false}, {B_RGB30, 4, 1, 4, false},      {B_RGB30_BIG, 4, 1, 4, false},
+    {B_YCbCr422, 4, 2, 4, false},  {B_YCbCr411, 12, 8, 4, false},  {B_YCbCr444, 3, 1, 4, false},
+    {B_YUV422, 4, 2, 4, false},    {B_YUV411, 12, 8, 4, false},    {B_YUV444, 3, 1, 4, false},
+    {B_UVL24, 3, 1, 4, false},     {B_UVL32, 4, 1, 4, false},      {B_UVLA32, 4, 1, 4, false},
+    {B_LAB24, 3, 1, 4, false},     {B_LAB32, 4, 1, 4, false},      {B_LABA32, 4, 1, 4, false},
+    {B_HSI24, 3, 1, 4, false},     {B_HSI32, 4, 1, 4, false},      {B_HSIA32, 4, 1, 4, false},
+    {B_HSV24, 3, 1, 4, false},     {B_HSV32, 4, 1, 4, false},      {B_HSVA32, 4, 1, 4, false},
+    {B_HLS24, 3, 1, 4, false},     {B_HLS32, 4, 1, 4, false},      {B_HLSA32, 4, 1, 4, false},
+    {B_CMY24, 3, 1, 4, false},     {B_CMY32, 4, 1, 4, false},      {B_CMYA32, 4, 1, 4, false},
+    {B_CMYK32, 4, 1, 4, false},
 };
 
 const SpaceRow* find_space(color_space space)
@@ -63,17 +56,11 @@ const SpaceRow* find_space(color_space space)
     return nullptr;
 }
 
-uint8 mix(int32 from, int32 to, int32 amount)
-{
-    return uint8(from + (to - from) * amount / 255);
-}
+uint8 mix(int32 from, int32 to, int32 amount) { return uint8(from + (to - from) * amount / 255); }
 
 }  // namespace
 
-int32 rgb_color::Brightness() const
-{
-    return (308 * red + 600 * green + 116 * blue) / 1024;
-}
+int32 rgb_color::Brightness() const { return (308 * red + 600 * green + 116 * blue) / 1024; }
 
 int32 rgb_color::Contrast(rgb_color colorA, rgb_color colorB)
 {
@@ -85,10 +72,7 @@ bool operator==(const pattern& a, const pattern& b)
     return memcmp(a.data, b.data, sizeof(a.data)) == 0;
 }
 
-bool operator!=(const pattern& a, const pattern& b)
-{
-    return !(a == b);
-}
+bool operator!=(const pattern& a, const pattern& b) { return !(a == b); }
 
 rgb_color mix_color(rgb_color color1, rgb_color color2, uint8 amount)
 {

@@ -53,8 +53,7 @@ static bool flatten(const PictureData& data, BDataIO* stream)
     head.length = uint32(data.bytes.size());
     head.bitmaps = uint32(data.bitmaps.size());
     head.pictures = uint32(data.pictures.size());
-    if (!write(stream, &head, sizeof(head)) ||
-        !write(stream, data.bytes.data(), data.bytes.size()))
+    if (!write(stream, &head, sizeof(head)) || !write(stream, data.bytes.data(), data.bytes.size()))
         return false;
     for (const auto& bitmap : data.bitmaps) {
         FlatBitmap flat;
@@ -92,8 +91,8 @@ static std::shared_ptr<PictureData> unflatten(BDataIO* stream, int depth)
         FlatBitmap flat;
         if (!read(stream, &flat, sizeof(flat)))
             return nullptr;
-        auto bitmap = std::make_shared<BBitmap>(flat.bounds, 0, color_space(flat.space),
-                                                flat.bytesPerRow);
+        auto bitmap =
+            std::make_shared<BBitmap>(flat.bounds, 0, color_space(flat.space), flat.bytesPerRow);
         if (bitmap->BitsLength() != flat.length ||
             !read(stream, bitmap->Bits(), size_t(flat.length)))
             return nullptr;
@@ -145,10 +144,7 @@ status_t BPicture::Archive(BMessage* data, bool deep) const
     return data->AddData("_data", B_RAW_TYPE, stream.Buffer(), ssize_t(stream.BufferLength()));
 }
 
-status_t BPicture::Perform(perform_code code, void* arg)
-{
-    return BArchivable::Perform(code, arg);
-}
+status_t BPicture::Perform(perform_code code, void* arg) { return BArchivable::Perform(code, arg); }
 
 status_t BPicture::Flatten(BDataIO* stream)
 {
@@ -210,10 +206,7 @@ BPicture* BView::EndPicture()
     return picture;
 }
 
-void BView::DrawPicture(const BPicture* a_picture)
-{
-    DrawPicture(a_picture, fData->state.pen);
-}
+void BView::DrawPicture(const BPicture* a_picture) { DrawPicture(a_picture, fData->state.pen); }
 
 void BView::DrawPicture(const BPicture* a_picture, BPoint where)
 {
@@ -244,10 +237,7 @@ void BView::DrawPicture(const char* filename, long offset, BPoint where)
         DrawPicture(&picture, where);
 }
 
-void BView::DrawPictureAsync(const BPicture* a_picture)
-{
-    DrawPicture(a_picture);
-}
+void BView::DrawPictureAsync(const BPicture* a_picture) { DrawPicture(a_picture); }
 
 void BView::DrawPictureAsync(const BPicture* a_picture, BPoint where)
 {

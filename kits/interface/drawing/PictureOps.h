@@ -82,10 +82,11 @@ struct Span {
 
 const int kMaxPictureDepth = 32;  // of pictures in pictures
 
-struct [[gnu::visibility("hidden")]] PictureData {
+struct [[gnu::visibility("hidden")]] PictureData
+{
     std::vector<uint8> bytes;
-    std::vector<std::shared_ptr<const BBitmap>> bitmaps;          // drawn by index
-    std::vector<std::shared_ptr<const PictureData>> pictures;     // likewise
+    std::vector<std::shared_ptr<const BBitmap>> bitmaps;       // drawn by index
+    std::vector<std::shared_ptr<const PictureData>> pictures;  // likewise
 
     template <class... Args>
     void Add(PictureOp op, const Args&... args)
@@ -129,10 +130,10 @@ struct [[gnu::visibility("hidden")]] PictureData {
     void AddGradient(const BGradient& gradient);
 
     // Draws it in a view; what is damaged ends it.
-    void Play(BView* view, int depth) const;
+    void Play(BView * view, int depth) const;
     static void PlayAt(const PictureData& picture, BView* view, BPoint where, int depth);
     // One call; false at the end and for what is damaged.
-    bool PlayCall(Reader& in, BView* view, int depth) const;
+    bool PlayCall(Reader & in, BView * view, int depth) const;
     // For BPicture::Play().
     void PlayTable(void** table, int32 entries, void* userData) const;
 };

@@ -80,8 +80,8 @@ void PictureData::AddGradient(const BGradient& gradient)
 {
     BMallocIO stream;
     if (gradient.Flatten(&stream) == B_OK)
-        Add(PictureOp::Gradient, Span<char>{static_cast<const char*>(stream.Buffer()),
-                                            int32(stream.BufferLength())});
+        Add(PictureOp::Gradient,
+            Span<char>{static_cast<const char*>(stream.Buffer()), int32(stream.BufferLength())});
 }
 
 namespace {
@@ -106,18 +106,18 @@ BShape read_shape(Reader& in)
         if (at + needed > points.size())
             break;
         switch (op) {
-        case server::kPathMoveTo:
-            shape.MoveTo(points[at]);
-            break;
-        case server::kPathLineTo:
-            shape.LineTo(points[at]);
-            break;
-        case server::kPathBezierTo:
-            shape.BezierTo(&points[at]);
-            break;
-        case server::kPathClose:
-            shape.Close();
-            break;
+            case server::kPathMoveTo:
+                shape.MoveTo(points[at]);
+                break;
+            case server::kPathLineTo:
+                shape.LineTo(points[at]);
+                break;
+            case server::kPathBezierTo:
+                shape.BezierTo(&points[at]);
+                break;
+            case server::kPathClose:
+                shape.Close();
+                break;
         }
         at += needed;
     }
@@ -229,10 +229,7 @@ void play_string_at(Reader& in, BView* view)
     view->DrawString(text.data(), int32(text.size()), places.data(), int32(places.size()));
 }
 
-void play_scale(Reader& in, BView* view)
-{
-    view->SetScale(in.Get<float>());
-}
+void play_scale(Reader& in, BView* view) { view->SetScale(in.Get<float>()); }
 
 void play_transform(Reader& in, BView* view)
 {
@@ -240,8 +237,8 @@ void play_transform(Reader& in, BView* view)
     for (double& value : values)
         value = in.Get<double>();
     if (in.IsGood()) {
-        view->SetTransform(BAffineTransform(values[0], values[1], values[2], values[3], values[4],
-                                            values[5]));
+        view->SetTransform(
+            BAffineTransform(values[0], values[1], values[2], values[3], values[4], values[5]));
     }
 }
 
@@ -339,41 +336,41 @@ bool PictureData::PlayCall(Reader& in, BView* view, int depth) const
         return false;
     const PictureOp op = PictureOp(in.Get<uint8>());
     switch (op) {
-    case PictureOp::DrawBitmap: {
-        const size_t index = size_t(in.Get<int32>());
-        const BRect from = in.Get<BRect>(), to = in.Get<BRect>();
-        const uint32 options = in.Get<uint32>();
-        if (!in.IsGood() || index >= bitmaps.size())
+        case PictureOp::DrawBitmap: {
+            const size_t index = size_t(in.Get<int32>());
+            const BRect from = in.Get<BRect>(), to = in.Get<BRect>();
+            const uint32 options = in.Get<uint32>();
+            if (!in.IsGood() || index >= bitmaps.size())
+                break;
+            if ((options & B_TILE_BITMAP) == B_TILE_BITMAP)
+                view->DrawTiledBitmap(bitmaps[index].get(), to, from.LeftTop());
+            else
+                view->DrawBitmap(bitmaps[index].get(), from, to, options);
             break;
-        if ((options & B_TILE_BITMAP) == B_TILE_BITMAP)
-            view->DrawTiledBitmap(bitmaps[index].get(), to, from.LeftTop());
-        else
-            view->DrawBitmap(bitmaps[index].get(), from, to, options);
-        break;
-    }
-    case PictureOp::DrawPicture: {
-        const size_t index = size_t(in.Get<int32>());
-        const BPoint where = in.Get<BPoint>();
-        if (in.IsGood() && index < pictures.size() && depth < kMaxPictureDepth)
-            PlayAt(*pictures[index], view, where, depth + 1);
-        break;
-    }
-    case PictureOp::ClipToPicture: {
-        const int32 index = in.Get<int32>();
-        const BPoint where = in.Get<BPoint>();
-        const bool inverse = in.Get<uint8>() != 0;
-        if (in.IsGood() && index == -1)
-            ViewPrivate::ClipToPicture(view, nullptr, where, inverse);
-        else if (in.IsGood() && size_t(index) < pictures.size() && depth < kMaxPictureDepth)
-            ViewPrivate::ClipToPicture(view, pictures[size_t(index)], where, inverse);
-        break;
-    }
-    case PictureOp::Gradient:
-        return play_with_gradient(in, view, [&] { return PlayCall(in, view, depth); });
-    default:
-        if (op >= PictureOp::Count || kPlays[size_t(op)] == nullptr)
-            return false;
-        kPlays[size_t(op)](in, view);
+        }
+        case PictureOp::DrawPicture: {
+            const size_t index = size_t(in.Get<int32>());
+            const BPoint where = in.Get<BPoint>();
+            if (in.IsGood() && index < pictures.size() && depth < kMaxPictureDepth)
+                PlayAt(*pictures[index], view, where, depth + 1);
+            break;
+        }
+        case PictureOp::ClipToPicture: {
+            const int32 index = in.Get<int32>();
+            const BPoint where = in.Get<BPoint>();
+            const bool inverse = in.Get<uint8>() != 0;
+            if (in.IsGood() && index == -1)
+                ViewPrivate::ClipToPicture(view, nullptr, where, inverse);
+            else if (in.IsGood() && size_t(index) < pictures.size() && depth < kMaxPictureDepth)
+                ViewPrivate::ClipToPicture(view, pictures[size_t(index)], where, inverse);
+            break;
+        }
+        case PictureOp::Gradient:
+            return play_with_gradient(in, view, [&] { return PlayCall(in, view, depth); });
+        default:
+            if (op >= PictureOp::Count || kPlays[size_t(op)] == nullptr)
+                return false;
+            kPlays[size_t(op)](in, view);
     }
     return in.IsGood();
 }

@@ -17,58 +17,58 @@ bool Skip(Reader& in, PictureOp op)
     uint8 unused[256];
     auto take = [&](size_t size) { in.Take(unused, size); };
     switch (op) {
-    case PictureOp::InvertRect:
-    case PictureOp::ClipToRect:
-    case PictureOp::ClipToInverseRect:
-        take(sizeof(BRect));
-        break;
-    case PictureOp::CopyBits:
-        take(2 * sizeof(BRect));
-        break;
-    case PictureOp::StrokeShape:
-    case PictureOp::FillShape:
-    case PictureOp::ClipToShape:
-        take(1);
-        in.GetSpan<uint8>();
-        in.GetSpan<BPoint>();
-        if (op != PictureOp::ClipToShape)
-            take(sizeof(pattern));
-        break;
-    case PictureOp::DrawStringAt:
-        in.GetSpan<BPoint>();
-        in.GetSpan<char>();
-        break;
-    case PictureOp::DrawBitmap:
-        take(2 * sizeof(BRect) + 2 * sizeof(int32));
-        break;
-    case PictureOp::BlendingMode:
-        take(sizeof(source_alpha) + sizeof(alpha_function));
-        break;
-    case PictureOp::LineMode:
-        take(sizeof(cap_mode) + sizeof(join_mode) + sizeof(float));
-        break;
-    case PictureOp::FillRule:
-        take(sizeof(int32));
-        break;
-    case PictureOp::Transform:
-        take(6 * sizeof(double));
-        break;
-    case PictureOp::Font:
-        take(sizeof(font_family) + sizeof(font_style));
-        take(4 * sizeof(float) + 2 * sizeof(uint8) + sizeof(uint16) + sizeof(uint32));
-        break;
-    case PictureOp::ClipRegion:
-        if (in.Get<uint8>() != 0)
-            in.GetSpan<clipping_rect>();
-        break;
-    case PictureOp::ClipToPicture:
-        take(sizeof(int32) + sizeof(BPoint) + sizeof(bool));
-        break;
-    case PictureOp::Gradient:
-        in.GetSpan<char>();
-        break;
-    default:
-        return false;
+        case PictureOp::InvertRect:
+        case PictureOp::ClipToRect:
+        case PictureOp::ClipToInverseRect:
+            take(sizeof(BRect));
+            break;
+        case PictureOp::CopyBits:
+            take(2 * sizeof(BRect));
+            break;
+        case PictureOp::StrokeShape:
+        case PictureOp::FillShape:
+        case PictureOp::ClipToShape:
+            take(1);
+            in.GetSpan<uint8>();
+            in.GetSpan<BPoint>();
+            if (op != PictureOp::ClipToShape)
+                take(sizeof(pattern));
+            break;
+        case PictureOp::DrawStringAt:
+            in.GetSpan<BPoint>();
+            in.GetSpan<char>();
+            break;
+        case PictureOp::DrawBitmap:
+            take(2 * sizeof(BRect) + 2 * sizeof(int32));
+            break;
+        case PictureOp::BlendingMode:
+            take(sizeof(source_alpha) + sizeof(alpha_function));
+            break;
+        case PictureOp::LineMode:
+            take(sizeof(cap_mode) + sizeof(join_mode) + sizeof(float));
+            break;
+        case PictureOp::FillRule:
+            take(sizeof(int32));
+            break;
+        case PictureOp::Transform:
+            take(6 * sizeof(double));
+            break;
+        case PictureOp::Font:
+            take(sizeof(font_family) + sizeof(font_style));
+            take(4 * sizeof(float) + 2 * sizeof(uint8) + sizeof(uint16) + sizeof(uint32));
+            break;
+        case PictureOp::ClipRegion:
+            if (in.Get<uint8>() != 0)
+                in.GetSpan<clipping_rect>();
+            break;
+        case PictureOp::ClipToPicture:
+            take(sizeof(int32) + sizeof(BPoint) + sizeof(bool));
+            break;
+        case PictureOp::Gradient:
+            in.GetSpan<char>();
+            break;
+        default:
+            return false;
     }
     return in.IsGood();
 }
@@ -127,47 +127,47 @@ void draw(const Table& table, Reader& in, int32 entry, Args... args)
 bool PlayDrawing(const Table& table, Reader& in, PictureOp op)
 {
     switch (op) {
-    case PictureOp::StrokeLine: {
-        const BPoint start = in.Get<BPoint>(), end = in.Get<BPoint>();
-        draw(table, in, kTableStrokeLine, start, end);
-        return true;
-    }
-    case PictureOp::LineArray:
-        for (const LineArray::Line& line : in.GetSpan<LineArray::Line>()) {
-            table.Call(kTableHighColor, line.color);
-            table.Call(kTableStrokeLine, line.start, line.end);
+        case PictureOp::StrokeLine: {
+            const BPoint start = in.Get<BPoint>(), end = in.Get<BPoint>();
+            draw(table, in, kTableStrokeLine, start, end);
+            return true;
         }
-        return true;
-    case PictureOp::StrokeRect:
-    case PictureOp::FillRect:
-        draw(table, in, op == PictureOp::FillRect ? kTableFillRect : kTableStrokeRect,
-             in.Get<BRect>());
-        return true;
-    case PictureOp::StrokeRoundRect:
-    case PictureOp::FillRoundRect: {
-        const BRect rect = in.Get<BRect>();
-        const BPoint radii = in.Get<BPoint>();
-        const bool fills = op == PictureOp::FillRoundRect;
-        draw(table, in, fills ? kTableFillRoundRect : kTableStrokeRoundRect, rect, radii);
-        return true;
-    }
-    case PictureOp::StrokeEllipse:
-    case PictureOp::FillEllipse: {
-        const BPoint center = in.Get<BPoint>(), radii = in.Get<BPoint>();
-        const bool fills = op == PictureOp::FillEllipse;
-        draw(table, in, fills ? kTableFillEllipse : kTableStrokeEllipse, center, radii);
-        return true;
-    }
-    case PictureOp::StrokeArc:
-    case PictureOp::FillArc: {
-        const BPoint center = in.Get<BPoint>(), radii = in.Get<BPoint>();
-        const float start = in.Get<float>(), arc = in.Get<float>();
-        const bool fills = op == PictureOp::FillArc;
-        draw(table, in, fills ? kTableFillArc : kTableStrokeArc, center, radii, start, arc);
-        return true;
-    }
-    default:
-        return false;
+        case PictureOp::LineArray:
+            for (const LineArray::Line& line : in.GetSpan<LineArray::Line>()) {
+                table.Call(kTableHighColor, line.color);
+                table.Call(kTableStrokeLine, line.start, line.end);
+            }
+            return true;
+        case PictureOp::StrokeRect:
+        case PictureOp::FillRect:
+            draw(table, in, op == PictureOp::FillRect ? kTableFillRect : kTableStrokeRect,
+                 in.Get<BRect>());
+            return true;
+        case PictureOp::StrokeRoundRect:
+        case PictureOp::FillRoundRect: {
+            const BRect rect = in.Get<BRect>();
+            const BPoint radii = in.Get<BPoint>();
+            const bool fills = op == PictureOp::FillRoundRect;
+            draw(table, in, fills ? kTableFillRoundRect : kTableStrokeRoundRect, rect, radii);
+            return true;
+        }
+        case PictureOp::StrokeEllipse:
+        case PictureOp::FillEllipse: {
+            const BPoint center = in.Get<BPoint>(), radii = in.Get<BPoint>();
+            const bool fills = op == PictureOp::FillEllipse;
+            draw(table, in, fills ? kTableFillEllipse : kTableStrokeEllipse, center, radii);
+            return true;
+        }
+        case PictureOp::StrokeArc:
+        case PictureOp::FillArc: {
+            const BPoint center = in.Get<BPoint>(), radii = in.Get<BPoint>();
+            const float start = in.Get<float>(), arc = in.Get<float>();
+            const bool fills = op == PictureOp::FillArc;
+            draw(table, in, fills ? kTableFillArc : kTableStrokeArc, center, radii, start, arc);
+            return true;
+        }
+        default:
+            return false;
     }
 }
 
@@ -175,35 +175,35 @@ bool PlayDrawing(const Table& table, Reader& in, PictureOp op)
 bool PlayLists(const Table& table, Reader& in, PictureOp op)
 {
     switch (op) {
-    case PictureOp::StrokeBezier:
-    case PictureOp::FillBezier: {
-        auto points = in.GetSpan<BPoint>();
-        const bool fills = op == PictureOp::FillBezier;
-        if (points.size() == 4)
-            draw(table, in, fills ? kTableFillBezier : kTableStrokeBezier, points.data());
-        return true;
-    }
-    case PictureOp::StrokePolygon: {
-        auto points = in.GetSpan<BPoint>();
-        const bool closed = in.Get<uint8>() != 0;
-        draw(table, in, kTableStrokePolygon, int32(points.size()), points.data(), closed);
-        return true;
-    }
-    case PictureOp::FillPolygon: {
-        auto points = in.GetSpan<BPoint>();
-        draw(table, in, kTableFillPolygon, int32(points.size()), points.data());
-        return true;
-    }
-    case PictureOp::DrawString: {
-        table.Call(kTablePenLocation, in.Get<BPoint>());
-        const escapement_delta delta = in.Get<escapement_delta>();
-        auto text = in.GetSpan<char>();
-        text.push_back(0);
-        table.Call(kTableDrawString, text.data(), delta.nonspace, delta.space);
-        return true;
-    }
-    default:
-        return false;
+        case PictureOp::StrokeBezier:
+        case PictureOp::FillBezier: {
+            auto points = in.GetSpan<BPoint>();
+            const bool fills = op == PictureOp::FillBezier;
+            if (points.size() == 4)
+                draw(table, in, fills ? kTableFillBezier : kTableStrokeBezier, points.data());
+            return true;
+        }
+        case PictureOp::StrokePolygon: {
+            auto points = in.GetSpan<BPoint>();
+            const bool closed = in.Get<uint8>() != 0;
+            draw(table, in, kTableStrokePolygon, int32(points.size()), points.data(), closed);
+            return true;
+        }
+        case PictureOp::FillPolygon: {
+            auto points = in.GetSpan<BPoint>();
+            draw(table, in, kTableFillPolygon, int32(points.size()), points.data());
+            return true;
+        }
+        case PictureOp::DrawString: {
+            table.Call(kTablePenLocation, in.Get<BPoint>());
+            const escapement_delta delta = in.Get<escapement_delta>();
+            auto text = in.GetSpan<char>();
+            text.push_back(0);
+            table.Call(kTableDrawString, text.data(), delta.nonspace, delta.space);
+            return true;
+        }
+        default:
+            return false;
     }
 }
 
@@ -211,35 +211,35 @@ bool PlayLists(const Table& table, Reader& in, PictureOp op)
 bool PlayState(const Table& table, Reader& in, PictureOp op)
 {
     switch (op) {
-    case PictureOp::MovePenTo:
-        table.Call(kTablePenLocation, in.Get<BPoint>());
-        return true;
-    case PictureOp::HighColor:
-        table.Call(kTableHighColor, in.Get<rgb_color>());
-        return true;
-    case PictureOp::LowColor:
-        table.Call(kTableLowColor, in.Get<rgb_color>());
-        return true;
-    case PictureOp::DrawingMode:
-        table.Call(kTableDrawingMode, int16(in.Get<int32>()));
-        return true;
-    case PictureOp::PenSize:
-        table.Call(kTablePenSize, in.Get<float>());
-        return true;
-    case PictureOp::Origin:
-        table.Call(kTableOrigin, in.Get<BPoint>());
-        return true;
-    case PictureOp::Scale:
-        table.Call(kTableScale, in.Get<float>());
-        return true;
-    case PictureOp::PushState:
-        table.Call(kTablePushState);
-        return true;
-    case PictureOp::PopState:
-        table.Call(kTablePopState);
-        return true;
-    default:
-        return false;
+        case PictureOp::MovePenTo:
+            table.Call(kTablePenLocation, in.Get<BPoint>());
+            return true;
+        case PictureOp::HighColor:
+            table.Call(kTableHighColor, in.Get<rgb_color>());
+            return true;
+        case PictureOp::LowColor:
+            table.Call(kTableLowColor, in.Get<rgb_color>());
+            return true;
+        case PictureOp::DrawingMode:
+            table.Call(kTableDrawingMode, int16(in.Get<int32>()));
+            return true;
+        case PictureOp::PenSize:
+            table.Call(kTablePenSize, in.Get<float>());
+            return true;
+        case PictureOp::Origin:
+            table.Call(kTableOrigin, in.Get<BPoint>());
+            return true;
+        case PictureOp::Scale:
+            table.Call(kTableScale, in.Get<float>());
+            return true;
+        case PictureOp::PushState:
+            table.Call(kTablePushState);
+            return true;
+        case PictureOp::PopState:
+            table.Call(kTablePopState);
+            return true;
+        default:
+            return false;
     }
 }
 
@@ -261,8 +261,8 @@ void PictureData::PlayTable(void** functions, int32 entries, void* userData) con
             table.Call(kTableOrigin, where);
             pictures[index]->PlayTable(functions, entries, userData);
             table.Call(kTablePopState);
-        } else if (!PlayDrawing(table, in, op) && !PlayLists(table, in, op)
-                   && !PlayState(table, in, op) && !Skip(in, op)) {
+        } else if (!PlayDrawing(table, in, op) && !PlayLists(table, in, op) &&
+                   !PlayState(table, in, op) && !Skip(in, op)) {
             return;
         }
     }

@@ -188,15 +188,9 @@ bool ShapeData::AppendPath(BPoint origin, float scale, std::vector<uint8>* pathO
 
 BShape::BShape() : fData(new (std::nothrow) ShapeData) {}
 
-BShape::BShape(const BShape& other) : BShape()
-{
-    *this = other;
-}
+BShape::BShape(const BShape& other) : BShape() { *this = other; }
 
-BShape::BShape(BShape&& other) : BShape()
-{
-    MoveFrom(other);
-}
+BShape::BShape(BShape&& other) : BShape() { MoveFrom(other); }
 
 BShape::BShape(BMessage* archive) : BArchivable(archive), fData(new (std::nothrow) ShapeData)
 {
@@ -213,23 +207,17 @@ BShape::BShape(BMessage* archive) : BArchivable(archive), fData(new (std::nothro
             if (archive->FindPoint(kPointsField, point++, &points[k]) != B_OK)
                 return;
         }
-        const auto append = [&](ShapeData& data) {
-            add(data, ShapeData::Op(op), points, count);
-        };
+        const auto append = [&](ShapeData& data) { add(data, ShapeData::Op(op), points, count); };
         if (change(fData, append) != B_OK)
             return;
     }
 }
 
-BShape::~BShape()
-{
-    delete fData;
-}
+BShape::~BShape() { delete fData; }
 
 BArchivable* BShape::Instantiate(BMessage* archive)
 {
-    return validate_instantiation(archive, "BShape") ? new (std::nothrow) BShape(archive)
-                                                     : nullptr;
+    return validate_instantiation(archive, "BShape") ? new (std::nothrow) BShape(archive) : nullptr;
 }
 
 status_t BShape::Archive(BMessage* archive, bool deep) const
@@ -268,10 +256,7 @@ bool BShape::operator==(const BShape& other) const
     return fData->ops == other.fData->ops && fData->points == other.fData->points;
 }
 
-bool BShape::operator!=(const BShape& other) const
-{
-    return !(*this == other);
-}
+bool BShape::operator!=(const BShape& other) const { return !(*this == other); }
 
 void BShape::Clear()
 {
@@ -298,10 +283,7 @@ BRect BShape::Bounds() const
     return box_of(points);
 }
 
-BPoint BShape::CurrentPosition() const
-{
-    return fData != nullptr ? fData->current : BPoint();
-}
+BPoint BShape::CurrentPosition() const { return fData != nullptr ? fData->current : BPoint(); }
 
 status_t BShape::AddShape(const BShape* other)
 {
@@ -371,30 +353,15 @@ BShapeIterator::BShapeIterator() = default;
 
 BShapeIterator::~BShapeIterator() = default;
 
-status_t BShapeIterator::IterateMoveTo(BPoint*)
-{
-    return B_OK;
-}
+status_t BShapeIterator::IterateMoveTo(BPoint*) { return B_OK; }
 
-status_t BShapeIterator::IterateLineTo(int32, BPoint*)
-{
-    return B_OK;
-}
+status_t BShapeIterator::IterateLineTo(int32, BPoint*) { return B_OK; }
 
-status_t BShapeIterator::IterateBezierTo(int32, BPoint*)
-{
-    return B_OK;
-}
+status_t BShapeIterator::IterateBezierTo(int32, BPoint*) { return B_OK; }
 
-status_t BShapeIterator::IterateClose()
-{
-    return B_OK;
-}
+status_t BShapeIterator::IterateClose() { return B_OK; }
 
-status_t BShapeIterator::IterateArcTo(float&, float&, float&, bool, bool, BPoint&)
-{
-    return B_OK;
-}
+status_t BShapeIterator::IterateArcTo(float&, float&, float&, bool, bool, BPoint&) { return B_OK; }
 
 status_t BShapeIterator::Iterate(BShape* shape)
 {

@@ -8,7 +8,8 @@
 namespace BPrivate {
 
 // What a BShape consists of.
-struct [[gnu::visibility("hidden")]] ShapeData {
+struct [[gnu::visibility("hidden")]] ShapeData
+{
     // Each op takes 1, 1, 3, 0 or 3 points. The first four are numbered as server::PathOp. An arc
     // has (rx, ry), (angle, flags) and its end.
     enum Op : uint8 { kMoveTo, kLineTo, kBezierTo, kClose, kArcTo };

@@ -9,10 +9,7 @@ const BAffineTransform B_AFFINE_IDENTITY_TRANSFORM;
 
 namespace {
 
-bool is_near(double a, double b, double epsilon)
-{
-    return std::fabs(a - b) < epsilon;
-}
+bool is_near(double a, double b, double epsilon) { return std::fabs(a - b) < epsilon; }
 
 }  // namespace
 
@@ -20,26 +17,19 @@ BAffineTransform::BAffineTransform() : sx(1), shy(0), shx(0), sy(1), tx(0), ty(0
 
 BAffineTransform::BAffineTransform(double sx, double shy, double shx, double sy, double tx,
                                    double ty)
-    : sx(sx), shy(shy), shx(shx), sy(sy), tx(tx), ty(ty) {}
+    : sx(sx), shy(shy), shx(shx), sy(sy), tx(tx), ty(ty)
+{
+}
 
 BAffineTransform::BAffineTransform(const BAffineTransform& copyFrom) = default;
 
 BAffineTransform::~BAffineTransform() = default;
 
-bool BAffineTransform::IsFixedSize() const
-{
-    return true;
-}
+bool BAffineTransform::IsFixedSize() const { return true; }
 
-type_code BAffineTransform::TypeCode() const
-{
-    return B_AFFINE_TRANSFORM_TYPE;
-}
+type_code BAffineTransform::TypeCode() const { return B_AFFINE_TRANSFORM_TYPE; }
 
-ssize_t BAffineTransform::FlattenedSize() const
-{
-    return 6 * sizeof(double);
-}
+ssize_t BAffineTransform::FlattenedSize() const { return 6 * sizeof(double); }
 
 status_t BAffineTransform::Flatten(void* buffer, ssize_t size) const
 {
@@ -193,10 +183,7 @@ BAffineTransform BAffineTransform::RotateByCopy(const BPoint& center, double ang
     return BAffineTransform(*this).RotateBy(center, angle);
 }
 
-const BAffineTransform& BAffineTransform::ScaleBy(double scale)
-{
-    return ScaleBy(scale, scale);
-}
+const BAffineTransform& BAffineTransform::ScaleBy(double scale) { return ScaleBy(scale, scale); }
 
 const BAffineTransform& BAffineTransform::ScaleBy(const BPoint& center, double scale)
 {
@@ -260,10 +247,7 @@ BAffineTransform BAffineTransform::ScaleByCopy(const BPoint& center, const BPoin
     return ScaleByCopy(center, scale.x, scale.y);
 }
 
-const BAffineTransform& BAffineTransform::SetScale(double scale)
-{
-    return SetScale(scale, scale);
-}
+const BAffineTransform& BAffineTransform::SetScale(double scale) { return SetScale(scale, scale); }
 
 const BAffineTransform& BAffineTransform::SetScale(double x, double y)
 {
@@ -327,8 +311,7 @@ const BAffineTransform& BAffineTransform::Multiply(const BAffineTransform& other
     const BAffineTransform o(other);  // it may be this one
     return *this = BAffineTransform(sx * o.sx + shy * o.shx, sx * o.shy + shy * o.sy,
                                     shx * o.sx + sy * o.shx, shx * o.shy + sy * o.sy,
-                                    tx * o.sx + ty * o.shx + o.tx,
-                                    tx * o.shy + ty * o.sy + o.ty);
+                                    tx * o.sx + ty * o.shx + o.tx, tx * o.shy + ty * o.sy + o.ty);
 }
 
 const BAffineTransform& BAffineTransform::PreMultiply(const BAffineTransform& other)
@@ -348,15 +331,9 @@ const BAffineTransform& BAffineTransform::PreMultiplyInverse(const BAffineTransf
 
 BAffineTransform& BAffineTransform::operator=(const BAffineTransform& copyFrom) = default;
 
-bool BAffineTransform::operator==(const BAffineTransform& other) const
-{
-    return IsEqual(other);
-}
+bool BAffineTransform::operator==(const BAffineTransform& other) const { return IsEqual(other); }
 
-bool BAffineTransform::operator!=(const BAffineTransform& other) const
-{
-    return !IsEqual(other);
-}
+bool BAffineTransform::operator!=(const BAffineTransform& other) const { return !IsEqual(other); }
 
 const BAffineTransform& BAffineTransform::operator*=(const BAffineTransform& other)
 {
@@ -378,15 +355,9 @@ BAffineTransform BAffineTransform::operator/(const BAffineTransform& other) cons
     return BAffineTransform(*this).MultiplyInverse(other);
 }
 
-BAffineTransform BAffineTransform::operator~() const
-{
-    return BAffineTransform(*this).Invert();
-}
+BAffineTransform BAffineTransform::operator~() const { return BAffineTransform(*this).Invert(); }
 
-bool BAffineTransform::IsValid(double epsilon) const
-{
-    return std::fabs(Determinant()) > epsilon;
-}
+bool BAffineTransform::IsValid(double epsilon) const { return std::fabs(Determinant()) > epsilon; }
 
 bool BAffineTransform::IsIdentity(double epsilon) const
 {
@@ -429,20 +400,11 @@ const BAffineTransform& BAffineTransform::FlipY()
     return *this;
 }
 
-const BAffineTransform& BAffineTransform::Reset()
-{
-    return *this = BAffineTransform();
-}
+const BAffineTransform& BAffineTransform::Reset() { return *this = BAffineTransform(); }
 
-double BAffineTransform::Determinant() const
-{
-    return sx * sy - shy * shx;
-}
+double BAffineTransform::Determinant() const { return sx * sy - shy * shx; }
 
-double BAffineTransform::InverseDeterminant() const
-{
-    return 1.0 / Determinant();
-}
+double BAffineTransform::InverseDeterminant() const { return 1.0 / Determinant(); }
 
 void BAffineTransform::GetTranslation(double* x, double* y) const
 {
@@ -450,10 +412,7 @@ void BAffineTransform::GetTranslation(double* x, double* y) const
     *y = ty;
 }
 
-double BAffineTransform::Rotation() const
-{
-    return std::atan2(shy, sx);
-}
+double BAffineTransform::Rotation() const { return std::atan2(shy, sx); }
 
 double BAffineTransform::Scale() const
 {

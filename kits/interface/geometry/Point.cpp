@@ -12,7 +12,4 @@ void BPoint::ConstrainTo(BRect rect)
     y = max_c(min_c(y, rect.bottom), rect.top);
 }
 
-void BPoint::PrintToStream() const
-{
-    printf("BPoint(x:%f, y:%f)\n", x, y);
-}
+void BPoint::PrintToStream() const { printf("BPoint(x:%f, y:%f)\n", x, y); }

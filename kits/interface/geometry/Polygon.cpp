@@ -5,15 +5,9 @@
 #include <cstdlib>
 #include <cstring>
 
-BPolygon::BPolygon(const BPoint* points, int32 count)
-{
-    AddPoints(points, count);
-}
+BPolygon::BPolygon(const BPoint* points, int32 count) { AddPoints(points, count); }
 
-BPolygon::BPolygon(const BPolygon& other)
-{
-    *this = other;
-}
+BPolygon::BPolygon(const BPolygon& other) { *this = other; }
 
 BPolygon::BPolygon(const BPolygon* other)
 {
@@ -23,10 +17,7 @@ BPolygon::BPolygon(const BPolygon* other)
 
 BPolygon::BPolygon() = default;
 
-BPolygon::~BPolygon()
-{
-    free(fPoints);
-}
+BPolygon::~BPolygon() { free(fPoints); }
 
 BPolygon& BPolygon::operator=(const BPolygon& other)
 {
@@ -38,10 +29,7 @@ BPolygon& BPolygon::operator=(const BPolygon& other)
     return *this;
 }
 
-BRect BPolygon::Frame() const
-{
-    return fBounds;
-}
+BRect BPolygon::Frame() const { return fBounds; }
 
 void BPolygon::AddPoints(const BPoint* points, int32 count)
 {

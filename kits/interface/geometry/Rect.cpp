@@ -33,12 +33,6 @@ void BRect::SetRightTop(const BPoint point)
     top = point.y;
 }
 
-int32 BRect::IntegerWidth() const
-{
-    return BPrivate::ceil_to_int32(Width());
-}
+int32 BRect::IntegerWidth() const { return BPrivate::ceil_to_int32(Width()); }
 
-int32 BRect::IntegerHeight() const
-{
-    return BPrivate::ceil_to_int32(Height());
-}
+int32 BRect::IntegerHeight() const { return BPrivate::ceil_to_int32(Height()); }

@@ -19,10 +19,7 @@ bool is_valid(const clipping_rect& rect)
     return rect.left <= rect.right && rect.top <= rect.bottom;
 }
 
-int32 clamp(int64 value)
-{
-    return int32(std::clamp<int64>(value, -kLimit, kLimit));
-}
+int32 clamp(int64 value) { return int32(std::clamp<int64>(value, -kLimit, kLimit)); }
 
 // What survives the cut; kNoRect for an invalid rectangle and for one wholly beyond the limits.
 clipping_rect clamped(int64 left, int64 top, int64 right, int64 bottom)
@@ -224,25 +221,13 @@ const clipping_rect* first_ending_at(const clipping_rect* rects, int32 count, in
 
 BRegion::BRegion() : fBounds(kNoRect) {}
 
-BRegion::BRegion(const BRegion& other) : fBounds(kNoRect)
-{
-    *this = other;
-}
+BRegion::BRegion(const BRegion& other) : fBounds(kNoRect) { *this = other; }
 
-BRegion::BRegion(const BRect rect) : fBounds(kNoRect)
-{
-    Set(rect);
-}
+BRegion::BRegion(const BRect rect) : fBounds(kNoRect) { Set(rect); }
 
-BRegion::BRegion(BRegion&& other) : fBounds(kNoRect)
-{
-    MoveFrom(other);
-}
+BRegion::BRegion(BRegion&& other) : fBounds(kNoRect) { MoveFrom(other); }
 
-BRegion::~BRegion()
-{
-    free(fRects);
-}
+BRegion::~BRegion() { free(fRects); }
 
 BRegion& BRegion::operator=(const BRegion& other)
 {
@@ -291,35 +276,20 @@ void BRegion::MoveFrom(BRegion& other)
     other.MakeEmpty();
 }
 
-BRect BRegion::Frame() const
-{
-    return to_brect(fBounds);
-}
+BRect BRegion::Frame() const { return to_brect(fBounds); }
 
-BRect BRegion::RectAt(int32 index)
-{
-    return to_brect(RectAtInt(index));
-}
+BRect BRegion::RectAt(int32 index) { return to_brect(RectAtInt(index)); }
 
-BRect BRegion::RectAt(int32 index) const
-{
-    return to_brect(RectAtInt(index));
-}
+BRect BRegion::RectAt(int32 index) const { return to_brect(RectAtInt(index)); }
 
-clipping_rect BRegion::RectAtInt(int32 index)
-{
-    return std::as_const(*this).RectAtInt(index);
-}
+clipping_rect BRegion::RectAtInt(int32 index) { return std::as_const(*this).RectAtInt(index); }
 
 clipping_rect BRegion::RectAtInt(int32 index) const
 {
     return index >= 0 && index < fCount ? _Rects()[index] : kNoRect;
 }
 
-bool BRegion::Intersects(BRect rect) const
-{
-    return Intersects(to_pixels(rect));
-}
+bool BRegion::Intersects(BRect rect) const { return Intersects(to_pixels(rect)); }
 
 bool BRegion::Intersects(clipping_rect clipping) const
 {
@@ -342,23 +312,17 @@ bool BRegion::Contains(BPoint point) const
                                       clamped_int(std::floor(double(point.y)), reach));
 }
 
-bool BRegion::Contains(int32 x, int32 y)
-{
-    return std::as_const(*this).Contains(x, y);
-}
+bool BRegion::Contains(int32 x, int32 y) { return std::as_const(*this).Contains(x, y); }
 
-bool BRegion::Contains(int32 x, int32 y) const
-{
-    return Intersects(clipping_rect{x, y, x, y});
-}
+bool BRegion::Contains(int32 x, int32 y) const { return Intersects(clipping_rect{x, y, x, y}); }
 
 void BRegion::PrintToStream() const
 {
     Frame().PrintToStream();
     for (int32 i = 0; i < fCount; i++) {
         const clipping_rect& rect = _Rects()[i];
-        printf("data[%d] = BRect(l:%d, t:%d, r:%d, b:%d)\n", int(i), int(rect.left),
-               int(rect.top), int(rect.right), int(rect.bottom));
+        printf("data[%d] = BRect(l:%d, t:%d, r:%d, b:%d)\n", int(i), int(rect.left), int(rect.top),
+               int(rect.right), int(rect.bottom));
     }
 }
 
@@ -394,10 +358,7 @@ void BRegion::OffsetBy(int32 x, int32 y)
         _TakeBands(kept);
 }
 
-void BRegion::ScaleBy(BSize scale)
-{
-    ScaleBy(scale.width, scale.height);
-}
+void BRegion::ScaleBy(BSize scale) { ScaleBy(scale.width, scale.height); }
 
 void BRegion::ScaleBy(float x, float y)
 {
@@ -434,10 +395,7 @@ void BRegion::MakeEmpty()
     fCount = 0;
 }
 
-void BRegion::Include(BRect rect)
-{
-    Include(to_pixels(rect));
-}
+void BRegion::Include(BRect rect) { Include(to_pixels(rect)); }
 
 void BRegion::Include(clipping_rect clipping)
 {
@@ -464,10 +422,7 @@ void BRegion::Include(const BRegion* region)
         _Combine(region->fRects, region->fCount, [](bool a, bool b) { return a || b; });
 }
 
-void BRegion::Exclude(BRect rect)
-{
-    Exclude(to_pixels(rect));
-}
+void BRegion::Exclude(BRect rect) { Exclude(to_pixels(rect)); }
 
 void BRegion::Exclude(clipping_rect clipping)
 {

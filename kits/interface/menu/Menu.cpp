@@ -136,8 +136,8 @@ bool BMenu::_IsBelow(const BMenu* menu) const
 
 bool BMenu::AddItem(BMenuItem* item, int32 index)
 {
-    if (item == nullptr || item->fSuper != nullptr || index < 0 || index > CountItems()
-        || _IsBelow(item->Submenu()))
+    if (item == nullptr || item->fSuper != nullptr || index < 0 || index > CountItems() ||
+        _IsBelow(item->Submenu()))
         return false;
     if (!fItems.AddItem(item, index))
         return false;
@@ -160,8 +160,8 @@ bool BMenu::AddItem(BMenuItem* item, BRect frame)
 
 bool BMenu::AddItem(BMenu* menu, int32 index)
 {
-    if (menu == nullptr || menu->fSuperitem != nullptr || index < 0 || index > CountItems()
-        || _IsBelow(menu))
+    if (menu == nullptr || menu->fSuperitem != nullptr || index < 0 || index > CountItems() ||
+        _IsBelow(menu))
         return false;
     return AddItem(new BMenuItem(menu), index);
 }
@@ -170,8 +170,8 @@ bool BMenu::AddItem(BMenu* menu) { return AddItem(menu, CountItems()); }
 
 bool BMenu::AddItem(BMenu* menu, BRect frame)
 {
-    if (menu == nullptr || menu->fSuperitem != nullptr || fLayout != B_ITEMS_IN_MATRIX
-        || _IsBelow(menu))
+    if (menu == nullptr || menu->fSuperitem != nullptr || fLayout != B_ITEMS_IN_MATRIX ||
+        _IsBelow(menu))
         return false;
     return AddItem(new BMenuItem(menu), frame);
 }
@@ -345,10 +345,7 @@ bool BMenu::IsEnabled() const
     return fEnabled && (super == nullptr || super->IsEnabled());
 }
 
-BMenuItem* BMenu::FindMarked()
-{
-    return ItemAt(FindMarkedIndex());
-}
+BMenuItem* BMenu::FindMarked() { return ItemAt(FindMarkedIndex()); }
 
 int32 BMenu::FindMarkedIndex()
 {

@@ -136,10 +136,7 @@ BMenu* BMenuItem::Menu() const { return fSuper; }
 BRect BMenuItem::Frame() const { return fBounds; }
 bool BMenuItem::IsSelected() const { return fSelected; }
 
-bool BMenuItem::IsEnabled() const
-{
-    return fEnabled && (fSuper == nullptr || fSuper->IsEnabled());
-}
+bool BMenuItem::IsEnabled() const { return fEnabled && (fSuper == nullptr || fSuper->IsEnabled()); }
 
 char BMenuItem::Shortcut(uint32* _modifiers) const
 {

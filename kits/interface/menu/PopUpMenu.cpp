@@ -121,9 +121,9 @@ private:
         if (fSticky && _IsInside(where))
             return false;
         const bool moved = std::abs(where.x - began.x) > kClickDistance ||
-            std::abs(where.y - began.y) > kClickDistance;
+                           std::abs(where.y - began.y) > kClickDistance;
         return fSticky || fOpenRect.Contains(where) ||
-            (!moved && system_time() - start < kClick_us);
+               (!moved && system_time() - start < kClick_us);
     }
 
     void _Open(BMenu* menu, BPoint where)
@@ -134,8 +134,8 @@ private:
         const BRect screen = BScreen().Frame();
         where.x = std::max(screen.left, std::min(where.x, screen.right - width));
         where.y = std::max(screen.top, std::min(where.y, screen.bottom - height));
-        auto* window = new MenuWindow(BRect(where.x, where.y, where.x + width, where.y + height),
-                                      menu);
+        auto* window =
+            new MenuWindow(BRect(where.x, where.y, where.x + width, where.y + height), menu);
         fOpened.push_back({window, window->Frame()});
         window->Show();
     }

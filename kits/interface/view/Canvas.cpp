@@ -24,7 +24,10 @@ Canvas::Canvas(BWindow* window, server::Window* display)
 }
 
 Canvas::Canvas(BWindow* window, const server::Surface& bitmap)
-    : fWindow(window), fDisplay(nullptr), fOffscreen(true), fSurface(bitmap),
+    : fWindow(window),
+      fDisplay(nullptr),
+      fOffscreen(true),
+      fSurface(bitmap),
       fDirty{INT32_MIN, INT32_MIN, INT32_MAX, INT32_MAX}
 {
 }
@@ -242,8 +245,7 @@ void Canvas::_DrawBackground(BView* view, const BRegion& dirty)
     if (!place.IsValid())
         return;
     const server::Surface pixels = surface_of(*background->bitmap);
-    const BRect source =
-        background->source.OffsetByCopy(-background->bitmap->Bounds().LeftTop());
+    const BRect source = background->source.OffsetByCopy(-background->bitmap->Bounds().LeftTop());
     const float width = place.Width() + 1, height = place.Height() + 1;
     const clipping_rect& shown = target.bounds;
     BRect tiles = place;

@@ -18,12 +18,13 @@ class BWindow;
 
 namespace BPrivate {
 
-class [[gnu::visibility("hidden")]] Canvas {
+class [[gnu::visibility("hidden")]] Canvas
+{
 public:
     // A back buffer for `window`, without pixels until Resize(), presented through `display`.
-    Canvas(BWindow* window, server::Window* display);
+    Canvas(BWindow * window, server::Window * display);
     // Draws into the bits of a bitmap; nothing is presented and no view is asked to Draw().
-    Canvas(BWindow* window, const server::Surface& bitmap);
+    Canvas(BWindow * window, const server::Surface& bitmap);
     ~Canvas();
     Canvas(const Canvas&) = delete;
     Canvas& operator=(const Canvas&) = delete;
@@ -43,7 +44,7 @@ public:
     void MoveInvalid(const clipping_rect& area, int32 dx, int32 dy);
     // Runs the update: background and Draw() of every view that the invalid region touches,
     // parents first. Called by the window for its _UPDATE_ message and by UpdateIfNeeded().
-    void Update(BView* top);
+    void Update(BView * top);
 
     // Pixels changed: they wait for the screen. Wakes the window for the first of them.
     void Touched(const clipping_rect& box)
@@ -75,8 +76,8 @@ private:
 
     void _KeepInvalidSimple();
     void _GrowDirty(const clipping_rect& box);
-    void _DrawView(BView* view);
-    void _DrawBackground(BView* view, const BRegion& dirty);
+    void _DrawView(BView * view);
+    void _DrawBackground(BView * view, const BRegion& dirty);
     void _Clear(const clipping_rect& rect);
     clipping_rect _Bounds() const { return {0, 0, fSurface.width - 1, fSurface.height - 1}; }
 

@@ -25,10 +25,7 @@ float whole_pixels(float value)
     return std::round(std::min(std::max(value, -limit), limit));
 }
 
-BPoint whole_pixels(BPoint point)
-{
-    return BPoint(whole_pixels(point.x), whole_pixels(point.y));
-}
+BPoint whole_pixels(BPoint point) { return BPoint(whole_pixels(point.x), whole_pixels(point.y)); }
 
 // Beyond it a rectangle of floats would lose its width.
 BPoint scroll_place(BPoint place)
@@ -54,10 +51,7 @@ void ViewData::SetCanvas(Canvas* newCanvas)
     visibleAt = 0;
 }
 
-ViewRef::ViewRef(BView* view) : fData(&ViewPrivate::Data(view))
-{
-    _Acquire();
-}
+ViewRef::ViewRef(BView* view) : fData(&ViewPrivate::Data(view)) { _Acquire(); }
 
 }  // namespace BPrivate
 
@@ -250,40 +244,34 @@ status_t BView::Archive(BMessage* archive, bool deep) const
     return status;
 }
 
-status_t BView::AllUnarchived(const BMessage* archive)
-{
-    return BHandler::AllUnarchived(archive);
-}
+status_t BView::AllUnarchived(const BMessage* archive) { return BHandler::AllUnarchived(archive); }
 
-status_t BView::AllArchived(BMessage* archive) const
-{
-    return BHandler::AllArchived(archive);
-}
+status_t BView::AllArchived(BMessage* archive) const { return BHandler::AllArchived(archive); }
 
 // Messages.
 
 void BView::MessageReceived(BMessage* message)
 {
     switch (message->what) {
-    case BPrivate::kInvalidateLater: {
-        BRect rect;
-        if (message->FindRect("rect", &rect) == B_OK)
-            Invalidate(rect);
-        break;
-    }
-    case B_MOUSE_WHEEL_CHANGED: {
-        float dx = 0, dy = 0;
-        message->FindFloat("be:wheel_delta_x", &dx);
-        message->FindFloat("be:wheel_delta_y", &dy);
-        bool moved = dx != 0 && ScrollWithMouseWheelDelta(ScrollBar(B_HORIZONTAL), dx) == B_OK;
-        if (dy != 0 && ScrollWithMouseWheelDelta(ScrollBar(B_VERTICAL), dy) == B_OK)
-            moved = true;
-        if (!moved)
-            BHandler::MessageReceived(message);  // a view around it may have bars
-        break;
-    }
-    default:
-        BHandler::MessageReceived(message);
+        case BPrivate::kInvalidateLater: {
+            BRect rect;
+            if (message->FindRect("rect", &rect) == B_OK)
+                Invalidate(rect);
+            break;
+        }
+        case B_MOUSE_WHEEL_CHANGED: {
+            float dx = 0, dy = 0;
+            message->FindFloat("be:wheel_delta_x", &dx);
+            message->FindFloat("be:wheel_delta_y", &dy);
+            bool moved = dx != 0 && ScrollWithMouseWheelDelta(ScrollBar(B_HORIZONTAL), dx) == B_OK;
+            if (dy != 0 && ScrollWithMouseWheelDelta(ScrollBar(B_VERTICAL), dy) == B_OK)
+                moved = true;
+            if (!moved)
+                BHandler::MessageReceived(message);  // a view around it may have bars
+            break;
+        }
+        default:
+            BHandler::MessageReceived(message);
     }
 }
 
@@ -301,15 +289,9 @@ status_t BView::GetSupportedSuites(BMessage* data)
     return status == B_OK ? BHandler::GetSupportedSuites(data) : status;
 }
 
-bool BView::IsPrinting() const
-{
-    return false;
-}
+bool BView::IsPrinting() const { return false; }
 
-status_t BView::Perform(perform_code code, void* data)
-{
-    return BHandler::Perform(code, data);
-}
+status_t BView::Perform(perform_code code, void* data) { return BHandler::Perform(code, data); }
 
 // Hooks that do nothing of themselves.
 

@@ -39,8 +39,8 @@ void BView::CopyBits(BRect src, BRect dst)
     const clipping_rect target = pixels_of(data.MapPixels(dst));
     const int32 dx = target.left - source.left, dy = target.top - source.top;
     if (source.right + dx == target.right && source.bottom + dy == target.bottom) {
-        data.Touched(server::CopyRect(data.target, to_rect(source),
-                                      BPoint(target.left, target.top)));
+        data.Touched(
+            server::CopyRect(data.target, to_rect(source), BPoint(target.left, target.top)));
     } else {
         // Another size: by way of a copy, since the two may overlap.
         const server::Surface& pixels = *data.target.surface;
@@ -113,10 +113,7 @@ void BView::DrawBitmapAsync(const BBitmap* aBitmap, BPoint where)
         DrawBitmapAsync(aBitmap, aBitmap->Bounds().OffsetToCopy(where));
 }
 
-void BView::DrawBitmapAsync(const BBitmap* aBitmap)
-{
-    DrawBitmapAsync(aBitmap, fData->state.pen);
-}
+void BView::DrawBitmapAsync(const BBitmap* aBitmap) { DrawBitmapAsync(aBitmap, fData->state.pen); }
 
 void BView::DrawBitmap(const BBitmap* aBitmap, BRect bitmapRect, BRect viewRect, uint32 options)
 {
@@ -133,15 +130,9 @@ void BView::DrawBitmap(const BBitmap* aBitmap, BRect viewRect)
     DrawBitmapAsync(aBitmap, viewRect);
 }
 
-void BView::DrawBitmap(const BBitmap* aBitmap, BPoint where)
-{
-    DrawBitmapAsync(aBitmap, where);
-}
+void BView::DrawBitmap(const BBitmap* aBitmap, BPoint where) { DrawBitmapAsync(aBitmap, where); }
 
-void BView::DrawBitmap(const BBitmap* aBitmap)
-{
-    DrawBitmapAsync(aBitmap);
-}
+void BView::DrawBitmap(const BBitmap* aBitmap) { DrawBitmapAsync(aBitmap); }
 
 // Where the tile begins that holds `from`, of those that start at `origin` less the phase.
 static double first_tile(float origin, float phase, float from, double size)

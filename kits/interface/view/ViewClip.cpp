@@ -58,8 +58,8 @@ static bool showing(const ViewData& data, BRegion* region, double* x, double* y)
         const server::Surface& pixels = data.canvas->Pixels();
         *x = -data.bounds.left;
         *y = -data.bounds.top;
-        const clipping_rect rect = intersection(rect_at(data.bounds, *x, *y),
-                                                {0, 0, pixels.width - 1, pixels.height - 1});
+        const clipping_rect rect =
+            intersection(rect_at(data.bounds, *x, *y), {0, 0, pixels.width - 1, pixels.height - 1});
         if (empty(rect))
             return false;
         region->Set(rect);
@@ -137,8 +137,8 @@ bool ViewData::MakeReady()
     if (state.transformed && scale != 0) {
         // The painter is given mapped places: undo the mapping, then do the whole.
         const BAffineTransform unmap(1 / scale, 0, 0, 1 / scale, -mapX / scale, -mapY / scale);
-        paintTransform = composed(BAffineTransform(1, 0, 0, 1, x, y),
-                                  composed(state.Full(), unmap));
+        paintTransform =
+            composed(BAffineTransform(1, 0, 0, 1, x, y), composed(state.Full(), unmap));
         paint.transform = &paintTransform;
     }
     state.fontSpec.size = state.font.Size() * scale;
@@ -236,8 +236,7 @@ static BRegion drawn_region(const ViewData& data, BRect area, Draw draw)
     copy.paint.high = {0, 0, 0, 255};
     canvasData.Outdate();
     draw(view);
-    BRegion region =
-        opaque_region(surface_of(bitmap), int32(pixels.left), int32(pixels.top));
+    BRegion region = opaque_region(surface_of(bitmap), int32(pixels.left), int32(pixels.top));
     bitmap.Unlock();
     return region;
 }
@@ -253,8 +252,7 @@ static BRect in_view(const DrawState& state, BRect rect)
     }
     const BAffineTransform full = state.Full();
     BRect around;
-    for (BPoint corner :
-         {rect.LeftTop(), rect.RightTop(), rect.LeftBottom(), rect.RightBottom()}) {
+    for (BPoint corner : {rect.LeftTop(), rect.RightTop(), rect.LeftBottom(), rect.RightBottom()}) {
         const BPoint p = full.Apply(corner);
         around = around | BRect(p, p);
     }
@@ -399,8 +397,8 @@ void BView::Invalidate(BRect invalRect)
         return;
     int32 x, y;
     fData->Offset(&x, &y);
-    const BRect whole(floor_of(invalRect.left), floor_of(invalRect.top),
-                      ceil_of(invalRect.right), ceil_of(invalRect.bottom));
+    const BRect whole(floor_of(invalRect.left), floor_of(invalRect.top), ceil_of(invalRect.right),
+                      ceil_of(invalRect.bottom));
     const clipping_rect rect = BPrivate::rect_at(whole, x, y);
     const BRegion& waiting = canvas->Invalid();
     if (waiting.CountRects() == 1 && !BPrivate::empty(rect)) {
@@ -434,15 +432,9 @@ void BView::Invalidate(const BRegion* invalRegion)
     canvas->Invalidate(region);
 }
 
-void BView::Invalidate()
-{
-    Invalidate(fData->bounds);
-}
+void BView::Invalidate() { Invalidate(fData->bounds); }
 
-void BView::DelayedInvalidate(bigtime_t delay)
-{
-    DelayedInvalidate(delay, fData->bounds);
-}
+void BView::DelayedInvalidate(bigtime_t delay) { DelayedInvalidate(delay, fData->bounds); }
 
 void BView::DelayedInvalidate(bigtime_t delay, BRect invalRect)
 {

@@ -132,8 +132,8 @@ void BView::EndLineArray()
     paint.pattern = B_SOLID_HIGH;
     for (const BPrivate::LineArray::Line& line : array->lines) {
         paint.high = line.color;
-        data.Touched(server::StrokeLine(data.target, paint, data.Map(line.start),
-                                        data.Map(line.end)));
+        data.Touched(
+            server::StrokeLine(data.target, paint, data.Map(line.start), data.Map(line.end)));
     }
     paint.high = high;
 }
@@ -146,8 +146,7 @@ void BView::StrokePolygon(const BPolygon* polygon, bool closed, ::pattern patter
         StrokePolygon(polygon->fPoints, polygon->fCount, closed, pattern);
 }
 
-void BView::StrokePolygon(const BPoint* pointArray, int32 numPoints, bool closed,
-                          ::pattern pattern)
+void BView::StrokePolygon(const BPoint* pointArray, int32 numPoints, bool closed, ::pattern pattern)
 {
     if (pointArray == nullptr || numPoints < 1)
         return;
@@ -208,8 +207,7 @@ void BView::FillPolygon(const BPoint* pointArray, int32 numPoints, ::pattern pat
     draw(*fData, PictureOp::FillPolygon, paint, pattern, Span<BPoint>{pointArray, numPoints});
 }
 
-void BView::FillPolygon(const BPoint* pointArray, int32 numPoints, BRect bounds,
-                        ::pattern pattern)
+void BView::FillPolygon(const BPoint* pointArray, int32 numPoints, BRect bounds, ::pattern pattern)
 {
     const BPolygon polygon = fitted(pointArray, numPoints, bounds);
     FillPolygon(&polygon, pattern);
@@ -318,8 +316,8 @@ void BView::FillRegion(BRegion* region, ::pattern pattern)
         return;
     }
     for (int32 i = 0; i < region->CountRects(); i++) {
-        data.Touched(server::FillRect(data.target, data.state.paint,
-                                      data.MapPixels(region->RectAt(i))));
+        data.Touched(
+            server::FillRect(data.target, data.state.paint, data.MapPixels(region->RectAt(i))));
     }
 }
 
@@ -406,8 +404,8 @@ void BView::FillEllipse(BRect rect, const BGradient& gradient)
     ViewPrivate::WithGradient(this, gradient, [&] { FillEllipse(rect); });
 }
 
-void BView::StrokeArc(BPoint center, float xRadius, float yRadius, float startAngle,
-                      float arcAngle, ::pattern pattern)
+void BView::StrokeArc(BPoint center, float xRadius, float yRadius, float startAngle, float arcAngle,
+                      ::pattern pattern)
 {
     draw(*fData, PictureOp::StrokeArc, server::StrokeArc, pattern, center, Length{xRadius},
          Length{yRadius}, startAngle, arcAngle);
@@ -418,8 +416,8 @@ void BView::StrokeArc(BRect rect, float startAngle, float arcAngle, ::pattern pa
     StrokeArc(center_of(rect), rect.Width() / 2, rect.Height() / 2, startAngle, arcAngle, pattern);
 }
 
-void BView::StrokeArc(BPoint center, float xRadius, float yRadius, float startAngle,
-                      float arcAngle, const BGradient& gradient)
+void BView::StrokeArc(BPoint center, float xRadius, float yRadius, float startAngle, float arcAngle,
+                      const BGradient& gradient)
 {
     ViewPrivate::WithGradient(this, gradient,
                               [&] { StrokeArc(center, xRadius, yRadius, startAngle, arcAngle); });
@@ -485,8 +483,7 @@ template <class Draw>
 static void draw_shape(ViewData& data, PictureOp op, const BShape* shape, ::pattern pattern,
                        Draw draw)
 {
-    const BPrivate::ShapeData* parts =
-        shape != nullptr ? BPrivate::ShapeData::Of(*shape) : nullptr;
+    const BPrivate::ShapeData* parts = shape != nullptr ? BPrivate::ShapeData::Of(*shape) : nullptr;
     if (parts == nullptr)
         return;
     if (data.recording != nullptr) {
@@ -527,15 +524,9 @@ void BView::FillShape(BShape* shape, const BGradient& gradient)
 
 // Text.
 
-void BView::DrawChar(char aChar)
-{
-    DrawString(&aChar, 1);
-}
+void BView::DrawChar(char aChar) { DrawString(&aChar, 1); }
 
-void BView::DrawChar(char aChar, BPoint location)
-{
-    DrawString(&aChar, 1, location);
-}
+void BView::DrawChar(char aChar, BPoint location) { DrawString(&aChar, 1, location); }
 
 void BView::DrawString(const char* string, escapement_delta* delta)
 {

@@ -56,13 +56,13 @@ void ViewData::TreeChanged()
 static float edge_shift(uint32 side, float oldSize, float newSize)
 {
     switch (side & 0xF) {
-    case 3:
-    case 4:
-        return newSize - oldSize;
-    case 5:  // rounded as places, not as steps, so that it comes back when the size does
-        return std::floor(newSize / 2) - std::floor(oldSize / 2);
-    default:
-        return 0;
+        case 3:
+        case 4:
+            return newSize - oldSize;
+        case 5:  // rounded as places, not as steps, so that it comes back when the size does
+            return std::floor(newSize / 2) - std::floor(oldSize / 2);
+        default:
+            return 0;
     }
 }
 
@@ -193,14 +193,14 @@ void ViewPrivate::SetFrame(BView* view, BPoint leftTop, float width, float heigh
     data.Visible(&after, true);
     if (before.CountRects() == 1 && after.CountRects() == 1 && !data.canvas->UpdateRegion()) {
         // The pixels go along as far as they show before and after.
-        const clipping_rect from = intersection(
-            before.FrameInt(), moved(after.FrameInt(), -dx, -dy));
+        const clipping_rect from =
+            intersection(before.FrameInt(), moved(after.FrameInt(), -dx, -dy));
         if (!empty(from)) {
             const clipping_rect to = moved(from, dx, dy);
             server::Target pixels{&data.canvas->Pixels(), &to, 1, to};
-            data.canvas->Touched(server::CopyRect(
-                pixels, BRect(from.left, from.top, from.right, from.bottom),
-                BPoint(to.left, to.top)));
+            data.canvas->Touched(
+                server::CopyRect(pixels, BRect(from.left, from.top, from.right, from.bottom),
+                                 BPoint(to.left, to.top)));
             data.canvas->MoveInvalid(from, dx, dy);
             before.Include(&after);
             before.Exclude(to);
@@ -285,20 +285,11 @@ using BPrivate::ViewLock;
 using BPrivate::ViewPrivate;
 using BPrivate::whole_pixels;
 
-BRect BView::Bounds() const
-{
-    return fData->bounds;
-}
+BRect BView::Bounds() const { return fData->bounds; }
 
-BRect BView::Frame() const
-{
-    return fData->bounds.OffsetToCopy(fData->leftTop);
-}
+BRect BView::Frame() const { return fData->bounds.OffsetToCopy(fData->leftTop); }
 
-BPoint BView::LeftTop() const
-{
-    return fData->bounds.LeftTop();
-}
+BPoint BView::LeftTop() const { return fData->bounds.LeftTop(); }
 
 // Coordinates. A view without window has no place on the screen: nothing is converted.
 
@@ -316,85 +307,37 @@ static BPoint parent_shift(const BView* view)
     return data.parent != nullptr ? data.leftTop - data.bounds.LeftTop() : BPoint();
 }
 
-void BView::ConvertToScreen(BPoint* point) const
-{
-    *point += screen_shift(this);
-}
+void BView::ConvertToScreen(BPoint* point) const { *point += screen_shift(this); }
 
-BPoint BView::ConvertToScreen(BPoint point) const
-{
-    return point + screen_shift(this);
-}
+BPoint BView::ConvertToScreen(BPoint point) const { return point + screen_shift(this); }
 
-void BView::ConvertFromScreen(BPoint* point) const
-{
-    *point -= screen_shift(this);
-}
+void BView::ConvertFromScreen(BPoint* point) const { *point -= screen_shift(this); }
 
-BPoint BView::ConvertFromScreen(BPoint point) const
-{
-    return point - screen_shift(this);
-}
+BPoint BView::ConvertFromScreen(BPoint point) const { return point - screen_shift(this); }
 
-void BView::ConvertToScreen(BRect* rect) const
-{
-    rect->OffsetBy(screen_shift(this));
-}
+void BView::ConvertToScreen(BRect* rect) const { rect->OffsetBy(screen_shift(this)); }
 
-BRect BView::ConvertToScreen(BRect rect) const
-{
-    return rect.OffsetByCopy(screen_shift(this));
-}
+BRect BView::ConvertToScreen(BRect rect) const { return rect.OffsetByCopy(screen_shift(this)); }
 
-void BView::ConvertFromScreen(BRect* rect) const
-{
-    rect->OffsetBy(-screen_shift(this));
-}
+void BView::ConvertFromScreen(BRect* rect) const { rect->OffsetBy(-screen_shift(this)); }
 
-BRect BView::ConvertFromScreen(BRect rect) const
-{
-    return rect.OffsetByCopy(-screen_shift(this));
-}
+BRect BView::ConvertFromScreen(BRect rect) const { return rect.OffsetByCopy(-screen_shift(this)); }
 
-void BView::ConvertToParent(BPoint* point) const
-{
-    *point += parent_shift(this);
-}
+void BView::ConvertToParent(BPoint* point) const { *point += parent_shift(this); }
 
-BPoint BView::ConvertToParent(BPoint point) const
-{
-    return point + parent_shift(this);
-}
+BPoint BView::ConvertToParent(BPoint point) const { return point + parent_shift(this); }
 
-void BView::ConvertFromParent(BPoint* point) const
-{
-    *point -= parent_shift(this);
-}
+void BView::ConvertFromParent(BPoint* point) const { *point -= parent_shift(this); }
 
-BPoint BView::ConvertFromParent(BPoint point) const
-{
-    return point - parent_shift(this);
-}
+BPoint BView::ConvertFromParent(BPoint point) const { return point - parent_shift(this); }
 
-void BView::ConvertToParent(BRect* rect) const
-{
-    rect->OffsetBy(parent_shift(this));
-}
+void BView::ConvertToParent(BRect* rect) const { rect->OffsetBy(parent_shift(this)); }
 
-BRect BView::ConvertToParent(BRect rect) const
-{
-    return rect.OffsetByCopy(parent_shift(this));
-}
+BRect BView::ConvertToParent(BRect rect) const { return rect.OffsetByCopy(parent_shift(this)); }
 
-void BView::ConvertFromParent(BRect* rect) const
-{
-    rect->OffsetBy(-parent_shift(this));
-}
+void BView::ConvertFromParent(BRect* rect) const { rect->OffsetBy(-parent_shift(this)); }
 
-BRect BView::ConvertFromParent(BRect rect) const
-{
-    return rect.OffsetByCopy(-parent_shift(this));
-}
+BRect BView::ConvertFromParent(BRect rect) const { return rect.OffsetByCopy(-parent_shift(this)); }
 
 // Moving and resizing.
 
@@ -403,10 +346,7 @@ void BView::MoveBy(float dh, float dv)
     MoveTo(fData->leftTop.x + whole_pixels(dh), fData->leftTop.y + whole_pixels(dv));
 }
 
-void BView::MoveTo(BPoint where)
-{
-    MoveTo(where.x, where.y);
-}
+void BView::MoveTo(BPoint where) { MoveTo(where.x, where.y); }
 
 void BView::MoveTo(float x, float y)
 {
@@ -425,20 +365,11 @@ void BView::ResizeTo(float width, float height)
         ViewPrivate::SetFrame(this, fData->leftTop, width, height);
 }
 
-void BView::ResizeTo(BSize size)
-{
-    ResizeTo(size.width, size.height);
-}
+void BView::ResizeTo(BSize size) { ResizeTo(size.width, size.height); }
 
-void BView::SetResizingMode(uint32 mode)
-{
-    fData->resizingMode = mode & 0xFFFF;
-}
+void BView::SetResizingMode(uint32 mode) { fData->resizingMode = mode & 0xFFFF; }
 
-uint32 BView::ResizingMode() const
-{
-    return fData->resizingMode;
-}
+uint32 BView::ResizingMode() const { return fData->resizingMode; }
 
 void BView::SetFlags(uint32 flags)
 {
@@ -447,10 +378,7 @@ void BView::SetFlags(uint32 flags)
     fData->TreeChanged();  // who clips whom
 }
 
-uint32 BView::Flags() const
-{
-    return fData->flags;
-}
+uint32 BView::Flags() const { return fData->flags; }
 
 // Scrolling.
 
@@ -459,10 +387,7 @@ void BView::ScrollBy(float dh, float dv)
     ScrollTo(fData->bounds.left + whole_pixels(dh), fData->bounds.top + whole_pixels(dv));
 }
 
-void BView::ScrollTo(float x, float y)
-{
-    ScrollTo(BPoint(x, y));
-}
+void BView::ScrollTo(float x, float y) { ScrollTo(BPoint(x, y)); }
 
 void BView::ScrollTo(BPoint where)
 {
@@ -472,8 +397,8 @@ void BView::ScrollTo(BPoint where)
     if (where == old)
         return;
     BRegion area;
-    const bool shows = fData->canvas != nullptr && !fData->canvas->IsOffscreen() &&
-                       fData->Visible(&area, true);
+    const bool shows =
+        fData->canvas != nullptr && !fData->canvas->IsOffscreen() && fData->Visible(&area, true);
     fData->bounds.OffsetTo(where);
     fData->TreeChanged();
     if (shows)
@@ -489,7 +414,7 @@ void BView::ScrollTo(BPoint where)
 BScrollBar* BView::ScrollBar(orientation direction) const
 {
     return direction == B_HORIZONTAL || direction == B_VERTICAL ? fData->bars[direction].bar
-                                                               : nullptr;
+                                                                : nullptr;
 }
 
 status_t BView::ScrollWithMouseWheelDelta(BScrollBar* bar, float delta)
@@ -521,10 +446,7 @@ void BView::Hide()
         fData->TreeChanged();
 }
 
-bool BView::IsHidden() const
-{
-    return IsHidden(nullptr);
-}
+bool BView::IsHidden() const { return IsHidden(nullptr); }
 
 bool BView::IsHidden(const BView* looking_from) const
 {

@@ -158,10 +158,7 @@ status_t BView::SetEventMask(uint32 mask, uint32 options)
     return B_OK;
 }
 
-uint32 BView::EventMask()
-{
-    return fData->eventMask;
-}
+uint32 BView::EventMask() { return fData->eventMask; }
 
 status_t BView::SetMouseEventMask(uint32 mask, uint32 options)
 {
@@ -272,20 +269,11 @@ void BView::Sync() const
 
 // Tool tips.
 
-void BView::SetToolTip(const char* text)
-{
-    fData->toolTipText = text;
-}
+void BView::SetToolTip(const char* text) { fData->toolTipText = text; }
 
-void BView::SetToolTip(BToolTip* tip)
-{
-    fData->toolTip = tip;
-}
+void BView::SetToolTip(BToolTip* tip) { fData->toolTip = tip; }
 
-BToolTip* BView::ToolTip() const
-{
-    return fData->toolTip;
-}
+BToolTip* BView::ToolTip() const { return fData->toolTip; }
 
 void BView::ShowToolTip(BToolTip*) {}
 void BView::HideToolTip() {}

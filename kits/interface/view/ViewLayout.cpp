@@ -34,10 +34,7 @@ BSize BView::MinSize()
     return chosen(fData->minSize, BSize(width, height));
 }
 
-BSize BView::MaxSize()
-{
-    return chosen(fData->maxSize, BSize(B_SIZE_UNLIMITED, B_SIZE_UNLIMITED));
-}
+BSize BView::MaxSize() { return chosen(fData->maxSize, BSize(B_SIZE_UNLIMITED, B_SIZE_UNLIMITED)); }
 
 BSize BView::PreferredSize()
 {
@@ -46,60 +43,30 @@ BSize BView::PreferredSize()
     return chosen(fData->preferredSize, BSize(width, height));
 }
 
-BAlignment BView::LayoutAlignment()
-{
-    return fData->alignment;
-}
+BAlignment BView::LayoutAlignment() { return fData->alignment; }
 
-void BView::SetExplicitMinSize(BSize size)
-{
-    fData->minSize = size;
-}
+void BView::SetExplicitMinSize(BSize size) { fData->minSize = size; }
 
-void BView::SetExplicitMaxSize(BSize size)
-{
-    fData->maxSize = size;
-}
+void BView::SetExplicitMaxSize(BSize size) { fData->maxSize = size; }
 
-void BView::SetExplicitPreferredSize(BSize size)
-{
-    fData->preferredSize = size;
-}
+void BView::SetExplicitPreferredSize(BSize size) { fData->preferredSize = size; }
 
 void BView::SetExplicitSize(BSize size)
 {
     fData->minSize = fData->maxSize = fData->preferredSize = size;
 }
 
-void BView::SetExplicitAlignment(BAlignment alignment)
-{
-    fData->alignment = alignment;
-}
+void BView::SetExplicitAlignment(BAlignment alignment) { fData->alignment = alignment; }
 
-BSize BView::ExplicitMinSize() const
-{
-    return fData->minSize;
-}
+BSize BView::ExplicitMinSize() const { return fData->minSize; }
 
-BSize BView::ExplicitMaxSize() const
-{
-    return fData->maxSize;
-}
+BSize BView::ExplicitMaxSize() const { return fData->maxSize; }
 
-BSize BView::ExplicitPreferredSize() const
-{
-    return fData->preferredSize;
-}
+BSize BView::ExplicitPreferredSize() const { return fData->preferredSize; }
 
-BAlignment BView::ExplicitAlignment() const
-{
-    return fData->alignment;
-}
+BAlignment BView::ExplicitAlignment() const { return fData->alignment; }
 
-bool BView::HasHeightForWidth()
-{
-    return false;
-}
+bool BView::HasHeightForWidth() { return false; }
 
 void BView::GetHeightForWidth(float, float* min, float* max, float* preferred)
 {
@@ -111,15 +78,9 @@ void BView::GetHeightForWidth(float, float* min, float* max, float* preferred)
         *preferred = PreferredSize().height;
 }
 
-void BView::SetLayout(BLayout* layout)
-{
-    fData->layout = layout;
-}
+void BView::SetLayout(BLayout* layout) { fData->layout = layout; }
 
-BLayout* BView::GetLayout() const
-{
-    return fData->layout;
-}
+BLayout* BView::GetLayout() const { return fData->layout; }
 
 void BView::EnableLayoutInvalidation()
 {
@@ -127,20 +88,11 @@ void BView::EnableLayoutInvalidation()
         fData->layoutDisabled--;
 }
 
-void BView::DisableLayoutInvalidation()
-{
-    fData->layoutDisabled++;
-}
+void BView::DisableLayoutInvalidation() { fData->layoutDisabled++; }
 
-bool BView::IsLayoutInvalidationDisabled()
-{
-    return fData->layoutDisabled > 0;
-}
+bool BView::IsLayoutInvalidationDisabled() { return fData->layoutDisabled > 0; }
 
-bool BView::IsLayoutValid() const
-{
-    return true;
-}
+bool BView::IsLayoutValid() const { return true; }
 
 void BView::InvalidateLayout(bool) {}
 void BView::ResetLayoutInvalidation() {}

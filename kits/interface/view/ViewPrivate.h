@@ -98,8 +98,9 @@ struct ScrollBarLink {
     void (*target_gone)(BScrollBar* bar) = nullptr;
 };
 
-struct [[gnu::visibility("hidden")]] ViewData {
-    ViewData(BView* view);
+struct [[gnu::visibility("hidden")]] ViewData
+{
+    ViewData(BView * view);
     ~ViewData();
 
     // Counts who looks at this; the data goes with the last one.
@@ -157,16 +158,16 @@ struct [[gnu::visibility("hidden")]] ViewData {
 
     bool IsVisible() const;  // neither this view nor one above is hidden
     // Place of the view's (0, 0) in the window. Holds for a tree without window too.
-    void Offset(int32* x, int32* y) const;
+    void Offset(int32 * x, int32 * y) const;
     // The view's rectangle in the window, cut by those above.
-    bool ClippedFrame(clipping_rect* frame) const;
+    bool ClippedFrame(clipping_rect * frame) const;
     // What of the view shows in the window: without what lies in front of it; without the children
     // unless `with_children`. False if nothing.
-    bool Visible(BRegion* region, bool with_children) const;
+    bool Visible(BRegion * region, bool with_children) const;
     const BRegion& OwnVisible();  // cached: without children if they clip
-    void SetCanvas(Canvas* newCanvas);
+    void SetCanvas(Canvas * newCanvas);
     void InvalidateVisible(bool with_children) const;
-    void TreeChanged();           // the clipping of views in the window is to be made anew
+    void TreeChanged();  // the clipping of views in the window is to be made anew
 
     // The part that drawing reads.
     const uint32* generation;  // of the canvas; without one a number that `readyAt` never has
@@ -185,7 +186,7 @@ struct [[gnu::visibility("hidden")]] ViewData {
 
     // Tree. `parent` is the window's top view for the views that hang in the window.
     BView* const self;
-    std::atomic<bool> alive{true};  // false once the view is being deleted
+    std::atomic<bool> alive{true};          // false once the view is being deleted
     std::atomic<BWindow*> window{nullptr};  // any thread may read it
     BView* parent = nullptr;
     BView* first = nullptr;
@@ -229,12 +230,13 @@ private:
 };
 
 // A view that a walk knows: View() is null once the view is being deleted.
-class [[gnu::visibility("hidden")]] ViewRef {
+class [[gnu::visibility("hidden")]] ViewRef
+{
 public:
     ViewRef() = default;
-    explicit ViewRef(BView* view);
+    explicit ViewRef(BView * view);
     ViewRef(const ViewRef& other) : fData(other.fData) { _Acquire(); }
-    ViewRef(ViewRef&& other) noexcept : fData(std::exchange(other.fData, nullptr)) {}
+    ViewRef(ViewRef && other) noexcept : fData(std::exchange(other.fData, nullptr)) {}
     ViewRef& operator=(ViewRef other) noexcept
     {
         std::swap(fData, other.fData);
@@ -267,7 +269,9 @@ BAffineTransform composed(const BAffineTransform& outer, const BAffineTransform&
 class ViewLock {
 public:
     explicit ViewLock(const BView* view)
-        : fWindow(view->Window()), fHeld(fWindow != nullptr && fWindow->Lock()) {}
+        : fWindow(view->Window()), fHeld(fWindow != nullptr && fWindow->Lock())
+    {
+    }
     ~ViewLock()
     {
         if (fHeld)
@@ -301,20 +305,21 @@ BPoint whole_pixels(BPoint point);
 BPoint scroll_place(BPoint place);
 
 // The views' side of windows, bitmaps and controls. With the window locked.
-struct [[gnu::visibility("hidden")]] ViewPrivate {
+struct [[gnu::visibility("hidden")]] ViewPrivate
+{
     static ViewData& Data(const BView* view) { return *view->fData; }
 
     // The view that holds a window's views, which see it as no parent. It fills the window, draws
     // nothing but its colour, and is attached at once. Delete it with DeleteTop() before the
     // canvas goes.
-    static BView* NewTop(BWindow* window, Canvas* canvas, float width, float height);
-    static void DeleteTop(BView* top);
+    static BView* NewTop(BWindow * window, Canvas * canvas, float width, float height);
+    static void DeleteTop(BView * top);
     // The window has a new size: the views follow by their resizing modes.
-    static void ResizeTop(BView* top, float width, float height);
+    static void ResizeTop(BView * top, float width, float height);
 
     // Draws with a gradient in place of the high colour: `draw` makes one solid call.
     template <class Draw>
-    static void WithGradient(BView* view, const BGradient& gradient, Draw draw)
+    static void WithGradient(BView * view, const BGradient& gradient, Draw draw)
     {
         ViewData& data = *view->fData;
         if (data.recording != nullptr) {
@@ -332,7 +337,7 @@ struct [[gnu::visibility("hidden")]] ViewPrivate {
     }
 
     // Narrows the clipping to what a picture draws; null takes the narrowing away.
-    static void ClipToPicture(BView* view, const std::shared_ptr<const PictureData>& picture,
+    static void ClipToPicture(BView * view, const std::shared_ptr<const PictureData>& picture,
                               BPoint where, bool inverse);
 
     // A view's place in its window.
@@ -341,12 +346,12 @@ struct [[gnu::visibility("hidden")]] ViewPrivate {
     static BRect FromView(const BView* view, BRect viewRect);
     // The deepest view at a place, honouring what is hidden and what lies in front; the top view
     // itself for a place without one, null outside of it.
-    static BView* Under(BView* top, BPoint windowPoint);
+    static BView* Under(BView * top, BPoint windowPoint);
 
     // All views below and with `top`, parents first, as they are at the start. Call `visit` for
     // those that are still in the same window when it is their turn.
     template <class Visit>
-    static void ForEach(BView* top, Visit visit)
+    static void ForEach(BView * top, Visit visit)
     {
         std::vector<ViewRef> views;
         Collect(top, &views);
@@ -357,44 +362,44 @@ struct [[gnu::visibility("hidden")]] ViewPrivate {
                 visit(view);
         }
     }
-    static void CollectUpwards(BView* top, std::vector<ViewRef>* views);  // children first
-    static void Collect(BView* top, std::vector<ViewRef>* views);
+    static void CollectUpwards(BView * top, std::vector<ViewRef> * views);  // children first
+    static void Collect(BView * top, std::vector<ViewRef> * views);
     static bool Holds(const BView* top, const BView* branch);  // `branch` may be a stale pointer
 
     // The cursor over a view: its own, or that of the nearest view above; null for the default.
     static const BCursor* Cursor(const BView* view);
     // The next view that Tab reaches after `from` (null: the first), around the window; with
     // `jump` the first of the next group. Null if there is none.
-    static BView* NextNavigable(BView* top, BView* from, bool backwards, bool jump);
+    static BView* NextNavigable(BView * top, BView * from, bool backwards, bool jump);
     // Moves the focus for a Tab that nobody else wanted.
-    static bool Navigate(BView* view, bool backwards, bool jump);
+    static bool Navigate(BView * view, bool backwards, bool jump);
 
     // Dispatch of B_VIEW_MOVED and B_VIEW_RESIZED: the hook is told the newest frame.
-    static void FrameChanged(BView* view, uint32 what);
+    static void FrameChanged(BView * view, uint32 what);
 
     // For a pointer message before its hook runs: place in the window, buttons after it.
-    static void TrackPointer(BView* view, BPoint windowPoint, uint32 buttons);
+    static void TrackPointer(BView * view, BPoint windowPoint, uint32 buttons);
 
     // A branch comes to or leaves its parent's window, with hooks.
-    static void Attach(BView* branch, BWindow* window, Canvas* canvas);
-    static void Detach(BView* branch);
+    static void Attach(BView * branch, BWindow * window, Canvas * canvas);
+    static void Detach(BView * branch);
     // New place in the parent and new size; children follow. Pixels of a view that only moves are
     // kept where they can be.
-    static void SetFrame(BView* view, BPoint leftTop, float width, float height);
+    static void SetFrame(BView * view, BPoint leftTop, float width, float height);
     enum class Repaint : bool { No, Yes };
-    static void Reshape(BView* view, BPoint leftTop, float width, float height, Repaint repaint);
-    static void Follow(BView* child, float oldWidth, float oldHeight, float width, float height,
+    static void Reshape(BView * view, BPoint leftTop, float width, float height, Repaint repaint);
+    static void Follow(BView * child, float oldWidth, float oldHeight, float width, float height,
                        Repaint repaint);
     // Moves what shows in `area` of the window, and what of it waits for Draw().
-    static void MovePixels(BView* view, const BRegion& area, int32 dx, int32 dy);
+    static void MovePixels(BView * view, const BRegion& area, int32 dx, int32 dy);
 
     // A scroll bar has the view as its target; an empty link leaves it.
-    static void SetScrollBar(BView* view, orientation direction, const ScrollBarLink& link);
-    static void ForgetScrollBars(BView* view);
+    static void SetScrollBar(BView * view, orientation direction, const ScrollBarLink& link);
+    static void ForgetScrollBars(BView * view);
 
     // How deep the stack of states is; cut back to a depth it had.
     static size_t StateDepth(const BView* view);
-    static void RestoreState(BView* view, size_t depth);
+    static void RestoreState(BView * view, size_t depth);
 };
 
 }  // namespace BPrivate

@@ -14,12 +14,11 @@ namespace BPrivate {
 
 BAffineTransform composed(const BAffineTransform& outer, const BAffineTransform& inner)
 {
-    return BAffineTransform(outer.sx * inner.sx + outer.shx * inner.shy,
-                            outer.shy * inner.sx + outer.sy * inner.shy,
-                            outer.sx * inner.shx + outer.shx * inner.sy,
-                            outer.shy * inner.shx + outer.sy * inner.sy,
-                            outer.sx * inner.tx + outer.shx * inner.ty + outer.tx,
-                            outer.shy * inner.tx + outer.sy * inner.ty + outer.ty);
+    return BAffineTransform(
+        outer.sx * inner.sx + outer.shx * inner.shy, outer.shy * inner.sx + outer.sy * inner.shy,
+        outer.sx * inner.shx + outer.shx * inner.sy, outer.shy * inner.shx + outer.sy * inner.sy,
+        outer.sx * inner.tx + outer.shx * inner.ty + outer.tx,
+        outer.shy * inner.tx + outer.sy * inner.ty + outer.ty);
 }
 
 BAffineTransform DrawState::Full() const
@@ -27,8 +26,8 @@ BAffineTransform DrawState::Full() const
     const BAffineTransform below =
         transformed ? base
                     : BAffineTransform(baseScale, 0, 0, baseScale, baseOrigin.x, baseOrigin.y);
-    return composed(below, composed(BAffineTransform(scale, 0, 0, scale, origin.x, origin.y),
-                                    transform));
+    return composed(below,
+                    composed(BAffineTransform(scale, 0, 0, scale, origin.x, origin.y), transform));
 }
 
 void DrawState::SetTransform(const BAffineTransform& matrix)
@@ -76,10 +75,7 @@ void ViewData::PopState()
     Outdate();
 }
 
-size_t ViewPrivate::StateDepth(const BView* view)
-{
-    return view->fData->states.size();
-}
+size_t ViewPrivate::StateDepth(const BView* view) { return view->fData->states.size(); }
 
 void ViewPrivate::RestoreState(BView* view, size_t depth)
 {
@@ -118,10 +114,7 @@ void BView::SetHighColor(uchar red, uchar green, uchar blue, uchar alpha)
     SetHighColor(rgb_color{red, green, blue, alpha});
 }
 
-rgb_color BView::HighColor() const
-{
-    return fData->state.paint.high;
-}
+rgb_color BView::HighColor() const { return fData->state.paint.high; }
 
 void BView::SetLowColor(rgb_color color)
 {
@@ -135,10 +128,7 @@ void BView::SetLowColor(uchar red, uchar green, uchar blue, uchar alpha)
     SetLowColor(rgb_color{red, green, blue, alpha});
 }
 
-rgb_color BView::LowColor() const
-{
-    return fData->state.paint.low;
-}
+rgb_color BView::LowColor() const { return fData->state.paint.low; }
 
 void BView::SetViewColor(rgb_color color)
 {
@@ -151,10 +141,7 @@ void BView::SetViewColor(uchar red, uchar green, uchar blue, uchar alpha)
     SetViewColor(rgb_color{red, green, blue, alpha});
 }
 
-rgb_color BView::ViewColor() const
-{
-    return fData->viewColor;
-}
+rgb_color BView::ViewColor() const { return fData->viewColor; }
 
 static rgb_color ui_tinted(color_which which, float tint)
 {
@@ -223,10 +210,7 @@ bool BView::HasSystemColors() const
            fData->highTint == B_NO_TINT;
 }
 
-void BView::AdoptParentColors()
-{
-    AdoptViewColors(Parent());
-}
+void BView::AdoptParentColors() { AdoptViewColors(Parent()); }
 
 void BView::AdoptSystemColors()
 {
@@ -256,10 +240,7 @@ void BView::SetDrawingMode(drawing_mode mode)
     fData->Recorded(PictureOp::DrawingMode, mode);
 }
 
-drawing_mode BView::DrawingMode() const
-{
-    return fData->state.paint.mode;
-}
+drawing_mode BView::DrawingMode() const { return fData->state.paint.mode; }
 
 void BView::SetBlendingMode(source_alpha srcAlpha, alpha_function alphaFunc)
 {
@@ -283,10 +264,7 @@ void BView::SetPenSize(float size)
     fData->Recorded(PictureOp::PenSize, size);
 }
 
-float BView::PenSize() const
-{
-    return fData->state.penSize;
-}
+float BView::PenSize() const { return fData->state.penSize; }
 
 void BView::SetLineMode(cap_mode lineCap, join_mode lineJoin, float miterLimit)
 {
@@ -298,20 +276,11 @@ void BView::SetLineMode(cap_mode lineCap, join_mode lineJoin, float miterLimit)
     fData->Recorded(PictureOp::LineMode, lineCap, lineJoin, miterLimit);
 }
 
-join_mode BView::LineJoinMode() const
-{
-    return fData->state.paint.join;
-}
+join_mode BView::LineJoinMode() const { return fData->state.paint.join; }
 
-cap_mode BView::LineCapMode() const
-{
-    return fData->state.paint.cap;
-}
+cap_mode BView::LineCapMode() const { return fData->state.paint.cap; }
 
-float BView::LineMiterLimit() const
-{
-    return fData->state.paint.miterLimit;
-}
+float BView::LineMiterLimit() const { return fData->state.paint.miterLimit; }
 
 void BView::SetFillRule(int32 rule)
 {
@@ -321,10 +290,7 @@ void BView::SetFillRule(int32 rule)
     fData->Recorded(PictureOp::FillRule, rule);
 }
 
-int32 BView::FillRule() const
-{
-    return fData->state.paint.fillRule;
-}
+int32 BView::FillRule() const { return fData->state.paint.fillRule; }
 
 void BView::MovePenTo(BPoint pt)
 {
@@ -332,20 +298,11 @@ void BView::MovePenTo(BPoint pt)
     fData->Recorded(PictureOp::MovePenTo, pt);
 }
 
-void BView::MovePenTo(float x, float y)
-{
-    MovePenTo(BPoint(x, y));
-}
+void BView::MovePenTo(float x, float y) { MovePenTo(BPoint(x, y)); }
 
-void BView::MovePenBy(float x, float y)
-{
-    MovePenTo(fData->state.pen + BPoint(x, y));
-}
+void BView::MovePenBy(float x, float y) { MovePenTo(fData->state.pen + BPoint(x, y)); }
 
-BPoint BView::PenLocation() const
-{
-    return fData->state.pen;
-}
+BPoint BView::PenLocation() const { return fData->state.pen; }
 
 // Coordinate system.
 
@@ -356,15 +313,9 @@ void BView::SetOrigin(BPoint where)
     fData->Recorded(PictureOp::Origin, where);
 }
 
-void BView::SetOrigin(float x, float y)
-{
-    SetOrigin(BPoint(x, y));
-}
+void BView::SetOrigin(float x, float y) { SetOrigin(BPoint(x, y)); }
 
-BPoint BView::Origin() const
-{
-    return fData->state.origin;
-}
+BPoint BView::Origin() const { return fData->state.origin; }
 
 void BView::SetScale(float scale) const
 {
@@ -375,10 +326,7 @@ void BView::SetScale(float scale) const
     fData->Recorded(PictureOp::Scale, scale);
 }
 
-float BView::Scale() const
-{
-    return fData->state.scale;
-}
+float BView::Scale() const { return fData->state.scale; }
 
 void BView::SetTransform(BAffineTransform transform)
 {
@@ -388,10 +336,7 @@ void BView::SetTransform(BAffineTransform transform)
                     transform.tx, transform.ty);
 }
 
-BAffineTransform BView::Transform() const
-{
-    return fData->state.transform;
-}
+BAffineTransform BView::Transform() const { return fData->state.transform; }
 
 void BView::TranslateBy(double x, double y)
 {
@@ -414,24 +359,24 @@ BAffineTransform BView::TransformTo(coordinate_space basis) const
     const DrawState& state = fData->state;
     BPoint shift;
     switch (basis) {
-    case B_CURRENT_STATE_COORDINATES:
-        return BAffineTransform();
-    case B_PREVIOUS_STATE_COORDINATES:
-        return BPrivate::composed(
-            BAffineTransform(state.scale, 0, 0, state.scale, state.origin.x, state.origin.y),
-            state.transform);
-    case B_VIEW_COORDINATES:
-        break;
-    case B_PARENT_VIEW_DRAW_COORDINATES:
-    case B_PARENT_VIEW_COORDINATES:
-        shift = ConvertToParent(shift);
-        break;
-    case B_WINDOW_COORDINATES:
-        shift = BPrivate::ViewPrivate::FromView(this, shift);
-        break;
-    case B_SCREEN_COORDINATES:
-        shift = ConvertToScreen(shift);
-        break;
+        case B_CURRENT_STATE_COORDINATES:
+            return BAffineTransform();
+        case B_PREVIOUS_STATE_COORDINATES:
+            return BPrivate::composed(
+                BAffineTransform(state.scale, 0, 0, state.scale, state.origin.x, state.origin.y),
+                state.transform);
+        case B_VIEW_COORDINATES:
+            break;
+        case B_PARENT_VIEW_DRAW_COORDINATES:
+        case B_PARENT_VIEW_COORDINATES:
+            shift = ConvertToParent(shift);
+            break;
+        case B_WINDOW_COORDINATES:
+            shift = BPrivate::ViewPrivate::FromView(this, shift);
+            break;
+        case B_SCREEN_COORDINATES:
+            shift = ConvertToScreen(shift);
+            break;
     }
     return BPrivate::composed(BAffineTransform(1, 0, 0, 1, shift.x, shift.y), state.Full());
 }
@@ -504,10 +449,7 @@ void BView::TruncateString(BString* in_out, uint32 mode, float width) const
     fData->state.font.TruncateString(in_out, mode, width);
 }
 
-float BView::StringWidth(const char* string) const
-{
-    return fData->state.font.StringWidth(string);
-}
+float BView::StringWidth(const char* string) const { return fData->state.font.StringWidth(string); }
 
 float BView::StringWidth(const char* string, int32 length) const
 {
@@ -563,9 +505,6 @@ status_t BView::SetViewOverlay(const BBitmap*, BRect, BRect, rgb_color*, uint32,
     return B_ERROR;
 }
 
-status_t BView::SetViewOverlay(const BBitmap*, rgb_color*, uint32, uint32)
-{
-    return B_ERROR;
-}
+status_t BView::SetViewOverlay(const BBitmap*, rgb_color*, uint32, uint32) { return B_ERROR; }
 
 void BView::ClearViewOverlay() {}

@@ -155,10 +155,7 @@ void BView::AddChild(BView* child, BView* before)
     }
 }
 
-bool BView::AddChild(BLayoutItem*)
-{
-    return false;
-}
+bool BView::AddChild(BLayoutItem*) { return false; }
 
 bool BView::RemoveSelf()
 {
@@ -206,15 +203,9 @@ BView* BView::ChildAt(int32 index) const
     return child;
 }
 
-BView* BView::NextSibling() const
-{
-    return fData->next;
-}
+BView* BView::NextSibling() const { return fData->next; }
 
-BView* BView::PreviousSibling() const
-{
-    return fData->previous;
-}
+BView* BView::PreviousSibling() const { return fData->previous; }
 
 BView* BView::Parent() const
 {
@@ -222,10 +213,7 @@ BView* BView::Parent() const
     return parent != nullptr && parent->fData->isTop ? nullptr : parent;
 }
 
-BWindow* BView::Window() const
-{
-    return fData->window.load(std::memory_order_relaxed);
-}
+BWindow* BView::Window() const { return fData->window.load(std::memory_order_relaxed); }
 
 BView* BView::FindView(const char* name) const
 {

@@ -43,8 +43,8 @@ BWindow::BWindow(BRect bounds, const server::Surface& bitmap) : BLooper("offscre
     fData->frame = bounds.OffsetToCopy(B_ORIGIN);
     fData->look = B_NO_BORDER_WINDOW_LOOK;
     fData->canvas = std::make_unique<Canvas>(this, bitmap);
-    fData->topView = ViewPrivate::NewTop(this, fData->canvas.get(), bounds.Width(),
-                                         bounds.Height());
+    fData->topView =
+        ViewPrivate::NewTop(this, fData->canvas.get(), bounds.Width(), bounds.Height());
     Unlock();
 }
 
@@ -70,8 +70,8 @@ BWindow::BWindow(BMessage* archive) : BLooper(archive)
           workspaces);
 
     float width, height;
-    if (archive->FindFloat("_zoom", 0, &width) == B_OK
-        && archive->FindFloat("_zoom", 1, &height) == B_OK)
+    if (archive->FindFloat("_zoom", 0, &width) == B_OK &&
+        archive->FindFloat("_zoom", 1, &height) == B_OK)
         SetZoomLimits(width, height);
     float limits[4];
     int32 found = 0;
@@ -154,10 +154,7 @@ void BWindow::Quit()
     BLooper::Quit();
 }
 
-void BWindow::Close()
-{
-    Quit();
-}
+void BWindow::Close() { Quit(); }
 
 void BWindow::AddChild(BView* child, BView* before)
 {
@@ -174,8 +171,8 @@ void BWindow::AddChild(BLayoutItem*)
 bool BWindow::RemoveChild(BView* child)
 {
     BAutolock lock(this);
-    return lock.IsLocked() && child != nullptr && child != fData->topView
-        && child->Window() == this && child->RemoveSelf();
+    return lock.IsLocked() && child != nullptr && child != fData->topView &&
+           child->Window() == this && child->RemoveSelf();
 }
 
 int32 BWindow::CountChildren() const
@@ -239,10 +236,7 @@ void BWindow::SetKeyMenuBar(BMenuBar* bar)
         fData->keyMenuBar = bar;
 }
 
-BMenuBar* BWindow::KeyMenuBar() const
-{
-    return fData->keyMenuBar;
-}
+BMenuBar* BWindow::KeyMenuBar() const { return fData->keyMenuBar; }
 
 BView* BWindow::LastMouseMovedView() const
 {
@@ -267,44 +261,22 @@ status_t BWindow::GetDecoratorSettings(BMessage* settings) const
     return B_OK;
 }
 
-status_t BWindow::Perform(perform_code code, void* data)
-{
-    return BLooper::Perform(code, data);
-}
+status_t BWindow::Perform(perform_code code, void* data) { return BLooper::Perform(code, data); }
 
-bool BWindow::QuitRequested()
-{
-    return BLooper::QuitRequested();
-}
+bool BWindow::QuitRequested() { return BLooper::QuitRequested(); }
 
-thread_id BWindow::Run()
-{
-    return BLooper::Run();
-}
+thread_id BWindow::Run() { return BLooper::Run(); }
 
 // The layout classes belong to no kit here; a layout given to a window is only remembered.
-void BWindow::SetLayout(BLayout* layout)
-{
-    fData->layout = layout;
-}
+void BWindow::SetLayout(BLayout* layout) { fData->layout = layout; }
 
-BLayout* BWindow::GetLayout() const
-{
-    return fData->layout;
-}
+BLayout* BWindow::GetLayout() const { return fData->layout; }
 
-void BWindow::InvalidateLayout(bool)
-{
-}
+void BWindow::InvalidateLayout(bool) {}
 
-void BWindow::Layout(bool)
-{
-}
+void BWindow::Layout(bool) {}
 
-bool BWindow::IsOffscreenWindow() const
-{
-    return fData->offscreen;
-}
+bool BWindow::IsOffscreenWindow() const { return fData->offscreen; }
 
 void BWindow::_Init(BRect frame, const char* title, window_look look, window_feel feel,
                     uint32 flags, uint32 workspace)
@@ -331,17 +303,10 @@ void BWindow::_Init(BRect frame, const char* title, window_look look, window_fee
     fData->display = server::Window::Create(spec, fData);
     fData->canvas = std::make_unique<Canvas>(this, fData->display);
     fData->canvas->Resize(frame.IntegerWidth() + 1, frame.IntegerHeight() + 1);
-    fData->topView = ViewPrivate::NewTop(this, fData->canvas.get(), frame.Width(),
-                                         frame.Height());
+    fData->topView = ViewPrivate::NewTop(this, fData->canvas.get(), frame.Width(), frame.Height());
     _AddDefaultShortcuts();
 }
 
-BPrivate::Canvas& BWindow::_Canvas() const
-{
-    return *fData->canvas;
-}
+BPrivate::Canvas& BWindow::_Canvas() const { return *fData->canvas; }
 
-BView* BWindow::_TopView() const
-{
-    return fData->topView;
-}
+BView* BWindow::_TopView() const { return fData->topView; }

@@ -21,9 +21,9 @@ void BWindow::DispatchMessage(BMessage* message, BHandler* handler)
     if (message == nullptr || handler == nullptr)
         return;
     BView* view = dynamic_cast<BView*>(handler);
-    const bool isHandled = view != nullptr ? _DispatchToView(message, view)
-        : handler == this                  ? _DispatchToWindow(message)
-                                           : false;
+    const bool isHandled = view != nullptr   ? _DispatchToView(message, view)
+                           : handler == this ? _DispatchToWindow(message)
+                                             : false;
     if (!isHandled)
         BLooper::DispatchMessage(message, handler);
 }
@@ -48,8 +48,8 @@ bool BWindow::_DispatchToWindow(BMessage* message)
             return _KeyDown(message);
         case B_WINDOW_RESIZED: {
             int32 width, height;
-            if (message->FindInt32("width", &width) == B_OK
-                && message->FindInt32("height", &height) == B_OK && !_IsOutdated(message))
+            if (message->FindInt32("width", &width) == B_OK &&
+                message->FindInt32("height", &height) == B_OK && !_IsOutdated(message))
                 _Resized(width, height);
             return true;
         }
@@ -85,27 +85,26 @@ bool BWindow::_DispatchScreenMessage(BMessage* message)
         case B_SCREEN_CHANGED: {
             BRect frame;
             int32 mode;
-            if (message->FindRect("frame", &frame) == B_OK
-                && message->FindInt32("mode", &mode) == B_OK) {
+            if (message->FindRect("frame", &frame) == B_OK &&
+                message->FindInt32("mode", &mode) == B_OK) {
                 ScreenChanged(frame, static_cast<color_space>(mode));
-                ViewPrivate::ForEach(fData->topView, [=](BView* view) {
-                    view->MessageReceived(message);
-                });
+                ViewPrivate::ForEach(fData->topView,
+                                     [=](BView* view) { view->MessageReceived(message); });
             }
             return true;
         }
         case B_WORKSPACE_ACTIVATED: {
             int32 workspace;
             bool active;
-            if (message->FindInt32("workspace", &workspace) == B_OK
-                && message->FindBool("active", &active) == B_OK)
+            if (message->FindInt32("workspace", &workspace) == B_OK &&
+                message->FindBool("active", &active) == B_OK)
                 WorkspaceActivated(workspace, active);
             return true;
         }
         case B_WORKSPACES_CHANGED: {
             int32 before, after;
-            if (message->FindInt32("old", &before) == B_OK
-                && message->FindInt32("new", &after) == B_OK)
+            if (message->FindInt32("old", &before) == B_OK &&
+                message->FindInt32("new", &after) == B_OK)
                 WorkspacesChanged(static_cast<uint32>(before), static_cast<uint32>(after));
             return true;
         }
@@ -150,8 +149,8 @@ bool BWindow::_DispatchToView(BMessage* message, BView* view)
                 view->MouseUp(where);
             return true;
         case B_MOUSE_MOVED:
-            if (message->FindPoint("be:view_where", &where) == B_OK
-                && message->FindInt32("be:transit", &transit) == B_OK) {
+            if (message->FindPoint("be:view_where", &where) == B_OK &&
+                message->FindInt32("be:transit", &transit) == B_OK) {
                 BMessage dragged;
                 const bool isDrag = message->FindMessage("be:drag_message", &dragged) == B_OK;
                 view->MouseMoved(where, static_cast<uint32>(transit), isDrag ? &dragged : nullptr);
@@ -310,8 +309,8 @@ bigtime_t BWindow::_Idle()
     }
     if (now >= fData->nextPulse) {
         // A pulse that nobody had time for is left out; the others keep their time.
-        fData->nextPulse += (now - fData->nextPulse) / fData->pulseRate * fData->pulseRate
-            + fData->pulseRate;
+        fData->nextPulse +=
+            (now - fData->nextPulse) / fData->pulseRate * fData->pulseRate + fData->pulseRate;
         if (!fData->pulsePosted) {
             fData->pulsePosted = true;
             fData->Post(B_PULSE);
@@ -331,15 +330,12 @@ void BWindow::SetPulseRate(bigtime_t rate)
         return;
     fData->pulseRate = rate;
     // Centuries are never: the sum must not overflow.
-    fData->nextPulse = rate > 0 && rate < B_INFINITE_TIMEOUT / 2 ? system_time() + rate
-                                                                 : B_INFINITE_TIMEOUT;
+    fData->nextPulse =
+        rate > 0 && rate < B_INFINITE_TIMEOUT / 2 ? system_time() + rate : B_INFINITE_TIMEOUT;
     _Wake();
 }
 
-bigtime_t BWindow::PulseRate() const
-{
-    return fData->pulseRate;
-}
+bigtime_t BWindow::PulseRate() const { return fData->pulseRate; }
 
 bool BWindow::_Pulse()
 {

@@ -16,7 +16,7 @@
 #include <interface/view/ViewPrivate.h>
 #include <interface/window/WindowPrivate.h>
 
-namespace BPrivate __attribute__((visibility("hidden"))) {
+namespace [[gnu::visibility("hidden")]] BPrivate {
 
 struct Drag {
     std::shared_ptr<const BMessage> message;

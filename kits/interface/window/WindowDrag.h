@@ -14,7 +14,7 @@
 
 class BBitmap;
 
-namespace BPrivate __attribute__((visibility("hidden"))) {
+namespace [[gnu::visibility("hidden")]] BPrivate {
 
 struct WindowData;
 
@@ -36,8 +36,8 @@ void remove_drop_site(WindowData* window);
 // Adopts message and bitmap. `offset` is the pointer's place in the image.
 void start_drag(WindowData* source, std::unique_ptr<BMessage> message,
                 std::unique_ptr<BBitmap> image, BPoint offset);
-// A pointer event that `grabbed` got: posts it there and to the window under the pointer. False,
-// and nothing posted, if nothing is dragged.
+// A pointer event that `grabbed` got: posts it there and to the window under the pointer.
+// False, and nothing posted, if nothing is dragged.
 bool drag_event(WindowData* grabbed, const server::Event& event);
 // Posts the event to the window that it names as the one under the pointer.
 void pass_to_window_below(const server::Event& event);

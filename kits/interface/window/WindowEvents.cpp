@@ -39,8 +39,8 @@ static uint32 input_code(const server::Event& event)
 
 static bool is_pointer(server::EventKind kind)
 {
-    return kind == server::EventKind::MouseDown || kind == server::EventKind::MouseUp
-        || kind == server::EventKind::MouseMoved;
+    return kind == server::EventKind::MouseDown || kind == server::EventKind::MouseUp ||
+           kind == server::EventKind::MouseMoved;
 }
 
 static void add_key_fields(BMessage* message, const server::Event& event)
@@ -61,16 +61,16 @@ static void add_key_fields(BMessage* message, const server::Event& event)
 
 InputMessage::InputMessage(const server::Event& event, bool isOutside, const Dragged& dragged,
                            const std::shared_ptr<OpenMove>& open)
-    : BMessage(input_code(event)), fEvent(event), fDragged(dragged), fOpen(open),
+    : BMessage(input_code(event)),
+      fEvent(event),
+      fDragged(dragged),
+      fOpen(open),
       fIsOutside(isOutside)
 {
     _Fill();
 }
 
-InputMessage::~InputMessage()
-{
-    Close();
-}
+InputMessage::~InputMessage() { Close(); }
 
 const server::Event& InputMessage::Close()
 {
@@ -88,8 +88,8 @@ const server::Event& InputMessage::Close()
 bool InputMessage::CanBecome(const server::Event& event, bool isOutside,
                              const Dragged& dragged) const
 {
-    return fIsOutside == isOutside && fDragged == dragged && fEvent.buttons == event.buttons
-        && fEvent.modifiers == event.modifiers;
+    return fIsOutside == isOutside && fDragged == dragged && fEvent.buttons == event.buttons &&
+           fEvent.modifiers == event.modifiers;
 }
 
 void InputMessage::Replace(const server::Event& event)
@@ -135,15 +135,9 @@ WindowData::WindowData(BWindow* owner) : window(owner), openMove(std::make_share
     add_drop_site(this);
 }
 
-WindowData::~WindowData()
-{
-    remove_drop_site(this);
-}
+WindowData::~WindowData() { remove_drop_site(this); }
 
-void WindowData::Post(std::unique_ptr<BMessage> message)
-{
-    window->_Adopt(message.release());
-}
+void WindowData::Post(std::unique_ptr<BMessage> message) { window->_Adopt(message.release()); }
 
 static std::unique_ptr<BMessage> message_at(uint32 what, bigtime_t when)
 {
@@ -176,8 +170,8 @@ void WindowData::PostInput(const server::Event& event, bool isOutside,
     {
         std::lock_guard<std::mutex> lock(openMove->lock);
         InputMessage* last = openMove->message;
-        if (isMove && last != nullptr && !wantsHistory
-            && last->CanBecome(event, isOutside, dragged)) {
+        if (isMove && last != nullptr && !wantsHistory &&
+            last->CanBecome(event, isOutside, dragged)) {
             last->Replace(event);
             return;
         }

@@ -15,14 +15,14 @@ using BPrivate::InputMessage;
 using BPrivate::ViewPrivate;
 
 static const int32 kTabKey = 0x26;
-static const int32 kHeldModifiers = B_SHIFT_KEY | B_COMMAND_KEY | B_CONTROL_KEY | B_OPTION_KEY
-    | B_MENU_KEY;
+static const int32 kHeldModifiers =
+    B_SHIFT_KEY | B_COMMAND_KEY | B_CONTROL_KEY | B_OPTION_KEY | B_MENU_KEY;
 
 static bool types(const BMessage* message, char character)
 {
     int8 byte, more;
-    return message->FindInt8("byte", 0, &byte) == B_OK && byte == character
-        && message->FindInt8("byte", 1, &more) != B_OK;
+    return message->FindInt8("byte", 0, &byte) == B_OK && byte == character &&
+           message->FindInt8("byte", 1, &more) != B_OK;
 }
 
 static int32 held_modifiers(const BMessage* message)
@@ -35,15 +35,15 @@ static int32 held_modifiers(const BMessage* message)
 void BWindow::_DeliverKey(InputMessage* message)
 {
     BHandler* target = fData->focus != nullptr ? fData->focus : static_cast<BHandler*>(this);
-    if ((message->what == B_KEY_DOWN || message->what == B_KEY_UP) && types(message, B_ENTER)
-        && held_modifiers(message) == 0) {
+    if ((message->what == B_KEY_DOWN || message->what == B_KEY_UP) && types(message, B_ENTER) &&
+        held_modifiers(message) == 0) {
         if (BView* button = _DefaultButtonView())
             target = button;
     }
     std::vector<BView*> others;
     for (const EventListener& listener : fData->listeners) {
-        if (((listener.mask | listener.mouseMask) & B_KEYBOARD_EVENTS) != 0
-            && listener.view != target)
+        if (((listener.mask | listener.mouseMask) & B_KEYBOARD_EVENTS) != 0 &&
+            listener.view != target)
             others.push_back(listener.view);
     }
     _DispatchCopy(message, target);
@@ -90,10 +90,7 @@ void BWindow::_Navigate(bool backwards, bool jump)
         next->MakeFocus(true);
 }
 
-BView* BWindow::CurrentFocus() const
-{
-    return fData->focus;
-}
+BView* BWindow::CurrentFocus() const { return fData->focus; }
 
 void BWindow::_SetFocus(BView* view)
 {
@@ -121,10 +118,7 @@ void BWindow::SetDefaultButton(BButton* button)
         fData->defaultButton = button;
 }
 
-BButton* BWindow::DefaultButton() const
-{
-    return fData->defaultButton;
-}
+BButton* BWindow::DefaultButton() const { return fData->defaultButton; }
 
 // The default button among the views that are there. Programs name views of any kind, and delete
 // them without telling; so the pointer is only compared.

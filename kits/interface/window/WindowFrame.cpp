@@ -46,10 +46,7 @@ BRect BWindow::Frame() const
     return fData->frame;
 }
 
-BRect BWindow::Bounds() const
-{
-    return Frame().OffsetToCopy(B_ORIGIN);
-}
+BRect BWindow::Bounds() const { return Frame().OffsetToCopy(B_ORIGIN); }
 
 BSize BWindow::Size() const
 {
@@ -84,10 +81,7 @@ void BWindow::MoveTo(BPoint place)
     fData->display->MoveTo(place);
 }
 
-void BWindow::MoveTo(float x, float y)
-{
-    MoveTo(BPoint(x, y));
-}
+void BWindow::MoveTo(float x, float y) { MoveTo(BPoint(x, y)); }
 
 void BWindow::MoveBy(float dx, float dy)
 {
@@ -173,13 +167,9 @@ void BWindow::_Moved(BPoint place)
     FrameMoved(place);
 }
 
-void BWindow::FrameMoved(BPoint)
-{
-}
+void BWindow::FrameMoved(BPoint) {}
 
-void BWindow::FrameResized(float, float)
-{
-}
+void BWindow::FrameResized(float, float) {}
 
 void BWindow::SetSizeLimits(float minWidth, float maxWidth, float minHeight, float maxHeight)
 {
@@ -261,8 +251,7 @@ void BWindow::Zoom()
     BRect zoomed = frame;
     zoom_side(screen.left + (frame.left - border.left), screen.right - (border.right - frame.right),
               std::min(fData->maxZoomWidth, fData->maxWidth), &zoomed.left, &zoomed.right);
-    zoom_side(screen.top + (frame.top - border.top),
-              screen.bottom - (border.bottom - frame.bottom),
+    zoom_side(screen.top + (frame.top - border.top), screen.bottom - (border.bottom - frame.bottom),
               std::min(fData->maxZoomHeight, fData->maxHeight), &zoomed.top, &zoomed.bottom);
     fData->frameBeforeZoom = frame;
     fData->zoomedFrame = BPrivate::window_frame(zoomed);
@@ -286,10 +275,7 @@ void BWindow::CenterIn(const BRect& rect)
            std::floor(rect.top + (rect.Height() - frame.Height()) / 2));
 }
 
-void BWindow::CenterOnScreen()
-{
-    CenterIn(server::ScreenFrame());
-}
+void BWindow::CenterOnScreen() { CenterIn(server::ScreenFrame()); }
 
 void BWindow::CenterOnScreen(screen_id)
 {
@@ -325,10 +311,7 @@ void BWindow::ConvertToScreen(BPoint* point) const
         *point = ConvertToScreen(*point);
 }
 
-BPoint BWindow::ConvertToScreen(BPoint point) const
-{
-    return point + Frame().LeftTop();
-}
+BPoint BWindow::ConvertToScreen(BPoint point) const { return point + Frame().LeftTop(); }
 
 void BWindow::ConvertFromScreen(BPoint* point) const
 {
@@ -336,10 +319,7 @@ void BWindow::ConvertFromScreen(BPoint* point) const
         *point = ConvertFromScreen(*point);
 }
 
-BPoint BWindow::ConvertFromScreen(BPoint point) const
-{
-    return point - Frame().LeftTop();
-}
+BPoint BWindow::ConvertFromScreen(BPoint point) const { return point - Frame().LeftTop(); }
 
 void BWindow::ConvertToScreen(BRect* rect) const
 {
@@ -347,10 +327,7 @@ void BWindow::ConvertToScreen(BRect* rect) const
         *rect = ConvertToScreen(*rect);
 }
 
-BRect BWindow::ConvertToScreen(BRect rect) const
-{
-    return rect.OffsetBySelf(Frame().LeftTop());
-}
+BRect BWindow::ConvertToScreen(BRect rect) const { return rect.OffsetBySelf(Frame().LeftTop()); }
 
 void BWindow::ConvertFromScreen(BRect* rect) const
 {

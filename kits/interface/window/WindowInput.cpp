@@ -23,10 +23,7 @@ using server::EventKind;
 
 namespace BPrivate {
 
-bool WindowData::Holds(const BView* view) const
-{
-    return ViewPrivate::Holds(topView, view);
-}
+bool WindowData::Holds(const BView* view) const { return ViewPrivate::Holds(topView, view); }
 
 BView* WindowData::MouseHolder() const
 {
@@ -53,8 +50,8 @@ void WindowData::ListenersChanged()
     std::erase_if(listeners, [](const EventListener& listener) {
         return listener.mask == 0 && listener.mouseMask == 0;
     });
-    wantsHistory = std::any_of(listeners.begin(), listeners.end(),
-        [](const EventListener& listener) {
+    wantsHistory =
+        std::any_of(listeners.begin(), listeners.end(), [](const EventListener& listener) {
             return ((listener.options | listener.mouseOptions) & B_FULL_POINTER_HISTORY) != 0;
         });
 }
@@ -112,9 +109,9 @@ void BWindow::_Deliver(BMessage* message)
 // come back: the looper deletes the copy then, as the present message.
 void BWindow::_DispatchCopy(BMessage* message, BHandler* target)
 {
-    BMessage* copy = MessageAccess::CopyFor(message, BPrivate::kNoToken,
-                                            MessageAccess::ReturnAddress(message),
-                                            MessageAccess::kDelivered);
+    BMessage* copy =
+        MessageAccess::CopyFor(message, BPrivate::kNoToken, MessageAccess::ReturnAddress(message),
+                               MessageAccess::kDelivered);
     bool detached = false;
     DispatchExternalMessage(copy, target, detached);
     if (!detached)
@@ -145,10 +142,7 @@ void BWindow::_DeliverInput(InputMessage* message)
     }
 }
 
-BView* BWindow::_ViewAt(BPoint where) const
-{
-    return ViewPrivate::Under(fData->topView, where);
-}
+BView* BWindow::_ViewAt(BPoint where) const { return ViewPrivate::Under(fData->topView, where); }
 
 void BWindow::_DeliverMove(InputMessage* message, const server::Event& event)
 {
@@ -194,8 +188,9 @@ void BWindow::_DeliverTransit(BMessage* message, const server::Event& event, BVi
     }
     fData->mouseView = under == target ? target : nullptr;
     for (const EventListener& listener : fData->listeners) {
-        const bool isNew = std::none_of(targets.begin(), targets.end(),
-            [&](const auto& known) { return known.first == listener.view; });
+        const bool isNew = std::none_of(targets.begin(), targets.end(), [&](const auto& known) {
+            return known.first == listener.view;
+        });
         if (((listener.mask | listener.mouseMask) & B_POINTER_EVENTS) != 0 && isNew)
             targets.emplace_back(listener.view, B_OUTSIDE_VIEW);
     }
@@ -284,8 +279,8 @@ bool BWindow::_TakePointerMessage(BPoint* where, uint32* buttons)
         BMessage* message = queue->FindMessage(i);
         if (message == nullptr)
             break;
-        if (message->what == B_MOUSE_DOWN || message->what == B_MOUSE_UP
-            || message->what == B_MOUSE_MOVED)
+        if (message->what == B_MOUSE_DOWN || message->what == B_MOUSE_UP ||
+            message->what == B_MOUSE_MOVED)
             taken.reset(dynamic_cast<InputMessage*>(message));
     }
     if (taken != nullptr)

@@ -27,7 +27,7 @@ class BLayout;
 class BMenuBar;
 class BView;
 
-namespace BPrivate __attribute__((visibility("hidden"))) {
+namespace [[gnu::visibility("hidden")]] BPrivate {
 
 const uint32 kUpdateMessage = '_UPD';
 
@@ -37,9 +37,10 @@ struct OpenMove {
     class InputMessage* message = nullptr;
 };
 
-// An event of keyboard or pointer on its way through the queue. Its targets are found when it is
-// its turn, so the fields hold places in the window until then.
-class [[gnu::visibility("hidden")]] InputMessage : public BMessage {
+// An event of keyboard or pointer on its way through the queue. Its targets are found when it
+// is its turn, so the fields hold places in the window until then.
+class [[gnu::visibility("hidden")]] InputMessage : public BMessage
+{
 public:
     using Dragged = std::shared_ptr<const BMessage>;
 
@@ -106,7 +107,8 @@ struct WindowStyle {
     window_feel feel;
 };
 
-struct [[gnu::visibility("hidden")]] Shortcut {
+struct [[gnu::visibility("hidden")]] Shortcut
+{
     enum class To { Window, Focus, Target, Close, Application };
     To to = To::Window;
     BMessenger target;
@@ -124,8 +126,9 @@ struct EventListener {
 };
 
 // Guarded by the window's lock, but for what says otherwise.
-struct [[gnu::visibility("hidden")]] WindowData : public server::EventSink {
-    explicit WindowData(BWindow* window);
+struct [[gnu::visibility("hidden")]] WindowData : public server::EventSink
+{
+    explicit WindowData(BWindow * window);
     virtual ~WindowData();
 
     void Deliver(const server::Event& event) override;
@@ -142,7 +145,7 @@ struct [[gnu::visibility("hidden")]] WindowData : public server::EventSink {
     // The view that gets the pointer until the last button is up; null if none.
     BView* MouseHolder() const;
     void EndMouseMasks();
-    EventListener& Listener(BView* view);
+    EventListener& Listener(BView * view);
     void ListenersChanged();
 
     BWindow* const window;
@@ -165,11 +168,11 @@ struct [[gnu::visibility("hidden")]] WindowData : public server::EventSink {
     float maxZoomWidth = 32768, maxZoomHeight = 32768;
     BRect frameBeforeZoom;
     BRect zoomedFrame;
-    std::atomic<int32> hideLevel{1};  // 0: visible
-    std::atomic<bool> minimized{false};         // as the program knows it
-    std::atomic<bool> screenMinimized{false};   // as the screen has it
+    std::atomic<int32> hideLevel{1};           // 0: visible
+    std::atomic<bool> minimized{false};        // as the program knows it
+    std::atomic<bool> screenMinimized{false};  // as the screen has it
     std::atomic<bool> active{false};
-    bool screenActive = false;       // under the lock of count_active()
+    bool screenActive = false;  // under the lock of count_active()
 
     // Update cycle.
     std::atomic<bool> updatePosted{false};  // or waiting for nextUpdate
@@ -187,11 +190,11 @@ struct [[gnu::visibility("hidden")]] WindowData : public server::EventSink {
     BMessage* delivering = nullptr;  // of which copies are being dispatched; goes with the window
     std::atomic<bool> wantsHistory{false};
     BView* focus = nullptr;
-    BView* mouseView = nullptr;      // got ENTERED last, and not EXITED
-    bool hasCursor = false;          // the display shows that of a view
-    BView* clickView = nullptr;      // of the last press
-    int32 clicksBefore = 0;          // of a run, at other views
-    BPoint pointer;                  // as of the last event handled
+    BView* mouseView = nullptr;  // got ENTERED last, and not EXITED
+    bool hasCursor = false;      // the display shows that of a view
+    BView* clickView = nullptr;  // of the last press
+    int32 clicksBefore = 0;      // of a run, at other views
+    BPoint pointer;              // as of the last event handled
     int32 buttons = 0;
     std::vector<EventListener> listeners;
 
@@ -199,8 +202,8 @@ struct [[gnu::visibility("hidden")]] WindowData : public server::EventSink {
     BButton* defaultButton = nullptr;  // only compared with the views that are there
     BMenuBar* keyMenuBar = nullptr;
     BLayout* layout = nullptr;
-    int32 alignment[9] = {};  // mode, then SetWindowAlignment()'s numbers in order
-    std::vector<BWindow*> subset;      // only compared
+    int32 alignment[9] = {};       // mode, then SetWindowAlignment()'s numbers in order
+    std::vector<BWindow*> subset;  // only compared
     BMessage decorator;
 
 private:
@@ -211,8 +214,8 @@ private:
 
 // The screen's word on whether a window is active, which counts for the application's.
 void count_active(WindowData* window, bool active);
-// Sends B_APP_ACTIVATED if the first window of the application became active, or the last one no
-// longer is.
+// Sends B_APP_ACTIVATED if the first window of the application became active, or the last one
+// no longer is.
 void tell_application();
 
 WindowStyle style_of_type(window_type type);

@@ -13,8 +13,10 @@
 #include <interface/window/WindowPrivate.h>
 
 static const property_info kProperties[] = {
-#define VALUE(name, type) \
-    {name, {B_GET_PROPERTY, B_SET_PROPERTY}, {B_DIRECT_SPECIFIER}, nullptr, 0, {type}, {}}
+#define VALUE(name, type)                                                                    \
+    {                                                                                        \
+        name, {B_GET_PROPERTY, B_SET_PROPERTY}, {B_DIRECT_SPECIFIER}, nullptr, 0, {type}, {} \
+    }
     VALUE("Feel", B_INT32_TYPE),
     VALUE("Flags", B_INT32_TYPE),
     VALUE("Frame", B_RECT_TYPE),
@@ -34,15 +36,15 @@ static bool is_view(const char* property)
     return property != nullptr && strcmp(property, "View") == 0;
 }
 
-BHandler* BWindow::ResolveSpecifier(BMessage* message, int32 index, BMessage* specifier,
-                                    int32 form, const char* property)
+BHandler* BWindow::ResolveSpecifier(BMessage* message, int32 index, BMessage* specifier, int32 form,
+                                    const char* property)
 {
     if (is_view(property) && (form == B_INDEX_SPECIFIER || form == B_NAME_SPECIFIER)) {
         const char* name = nullptr;
         int32 number = -1;
-        BView* view = specifier->FindString("name", &name) == B_OK ? FindView(name)
-            : specifier->FindInt32("index", &number) == B_OK       ? ChildAt(number)
-                                                                   : nullptr;
+        BView* view = specifier->FindString("name", &name) == B_OK     ? FindView(name)
+                      : specifier->FindInt32("index", &number) == B_OK ? ChildAt(number)
+                                                                       : nullptr;
         if (view != nullptr) {
             message->PopSpecifier();
             return view;
@@ -131,8 +133,8 @@ bool BWindow::_Script(BMessage* message)
     int32 index, form;
     BMessage specifier;
     const char* property = nullptr;
-    if (message->GetCurrentSpecifier(&index, &specifier, &form, &property) != B_OK
-        || !BPrivate::knows_property(kProperties, message, index, &specifier, form, property))
+    if (message->GetCurrentSpecifier(&index, &specifier, &form, &property) != B_OK ||
+        !BPrivate::knows_property(kProperties, message, index, &specifier, form, property))
         return false;
     BMessage reply(B_REPLY);
     status_t status = B_BAD_SCRIPT_SYNTAX;

@@ -14,8 +14,8 @@
 using BPrivate::Shortcut;
 using BPrivate::ShortcutKey;
 
-static const uint32 kShortcutModifiers = B_SHIFT_KEY | B_COMMAND_KEY | B_CONTROL_KEY
-    | B_OPTION_KEY | B_MENU_KEY;
+static const uint32 kShortcutModifiers =
+    B_SHIFT_KEY | B_COMMAND_KEY | B_CONTROL_KEY | B_OPTION_KEY | B_MENU_KEY;
 
 struct DefaultShortcut {
     char key;
@@ -61,7 +61,7 @@ void BWindow::AddShortcut(uint32 key, uint32 modifiers, BMessage* message, BHand
         return;
     Shortcut& shortcut = fData->shortcuts[shortcut_key(key, modifiers)];
     shortcut.to = target == nullptr ? Shortcut::To::Focus
-        : target == this            ? Shortcut::To::Window
+                  : target == this  ? Shortcut::To::Window
                                     : Shortcut::To::Target;
     shortcut.target = shortcut.to == Shortcut::To::Target ? BMessenger(target) : BMessenger();
     shortcut.message = std::move(owned);
@@ -161,10 +161,6 @@ void BWindow::_SendShortcut(const Shortcut& shortcut, const BMessage* key)
     }
 }
 
-void BWindow::MenusBeginning()
-{
-}
+void BWindow::MenusBeginning() {}
 
-void BWindow::MenusEnded()
-{
-}
+void BWindow::MenusEnded() {}

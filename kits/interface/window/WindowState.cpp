@@ -36,8 +36,8 @@ static const TypeRow kTypes[] = {
 
 static std::atomic<const BWindow*> sFront{nullptr};  // the window that was activated last
 static std::mutex sActiveLock;
-static int32 sActiveWindows;   // sActiveLock; as the screen says
-static bool sAppIsActive;      // sActiveLock; as the application was told
+static int32 sActiveWindows;  // sActiveLock; as the screen says
+static bool sAppIsActive;     // sActiveLock; as the application was told
 
 void BPrivate::count_active(WindowData* window, bool active)
 {
@@ -65,8 +65,9 @@ void BPrivate::tell_application()
 BPrivate::WindowStyle BPrivate::style_of_type(window_type type)
 {
     const int32 wanted = static_cast<int32>(type);
-    const auto* row = std::find_if(std::begin(kTypes), std::end(kTypes),
-        [=](const TypeRow& candidate) { return candidate.type == wanted; });
+    const auto* row =
+        std::find_if(std::begin(kTypes), std::end(kTypes),
+                     [=](const TypeRow& candidate) { return candidate.type == wanted; });
     if (row == std::end(kTypes))
         row = kTypes;
     return {row->look, row->feel};
@@ -101,15 +102,9 @@ void BWindow::Hide()
         fData->display->Hide();
 }
 
-bool BWindow::IsHidden() const
-{
-    return fData->hideLevel > 0;
-}
+bool BWindow::IsHidden() const { return fData->hideLevel > 0; }
 
-bool BWindow::IsMinimized() const
-{
-    return fData->minimized;
-}
+bool BWindow::IsMinimized() const { return fData->minimized; }
 
 void BWindow::Minimize(bool minimize)
 {
@@ -125,8 +120,8 @@ void BWindow::Minimize(bool minimize)
 void BWindow::_MinimizeAsked(bool minimize)
 {
     Minimize(minimize);
-    if (fData->display != nullptr && fData->minimized != fData->screenMinimized
-        && fData->screenMinimized == minimize)
+    if (fData->display != nullptr && fData->minimized != fData->screenMinimized &&
+        fData->screenMinimized == minimize)
         fData->display->Minimize(!minimize);
 }
 
@@ -140,19 +135,14 @@ void BWindow::Activate(bool active)
     fData->display->Activate(active);
 }
 
-bool BWindow::IsActive() const
-{
-    return fData->active;
-}
+bool BWindow::IsActive() const { return fData->active; }
 
 bool BWindow::IsFront() const
 {
     return !IsHidden() && !IsMinimized() && (IsActive() || sFront == this);
 }
 
-void BWindow::WindowActivated(bool)
-{
-}
+void BWindow::WindowActivated(bool) {}
 
 // Dispatch of B_WINDOW_ACTIVATED.
 void BWindow::_Activated(bool active)
@@ -224,10 +214,7 @@ status_t BWindow::SetLook(window_look look)
     return B_OK;
 }
 
-window_look BWindow::Look() const
-{
-    return fData->look;
-}
+window_look BWindow::Look() const { return fData->look; }
 
 status_t BWindow::SetFeel(window_feel feel)
 {
@@ -240,10 +227,7 @@ status_t BWindow::SetFeel(window_feel feel)
     return B_OK;
 }
 
-window_feel BWindow::Feel() const
-{
-    return fData->feel;
-}
+window_feel BWindow::Feel() const { return fData->feel; }
 
 status_t BWindow::SetFlags(uint32 flags)
 {
@@ -256,29 +240,23 @@ status_t BWindow::SetFlags(uint32 flags)
     return B_OK;
 }
 
-uint32 BWindow::Flags() const
-{
-    return fData->flags;
-}
+uint32 BWindow::Flags() const { return fData->flags; }
 
 bool BWindow::IsModal() const
 {
     const window_feel feel = fData->feel;
-    return feel == B_MODAL_SUBSET_WINDOW_FEEL || feel == B_MODAL_APP_WINDOW_FEEL
-        || feel == B_MODAL_ALL_WINDOW_FEEL;
+    return feel == B_MODAL_SUBSET_WINDOW_FEEL || feel == B_MODAL_APP_WINDOW_FEEL ||
+           feel == B_MODAL_ALL_WINDOW_FEEL;
 }
 
 bool BWindow::IsFloating() const
 {
     const window_feel feel = fData->feel;
-    return feel == B_FLOATING_SUBSET_WINDOW_FEEL || feel == B_FLOATING_APP_WINDOW_FEEL
-        || feel == B_FLOATING_ALL_WINDOW_FEEL;
+    return feel == B_FLOATING_SUBSET_WINDOW_FEEL || feel == B_FLOATING_APP_WINDOW_FEEL ||
+           feel == B_FLOATING_ALL_WINDOW_FEEL;
 }
 
-uint32 BWindow::Workspaces() const
-{
-    return fData->workspaces;
-}
+uint32 BWindow::Workspaces() const { return fData->workspaces; }
 
 void BWindow::SetWorkspaces(uint32 workspaces)
 {
@@ -290,26 +268,19 @@ void BWindow::SetWorkspaces(uint32 workspaces)
         fData->display->SetWorkspaces(workspaces);
 }
 
-void BWindow::WorkspacesChanged(uint32, uint32)
-{
-}
+void BWindow::WorkspacesChanged(uint32, uint32) {}
 
-void BWindow::WorkspaceActivated(int32, bool)
-{
-}
+void BWindow::WorkspaceActivated(int32, bool) {}
 
-void BWindow::ScreenChanged(BRect, color_space)
-{
-}
+void BWindow::ScreenChanged(BRect, color_space) {}
 
 status_t BWindow::AddToSubset(BWindow* window)
 {
     if (window == nullptr)
         return B_BAD_VALUE;
     BAutolock lock(this);
-    if (!lock.IsLocked()
-        || (fData->feel != B_MODAL_SUBSET_WINDOW_FEEL
-            && fData->feel != B_FLOATING_SUBSET_WINDOW_FEEL))
+    if (!lock.IsLocked() ||
+        (fData->feel != B_MODAL_SUBSET_WINDOW_FEEL && fData->feel != B_FLOATING_SUBSET_WINDOW_FEEL))
         return B_BAD_VALUE;
     auto& subset = fData->subset;
     if (std::find(subset.begin(), subset.end(), window) == subset.end())
@@ -334,10 +305,10 @@ status_t BWindow::SetWindowAlignment(window_alignment mode, int32 h, int32 hOffs
                                      int32 widthOffset, int32 v, int32 vOffset, int32 height,
                                      int32 heightOffset)
 {
-    const int32 numbers[] = {mode, h, hOffset, width, widthOffset, v, vOffset, height,
-                             heightOffset};
-    if ((mode != B_BYTE_ALIGNMENT && mode != B_PIXEL_ALIGNMENT)
-        || std::any_of(std::begin(numbers), std::end(numbers), [](int32 n) { return n < 0; }))
+    const int32 numbers[] = {mode, h,       hOffset, width,       widthOffset,
+                             v,    vOffset, height,  heightOffset};
+    if ((mode != B_BYTE_ALIGNMENT && mode != B_PIXEL_ALIGNMENT) ||
+        std::any_of(std::begin(numbers), std::end(numbers), [](int32 n) { return n < 0; }))
         return B_BAD_VALUE;
     BAutolock lock(this);
     if (!lock.IsLocked())
@@ -346,15 +317,15 @@ status_t BWindow::SetWindowAlignment(window_alignment mode, int32 h, int32 hOffs
     return B_OK;
 }
 
-status_t BWindow::GetWindowAlignment(window_alignment* mode, int32* h, int32* hOffset,
-                                     int32* width, int32* widthOffset, int32* v, int32* vOffset,
-                                     int32* height, int32* heightOffset) const
+status_t BWindow::GetWindowAlignment(window_alignment* mode, int32* h, int32* hOffset, int32* width,
+                                     int32* widthOffset, int32* v, int32* vOffset, int32* height,
+                                     int32* heightOffset) const
 {
     BAutolock lock(const_cast<BWindow*>(this));
     if (!lock.IsLocked())
         return B_ERROR;
-    int32* const places[] = {nullptr, h, hOffset, width, widthOffset, v, vOffset, height,
-                             heightOffset};
+    int32* const places[] = {nullptr, h,       hOffset, width,       widthOffset,
+                             v,       vOffset, height,  heightOffset};
     for (size_t i = 1; i < std::size(places); i++) {
         if (places[i] != nullptr)
             *places[i] = fData->alignment[i];

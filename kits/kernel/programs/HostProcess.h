@@ -8,18 +8,18 @@ namespace BPrivate {
 // What the host's process file system tells of a thread.
 struct HostProcess {
     char name[64];
-    char state;            // the host's letter
+    char state;  // the host's letter
     team_id team;
     team_id parent;
     pid_t group;
     pid_t session;
     int32 thread_count;
     int nice;
-    bigtime_t user_time;    // microseconds
+    bigtime_t user_time;  // microseconds
     bigtime_t kernel_time;
     bigtime_t children_user_time;
     bigtime_t children_kernel_time;
-    bigtime_t start_time;   // of system_time()'s base, where the machine never slept
+    bigtime_t start_time;  // of system_time()'s base, where the machine never slept
     uid_t uid, effective_uid;
     gid_t gid, effective_gid;
 

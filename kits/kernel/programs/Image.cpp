@@ -29,7 +29,7 @@ namespace {
 struct Loaded {
     ElfW(Addr) base;
     const char* name;  // "" for the program
-    const ElfW(Phdr)* headers;
+    const ElfW(Phdr) * headers;
     int header_count;
 };
 
@@ -70,8 +70,7 @@ static Images& images()
 static void for_each_loaded(const std::function<bool(const Loaded&)>& act)
 {
     const auto step = [](dl_phdr_info* info, size_t, void* data) {
-        const Loaded loaded = { info->dlpi_addr, info->dlpi_name, info->dlpi_phdr,
-                                info->dlpi_phnum };
+        const Loaded loaded = {info->dlpi_addr, info->dlpi_name, info->dlpi_phdr, info->dlpi_phnum};
         return (*static_cast<const std::function<bool(const Loaded&)>*>(data))(loaded) ? 0 : 1;
     };
     dl_iterate_phdr(step, const_cast<std::function<bool(const Loaded&)>*>(&act));
@@ -86,7 +85,7 @@ static void refresh(Images& list)
             return image.base == loaded.base && image.name == loaded.name;
         });
         const image_id id = known != list.all.end() ? known->id : ++list.last_id;
-        present.push_back({ id, loaded.base, loaded.name });
+        present.push_back({id, loaded.base, loaded.name});
         return true;
     });
     list.all = std::move(present);
@@ -165,9 +164,10 @@ static status_t fill_info(Images& list, int32 index, image_info* info)
     info->sequence = index + 1;
     info->init_order = index;
     fill_file(image.name, info);
-    info->type = index == 0 ? B_APP_IMAGE
-        : list.add_ons.contains(image.id) ? B_ADD_ON_IMAGE
-        : info->node == static_cast<ino_t>(-1) ? B_SYSTEM_IMAGE : B_LIBRARY_IMAGE;
+    info->type = index == 0                             ? B_APP_IMAGE
+                 : list.add_ons.contains(image.id)      ? B_ADD_ON_IMAGE
+                 : info->node == static_cast<ino_t>(-1) ? B_SYSTEM_IMAGE
+                                                        : B_LIBRARY_IMAGE;
     for_each_loaded([&](const Loaded& loaded) {
         const bool found = loaded.base == image.base && image.name == loaded.name;
         if (found)
@@ -223,8 +223,8 @@ static status_t check_add_on(const char* path)
     if (file == nullptr)
         return storage::host_failure();
     char magic[SELFMAG];
-    const bool is_elf = fread(magic, 1, SELFMAG, file) == SELFMAG
-        && memcmp(magic, ELFMAG, SELFMAG) == 0;
+    const bool is_elf =
+        fread(magic, 1, SELFMAG, file) == SELFMAG && memcmp(magic, ELFMAG, SELFMAG) == 0;
     fclose(file);
     return is_elf ? B_OK : storage::fail(ENOEXEC);
 }
@@ -254,7 +254,8 @@ image_id load_add_on(const char* path)
     if (handle == nullptr) {
         const char* reason = dlerror();
         return reason != nullptr && strstr(reason, "undefined symbol") != nullptr
-            ? B_MISSING_SYMBOL : B_MISSING_LIBRARY;
+                   ? B_MISSING_SYMBOL
+                   : B_MISSING_LIBRARY;
     }
     image_id id;
     bool is_new = false;
@@ -263,7 +264,7 @@ image_id load_add_on(const char* path)
         std::lock_guard hold(list.lock);
         id = id_of_handle(list, handle);
         if (id > 0)
-            is_new = list.add_ons.try_emplace(id, AddOn{ handle, 0 }).first->second.count++ == 0;
+            is_new = list.add_ons.try_emplace(id, AddOn{handle, 0}).first->second.count++ == 0;
     }
     if (id <= 0)
         dlclose(handle);
@@ -301,7 +302,7 @@ namespace {
 
 // What an image's dynamic section says of its symbols.
 struct SymbolTable {
-    const ElfW(Sym)* symbols = nullptr;
+    const ElfW(Sym) * symbols = nullptr;
     const char* names = nullptr;
     uint32 count = 0;
 };
@@ -335,8 +336,8 @@ static SymbolTable symbols_of(const Loaded& loaded)
     const uint32* hash = nullptr;
     for (; entry != nullptr && entry->d_tag != DT_NULL; ++entry) {
         // The loader has made addresses of most, but not of every image's.
-        const ElfW(Addr) address = entry->d_un.d_ptr < loaded.base
-            ? entry->d_un.d_ptr + loaded.base : entry->d_un.d_ptr;
+        const ElfW(Addr) address =
+            entry->d_un.d_ptr < loaded.base ? entry->d_un.d_ptr + loaded.base : entry->d_un.d_ptr;
         if (entry->d_tag == DT_SYMTAB)
             table.symbols = reinterpret_cast<const ElfW(Sym)*>(address);
         else if (entry->d_tag == DT_STRTAB)
@@ -361,8 +362,8 @@ static bool is_exported(const Loaded& loaded, const SymbolTable& table, uint32 i
     const unsigned binding = ELF64_ST_BIND(entry.st_info);
     const unsigned type = ELF64_ST_TYPE(entry.st_info);
     const bool is_text = type == STT_FUNC || type == STT_GNU_IFUNC;
-    if (entry.st_shndx == SHN_UNDEF || (binding != STB_GLOBAL && binding != STB_WEAK)
-        || (!is_text && type != STT_OBJECT))
+    if (entry.st_shndx == SHN_UNDEF || (binding != STB_GLOBAL && binding != STB_WEAK) ||
+        (!is_text && type != STT_OBJECT))
         return false;
     symbol->name = table.names + entry.st_name;
     symbol->type = is_text ? B_SYMBOL_TYPE_TEXT : B_SYMBOL_TYPE_DATA;
@@ -382,9 +383,9 @@ status_t get_image_symbol(image_id image, const char* name, int32 symbolType,
         const SymbolTable table = symbols_of(loaded);
         Symbol symbol;
         for (uint32 i = 0; i < table.count; ++i) {
-            if (strcmp(table.names + table.symbols[i].st_name, name) != 0
-                || !is_exported(loaded, table, i, &symbol)
-                || (symbolType != B_SYMBOL_TYPE_ANY && symbolType != symbol.type))
+            if (strcmp(table.names + table.symbols[i].st_name, name) != 0 ||
+                !is_exported(loaded, table, i, &symbol) ||
+                (symbolType != B_SYMBOL_TYPE_ANY && symbolType != symbol.type))
                 continue;
             if (_symbolLocation != nullptr)
                 *_symbolLocation = symbol.address;

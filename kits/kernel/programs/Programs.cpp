@@ -66,10 +66,7 @@ static std::shared_ptr<Program> find_program(thread_id id)
     return found != list.all.end() ? found->second : nullptr;
 }
 
-bool is_loaded_program(thread_id id)
-{
-    return find_program(id) != nullptr;
-}
+bool is_loaded_program(thread_id id) { return find_program(id) != nullptr; }
 
 void program_resumed(thread_id id)
 {
@@ -123,8 +120,8 @@ status_t wait_for_program(thread_id id, bigtime_t deadline, uint32 flags, status
     }
     if (!program->ended) {
         WaitList::Waiter waiter;
-        const status_t status = program->waiting_for_end.Wait(hold, waiter, deadline, flags,
-                                                              B_THREAD_WAITING);
+        const status_t status =
+            program->waiting_for_end.Wait(hold, waiter, deadline, flags, B_THREAD_WAITING);
         if (status != B_OK)
             return status;
     } else {
@@ -171,16 +168,16 @@ struct Start {
 static bool gains_rights(const char* path)
 {
     struct stat file;
-    return (stat(path, &file) == 0 && (file.st_mode & (S_ISUID | S_ISGID)) != 0)
-        || getxattr(path, "security.capability", nullptr, 0) >= 0;
+    return (stat(path, &file) == 0 && (file.st_mode & (S_ISUID | S_ISGID)) != 0) ||
+           getxattr(path, "security.capability", nullptr, 0) >= 0;
 }
 
 // Until a stop is over, or the process.
 static void wait_until_stopped(pid_t process)
 {
     siginfo_t info;
-    while (waitid(P_PID, process, &info, WSTOPPED | WEXITED | WCONTINUED | WNOWAIT) != 0
-           && errno == EINTR) {
+    while (waitid(P_PID, process, &info, WSTOPPED | WEXITED | WCONTINUED | WNOWAIT) != 0 &&
+           errno == EINTR) {
     }
 }
 

@@ -96,8 +96,8 @@ static area_id add_area(int descriptor, const char* name, void** address, uint32
 area_id create_area(const char* name, void** startAddress, uint32 addressSpec, size_t size,
                     uint32 lock, uint32 protection)
 {
-    if (startAddress == nullptr || !is_page_multiple(size) || addressSpec == B_CLONE_ADDRESS
-        || addressSpec > B_RANDOMIZED_BASE_ADDRESS)
+    if (startAddress == nullptr || !is_page_multiple(size) || addressSpec == B_CLONE_ADDRESS ||
+        addressSpec > B_RANDOMIZED_BASE_ADDRESS)
         return B_BAD_VALUE;
     const int descriptor = memfd_create("area", MFD_CLOEXEC);
     if (descriptor < 0)
@@ -174,8 +174,8 @@ static bool has_clones(const Area& area)
     if (fstat(area.descriptor, &mine) != 0)
         return true;
     for (const auto& [id, each] : table().areas) {
-        if (id != area.info.area && fstat(each.descriptor, &other) == 0
-            && other.st_ino == mine.st_ino)
+        if (id != area.info.area && fstat(each.descriptor, &other) == 0 &&
+            other.st_ino == mine.st_ino)
             return true;
     }
     return false;
@@ -193,8 +193,8 @@ status_t resize_area(area_id id, size_t newSize)
     struct stat file;
     if (fstat(found->second.descriptor, &file) != 0)
         return B_ERROR;
-    if (static_cast<off_t>(newSize) > file.st_size
-        && ftruncate(found->second.descriptor, newSize) != 0)
+    if (static_cast<off_t>(newSize) > file.st_size &&
+        ftruncate(found->second.descriptor, newSize) != 0)
         return B_NO_MEMORY;
     if (mremap(info.address, info.size, newSize, 0) == MAP_FAILED)
         return B_NO_MEMORY;
@@ -203,8 +203,7 @@ status_t resize_area(area_id id, size_t newSize)
     info.ram_size = static_cast<uint32>(newSize);
     // A file that shrank would pull the pages from under a clone. Without one, what is cut off must
     // not come back when the area grows.
-    if (shrinks && !has_clones(found->second)
-        && ftruncate(found->second.descriptor, newSize) != 0)
+    if (shrinks && !has_clones(found->second) && ftruncate(found->second.descriptor, newSize) != 0)
         return B_ERROR;
     return B_OK;
 }

@@ -99,8 +99,8 @@ private:
     }
 
     std::mutex fLock;
-    std::deque<int32> fFree;   // with fLock
-    int32 fUsed = 0;           // with fLock
+    std::deque<int32> fFree;  // with fLock
+    int32 fUsed = 0;          // with fLock
     std::atomic<int32> fSequence{0};
     std::atomic<int32> fCount{0};
     std::atomic<Slot*> fChunks[kMaxSlots / kChunk] = {};

@@ -84,10 +84,7 @@ static status_t lock_when(port_id id, std::unique_lock<std::mutex>& hold, Port*&
     }
 }
 
-static bool has_message(Port* port)
-{
-    return !port->queue.empty();
-}
+static bool has_message(Port* port) { return !port->queue.empty(); }
 
 static bool has_room(Port* port)
 {
@@ -110,10 +107,7 @@ uint16 BPrivate::port_events(port_id id)
     return events;
 }
 
-int32 BPrivate::count_ports()
-{
-    return ports().Count();
-}
+int32 BPrivate::count_ports() { return ports().Count(); }
 
 port_id create_port(int32 capacity, const char* name)
 {
@@ -178,13 +172,13 @@ status_t write_port(port_id port, int32 code, const void* buffer, size_t bufferS
     return write_port_etc(port, code, buffer, bufferSize, 0, 0);
 }
 
-status_t write_port_etc(port_id id, int32 code, const void* buffer, size_t bufferSize,
-                        uint32 flags, bigtime_t timeout)
+status_t write_port_etc(port_id id, int32 code, const void* buffer, size_t bufferSize, uint32 flags,
+                        bigtime_t timeout)
 {
     if (bufferSize > kMaxMessageSize || (buffer == nullptr && bufferSize > 0))
         return B_BAD_VALUE;
     const char* bytes = static_cast<const char*>(buffer);
-    PortMessage message{ code, std::vector<char>(bytes, bytes + bufferSize) };
+    PortMessage message{code, std::vector<char>(bytes, bytes + bufferSize)};
     std::unique_lock<std::mutex> hold;
     Port* port;
     const status_t status = lock_when(id, hold, port, &Port::writers, has_room, flags, timeout);
@@ -226,10 +220,7 @@ status_t delete_port(port_id id)
     return B_OK;
 }
 
-ssize_t port_buffer_size(port_id port)
-{
-    return port_buffer_size_etc(port, 0, 0);
-}
+ssize_t port_buffer_size(port_id port) { return port_buffer_size_etc(port, 0, 0); }
 
 ssize_t port_buffer_size_etc(port_id id, uint32 flags, bigtime_t timeout)
 {

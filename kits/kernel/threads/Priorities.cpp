@@ -83,7 +83,7 @@ static void remember(thread_id id, bigtime_t start_time, int32 priority)
     std::lock_guard hold(list.lock);
     if (list.of_others.size() >= kMaxRemembered && !list.of_others.contains(id))
         list.of_others.erase(list.of_others.begin());
-    list.of_others[id] = { start_time, priority };
+    list.of_others[id] = {start_time, priority};
 }
 
 status_t set_host_priority(thread_id id, int32 priority)

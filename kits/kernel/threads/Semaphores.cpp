@@ -57,10 +57,7 @@ bool BPrivate::semaphore_is_ready(sem_id id, bool* valid)
     return sem != nullptr && sem->available > 0 && sem->waiting.IsEmpty();
 }
 
-int32 BPrivate::count_semaphores()
-{
-    return semaphores().Count();
-}
+int32 BPrivate::count_semaphores() { return semaphores().Count(); }
 
 sem_id create_sem(int32 count, const char* name)
 {
@@ -90,10 +87,7 @@ status_t delete_sem(sem_id id)
     return B_OK;
 }
 
-status_t acquire_sem(sem_id id)
-{
-    return acquire_sem_etc(id, 1, 0, 0);
-}
+status_t acquire_sem(sem_id id) { return acquire_sem_etc(id, 1, 0, 0); }
 
 static bool is_acquisition(int32 count, uint32 flags)
 {
@@ -133,7 +127,7 @@ status_t acquire_sem_etc(sem_id id, int32 count, uint32 flags, bigtime_t timeout
             sem->wanted -= count;
             grant(sem);  // those behind it may want less
         }
-    } wish{ id, count, true };
+    } wish{id, count, true};
     sem->wanted += count;
     WaitList::Waiter waiter;
     waiter.count = count;
@@ -146,10 +140,7 @@ status_t acquire_sem_etc(sem_id id, int32 count, uint32 flags, bigtime_t timeout
     return status;
 }
 
-status_t release_sem(sem_id id)
-{
-    return release_sem_etc(id, 1, 0);
-}
+status_t release_sem(sem_id id) { return release_sem_etc(id, 1, 0); }
 
 status_t release_sem_etc(sem_id id, int32 count, uint32 flags)
 {

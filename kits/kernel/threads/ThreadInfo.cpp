@@ -76,8 +76,9 @@ static status_t fill_from_host(thread_id id, thread_info* info)
     info->thread = id;
     info->team = host.team;
     copy_name(info->name, host.name, "");
-    info->state = host.state == 'R' ? B_THREAD_RUNNING
-        : host.state == 'T' || host.state == 't' ? B_THREAD_SUSPENDED : B_THREAD_WAITING;
+    info->state = host.state == 'R'                        ? B_THREAD_RUNNING
+                  : host.state == 'T' || host.state == 't' ? B_THREAD_SUSPENDED
+                                                           : B_THREAD_WAITING;
     info->priority = host_priority(id, host.start_time, host.nice);
     info->sem = -1;
     info->user_time = host.user_time;

@@ -79,7 +79,7 @@ static void leave(Thread* self)
         self->dead = true;
         waited_for = !self->waiting_for_end.IsEmpty();
         if (!waited_for && self->entry != nullptr) {
-            all.ended[self->id] = { self->exit_status, self->killed };
+            all.ended[self->id] = {self->exit_status, self->killed};
             all.ended_order.push_back(self->id);
             if (all.ended_order.size() > kMaxRemembered) {
                 all.ended.erase(all.ended_order.front());
@@ -152,10 +152,7 @@ void end_if_killed()
     pthread_exit(nullptr);
 }
 
-static int suspend_signal()
-{
-    return SIGRTMIN + 4;
-}
+static int suspend_signal() { return SIGRTMIN + 4; }
 
 // Keeps a suspended thread. Every wait of the kit goes on by itself when the handler returns.
 static void on_suspend_signal(int)
@@ -196,7 +193,7 @@ struct Life {
 
 static void* run_thread(void* argument)
 {
-    Life life{ *static_cast<std::shared_ptr<Thread>*>(argument) };
+    Life life{*static_cast<std::shared_ptr<Thread>*>(argument)};
     Thread* self = life.self.get();
     pthread_setname_np(pthread_self(), host_name(*self).c_str());
     enter(life.self);
@@ -400,8 +397,8 @@ status_t wait_for_thread_etc(thread_id id, uint32 flags, bigtime_t timeout, stat
         return wait_ended(id, _returnCode);
     }
     WaitList::Waiter waiter;
-    const status_t status = thread->waiting_for_end.Wait(hold, waiter, deadline, flags,
-                                                         B_THREAD_WAITING);
+    const status_t status =
+        thread->waiting_for_end.Wait(hold, waiter, deadline, flags, B_THREAD_WAITING);
     if (status != B_OK)
         return status == B_TIMED_OUT && timeout <= 0 ? B_WOULD_BLOCK : status;
     if (_returnCode != nullptr)
@@ -467,8 +464,8 @@ int32 receive_data(thread_id* sender, void* buffer, size_t bufferSize)
     std::unique_lock hold(self->lock);
     while (!self->has_mail) {
         WaitList::Waiter waiter;
-        const status_t status = self->readers.Wait(hold, waiter, B_INFINITE_TIMEOUT, 0,
-                                                   B_THREAD_RECEIVING);
+        const status_t status =
+            self->readers.Wait(hold, waiter, B_INFINITE_TIMEOUT, 0, B_THREAD_RECEIVING);
         if (status != B_OK)
             return status;
         hold.lock();

@@ -60,7 +60,7 @@ struct Thread {
     std::atomic<uint32> wake{0};       // 1: a wait of this thread is over
     std::atomic<bool> killed{false};
     std::atomic<int32> state{B_THREAD_RUNNING};
-    std::atomic<int32> sem{-1};        // that it waits for
+    std::atomic<int32> sem{-1};  // that it waits for
     std::atomic<int32> priority{B_NORMAL_PRIORITY};
 
     // The thread's own.

@@ -123,21 +123,20 @@ ssize_t wait_for_objects(object_wait_info* infos, int numInfos)
     return wait_for_objects_etc(infos, numInfos, 0, 0);
 }
 
-ssize_t wait_for_objects_etc(object_wait_info* infos, int numInfos, uint32 flags,
-                             bigtime_t timeout)
+ssize_t wait_for_objects_etc(object_wait_info* infos, int numInfos, uint32 flags, bigtime_t timeout)
 {
     bigtime_t deadline;
-    if (numInfos < 0 || (infos == nullptr && numInfos > 0)
-        || deadline_from(flags, timeout, &deadline) != B_OK)
+    if (numInfos < 0 || (infos == nullptr && numInfos > 0) ||
+        deadline_from(flags, timeout, &deadline) != B_OK)
         return B_BAD_VALUE;
     ObjectWatcher watcher;
     if (watcher.Descriptor() < 0)
         return B_NO_MORE_FDS;
-    std::vector<pollfd> files{ { watcher.Descriptor(), POLLIN, 0 } };
+    std::vector<pollfd> files{{watcher.Descriptor(), POLLIN, 0}};
     std::vector<object_wait_info> wanted(infos, infos + numInfos);
     for (const object_wait_info& info : wanted) {
         if (info.type == B_OBJECT_TYPE_FD)
-            files.push_back({ info.object, poll_events(info.events), 0 });
+            files.push_back({info.object, poll_events(info.events), 0});
     }
     for (;;) {
         watcher.Clear();

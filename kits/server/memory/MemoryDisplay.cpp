@@ -58,7 +58,7 @@ private:
     void Iconify(bool minimize) override;
     void WorkspacesSet() override { _Unseen(); }
     void _Activate();
-    void _Seen();   // it came into sight
+    void _Seen();    // it came into sight
     void _Unseen();  // it may have gone out of sight
 };
 

@@ -38,7 +38,7 @@ struct Paint {
     join_mode join = B_MITER_JOIN;
     float miterLimit = B_DEFAULT_MITER_LIMIT;
     int32 fillRule = B_NONZERO;
-    const BGradient* gradient = nullptr;  // instead of the pattern; in surface coordinates
+    const BGradient* gradient = nullptr;          // instead of the pattern; in surface coordinates
     const BAffineTransform* transform = nullptr;  // null stands for the identity
     BPoint patternPhase;  // where the 8 x 8 pattern starts, surface coordinates
 };

@@ -34,10 +34,12 @@ class Sampler {
 public:
     Sampler(const Surface& source, const PixelRect& from, const PixelRect& to, const Paint& paint,
             uint32 options)
-        : fSource(source), fFrom(from), fTo(to),
-          fUsed(intersect(box_of(from.left, from.top, from.left + from.width - 1,
-                                 from.top + from.height - 1),
-                          {0, 0, source.width - 1, source.height - 1})),
+        : fSource(source),
+          fFrom(from),
+          fTo(to),
+          fUsed(intersect(
+              box_of(from.left, from.top, from.left + from.width - 1, from.top + from.height - 1),
+              {0, 0, source.width - 1, source.height - 1})),
           fPaint(paint),
           fScaleX(double(from.width) / double(to.width)),
           fScaleY(double(from.height) / double(to.height)),
@@ -150,8 +152,8 @@ clipping_rect copy_rows(const Target& target, const Surface& source, const Pixel
     const int64 left = std::max(-from.left, int64(0)), top = std::max(-from.top, int64(0));
     const int64 right = std::min(from.width, source.width - from.left);
     const int64 bottom = std::min(from.height, source.height - from.top);
-    const clipping_rect reach = box_of(to.left + left, to.top + top, to.left + right - 1,
-                                       to.top + bottom - 1);
+    const clipping_rect reach =
+        box_of(to.left + left, to.top + top, to.left + right - 1, to.top + bottom - 1);
     if (left >= right || top >= bottom)
         return kNoPixels;
     const int32 size = BytesPerRow(surface.space, 1);
@@ -280,13 +282,12 @@ clipping_rect CopyRect(const Target& target, BRect from, BPoint to)
     if (is_empty(touched))
         return kNoPixels;
     if (target.count == 1)
-        return for_each_box(target, touched, [&](const clipping_rect& box) {
-            move_box(surface, box, dx, dy);
-        });
+        return for_each_box(target, touched,
+                            [&](const clipping_rect& box) { move_box(surface, box, dx, dy); });
 
     // Parts may take from each other: all of it is read first.
-    const clipping_rect read = box_of(touched.left - dx, touched.top - dy, touched.right - dx,
-                                      touched.bottom - dy);
+    const clipping_rect read =
+        box_of(touched.left - dx, touched.top - dy, touched.right - dx, touched.bottom - dy);
     const size_t size = size_t(surface.bytesPerRow) * (read.bottom - read.top + 1);
     const std::unique_ptr<uint8[]> bits(new (std::nothrow) uint8[size]);
     if (bits == nullptr)
@@ -296,8 +297,7 @@ clipping_rect CopyRect(const Target& target, BRect from, BPoint to)
     copy.bits = bits.get();
     copy.height = read.bottom - read.top + 1;
     Paint paint;
-    return DrawBitmap(target, paint, copy,
-                      BRect(read.left, 0, read.right, read.bottom - read.top),
+    return DrawBitmap(target, paint, copy, BRect(read.left, 0, read.right, read.bottom - read.top),
                       BRect(touched.left, touched.top, touched.right, touched.bottom), 0);
 }
 

@@ -24,10 +24,7 @@ uint32 select(uint32 mask, uint32 ifSet, uint32 ifClear)
 }
 
 // All bits of each byte whose top bit is set in `tops`.
-uint32 spread(uint32 tops)
-{
-    return (tops << 1) - (tops >> 7);
-}
+uint32 spread(uint32 tops) { return (tops << 1) - (tops >> 7); }
 
 uint32 add_bytes(uint32 a, uint32 b)
 {
@@ -43,20 +40,11 @@ uint32 subtract_bytes(uint32 a, uint32 b)
     return difference & ~spread(borrows);
 }
 
-uint32 min_bytes(uint32 a, uint32 b)
-{
-    return a - subtract_bytes(a, b);
-}
+uint32 min_bytes(uint32 a, uint32 b) { return a - subtract_bytes(a, b); }
 
-uint32 max_bytes(uint32 a, uint32 b)
-{
-    return b + subtract_bytes(a, b);
-}
+uint32 max_bytes(uint32 a, uint32 b) { return b + subtract_bytes(a, b); }
 
-uint32 average_bytes(uint32 a, uint32 b)
-{
-    return (a & b) + (((a ^ b) >> 1) & ~kTops);
-}
+uint32 average_bytes(uint32 a, uint32 b) { return (a & b) + (((a ^ b) >> 1) & ~kTops); }
 
 // The colour part of one, with the greater alpha of both pixels.
 uint32 with_max_alpha(uint32 colors, uint32 a, uint32 b)
@@ -65,10 +53,7 @@ uint32 with_max_alpha(uint32 colors, uint32 a, uint32 b)
 }
 
 // One pixel of a bitmap that OVER and the modes like it leave out, as a mask of all bits.
-uint32 opaque_mask(uint32 source)
-{
-    return (source & kAlpha) != 0 ? ~0u : 0;
-}
+uint32 opaque_mask(uint32 source) { return (source & kAlpha) != 0 ? ~0u : 0; }
 
 // In every mode below, `below` is the target's pixel and `source` the paint's. kMasked modes
 // paint only where the pattern takes the high colour and where a bitmap is not transparent;
@@ -248,8 +233,9 @@ void solid_span(const Brush& brush, uint32* pixels, int32, int32, int32 count)
 template <class Mode>
 void pattern_span(const Brush& brush, uint32* pixels, int32 x, int32 y, int32 count)
 {
-    const auto phase = [](float start) { return start == start ? int64(std::clamp(
-                                                     double(start), -1e9, 1e9)) : 0; };
+    const auto phase = [](float start) {
+        return start == start ? int64(std::clamp(double(start), -1e9, 1e9)) : 0;
+    };
     const uint8 bits = brush.paint.pattern.data[(y - phase(brush.paint.patternPhase.y)) & 7];
     const int64 firstX = x - phase(brush.paint.patternPhase.x);
     uint32 sources[8], masks[8];
@@ -275,8 +261,7 @@ void bitmap_row(const Brush& brush, uint32* pixels, const uint32* source, int32 
 {
     for (int32 i = 0; i < count; i++) {
         const uint32 painted = Mode::Apply(brush, pixels[i], source[i]);
-        pixels[i] = Mode::kLeavesOut ? select(opaque_mask(source[i]), painted, pixels[i])
-                                     : painted;
+        pixels[i] = Mode::kLeavesOut ? select(opaque_mask(source[i]), painted, pixels[i]) : painted;
     }
 }
 
@@ -344,10 +329,7 @@ Pattern kind_of(const pattern& bits)
 
 }  // namespace
 
-void Brush::_FreeGradient()
-{
-    delete gradient;
-}
+void Brush::_FreeGradient() { delete gradient; }
 
 void Brush::_Prepare()
 {
@@ -376,12 +358,10 @@ void Brush::_Prepare()
     span = kind == Pattern::Mixed ? mode.pattern : mode.solid;
     color = kind == Pattern::Low ? low : high;
     const uint32 transparent = pixel_of(B_TRANSPARENT_COLOR);
-    empty = (mode.masked && kind == Pattern::Low) ||
-            (index == B_OP_OVER && high == transparent) ||
+    empty = (mode.masked && kind == Pattern::Low) || (index == B_OP_OVER && high == transparent) ||
             (index == B_OP_ALPHA && !composite && kind != Pattern::Mixed && color >> 24 == 0);
-    plain = kind != Pattern::Mixed &&
-            (index == B_OP_COPY || index == B_OP_OVER ||
-             (index == B_OP_ALPHA && !composite && color >> 24 == 255));
+    plain = kind != Pattern::Mixed && (index == B_OP_COPY || index == B_OP_OVER ||
+                                       (index == B_OP_ALPHA && !composite && color >> 24 == 255));
     if (index == B_OP_ERASE && kind == Pattern::High) {
         color = low;
         plain = true;

@@ -24,8 +24,7 @@ struct Brush {
     // Paints `count` pixels of a bitmap over those of the target.
     using Row = void (*)(const Brush& brush, uint32* pixels, const uint32* source, int32 count);
 
-    explicit Brush(const Paint& paint)
-        : color(pixel_of(paint.high)), paint(paint)
+    explicit Brush(const Paint& paint) : color(pixel_of(paint.high)), paint(paint)
     {
         uint64 bits;
         memcpy(&bits, paint.pattern.data, sizeof(bits));

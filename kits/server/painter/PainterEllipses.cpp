@@ -14,7 +14,9 @@ namespace {
 class RoundBox {
 public:
     RoundBox(int64 left, int64 top, int64 right, int64 bottom)
-        : RoundBox(left, top, right, bottom, right - left, bottom - top) {}
+        : RoundBox(left, top, right, bottom, right - left, bottom - top)
+    {
+    }
 
     // Corners are cut from ellipses `spanX` and `spanY` (twice the radius) from pixel to pixel.
     RoundBox(int64 left, int64 top, int64 right, int64 bottom, int64 spanX, int64 spanY)
@@ -189,10 +191,7 @@ bool normalize(float* start, float* arc)
     return true;
 }
 
-DPoint to_dpoint(const BPoint& point)
-{
-    return {point.x, point.y};
-}
+DPoint to_dpoint(const BPoint& point) { return {point.x, point.y}; }
 
 std::vector<DPoint> round_rect_points(const BRect& rect, double xRadius, double yRadius)
 {
@@ -231,24 +230,22 @@ template <class Runs>
 clipping_rect draw_outline(const Target& target, const Paint& paint, const RoundBox& shape,
                            Runs each)
 {
-    return paint_shape(target, Brush(paint), shape.Reach(),
-                       [&](const auto& pen, const clipping_rect& box) {
-        shape.OutlineRuns(box, [&](int32 y, int64 left, int64 right) {
-            each(pen, box, y, left, right);
+    return paint_shape(
+        target, Brush(paint), shape.Reach(), [&](const auto& pen, const clipping_rect& box) {
+            shape.OutlineRuns(
+                box, [&](int32 y, int64 left, int64 right) { each(pen, box, y, left, right); });
         });
-    });
 }
 
 template <class Runs>
 clipping_rect draw_filled(const Target& target, const Paint& paint, const RoundBox& shape,
                           Runs each)
 {
-    return paint_shape(target, Brush(paint), shape.Reach(),
-                       [&](const auto& pen, const clipping_rect& box) {
-        shape.FillRuns(box, [&](int32 y, int64 left, int64 right) {
-            each(pen, box, y, left, right);
+    return paint_shape(
+        target, Brush(paint), shape.Reach(), [&](const auto& pen, const clipping_rect& box) {
+            shape.FillRuns(
+                box, [&](int32 y, int64 left, int64 right) { each(pen, box, y, left, right); });
         });
-    });
 }
 
 const auto kWholeRun = [](const auto& pen, const clipping_rect& box, int32 y, int64 left,
@@ -256,8 +253,7 @@ const auto kWholeRun = [](const auto& pen, const clipping_rect& box, int32 y, in
 
 auto cut_run(const Sector& sector)
 {
-    return [&sector](const auto& pen, const clipping_rect& box, int32 y, int64 left,
-                     int64 right) {
+    return [&sector](const auto& pen, const clipping_rect& box, int32 y, int64 left, int64 right) {
         sector.Cut(y, left, right, [&](int64 from, int64 to) { draw_run(pen, box, y, from, to); });
     };
 }

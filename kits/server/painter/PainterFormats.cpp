@@ -24,15 +24,9 @@ struct FormatRow {
     Encode encode;
 };
 
-uint32 swap_32(uint32 value)
-{
-    return __builtin_bswap32(value);
-}
+uint32 swap_32(uint32 value) { return __builtin_bswap32(value); }
 
-uint16 swap_16(uint16 value)
-{
-    return uint16(value << 8 | value >> 8);
-}
+uint16 swap_16(uint16 value) { return uint16(value << 8 | value >> 8); }
 
 uint32 brightness(uint32 pixel)
 {
@@ -81,8 +75,8 @@ void decode_rgb24(const uint8* row, int32 x, int32 count, uint32* pixels)
 {
     row += ptrdiff_t(x) * 3;
     for (int32 i = 0; i < count; i++, row += 3)
-        pixels[i] = kOpaque | uint32(row[kBig ? 0 : 2]) << 16 | uint32(row[1]) << 8 |
-                    row[kBig ? 2 : 0];
+        pixels[i] =
+            kOpaque | uint32(row[kBig ? 0 : 2]) << 16 | uint32(row[1]) << 8 | row[kBig ? 2 : 0];
 }
 
 template <bool kBig>
@@ -97,10 +91,7 @@ void encode_rgb24(uint8* row, int32 x, int32 count, const uint32* pixels)
 }
 
 // Five or six bits of a component become eight by repeating their top ones.
-uint32 widen_5(uint32 value)
-{
-    return value << 3 | value >> 2;
-}
+uint32 widen_5(uint32 value) { return value << 3 | value >> 2; }
 
 struct Rgb16 {
     static uint32 Decode(uint16 value)

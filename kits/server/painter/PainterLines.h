@@ -20,8 +20,7 @@ inline Int floor_div(Int value, Int divisor)
 // same pixels drawn either way.
 class ThinLine {
 public:
-    ThinLine(int64 x0, int64 y0, int64 x1, int64 y1)
-        : fSteep(std::abs(y1 - y0) > std::abs(x1 - x0))
+    ThinLine(int64 x0, int64 y0, int64 x1, int64 y1) : fSteep(std::abs(y1 - y0) > std::abs(x1 - x0))
     {
         if (fSteep ? y0 > y1 : x0 > x1) {
             std::swap(x0, x1);
@@ -78,11 +77,11 @@ private:
         // Across stands at floor((2 * rise * i + length) / (2 * length)).
         if (rise > 0) {
             low = std::max<Wide>(low, -floor_div<Wide>(length - 2 * length * near, 2 * rise));
-            high = std::min<Wide>(
-                high, -floor_div<Wide>(length - 2 * length * (far + 1), 2 * rise) - 1);
+            high = std::min<Wide>(high,
+                                  -floor_div<Wide>(length - 2 * length * (far + 1), 2 * rise) - 1);
         } else {
-            low = std::max<Wide>(
-                low, floor_div<Wide>(length - 2 * length * (far + 1), -2 * rise) + 1);
+            low = std::max<Wide>(low,
+                                 floor_div<Wide>(length - 2 * length * (far + 1), -2 * rise) + 1);
             high = std::min<Wide>(high, floor_div<Wide>(length - 2 * length * near, -2 * rise));
         }
         if (low > high)

@@ -11,20 +11,14 @@ namespace {
 const double kTolerance = 0.1;  // pixels between a curve and its lines
 const int kMostSteps = 1000;
 
-bool is_finite(const DPoint& point)
-{
-    return std::isfinite(point.x) && std::isfinite(point.y);
-}
+bool is_finite(const DPoint& point) { return std::isfinite(point.x) && std::isfinite(point.y); }
 
 int curve_steps(double steps)
 {
     return steps < kMostSteps ? std::max(1, int(std::ceil(steps))) : kMostSteps;
 }
 
-DPoint to_dpoint(const BPoint& point)
-{
-    return {point.x, point.y};
-}
+DPoint to_dpoint(const BPoint& point) { return {point.x, point.y}; }
 
 // One side of an outline, between rows of pixel centres.
 struct Edge {
@@ -183,8 +177,10 @@ private:
             _AddCircle(at);
             return;
         }
-        _Add({{at.x - fHalf, at.y - fHalf}, {at.x + fHalf, at.y - fHalf},
-              {at.x + fHalf, at.y + fHalf}, {at.x - fHalf, at.y + fHalf}});
+        _Add({{at.x - fHalf, at.y - fHalf},
+              {at.x + fHalf, at.y - fHalf},
+              {at.x + fHalf, at.y + fHalf},
+              {at.x - fHalf, at.y + fHalf}});
     }
     // How far an end reaches beyond its point: with a butt cap just over the point's own pixel.
     double _Overhang(bool end) const
@@ -200,7 +196,9 @@ private:
         from.x -= along.x * before, from.y -= along.y * before;
         to.x += along.x * after, to.y += along.y * after;
         const double x = -along.y * fHalf, y = along.x * fHalf;
-        _Add({{from.x + x, from.y + y}, {to.x + x, to.y + y}, {to.x - x, to.y - y},
+        _Add({{from.x + x, from.y + y},
+              {to.x + x, to.y + y},
+              {to.x - x, to.y - y},
               {from.x - x, from.y - y}});
     }
     void _AddJoin(const DPoint& before, const DPoint& at, const DPoint& after)
@@ -318,8 +316,8 @@ void flatten_bezier(const DPoint points[4], std::vector<DPoint>* line)
     const auto bend = [](const DPoint& a, const DPoint& b, const DPoint& c) {
         return std::hypot(a.x - 2 * b.x + c.x, a.y - 2 * b.y + c.y);
     };
-    const double most = std::max(bend(points[0], points[1], points[2]),
-                                 bend(points[1], points[2], points[3]));
+    const double most =
+        std::max(bend(points[0], points[1], points[2]), bend(points[1], points[2], points[3]));
     const int steps = curve_steps(std::sqrt(0.75 * most / kTolerance));
     for (int i = 1; i < steps; i++) {
         const double t = double(i) / steps, s = 1 - t;
@@ -337,13 +335,13 @@ std::vector<DPoint> ellipse_points(DPoint center, double xRadius, double yRadius
     // A chord of angle a is radius * (1 - cos(a / 2)) away from its arc.
     const double step = 2 * std::acos(std::max(0.0, 1 - kTolerance / radius));
     const double sweep = arc * M_PI / 180;
-    const int steps = std::max(curve_steps(step > 0 ? sweep / step : kMostSteps),
-                               arc >= 360 ? 8 : 1);
+    const int steps =
+        std::max(curve_steps(step > 0 ? sweep / step : kMostSteps), arc >= 360 ? 8 : 1);
     std::vector<DPoint> points;
     for (int i = 0; i < steps + (arc < 360); i++) {
         const double angle = start * M_PI / 180 + sweep * i / steps;
-        points.push_back({center.x + xRadius * std::cos(angle),
-                          center.y - yRadius * std::sin(angle)});
+        points.push_back(
+            {center.x + xRadius * std::cos(angle), center.y - yRadius * std::sin(angle)});
     }
     return points;
 }
@@ -375,9 +373,8 @@ clipping_rect fill_outline(const Target& target, const Brush& brush, const Outli
     if (is_empty(touched))
         return kNoPixels;
     OutlineScan scan(outline, touched, fillRule == B_EVEN_ODD);
-    return paint_shape(target, brush, reach, [&](const auto& pen, const clipping_rect& box) {
-        scan.Draw(pen, box);
-    });
+    return paint_shape(target, brush, reach,
+                       [&](const auto& pen, const clipping_rect& box) { scan.Draw(pen, box); });
 }
 
 clipping_rect fill_transformed_rect(const Target& target, const Paint& paint, const BRect& rect)
@@ -432,8 +429,7 @@ clipping_rect stroke_polylines(const Target& target, const Paint& paint,
         if (count == 1 || (count > 1 && line.closed))
             add(line.points[count - 1], line.points[0]);
     }
-    return paint_parts(target, Brush(paint), reach,
-                       [&](const auto& pen, const clipping_rect& box) {
+    return paint_parts(target, Brush(paint), reach, [&](const auto& pen, const clipping_rect& box) {
         for (const ThinLine& segment : segments)
             segment.Draw(pen, box);
     });

@@ -11,10 +11,7 @@
 
 namespace server {
 
-inline bool is_thin(const Paint& paint)
-{
-    return !(paint.penSize > 1.0f);
-}
+inline bool is_thin(const Paint& paint) { return !(paint.penSize > 1.0f); }
 
 inline bool has_transform(const Paint& paint)
 {

@@ -25,7 +25,9 @@ bool all_finite(const BPoint* points, int32 count)
 class Sides {
 public:
     explicit Sides(int32 capacity)
-        : fSides(capacity), fOrder(capacity), fActive(capacity), fRuns(capacity * 2) {}
+        : fSides(capacity), fOrder(capacity), fActive(capacity), fRuns(capacity * 2)
+    {
+    }
     bool Valid() const
     {
         return fSides.Valid() && fOrder.Valid() && fActive.Valid() && fRuns.Valid();
@@ -47,10 +49,11 @@ public:
         _Sort();
         return paint_shape(target, Brush(paint), Reach(),
                            [this, &paint](const auto& pen, const clipping_rect& box) {
-            PolygonScan(pen, box, fSides.Begin(), fOrder.Begin(), fCount,
-                        paint.fillRule == B_EVEN_ODD, fActive.Begin(), fRuns.Begin())
-                .Draw();
-        });
+                               PolygonScan(pen, box, fSides.Begin(), fOrder.Begin(), fCount,
+                                           paint.fillRule == B_EVEN_ODD, fActive.Begin(),
+                                           fRuns.Begin())
+                                   .Draw();
+                           });
     }
 
 private:
@@ -133,9 +136,8 @@ clipping_rect fill_corners(const Target& target, const Paint& paint, const Outli
     for (int32 part = 0; part < outline.CountParts(); part++) {
         int32 count;
         const DPoint* points = outline.Part(part, &count);
-        add_polygon(sides, count, [&](int32 i) {
-            return transformed(paint, points[i].x, points[i].y);
-        });
+        add_polygon(sides, count,
+                    [&](int32 i) { return transformed(paint, points[i].x, points[i].y); });
     }
     return sides.Draw(target, paint);
 }
@@ -153,8 +155,8 @@ clipping_rect StrokePolygon(const Target& target, const Paint& paint, const BPoi
         return stroke_polylines(target, paint, lines);
     }
     const auto line = [points](int32 from, int32 to) {
-        return ThinLine(pixel_at(points[from].x), pixel_at(points[from].y),
-                        pixel_at(points[to].x), pixel_at(points[to].y));
+        return ThinLine(pixel_at(points[from].x), pixel_at(points[from].y), pixel_at(points[to].x),
+                        pixel_at(points[to].y));
     };
     clipping_rect reach = line(0, 0).Reach();
     for (int32 i = 1; i < count; i++)

@@ -63,10 +63,7 @@ void sort_nearly_sorted(Item* items, int32 count, Key key)
                   [&](const Item& a, const Item& b) { return key(a) < key(b); });
 }
 
-inline bool is_nan(const BPoint& point)
-{
-    return !(point.x == point.x && point.y == point.y);
-}
+inline bool is_nan(const BPoint& point) { return !(point.x == point.x && point.y == point.y); }
 
 inline bool is_nan(const BRect& rect)
 {
@@ -123,10 +120,7 @@ struct MaskPen {
     uintptr_t origin;
     ptrdiff_t pitch;
 
-    uint8* At(int32 x, int32 y) const
-    {
-        return reinterpret_cast<uint8*>(origin + y * pitch + x);
-    }
+    uint8* At(int32 x, int32 y) const { return reinterpret_cast<uint8*>(origin + y * pitch + x); }
     void Pixel(int32 x, int32 y) const { *At(x, y) = 255; }
     void Run(int32 y, int32 left, int32 right) const
     {

@@ -37,9 +37,8 @@ inline bool is_whole(const BRect& rect, clipping_rect* box)
 
 clipping_rect paint_box(const Target& target, const Brush& brush, const clipping_rect& box)
 {
-    return paint_shape(target, brush, box, [](const auto& pen, const clipping_rect& part) {
-        draw_box(pen, part);
-    });
+    return paint_shape(target, brush, box,
+                       [](const auto& pen, const clipping_rect& part) { draw_box(pen, part); });
 }
 
 // The frame of `outer` around `inner`, no pixel twice. `inner` may be empty.
@@ -133,9 +132,9 @@ clipping_rect FillRegion(const Target& target, const Paint& paint, const BRegion
     for (int32 i = 0; i < region.CountRects(); i++) {
         const clipping_rect& rect = rects[i];
         if (has_transform(paint))
-            changed = unite(changed,
-                            fill_transformed_rect(target, paint, BRect(rect.left, rect.top,
-                                                                       rect.right, rect.bottom)));
+            changed = unite(
+                changed, fill_transformed_rect(
+                             target, paint, BRect(rect.left, rect.top, rect.right, rect.bottom)));
         else
             changed = unite(changed, paint_box(target, brush, rect));
     }

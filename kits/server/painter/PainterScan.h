@@ -147,8 +147,16 @@ class PolygonScan {
 public:
     PolygonScan(const Pen& pen, const clipping_rect& box, Side* sides, const int32* order,
                 int32 count, bool evenOdd, int32* active, Run* runs)
-        : fPen(pen), fBox(box), fSides(sides), fOrder(order), fCount(count), fEvenOdd(evenOdd),
-          fActive(active), fRuns(runs) {}
+        : fPen(pen),
+          fBox(box),
+          fSides(sides),
+          fOrder(order),
+          fCount(count),
+          fEvenOdd(evenOdd),
+          fActive(active),
+          fRuns(runs)
+    {
+    }
 
     void Draw()
     {

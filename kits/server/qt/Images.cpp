@@ -16,7 +16,7 @@
 namespace server {
 
 static const qint64 kLargestFile = 16 * 1024 * 1024;  // bytes
-static const int kLargestImage = 4096;                 // pixels across
+static const int kLargestImage = 4096;                // pixels across
 
 // Text in a drawing needs fonts, and Qt ends a process that asks for them without an application.
 static bool asks_for_fonts(const QByteArray& bytes)
@@ -29,8 +29,8 @@ static QImage fitted(const QImage& image, int size)
     if (image.width() == size && image.height() == size)
         return image;
     const bool larger = image.width() > size || image.height() > size;
-    const QImage part = larger ? image.scaled(size, size, Qt::KeepAspectRatio,
-                                              Qt::SmoothTransformation) : image;
+    const QImage part =
+        larger ? image.scaled(size, size, Qt::KeepAspectRatio, Qt::SmoothTransformation) : image;
     // QImage::copy fills what is outside with transparent pixels.
     return part.copy(-((size - part.width()) / 2), -((size - part.height()) / 2), size, size);
 }

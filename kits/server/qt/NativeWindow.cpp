@@ -71,8 +71,9 @@ Qt::WindowFlags flags_of(window_look look, window_feel feel, uint32 flags)
                  feel == B_MODAL_SUBSET_WINDOW_FEEL || feel == B_MODAL_ALL_WINDOW_FEEL;
     bool floating = feel == B_FLOATING_APP_WINDOW_FEEL || feel == B_FLOATING_SUBSET_WINDOW_FEEL ||
                     feel == B_FLOATING_ALL_WINDOW_FEEL;
-    Qt::WindowFlags result = modal ? Qt::Dialog : look == B_FLOATING_WINDOW_LOOK ? Qt::Tool
-                                                                                 : Qt::Window;
+    Qt::WindowFlags result = modal                            ? Qt::Dialog
+                             : look == B_FLOATING_WINDOW_LOOK ? Qt::Tool
+                                                              : Qt::Window;
     if (floating || feel == B_MODAL_ALL_WINDOW_FEEL)
         result |= Qt::WindowStaysOnTopHint;
     if ((flags & B_AVOID_FRONT) != 0)
@@ -204,9 +205,9 @@ void NativeWindow::_TellFrame()
 {
     QRect place = geometry();
     QMargins margins = frameMargins();
-    fOwner->NativeMoved(BRect(float(place.left()), float(place.top()), float(place.right()),
-                              float(place.bottom())),
-                        {margins.left(), margins.top()});
+    fOwner->NativeMoved(
+        BRect(float(place.left()), float(place.top()), float(place.right()), float(place.bottom())),
+        {margins.left(), margins.top()});
 }
 
 void NativeWindow::exposeEvent(QExposeEvent*)
@@ -271,8 +272,7 @@ void NativeWindow::wheelEvent(QWheelEvent* event)
     const float kNotch = 120.0f;
     StageLock lock;
     _MoveTo(event->position());
-    stage().TurnWheel(-event->angleDelta().x() / kNotch, -event->angleDelta().y() / kNotch,
-                      fOwner);
+    stage().TurnWheel(-event->angleDelta().x() / kNotch, -event->angleDelta().y() / kNotch, fOwner);
 }
 
 void NativeWindow::_Key(QKeyEvent* event, bool down)

@@ -57,10 +57,10 @@ private:
     std::thread fThread;
     QObject* fQueue = nullptr;  // on the server's thread; null: nothing is taken. Stage locked
     std::vector<std::function<void()>> fTasks;  // stage locked
-    std::vector<QtWindow*> fDiscarded;  // stage locked
-    std::unique_ptr<X11Screen> fX11;    // server's thread
-    BRect fScreen{0, 0, 1023, 767};     // stage locked
-    std::shared_ptr<Clipboard> fClipboard;  // set before the constructor returns
+    std::vector<QtWindow*> fDiscarded;          // stage locked
+    std::unique_ptr<X11Screen> fX11;            // server's thread
+    BRect fScreen{0, 0, 1023, 767};             // stage locked
+    std::shared_ptr<Clipboard> fClipboard;      // set before the constructor returns
     bigtime_t fFrameInterval = 1000000 / 60;
 };
 

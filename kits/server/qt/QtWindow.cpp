@@ -23,7 +23,9 @@ QtWindow* QtWindow::Make(QtDisplay* display, const WindowSpec& spec, EventSink* 
 }
 
 QtWindow::QtWindow(QtDisplay* display, const WindowSpec& spec, EventSink* sink)
-    : ScreenWindow(spec, sink), fDisplay(display), fWanted(fSpec.frame) {}
+    : ScreenWindow(spec, sink), fDisplay(display), fWanted(fSpec.frame)
+{
+}
 
 QtWindow::~QtWindow() = default;
 

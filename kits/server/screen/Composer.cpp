@@ -23,7 +23,9 @@ const int32 kBoxSize = 13;  // close and zoom boxes in the tab
 class Screenshot {
 public:
     Screenshot(const Surface& target, BPoint leftTop)
-        : fTarget(target), fLeft(int32(leftTop.x)), fTop(int32(leftTop.y)) {}
+        : fTarget(target), fLeft(int32(leftTop.x)), fTop(int32(leftTop.y))
+    {
+    }
 
     void Fill(clipping_rect rect, uint32 color)
     {
@@ -117,7 +119,7 @@ void draw_window(Screenshot& shot, ScreenWindow& window, bool active)
         if (side > 2) {
             shot.Bevel({left + 1, edge + 1, right - 1, bottom - 1}, 0xffffffff, 0xffa0a0a0);
             shot.Bevel({left + side - 1, edge + side - 1, right - side + 1, bottom - side + 1},
-                         0xff909090, 0xffffffff);
+                       0xff909090, 0xffffffff);
         }
     }
     if (edge > top) {
@@ -126,7 +128,7 @@ void draw_window(Screenshot& shot, ScreenWindow& window, bool active)
         shot.Fill(tab, color);
         shot.Bevel(tab, active ? 0xffb08c00 : 0xffb0b0b0, color);
         shot.Bevel({tab.left + 1, tab.top + 1, tab.right - 1, tab.bottom},
-                     active ? 0xffffe88c : 0xffffffff, color);
+                   active ? 0xffffe88c : 0xffffffff, color);
         shot.Fill({tab.right, tab.top, tab.right, tab.bottom}, 0xff707070);
         int32 boxTop = top + (edge - top - kBoxSize) / 2 + 1;
         uint32 dark = active ? 0xffa07800 : 0xff909090;
@@ -135,7 +137,7 @@ void draw_window(Screenshot& shot, ScreenWindow& window, bool active)
         if ((window.Flags() & B_NOT_CLOSABLE) == 0) {
             shot.Bevel({left + 5, boxTop, left + 4 + kBoxSize, boxTop + kBoxSize - 1}, dark, dark);
             shot.Bevel({left + 6, boxTop + 1, left + 3 + kBoxSize, boxTop + kBoxSize - 2},
-                         0xfffff4c0, color);
+                       0xfffff4c0, color);
             textLeft += kBoxSize + 5;
         }
         if ((window.Flags() & B_NOT_ZOOMABLE) == 0) {

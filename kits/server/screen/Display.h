@@ -20,46 +20,46 @@
 namespace server {
 
 enum class EventKind : uint8 {
-    MouseDown,       // where, screenWhere, buttons (after the press), button, clicks, modifiers
-    MouseUp,         // where, screenWhere, buttons (still held), button, modifiers
-    MouseMoved,      // where, screenWhere, buttons, modifiers
-    MouseExited,     // the pointer left the window
-    MouseWheel,      // wheelX, wheelY (positive y: the content moves up), modifiers
-    KeyDown,         // key, rawChar, bytes (empty: no character), repeat, modifiers, states
-    KeyUp,           // the same without repeat
+    MouseDown,         // where, screenWhere, buttons (after the press), button, clicks, modifiers
+    MouseUp,           // where, screenWhere, buttons (still held), button, modifiers
+    MouseMoved,        // where, screenWhere, buttons, modifiers
+    MouseExited,       // the pointer left the window
+    MouseWheel,        // wheelX, wheelY (positive y: the content moves up), modifiers
+    KeyDown,           // key, rawChar, bytes (empty: no character), repeat, modifiers, states
+    KeyUp,             // the same without repeat
     ModifiersChanged,  // modifiers, oldModifiers, states
     CloseRequested,
-    Moved,           // frame: the content area, screen coordinates
-    Resized,         // frame
-    Activated,       // active
-    Minimized,       // active: true when minimised, false when restored
+    Moved,      // frame: the content area, screen coordinates
+    Resized,    // frame
+    Activated,  // active
+    Minimized,  // active: true when minimised, false when restored
     ZoomRequested,
-    ScreenChanged,   // frame: the screen
+    ScreenChanged,       // frame: the screen
     WorkspaceActivated,  // workspace, active
     WorkspacesChanged,   // workspaces, oldWorkspaces
-    FilesDropped,    // paths, where, screenWhere, buttons, modifiers
-    TextDropped,     // text, where, screenWhere, buttons, modifiers
+    FilesDropped,        // paths, where, screenWhere, buttons, modifiers
+    TextDropped,         // text, where, screenWhere, buttons, modifiers
 };
 
 class EventSink;
 
 struct Event {
     EventKind kind;
-    bigtime_t when = 0;   // system_time() base
-    BPoint where;         // in the window's content
+    bigtime_t when = 0;  // system_time() base
+    BPoint where;        // in the window's content
     BPoint screenWhere;
     // Pointer events: the window of this process whose content is under the pointer (null for
     // none), which is another one than the target while a button is held; and the place in it.
     EventSink* under = nullptr;
     BPoint underWhere;
     int32 buttons = 0;
-    int32 button = 0;     // the one that changed
-    int32 clicks = 0;     // from 1; starts anew with another button, place, window or modifier
+    int32 button = 0;  // the one that changed
+    int32 clicks = 0;  // from 1; starts anew with another button, place, window or modifier
     int32 modifiers = 0;
     int32 oldModifiers = 0;
-    int32 key = 0;        // BeOS key code
+    int32 key = 0;  // BeOS key code
     int32 rawChar = 0;
-    int32 repeat = 0;     // 0 for the first, then from 2
+    int32 repeat = 0;  // 0 for the first, then from 2
     uint8 states[16] = {};
     char bytes[8] = {};   // UTF-8
     int32 byteCount = 0;  // 1 also for Control with Space, whose byte is 0; 0: the key is unmapped
@@ -104,7 +104,7 @@ public:
     virtual void Show() = 0;
     virtual void Hide() = 0;
     virtual void Minimize(bool minimize) = 0;
-    virtual void Activate(bool active) = 0;  // active false: behind all others
+    virtual void Activate(bool active) = 0;      // active false: behind all others
     virtual void SendBehind(Window* other) = 0;  // null: to the back
     virtual void MoveTo(BPoint leftTop) = 0;
     virtual void ResizeTo(float width, float height) = 0;  // right-left, bottom-top

@@ -8,7 +8,7 @@
 
 namespace server {
 
-static const int32 kMaxSide = 32767;            // what an X server takes
+static const int32 kMaxSide = 32767;             // what an X server takes
 static const int64 kMaxPixels = int64(1) << 27;  // half a gigabyte
 static const uint32 kUnpainted = 0xffd8d8d8;     // the panel's grey
 static const size_t kMaxDirty = 16;              // more are joined to one
@@ -63,8 +63,9 @@ bool FrontBuffer::Copy(const Surface& surface, const clipping_rect* rects, int32
             continue;
         int32 length = rect.right - rect.left + 1;
         for (int32 y = rect.top; y <= rect.bottom; y++) {
-            auto* from = reinterpret_cast<const uint32*>(
-                surface.bits + ptrdiff_t(y) * surface.bytesPerRow) + rect.left;
+            auto* from =
+                reinterpret_cast<const uint32*>(surface.bits + ptrdiff_t(y) * surface.bytesPerRow) +
+                rect.left;
             uint32* to = fPixels.get() + size_t(y) * fWidth + rect.left;
             for (int32 x = 0; x < length; x++)
                 to[x] = from[x] | 0xff000000;

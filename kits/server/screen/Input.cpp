@@ -11,8 +11,8 @@
 
 namespace server {
 
-static const uint32 kHeldModifiers = B_SHIFT_KEY | B_COMMAND_KEY | B_CONTROL_KEY | B_OPTION_KEY |
-                                     B_MENU_KEY;
+static const uint32 kHeldModifiers =
+    B_SHIFT_KEY | B_COMMAND_KEY | B_CONTROL_KEY | B_OPTION_KEY | B_MENU_KEY;
 static const uint32 kLocks = B_CAPS_LOCK | B_SCROLL_LOCK | B_NUM_LOCK;
 
 // Copies the first character of a UTF-8 text, cut to what an event holds.

@@ -66,9 +66,8 @@ void Stage::PutBehind(ScreenWindow* window, const ScreenWindow* other)
     auto lowest = std::find_if(fWindows.begin(), fWindows.end(), [=](ScreenWindow* each) {
         return each->Layer() >= window->Layer();
     });
-    auto above = std::find_if(fWindows.begin(), fWindows.end(), [=](ScreenWindow* each) {
-        return each->Layer() > window->Layer();
-    });
+    auto above = std::find_if(fWindows.begin(), fWindows.end(),
+                              [=](ScreenWindow* each) { return each->Layer() > window->Layer(); });
     fWindows.insert(std::clamp(place, lowest, above), window);
 }
 
@@ -245,8 +244,8 @@ void Stage::ChangeButton(int32 button, bool down, ScreenWindow* target)
         Event event = _PointerEvent(down ? EventKind::MouseDown : EventKind::MouseUp, target);
         event.button = button;
         if (down) {
-            event.clicks = fClicks.Press(button, fPointer, event.modifiers, target, fLastInput,
-                                         clickSpeed);
+            event.clicks =
+                fClicks.Press(button, fPointer, event.modifiers, target, fLastInput, clickSpeed);
         }
         if (!fSwallow)
             target->Deliver(event);

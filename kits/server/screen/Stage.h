@@ -26,7 +26,7 @@ public:
     void Add(ScreenWindow* window);
     void Remove(ScreenWindow* window);
     void Raise(ScreenWindow* window);
-    void PutBehind(ScreenWindow* window, const ScreenWindow* other);  // null: behind all
+    void PutBehind(ScreenWindow* window, const ScreenWindow* other);        // null: behind all
     const std::vector<ScreenWindow*>& Windows() const { return fWindows; }  // the lowest first
     bool IsVisible(const ScreenWindow* window) const;
     ScreenWindow* Active() const { return fActive; }

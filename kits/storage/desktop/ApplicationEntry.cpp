@@ -62,14 +62,14 @@ status_t write_application_entry(const ApplicationEntry& entry)
     char* text = g_key_file_to_data(file, &size, nullptr);
     const std::string folder = data_folders().front() + "/applications";
     TypesLock lock;
-    status_t status = replace_file(folder + "/" + file_name(entry.signature),
-                                   std::string(text, size));
+    status_t status =
+        replace_file(folder + "/" + file_name(entry.signature), std::string(text, size));
     g_free(text);
     g_key_file_unref(file);
     if (status == B_OK) {
         // Desktops without that tool read the entries themselves.
         const int before = errno;
-        run_program({ "update-desktop-database", "-q", folder });
+        run_program({"update-desktop-database", "-q", folder});
         errno = before;
     }
     return status;

@@ -6,7 +6,7 @@
 
 #include <SupportDefs.h>
 
-namespace storage __attribute__((visibility("hidden"))) {
+namespace [[gnu::visibility("hidden")]] storage {
 
 // An application of BeOS's kind, as the desktop is to know it.
 struct ApplicationEntry {
@@ -16,8 +16,8 @@ struct ApplicationEntry {
     bool in_menus = true;
 };
 
-// Writes the desktop entry "beos-<signature>.desktop" of the user's own. Failures leave the host's
-// number in errno. Any thread.
+// Writes the desktop entry "beos-<signature>.desktop" of the user's own. Failures leave the
+// host's number in errno. Any thread.
 status_t write_application_entry(const ApplicationEntry& entry);
 
 }  // namespace storage

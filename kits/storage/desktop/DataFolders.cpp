@@ -15,7 +15,7 @@ namespace storage {
 
 static std::vector<std::string> folders(const char* user, const char* const* system)
 {
-    std::vector<std::string> list = { user };
+    std::vector<std::string> list = {user};
     for (; *system != nullptr; system++)
         list.push_back(*system);
     for (std::string& folder : list) {

@@ -5,10 +5,10 @@
 #include <string_view>
 #include <vector>
 
-namespace storage __attribute__((visibility("hidden"))) {
+namespace [[gnu::visibility("hidden")]] storage {
 
-// The desktop's base directories, the user's own first; those of the system follow in the order of
-// their weight. They are read from the environment once.
+// The desktop's base directories, the user's own first; those of the system follow in the order
+// of their weight. They are read from the environment once.
 std::vector<std::string> data_folders();
 std::vector<std::string> config_folders();
 

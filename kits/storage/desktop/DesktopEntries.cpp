@@ -68,15 +68,15 @@ std::string signature_of_id(std::string_view id)
 
 std::string id_of_signature(std::string_view signature)
 {
-    if (signature.size() <= kIdPrefix.size()
-        || lower_case(signature.substr(0, kIdPrefix.size())) != kIdPrefix)
+    if (signature.size() <= kIdPrefix.size() ||
+        lower_case(signature.substr(0, kIdPrefix.size())) != kIdPrefix)
         return "";
     std::string id;
     for (size_t i = kIdPrefix.size(); i < signature.size(); i++) {
-        if (signature[i] == '%' && i + 2 < signature.size() && isxdigit(signature[i + 1])
-            && isxdigit(signature[i + 2])) {
-            id += static_cast<char>(g_ascii_xdigit_value(signature[i + 1]) << 4
-                | g_ascii_xdigit_value(signature[i + 2]));
+        if (signature[i] == '%' && i + 2 < signature.size() && isxdigit(signature[i + 1]) &&
+            isxdigit(signature[i + 2])) {
+            id += static_cast<char>(g_ascii_xdigit_value(signature[i + 1]) << 4 |
+                                    g_ascii_xdigit_value(signature[i + 2]));
             i += 2;
         } else {
             id += signature[i];
@@ -103,8 +103,8 @@ static std::string get_text(const KeyFile& file, const char* key)
 
 static std::string get_local_text(const KeyFile& file, const char* key)
 {
-    return take_text(g_key_file_get_locale_string(file.get(), G_KEY_FILE_DESKTOP_GROUP, key,
-                                                  nullptr, nullptr));
+    return take_text(
+        g_key_file_get_locale_string(file.get(), G_KEY_FILE_DESKTOP_GROUP, key, nullptr, nullptr));
 }
 
 static bool get_flag(const KeyFile& file, const char* key)
@@ -159,8 +159,8 @@ static bool read_application(const KeyFile& file, Application* application)
     application->command = split_command(get_text(file, "Exec"));
     if (application->command.empty())
         return false;
-    application->executable = find_program(
-        without_codes(application->command[program_index(application->command)]));
+    application->executable =
+        find_program(without_codes(application->command[program_index(application->command)]));
     if (application->executable.empty())
         return false;
     application->signature = get_text(file, kSignatureKey);
@@ -192,8 +192,8 @@ static int claim_on_executable(const Application& application)
 
 static void index_executables(Entries* entries)
 {
-    for (const int claim : { 2, 1 }) {
-        for (const bool resolved : { false, true }) {
+    for (const int claim : {2, 1}) {
+        for (const bool resolved : {false, true}) {
             for (const ApplicationRef& application : entries->all) {
                 if (claim_on_executable(*application) != claim)
                     continue;
@@ -218,8 +218,8 @@ static void walk(const std::string& path, const std::string& prefix, size_t dept
         struct stat info;
         if (name.ends_with(kSuffix))
             each(full, prefix + name);
-        else if (name[0] != '.' && entry->d_type != DT_REG && depth < kMaxDepth
-                 && stat(full.c_str(), &info) == 0 && S_ISDIR(info.st_mode))
+        else if (name[0] != '.' && entry->d_type != DT_REG && depth < kMaxDepth &&
+                 stat(full.c_str(), &info) == 0 && S_ISDIR(info.st_mode))
             walk(full, prefix + name + "-", depth + 1, folder, each);
     }
     if (stream != nullptr)
@@ -230,9 +230,12 @@ static std::vector<FolderChanges::Folder> folders_to_watch()
 {
     std::vector<FolderChanges::Folder> folders;
     for (const std::string& data : data_folders()) {
-        walk(data + "/applications", "", 0,
-             [&](const std::string& path) { folders.push_back({ path, "" }); },
-             [](const std::string&, const std::string&) {});
+        walk(
+            data + "/applications", "", 0,
+            [&](const std::string& path) {
+                folders.push_back({path, ""});
+            },
+            [](const std::string&, const std::string&) {});
     }
     return folders;
 }
@@ -244,8 +247,8 @@ static void read_entry(const std::string& path, const std::string& id, size_t pl
         return;  // the user's own, or the weightier folder's
     const KeyFile file(g_key_file_new(), &g_key_file_unref);
     ApplicationRef& known = entries->by_id[id];  // null for one that hides others
-    if (!g_key_file_load_from_file(file.get(), path.c_str(), G_KEY_FILE_NONE, nullptr)
-        || get_flag(file, "Hidden"))
+    if (!g_key_file_load_from_file(file.get(), path.c_str(), G_KEY_FILE_NONE, nullptr) ||
+        get_flag(file, "Hidden"))
         return;
     auto application = std::make_shared<Application>();
     application->id = id;
@@ -261,8 +264,9 @@ static std::shared_ptr<const Entries> read_entries()
     const std::vector<std::string> data = data_folders();
     for (size_t place = 0; place < data.size(); place++) {
         std::vector<std::pair<std::string, std::string>> found;
-        walk(data[place] + "/applications", "", 0, [](const std::string&) {},
-             [&](const std::string& path, const std::string& id) { found.emplace_back(id, path); });
+        walk(
+            data[place] + "/applications", "", 0, [](const std::string&) {},
+            [&](const std::string& path, const std::string& id) { found.emplace_back(id, path); });
         std::sort(found.begin(), found.end());
         for (const auto& [id, path] : found) {
             read_entry(path, id, place, entries.get());
@@ -333,10 +337,7 @@ ApplicationRef find_application_of(const std::string& executable)
     return found != entries->by_executable.end() ? found->second : nullptr;
 }
 
-std::vector<ApplicationRef> all_applications()
-{
-    return current_entries()->all;
-}
+std::vector<ApplicationRef> all_applications() { return current_entries()->all; }
 
 // ---- Running
 
@@ -366,7 +367,7 @@ static bool expand_word(const std::string& word, const Application& application,
     }
     if (word == "%i") {
         if (!application.icon.empty())
-            line->insert(line->end(), { "--icon", application.icon });
+            line->insert(line->end(), {"--icon", application.icon});
         return false;
     }
     std::string text;
@@ -377,18 +378,27 @@ static bool expand_word(const std::string& word, const Application& application,
             continue;
         }
         switch (word[++i]) {
-            case '%': text += '%'; break;
-            case 'c': text += application.name; break;
-            case 'k': text += application.path; break;
-            case 'f': case 'F':
+            case '%':
+                text += '%';
+                break;
+            case 'c':
+                text += application.name;
+                break;
+            case 'k':
+                text += application.path;
+                break;
+            case 'f':
+            case 'F':
                 takes_files = true;
                 text += files.empty() ? "" : as_path(files[0]);
                 break;
-            case 'u': case 'U':
+            case 'u':
+            case 'U':
                 takes_files = true;
                 text += files.empty() ? "" : as_uri(files[0]);
                 break;
-            default: break;  // codes of former times stand for nothing
+            default:
+                break;  // codes of former times stand for nothing
         }
     }
     if (!text.empty() || word.empty())
@@ -423,10 +433,10 @@ std::vector<std::vector<std::string>> commands_for(const Application& applicatio
             whole.push_back(as_path(file));
     }
     if (!takes_files || files.size() < 2 || takes_all_files(application))
-        return { whole };
+        return {whole};
     std::vector<std::vector<std::string>> lines;
     for (const std::string& file : files)
-        lines.push_back(command_for(application, { file }, &takes_files));
+        lines.push_back(command_for(application, {file}, &takes_files));
     return lines;
 }
 

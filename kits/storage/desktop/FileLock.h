@@ -6,11 +6,11 @@
 
 #include <string>
 
-namespace storage __attribute__((visibility("hidden"))) {
+namespace [[gnu::visibility("hidden")]] storage {
 
-// Holds a file or a folder, so that programs of ours change what it stands for one after another.
-// Not to be taken twice by one thread. A program that stands still holds the others up no longer
-// than they have patience.
+// Holds a file or a folder, so that programs of ours change what it stands for one after
+// another. Not to be taken twice by one thread. A program that stands still holds the others up
+// no longer than they have patience.
 class FileLock {
 public:
     // `flags` are open()'s.

@@ -22,18 +22,15 @@
 namespace storage {
 
 static const bigtime_t kPatience_us = 10'000'000;  // the host's database takes seconds
-static const int kAttempts = 1000;  // against programs that write all the time
-static const mode_t kNewFileMode = 0600;  // what the user chose and used is nobody else's
+static const int kAttempts = 1000;                 // against programs that write all the time
+static const mode_t kNewFileMode = 0600;           // what the user chose and used is nobody else's
 
 static std::string folder_of(const std::string& path)
 {
     return path.substr(0, std::max<size_t>(path.rfind('/'), 1));
 }
 
-std::string own_data_folder()
-{
-    return data_folders().front() + "/beos";
-}
+std::string own_data_folder() { return data_folders().front() + "/beos"; }
 
 UsersLock::UsersLock(const char* name)
 {
@@ -77,8 +74,8 @@ public:
     bool IsAt(const std::string& path) const
     {
         struct stat own, there;
-        return fstat(fFd, &own) == 0 && stat(path.c_str(), &there) == 0
-            && own.st_ino == there.st_ino && own.st_dev == there.st_dev;
+        return fstat(fFd, &own) == 0 && stat(path.c_str(), &there) == 0 &&
+               own.st_ino == there.st_ino && own.st_dev == there.st_dev;
     }
     // The whole content, in place of what there was.
     status_t Write(const std::string& bytes)
@@ -86,8 +83,8 @@ public:
         if (fFd < 0)
             return host_failure();
         for (size_t done = 0; done < bytes.size();) {
-            const ssize_t size = pwrite(fFd, bytes.data() + done, bytes.size() - done,
-                                        static_cast<off_t>(done));
+            const ssize_t size =
+                pwrite(fFd, bytes.data() + done, bytes.size() - done, static_cast<off_t>(done));
             if (size < 0 && errno != EINTR)
                 return host_failure();
             done += static_cast<size_t>(std::max<ssize_t>(size, 0));
@@ -117,9 +114,9 @@ status_t replace_file(const std::string& path, const std::string& bytes)
 static bool is_same_version(const std::string& path, const struct stat& before)
 {
     struct stat now;
-    return stat(path.c_str(), &now) == 0 && now.st_ino == before.st_ino
-        && now.st_size == before.st_size && now.st_mtim.tv_sec == before.st_mtim.tv_sec
-        && now.st_mtim.tv_nsec == before.st_mtim.tv_nsec;
+    return stat(path.c_str(), &now) == 0 && now.st_ino == before.st_ino &&
+           now.st_size == before.st_size && now.st_mtim.tv_sec == before.st_mtim.tv_sec &&
+           now.st_mtim.tv_nsec == before.st_mtim.tv_nsec;
 }
 
 // Gives the versions at two names each other's name until `path` has the one that came last: each
@@ -128,8 +125,8 @@ static void give_back(const char* name, const std::string& path, std::string wen
 {
     for (int i = 0; i < kAttempts; i++) {
         const std::string goes_in = read_text_file(name);
-        if (renameat2(AT_FDCWD, name, AT_FDCWD, path.c_str(), RENAME_EXCHANGE) != 0
-            || read_text_file(name) == went_in)
+        if (renameat2(AT_FDCWD, name, AT_FDCWD, path.c_str(), RENAME_EXCHANGE) != 0 ||
+            read_text_file(name) == went_in)
             return;
         went_in = goes_in;
     }

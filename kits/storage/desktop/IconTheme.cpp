@@ -17,9 +17,9 @@
 namespace storage {
 
 static const size_t kMaxDepth = 16;  // of themes that inherit
-static const char* const kFallbacks[] = { "Adwaita", "breeze", "hicolor" };
+static const char* const kFallbacks[] = {"Adwaita", "breeze", "hicolor"};
 static const char* const kGroup = "Icon Theme";
-static const char* const kEndings[] = { ".png", ".svg", ".xpm" };
+static const char* const kEndings[] = {".png", ".svg", ".xpm"};
 
 // ---- The user's choice
 
@@ -43,8 +43,8 @@ static std::string read_key(const std::string& path, const char* group, const ch
 // <property name="IconThemeName" type="string" value="..."/>
 static std::string xfce_theme(const std::string& config)
 {
-    const std::string text = read_text_file(
-        config + "/xfce4/xfconf/xfce-perchannel-xml/xsettings.xml");
+    const std::string text =
+        read_text_file(config + "/xfce4/xfconf/xfce-perchannel-xml/xsettings.xml");
     size_t at = text.find("\"IconThemeName\"");
     at = at != std::string::npos ? text.find("value=\"", at) : at;
     const size_t end = at != std::string::npos ? text.find('"', at + 7) : at;
@@ -54,8 +54,8 @@ static std::string xfce_theme(const std::string& config)
 static std::string gnome_theme(const char* schema)
 {
     GSettingsSchemaSource* source = g_settings_schema_source_get_default();
-    GSettingsSchema* found = source != nullptr
-        ? g_settings_schema_source_lookup(source, schema, true) : nullptr;
+    GSettingsSchema* found =
+        source != nullptr ? g_settings_schema_source_lookup(source, schema, true) : nullptr;
     if (found == nullptr)
         return "";
     std::string theme;
@@ -86,7 +86,7 @@ std::string users_icon_theme()
         else if (desktop == "mate")
             theme = gnome_theme("org.mate.interface");
     }
-    for (const char* toolkit : { "/gtk-4.0", "/gtk-3.0" }) {
+    for (const char* toolkit : {"/gtk-4.0", "/gtk-3.0"}) {
         if (theme.empty())
             theme = read_key(config + toolkit + "/settings.ini", "Settings", "gtk-icon-theme-name");
     }
@@ -97,7 +97,7 @@ std::string users_icon_theme()
 
 static std::vector<std::string> icon_folders()
 {
-    std::vector<std::string> folders = { std::string(g_get_home_dir()) + "/.icons" };
+    std::vector<std::string> folders = {std::string(g_get_home_dir()) + "/.icons"};
     for (const std::string& data : data_folders())
         folders.push_back(data + "/icons");
     return folders;
@@ -137,7 +137,7 @@ void IconTheme::_AddFolder(GKeyFile* index, const std::string& leaf,
     const int size = get_number(index, leaf, "Size", 0);
     if (size <= 0 || get_number(index, leaf, "Scale", 1) != 1)
         return;
-    Folder folder = { "", size, size, size };
+    Folder folder = {"", size, size, size};
     const std::string type = get_text(index, leaf, "Type");
     if (type == "Scalable") {
         folder.min_size = get_number(index, leaf, "MinSize", size);
@@ -156,8 +156,8 @@ void IconTheme::_AddFolder(GKeyFile* index, const std::string& leaf,
 
 void IconTheme::_Add(const std::string& name, size_t depth)
 {
-    if (name.empty() || depth > kMaxDepth
-        || std::find(fNames.begin(), fNames.end(), name) != fNames.end())
+    if (name.empty() || depth > kMaxDepth ||
+        std::find(fNames.begin(), fNames.end(), name) != fNames.end())
         return;
     std::vector<std::string> places;
     const std::unique_ptr<GKeyFile, decltype(&g_key_file_unref)> index(g_key_file_new(),
@@ -191,8 +191,9 @@ std::string IconTheme::Find(const std::string& icon, int size) const
         int best_distance = INT_MAX;
         for (const Folder& folder : theme) {
             // Too large is better than too small: it can be made smaller.
-            const int distance = size < folder.min_size ? folder.min_size - size
-                : size > folder.max_size ? (size - folder.max_size) * 1000 : 0;
+            const int distance = size < folder.min_size   ? folder.min_size - size
+                                 : size > folder.max_size ? (size - folder.max_size) * 1000
+                                                          : 0;
             if (distance >= best_distance)
                 continue;
             for (const char* ending : kEndings) {

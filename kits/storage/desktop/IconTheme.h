@@ -6,7 +6,7 @@
 
 struct _GKeyFile;
 
-namespace storage __attribute__((visibility("hidden"))) {
+namespace [[gnu::visibility("hidden")]] storage {
 
 // The name of the theme that the user chose, by the settings of the running desktop.
 std::string users_icon_theme();

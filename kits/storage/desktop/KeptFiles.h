@@ -5,7 +5,7 @@
 
 #include "storage/watch/FolderChanges.h"
 
-namespace storage __attribute__((visibility("hidden"))) {
+namespace [[gnu::visibility("hidden")]] storage {
 
 // What was read from files, to be read again when they have changed.
 template <class Content>

@@ -20,11 +20,11 @@ status_t run_program(std::vector<std::string> command)
     arguments.push_back(nullptr);
     posix_spawn_file_actions_t actions;
     posix_spawn_file_actions_init(&actions);
-    for (const int fd : { STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO })
+    for (const int fd : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO})
         posix_spawn_file_actions_addopen(&actions, fd, "/dev/null", O_RDWR, 0);
     pid_t process = -1;
-    const int number = posix_spawnp(&process, arguments[0], &actions, nullptr, arguments.data(),
-                                    environ);
+    const int number =
+        posix_spawnp(&process, arguments[0], &actions, nullptr, arguments.data(), environ);
     posix_spawn_file_actions_destroy(&actions);
     if (number != 0)
         return fail(number);

@@ -6,7 +6,7 @@
 
 #include <SupportDefs.h>
 
-namespace storage __attribute__((visibility("hidden"))) {
+namespace [[gnu::visibility("hidden")]] storage {
 
 // Runs one of the desktop's own tools, silently, and waits for it. B_IO_ERROR if it fails,
 // B_ENTRY_NOT_FOUND if it is not installed. Any thread.

@@ -65,7 +65,7 @@ static std::string find_icon(const std::string& name, int size)
         found.paths.clear();
         found.read_at = now;
     }
-    const auto [row, is_new] = found.paths.try_emplace({ name, size });
+    const auto [row, is_new] = found.paths.try_emplace({name, size});
     if (is_new)
         row->second = found.theme->Find(name, size);
     return row->second;
@@ -126,10 +126,7 @@ status_t load_theme_icon(const std::vector<std::string>& names, BBitmap* icon, i
 
 // ---- The user's own
 
-static std::string users_theme()
-{
-    return data_folders().front() + "/icons/hicolor";
-}
+static std::string users_theme() { return data_folders().front() + "/icons/hicolor"; }
 
 static std::string users_icon(const std::string& name, icon_size size)
 {
@@ -176,7 +173,7 @@ void remove_users_icons(const std::string& name)
 {
     const int before = errno;
     if (!name.empty() && name.find('/') == std::string::npos) {
-        for (const icon_size size : { B_MINI_ICON, B_LARGE_ICON })
+        for (const icon_size size : {B_MINI_ICON, B_LARGE_ICON})
             write_users_icon(name, nullptr, size);
     }
     errno = before;

@@ -24,27 +24,15 @@ static const type_code kVersionType = 'APPV';
 
 BAppFileInfo::BAppFileInfo() {}
 
-BAppFileInfo::BAppFileInfo(BFile* file)
-    : BNodeInfo(file)
-{
-}
+BAppFileInfo::BAppFileInfo(BFile* file) : BNodeInfo(file) {}
 
 BAppFileInfo::~BAppFileInfo() {}
 
-status_t BAppFileInfo::SetTo(BFile* file)
-{
-    return BNodeInfo::SetTo(file);
-}
+status_t BAppFileInfo::SetTo(BFile* file) { return BNodeInfo::SetTo(file); }
 
-status_t BAppFileInfo::GetType(char* type) const
-{
-    return BNodeInfo::GetType(type);
-}
+status_t BAppFileInfo::GetType(char* type) const { return BNodeInfo::GetType(type); }
 
-status_t BAppFileInfo::SetType(const char* type)
-{
-    return BNodeInfo::SetType(type);
-}
+status_t BAppFileInfo::SetType(const char* type) { return BNodeInfo::SetType(type); }
 
 status_t BAppFileInfo::GetSignature(char* signature) const
 {
@@ -198,8 +186,8 @@ bool BAppFileInfo::IsSupportedType(const char* type) const
 {
     const BMimeType wanted(type);
     return wanted.IsValid() && any_supported(*this, [&](const BMimeType& supported) {
-        return supported == B_FILE_MIME_TYPE || supported.Contains(&wanted);
-    });
+               return supported == B_FILE_MIME_TYPE || supported.Contains(&wanted);
+           });
 }
 
 bool BAppFileInfo::Supports(BMimeType* type) const
@@ -216,7 +204,7 @@ status_t BAppFileInfo::GetIcon(BBitmap* icon, icon_size which) const
     if (status == B_OK || InitCheck() != B_OK || check_icon(icon, which) != B_OK)
         return status;
     const ApplicationRef application = find_application_of(path_of_node(*fNode));
-    return application != nullptr ? load_theme_icon({ application->icon }, icon, which)
+    return application != nullptr ? load_theme_icon({application->icon}, icon, which)
                                   : fail(ENOENT);
 }
 
@@ -240,10 +228,7 @@ status_t BAppFileInfo::SetIcon(const uint8* data, size_t size, bool updateMimeDB
     return SetIconForType(nullptr, data, size, updateMimeDB);
 }
 
-status_t BAppFileInfo::SetIcon(const uint8* data, size_t size)
-{
-    return SetIcon(data, size, true);
-}
+status_t BAppFileInfo::SetIcon(const uint8* data, size_t size) { return SetIcon(data, size, true); }
 
 status_t BAppFileInfo::GetVersionInfo(version_info* info, version_kind kind) const
 {
@@ -304,12 +289,13 @@ status_t BAppFileInfo::SetIconForType(const char* type, const BBitmap* icon, ico
         return fail(EINVAL);
     status_t status = write_info_icon(*fNode, icon_attribute(which, type), icon, which);
     char signature[B_MIME_TYPE_LENGTH];
-    if (status != B_OK || !updateMimeDB
-        || read_info_text(*fNode, info::kSignature, signature, sizeof(signature)) != B_OK)
+    if (status != B_OK || !updateMimeDB ||
+        read_info_text(*fNode, info::kSignature, signature, sizeof(signature)) != B_OK)
         return status;
     BMimeType application(signature);
     return icon != nullptr || application.IsInstalled()
-        ? application.SetIconForType(type, icon, which) : B_OK;
+               ? application.SetIconForType(type, icon, which)
+               : B_OK;
 }
 
 status_t BAppFileInfo::SetIconForType(const char* type, const BBitmap* icon, icon_size which)
@@ -335,12 +321,13 @@ status_t BAppFileInfo::SetIconForType(const char* type, const uint8* data, size_
         return fail(EINVAL);
     status_t status = write_info_bytes(*fNode, vector_attribute(type), data, size);
     char signature[B_MIME_TYPE_LENGTH];
-    if (status != B_OK || !updateMimeDB
-        || read_info_text(*fNode, info::kSignature, signature, sizeof(signature)) != B_OK)
+    if (status != B_OK || !updateMimeDB ||
+        read_info_text(*fNode, info::kSignature, signature, sizeof(signature)) != B_OK)
         return status;
     BMimeType application(signature);
     return (data != nullptr && size > 0) || application.IsInstalled()
-        ? application.SetIconForType(type, data, size) : B_OK;
+               ? application.SetIconForType(type, data, size)
+               : B_OK;
 }
 
 status_t BAppFileInfo::SetIconForType(const char* type, const uint8* data, size_t size)
@@ -352,12 +339,6 @@ status_t BAppFileInfo::SetIconForType(const char* type, const uint8* data, size_
 
 void BAppFileInfo::SetInfoLocation(info_location) {}
 
-bool BAppFileInfo::IsUsingAttributes() const
-{
-    return InitCheck() == B_OK;
-}
+bool BAppFileInfo::IsUsingAttributes() const { return InitCheck() == B_OK; }
 
-bool BAppFileInfo::IsUsingResources() const
-{
-    return false;
-}
+bool BAppFileInfo::IsUsingResources() const { return false; }

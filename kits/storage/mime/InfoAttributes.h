@@ -10,9 +10,10 @@
 class BBitmap;
 class BNode;
 
-namespace storage __attribute__((visibility("hidden"))) {
+namespace [[gnu::visibility("hidden")]] storage {
 
-// Attributes in which files and executables tell about themselves, by their names on the platform.
+// Attributes in which files and executables tell about themselves, by their names on the
+// platform.
 namespace info {
 inline const char* const kType = "BEOS:TYPE";
 inline const char* const kPreferredApp = "BEOS:PREF_APP";

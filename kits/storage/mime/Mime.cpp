@@ -149,17 +149,11 @@ status_t get_device_icon(const char* device, void* icon, int32 size)
     return status;
 }
 
-status_t get_device_icon(const char*, uint8**, size_t*, type_code*)
-{
-    return fail(EOPNOTSUPP);
-}
+status_t get_device_icon(const char*, uint8**, size_t*, type_code*) { return fail(EOPNOTSUPP); }
 
 status_t get_named_icon(const char* name, BBitmap* icon, icon_size which)
 {
-    return name != nullptr ? load_theme_icon({ name }, icon, which) : fail(EINVAL);
+    return name != nullptr ? load_theme_icon({name}, icon, which) : fail(EINVAL);
 }
 
-status_t get_named_icon(const char*, uint8**, size_t*, type_code*)
-{
-    return fail(EOPNOTSUPP);
-}
+status_t get_named_icon(const char*, uint8**, size_t*, type_code*) { return fail(EOPNOTSUPP); }

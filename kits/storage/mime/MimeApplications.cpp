@@ -38,9 +38,10 @@ static List parse_list(const std::string& text)
     Choices* group = nullptr;
     for (const std::string& line : split_text(text, '\n')) {
         if (line[0] == '[') {
-            group = line.starts_with("[Default Applications]") ? &list.defaults
-                : line.starts_with("[Added Associations]") ? &list.added
-                : line.starts_with("[Removed Associations]") ? &list.removed : nullptr;
+            group = line.starts_with("[Default Applications]")   ? &list.defaults
+                    : line.starts_with("[Added Associations]")   ? &list.added
+                    : line.starts_with("[Removed Associations]") ? &list.removed
+                                                                 : nullptr;
             continue;
         }
         const size_t equals = line.find('=');
@@ -84,9 +85,9 @@ static std::shared_ptr<const std::vector<List>> current_lists()
     if (lists == nullptr || changes.Changed()) {
         std::vector<FolderChanges::Folder> folders;
         for (const std::string& folder : config_folders())
-            folders.push_back({ folder, kListName });
+            folders.push_back({folder, kListName});
         for (const std::string& folder : data_folders())
-            folders.push_back({ folder + "/applications", kListName });
+            folders.push_back({folder + "/applications", kListName});
         changes.Watch(folders);
         lists = std::make_shared<const std::vector<List>>(read_lists());
     }
@@ -143,8 +144,8 @@ static std::vector<ApplicationRef> ranked_applications(const std::string& type)
         const auto& taken = ids_for(list.removed, type);
         removed.insert(taken.begin(), taken.end());
         for (const ApplicationRef& application : all) {
-            if (application->place == list.place && !removed.contains(application->id)
-                && tells_type(*application, type))
+            if (application->place == list.place && !removed.contains(application->id) &&
+                tells_type(*application, type))
                 found.Add(application);
         }
     }
@@ -203,10 +204,7 @@ static const char* const kDefaults = "[Default Applications]";
 static const char* const kAdded = "[Added Associations]";
 static const char* const kRemoved = "[Removed Associations]";
 
-static std::string users_list()
-{
-    return config_folders().front() + "/" + kListName;
-}
+static std::string users_list() { return config_folders().front() + "/" + kListName; }
 
 // The key of a line "key=value"; empty for others.
 static std::string key_of(const std::string& line)
@@ -254,7 +252,7 @@ static std::string with_value(const std::string& text, const std::string& group,
         } else {
             if (!edited.empty() && !edited.back().empty())
                 edited.emplace_back();
-            edited.insert(edited.end(), { group, added });
+            edited.insert(edited.end(), {group, added});
         }
     }
     std::string whole;
@@ -283,8 +281,8 @@ static std::string with_choice(const std::string& text, const std::string& type,
                             removed.empty() ? std::nullopt : std::optional(joined(removed)));
     }
     std::vector<std::string> added = ids_for(list.added, lower_case(type));
-    if (!tells_type(application, lower_case(type))
-        && std::find(added.begin(), added.end(), id) == added.end()) {
+    if (!tells_type(application, lower_case(type)) &&
+        std::find(added.begin(), added.end(), id) == added.end()) {
         added.insert(added.begin(), id);
         edited = with_value(edited, kAdded, type, joined(added));
     }

@@ -10,7 +10,7 @@
 
 #include "storage/desktop/DesktopEntries.h"
 
-namespace storage __attribute__((visibility("hidden"))) {
+namespace [[gnu::visibility("hidden")]] storage {
 
 // The user's own choice for a type; null if there is none.
 ApplicationRef chosen_application(std::string_view type);

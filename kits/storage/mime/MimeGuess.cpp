@@ -55,18 +55,33 @@ std::string guess_type_of_file(const std::string& path, const std::string& name)
     const int before = errno;
     struct stat info = {};
     std::string type = kUnknown;
-    if (lstat(path.c_str(), &info) == 0 && S_ISLNK(info.st_mode)
-        && path.starts_with("/proc/self/fd/"))
+    if (lstat(path.c_str(), &info) == 0 && S_ISLNK(info.st_mode) &&
+        path.starts_with("/proc/self/fd/"))
         stat(path.c_str(), &info);
     switch (info.st_mode & S_IFMT) {
-        case S_IFREG: type = guess_regular(path, name, info.st_size); break;
-        case S_IFDIR: type = "inode/directory"; break;
-        case S_IFLNK: type = "inode/symlink"; break;
-        case S_IFIFO: type = "inode/fifo"; break;
-        case S_IFSOCK: type = "inode/socket"; break;
-        case S_IFCHR: type = "inode/chardevice"; break;
-        case S_IFBLK: type = "inode/blockdevice"; break;
-        default: break;
+        case S_IFREG:
+            type = guess_regular(path, name, info.st_size);
+            break;
+        case S_IFDIR:
+            type = "inode/directory";
+            break;
+        case S_IFLNK:
+            type = "inode/symlink";
+            break;
+        case S_IFIFO:
+            type = "inode/fifo";
+            break;
+        case S_IFSOCK:
+            type = "inode/socket";
+            break;
+        case S_IFCHR:
+            type = "inode/chardevice";
+            break;
+        case S_IFBLK:
+            type = "inode/blockdevice";
+            break;
+        default:
+            break;
     }
     errno = before;
     return type;

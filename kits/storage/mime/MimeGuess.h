@@ -5,10 +5,10 @@
 
 #include <string>
 
-namespace storage __attribute__((visibility("hidden"))) {
+namespace [[gnu::visibility("hidden")]] storage {
 
-// What type the desktop takes a file for, by its kind, name and content. `path` may be the host's
-// name of a descriptor, `name` is the file's own. Any thread.
+// What type the desktop takes a file for, by its kind, name and content. `path` may be the
+// host's name of a descriptor, `name` is the file's own. Any thread.
 std::string guess_type_of_file(const std::string& path, const std::string& name);
 std::string guess_type_of_name(const std::string& name);
 std::string guess_type_of_bytes(const void* bytes, size_t size);

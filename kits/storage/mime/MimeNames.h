@@ -1,7 +1,7 @@
 #ifndef STORAGE_MIME_NAMES_H
 #define STORAGE_MIME_NAMES_H
 
-namespace storage __attribute__((visibility("hidden"))) {
+namespace [[gnu::visibility("hidden")]] storage {
 
 // True for what may stand in a part of a MIME string.
 bool is_mime_character(char c);

@@ -14,10 +14,7 @@ namespace storage {
 
 static const char* const kName = "types.ini";
 
-static std::string notes_path()
-{
-    return own_data_folder() + "/" + kName;
-}
+static std::string notes_path() { return own_data_folder() + "/" + kName; }
 
 struct NotesFile {
     static std::shared_ptr<const MimeNotes> Parse(const std::string& text)
@@ -66,7 +63,7 @@ std::shared_ptr<const MimeNotes> MimeNotes::Get()
     auto& [lock, changes, notes] = kept_while_running<std::shared_ptr<const MimeNotes>>();
     std::lock_guard guard(lock);
     if (notes == nullptr || changes.Changed()) {
-        changes.Watch({ { own_data_folder(), kName } });
+        changes.Watch({{own_data_folder(), kName}});
         notes = NotesFile::Parse(read_text_file(notes_path()));
     }
     return notes;
@@ -95,10 +92,7 @@ status_t MimeNotes::Remove(const std::string& type)
     return notes.fGroups.erase(lower_case(type)) > 0 ? NotesFile::Write(notes) : B_OK;
 }
 
-bool MimeNotes::Contains(std::string_view type) const
-{
-    return fGroups.contains(lower_case(type));
-}
+bool MimeNotes::Contains(std::string_view type) const { return fGroups.contains(lower_case(type)); }
 
 std::optional<std::string> MimeNotes::Find(std::string_view type, const std::string& key) const
 {

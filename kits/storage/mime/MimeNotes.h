@@ -10,11 +10,11 @@
 
 #include <SupportDefs.h>
 
-namespace storage __attribute__((visibility("hidden"))) {
+namespace [[gnu::visibility("hidden")]] storage {
 
-// What programs set for types, as far as the desktop has no place for it or not the same one: the
-// key file "beos/types.ini" in the user's data folder, a group for each type. What other programs
-// of ours change is seen with the next Get(). Types are found without case.
+// What programs set for types, as far as the desktop has no place for it or not the same one:
+// the key file "beos/types.ini" in the user's data folder, a group for each type. What other
+// programs of ours change is seen with the next Get(). Types are found without case.
 class MimeNotes {
 public:
     // The notes as they are now; they stay as they are. Any thread.

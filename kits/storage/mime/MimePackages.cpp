@@ -21,10 +21,7 @@
 
 namespace storage {
 
-static std::string mime_folder()
-{
-    return data_folders().front() + "/mime";
-}
+static std::string mime_folder() { return data_folders().front() + "/mime"; }
 
 static std::string package_path(const std::string& type)
 {
@@ -39,22 +36,22 @@ static bool is_plain_text(const std::string& text)
     const auto is_control = [](char c) {
         return static_cast<uint8>(c) < ' ' && c != '\n' && c != '\t';
     };
-    return g_utf8_validate(text.data(), static_cast<gssize>(text.size()), nullptr)
-        && std::none_of(text.begin(), text.end(), is_control);
+    return g_utf8_validate(text.data(), static_cast<gssize>(text.size()), nullptr) &&
+           std::none_of(text.begin(), text.end(), is_control);
 }
 
 bool can_be_packaged(const std::string& type)
 {
     // The supertype is a folder beside that of the packages, the subtype a file in it.
     const size_t slash = type.find('/');
-    return slash != std::string::npos && type[0] != '.' && type[slash + 1] != '.'
-        && lower_case(type.substr(0, slash)) != "packages" && is_plain_text(type);
+    return slash != std::string::npos && type[0] != '.' && type[slash + 1] != '.' &&
+           lower_case(type.substr(0, slash)) != "packages" && is_plain_text(type);
 }
 
 bool is_extension(const std::string& extension)
 {
-    return !extension.empty() && is_plain_text(extension)
-        && extension.find_first_of("*?[]\\/: \t\n") == std::string::npos;
+    return !extension.empty() && is_plain_text(extension) &&
+           extension.find_first_of("*?[]\\/: \t\n") == std::string::npos;
 }
 
 static std::string xml(const std::string& text)
@@ -67,9 +64,11 @@ static std::string xml(const std::string& text)
 
 static std::string xml_of(const MimePackage& package)
 {
-    std::string text = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
+    std::string text =
+        "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
         "<mime-info xmlns=\"http://www.freedesktop.org/standards/shared-mime-info\">\n"
-        "  <mime-type type=\"" + xml(package.type) + "\">\n";
+        "  <mime-type type=\"" +
+        xml(package.type) + "\">\n";
     if (!package.description.empty())
         text += "    <comment>" + xml(package.description) + "</comment>\n";
     if (!package.icon.empty())
@@ -88,7 +87,7 @@ static std::string xml_of(const MimePackage& package)
 // The desktop's own program makes the files that all others read.
 static status_t update_database()
 {
-    status_t status = run_program({ "update-mime-database", mime_folder() });
+    status_t status = run_program({"update-mime-database", mime_folder()});
     SharedMime::Refresh();
     return status;
 }
@@ -153,8 +152,8 @@ static std::vector<std::string> types_in(const std::string& package)
                 static_cast<std::vector<std::string>*>(list)->push_back(lower_case(*values));
         }
     };
-    GMarkupParseContext* context = g_markup_parse_context_new(&parser, GMarkupParseFlags(0),
-                                                              &types, nullptr);
+    GMarkupParseContext* context =
+        g_markup_parse_context_new(&parser, GMarkupParseFlags(0), &types, nullptr);
     const std::string text = read_text_file(package);
     g_markup_parse_context_parse(context, text.data(), static_cast<gssize>(text.size()), nullptr);
     g_markup_parse_context_free(context);
@@ -168,7 +167,7 @@ bool remove_others_packages(const std::string& type)
     std::vector<std::string> found;
     while (const struct dirent* entry = stream != nullptr ? readdir(stream) : nullptr) {
         const std::string path = folder + "/" + entry->d_name;
-        if (path.ends_with(".xml") && types_in(path) == std::vector{ lower_case(type) })
+        if (path.ends_with(".xml") && types_in(path) == std::vector{lower_case(type)})
             found.push_back(path);
     }
     if (stream != nullptr)

@@ -7,7 +7,7 @@
 
 #include <SupportDefs.h>
 
-namespace storage __attribute__((visibility("hidden"))) {
+namespace [[gnu::visibility("hidden")]] storage {
 
 // What our package for one type tells the desktop.
 struct MimePackage {
@@ -22,8 +22,8 @@ struct MimePackage {
 bool can_be_packaged(const std::string& type);
 bool is_extension(const std::string& extension);
 
-// Writes our package for the type into the user's part of the database and updates that. With the
-// TypesLock; failures leave the host's number in errno and everything as it was.
+// Writes our package for the type into the user's part of the database and updates that. With
+// the TypesLock; failures leave the host's number in errno and everything as it was.
 status_t write_package(const MimePackage& package);
 // Removes it. The type may still be there, if others tell it.
 status_t remove_package(const std::string& type);

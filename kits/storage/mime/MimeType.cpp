@@ -25,21 +25,11 @@ const char* B_RESOURCE_MIME_TYPE = "application/x-be-resource";
 const char* B_FILE_MIME_TYPE = "application/octet-stream";
 const char* B_APP_MIME_TYPE = "application/x-vnd.Be-elfexecutable";
 
-BMimeType::BMimeType()
-    : fType(nullptr), fStatus(B_NO_INIT)
-{
-}
+BMimeType::BMimeType() : fType(nullptr), fStatus(B_NO_INIT) {}
 
-BMimeType::BMimeType(const char* mimeType)
-    : BMimeType()
-{
-    SetTo(mimeType);
-}
+BMimeType::BMimeType(const char* mimeType) : BMimeType() { SetTo(mimeType); }
 
-BMimeType::~BMimeType()
-{
-    free(fType);
-}
+BMimeType::~BMimeType() { free(fType); }
 
 status_t BMimeType::SetTo(const char* mimeType)
 {
@@ -54,10 +44,7 @@ status_t BMimeType::SetTo(const char* mimeType)
     return fStatus = status;
 }
 
-status_t BMimeType::SetType(const char* mimeType)
-{
-    return SetTo(mimeType);
-}
+status_t BMimeType::SetType(const char* mimeType) { return SetTo(mimeType); }
 
 void BMimeType::Unset()
 {
@@ -66,25 +53,13 @@ void BMimeType::Unset()
     fStatus = B_NO_INIT;
 }
 
-status_t BMimeType::InitCheck() const
-{
-    return fStatus;
-}
+status_t BMimeType::InitCheck() const { return fStatus; }
 
-const char* BMimeType::Type() const
-{
-    return fType;
-}
+const char* BMimeType::Type() const { return fType; }
 
-bool BMimeType::IsValid() const
-{
-    return fStatus == B_OK;
-}
+bool BMimeType::IsValid() const { return fStatus == B_OK; }
 
-bool BMimeType::IsValid(const char* mimeType)
-{
-    return is_mime_name(mimeType);
-}
+bool BMimeType::IsValid(const char* mimeType) { return is_mime_name(mimeType); }
 
 bool BMimeType::IsSupertypeOnly() const
 {
@@ -122,8 +97,8 @@ bool BMimeType::Contains(const BMimeType* type) const
     if (*this == *type)
         return true;
     BMimeType supertype;
-    return IsSupertypeOnly() && !type->IsSupertypeOnly()
-        && type->GetSupertype(&supertype) == B_OK && *this == supertype;
+    return IsSupertypeOnly() && !type->IsSupertypeOnly() &&
+           type->GetSupertype(&supertype) == B_OK && *this == supertype;
 }
 
 status_t BMimeType::GuessMimeType(const entry_ref* file, BMimeType* type)

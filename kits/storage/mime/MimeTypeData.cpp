@@ -41,20 +41,11 @@ status_t BMimeType::_CheckInstalled() const
     return is_installed(fType) ? B_OK : fail(ENOENT);
 }
 
-status_t BMimeType::Install()
-{
-    return fStatus == B_OK ? install_type(fType) : not_set();
-}
+status_t BMimeType::Install() { return fStatus == B_OK ? install_type(fType) : not_set(); }
 
-status_t BMimeType::Delete()
-{
-    return fStatus == B_OK ? delete_type(fType) : not_set();
-}
+status_t BMimeType::Delete() { return fStatus == B_OK ? delete_type(fType) : not_set(); }
 
-bool BMimeType::IsInstalled() const
-{
-    return fStatus == B_OK && is_installed(fType);
-}
+bool BMimeType::IsInstalled() const { return fStatus == B_OK && is_installed(fType); }
 
 // ---- Applications
 
@@ -112,17 +103,17 @@ status_t BMimeType::SetPreferredApp(const char* signature, app_verb)
         status = choose(fType, application);
     if (status != B_OK)
         return status;
-    return set_type_value(fType, keys::kPreferredApp,
-                          application == nullptr ? std::optional<std::string>(signature)
-                                                 : std::nullopt);
+    return set_type_value(
+        fType, keys::kPreferredApp,
+        application == nullptr ? std::optional<std::string>(signature) : std::nullopt);
 }
 
 static status_t add_applications(const std::vector<ApplicationRef>& own,
                                  const std::vector<ApplicationRef>& parents, BMessage* message)
 {
     std::set<std::string> told;
-    int32 counts[2] = { 0, 0 };
-    const std::vector<ApplicationRef>* const lists[2] = { &own, &parents };
+    int32 counts[2] = {0, 0};
+    const std::vector<ApplicationRef>* const lists[2] = {&own, &parents};
     status_t status = B_OK;
     for (int i = 0; i < 2; i++) {
         for (const ApplicationRef& application : *lists[i]) {
@@ -183,8 +174,8 @@ status_t BMimeType::SetAppHint(const entry_ref* ref)
 
 static bool is_description(const char* text)
 {
-    return strlen(text) < B_MIME_TYPE_LENGTH && g_utf8_validate(text, -1, nullptr)
-        && std::none_of(text, text + strlen(text), [](char c) { return c > 0 && c < ' '; });
+    return strlen(text) < B_MIME_TYPE_LENGTH && g_utf8_validate(text, -1, nullptr) &&
+           std::none_of(text, text + strlen(text), [](char c) { return c > 0 && c < ' '; });
 }
 
 // GIO makes one up from the name of a type that has none.
@@ -297,8 +288,8 @@ status_t BMimeType::SetFileExtensions(const BMessage* extensions)
         return not_set();
     std::string value;
     const char* text = nullptr;
-    for (int32 i = 0; extensions != nullptr
-             && extensions->FindString("extensions", i, &text) == B_OK; i++) {
+    for (int32 i = 0;
+         extensions != nullptr && extensions->FindString("extensions", i, &text) == B_OK; i++) {
         const std::string extension = text[0] == '.' ? text + 1 : text;
         if (!is_extension(extension) || extension.find(';') != std::string::npos)
             return fail(EINVAL);
@@ -364,10 +355,7 @@ status_t BMimeType::GetInstalledSupertypes(BMessage* supertypes)
     return status;
 }
 
-status_t BMimeType::GetInstalledTypes(BMessage* types)
-{
-    return GetInstalledTypes(nullptr, types);
-}
+status_t BMimeType::GetInstalledTypes(BMessage* types) { return GetInstalledTypes(nullptr, types); }
 
 status_t BMimeType::GetInstalledTypes(const char* supertype, BMessage* subtypes)
 {

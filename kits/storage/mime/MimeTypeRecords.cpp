@@ -21,10 +21,7 @@
 
 namespace storage {
 
-static bool is_supertype(const std::string& type)
-{
-    return type.find('/') == std::string::npos;
-}
+static bool is_supertype(const std::string& type) { return type.find('/') == std::string::npos; }
 
 // The name that notes and packages go by.
 static std::string own_name(const std::string& type)
@@ -40,14 +37,14 @@ static bool has_subtypes(const std::string& supertype)
     };
     const auto& types = SharedMime::Get()->Types();
     const auto noted = MimeNotes::Get()->Types();
-    return start == "application/" || std::any_of(types.begin(), types.end(), begins)
-        || std::any_of(noted.begin(), noted.end(), begins);
+    return start == "application/" || std::any_of(types.begin(), types.end(), begins) ||
+           std::any_of(noted.begin(), noted.end(), begins);
 }
 
 bool is_installed(const std::string& type)
 {
-    return SharedMime::Get()->Contains(type) || MimeNotes::Get()->Contains(own_name(type))
-        || (is_supertype(type) ? has_subtypes(type) : find_application(type) != nullptr);
+    return SharedMime::Get()->Contains(type) || MimeNotes::Get()->Contains(own_name(type)) ||
+           (is_supertype(type) ? has_subtypes(type) : find_application(type) != nullptr);
 }
 
 std::vector<std::string> installed_types()
@@ -107,8 +104,8 @@ std::vector<std::string> split_extensions(const std::string& value)
 
 static bool is_for_package(const std::string& key)
 {
-    return key == keys::kShortDescription || key == keys::kExtensions || key == keys::kSnifferRule
-        || key == keys::kIcon;
+    return key == keys::kShortDescription || key == keys::kExtensions ||
+           key == keys::kSnifferRule || key == keys::kIcon;
 }
 
 // The package of a type whose value of `key` is about to be another one.
@@ -119,8 +116,8 @@ static MimePackage package_with(const std::string& type, const std::string& key,
     const auto find = [&](const char* wanted) {
         return key == wanted ? value : notes->Find(type, wanted);
     };
-    MimePackage package = { type, find(keys::kShortDescription).value_or(""), std::nullopt,
-                            find(keys::kSnifferRule).value_or(""), find(keys::kIcon).value_or("") };
+    MimePackage package = {type, find(keys::kShortDescription).value_or(""), std::nullopt,
+                           find(keys::kSnifferRule).value_or(""), find(keys::kIcon).value_or("")};
     if (const auto extensions = find(keys::kExtensions))
         package.extensions = split_extensions(*extensions);
     return package;
@@ -133,10 +130,10 @@ static status_t write_package_with(const std::string& type, const std::string& k
     if (is_supertype(type))
         return can_be_packaged(type + "/x") ? B_OK : fail(EINVAL);
     const MimePackage package = package_with(type, key, value);
-    const bool says_something = !package.description.empty() || package.extensions
-        || !package.rule.empty() || !package.icon.empty();
-    const bool needed = says_something || !SharedMime::Get()->Contains(type)
-        || SharedMime::Get()->IsOwn(type);
+    const bool says_something = !package.description.empty() || package.extensions ||
+                                !package.rule.empty() || !package.icon.empty();
+    const bool needed =
+        says_something || !SharedMime::Get()->Contains(type) || SharedMime::Get()->IsOwn(type);
     return needed ? write_package(package) : remove_package(type);
 }
 
@@ -177,8 +174,8 @@ status_t delete_type(const std::string& type)
     const auto database = SharedMime::Get();
     if (!is_installed(type))
         return fail(ENOENT);
-    if ((database->Contains(name) && !database->IsOwn(name)) || find_application(type) != nullptr
-        || (is_supertype(type) && has_subtypes(type)))
+    if ((database->Contains(name) && !database->IsOwn(name)) || find_application(type) != nullptr ||
+        (is_supertype(type) && has_subtypes(type)))
         return fail(EPERM);
     status_t status = remove_package(name);
     if (status == B_OK && SharedMime::Get()->Contains(name) && !remove_others_packages(name))

@@ -7,7 +7,7 @@
 
 #include <SupportDefs.h>
 
-namespace storage __attribute__((visibility("hidden"))) {
+namespace [[gnu::visibility("hidden")]] storage {
 
 // Keys of what is known of a type, in the notes.
 namespace keys {
@@ -16,7 +16,7 @@ inline const char* const kShortDescription = "ShortDescription";
 inline const char* const kLongDescription = "LongDescription";
 inline const char* const kExtensions = "Extensions";
 inline const char* const kSnifferRule = "SnifferRule";
-inline const char* const kIcon = "Icon";  // a name in the icon theme
+inline const char* const kIcon = "Icon";             // a name in the icon theme
 inline const char* const kMiniIconState = "Icon16";  // changes with the icon
 inline const char* const kLargeIconState = "Icon32";
 inline const char* const kVectorIcon = "VectorIcon";
@@ -35,8 +35,8 @@ std::optional<std::string> type_value(const std::string& type, const char* key);
 std::string icon_for_key(const std::string& kind, const std::string& type);
 bool parse_icon_for_key(const std::string& key, std::string* kind, std::string* type);
 
-// Install the type if it is not. Keys that the desktop's database has a place for go there, too.
-// Failures leave the host's number in errno.
+// Install the type if it is not. Keys that the desktop's database has a place for go there,
+// too. Failures leave the host's number in errno.
 status_t set_type_value(const std::string& type, const std::string& key,
                         const std::optional<std::string>& value);
 status_t install_type(const std::string& type);

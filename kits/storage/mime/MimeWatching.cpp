@@ -88,8 +88,9 @@ static States read_states()
     const auto notes = MimeNotes::Get();
     const auto database = SharedMime::Get();
     for (const std::string& type : database->Types()) {
-        states[lower_case(type)] = { type, true, database->Extensions(type),
-                                     others_icons(database->IconNames(type)), {}, {} };
+        states[lower_case(type)] = {
+            type, true, database->Extensions(type), others_icons(database->IconNames(type)),
+            {},   {}};
     }
     for (const std::string& type : notes->Types()) {
         TypeState& state = states[lower_case(type)];
@@ -106,7 +107,7 @@ static States read_states()
 
 static Change plain_change(int32 which, bool removed)
 {
-    return { which, removed ? B_META_MIME_DELETED : B_META_MIME_MODIFIED, "", false, false };
+    return {which, removed ? B_META_MIME_DELETED : B_META_MIME_MODIFIED, "", false, false};
 }
 
 // What another value of a note means; false for one that means nothing to programs.
@@ -116,13 +117,13 @@ static bool change_of_note(const std::string& key, bool removed, Change* change)
         const char* key;
         int32 which;
     } kRows[] = {
-        { keys::kShortDescription, B_SHORT_DESCRIPTION_CHANGED },
-        { keys::kLongDescription, B_LONG_DESCRIPTION_CHANGED },
-        { keys::kSnifferRule, B_SNIFFER_RULE_CHANGED },
-        { keys::kVectorIcon, B_ICON_CHANGED },
-        { keys::kPreferredApp, B_PREFERRED_APP_CHANGED },
-        { keys::kAppHint, B_APP_HINT_CHANGED },
-        { keys::kAttrInfo, B_ATTR_INFO_CHANGED },
+        {keys::kShortDescription, B_SHORT_DESCRIPTION_CHANGED},
+        {keys::kLongDescription, B_LONG_DESCRIPTION_CHANGED},
+        {keys::kSnifferRule, B_SNIFFER_RULE_CHANGED},
+        {keys::kVectorIcon, B_ICON_CHANGED},
+        {keys::kPreferredApp, B_PREFERRED_APP_CHANGED},
+        {keys::kAppHint, B_APP_HINT_CHANGED},
+        {keys::kAttrInfo, B_ATTR_INFO_CHANGED},
     };
     std::string kind;
     *change = plain_change(0, removed);
@@ -164,8 +165,8 @@ static std::set<Change> changes_between(const TypeState& before, const TypeState
         const auto value = now.notes.find(key);
         const bool removed = value == now.notes.end();
         Change change;
-        if ((old_value == before.notes.end() || removed || old_value->second != value->second)
-            && change_of_note(key, removed, &change))
+        if ((old_value == before.notes.end() || removed || old_value->second != value->second) &&
+            change_of_note(key, removed, &change))
             changes.insert(change);
     }
     return changes;
@@ -173,10 +174,10 @@ static std::set<Change> changes_between(const TypeState& before, const TypeState
 
 static std::vector<FolderChanges::Folder> watched_folders()
 {
-    std::vector<FolderChanges::Folder> folders = { { own_data_folder(), "types.ini" },
-                                                   { config_folders().front(), "mimeapps.list" } };
+    std::vector<FolderChanges::Folder> folders = {{own_data_folder(), "types.ini"},
+                                                  {config_folders().front(), "mimeapps.list"}};
     for (const std::string& data : data_folders())
-        folders.push_back({ data + "/mime", "" });
+        folders.push_back({data + "/mime", ""});
     return folders;
 }
 
@@ -222,7 +223,7 @@ void MimeWatcher::_Run()
             std::lock_guard guard(fLock);
             fd = fChanges.Descriptor();
         }
-        struct pollfd wait = { fd, POLLIN, 0 };
+        struct pollfd wait = {fd, POLLIN, 0};
         poll(&wait, 1, fd >= 0 ? -1 : kBlindWait_ms);
         snooze(kQuiet_ms * 1000);
         std::lock_guard guard(fLock);
@@ -274,7 +275,4 @@ status_t BMimeType::StartWatching(BMessenger target)
     return target.IsValid() ? MimeWatcher::Get().Start(target) : fail(EINVAL);
 }
 
-status_t BMimeType::StopWatching(BMessenger target)
-{
-    return MimeWatcher::Get().Stop(target);
-}
+status_t BMimeType::StopWatching(BMessenger target) { return MimeWatcher::Get().Stop(target); }

@@ -28,16 +28,9 @@
 using namespace storage;
 using BPrivate::StorageAccess;
 
-BNodeInfo::BNodeInfo()
-    : fNode(nullptr), fStatus(B_NO_INIT)
-{
-}
+BNodeInfo::BNodeInfo() : fNode(nullptr), fStatus(B_NO_INIT) {}
 
-BNodeInfo::BNodeInfo(BNode* node)
-    : BNodeInfo()
-{
-    SetTo(node);
-}
+BNodeInfo::BNodeInfo(BNode* node) : BNodeInfo() { SetTo(node); }
 
 BNodeInfo::~BNodeInfo() {}
 
@@ -48,10 +41,7 @@ status_t BNodeInfo::SetTo(BNode* node)
     return fStatus = usable ? B_OK : fail(EINVAL);
 }
 
-status_t BNodeInfo::InitCheck() const
-{
-    return fStatus;
-}
+status_t BNodeInfo::InitCheck() const { return fStatus; }
 
 status_t BNodeInfo::GetType(char* type) const
 {
@@ -60,8 +50,7 @@ status_t BNodeInfo::GetType(char* type) const
     if (fStatus != B_OK)
         return not_set();
     const int before = errno;
-    if (read_info_text(*fNode, info::kType, type, B_MIME_TYPE_LENGTH) == B_OK
-        && is_mime_name(type))
+    if (read_info_text(*fNode, info::kType, type, B_MIME_TYPE_LENGTH) == B_OK && is_mime_name(type))
         return B_OK;
     errno = before;
     const auto name = StorageAccess::HostPath(StorageAccess::Descriptor(*fNode));
@@ -153,11 +142,11 @@ static status_t get_application_icon(const BNode& node, const std::string& path,
                                      icon_size which)
 {
     char signature[B_MIME_TYPE_LENGTH];
-    if (read_info_text(node, info::kSignature, signature, sizeof(signature)) == B_OK
-        && BMimeType(signature).GetIcon(icon, which) == B_OK)
+    if (read_info_text(node, info::kSignature, signature, sizeof(signature)) == B_OK &&
+        BMimeType(signature).GetIcon(icon, which) == B_OK)
         return B_OK;
     const ApplicationRef application = find_application_of(path);
-    return application != nullptr ? load_theme_icon({ application->icon }, icon, which)
+    return application != nullptr ? load_theme_icon({application->icon}, icon, which)
                                   : fail(ENOENT);
 }
 
@@ -165,8 +154,8 @@ static status_t get_folder_icon(const std::string& path, const struct stat& info
                                 icon_size which)
 {
     struct stat above;
-    const bool is_root = path == "/" || (stat(directory_of(path).c_str(), &above) == 0
-                                         && above.st_dev != info.st_dev);
+    const bool is_root = path == "/" || (stat(directory_of(path).c_str(), &above) == 0 &&
+                                         above.st_dev != info.st_dev);
     return is_root ? BVolume(info.st_dev).GetIcon(icon, which) : fail(ENOENT);
 }
 
@@ -176,14 +165,14 @@ static status_t get_type_icon(const BNodeInfo& node, BBitmap* icon, icon_size wh
     char signature[B_MIME_TYPE_LENGTH];
     if (node.GetType(type) != B_OK)
         return fail(ENOENT);
-    if (node.GetPreferredApp(signature) == B_OK
-        && BMimeType(signature).GetIconForType(type, icon, which) == B_OK)
+    if (node.GetPreferredApp(signature) == B_OK &&
+        BMimeType(signature).GetIconForType(type, icon, which) == B_OK)
         return B_OK;
     BMimeType mime(type);
     if (mime.GetIcon(icon, which) == B_OK)
         return B_OK;
-    if (mime.GetPreferredApp(signature) == B_OK
-        && BMimeType(signature).GetIconForType(type, icon, which) == B_OK)
+    if (mime.GetPreferredApp(signature) == B_OK &&
+        BMimeType(signature).GetIconForType(type, icon, which) == B_OK)
         return B_OK;
     BMimeType supertype;
     return mime.GetSupertype(&supertype) == B_OK ? supertype.GetIcon(icon, which) : fail(ENOENT);
@@ -209,8 +198,8 @@ status_t BNodeInfo::GetTrackerIcon(BBitmap* icon, icon_size which) const
     if (status != B_OK)
         status = get_type_icon(*this, icon, which);
     if (status != B_OK)
-        status = load_theme_icon({ "application-octet-stream", "unknown", "text-x-generic" }, icon,
-                                 which);
+        status =
+            load_theme_icon({"application-octet-stream", "unknown", "text-x-generic"}, icon, which);
     if (status == B_OK)
         errno = before;
     return status;

@@ -101,7 +101,7 @@ static std::vector<FolderChanges::Folder> mime_folders()
 {
     std::vector<FolderChanges::Folder> folders;
     for (const std::string& data : data_folders())
-        folders.push_back({ data + "/mime", "" });
+        folders.push_back({data + "/mime", ""});
     return folders;
 }
 
@@ -126,10 +126,7 @@ std::shared_ptr<const SharedMime> SharedMime::Get()
     return known;
 }
 
-void SharedMime::Refresh()
-{
-    sStale = true;
-}
+void SharedMime::Refresh() { sStale = true; }
 
 std::string SharedMime::CanonicalName(std::string_view type) const
 {
@@ -137,10 +134,7 @@ std::string SharedMime::CanonicalName(std::string_view type) const
     return found != fNames.end() ? found->second : std::string(type);
 }
 
-bool SharedMime::Contains(std::string_view type) const
-{
-    return fNames.contains(lower_case(type));
-}
+bool SharedMime::Contains(std::string_view type) const { return fNames.contains(lower_case(type)); }
 
 bool SharedMime::IsOwn(std::string_view type) const
 {

@@ -8,7 +8,7 @@
 #include <string_view>
 #include <vector>
 
-namespace storage __attribute__((visibility("hidden"))) {
+namespace [[gnu::visibility("hidden")]] storage {
 
 // The desktop's MIME database, as its text files below "mime" in the data folders tell it. What
 // changes in it, by whatever program, is seen with the next Get(), also by GIO. Types are found
@@ -25,7 +25,8 @@ public:
     bool Contains(std::string_view type) const;
     // True if the user's own part of the database has it; false if the system brings it too.
     bool IsOwn(std::string_view type) const;
-    // What the type is a kind of, as told, nearest first: without what all text and all files are.
+    // What the type is a kind of, as told, nearest first: without what all text and all files
+    // are.
     std::vector<std::string> Parents(std::string_view type) const;
     // Without the dot, the most usual first.
     std::vector<std::string> Extensions(std::string_view type) const;
@@ -41,7 +42,7 @@ private:
 
     std::vector<std::string> fTypes;
     std::map<std::string, std::string, std::less<>> fNames;  // by lower case: aliases too
-    std::map<std::string, int, std::less<>> fOrigins;  // 1 the user's, 2 the system's, 3 both
+    std::map<std::string, int, std::less<>> fOrigins;        // 1 the user's, 2 the system's, 3 both
     Names fParents;
     Names fExtensions;
     std::set<std::string> fSettled;  // their extensions are not taken from further folders

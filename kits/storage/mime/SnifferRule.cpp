@@ -22,10 +22,7 @@ namespace {
 // Walks over a rule; the first fault ends it.
 class Parser {
 public:
-    explicit Parser(const char* text)
-        : fText(text), fAt(text)
-    {
-    }
+    explicit Parser(const char* text) : fText(text), fAt(text) {}
 
     bool Parse(SnifferRule* rule);
     const std::string& Error() const { return fError; }
@@ -55,8 +52,8 @@ private:
 bool Parser::_Fail(const char* what)
 {
     if (fError.empty()) {
-        fError = std::string("Sniffer rule, character ") + std::to_string(fAt - fText + 1) + ": "
-            + what;
+        fError =
+            std::string("Sniffer rule, character ") + std::to_string(fAt - fText + 1) + ": " + what;
     }
     return false;
 }
@@ -97,7 +94,8 @@ bool Parser::_ReadPriority(double* priority)
     if (*priority > 1.0)
         return _Fail("the priority is more than 1");
     return isspace(static_cast<uint8>(*fAt)) || *fAt == '(' || *fAt == '[' || *fAt == '\0'
-        ? true : _Fail("no number");
+               ? true
+               : _Fail("no number");
 }
 
 bool Parser::_ReadNumber(int32* number)
@@ -145,7 +143,7 @@ bool Parser::_ReadHex(std::string* bytes)
     while (isxdigit(static_cast<uint8>(fAt[0]))) {
         if (!isxdigit(static_cast<uint8>(fAt[1])))
             return _Fail("half a byte");
-        const char digits[3] = { fAt[0], fAt[1], '\0' };
+        const char digits[3] = {fAt[0], fAt[1], '\0'};
         *bytes += static_cast<char>(strtol(digits, nullptr, 16));
         fAt += 2;
     }
@@ -163,7 +161,7 @@ bool Parser::_ReadEscape(std::string* bytes)
         int value = 0;
         fAt++;
         for (int digits = 0; digits < 2 && isxdigit(static_cast<uint8>(*fAt)); digits++, fAt++) {
-            const char digit[2] = { *fAt, '\0' };
+            const char digit[2] = {*fAt, '\0'};
             value = value * 16 + static_cast<int>(strtol(digit, nullptr, 16));
         }
         *bytes += static_cast<char>(value);
@@ -218,8 +216,8 @@ bool Parser::_ReadPattern(SnifferPattern* pattern)
         return true;
     if (!_ReadBytes(&pattern->mask))
         return false;
-    return pattern->mask.size() == pattern->bytes.size()
-        || _Fail("the mask is not as long as the pattern");
+    return pattern->mask.size() == pattern->bytes.size() ||
+           _Fail("the mask is not as long as the pattern");
 }
 
 // Behind the opening bracket. A range before the bracket is the first pattern's, and counts for
@@ -246,7 +244,7 @@ bool Parser::Parse(SnifferRule* rule)
     if (!_ReadPriority(&rule->priority))
         return false;
     for (_SkipSpace(); *fAt != '\0'; _SkipSpace()) {
-        std::vector<SnifferPattern> list = { { 0, 0, "", "", false } };
+        std::vector<SnifferPattern> list = {{0, 0, "", "", false}};
         if (_Take('[') && !_ReadRange(&list.back()))
             return false;
         if (!_Take('('))
@@ -335,8 +333,8 @@ std::string magic_of(const SnifferRule& rule)
         if (leaves > kMaxMatches)
             return "";
     }
-    return "<magic priority=\"" + std::to_string(lround(rule.priority * 100.0)) + "\">"
-        + matches_of(rule, 0) + "</magic>";
+    return "<magic priority=\"" + std::to_string(lround(rule.priority * 100.0)) + "\">" +
+           matches_of(rule, 0) + "</magic>";
 }
 
 }  // namespace storage

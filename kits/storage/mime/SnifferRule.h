@@ -6,17 +6,17 @@
 
 #include <SupportDefs.h>
 
-namespace storage __attribute__((visibility("hidden"))) {
+namespace [[gnu::visibility("hidden")]] storage {
 
 // A rule that tells a type by a file's bytes:
 //
 //     0.5 [0:32] ("GIF87a" | "GIF89a") (-i [4] 'png' | [8] 0xCAFE & 0xFFF0)
 //
-// A priority from 0 to 1; then one or more lists in brackets, all of which must match. A list is a
-// set of patterns behind one range, or of patterns with a range each; one of them must match. "-i"
-// is for either case. A range is the first and the last place that the pattern may begin at, or the
-// only one. A pattern is a text in either quotes or in none, with C's escapes, or a hexadecimal
-// number; a mask as long as the pattern may follow.
+// A priority from 0 to 1; then one or more lists in brackets, all of which must match. A list
+// is a set of patterns behind one range, or of patterns with a range each; one of them must
+// match. "-i" is for either case. A range is the first and the last place that the pattern may
+// begin at, or the only one. A pattern is a text in either quotes or in none, with C's escapes,
+// or a hexadecimal number; a mask as long as the pattern may follow.
 struct SnifferPattern {
     int32 first, last;
     std::string bytes;

@@ -18,10 +18,7 @@
 using namespace storage;
 
 // dev_t has no sign on this host: a status code is cast into its upper end.
-static dev_t as_device(status_t status)
-{
-    return static_cast<dev_t>(static_cast<int64>(status));
-}
+static dev_t as_device(status_t status) { return static_cast<dev_t>(static_cast<int64>(status)); }
 
 extern "C" dev_t dev_for_path(const char* path)
 {

@@ -26,12 +26,13 @@ namespace storage {
 static const char* const kTable = "/proc/self/mountinfo";
 static const char* const kRootName = "root";  // of a root volume without a label
 
-static const std::string_view kSharedTypes[]
-    = { "nfs", "nfs4", "cifs", "smb3", "9p", "ceph", "fuse.sshfs", "virtiofs" };
+static const std::string_view kSharedTypes[] = {"nfs", "nfs4", "cifs",       "smb3",
+                                                "9p",  "ceph", "fuse.sshfs", "virtiofs"};
 
 // File systems whose contents go with the machine's power.
-static const std::string_view kVolatileTypes[] = { "tmpfs", "ramfs", "devtmpfs", "devpts", "proc",
-    "sysfs", "cgroup", "cgroup2", "mqueue", "debugfs", "tracefs", "securityfs", "hugetlbfs" };
+static const std::string_view kVolatileTypes[] = {
+    "tmpfs",   "ramfs",  "devtmpfs", "devpts",  "proc",       "sysfs",    "cgroup",
+    "cgroup2", "mqueue", "debugfs",  "tracefs", "securityfs", "hugetlbfs"};
 
 template <class List>
 static bool is_one_of(const std::string& type, const List& list)
@@ -45,8 +46,8 @@ static std::string unescaped(std::string_view text)
     std::string plain;
     for (size_t i = 0; i < text.size(); i++) {
         if (text[i] == '\\' && i + 3 < text.size() && isdigit(static_cast<uint8>(text[i + 1]))) {
-            plain += static_cast<char>((text[i + 1] - '0') << 6 | (text[i + 2] - '0') << 3
-                | (text[i + 3] - '0'));
+            plain += static_cast<char>((text[i + 1] - '0') << 6 | (text[i + 2] - '0') << 3 |
+                                       (text[i + 3] - '0'));
             i += 3;
         } else {
             plain += text[i];
@@ -114,10 +115,7 @@ static bool is_block_device(const Mount& mount)
 }
 
 // Of two mounts of a device: all of it before a part, then what was mounted first.
-static bool shows_more(const Mount& a, const Mount& b)
-{
-    return a.root == "/" && b.root != "/";
-}
+static bool shows_more(const Mount& a, const Mount& b) { return a.root == "/" && b.root != "/"; }
 
 std::vector<Mount> volumes_of(const std::vector<Mount>& mounts)
 {
@@ -125,8 +123,9 @@ std::vector<Mount> volumes_of(const std::vector<Mount>& mounts)
     for (const Mount& mount : mounts) {
         if (mount.point != "/" && !is_block_device(mount))
             continue;
-        auto same = std::find_if(volumes.begin(), volumes.end(),
-            [&](const Mount& volume) { return volume.device == mount.device; });
+        auto same = std::find_if(volumes.begin(), volumes.end(), [&](const Mount& volume) {
+            return volume.device == mount.device;
+        });
         if (same == volumes.end())
             volumes.push_back(mount);
         else if (same->point != "/" && (mount.point == "/" || shows_more(mount, *same)))
@@ -139,10 +138,10 @@ static void add_missing(const std::vector<Mount>& from, const std::vector<Mount>
                         std::vector<VolumeChange>* changes)
 {
     for (const Mount& mount : from) {
-        const bool found = std::any_of(in.begin(), in.end(),
-            [&](const Mount& other) { return other.device == mount.device; });
+        const bool found = std::any_of(
+            in.begin(), in.end(), [&](const Mount& other) { return other.device == mount.device; });
         if (!found)
-            changes->push_back({ mounted, mount });
+            changes->push_back({mounted, mount});
     }
 }
 
@@ -166,8 +165,8 @@ std::optional<Mount> find_mount(dev_t device)
     // Some file systems give their files a device number that the table does not show.
     for (size_t i = 0; found == nullptr && i < mounts.size(); i++) {
         struct stat info;
-        if (is_block_device(mounts[i]) && stat(mounts[i].point.c_str(), &info) == 0
-            && info.st_dev == device)
+        if (is_block_device(mounts[i]) && stat(mounts[i].point.c_str(), &info) == 0 &&
+            info.st_dev == device)
             found = &mounts[i];
     }
     if (found != nullptr)
@@ -192,7 +191,7 @@ std::string volume_name(const Mount& mount)
 // A partition's disk says whether it can be taken out.
 static bool is_removable(dev_t device)
 {
-    for (const char* where : { "removable", "../removable" }) {
+    for (const char* where : {"removable", "../removable"}) {
         char path[64];
         snprintf(path, sizeof(path), "/sys/dev/block/%u:%u/%s", major(device), minor(device),
                  where);

@@ -10,18 +10,18 @@
 
 #include <SupportDefs.h>
 
-namespace storage __attribute__((visibility("hidden"))) {
+namespace [[gnu::visibility("hidden")]] storage {
 
 // One mounted file system of the host's table.
 struct Mount {
     int id;
     int parent;
     dev_t device;
-    std::string root;     // what of the file system is mounted, "/" for all
-    std::string point;    // where
+    std::string root;   // what of the file system is mounted, "/" for all
+    std::string point;  // where
     std::string options;
     std::string type;
-    std::string source;   // the block device, or a name
+    std::string source;  // the block device, or a name
 };
 
 // The host's table; empty, and its number in errno, if the host does not show it. Any thread.

@@ -22,25 +22,15 @@ using namespace storage;
 
 static const dev_t kNoDevice = static_cast<dev_t>(-1);
 
-BVolume::BVolume()
-    : fDevice(kNoDevice), fStatus(B_NO_INIT)
-{
-}
+BVolume::BVolume() : fDevice(kNoDevice), fStatus(B_NO_INIT) {}
 
-BVolume::BVolume(dev_t device)
-    : BVolume()
-{
-    SetTo(device);
-}
+BVolume::BVolume(dev_t device) : BVolume() { SetTo(device); }
 
 BVolume::BVolume(const BVolume& volume) = default;
 
 BVolume::~BVolume() {}
 
-status_t BVolume::InitCheck() const
-{
-    return fStatus;
-}
+status_t BVolume::InitCheck() const { return fStatus; }
 
 status_t BVolume::SetTo(dev_t device)
 {
@@ -58,10 +48,7 @@ void BVolume::Unset()
     fStatus = B_NO_INIT;
 }
 
-dev_t BVolume::Device() const
-{
-    return fDevice;
-}
+dev_t BVolume::Device() const { return fDevice; }
 
 status_t BVolume::GetRootDirectory(BDirectory* directory) const
 {
@@ -130,10 +117,7 @@ status_t BVolume::GetIcon(BBitmap* icon, icon_size which) const
     return mount ? load_theme_icon(volume_icons(*mount), icon, which) : host_failure();
 }
 
-status_t BVolume::GetIcon(uint8**, size_t*, type_code*) const
-{
-    return fail(EOPNOTSUPP);
-}
+status_t BVolume::GetIcon(uint8**, size_t*, type_code*) const { return fail(EOPNOTSUPP); }
 
 bool BVolume::IsRemovable() const { return (_Flags() & B_FS_IS_REMOVABLE) != 0; }
 bool BVolume::IsReadOnly() const { return (_Flags() & B_FS_IS_READONLY) != 0; }
@@ -143,15 +127,9 @@ bool BVolume::KnowsMime() const { return (_Flags() & B_FS_HAS_MIME) != 0; }
 bool BVolume::KnowsAttr() const { return (_Flags() & B_FS_HAS_ATTR) != 0; }
 bool BVolume::KnowsQuery() const { return (_Flags() & B_FS_HAS_QUERY) != 0; }
 
-bool BVolume::operator==(const BVolume& volume) const
-{
-    return fDevice == volume.fDevice;
-}
+bool BVolume::operator==(const BVolume& volume) const { return fDevice == volume.fDevice; }
 
-bool BVolume::operator!=(const BVolume& volume) const
-{
-    return !(*this == volume);
-}
+bool BVolume::operator!=(const BVolume& volume) const { return !(*this == volume); }
 
 BVolume& BVolume::operator=(const BVolume& volume) = default;
 

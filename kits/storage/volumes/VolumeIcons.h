@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-namespace storage __attribute__((visibility("hidden"))) {
+namespace [[gnu::visibility("hidden")]] storage {
 
 struct Mount;
 

@@ -22,8 +22,8 @@ static std::string decoded_label(const char* name)
     std::string label;
     for (; *name != '\0'; name++) {
         unsigned byte;
-        if (name[0] == '\\' && name[1] == 'x' && sscanf(name + 2, "%2x", &byte) == 1
-            && strlen(name) >= 4) {
+        if (name[0] == '\\' && name[1] == 'x' && sscanf(name + 2, "%2x", &byte) == 1 &&
+            strlen(name) >= 4) {
             label += static_cast<char>(byte);
             name += 3;
         } else {
@@ -49,8 +49,8 @@ std::string label_of(const std::string& device)
         const struct dirent* entry = readdir(labels);
         if (entry == nullptr)
             break;
-        if (!real.empty() && entry->d_name[0] != '.'
-            && real_path_of(folder + '/' + entry->d_name) == real)
+        if (!real.empty() && entry->d_name[0] != '.' &&
+            real_path_of(folder + '/' + entry->d_name) == real)
             label = decoded_label(entry->d_name);
     }
     if (labels != nullptr)

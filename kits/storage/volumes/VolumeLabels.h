@@ -14,16 +14,16 @@ std::string& volume_label_folder();
 
 }  // namespace BPrivate
 
-namespace storage __attribute__((visibility("hidden"))) {
+namespace [[gnu::visibility("hidden")]] storage {
 
 struct Mount;
 
 // The label of the file system on a block device, "" for none. Any thread.
 std::string label_of(const std::string& device);
 
-// Has the host's disk service give the file system a label; the user is asked for nothing. Waits
-// until the new label can be seen, for a while. B_NOT_SUPPORTED, with errno, where no such service
-// runs, and for what is on no block device. Any thread.
+// Has the host's disk service give the file system a label; the user is asked for nothing.
+// Waits until the new label can be seen, for a while. B_NOT_SUPPORTED, with errno, where no
+// such service runs, and for what is on no block device. Any thread.
 status_t set_label(const Mount& mount, const std::string& label);
 
 }  // namespace storage

@@ -20,8 +20,8 @@ namespace storage {
 static const char* const kService = "org.freedesktop.UDisks2";
 static const char* const kFileSystem = "org.freedesktop.UDisks2.Filesystem";
 static const char* const kObjects = "/org/freedesktop/UDisks2/block_devices/";
-static const bigtime_t kTimeout = 10'000'000;      // labels are written to slow disks, too
-static const bigtime_t kLongestWait = 2'000'000;   // until the host has seen the label
+static const bigtime_t kTimeout = 10'000'000;     // labels are written to slow disks, too
+static const bigtime_t kLongestWait = 2'000'000;  // until the host has seen the label
 static const bigtime_t kPause = 10'000;
 
 struct ErrorRow {
@@ -50,8 +50,8 @@ static std::string kernel_name(const Mount& mount)
     const ssize_t length = readlink(link, target, sizeof(target));
     std::string path = length > 0 ? std::string(target, length) : std::string();
     // File systems over several devices have a number of their own, and name one of these.
-    if (path.empty() && mount.source.compare(0, 5, "/dev/") == 0
-        && realpath(mount.source.c_str(), target) != nullptr)
+    if (path.empty() && mount.source.compare(0, 5, "/dev/") == 0 &&
+        realpath(mount.source.c_str(), target) != nullptr)
         path = target;
     return path.substr(path.rfind('/') + 1);
 }

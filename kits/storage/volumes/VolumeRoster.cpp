@@ -14,15 +14,9 @@
 
 using namespace storage;
 
-BVolumeRoster::BVolumeRoster()
-    : fNext(0)
-{
-}
+BVolumeRoster::BVolumeRoster() : fNext(0) {}
 
-BVolumeRoster::~BVolumeRoster()
-{
-    StopWatching();
-}
+BVolumeRoster::~BVolumeRoster() { StopWatching(); }
 
 status_t BVolumeRoster::GetNextVolume(BVolume* volume)
 {
@@ -38,10 +32,7 @@ status_t BVolumeRoster::GetNextVolume(BVolume* volume)
     return B_OK;
 }
 
-void BVolumeRoster::Rewind()
-{
-    fNext = 0;
-}
+void BVolumeRoster::Rewind() { fNext = 0; }
 
 status_t BVolumeRoster::GetBootVolume(BVolume* volume)
 {
@@ -68,7 +59,4 @@ void BVolumeRoster::StopWatching()
     fTarget = BMessenger();
 }
 
-BMessenger BVolumeRoster::Messenger() const
-{
-    return fTarget;
-}
+BMessenger BVolumeRoster::Messenger() const { return fTarget; }

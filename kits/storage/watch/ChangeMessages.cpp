@@ -61,9 +61,9 @@ void ChangeWatcher::_EntryRemoved(Subject& directory, const std::string& name)
     message.AddString("name", name.c_str());
     Targets targets;
     directory.AddTargets(B_WATCH_DIRECTORY, &targets);
-    Subject* subject = _Find({ directory.key.first, node });
-    const bool is_its_name = subject != nullptr && subject->directory == &directory
-        && subject->path == join(directory.path, name);
+    Subject* subject = _Find({directory.key.first, node});
+    const bool is_its_name = subject != nullptr && subject->directory == &directory &&
+                             subject->path == join(directory.path, name);
     if (is_its_name)
         subject->AddTargets(B_WATCH_NAME, &targets);
     _Send(message, targets);
@@ -75,7 +75,7 @@ void ChangeWatcher::_EntryRemoved(Subject& directory, const std::string& name)
         subject->interests.clear();
     _DetachFromParent(*subject);
     if (is_gone)
-        fMaybeIdle.push_back({ directory.key.first, node });
+        fMaybeIdle.push_back({directory.key.first, node});
 }
 
 void ChangeWatcher::_EntryMoved(Subject& from, const std::string& fromName, Subject& to,
@@ -106,9 +106,9 @@ void ChangeWatcher::_EntryMoved(Subject& from, const std::string& fromName, Subj
     Targets targets;
     from.AddTargets(B_WATCH_DIRECTORY, &targets);
     to.AddTargets(B_WATCH_DIRECTORY, &targets);
-    if (Subject* subject = _Find({ to.key.first, node }))
+    if (Subject* subject = _Find({to.key.first, node}))
         subject->AddTargets(B_WATCH_NAME, &targets);
-    const Key key = { to.key.first, node };
+    const Key key = {to.key.first, node};
     _FollowMove(join(from.path, fromName), path, isDirectory);
     if (lstat(path.c_str(), &info) == 0)
         remember_node(path, info);
@@ -127,8 +127,8 @@ void ChangeWatcher::_FollowMove(const std::string& from, const std::string& to, 
         follow_moved_directory(from, to);
     for (auto& [key, subject] : fSubjects) {
         std::string& path = subject->path;
-        const bool is_below = isDirectory && path.size() > from.size()
-            && path.compare(0, from.size(), from) == 0 && path[from.size()] == '/';
+        const bool is_below = isDirectory && path.size() > from.size() &&
+                              path.compare(0, from.size(), from) == 0 && path[from.size()] == '/';
         if (path == from || is_below)
             path.replace(0, from.size(), to);
     }
@@ -186,14 +186,14 @@ static std::vector<AttributeChange> changed_attributes(const std::map<std::strin
     std::vector<AttributeChange> changes;
     for (const auto& [name, hash] : before) {
         if (after.count(name) == 0)
-            changes.push_back({ name, B_ATTR_REMOVED });
+            changes.push_back({name, B_ATTR_REMOVED});
     }
     for (const auto& [name, hash] : after) {
         auto former = before.find(name);
         if (former == before.end())
-            changes.push_back({ name, B_ATTR_CREATED });
+            changes.push_back({name, B_ATTR_CREATED});
         else if (former->second != hash)
-            changes.push_back({ name, B_ATTR_CHANGED });
+            changes.push_back({name, B_ATTR_CHANGED});
     }
     return changes;
 }
@@ -201,8 +201,7 @@ static std::vector<AttributeChange> changed_attributes(const std::map<std::strin
 void ChangeWatcher::_NodeChanged(Subject& subject, bool written)
 {
     struct stat info;
-    if (lstat(subject.path.c_str(), &info) != 0
-        || Key(info.st_dev, info.st_ino) != subject.key)
+    if (lstat(subject.path.c_str(), &info) != 0 || Key(info.st_dev, info.st_ino) != subject.key)
         return;
     const uint32 flags = subject.Flags();
     std::vector<AttributeChange> attributes;

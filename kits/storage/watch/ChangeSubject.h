@@ -9,7 +9,7 @@
 #include <OS.h>
 
 // What the watcher keeps of the nodes it watches.
-namespace storage __attribute__((visibility("hidden"))) {
+namespace [[gnu::visibility("hidden")]] storage {
 
 constexpr uint32 kStatFlags = B_WATCH_STAT | B_WATCH_INTERIM_STAT;
 
@@ -50,8 +50,8 @@ struct ChangeWatcher::Subject {
     void AddTargets(uint32 flags, Targets* targets) const
     {
         for (const Interest& interest : interests) {
-            const bool is_new = std::find(targets->begin(), targets->end(), interest.target)
-                == targets->end();
+            const bool is_new =
+                std::find(targets->begin(), targets->end(), interest.target) == targets->end();
             if ((interest.flags & flags) != 0 && is_new)
                 targets->push_back(interest.target);
         }

@@ -98,7 +98,7 @@ status_t ChangeWatcher::Watch(const node_ref& node, uint32 flags, const BMesseng
     Subject* subject = _Find(key);
     auto find_interest = [&] {
         return std::find_if(subject->interests.begin(), subject->interests.end(),
-            [&](const Interest& interest) { return interest.target == target; });
+                            [&](const Interest& interest) { return interest.target == target; });
     };
     if (flags == 0) {
         if (subject == nullptr || find_interest() == subject->interests.end())
@@ -122,7 +122,7 @@ status_t ChangeWatcher::Watch(const node_ref& node, uint32 flags, const BMesseng
     subject = _Meet(key, path, info);
     auto interest = find_interest();
     if (interest == subject->interests.end())
-        subject->interests.push_back({ target, flags });
+        subject->interests.push_back({target, flags});
     else
         interest->flags = flags;
     status = _Update(*subject);
@@ -173,7 +173,7 @@ void ChangeWatcher::_DropDead()
     std::vector<Key> touched;
     for (auto& [key, subject] : fSubjects) {
         if (std::erase_if(subject->interests,
-                [&](const Interest& interest) { return is_dead(interest.target); }) > 0)
+                          [&](const Interest& interest) { return is_dead(interest.target); }) > 0)
             touched.push_back(key);
     }
     for (const Key& key : touched) {
@@ -205,9 +205,9 @@ ChangeWatcher::Subject* ChangeWatcher::_Meet(const Key& key, const std::string& 
     if (subject == nullptr) {
         subject = (fSubjects[key] = std::make_unique<Subject>()).get();
         subject->key = key;
-    } else if (subject->mask != 0
-               && inotify_add_watch(fEvents, path.c_str(), subject->mask | IN_DONT_FOLLOW)
-                   == subject->watch) {
+    } else if (subject->mask != 0 &&
+               inotify_add_watch(fEvents, path.c_str(), subject->mask | IN_DONT_FOLLOW) ==
+                   subject->watch) {
         subject->path = path;
         return subject;
     } else {
@@ -241,8 +241,8 @@ status_t ChangeWatcher::_Update(Subject& subject)
         mask |= IN_MODIFY;
     if ((flags & B_WATCH_ATTR) != 0)
         mask |= IN_ATTRIB;
-    const bool wants_entries
-        = subject.is_directory && ((flags & B_WATCH_DIRECTORY) != 0 || subject.named_entries > 0);
+    const bool wants_entries =
+        subject.is_directory && ((flags & B_WATCH_DIRECTORY) != 0 || subject.named_entries > 0);
     if (wants_entries)
         mask |= kEntryEvents;
     status_t status = _SetMask(subject, mask);
@@ -275,8 +275,8 @@ status_t ChangeWatcher::_SetMask(Subject& subject, uint32 mask)
     if (watch < 0)
         return errno == ENOSPC ? B_NO_MEMORY : host_failure();
     struct stat info;
-    const bool is_it = lstat(subject.path.c_str(), &info) == 0
-        && Key(info.st_dev, info.st_ino) == subject.key;
+    const bool is_it =
+        lstat(subject.path.c_str(), &info) == 0 && Key(info.st_dev, info.st_ino) == subject.key;
     if (!is_it || (subject.watch >= 0 && subject.watch != watch)) {
         if (_FindWatch(watch) == nullptr)
             inotify_rm_watch(fEvents, watch);
@@ -372,7 +372,7 @@ void ChangeWatcher::_Run()
             std::lock_guard guard(fLock);
             waits_for_partner = !fQueue.empty();
         }
-        pollfd sources[] = { { events, POLLIN, 0 }, { table, POLLPRI, 0 } };
+        pollfd sources[] = {{events, POLLIN, 0}, {table, POLLPRI, 0}};
         const int timeout_ms = waits_for_partner ? kPartnerWait_us / 1000 : -1;
         const int ready = poll(sources, 2, timeout_ms);
         std::lock_guard guard(fLock);
@@ -393,8 +393,8 @@ void ChangeWatcher::_ReadEvents()
         const bigtime_t now = system_time();
         for (ssize_t at = 0; at < size;) {
             const auto* event = reinterpret_cast<const inotify_event*>(buffer + at);
-            fQueue.push_back({ event->wd, event->mask, event->cookie,
-                               event->len > 0 ? event->name : "", now });
+            fQueue.push_back(
+                {event->wd, event->mask, event->cookie, event->len > 0 ? event->name : "", now});
             at += static_cast<ssize_t>(sizeof(inotify_event) + event->len);
         }
     }
@@ -412,8 +412,8 @@ bool ChangeWatcher::_TakePartner(const Event& from, bool waited, bool* undecided
             return true;
         }
     }
-    *undecided = !waited && fQueue.size() < kPartnerDistance
-        && system_time() - from.read_at < kPartnerWait_us;
+    *undecided = !waited && fQueue.size() < kPartnerDistance &&
+                 system_time() - from.read_at < kPartnerWait_us;
     return false;
 }
 
@@ -423,8 +423,8 @@ void ChangeWatcher::_HandleEvents(bool waited)
         const Event event = fQueue.front();
         Event to;
         bool undecided = false;
-        const bool is_move
-            = (event.mask & IN_MOVED_FROM) != 0 && _TakePartner(event, waited, &undecided, &to);
+        const bool is_move =
+            (event.mask & IN_MOVED_FROM) != 0 && _TakePartner(event, waited, &undecided, &to);
         if (undecided)
             return;
         fQueue.pop_front();

@@ -19,12 +19,12 @@
 
 class BMessage;
 
-namespace storage __attribute__((visibility("hidden"))) {
+namespace [[gnu::visibility("hidden")]] storage {
 
-// Tells messengers what happens to nodes and volumes. A thread of its own reads the host's events
-// and turns them into messages in their order. The public calls may come from any thread; they, and
-// the thread while it handles events, hold the lock. Sending never waits, so the lock is held while
-// messages go out: after Stop() nothing more arrives.
+// Tells messengers what happens to nodes and volumes. A thread of its own reads the host's
+// events and turns them into messages in their order. The public calls may come from any
+// thread; they, and the thread while it handles events, hold the lock. Sending never waits, so
+// the lock is held while messages go out: after Stop() nothing more arrives.
 class ChangeWatcher {
 public:
     static ChangeWatcher& Get();
@@ -74,8 +74,8 @@ private:
     void _DropDead();
 
     std::mutex fLock;
-    int fEvents = -1;   // lock; the host's events
-    int fTable = -1;    // lock; the mount table
+    int fEvents = -1;                                   // lock; the host's events
+    int fTable = -1;                                    // lock; the mount table
     std::map<Key, std::unique_ptr<Subject>> fSubjects;  // lock
     std::map<int, Subject*> fWatches;                   // lock
     std::vector<Key> fMaybeIdle;                        // lock; empty between events and calls

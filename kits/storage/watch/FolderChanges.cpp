@@ -13,8 +13,8 @@
 
 namespace storage {
 
-static const uint32 kMask = IN_CLOSE_WRITE | IN_MOVED_TO | IN_MOVED_FROM | IN_DELETE | IN_CREATE
-    | IN_DELETE_SELF | IN_MOVE_SELF | IN_ONLYDIR;
+static const uint32 kMask = IN_CLOSE_WRITE | IN_MOVED_TO | IN_MOVED_FROM | IN_DELETE | IN_CREATE |
+                            IN_DELETE_SELF | IN_MOVE_SELF | IN_ONLYDIR;
 // How long the files count as unchanged where the host does not watch them.
 static const bigtime_t kBlindInterval_us = 1'000'000;
 
@@ -53,7 +53,7 @@ bool FolderChanges::_Add(const std::string& path, const Rule& rule)
 void FolderChanges::_WatchOne(const Folder& folder)
 {
     std::string path = folder.path;
-    while (!fBlind && !_Add(path, { folder.suffix, false })) {
+    while (!fBlind && !_Add(path, {folder.suffix, false})) {
         // Wait where the first missing part will appear. If it does so meanwhile, look again.
         std::string missing;
         bool watched = false;
@@ -61,7 +61,7 @@ void FolderChanges::_WatchOne(const Folder& folder)
             missing = path;
             const size_t slash = missing.rfind('/');
             path = missing.substr(0, std::max<size_t>(slash, 1));
-            watched = _Add(path, { missing.substr(slash + 1), true });
+            watched = _Add(path, {missing.substr(slash + 1), true});
         }
         if (!watched || access(missing.c_str(), X_OK) != 0)
             return;

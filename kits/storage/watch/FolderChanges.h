@@ -9,7 +9,7 @@
 
 struct inotify_event;
 
-namespace storage __attribute__((visibility("hidden"))) {
+namespace [[gnu::visibility("hidden")]] storage {
 
 // Tells whether files in some folders changed, exactly and without reading them: what was read
 // stays good as long as the answer is no. The caller's lock guards the object.
@@ -42,8 +42,8 @@ private:
     bool _Counts(const inotify_event& event) const;
 
     int fFd = -1;
-    bool fBlind = true;          // the host does not tell
-    bigtime_t fLastGuess = 0;    // of the blind
+    bool fBlind = true;        // the host does not tell
+    bigtime_t fLastGuess = 0;  // of the blind
     std::map<int, std::vector<Rule>> fRules;
 };
 

@@ -19,14 +19,12 @@ std::vector<Shape> random_shapes(std::mt19937& random)
 
     const BPoint a = place(), b = place();
     const float rx = in(0, 60), ry = in(0, 60), from = in(-400, 400), arc = in(-400, 400);
-    const BRect box(std::min(a.x, b.x), std::min(a.y, b.y), std::max(a.x, b.x),
-                    std::max(a.y, b.y));
+    const BRect box(std::min(a.x, b.x), std::min(a.y, b.y), std::max(a.x, b.x), std::max(a.y, b.y));
     add("line", [=](auto& t, auto& p) { return StrokeLine(t, p, a, b); });
     add("row", [=](auto& t, auto& p) { return StrokeLine(t, p, a, BPoint(b.x, a.y)); });
     add("column", [=](auto& t, auto& p) { return StrokeLine(t, p, a, BPoint(a.x, b.y)); });
-    add("diagonal", [=](auto& t, auto& p) {
-        return StrokeLine(t, p, a, a + BPoint(rx, arc < 0 ? -rx : rx));
-    });
+    add("diagonal",
+        [=](auto& t, auto& p) { return StrokeLine(t, p, a, a + BPoint(rx, arc < 0 ? -rx : rx)); });
     add("rect", [=](auto& t, auto& p) { return StrokeRect(t, p, box); });
     add("filled rect", [=](auto& t, auto& p) { return FillRect(t, p, box); });
     add("round rect", [=](auto& t, auto& p) { return StrokeRoundRect(t, p, box, rx, ry); });
@@ -38,24 +36,21 @@ std::vector<Shape> random_shapes(std::mt19937& random)
     add("filled arc", [=](auto& t, auto& p) { return FillArc(t, p, a, rx, ry, from, arc); });
     for (int count : {1, 2, 3, 5, 10, 40}) {
         const std::vector<BPoint> points = places(count);
-        add("polygon", [=](auto& t, auto& p) {
-            return StrokePolygon(t, p, points.data(), count, true);
-        });
-        add("open polygon", [=](auto& t, auto& p) {
-            return StrokePolygon(t, p, points.data(), count, false);
-        });
-        add("filled polygon", [=](auto& t, auto& p) {
-            return FillPolygon(t, p, points.data(), count);
-        });
+        add("polygon",
+            [=](auto& t, auto& p) { return StrokePolygon(t, p, points.data(), count, true); });
+        add("open polygon",
+            [=](auto& t, auto& p) { return StrokePolygon(t, p, points.data(), count, false); });
+        add("filled polygon",
+            [=](auto& t, auto& p) { return FillPolygon(t, p, points.data(), count); });
     }
     const std::vector<BPoint> curve = places(4);
     add("curve", [=](auto& t, auto& p) { return StrokeBezier(t, p, curve.data()); });
     add("filled curve", [=](auto& t, auto& p) { return FillBezier(t, p, curve.data()); });
     const std::vector<BPoint> path = places(9);
     const auto ops = [=] {
-        static const uint8 kOps[] = {kPathMoveTo, kPathLineTo, kPathBezierTo, kPathClose,
-                                     kPathMoveTo, kPathLineTo, kPathLineTo,   kPathClose,
-                                     kPathLineTo};
+        static const uint8 kOps[] = {kPathMoveTo, kPathLineTo, kPathBezierTo,
+                                     kPathClose,  kPathMoveTo, kPathLineTo,
+                                     kPathLineTo, kPathClose,  kPathLineTo};
         return PathOps{kOps, 9, path.data(), 9};
     };
     add("path", [=](auto& t, auto& p) { return StrokePath(t, p, ops()); });

@@ -162,18 +162,17 @@ bool X11Clipboard::_Connect()
         const uint32_t events = XCB_EVENT_MASK_PROPERTY_CHANGE;
         const xcb_window_t window = xcb_generate_id(fConnection);
         xcb_create_window(fConnection, 0, window, screens.data->root, -1, -1, 1, 1, 0,
-                          XCB_WINDOW_CLASS_INPUT_ONLY, screens.data->root_visual,
-                          XCB_CW_EVENT_MASK, &events);
+                          XCB_WINDOW_CLASS_INPUT_ONLY, screens.data->root_visual, XCB_CW_EVENT_MASK,
+                          &events);
         return window;
     };
     fWindow = make_window();
     for (xcb_window_t& window : fRequestors)
         window = make_window();
-    xcb_xfixes_select_selection_input(
-        fConnection, fWindow, fSelection,
-        XCB_XFIXES_SELECTION_EVENT_MASK_SET_SELECTION_OWNER |
-            XCB_XFIXES_SELECTION_EVENT_MASK_SELECTION_WINDOW_DESTROY |
-            XCB_XFIXES_SELECTION_EVENT_MASK_SELECTION_CLIENT_CLOSE);
+    xcb_xfixes_select_selection_input(fConnection, fWindow, fSelection,
+                                      XCB_XFIXES_SELECTION_EVENT_MASK_SET_SELECTION_OWNER |
+                                          XCB_XFIXES_SELECTION_EVENT_MASK_SELECTION_WINDOW_DESTROY |
+                                          XCB_XFIXES_SELECTION_EVENT_MASK_SELECTION_CLIENT_CLOSE);
     _Sync();
     return true;
 }
@@ -340,8 +339,7 @@ status_t X11Clipboard::_ReadOffered(const std::vector<std::string>& types, Clipb
     std::vector<xcb_atom_t> offered(bytes.size() / sizeof(xcb_atom_t));
     std::copy_n(bytes.data(), offered.size() * sizeof(xcb_atom_t),
                 reinterpret_cast<char*>(offered.data()));
-    const bool tells =
-        status == B_OK && (type == XCB_ATOM_ATOM || type == fAtoms->Find("TARGETS"));
+    const bool tells = status == B_OK && (type == XCB_ATOM_ATOM || type == fAtoms->Find("TARGETS"));
 
     const auto read = [&](const char* target) {
         const xcb_atom_t atom = fAtoms->Find(target);

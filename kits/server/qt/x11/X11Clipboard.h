@@ -82,8 +82,8 @@ private:
     bool fEnding = false;
     xcb_window_t fWindow = XCB_NONE;  // owns the clipboard when this program does
     xcb_window_t fOwner = XCB_NONE;
-    uint32 fOwnChange = 0;            // the change that made it ours last
-    ClipboardForms fNext;             // offered from that change on
+    uint32 fOwnChange = 0;  // the change that made it ours last
+    ClipboardForms fNext;   // offered from that change on
     // The windows that ask in turn; what the current one asked for, and how far that is.
     xcb_window_t fRequestors[8] = {};
     uint32 fRequestor = 0;

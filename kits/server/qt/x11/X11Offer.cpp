@@ -203,9 +203,9 @@ void X11Offer::_Listen(xcb_window_t window)
 // A piece without bytes is the end.
 void X11Offer::PieceTaken(xcb_window_t window, xcb_atom_t property)
 {
-    auto transfer = std::find_if(
-        fTransfers.begin(), fTransfers.end(),
-        [&](const Transfer& one) { return one.window == window && one.property == property; });
+    auto transfer = std::find_if(fTransfers.begin(), fTransfers.end(), [&](const Transfer& one) {
+        return one.window == window && one.property == property;
+    });
     if (transfer == fTransfers.end())
         return;
     const size_t length = std::min(fPiece, transfer->bytes.size() - transfer->sent);
@@ -221,8 +221,7 @@ void X11Offer::PieceTaken(xcb_window_t window, xcb_atom_t property)
 
 void X11Offer::WindowGone(xcb_window_t window)
 {
-    std::erase_if(fTransfers,
-                  [&](const Transfer& transfer) { return transfer.window == window; });
+    std::erase_if(fTransfers, [&](const Transfer& transfer) { return transfer.window == window; });
 }
 
 void X11Offer::DropStalled()

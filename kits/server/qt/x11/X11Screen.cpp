@@ -133,10 +133,7 @@ void X11Screen::_Tell(uint32 window, uint32 message, uint32 first, uint32 second
 
 void X11Screen::Flush() { xcb_flush(fConnection); }
 
-void X11Screen::ActivateWorkspace(int32 workspace)
-{
-    _Tell(fRoot, fCurrent, uint32(workspace));
-}
+void X11Screen::ActivateWorkspace(int32 workspace) { _Tell(fRoot, fCurrent, uint32(workspace)); }
 
 void X11Screen::SetWorkspaces(uint32 window, uint32 workspaces)
 {
