@@ -1,0 +1,130 @@
+#ifndef INTERFACE_CONTROLS_LOOK_H
+#define INTERFACE_CONTROLS_LOOK_H
+
+// How controls and menus look: their frames, bevels, knobs, marks and labels, and the measures
+// these have. Colours come from ui_color() and the view, measures from the font.
+
+#include <Font.h>
+#include <GraphicsDefs.h>
+#include <InterfaceDefs.h>
+#include <Point.h>
+#include <Rect.h>
+
+class BView;
+
+namespace [[gnu::visibility("hidden")]] BPrivate {
+
+/* Made for one drawing or one question, on the stack. Rectangles are whole pixels, inclusive as in
+   BView; what draws a frame returns the place inside it. The view's high colour, low colour and
+   drawing mode are not what they were after a call. Threads: as BView's drawing calls. */
+class Look {
+public:
+    // What a control is like at present; together in a word.
+    enum State : uint32 {
+        kDisabled = 1,
+        kPressed = 2,  // held down by the pointer
+        kOn = 4,
+        kMixed = 8,  // neither on nor off
+        kFocused = 16,
+        kDefault = 32,  // the button that Enter presses
+        kFlat = 64      // without a frame, unless pressed or on
+    };
+    enum class Way { Left, Up, Right, Down };
+    enum class Thumb { Block, Triangle };
+
+    // Draws in `view`, with its font, its high colour for text, on its view colour.
+    explicit Look(BView* view);
+    // Knows measures only.
+    explicit Look(const BFont& font);
+
+    // --- measures, in whole pixels
+
+    float Size() const { return fSize; }
+    // What is `pixels` wide at 12 points; never less than one pixel.
+    float Scaled(float pixels) const;
+    // The thickness of an edge.
+    float Line() const { return fLine; }
+    float Ascent() const { return fAscent; }
+    float Descent() const { return fDescent; }
+    // Ascent and descent together, rounded as one number.
+    float TextHeight() const { return fTextHeight; }
+    // From baseline to baseline.
+    float LineHeight() const { return fLineHeight; }
+    float LabelSpacing() const;
+    float ItemSpacing() const;
+    float TextWidth(const char* text) const;
+    static float BorderWidth(border_style border);
+    float ScrollBarThickness() const;
+    // The room that a push button's frame takes on each side; the default button has more.
+    float ButtonInset(uint32 state = 0) const;
+    // The box of a check box or the knob of a radio button in a control with left top corner 0, 0.
+    BRect MarkFrame() const;
+
+    // --- colours
+
+    rgb_color Base() const { return fBase; }
+    // The base colour lighter (below 1) or darker (above 1).
+    rgb_color Shade(float tint) const;
+    // Of an edge that has to be seen.
+    rgb_color Outline(uint32 state = 0) const;
+    rgb_color Text(uint32 state = 0) const;
+    rgb_color Mark(uint32 state = 0) const;
+    // The ground that text and marks are put on.
+    rgb_color Well(uint32 state = 0) const;
+    // `amount` from 0, all of `from`, to 1, all of `to`.
+    static rgb_color Mix(rgb_color from, rgb_color to, float amount);
+
+    // --- edges
+
+    void Fill(BRect rect, rgb_color color) const;
+    BRect DrawEdges(BRect rect, rgb_color leftTop, rgb_color rightBottom) const;
+    BRect DrawEdges(BRect rect, rgb_color all) const { return DrawEdges(rect, all, all); }
+    // Without its corners.
+    BRect DrawRoundEdges(BRect rect, rgb_color leftTop, rgb_color rightBottom) const;
+    BRect DrawRoundEdges(BRect rect, rgb_color all) const { return DrawRoundEdges(rect, all, all); }
+    // Two edges around something that lies lower, as a field for text does.
+    BRect DrawSunken(BRect rect, uint32 state = 0) const;
+    // The frame around a view: BorderWidth() on each side.
+    BRect DrawBorder(BRect rect, border_style border, uint32 state = 0) const;
+    // A groove around a group of controls.
+    BRect DrawGroove(BRect rect) const;
+    // Around something that has the keyboard; outside of `rect` is not touched.
+    void DrawFocusRing(BRect rect) const;
+
+    // --- parts of controls
+
+    void DrawButton(BRect rect, uint32 state) const;
+    void DrawCheckBox(BRect box, uint32 state) const;
+    void DrawRadio(BRect knob, uint32 state) const;
+    // A triangle in the middle of `rect`.
+    void DrawArrow(BRect rect, Way way, uint32 state) const;
+    // A tick in the middle of `rect`, as marked items of menus have it.
+    void DrawTick(BRect rect, uint32 state) const;
+    // A raised face with edges: the thumb of a scroll bar, its buttons, the thumb of a slider.
+    BRect DrawRaised(BRect rect, rgb_color face, uint32 state) const;
+
+    // --- labels
+
+    // One line, in the height's middle, with an ellipsis if it does not fit.
+    void DrawLabel(const char* label, BRect rect, alignment align, uint32 state) const;
+    // One line from its baseline's start.
+    void DrawText(const char* text, BPoint baseline, uint32 state) const;
+
+private:
+    void _Measure();
+
+    BView* fView = nullptr;
+    BFont fFont;
+    rgb_color fBase = {};
+    rgb_color fHigh = {};
+    float fSize = 0;
+    float fLine = 0;
+    float fAscent = 0;
+    float fDescent = 0;
+    float fTextHeight = 0;
+    float fLineHeight = 0;
+};
+
+}  // namespace BPrivate
+
+#endif  // INTERFACE_CONTROLS_LOOK_H
