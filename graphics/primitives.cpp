@@ -199,8 +199,8 @@ extern "C" void GetCurrentPos(intptr_t target, int32_t xy[2])
     if (!port || xy == nullptr)
         return;
     const BPoint pen = port->PenLocation();
-    xy[0] = static_cast<int32_t>(pen.x);
-    xy[1] = static_cast<int32_t>(pen.y);
+    xy[0] = truncated(pen.x);
+    xy[1] = truncated(pen.y);
 }
 
 // The points of a call as the platform's, without an allocation while they are few.

@@ -7,8 +7,6 @@
 
 #include <Bitmap.h>
 
-#include <algorithm>
-#include <cmath>
 #include <typeinfo>
 
 static const intptr_t kDefaultTarget = -1;
@@ -53,12 +51,6 @@ BRect RasterPort::WindowBounds() const
     if (fWindow != nullptr)
         return fWindow->Bounds();
     return fView->Window() != nullptr ? fView->Window()->Bounds() : fView->Bounds();
-}
-
-int32_t rounded(float value)
-{
-    const double whole = std::floor(static_cast<double>(value) + 0.5);
-    return static_cast<int32_t>(std::clamp(whole, double{INT32_MIN}, double{INT32_MAX}));
 }
 
 extern "C" void SetRefreshWindowMode(intptr_t target, int32_t on)

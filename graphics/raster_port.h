@@ -3,6 +3,7 @@
 
 // Where a drawing call draws, and the coordinates and colours of the calls as the platform's.
 
+#include "runtime/whole.h"
 #include "windows/drawing_view.h"
 #include "windows/window.h"
 
@@ -65,9 +66,6 @@ inline BRect rect_of(int32_t x, int32_t y, int32_t w, int32_t h)
                  static_cast<float>(static_cast<int64_t>(x) + w),
                  static_cast<float>(static_cast<int64_t>(y) + h));
 }
-
-// Half up, the nearest number that fits.
-int32_t rounded(float value);
 
 // 0xRRGGBBAA as the platform's colour.
 constexpr rgb_color GetRgbFromInteger(uint32_t color)

@@ -465,6 +465,73 @@ void StrokeBezier(intptr_t target, const int16_t *points);
 /* Draws lines from point to point; nothing for fewer than two and null. */
 void PolyDraw(intptr_t target, int32_t count, const int16_t *points);
 
+/* ---- Fonts ----------------------------------------------------------------------------------- */
+
+/* A window has a font, which its text is drawn and measured with: the plain one, 12 pixels, at
+   first. A call for a window that is not open changes nothing and returns what is said there.
+   Any number is taken: a font of no size, or of a huge one, draws what of it can be seen. Any
+   thread, but for the calls that return a name. */
+
+/* Sets the size in pixels. */
+void SetFontSize(int32_t window, int32_t size);
+/* Set degrees: of the letters' stems to the baseline, 90 (as at first) being upright and less
+   leaning to the right; and of the baseline to the horizontal, counter-clockwise. */
+void SetShear(int32_t window, int32_t degrees);
+void SetRotation(int32_t window, int32_t degrees);
+/* Sets how characters are spaced, the low eight bits of `mode`: 0 by exact widths, 1 the same, each
+   on a whole pixel, 2 by whole-pixel widths (as at first), 3 each as wide as an M. */
+void SetSpacing(int32_t window, int32_t mode);
+/* Turns smooth edges off (0) or on (anything else, and at first). */
+void FontLeasing(int32_t window, int32_t smooth);
+
+/* Returns 1 if all characters are of one width, else 0; 0 for an unknown window. */
+int32_t IsFontFixed(int32_t window);
+/* Returns the kind of the font's file: 0 TrueType, 1 PostScript; 0 for an unknown window. */
+int32_t GetFontType(int32_t window);
+/* Return what the setters above set, cut to whole numbers; 0 for an unknown window. */
+int32_t GetFontSize(int32_t window);
+int32_t GetShear(int32_t window);
+int32_t GetRotation(int32_t window);
+int32_t GetSpacing(int32_t window);
+
+/* Makes the font the system's plain (0), bold (1) or fixed-width (2) one, as large as that is and
+   without any of the settings above. Another kind does nothing. */
+void SetFontType(int32_t window, int32_t kind);
+
+/* Sets the face: the sum of 0x01 regular, 0x02 bold, 0x04 italic, 0x08 struck out, 0x10 underlined,
+   0x20 negative, 0x40 outlined. 0 leaves it as it is; other bits count as regular. What the family
+   has no style for is drawn as near to it as can be. */
+void SetFontAttribut(int32_t window, int32_t flags);
+/* Returns the face in bits of its own: 0x01 italic, 0x02 underlined, 0x04 negative, 0x08 outlined,
+   0x10 struck out, 0x20 bold, 0x40 regular (which SetFontAttribut always sets); 1 for an unknown
+   window. */
+int32_t GetFontAttribut(int32_t window);
+
+/* Sets the family and keeps the style, or the one nearest to it. An unknown family, null and ""
+   change nothing. */
+void SetFontName(int32_t window, const char *family);
+/* Returns the family, "" for an unknown window. The text lives until the next call. Main thread. */
+char *GetFontName(int32_t window);
+/* Sets family, style and size, if the family is installed and `size` is 1 or more. A null style
+   stands for the plain one. */
+void OpenFontInListe(int32_t window, const char *family, const char *style, int32_t size);
+
+/* Opens a font for calls that take one. A null or unknown family is the plain font's; a null or
+   unknown style the one nearest to it. Returns its ident, 0 when memory runs out and without a
+   registry. */
+int32_t OpenFont(const char *family, const char *style, int32_t size);
+/* Closes a font of OpenFont; what was set with it keeps its copy. An unknown ident does nothing. */
+void CloseFont(int32_t font);
+
+/* Returns true if a family of that name, in upper or lower case, is installed; also for "Swis721
+   BT" and "Courier10 BT", for which the plain and the fixed font stand in. False for null. */
+bool FontExists(const char *family);
+/* Returns the number of installed families, as of at most half a second ago. */
+int32_t CountFontList(void);
+/* Returns the name of the family at `index`, from 0 in the order of names; "" outside the list. The
+   text lives until the next call. Main thread. */
+char *GetFontNameList(int32_t index);
+
 /* ---- File channels --------------------------------------------------------------------------- */
 
 /* A channel is a file open for reading and writing through a buffer. Calls for an unknown channel

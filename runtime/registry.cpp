@@ -55,7 +55,6 @@ static void free_records(RegistrySlot slot)
     list->MakeEmpty();
 }
 
-void Close_All_Font() { free_records(kFonts); }
 void Close_All_Menu() { free_records(kMenus); }
 void Close_All_MediaKit() { free_records(kMedia); }
 void Close_All_Serial() { free_records(kSerialPorts); }

@@ -8,6 +8,7 @@
 #include "plinth.h"
 #include "runtime/registry.h"
 #include "runtime/trace.h"
+#include "runtime/whole.h"
 #include "windows/drawing_view.h"
 #include "windows/menus.h"
 #include "windows/window_registry.h"
@@ -27,8 +28,6 @@ static const uint32 kWindowFlags = B_ASYNCHRONOUS_CONTROLS | B_OUTLINE_RESIZE | 
 
 // Printed, and nothing more: the message of a drag between windows of one program.
 static const uint32 kDragMessage = 'ddms';
-
-static int32 rounded(float value) { return static_cast<int32>(floorf(value + 0.5f)); }
 
 MyWinClass::MyWinClass(int32_t ident, BRect frame, window_type type, uint32 flags,
                        const char* title)

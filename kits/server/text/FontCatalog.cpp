@@ -3,6 +3,7 @@
 #include <fontconfig/fcfreetype.h>
 
 #include <strings.h>
+#include <sys/stat.h>
 #include <time.h>
 
 #include <algorithm>
@@ -17,6 +18,7 @@ namespace {
 
 constexpr size_t kMaxFallbacks = 20000;
 constexpr bigtime_t kCheckPeriod_us = 500000;  // a look at the font folders costs some 100 us
+constexpr bigtime_t kClockTick_us = 20000;     // by which times of files may be behind the clock
 
 struct DefaultFont {
     const char* family;
@@ -29,6 +31,13 @@ constexpr DefaultFont kDefaults[3] = {
     {"Noto Sans", "sans-serif", FC_WEIGHT_BOLD, FC_PROPORTIONAL},
     {"Noto Sans Mono", "monospace", FC_WEIGHT_REGULAR, FC_MONO},
 };
+
+// Families of BeOS's own standard fonts, for which the default fonts stand in.
+struct OldName {
+    const char* family;
+    uint16 which;  // of kDefaults
+};
+constexpr OldName kOldNames[] = {{"Swis721 BT", 0}, {"Courier10 BT", 2}};
 
 std::string lower(const char* text)
 {
@@ -103,11 +112,13 @@ int32 weight_of(uint16 face)
     return face & B_LIGHT_FACE ? FC_WEIGHT_LIGHT : FC_WEIGHT_REGULAR;
 }
 
-bigtime_t now_us()
+bigtime_t time_us(const timespec& time) { return time.tv_sec * 1000000LL + time.tv_nsec / 1000; }
+
+bigtime_t clock_us(clockid_t clock)
 {
     timespec time;
-    clock_gettime(CLOCK_MONOTONIC, &time);
-    return time.tv_sec * 1000000LL + time.tv_nsec / 1000;
+    clock_gettime(clock, &time);
+    return time_us(time);
 }
 
 }  // namespace
@@ -130,9 +141,35 @@ FontCatalog& FontCatalog::Get()
 }
 
 // A configuration of our own: other users of fontconfig in the process may swap theirs any time.
-FontCatalog::FontCatalog() : fConfig(FcInitLoadConfigAndFonts()), fLastCheck(now_us())
+FontCatalog::FontCatalog()
 {
+    const bigtime_t start = clock_us(CLOCK_REALTIME);
+    fConfig = FcInitLoadConfigAndFonts();
+    fLastCheck = clock_us(CLOCK_MONOTONIC);
+    _NoteTimes(start);
     _Collect();
+}
+
+// When the font folders changed, as one number: fontconfig compares whole seconds, and misses a
+// font that came within the second of the last look. 0 if one changed after `since`, while the
+// fonts were read perhaps.
+uint64 FontCatalog::_FolderTimes(bigtime_t since) const
+{
+    const bigtime_t now = clock_us(CLOCK_REALTIME);
+    uint64 times = 1;
+    FcStrList* folders = fConfig != nullptr ? FcConfigGetFontDirs(fConfig) : nullptr;
+    while (const FcChar8* folder = folders != nullptr ? FcStrListNext(folders) : nullptr) {
+        struct stat info;
+        if (stat(reinterpret_cast<const char*>(folder), &info) != 0)
+            continue;
+        const bigtime_t changed = time_us(info.st_mtim);
+        if (changed > since - kClockTick_us && changed <= now)
+            return 0;
+        times = times * 1000003 + static_cast<uint64>(changed);
+    }
+    if (folders != nullptr)
+        FcStrListDone(folders);
+    return times;
 }
 
 void FontCatalog::_Collect()
@@ -173,7 +210,7 @@ FontStyle* FontCatalog::_Add(FcPattern* pattern)
         return known->second;
     }
 
-    FontFamily* owner = FindFamily(family.c_str());
+    FontFamily* owner = _Named(family.c_str());
     if (owner == nullptr) {
         if (fFamilies.size() >= 0xFFFE)
             return nullptr;
@@ -240,10 +277,24 @@ const FontFamily* FontCatalog::FamilyAt(int32 index) const
     return fFamilies[fSorted[index] - 1].get();
 }
 
-FontFamily* FontCatalog::FindFamily(const char* name)
+FontFamily* FontCatalog::_Named(const char* name)
 {
     auto found = fByName.find(lower(name));
     return found != fByName.end() ? fFamilies[found->second - 1].get() : nullptr;
+}
+
+const FontFamily* FontCatalog::FindFamily(const char* name)
+{
+    const FontFamily* family = _Named(name);
+    if (family != nullptr && family->Installed())
+        return family;
+    for (const OldName& old : kOldNames) {
+        const FontStyle* style =
+            strcasecmp(old.family, name) == 0 ? StyleFor(0, old.which) : nullptr;
+        if (style != nullptr)
+            return FamilyFor(style->familyId);
+    }
+    return family;
 }
 
 const FontFamily* FontCatalog::FamilyFor(uint16 id) const
@@ -376,10 +427,12 @@ FontStyle* FontCatalog::FallbackFor(const FontStyle& style, uint32 character)
 
 bool FontCatalog::Refresh(bool checkOnly)
 {
-    bigtime_t now = now_us();
+    bigtime_t now = clock_us(CLOCK_MONOTONIC);
     if (now - fLastCheck < kCheckPeriod_us)
         return false;
-    if (fConfig != nullptr && FcConfigUptoDate(fConfig)) {
+    const bigtime_t start = clock_us(CLOCK_REALTIME);
+    if (fConfig != nullptr && fFolderTimes != 0 && fFolderTimes == _FolderTimes(INT64_MAX) &&
+        FcConfigUptoDate(fConfig)) {
         fLastCheck = now;
         return false;
     }
@@ -392,6 +445,7 @@ bool FontCatalog::Refresh(bool checkOnly)
     if (fConfig != nullptr)
         FcConfigDestroy(fConfig);
     fConfig = config;
+    _NoteTimes(start);
     for (auto& family : fFamilies) {
         for (auto& style : family->styles)
             style->installed = style->loaded && style->installed;

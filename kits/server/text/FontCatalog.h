@@ -55,7 +55,8 @@ public:
 
     int32 CountFamilies() const { return fSorted.size(); }
     const FontFamily* FamilyAt(int32 index) const;
-    FontFamily* FindFamily(const char* name);
+    // By its name in any case, or one that BeOS had for a standard font; null if there is none.
+    const FontFamily* FindFamily(const char* name);
     const FontFamily* FamilyFor(uint16 id) const;
 
     // The style of this name, or the nearest one to what the name says.
@@ -78,7 +79,10 @@ private:
     void _Collect();
     void _Sort();
     FontStyle* _Add(FcPattern* pattern);
+    FontFamily* _Named(const char* name);
     FontStyle* _Match(FcPattern* query);
+    uint64 _FolderTimes(bigtime_t since) const;
+    void _NoteTimes(bigtime_t since) { fFolderTimes = _FolderTimes(since); }
 
     FcConfig* fConfig;
     std::vector<std::unique_ptr<FontFamily>> fFamilies;  // family id - 1
@@ -87,6 +91,7 @@ private:
     std::unordered_map<std::string, uint16> fByName;  // lower case
     std::unordered_map<uint64, FontStyle*> fFallbacks;
     FontStyle* fDefaults[3] = {};
+    uint64 fFolderTimes = 0;  // of the font folders; 0: has to be looked at again
     bigtime_t fLastCheck = 0;
 };
 

@@ -1,0 +1,320 @@
+// The font of a window, fonts kept by ident, and the families that are installed. Any thread, but
+// for what gives back a name: that belongs to the main thread.
+
+#include "graphics/fonts.h"
+
+#include "graphics/raster_port.h"
+#include "plinth.h"
+#include "runtime/registry.h"
+#include "runtime/trace.h"
+
+#include <Autolock.h>
+#include <Font.h>
+
+#include <algorithm>
+#include <iterator>
+#include <new>
+
+// A font kept by ident: one block of two words from MyAlloc.
+struct FontRecord {
+    intptr_t ident;
+    BFont* font;  // owned
+};
+
+// What SetFont takes over of a font.
+static const uint32 kAllOfFont = 0xFF;
+static const uint32 kFamilyStyleAndSize = B_FONT_FAMILY_AND_STYLE | B_FONT_SIZE;
+
+// Face bits by flag bit: the language numbers them in an order of its own.
+static const uint16 kFaceOfFlag[] = {
+    B_REGULAR_FACE,    B_BOLD_FACE,     B_ITALIC_FACE,   B_STRIKEOUT_FACE,
+    B_UNDERSCORE_FACE, B_NEGATIVE_FACE, B_OUTLINED_FACE,
+};
+
+static char sNothing[] = "";
+
+// --- the font of a window
+
+// The view that a window's text is drawn with, locked; empty for what is no window.
+class FontPort {
+public:
+    FontPort(int32_t ident, const char* call) : fWindow(LLFindWindowLocked(ident, call)) {}
+    ~FontPort()
+    {
+        if (fWindow != nullptr)
+            fWindow->MyUpdate(BRect(), false);
+    }
+    FontPort(const FontPort&) = delete;
+
+    explicit operator bool() const { return fWindow != nullptr; }
+    BView* operator->() const { return fWindow->fOffscreenView; }
+    BFont Font() const
+    {
+        BFont font;
+        fWindow->fOffscreenView->GetFont(&font);
+        return font;
+    }
+
+private:
+    MyWinClass* fWindow;
+};
+
+// Changes a copy of the window's font and gives `mask` of it back.
+template <class Change>
+static void change_font(int32_t ident, uint32 mask, const char* call, Change change)
+{
+    FontPort port(ident, call);
+    if (!port)
+        return;
+    BFont font = port.Font();
+    change(font);
+    port->SetFont(&font, mask);
+}
+
+// What `ask` tells of the window's font, as a whole number; `unknown` for what is no window.
+template <class Ask>
+static int32_t font_number(int32_t ident, const char* call, int32_t unknown, Ask ask)
+{
+    BFont font;
+    {
+        FontPort port(ident, call);
+        if (!port)
+            return unknown;
+        font = port.Font();
+    }
+    return truncated(static_cast<double>(ask(font)));
+}
+
+extern "C" void SetFontSize(int32_t ident, int32_t size)
+{
+    if (FontPort port(ident, __func__); port)
+        port->SetFontSize(static_cast<float>(size));
+}
+
+extern "C" void SetShear(int32_t ident, int32_t degrees)
+{
+    change_font(ident, kAllOfFont, __func__,
+                [=](BFont& font) { font.SetShear(static_cast<float>(degrees)); });
+}
+
+extern "C" void SetRotation(int32_t ident, int32_t degrees)
+{
+    change_font(ident, kAllOfFont, __func__,
+                [=](BFont& font) { font.SetRotation(static_cast<float>(degrees)); });
+}
+
+extern "C" void SetSpacing(int32_t ident, int32_t mode)
+{
+    change_font(ident, kAllOfFont, __func__,
+                [=](BFont& font) { font.SetSpacing(static_cast<uint8>(mode)); });
+}
+
+extern "C" void FontLeasing(int32_t ident, int32_t smooth)
+{
+    change_font(ident, kAllOfFont, __func__, [=](BFont& font) {
+        font.SetFlags(smooth == 0 ? uint32{B_DISABLE_ANTIALIASING} : 0);
+    });
+}
+
+extern "C" int32_t IsFontFixed(int32_t ident)
+{
+    return font_number(ident, __func__, 0, [](const BFont& font) { return font.IsFixed(); });
+}
+
+extern "C" int32_t GetFontType(int32_t ident)
+{
+    return font_number(ident, __func__, 0, [](const BFont& font) { return font.FileFormat(); });
+}
+
+extern "C" int32_t GetFontSize(int32_t ident)
+{
+    return font_number(ident, __func__, 0, [](const BFont& font) { return font.Size(); });
+}
+
+extern "C" int32_t GetShear(int32_t ident)
+{
+    return font_number(ident, __func__, 0, [](const BFont& font) { return font.Shear(); });
+}
+
+extern "C" int32_t GetRotation(int32_t ident)
+{
+    return font_number(ident, __func__, 0, [](const BFont& font) { return font.Rotation(); });
+}
+
+extern "C" int32_t GetSpacing(int32_t ident)
+{
+    return font_number(ident, __func__, 0, [](const BFont& font) { return font.Spacing(); });
+}
+
+extern "C" void SetFontType(int32_t ident, int32_t kind)
+{
+    const BFont* const fonts[] = {be_plain_font, be_bold_font, be_fixed_font};
+    FontPort port(ident, __func__);
+    if (!port)
+        return;
+    if (static_cast<uint32_t>(kind) < std::size(fonts))
+        port->SetFont(fonts[kind], kAllOfFont);
+    else
+        show_dbg(kBadArgument, ident, __func__);
+}
+
+static uint16 face_of_flags(int32_t flags)
+{
+    uint16 face = B_REGULAR_FACE;
+    for (size_t bit = 0; bit < std::size(kFaceOfFlag); bit++) {
+        if ((flags & 1 << bit) != 0)
+            face |= kFaceOfFlag[bit];
+    }
+    return face;
+}
+
+extern "C" void SetFontAttribut(int32_t ident, int32_t flags)
+{
+    if (flags == 0)
+        return;
+    change_font(ident, B_FONT_FAMILY_AND_STYLE, __func__, [=](BFont& font) {
+        font_family family;
+        font.GetFamilyAndStyle(&family, nullptr);
+        font.SetFamilyAndFace(family, face_of_flags(flags));
+    });
+}
+
+extern "C" int32_t GetFontAttribut(int32_t ident)
+{
+    return font_number(ident, __func__, 1, [](const BFont& font) { return font.Face(); });
+}
+
+extern "C" void SetFontName(int32_t ident, const char* family)
+{
+    change_font(ident, B_FONT_FAMILY_AND_STYLE, __func__, [=](BFont& font) {
+        font_style style;
+        font.GetFamilyAndStyle(nullptr, &style);
+        font.SetFamilyAndStyle(family, style);
+    });
+}
+
+extern "C" char* GetFontName(int32_t ident)
+{
+    static font_family name;  // main thread
+    FontPort port(ident, __func__);
+    if (!port)
+        return sNothing;
+    port.Font().GetFamilyAndStyle(&name, nullptr);
+    return name;
+}
+
+extern "C" void OpenFontInListe(int32_t ident, const char* family, const char* style, int32_t size)
+{
+    if (!FontExists(family) || size < 1)
+        return;
+    FontPort port(ident, __func__);
+    if (!port)
+        return;
+    BFont font;
+    font.SetSize(static_cast<float>(size));
+    font.SetFamilyAndStyle(family, style);
+    port->SetFont(&font, kFamilyStyleAndSize);
+}
+
+// --- fonts by ident
+
+// The index of a font in the list, which is in ident order; -1 if it is not there. Registry locked.
+static int32 index_of(BList* fonts, int32_t ident)
+{
+    if (fonts == nullptr)
+        return -1;
+    auto** first = static_cast<FontRecord**>(fonts->Items());
+    auto** end = first + fonts->CountItems();
+    auto** found = std::lower_bound(first, end, ident, [](const FontRecord* font, int32_t wanted) {
+        return font->ident < wanted;
+    });
+    return found != end && (*found)->ident == ident ? static_cast<int32>(found - first) : -1;
+}
+
+bool Find_Font(int32_t ident, BFont* font)
+{
+    BAutolock lock(registry_lock());
+    BList* fonts = registry_list(kFonts);
+    const int32 index = index_of(fonts, ident);
+    if (index < 0)
+        return false;
+    *font = *static_cast<FontRecord*>(fonts->ItemAtFast(index))->font;
+    return true;
+}
+
+static void free_font(FontRecord* record)
+{
+    delete record->font;
+    MyFree(record);
+}
+
+extern "C" int32_t OpenFont(const char* family, const char* style, int32_t size)
+{
+    auto* font = new (std::nothrow) BFont;
+    auto* record = static_cast<FontRecord*>(MyAlloc(sizeof(FontRecord)));
+    if (font != nullptr && record != nullptr) {
+        font->SetSize(static_cast<float>(size));
+        font->SetFamilyAndStyle(family, style);
+        BAutolock lock(registry_lock());
+        *record = {static_cast<int32_t>(GetUniqueID()), font};
+        BList* fonts = registry_list(kFonts);
+        if (fonts != nullptr && fonts->AddItem(record))
+            return static_cast<int32_t>(record->ident);
+    }
+    show_dbg(kNoMemory, 0, __func__);
+    delete font;
+    MyFree(record);
+    return 0;
+}
+
+extern "C" void CloseFont(int32_t ident)
+{
+    FontRecord* record = nullptr;
+    {
+        BAutolock lock(registry_lock());
+        BList* fonts = registry_list(kFonts);
+        const int32 index = index_of(fonts, ident);
+        if (index >= 0)
+            record = static_cast<FontRecord*>(fonts->RemoveItem(index));
+    }
+    if (record != nullptr)
+        free_font(record);
+    else
+        show_dbg(kBadArgument, ident, __func__);
+}
+
+void Close_All_Font()
+{
+    BAutolock lock(registry_lock());
+    BList* fonts = registry_list(kFonts);
+    if (fonts == nullptr)
+        return;
+    for (int32 i = 0; i < fonts->CountItems(); i++)
+        free_font(static_cast<FontRecord*>(fonts->ItemAtFast(i)));
+    fonts->MakeEmpty();
+}
+
+// --- families
+
+extern "C" bool FontExists(const char* family)
+{
+    if (family == nullptr || family[0] == '\0')
+        return false;
+    update_font_families(false);
+    return count_font_styles(const_cast<char*>(family)) > 0;
+}
+
+extern "C" int32_t CountFontList(void)
+{
+    update_font_families(false);
+    return count_font_families();
+}
+
+extern "C" char* GetFontNameList(int32_t index)
+{
+    static font_family name;  // main thread
+    if (index < 0)
+        return sNothing;
+    update_font_families(false);
+    return get_font_family(index, &name) == B_OK ? name : sNothing;
+}
