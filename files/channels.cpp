@@ -6,8 +6,6 @@
 #include "runtime/strings.h"
 #include "runtime/trace.h"
 
-#include <Autolock.h>
-
 #include <algorithm>
 #include <errno.h>
 #include <iterator>
@@ -20,6 +18,8 @@ static const int kLineSize = 256;  // with the terminator
 static const bigtime_t kFlushPatience_us = 1'000'000;
 
 struct FileRecord {
+    static const RegistrySlot kSlot = kFiles;
+
     FILE* stream;
     int32_t ident;
 };
@@ -66,22 +66,6 @@ static bool keep_error(int32_t ch, const char* call)
     return false;
 }
 
-// Records stand in the order of their idents, counted from that of the first.
-static int32_t index_of(const BList& list, int32_t ident)
-{
-    auto** records = static_cast<FileRecord**>(list.Items());
-    FileRecord** end = records + list.CountItems();
-    if (records == end)
-        return -1;
-    const auto first = static_cast<uint32_t>(records[0]->ident);
-    FileRecord** found =
-        std::lower_bound(records, end, ident, [first](const FileRecord* record, int32_t wanted) {
-            return static_cast<uint32_t>(record->ident) - first <
-                   static_cast<uint32_t>(wanted) - first;
-        });
-    return found != end && (*found)->ident == ident ? static_cast<int32_t>(found - records) : -1;
-}
-
 static FileRecord*& recent(int32_t ch)
 {
     return sRecent[static_cast<uint32_t>(ch) % std::size(sRecent)];
@@ -89,11 +73,11 @@ static FileRecord*& recent(int32_t ch)
 
 static FileRecord* look_up(int32_t ch)
 {
-    BList* list = registry_list(kFiles);
-    const int32_t index = list == nullptr ? -1 : index_of(*list, ch);
-    if (index < 0)
-        return nullptr;
-    return recent(ch) = static_cast<FileRecord*>(list->ItemAtFast(index));
+    RegistryLock registry;
+    auto* record = find_record<FileRecord>(registry, ch);
+    if (record != nullptr)
+        recent(ch) = record;
+    return record;
 }
 
 // `call` is the exported call that looks.
@@ -129,16 +113,9 @@ static FILE* open_stream(const char* path, const char* mode)
     return stream;
 }
 
-static bool enlist(BList* list, FileRecord* record)
-{
-    BAutolock lock(registry_lock());
-    return list->AddItem(record);
-}
-
 extern "C" int32_t OpenFile(const char* path, int32_t mode)
 {
-    BList* list = registry_list(kFiles);
-    if (mode < 0 || mode > 1 || list == nullptr) {
+    if (mode < 0 || mode > 1 || RegistryLock().List(kFiles) == nullptr) {
         show_dbg(kBadArgument, mode, __func__);
         return 0;
     }
@@ -152,7 +129,7 @@ extern "C" int32_t OpenFile(const char* path, int32_t mode)
         return 0;
     }
     record->ident = static_cast<int32_t>(GetUniqueID());
-    if (!enlist(list, record)) {
+    if (!enter_record(RegistryLock(), record)) {
         fclose(record->stream);
         MyFree(record);
         return 0;
@@ -170,40 +147,35 @@ static void close_record(FileRecord* record)
 
 extern "C" bool CloseFile(int32_t ch)
 {
-    BList* list = registry_list(kFiles);
-    const int32_t index = list == nullptr ? -1 : index_of(*list, ch);
-    if (index < 0) {
-        show_dbg(kNoSuchChannel, ch, __func__);
+    FileRecord* record = FindFile(ch, __func__);
+    if (record == nullptr)
         return false;
-    }
     recent(ch) = nullptr;
-    registry_lock().Lock();
-    auto* record = static_cast<FileRecord*>(list->RemoveItem(index));
-    registry_lock().Unlock();
+    remove_record(RegistryLock(), record);
     close_record(record);
     return true;
 }
 
 void empty_file_cache() { std::fill(std::begin(sRecent), std::end(sRecent), nullptr); }
 
-void Close_All_File()
+void Close_All_File(BList* files)
 {
     empty_file_cache();
-    BList* list = registry_list(kFiles);
-    if (list == nullptr)
-        return;
-    registry_lock().Lock();
-    const BList open(*list);
-    list->MakeEmpty();
-    registry_lock().Unlock();
-    for (int32_t i = 0; i < open.CountItems(); i++)
-        close_record(static_cast<FileRecord*>(open.ItemAtFast(i)));
+    while (!files->IsEmpty()) {
+        FileRecord* record;
+        {
+            RegistryLock registry;
+            record = static_cast<FileRecord*>(files->RemoveItem(int32{0}));
+        }
+        close_record(record);
+    }
 }
 
 void flush_channels()
 {
-    BList* list = registry_lock().LockWithTimeout(kFlushPatience_us) == B_OK ? registry_list(kFiles)
-                                                                             : nullptr;
+    if (!keep_registry(kFlushPatience_us))
+        return;
+    BList* list = RegistryLock().List(kFiles);
     for (int32_t i = 0; list != nullptr && i < list->CountItems(); i++) {
         FILE* stream = static_cast<FileRecord*>(list->ItemAtFast(i))->stream;
         struct stat info;

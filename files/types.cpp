@@ -185,16 +185,16 @@ extern "C" char* GetAppHintMime(const char* type)
 
 extern "C" int32_t LoadMimeIcon(const char* type)
 {
-    BList* icons = registry_list(kIcons);
     BMimeType mime(type);
-    IconRecord* icon = icons != nullptr && mime.InitCheck() == B_OK ? MyAllocIcon() : nullptr;
+    const bool is_open = RegistryLock().List(kIcons) != nullptr;
+    IconRecord* icon = is_open && mime.InitCheck() == B_OK ? MyAllocIcon() : nullptr;
     if (icon == nullptr)
         return 0;
+    icon->ident = static_cast<int32_t>(GetUniqueID());
     if (mime.GetIcon(icon->image, B_MINI_ICON) == B_OK &&
-        mime.GetIcon(icon->selected_image, B_LARGE_ICON) == B_OK && icons->AddItem(icon)) {
-        icon->ident = GetUniqueID();
+        mime.GetIcon(icon->selected_image, B_LARGE_ICON) == B_OK &&
+        enter_record(RegistryLock(), icon))
         return icon->ident;
-    }
     MyFreeIcon(icon);
     trace(__func__, type);
     return 0;

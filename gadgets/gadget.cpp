@@ -1,90 +1,102 @@
-// The gadget registry: look-ups and the end of all gadgets. Main thread, but for the look-ups of
-// the windows' threads, for which the registry's lock is held.
+// The gadget registry: look-ups, and the end of all gadgets. Any thread.
 
 #include "gadgets/gadget.h"
 
 #include "plinth.h"
-#include "runtime/registry.h"
 
 #include <View.h>
 
-#include <Autolock.h>
+// Kinds that another one stands for; each other kind stands for itself.
+static const struct {
+    int32_t first, last, family;
+} kFamilies[] = {
+    {4, 6, kStringField}, {36, 37, kStringField}, {45, 46, kStringField}, {8, 10, kListView},
+    {20, 23, kListView},  {14, 14, kScrollBar},   {16, 16, kSlider},      {27, 29, kTextEditor},
+};
 
-// The kind that stands for a family.
-static int32_t representative_of(int32_t kind)
+static int32_t family_of(int32_t kind)
 {
-    switch (kind) {
-        case 4:
-        case 5:
-        case 6:
-        case 36:
-        case 37:
-        case 45:
-        case 46:
-            return 3;
-        case 8:
-        case 9:
-        case 10:
-        case 20:
-        case 21:
-        case 22:
-        case 23:
-            return 7;
-        case 14:
-            return 13;
-        case 16:
-            return 15;
-        case 27:
-        case 28:
-        case 29:
-            return 26;
-        default:
-            return kind;
+    for (const auto& row : kFamilies) {
+        if (kind >= row.first && kind <= row.last)
+            return row.family;
     }
+    return kind;
 }
 
-static MyGadget* record_of(int32_t ident)
+static MyGadget* find_gadget(const RegistryLock& registry, int32_t ident)
 {
-    BAutolock lock(registry_lock());
-    BList* gadgets = registry_list(kGadgets);
-    if (ident < 1 || gadgets == nullptr)
+    return ident < 1 ? nullptr : find_record<MyGadget>(registry, ident);
+}
+
+MyGadget* gadget_record(int32_t ident) { return find_gadget(RegistryLock(), ident); }
+
+BView* gadget_view(int32_t ident)
+{
+    RegistryLock registry;
+    const MyGadget* gadget = find_gadget(registry, ident);
+    return gadget != nullptr ? gadget->view : nullptr;
+}
+
+BView* Find_Gadget(int32_t ident, int32_t family)
+{
+    RegistryLock registry;
+    const MyGadget* gadget = find_gadget(registry, ident);
+    return gadget != nullptr && family_of(gadget->kind) == family ? gadget->view : nullptr;
+}
+
+void* gadget_handler(const BMessage& message, void* MyGadget::*slot)
+{
+    RegistryLock registry;  // keeps the record
+    void* pointer = nullptr;
+    if (message.FindPointer("gd", &pointer) != B_OK || !is_listed<MyGadget>(registry, pointer))
         return nullptr;
-    for (int32 i = 0; i < gadgets->CountItems(); i++) {
-        auto* gadget = static_cast<MyGadget*>(gadgets->ItemAtFast(i));
-        if (gadget->ident == ident)
-            return gadget;
+    return static_cast<MyGadget*>(pointer)->*slot;
+}
+
+static bool is_meant(const MyGadget* gadget, int32_t family)
+{
+    return gadget != nullptr &&
+           (family == GadgetAccess::kAnyFamily || family_of(gadget->kind) == family);
+}
+
+static BWindow* window_of(int32_t ident, int32_t family)
+{
+    RegistryLock registry;
+    const MyGadget* gadget = find_gadget(registry, ident);
+    const bool has_view = is_meant(gadget, family) && gadget->view != nullptr;
+    return has_view ? gadget->view->Window() : nullptr;
+}
+
+// The registry is not kept while the window is waited for: what was found is looked up again.
+GadgetAccess::GadgetAccess(int32_t ident, int32_t family) : fLock(window_of(ident, family))
+{
+    RegistryLock registry;
+    MyGadget* gadget = find_gadget(registry, ident);
+    if (is_meant(gadget, family))
+        fGadget = gadget;
+}
+
+// A record's view is deleted, and the record freed, as the handlers in its window expect it: none
+// of them runs meanwhile.
+static void free_gadget(MyGadget* gadget)
+{
+    WindowLock lock(gadget->view);
+    if (gadget->view != nullptr)
+        gadget->view->RemoveSelf();
+    delete gadget->view;
+    MyFree(gadget);
+}
+
+void Close_All_Gadget(BList* gadgets)
+{
+    for (;;) {
+        MyGadget* gadget;
+        {
+            RegistryLock registry;
+            gadget = static_cast<MyGadget*>(gadgets->RemoveItem(int32{0}));
+        }
+        if (gadget == nullptr)
+            return;
+        free_gadget(gadget);
     }
-    return nullptr;
-}
-
-void* Find_Gadget(int32_t ident, int32_t kind)
-{
-    MyGadget* gadget = record_of(ident);
-    if (gadget == nullptr)
-        return nullptr;
-    if (kind == kRecord)
-        return gadget;
-    if (kind == kAnyKind || representative_of(gadget->kind) == kind)
-        return gadget->view;
-    return nullptr;
-}
-
-bool is_listed_gadget(const MyGadget* gadget)
-{
-    BAutolock lock(registry_lock());
-    BList* gadgets = registry_list(kGadgets);
-    return gadgets != nullptr && gadgets->HasItem(gadget);
-}
-
-void Close_All_Gadget()
-{
-    BList* gadgets = registry_list(kGadgets);
-    if (gadgets == nullptr)
-        return;
-    for (int32 i = 0; i < gadgets->CountItems(); i++) {
-        auto* gadget = static_cast<MyGadget*>(gadgets->ItemAtFast(i));
-        delete gadget->view;
-        MyFree(gadget);
-    }
-    gadgets->MakeEmpty();
 }

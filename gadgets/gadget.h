@@ -1,7 +1,13 @@
 #ifndef GADGETS_GADGET_H
 #define GADGETS_GADGET_H
 
-// The record of a gadget: what the program placed in a window, beside the view that shows it.
+// The record of a gadget: what the program placed in a window, beside the view that shows it; and
+// the ways to find it.
+
+#include "runtime/registry.h"
+#include "windows/window_lock.h"
+
+#include <Message.h>
 
 #include <stdint.h>
 
@@ -12,11 +18,41 @@ class BView;
 static const uint32_t kClickMessage = 753;
 static const uint32_t kChoiceMessage = 75000;  // plus the index chosen
 
-// One block of 26 words from MyAlloc, in the list kGadgets. The program's thread makes and frees
-// it; the window's thread reads its handlers.
+// Kinds as CreateGadget numbers them. Families have a kind that stands for them, which Find_Gadget
+// asks for.
+enum GadgetKind {
+    kButton = 1,
+    kCheckBox = 2,
+    kStringField = 3,  // string and number fields
+    kListView = 7,     // list views and outline list views, with and without scroll bars
+    kTextLabel = 11,
+    kNumberLabel = 12,
+    kScrollBar = 13,
+    kVerticalScrollBar = 14,
+    kSlider = 15,
+    kVerticalSlider = 16,
+    kStatusBar = 17,
+    kRadioGroup = 18,
+    kChoiceField = 19,
+    kOutlineListView = 20,
+    kBox = 24,
+    kTabView = 25,
+    kTextEditor = 26,  // with and without scroll bars
+    kColorControl = 30,
+    kDraggableIcon = 31,
+    kSecondDraggableIcon = 32,
+    kPictureButton = 33,
+    kVideoView = 34
+};
+
+// One block of 26 words from MyAlloc, in the list kGadgets (enter_record and remove_record). It is
+// taken out with the registry's lock held, then freed with its window locked, if it has one: who
+// holds either may read it.
 struct MyGadget {
+    static const RegistrySlot kSlot = kGadgets;
+
     int32_t left, top, width, height;  // as created, window coordinates
-    int32_t kind;                      // 1..46
+    int32_t kind;                      // GadgetKind
     int32_t ident;
     uint32_t flags;  // bit 0: takes the focus when clicked or selected
     BView* view;     // the control, or the scroll view around it
@@ -34,14 +70,36 @@ struct MyGadget {
     void* unused_handler;  // slot 8: stored only
 };
 
-// `kind` of Find_Gadget that asks for no family.
-static const int32_t kAnyKind = -1;
-static const int32_t kRecord = -2;
+// The record of a gadget, null if there is none. See MyGadget for how long it may be read.
+MyGadget* gadget_record(int32_t ident);
+// Its view, whatever its kind.
+BView* gadget_view(int32_t ident);
+// Its view if its kind belongs to the family that the kind `family` stands for, else null.
+BView* Find_Gadget(int32_t ident, int32_t family);
 
-// The view of a gadget whose kind belongs to the family `kind`, its view whatever the kind
-// (kAnyKind), or the record itself (kRecord); null if there is none.
-void* Find_Gadget(int32_t ident, int32_t kind);
-// True while the record is in the registry: messages may outlive their gadget.
-bool is_listed_gadget(const MyGadget* gadget);
+// A gadget for a call: found, and its window locked as long as this lives. A gadget whose view is
+// in no window is found too, without a lock.
+class GadgetAccess {
+public:
+    explicit GadgetAccess(int32_t ident) : GadgetAccess(ident, kAnyFamily) {}
+    // Finds only gadgets of a family, as Find_Gadget does.
+    GadgetAccess(int32_t ident, int32_t family);
+
+    explicit operator bool() const { return fGadget != nullptr; }
+    MyGadget& Record() const { return *fGadget; }
+    BView* View() const { return fGadget->view; }
+    // False if the view is in no window: nothing holds it then.
+    bool Held() const { return fLock.Held(); }
+
+    static const int32_t kAnyFamily = -1;
+
+private:
+    WindowLock fLock;
+    MyGadget* fGadget = nullptr;
+};
+
+// What stands in a slot of the gadget that field "gd" of a message points to; null if that is no
+// gadget. Any thread.
+void* gadget_handler(const BMessage& message, void* MyGadget::*slot);
 
 #endif  // GADGETS_GADGET_H

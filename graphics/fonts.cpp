@@ -8,15 +8,15 @@
 #include "runtime/registry.h"
 #include "runtime/trace.h"
 
-#include <Autolock.h>
 #include <Font.h>
 
-#include <algorithm>
 #include <iterator>
 #include <new>
 
 // A font kept by ident: one block of two words from MyAlloc.
 struct FontRecord {
+    static const RegistrySlot kSlot = kFonts;
+
     intptr_t ident;
     BFont* font;  // owned
 };
@@ -35,28 +35,18 @@ static char sNothing[] = "";
 
 // --- the font of a window
 
-// The view that a window's text is drawn with, locked; empty for what is no window.
-class FontPort {
+// A window for a call, as the view that its text is drawn with.
+class FontPort : public WindowAccess {
 public:
-    FontPort(int32_t ident, const char* call) : fWindow(LLFindWindowLocked(ident, call)) {}
-    ~FontPort()
-    {
-        if (fWindow != nullptr)
-            fWindow->MyUpdate(BRect(), false);
-    }
-    FontPort(const FontPort&) = delete;
+    using WindowAccess::WindowAccess;
 
-    explicit operator bool() const { return fWindow != nullptr; }
-    BView* operator->() const { return fWindow->fOffscreenView; }
+    BView* operator->() const { return Window()->fOffscreenView; }
     BFont Font() const
     {
         BFont font;
-        fWindow->fOffscreenView->GetFont(&font);
+        Window()->fOffscreenView->GetFont(&font);
         return font;
     }
-
-private:
-    MyWinClass* fWindow;
 };
 
 // Changes a copy of the window's font and gives `mask` of it back.
@@ -218,28 +208,13 @@ extern "C" void OpenFontInListe(int32_t ident, const char* family, const char* s
 
 // --- fonts by ident
 
-// The index of a font in the list, which is in ident order; -1 if it is not there. Registry locked.
-static int32 index_of(BList* fonts, int32_t ident)
-{
-    if (fonts == nullptr)
-        return -1;
-    auto** first = static_cast<FontRecord**>(fonts->Items());
-    auto** end = first + fonts->CountItems();
-    auto** found = std::lower_bound(first, end, ident, [](const FontRecord* font, int32_t wanted) {
-        return font->ident < wanted;
-    });
-    return found != end && (*found)->ident == ident ? static_cast<int32>(found - first) : -1;
-}
-
 bool Find_Font(int32_t ident, BFont* font)
 {
-    BAutolock lock(registry_lock());
-    BList* fonts = registry_list(kFonts);
-    const int32 index = index_of(fonts, ident);
-    if (index < 0)
-        return false;
-    *font = *static_cast<FontRecord*>(fonts->ItemAtFast(index))->font;
-    return true;
+    RegistryLock registry;
+    const auto* record = find_record<FontRecord>(registry, ident);
+    if (record != nullptr)
+        *font = *record->font;
+    return record != nullptr;
 }
 
 static void free_font(FontRecord* record)
@@ -255,10 +230,8 @@ extern "C" int32_t OpenFont(const char* family, const char* style, int32_t size)
     if (font != nullptr && record != nullptr) {
         font->SetSize(static_cast<float>(size));
         font->SetFamilyAndStyle(family, style);
-        BAutolock lock(registry_lock());
         *record = {static_cast<int32_t>(GetUniqueID()), font};
-        BList* fonts = registry_list(kFonts);
-        if (fonts != nullptr && fonts->AddItem(record))
+        if (enter_record(RegistryLock(), record))
             return static_cast<int32_t>(record->ident);
     }
     show_dbg(kNoMemory, 0, __func__);
@@ -269,13 +242,12 @@ extern "C" int32_t OpenFont(const char* family, const char* style, int32_t size)
 
 extern "C" void CloseFont(int32_t ident)
 {
-    FontRecord* record = nullptr;
+    FontRecord* record;
     {
-        BAutolock lock(registry_lock());
-        BList* fonts = registry_list(kFonts);
-        const int32 index = index_of(fonts, ident);
-        if (index >= 0)
-            record = static_cast<FontRecord*>(fonts->RemoveItem(index));
+        RegistryLock registry;
+        record = find_record<FontRecord>(registry, ident);
+        if (record != nullptr)
+            remove_record(registry, record);
     }
     if (record != nullptr)
         free_font(record);
@@ -283,12 +255,9 @@ extern "C" void CloseFont(int32_t ident)
         show_dbg(kBadArgument, ident, __func__);
 }
 
-void Close_All_Font()
+void Close_All_Font(BList* fonts)
 {
-    BAutolock lock(registry_lock());
-    BList* fonts = registry_list(kFonts);
-    if (fonts == nullptr)
-        return;
+    RegistryLock registry;
     for (int32 i = 0; i < fonts->CountItems(); i++)
         free_font(static_cast<FontRecord*>(fonts->ItemAtFast(i)));
     fonts->MakeEmpty();

@@ -3,7 +3,6 @@
 #include "graphics/icons.h"
 
 #include "plinth.h"
-#include "runtime/registry.h"
 
 #include <Bitmap.h>
 
@@ -45,22 +44,16 @@ void MyFreeIcon(IconRecord* icon)
 
 const BBitmap* icon_image(int32_t ident, bool selected)
 {
-    BList* icons = registry_list(kIcons);
-    for (int32 i = 0; icons != nullptr && i < icons->CountItems(); i++) {
-        auto* icon = static_cast<IconRecord*>(icons->ItemAtFast(i));
-        if (icon->ident == ident)
-            return selected && icon->selected_image != nullptr ? icon->selected_image : icon->image;
-    }
-    return nullptr;
+    RegistryLock registry;
+    const auto* icon = find_record<IconRecord>(registry, ident);
+    if (icon == nullptr)
+        return nullptr;
+    return selected && icon->selected_image != nullptr ? icon->selected_image : icon->image;
 }
 
-void Close_All_Icon()
+void Close_All_Icon(BList* icons)
 {
-    BList* icons = registry_list(kIcons);
-    if (icons == nullptr)
-        return;
-    for (int32 i = 0; i < icons->CountItems(); i++) {
+    for (int32 i = 0; i < icons->CountItems(); i++)
         MyFreeIcon(static_cast<IconRecord*>(icons->ItemAtFast(i)));
-    }
     icons->MakeEmpty();
 }

@@ -3,6 +3,8 @@
 
 // Icons of the registry as drawing needs them.
 
+#include "runtime/registry.h"
+
 #include <stdint.h>
 
 class BBitmap;
@@ -10,6 +12,8 @@ class BBitmap;
 // A block from MyAlloc in the list kIcons. The icon of a type has its small image first, then the
 // large one.
 struct IconRecord {
+    static const RegistrySlot kSlot = kIcons;
+
     int32_t ident;
     BBitmap* image;
     BBitmap* selected_image;  // null: the same as image

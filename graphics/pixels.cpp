@@ -8,9 +8,8 @@
 #include <Screen.h>
 
 // The address of a pixel, null outside the bitmap.
-static uint8* pixel_at(const MyWinClass* window, int32_t x, int32_t y)
+static uint8* pixel_at(const BBitmap* raster, int32_t x, int32_t y)
 {
-    const BBitmap* raster = window->fRaster;
     const BRect bounds = raster->Bounds();
     if (x < 0 || y < 0 || x > static_cast<int32_t>(bounds.right) ||
         y > static_cast<int32_t>(bounds.bottom))
@@ -24,12 +23,12 @@ extern "C" void WritePixel(intptr_t target, int32_t x, int32_t y)
     RasterPort port(target, __func__);
     if (!port)
         return;
-    if (port.Window() == nullptr) {
+    if (port.Raster() == nullptr) {
         const BPoint where(static_cast<float>(x), static_cast<float>(y));
         port->StrokeRect(BRect(where, where));
         return;
     }
-    if (uint8* pixel = pixel_at(port.Window(), x, y)) {
+    if (uint8* pixel = pixel_at(port.Raster(), x, y)) {
         // kept on purpose: the bitmap holds blue first, so red and blue come out exchanged
         const rgb_color color = port->HighColor();
         pixel[0] = color.red;
@@ -42,9 +41,9 @@ extern "C" void WritePixel(intptr_t target, int32_t x, int32_t y)
 extern "C" int32_t GetPixel(intptr_t target, int32_t x, int32_t y)
 {
     RasterPort port(target, __func__);
-    if (!port || port.Window() == nullptr)
+    if (!port || port.Raster() == nullptr)
         return 0;
-    const uint8* pixel = pixel_at(port.Window(), x, y);
+    const uint8* pixel = pixel_at(port.Raster(), x, y);
     if (pixel == nullptr)
         return 0;
     BScreen screen(B_MAIN_SCREEN_ID);

@@ -31,41 +31,46 @@ static BView* plain_view(intptr_t target)
     return typeid(*view) == typeid(BView) ? view : nullptr;
 }
 
-MyWinClass* get_rastport_write(intptr_t target, const char* call)
+// The locked window that a target names, if any.
+static WindowAccess get_rastport_write(intptr_t target, const char* call)
 {
     if (target == kDefaultTarget)
-        return lock_default_output();
-    return may_be_ident(target) ? LLFindWindowLocked(static_cast<int32_t>(target), call) : nullptr;
+        return WindowAccess::ToDefaultOutput();
+    return may_be_ident(target) ? WindowAccess(static_cast<int32_t>(target), call) : WindowAccess();
 }
 
 RasterPort::RasterPort(intptr_t target, const char* call)
     : fWindow(get_rastport_write(target, call))
 {
-    fView = fWindow != nullptr ? fWindow->fOffscreenView : plain_view(target);
+    if (fWindow) {
+        fView = fWindow->fOffscreenView;
+        fRaster = fWindow->fRaster;
+        return;
+    }
+    fView = plain_view(target);
     if (fView == nullptr && !may_be_ident(target))
         show_dbg(kNoTarget, static_cast<int32_t>(target), call);
 }
 
 BRect RasterPort::WindowBounds() const
 {
-    if (fWindow != nullptr)
+    if (fWindow)
         return fWindow->Bounds();
     return fView->Window() != nullptr ? fView->Window()->Bounds() : fView->Bounds();
 }
 
 extern "C" void SetRefreshWindowMode(intptr_t target, int32_t on)
 {
-    MyWinClass* window = get_rastport_write(target, __func__);
-    if (window == nullptr)
+    WindowAccess window = get_rastport_write(target, __func__);
+    if (!window)
         return;
     window->fTopView->fRefresh = on != 0;
-    window->MyUpdate(window->fOffscreenView->Bounds(), on != 0);
+    if (on != 0)
+        window.Refresh(window->fOffscreenView->Bounds());
 }
 
 extern "C" void SetDefaultGfx(intptr_t target)
 {
-    MyWinClass* window = get_rastport_write(target, __func__);
-    defaultoutput.store(window, std::memory_order_release);
-    if (window != nullptr)
-        window->MyUpdate(BRect(), false);
+    const WindowAccess window = get_rastport_write(target, __func__);
+    defaultoutput.store(window.Window(), std::memory_order_release);
 }

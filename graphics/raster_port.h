@@ -5,7 +5,7 @@
 
 #include "runtime/whole.h"
 #include "windows/drawing_view.h"
-#include "windows/window.h"
+#include "windows/window_access.h"
 
 #include <GraphicsDefs.h>
 #include <View.h>
@@ -22,37 +22,23 @@ public:
     // `target` is a window's ident, -1, or the address of a plain view; `call` names the exported
     // function for traces.
     RasterPort(intptr_t target, const char* call);
-    ~RasterPort()
-    {
-        if (fWindow != nullptr)
-            fWindow->MyUpdate(fTouched, fRefresh);
-    }
-    RasterPort(const RasterPort&) = delete;
-    RasterPort& operator=(const RasterPort&) = delete;
 
     explicit operator bool() const { return fView != nullptr; }
     BView* operator->() const { return fView; }
     BView& View() const { return *fView; }
-    // Null when drawing goes into a plain view.
-    MyWinClass* Window() const { return fWindow; }
+    // The locked window, null for a plain view.
+    MyWinClass* Window() const { return fWindow.Window(); }
+    // The bitmap that the view draws into, null for a plain view.
+    BBitmap* Raster() const { return fRaster; }
     BRect WindowBounds() const;
-
-    // The rectangle is to reach the screen when the port ends, if the window's mode is so.
-    void Refresh(BRect touched)
-    {
-        fTouched = touched;
-        fRefresh = true;
-    }
+    // Has the rectangle drawn to the screen soon, if the target is a window.
+    void Refresh(BRect touched) { fWindow.Refresh(touched); }
 
 private:
-    MyWinClass* fWindow = nullptr;
+    WindowAccess fWindow;
     BView* fView = nullptr;
-    BRect fTouched;
-    bool fRefresh = false;
+    BBitmap* fRaster = nullptr;
 };
-
-// The locked window that a target names, null for a plain view or nothing. Ends with MyUpdate.
-MyWinClass* get_rastport_write(intptr_t target, const char* call);
 
 inline BPoint point_of(int32_t x, int32_t y)
 {

@@ -4,7 +4,6 @@
 #include "runtime/registry.h"
 
 #include "files/filesystem.h"
-#include "gadgets/gadget.h"
 #include "plinth.h"
 #include "windows/window.h"
 
@@ -21,18 +20,30 @@ static BList* sOpenTables;                 // registry lock; the tables that Clo
 static std::atomic<bool> sEndApp = false;  // endapp
 static std::atomic<bool> sTracker = false;  // tracker
 
-BLocker& registry_lock()
+static BLocker& registry_lock()
 {
     static BLocker* const lock = new BLocker("registry");  // outlives every window's thread
     return *lock;
 }
 
-static bool is_open_table(BList** table)
+RegistryLock::RegistryLock() { registry_lock().Lock(); }
+
+RegistryLock::~RegistryLock() { registry_lock().Unlock(); }
+
+bool keep_registry(bigtime_t patience_us)
+{
+    return registry_lock().LockWithTimeout(patience_us) == B_OK;
+}
+
+static bool is_open_table(const RegistryLock&, BList** table)
 {
     return table != nullptr && sOpenTables != nullptr && sOpenTables->HasItem(table);
 }
 
-BList* registry_list(RegistrySlot slot) { return is_open_table(PtApp) ? PtApp[slot] : nullptr; }
+BList* RegistryLock::List(RegistrySlot slot) const
+{
+    return is_open_table(*this, PtApp) ? PtApp[slot] : nullptr;
+}
 
 bool is_ending() { return sEndApp.load(std::memory_order_relaxed); }
 
@@ -45,21 +56,18 @@ void quit_application()
 }
 
 // Records of these kinds own nothing but their memory.
-static void free_records(RegistrySlot slot)
+static void free_records(BList* list)
 {
-    BList* list = registry_list(slot);
-    if (list == nullptr)
-        return;
     for (int32 i = 0; i < list->CountItems(); i++)
         MyFree(list->ItemAtFast(i));
     list->MakeEmpty();
 }
 
-void Close_All_Menu() { free_records(kMenus); }
-void Close_All_MediaKit() { free_records(kMedia); }
-void Close_All_Serial() { free_records(kSerialPorts); }
-void Close_All_Midi() { free_records(kMidiFiles); }
-void Close_All_Joystick() { free_records(kJoysticks); }
+void Close_All_Menu(BList* menus) { free_records(menus); }
+void Close_All_MediaKit(BList* media) { free_records(media); }
+void Close_All_Serial(BList* ports) { free_records(ports); }
+void Close_All_Midi(BList* files) { free_records(files); }
+void Close_All_Joystick(BList* joysticks) { free_records(joysticks); }
 
 extern "C" void** Open_Sys(uint8_t tracker)
 {
@@ -74,14 +82,13 @@ extern "C" void** Open_Sys(uint8_t tracker)
             return nullptr;
         }
     }
-    registry_lock().Lock();
+    RegistryLock registry;
     if (sOpenTables == nullptr)
         sOpenTables = new BList(kListBlockSize);
     sOpenTables->AddItem(table);
     PtApp = table;
-    empty_window_cache();
+    empty_window_cache(registry);
     empty_file_cache();
-    registry_lock().Unlock();
     return reinterpret_cast<void**>(table);
 }
 
@@ -89,9 +96,9 @@ extern "C" void** Open_Sys(uint8_t tracker)
 // open.
 static const struct {
     RegistrySlot slot;
-    void (*close_all)();
+    void (*close_all)(BList* list);
 } kCloseOrder[] = {
-    {kWindows, nullptr},          {kIcons, Close_All_Icon},
+    {kWindows, forget_windows},   {kIcons, Close_All_Icon},
     {kFiles, Close_All_File},     {kFonts, Close_All_Font},
     {kGadgets, Close_All_Gadget}, {kMenus, Close_All_Menu},
     {kMedia, Close_All_MediaKit}, {kSerialPorts, Close_All_Serial},
@@ -104,25 +111,20 @@ static void close_table(BList** table)
     for (const auto& row : kCloseOrder) {
         if (table[row.slot] == nullptr)
             continue;
-        if (row.slot == kWindows)
-            forget_windows(table[kWindows]);
-        else
-            row.close_all();
-        registry_lock().Lock();
+        row.close_all(table[row.slot]);
+        RegistryLock registry;
         delete table[row.slot];
         table[row.slot] = nullptr;
-        registry_lock().Unlock();
     }
-    registry_lock().Lock();
+    RegistryLock registry;
     sOpenTables->RemoveItem(table);
-    registry_lock().Unlock();
     MyFree(table);
 }
 
 extern "C" void Close_Sys(void** table)
 {
     auto** lists = reinterpret_cast<BList**>(table);
-    if (is_open_table(lists))
+    if (is_open_table(RegistryLock(), lists))
         close_table(lists);
     quit_application();
 }

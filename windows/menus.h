@@ -3,13 +3,16 @@
 
 // What windows do with menus: the chosen item's mark, and the pop-up menu.
 
+#include "runtime/live_objects.h"
+
 #include <MenuItem.h>
 #include <Point.h>
 
 class BPopUpMenu;
 class BWindow;
 
-// A menu item whose mark changes with each choice while it is checkable.
+// A menu item whose mark changes with each choice while it is checkable. Its message names it by
+// this address; it is deleted with the window that it targets locked.
 class MyMenuItem : public BMenuItem {
 public:
     MyMenuItem(const char* label, BMessage* message, char shortcut, bool checkable);
@@ -21,6 +24,7 @@ protected:
 
 private:
     const bool fCheckable;
+    const Live<BMenuItem> fLive{this};
 };
 
 // Moves the mark of a menu in radio mode to `item`, inverts that of a checkable item, and marks

@@ -5,12 +5,13 @@
 
 #include "gadgets/gadget.h"
 #include "gadgets/text_entry.h"
-#include "plinth.h"
-#include "runtime/registry.h"
+#include "runtime/live_objects.h"
 #include "runtime/trace.h"
 #include "runtime/whole.h"
 #include "windows/drawing_view.h"
 #include "windows/menus.h"
+#include "windows/window_access.h"
+#include "windows/window_lock.h"
 #include "windows/window_registry.h"
 
 #include <Application.h>
@@ -77,9 +78,8 @@ void MyWinClass::_MakeRaster(BRect frame)
 static void leave_behind(void* object)
 {
     static BList* const left = new BList(20);
-    registry_lock().Lock();
+    RegistryLock registry;
     left->AddItem(object);
-    registry_lock().Unlock();
 }
 
 MyWinClass::~MyWinClass()
@@ -112,14 +112,6 @@ void MyWinClass::LockRaster()
         fRaster->Lock();
 }
 
-bool MyWinClass::MyLock()
-{
-    if (!Lock())
-        return false;
-    LockRaster();
-    return true;
-}
-
 void MyWinClass::MyUpdate(BRect rect, bool refresh)
 {
     if (refresh && fTopView->fRefresh) {
@@ -145,36 +137,31 @@ static void print_drag(BMessage* message, BWindow* window)
 
 static void call_input_handler(BMessage* message)
 {
-    void* pointer;
-    if (message->FindPointer("fi", &pointer) != B_OK || pointer == nullptr)
+    const auto* entry = live_pointer<TextEntry>(*message, "fi");
+    if (entry == nullptr)
         return;
-    auto* entry = static_cast<TextEntry*>(pointer);
     if (auto* handler = reinterpret_cast<int32_t (*)(const char*)>(entry->fInputHandler))
         handler(entry->EntryText());
 }
 
 void MyWinClass::_ChooseMenuItem(BMessage* message)
 {
-    void* item;
-    if (message->FindPointer("it", &item) != B_OK || item == nullptr)
+    auto* item = live_pointer<BMenuItem>(*message, "it");
+    if (item == nullptr)
         return;
-    mark_chosen_item(static_cast<BMenuItem*>(item));
+    mark_chosen_item(item);
     CallHandler(kMenuItem, static_cast<int32_t>(message->what));
 }
 
-void MyWinClass::_CallGadget(BMessage* message)
+static void call_gadget(const BMessage& message)
 {
-    void* pointer;
-    if (message->FindPointer("gd", &pointer) != B_OK)
-        return;
-    auto* gadget = static_cast<MyGadget*>(pointer);
-    if (!is_listed_gadget(gadget))
-        return;
-    if (message->what == kClickMessage) {
-        if (auto* handler = reinterpret_cast<int32_t (*)()>(gadget->action_handler))
-            handler();
-    } else if (auto* handler = reinterpret_cast<int32_t (*)(int32_t)>(gadget->value_handler)) {
-        handler(static_cast<int32_t>(message->what - kChoiceMessage));
+    if (message.what == kClickMessage) {
+        void* handler = gadget_handler(message, &MyGadget::action_handler);
+        if (handler != nullptr)
+            reinterpret_cast<int32_t (*)()>(handler)();
+    } else if (void* handler = gadget_handler(message, &MyGadget::value_handler)) {
+        const auto choice = static_cast<int32_t>(message.what - kChoiceMessage);
+        reinterpret_cast<int32_t (*)(int32_t)>(handler)(choice);
     }
 }
 
@@ -184,7 +171,7 @@ void MyWinClass::MessageReceived(BMessage* message)
         print_drag(message, this);
     call_input_handler(message);
     _ChooseMenuItem(message);
-    _CallGadget(message);
+    call_gadget(*message);
     BWindow::MessageReceived(message);
 }
 
@@ -336,7 +323,7 @@ static void discard(MyWinClass* window)
 
 extern "C" int32_t OpenWindow(int32_t x, int32_t y, int32_t width, int32_t height)
 {
-    if (width < 0 || height < 0 || registry_list(kWindows) == nullptr) {
+    if (width < 0 || height < 0 || RegistryLock().List(kWindows) == nullptr) {
         show_dbg(kBadArgument, 0, __func__);
         return 0;
     }
@@ -352,6 +339,7 @@ extern "C" int32_t OpenWindow(int32_t x, int32_t y, int32_t width, int32_t heigh
     if (window != nullptr) {
         record->window = window;
         record->ident = ident;
+        window->fRecord = record;
         if (window->IsReady() && add_window(record)) {
             if (x < 0 || y < 0)
                 window->ResizeTo(static_cast<float>(width), static_cast<float>(height));
@@ -368,7 +356,7 @@ extern "C" int32_t OpenWindow(int32_t x, int32_t y, int32_t width, int32_t heigh
 extern "C" void CloseWindow(int32_t ident)
 {
     WindowRecord* record = LLFindWindow(ident, __func__);
-    if (record == nullptr || !record->window->Lock())
+    if (record == nullptr || !lock_window(record->window))
         return;
     if (is_window_ident(ident))
         record->window->Quit();
@@ -378,16 +366,11 @@ extern "C" void CloseWindow(int32_t ident)
 
 extern "C" void SetHandlerForWindow(int32_t ident, int32_t slot, void* handler)
 {
-    WindowRecord* record = LLFindWindow(ident, __func__);
-    if (record == nullptr)
+    WindowAccess window(ident, __func__);
+    if (!window)
         return;
-    if (static_cast<uint32_t>(slot) >= kWindowSlots) {
+    if (static_cast<uint32_t>(slot) < kWindowSlots)
+        window->fHandlers[slot].store(handler, std::memory_order_release);
+    else
         show_dbg(kBadArgument, ident, __func__);
-        return;
-    }
-    if (record->window->Lock()) {
-        if (is_window_ident(ident))
-            record->window->fHandlers[slot].store(handler, std::memory_order_release);
-        record->window->Unlock();
-    }
 }

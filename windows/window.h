@@ -3,13 +3,15 @@
 
 // A program's window: its record in the registry, its class, and the ways to find and lock it.
 
+#include "plinth.h"
+#include "runtime/registry.h"
+
 #include <Window.h>
 
 #include <atomic>
 #include <stdint.h>
 
 class BBitmap;
-class BList;
 class BPopUpMenu;
 class MyView;
 namespace Marlin {
@@ -21,6 +23,8 @@ class MyWinClass;
 // One block of eleven words from MyAlloc, in the list kWindows. Never freed: what looks a window up
 // may still hold the record when the window closes.
 struct WindowRecord {
+    static const RegistrySlot kSlot = kWindows;
+
     MyWinClass* window;
     intptr_t ident;
     intptr_t reserved[5];
@@ -31,28 +35,29 @@ struct WindowRecord {
 };
 
 enum WindowSlot {
-    kActivated,
-    kDeactivated,
-    kMinimized,
-    kMoved,
-    kZoomed,
-    kHidden,
-    kShown,
-    kRedrawn,
-    kResized,
-    kScreenChanged,
-    kWorkspaceActivated,
-    kWorkspacesChanged,
-    kCloseRequested,
-    kKey,
-    kMouseDown,
-    kMouseMoved,
-    kTimer,
-    kMenuItem,
-    kMenusBeginning,
-    kFilesDropped = 21,
-    kWindowSlots = 22
+    kActivated = PLINTH_ACTIVATED,
+    kDeactivated = PLINTH_DEACTIVATED,
+    kMinimized = PLINTH_MINIMIZED,
+    kMoved = PLINTH_MOVED,
+    kZoomed = PLINTH_ZOOMED,
+    kHidden = PLINTH_HIDDEN,
+    kShown = PLINTH_SHOWN,
+    kRedrawn = PLINTH_REDRAWN,
+    kResized = PLINTH_RESIZED,
+    kScreenChanged = PLINTH_SCREEN_CHANGED,
+    kWorkspaceActivated = PLINTH_WORKSPACE_ACTIVATED,
+    kWorkspacesChanged = PLINTH_WORKSPACES_CHANGED,
+    kCloseRequested = PLINTH_CLOSE_REQUESTED,
+    kKey = PLINTH_KEY,
+    kMouseDown = PLINTH_MOUSE_DOWN,
+    kMouseMoved = PLINTH_MOUSE_MOVED,
+    kTimer = PLINTH_TIMER,
+    kMenuItem = PLINTH_MENU_ITEM,
+    kMenusBeginning = PLINTH_MENUS_BEGINNING,
+    kFilesDropped = PLINTH_FILES_DROPPED,
+    kWindowSlots
 };
+static_assert(kWindowSlots == 22, "the number of slots is the programs'");
 
 // Bits of the event mask. Restored and shown share one, and hidden has none: kept on purpose.
 enum WindowEventBit {
@@ -99,12 +104,10 @@ public:
     void MenusBeginning() override;
     bool QuitRequested() override;
 
-    // Locks the window, then its bitmap. False, and nothing locked, for a window that is gone.
-    bool MyLock();
     // Locks the bitmap, unless it is locked already. Window locked.
     void LockRaster();
     // With `refresh`, and while the top view's refresh mode is on, the rectangle is drawn to the
-    // screen soon. Then gives back what MyLock took.
+    // screen soon. Then unlocks the bitmap, and the window once. WindowAccess calls it.
     void MyUpdate(BRect rect, bool refresh);
 
     // The address in a slot if it is set and its event enabled, else null. Any thread.
@@ -136,6 +139,7 @@ public:
     BPopUpMenu* fPopUp = nullptr;     // opened by the secondary button
     Marlin::ToolTip* fToolTip = nullptr;
     std::atomic<uint32> fEventMask = 0xFFFFFFFF;  // any thread
+    WindowRecord* fRecord = nullptr;              // from before it is shown on
     const int32 fIdent;
     int32 fLastWidth, fLastHeight;
     const int32 fOriginX, fOriginY;
@@ -152,7 +156,6 @@ private:
     void _MakeRaster(BRect frame);
     bool _Holds(const BView* view) const;
     void _ChooseMenuItem(BMessage* message);
-    void _CallGadget(BMessage* message);
 
     bool fIsHiding = false;    // in Hide(), which calls a handler
     bool fIsQuitting = false;  // in Quit(), which hides
@@ -162,13 +165,12 @@ extern MyWinClass* DefWin;  // registry lock; what names no window means this on
 
 // The window that a target of -1 draws into, null for none. It leaves here locked. Any thread.
 extern std::atomic<MyWinClass*> defaultoutput;
-// That window, locked like one of LLFindWindowLocked.
+// That window, locked, and its bitmap locked too, for a WindowAccess.
 MyWinClass* lock_default_output();
 
-// The record of an open window, null (and a trace line for `call`) if there is none. Any thread.
+// The record of an open window, null (and a trace line for `call`) if there is none. Calls that do
+// anything to the window use a WindowAccess instead. Any thread.
 WindowRecord* LLFindWindow(int32_t ident, const char* call);
-// The window, locked, with its bitmap locked too: MyUpdate gives both back. Any thread.
-MyWinClass* LLFindWindowLocked(int32_t ident, const char* call);
 // The record of a window object that may be gone; null if it is.
 WindowRecord* Find_By_Class(const BWindow* window);
 // The oldest open window's record, null if none is open.
@@ -176,7 +178,7 @@ WindowRecord* GetActiveWindow();
 
 // Empties a list of windows, which stay open but are found no more.
 void forget_windows(BList* windows);
-// What was found is looked up anew. Registry lock held, which PtApp changes under.
-void empty_window_cache();
+// What was found is looked up anew: PtApp changed.
+void empty_window_cache(const RegistryLock& registry);
 
 #endif  // WINDOWS_WINDOW_H

@@ -4,11 +4,9 @@
 #include "windows/window_registry.h"
 
 #include "gadgets/gadget.h"
-#include "plinth.h"
-#include "runtime/registry.h"
 #include "runtime/trace.h"
-
-#include <Autolock.h>
+#include "windows/window_access.h"
+#include "windows/window_lock.h"
 
 #include <atomic>
 
@@ -27,39 +25,17 @@ static std::atomic<WindowRecord*>& cache_place(int32_t ident)
     return sCache[static_cast<uint32_t>(ident) % kCacheSize];
 }
 
-static WindowRecord* record_at(BList* windows, int32 index)
+static WindowRecord* record_at(const BList& windows, int32 index)
 {
-    return static_cast<WindowRecord*>(windows->ItemAtFast(index));
-}
-
-// The first place in the list, which is in ident order, whose ident is not below `ident`.
-static int32 lower_bound(BList* windows, int32_t ident)
-{
-    int32 first = 0;
-    int32 count = windows->CountItems();
-    while (count > 0) {
-        const int32 half = count / 2;
-        if (record_at(windows, first + half)->ident < ident) {
-            first += half + 1;
-            count -= half + 1;
-        } else {
-            count = half;
-        }
-    }
-    return first;
+    return static_cast<WindowRecord*>(windows.ItemAtFast(index));
 }
 
 static WindowRecord* search(int32_t ident)
 {
-    BAutolock lock(registry_lock());
-    BList* windows = registry_list(kWindows);
-    if (windows == nullptr)
-        return nullptr;
-    const int32 index = lower_bound(windows, ident);
-    if (index >= windows->CountItems() || record_at(windows, index)->ident != ident)
-        return nullptr;
-    WindowRecord* record = record_at(windows, index);
-    cache_place(ident).store(record, std::memory_order_release);
+    RegistryLock registry;
+    auto* record = find_record<WindowRecord>(registry, ident);
+    if (record != nullptr)
+        cache_place(ident).store(record, std::memory_order_release);
     return record;
 }
 
@@ -73,14 +49,7 @@ static WindowRecord* find(int32_t ident)
     return search(ident);
 }
 
-bool add_window(WindowRecord* record)
-{
-    BAutolock lock(registry_lock());
-    BList* windows = registry_list(kWindows);
-    if (windows == nullptr)
-        return false;
-    return windows->AddItem(record, lower_bound(windows, record->ident));
-}
+bool add_window(WindowRecord* record) { return enter_record(RegistryLock(), record); }
 
 // Records of windows that are not listed any more: whoever looked one up in time may still read it.
 static BList& unlisted_records()
@@ -89,7 +58,7 @@ static BList& unlisted_records()
     return *records;
 }
 
-void empty_window_cache()
+void empty_window_cache(const RegistryLock&)
 {
     for (auto& place : sCache)
         place.store(nullptr);
@@ -97,27 +66,23 @@ void empty_window_cache()
 
 WindowRemoval remove_window(MyWinClass* window)
 {
-    BAutolock lock(registry_lock());
-    BList* windows = registry_list(kWindows);
-    if (windows == nullptr)
+    RegistryLock registry;
+    WindowRecord* record = window->fRecord;
+    if (record == nullptr || !remove_record(registry, record))
         return WindowRemoval::NotListed;
-    const int32 index = lower_bound(windows, window->fIdent);
-    if (index >= windows->CountItems() || record_at(windows, index)->window != window)
-        return WindowRemoval::NotListed;
-    WindowRecord* record = record_at(windows, index);
-    windows->RemoveItem(index);
     unlisted_records().AddItem(record);
     if (cache_place(window->fIdent).load() == record)
         cache_place(window->fIdent).store(nullptr);
+    const BList& windows = *registry.List(kWindows);
     if (DefWin == window)
-        DefWin = windows->IsEmpty() ? nullptr : record_at(windows, 0)->window;
-    return windows->IsEmpty() ? WindowRemoval::LastOne : WindowRemoval::Removed;
+        DefWin = windows.IsEmpty() ? nullptr : record_at(windows, 0)->window;
+    return windows.IsEmpty() ? WindowRemoval::LastOne : WindowRemoval::Removed;
 }
 
 void forget_windows(BList* windows)
 {
-    BAutolock lock(registry_lock());
-    empty_window_cache();
+    RegistryLock registry;
+    empty_window_cache(registry);
     unlisted_records().AddList(windows);
     windows->MakeEmpty();
 }
@@ -126,52 +91,47 @@ WindowRecord* LLFindWindow(int32_t ident, const char* call)
 {
     WindowRecord* record = find(ident);
     if (record == nullptr)
-        show_dbg(Find_Gadget(ident, kRecord) != nullptr ? kIsGadget : kNoSuchWindow, ident, call);
+        show_dbg(gadget_record(ident) != nullptr ? kIsGadget : kNoSuchWindow, ident, call);
     return record;
 }
 
-MyWinClass* LLFindWindowLocked(int32_t ident, const char* call)
+// While a record is listed its window lives, and a window leaves the list locked: what was locked
+// is the window looked for, not a later looper at its address, if the record is still there then.
+WindowAccess::WindowAccess(int32_t ident, const char* call)
 {
     WindowRecord* record = LLFindWindow(ident, call);
-    if (record == nullptr)
-        return nullptr;
-    MyWinClass* window = record->window;
-    if (!window->Lock())
-        return nullptr;
-    // While a record is listed its window lives, and a window leaves the list locked: what was
-    // locked is the window looked for, not a later looper at its address.
+    if (record == nullptr || !lock_window(record->window))
+        return;
     if (find(ident) != record) {
-        window->Unlock();
-        return nullptr;
+        record->window->Unlock();
+        return;
     }
-    window->LockRaster();
-    return window;
+    fWindow = record->window;
+    fWindow->LockRaster();
 }
 
 WindowRecord* Find_By_Class(const BWindow* window)
 {
-    BAutolock lock(registry_lock());
-    BList* windows = registry_list(kWindows);
-    if (windows == nullptr)
-        return nullptr;
-    for (int32 i = 0; i < windows->CountItems(); i++) {
-        if (record_at(windows, i)->window == window)
-            return record_at(windows, i);
+    RegistryLock registry;
+    const BList* windows = registry.List(kWindows);
+    for (int32 i = 0; windows != nullptr && i < windows->CountItems(); i++) {
+        if (record_at(*windows, i)->window == window)
+            return record_at(*windows, i);
     }
     return nullptr;
 }
 
 WindowRecord* GetActiveWindow()
 {
-    BAutolock lock(registry_lock());
-    BList* windows = registry_list(kWindows);
+    RegistryLock registry;
+    const BList* windows = registry.List(kWindows);
     return windows != nullptr ? static_cast<WindowRecord*>(windows->FirstItem()) : nullptr;
 }
 
 MyWinClass* lock_default_output()
 {
     MyWinClass* window = defaultoutput.load(std::memory_order_acquire);
-    if (window == nullptr || !window->Lock())
+    if (!lock_window(window))
         return nullptr;
     if (defaultoutput.load(std::memory_order_acquire) != window) {  // closed meanwhile
         window->Unlock();

@@ -440,6 +440,28 @@ TEST_F(Windows, FieldCountBoundsTheRefsOfADropKeptOnPurpose)
     EXPECT_LT(std::stoi(sLog.All()), 40);
 }
 
+TEST_F(Windows, PointersOfMessagesThatLeadNowhereAreNotFollowed)
+{
+    TestWindow window;
+    window.Handle(PLINTH_MENU_ITEM, log_one<17>);
+    window.Handle(PLINTH_KEY, log_two<13>);
+    window.Click(3, 4);
+    BMessenger messenger(platform_window());
+    std::vector<char> gone(4096, 0x55);
+    for (const char* field : {"fi", "it", "gd"}) {
+        for (void* pointer : {reinterpret_cast<void*>(8), static_cast<void*>(gone.data())}) {
+            for (uint32 what : {753u, 75001u}) {
+                BMessage message(what);
+                message.AddPointer(field, pointer);
+                messenger.SendMessage(&message);
+            }
+        }
+    }
+    inject_text("q");
+    EXPECT_TRUE(eventually([] { return sLog.Has("13 113 0"); }));
+    EXPECT_EQ(sLog.All(), "13 113 0");
+}
+
 TEST_F(Windows, GadgetMessagesCallClickAndChoiceHandlers)
 {
     MyGadget gadget = {};

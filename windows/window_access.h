@@ -1,0 +1,54 @@
+#ifndef WINDOWS_WINDOW_ACCESS_H
+#define WINDOWS_WINDOW_ACCESS_H
+
+// A program's window for one exported call: found by its ident, locked with its bitmap as long as
+// this lives, refreshed at its end.
+//
+//     extern "C" void SetWindowTitle(int32_t ident, const char* title)
+//     {
+//         if (WindowAccess window(ident, __func__); window)
+//             window->SetTitle(text_or_empty(title));
+//     }
+
+#include "windows/window.h"
+
+#include <Rect.h>
+
+class [[nodiscard]] WindowAccess {
+public:
+    WindowAccess() = default;
+    // `call` names the exported function for the trace of an ident that is no window's.
+    WindowAccess(int32_t ident, const char* call);
+    // The window that a target of -1 draws into; none before SetDefaultGfx.
+    static WindowAccess ToDefaultOutput() { return WindowAccess(lock_default_output()); }
+    ~WindowAccess()
+    {
+        if (fWindow != nullptr)
+            fWindow->MyUpdate(fTouched, fRefresh);
+    }
+    WindowAccess(const WindowAccess&) = delete;
+    WindowAccess& operator=(const WindowAccess&) = delete;
+
+    // False if there is no such window, or it went before it could be locked.
+    explicit operator bool() const { return fWindow != nullptr; }
+    MyWinClass* operator->() const { return fWindow; }
+    MyWinClass* Window() const { return fWindow; }
+    WindowRecord& Record() const { return *fWindow->fRecord; }
+
+    // Has the rectangle (of the bitmap, and of the top view) drawn to the screen soon, while the
+    // window's refresh mode is on.
+    void Refresh(BRect touched)
+    {
+        fTouched = fRefresh ? fTouched | touched : touched;
+        fRefresh = true;
+    }
+
+private:
+    explicit WindowAccess(MyWinClass* locked) : fWindow(locked) {}
+
+    MyWinClass* fWindow = nullptr;
+    BRect fTouched;
+    bool fRefresh = false;
+};
+
+#endif  // WINDOWS_WINDOW_ACCESS_H
