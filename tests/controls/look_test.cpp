@@ -154,7 +154,7 @@ TEST(LookEdges, AreDrawnOfEmptyRectanglesToo)
         look.DrawCheckBox(rect, Look::kOn);
         look.DrawRadio(rect, Look::kOn);
         look.DrawArrow(rect, Look::Way::Left, 0);
-        look.DrawGroove(rect);
+        look.DrawGroup(rect, B_FANCY_BORDER);
     }
 }
 

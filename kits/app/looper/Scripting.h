@@ -3,6 +3,7 @@
 
 // Short ways for classes that answer scripting messages from a table of properties.
 
+#include <AppDefs.h>
 #include <Message.h>
 #include <PropertyInfo.h>
 #include <TypeConstants.h>
@@ -25,6 +26,35 @@ inline status_t add_suite(BMessage* data, const char* name, const property_info*
     const status_t status = data->AddString("suites", name);
     return status == B_OK ? data->AddFlat("messages", &info) : status;
 }
+
+/* Answers a message that gets or sets a property of the table; false if it is none of them. `get`
+   adds the "result" to the reply it is given, `set` reads the "data" of the message; both are told
+   the name of the property and return the error. */
+template <class Get, class Set>
+bool answer_property(const property_info* table, BMessage* message, Get get, Set set)
+{
+    if (!message->HasSpecifiers() ||
+        (message->what != B_GET_PROPERTY && message->what != B_SET_PROPERTY))
+        return false;
+    int32 index, form;
+    BMessage specifier;
+    const char* property = nullptr;
+    if (message->GetCurrentSpecifier(&index, &specifier, &form, &property) != B_OK ||
+        !knows_property(table, message, index, &specifier, form, property))
+        return false;
+    BMessage reply(B_REPLY);
+    const status_t status =
+        message->what == B_GET_PROPERTY ? get(property, &reply) : set(property, *message);
+    reply.AddInt32("error", status);
+    message->SendReply(&reply);
+    return true;
+}
+
+// A row of such a table: a value that can be read and set.
+#define SCRIPT_VALUE(name, type)                                                             \
+    {                                                                                        \
+        name, {B_GET_PROPERTY, B_SET_PROPERTY}, {B_DIRECT_SPECIFIER}, nullptr, 0, {type}, {} \
+    }
 
 }  // namespace BPrivate
 

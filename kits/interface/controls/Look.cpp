@@ -2,6 +2,7 @@
 
 #include <interface/controls/Look.h>
 
+#include <Bitmap.h>
 #include <String.h>
 #include <View.h>
 
@@ -28,12 +29,11 @@ void Look::_Measure()
 {
     fSize = std::max(fFont.Size(), 1.0f);
     fLine = std::max(1.0f, std::floor(fSize / kDesignSize + 0.25f));
-    font_height height;
-    fFont.GetHeight(&height);
-    fAscent = std::ceil(height.ascent);
-    fDescent = std::ceil(height.descent);
-    fTextHeight = std::ceil(height.ascent + height.descent);
-    fLineHeight = std::ceil(height.ascent + height.descent + height.leading);
+    fFont.GetHeight(&fHeight);
+    fAscent = std::ceil(fHeight.ascent);
+    fDescent = std::ceil(fHeight.descent);
+    fTextHeight = std::ceil(fHeight.ascent + fHeight.descent);
+    fLineHeight = std::ceil(fHeight.ascent + fHeight.descent + fHeight.leading);
 }
 
 // --- measures
@@ -48,6 +48,19 @@ float Look::ItemSpacing() const { return std::ceil(fSize * 0.85f); }
 float Look::TextWidth(const char* text) const
 {
     return text != nullptr ? std::ceil(fFont.StringWidth(text)) : 0;
+}
+
+float Look::LabelWidth(const char* label, const BBitmap* icon) const
+{
+    const float text = TextWidth(label);
+    if (icon == nullptr)
+        return text;
+    return icon->Bounds().Width() + 1 + (text > 0 ? LabelSpacing() + text : 0);
+}
+
+float Look::LabelHeight(const BBitmap* icon) const
+{
+    return std::max(fTextHeight, icon != nullptr ? icon->Bounds().Height() + 1 : 0);
 }
 
 float Look::BorderWidth(border_style border)
@@ -68,10 +81,10 @@ float Look::ButtonInset(uint32 state) const
 
 BRect Look::MarkFrame() const
 {
-    font_height height;
-    fFont.GetHeight(&height);
-    return BRect(0, 2, std::ceil(3 + height.ascent), std::ceil(5 + height.ascent));
+    return BRect(0, 2, std::ceil(3 + fHeight.ascent), std::ceil(5 + fHeight.ascent));
 }
+
+float Look::MarkHeight() const { return std::ceil(6 + fHeight.ascent + fHeight.descent); }
 
 // --- colours
 
@@ -176,10 +189,40 @@ BRect Look::DrawBorder(BRect rect, border_style border, uint32 state) const
     return rect.InsetByCopy(width, width);
 }
 
-BRect Look::DrawGroove(BRect rect) const
+float Look::GroupInset(border_style border)
 {
-    rect = DrawEdges(rect, Shade(B_DARKEN_2_TINT), Shade(B_LIGHTEN_2_TINT));
-    return DrawEdges(rect, Shade(B_LIGHTEN_2_TINT), Shade(B_DARKEN_2_TINT));
+    return border == B_FANCY_BORDER ? 3 : border == B_PLAIN_BORDER ? 1 : 0;
+}
+
+BRect Look::DrawGroup(BRect rect, border_style border) const
+{
+    const float inset = GroupInset(border);
+    Look thin(*this);
+    thin.fLine = 1;
+    if (border == B_FANCY_BORDER) {
+        const BRect inner =
+            thin.DrawRoundEdges(rect, Shade(B_DARKEN_1_TINT), Shade(B_LIGHTEN_2_TINT));
+        thin.DrawEdges(inner, Shade(B_LIGHTEN_2_TINT), Shade(B_DARKEN_1_TINT));
+    } else if (border == B_PLAIN_BORDER) {
+        thin.DrawEdges(rect, Shade(B_DARKEN_2_TINT));
+    }
+    return rect.InsetByCopy(inset, inset);
+}
+
+void Look::DrawSeparator(BRect rect, orientation direction) const
+{
+    BRect light = rect;
+    if (direction == B_VERTICAL) {
+        rect.right = rect.left + fLine - 1;
+        light.left = rect.right + 1;
+        light.right = light.left + fLine - 1;
+    } else {
+        rect.bottom = rect.top + fLine - 1;
+        light.top = rect.bottom + 1;
+        light.bottom = light.top + fLine - 1;
+    }
+    Fill(rect, Shade(B_DARKEN_2_TINT));
+    Fill(light, Shade(B_LIGHTEN_2_TINT));
 }
 
 void Look::DrawFocusRing(BRect rect) const { DrawEdges(rect, keyboard_navigation_color()); }
@@ -212,6 +255,30 @@ void Look::DrawLabel(const char* label, BRect rect, alignment align, uint32 stat
         left += std::floor(room - width);
     const float top = rect.top + std::floor((rect.Height() + 1 - fAscent - fDescent) / 2);
     DrawText(text.String(), BPoint(left, top + fAscent), state);
+}
+
+void Look::DrawLabel(const char* label, const BBitmap* icon, BRect rect, alignment align,
+                     uint32 state) const
+{
+    if (icon == nullptr) {
+        DrawLabel(label, rect, align, state);
+        return;
+    }
+    const BRect picture = icon->Bounds();
+    const float room = rect.Width() + 1;
+    const float width = std::min(room, LabelWidth(label, icon));
+    float left = rect.left;
+    if (align == B_ALIGN_CENTER)
+        left += std::floor((room - width) / 2);
+    else if (align == B_ALIGN_RIGHT)
+        left += room - width;
+    fView->SetDrawingMode(B_OP_ALPHA);
+    fView->SetBlendingMode(B_PIXEL_ALPHA, B_ALPHA_OVERLAY);
+    fView->DrawBitmap(icon,
+                      BPoint(left, std::floor((rect.top + rect.bottom - picture.Height()) / 2)));
+    fView->SetDrawingMode(B_OP_COPY);
+    rect.left = left + picture.Width() + 1 + LabelSpacing();
+    DrawLabel(label, rect, B_ALIGN_LEFT, state);
 }
 
 }  // namespace BPrivate

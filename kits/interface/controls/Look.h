@@ -10,6 +10,7 @@
 #include <Point.h>
 #include <Rect.h>
 
+class BBitmap;
 class BView;
 
 namespace [[gnu::visibility("hidden")]] BPrivate {
@@ -44,6 +45,7 @@ public:
     float Scaled(float pixels) const;
     // The thickness of an edge.
     float Line() const { return fLine; }
+    const font_height& Height() const { return fHeight; }
     float Ascent() const { return fAscent; }
     float Descent() const { return fDescent; }
     // Ascent and descent together, rounded as one number.
@@ -53,12 +55,19 @@ public:
     float LabelSpacing() const;
     float ItemSpacing() const;
     float TextWidth(const char* text) const;
+    // Of a label with a picture beside it; either may be null.
+    float LabelWidth(const char* label, const BBitmap* icon) const;
+    float LabelHeight(const BBitmap* icon) const;
     static float BorderWidth(border_style border);
+    // Where the label of a group starts.
+    float GroupLabelStart() const { return Scaled(10); }
     float ScrollBarThickness() const;
     // The room that a push button's frame takes on each side; the default button has more.
     float ButtonInset(uint32 state = 0) const;
     // The box of a check box or the knob of a radio button in a control with left top corner 0, 0.
     BRect MarkFrame() const;
+    // Below that, such a control would cut its box or its label.
+    float MarkHeight() const;
 
     // --- colours
 
@@ -86,8 +95,11 @@ public:
     BRect DrawSunken(BRect rect, uint32 state = 0) const;
     // The frame around a view: BorderWidth() on each side.
     BRect DrawBorder(BRect rect, border_style border, uint32 state = 0) const;
-    // A groove around a group of controls.
-    BRect DrawGroove(BRect rect) const;
+    // Around a group of controls: a groove, a line or nothing, GroupInset() on each side.
+    BRect DrawGroup(BRect rect, border_style border) const;
+    static float GroupInset(border_style border);
+    // Between two parts: a line of the rectangle's length at its left or top.
+    void DrawSeparator(BRect rect, orientation direction) const;
     // Around something that has the keyboard; outside of `rect` is not touched.
     void DrawFocusRing(BRect rect) const;
 
@@ -107,6 +119,8 @@ public:
 
     // One line, in the height's middle, with an ellipsis if it does not fit.
     void DrawLabel(const char* label, BRect rect, alignment align, uint32 state) const;
+    void DrawLabel(const char* label, const BBitmap* icon, BRect rect, alignment align,
+                   uint32 state) const;
     // One line from its baseline's start.
     void DrawText(const char* text, BPoint baseline, uint32 state) const;
 
@@ -115,6 +129,7 @@ private:
 
     BView* fView = nullptr;
     BFont fFont;
+    font_height fHeight = {};
     rgb_color fBase = {};
     rgb_color fHigh = {};
     float fSize = 0;

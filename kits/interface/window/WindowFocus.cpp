@@ -3,6 +3,7 @@
 #include <Window.h>
 
 #include <Autolock.h>
+#include <Button.h>
 #include <InterfaceDefs.h>
 #include <Message.h>
 #include <View.h>
@@ -106,31 +107,42 @@ void BWindow::_ForgetView(BView* view)
         fData->mouseView = nullptr;
     if (fData->clickView == view)
         fData->clickView = nullptr;
+    if (static_cast<void*>(view) == fData->defaultButton)
+        fData->defaultButton = nullptr;
     std::erase_if(fData->listeners,
                   [=](const EventListener& listener) { return listener.view == view; });
     fData->ListenersChanged();
 }
 
-void BWindow::SetDefaultButton(BButton* button)
+// Programs name views of any kind, so the pointer is only compared with the views that are there.
+static bool is_button(BView* view, const BButton* button)
 {
-    BAutolock lock(this);
-    if (lock.IsLocked())
-        fData->defaultButton = button;
+    return static_cast<const void*>(view) == button || dynamic_cast<BButton*>(view) == button;
 }
 
-BButton* BWindow::DefaultButton() const { return fData->defaultButton; }
-
-// The default button among the views that are there. Programs name views of any kind, and delete
-// them without telling; so the pointer is only compared.
 BView* BWindow::_DefaultButtonView() const
 {
-    const void* const button = fData->defaultButton;
-    if (button == nullptr)
-        return nullptr;
     BView* found = nullptr;
+    if (fData->defaultButton == nullptr)
+        return nullptr;
     ViewPrivate::ForEach(fData->topView, [&](BView* view) {
-        if (dynamic_cast<void*>(view) == button)
+        if (is_button(view, fData->defaultButton))
             found = view;
     });
     return found;
 }
+
+void BWindow::SetDefaultButton(BButton* button)
+{
+    BAutolock lock(this);
+    if (!lock.IsLocked() || button == fData->defaultButton)
+        return;
+    auto* before = dynamic_cast<BButton*>(_DefaultButtonView());
+    fData->defaultButton = button;
+    if (before != nullptr)
+        before->MakeDefault(false);
+    if (auto* now = dynamic_cast<BButton*>(_DefaultButtonView()))
+        now->MakeDefault(true);
+}
+
+BButton* BWindow::DefaultButton() const { return fData->defaultButton; }

@@ -1,0 +1,549 @@
+// Buttons, check boxes and radio buttons as pointer and keys work them, in a window in memory.
+
+#include <Box.h>
+#include <Button.h>
+#include <CheckBox.h>
+#include <RadioButton.h>
+#include <StringView.h>
+
+#include <gtest/gtest.h>
+
+#include <tests/interface/window_harness.h>
+
+using namespace window_test;
+
+static const uint32 kGo = 'GOGO';
+
+namespace {
+
+class ControlTest : public WindowTest {
+protected:
+    void SetUp() override { Make(200, 150, B_ASYNCHRONOUS_CONTROLS); }
+
+    template <class Control>
+    Control* Put(BRect frame, const char* label, uint32 what = kGo)
+    {
+        auto* control = new Control(frame, label, label, new BMessage(what));
+        window->AddChild(control);
+        return control;
+    }
+    int Invocations() { return log.Count("message GOGO"); }
+    int32 LastValue()
+    {
+        int32 value = -1;
+        log.Message("message GOGO").FindInt32("be:value", &value);
+        return value;
+    }
+    int32 ValueOf(const BControl* control)
+    {
+        window->Lock();
+        const int32 value = control->Value();
+        window->Unlock();
+        return value;
+    }
+    void Focus(BView* view)
+    {
+        window->Lock();
+        view->MakeFocus(true);
+        window->Unlock();
+    }
+    void Down(float x, float y)
+    {
+        inject_pointer(100 + x, 100 + y);
+        inject_button(1, true);
+    }
+    void Up()
+    {
+        inject_button(1, false);
+        Settle();
+    }
+    void Move(float x, float y) { inject_pointer(100 + x, 100 + y); }
+    void ClickAt(float x, float y)
+    {
+        Down(x, y);
+        Up();
+    }
+};
+
+}  // namespace
+
+// --- buttons
+
+TEST_F(ControlTest, ButtonSendsItsMessageWhenReleasedInside)
+{
+    BButton* button = Put<BButton>(BRect(10, 10, 90, 34), "Go");
+    Start();
+    Down(20, 20);
+    Settle();
+    EXPECT_EQ(ValueOf(button), B_CONTROL_ON);
+    EXPECT_EQ(Invocations(), 0);
+    Up();
+    EXPECT_EQ(Invocations(), 1);
+    EXPECT_EQ(LastValue(), B_CONTROL_ON);
+    EXPECT_EQ(ValueOf(button), B_CONTROL_OFF);
+    void* source = nullptr;
+    EXPECT_EQ(log.Message("message GOGO").FindPointer("source", &source), B_OK);
+    EXPECT_EQ(source, button);
+    EXPECT_TRUE(log.Message("message GOGO").HasInt64("when"));
+    EXPECT_TRUE(log.Message("message GOGO").HasMessenger("be:sender"));
+}
+
+TEST_F(ControlTest, ButtonReleasedOutsideSendsNothing)
+{
+    BButton* button = Put<BButton>(BRect(10, 10, 90, 34), "Go");
+    Start();
+    Down(20, 20);
+    Move(150, 100);
+    Settle();
+    EXPECT_EQ(ValueOf(button), B_CONTROL_OFF);
+    Up();
+    EXPECT_EQ(Invocations(), 0);
+    EXPECT_EQ(ValueOf(button), B_CONTROL_OFF);
+}
+
+TEST_F(ControlTest, ButtonIsPressedAgainWhenThePointerComesBack)
+{
+    BButton* button = Put<BButton>(BRect(10, 10, 90, 34), "Go");
+    Start();
+    Down(20, 20);
+    Move(150, 100);
+    Settle();
+    Move(30, 20);
+    Settle();
+    EXPECT_EQ(ValueOf(button), B_CONTROL_ON);
+    Up();
+    EXPECT_EQ(Invocations(), 1);
+}
+
+TEST_F(ControlTest, ReleaseWithoutAPressIsNoClick)
+{
+    Put<BButton>(BRect(10, 10, 90, 34), "Go");
+    Start();
+    Down(150, 100);
+    Move(20, 20);
+    Up();
+    EXPECT_EQ(Invocations(), 0);
+}
+
+TEST_F(ControlTest, DisabledControlsTakeNoPressAndNoKey)
+{
+    BButton* button = Put<BButton>(BRect(10, 10, 90, 34), "Go");
+    BCheckBox* box = Put<BCheckBox>(BRect(10, 50, 90, 70), "Box");
+    BRadioButton* radio = Put<BRadioButton>(BRect(10, 80, 90, 100), "Radio");
+    for (BControl* control : {static_cast<BControl*>(button), static_cast<BControl*>(box),
+                              static_cast<BControl*>(radio)})
+        control->SetEnabled(false);
+    Start();
+    ClickAt(20, 20);
+    ClickAt(20, 60);
+    ClickAt(20, 90);
+    for (BView* view :
+         {static_cast<BView*>(button), static_cast<BView*>(box), static_cast<BView*>(radio)}) {
+        Focus(view);
+        Press(kKeySpace);
+        Press(kKeyEnter);
+    }
+    Settle();
+    EXPECT_EQ(Invocations(), 0);
+    EXPECT_EQ(ValueOf(box), B_CONTROL_OFF);
+    EXPECT_EQ(ValueOf(radio), B_CONTROL_OFF);
+}
+
+TEST_F(ControlTest, ButtonDisabledWhileItIsHeldIsLetGo)
+{
+    BButton* button = Put<BButton>(BRect(10, 10, 90, 34), "Go");
+    Start();
+    Down(20, 20);
+    Settle();
+    window->Lock();
+    button->SetEnabled(false);
+    window->Unlock();
+    EXPECT_EQ(ValueOf(button), B_CONTROL_OFF);
+    Up();
+    EXPECT_EQ(Invocations(), 0);
+}
+
+TEST_F(ControlTest, SpaceAndEnterPressTheButtonThatHasTheFocus)
+{
+    BButton* button = Put<BButton>(BRect(10, 10, 90, 34), "Go");
+    Start();
+    Focus(button);
+    Press(kKeySpace);
+    Settle();
+    EXPECT_EQ(Invocations(), 1);
+    Press(kKeyEnter);
+    Settle();
+    EXPECT_EQ(Invocations(), 2);
+    Press(kKeyA);
+    Settle();
+    EXPECT_EQ(Invocations(), 2);
+    EXPECT_EQ(ValueOf(button), B_CONTROL_OFF);
+}
+
+TEST_F(ControlTest, ToggleButtonsStay)
+{
+    BButton* button = Put<BButton>(BRect(10, 10, 90, 34), "Go");
+    button->SetBehavior(BButton::B_TOGGLE_BEHAVIOR);
+    Start();
+    ClickAt(20, 20);
+    EXPECT_EQ(ValueOf(button), B_CONTROL_ON);
+    EXPECT_EQ(LastValue(), B_CONTROL_ON);
+    ClickAt(20, 20);
+    EXPECT_EQ(ValueOf(button), B_CONTROL_OFF);
+    EXPECT_EQ(Invocations(), 2);
+}
+
+TEST_F(ControlTest, ArrowOfAPopUpButtonSendsItsOwnMessage)
+{
+    BButton* button = Put<BButton>(BRect(10, 10, 90, 34), "Go");
+    button->SetBehavior(BButton::B_POP_UP_BEHAVIOR);
+    button->SetPopUpMessage(new BMessage('POPU'));
+    Start();
+    ClickAt(87, 20);
+    EXPECT_EQ(log.Lines({"message"}), "message POPU");
+    ClickAt(20, 20);
+    EXPECT_EQ(Invocations(), 1);
+}
+
+TEST_F(ControlTest, ButtonInAWindowOfSynchronousControlsStaysInItsPress)
+{
+    window->Lock();
+    window->SetFlags(0);
+    window->Unlock();
+    BButton* button = Put<BButton>(BRect(10, 10, 90, 34), "Go");
+    Start();
+    Down(20, 20);
+    inject_button(1, false);
+    Settle();
+    EXPECT_EQ(Invocations(), 1);
+    EXPECT_EQ(ValueOf(button), B_CONTROL_OFF);
+}
+
+TEST_F(ControlTest, DefaultButtonGetsEnterFromElsewhereAndIsLarger)
+{
+    BButton* button = Put<BButton>(BRect(10, 10, 90, 34), "Go");
+    BButton* other = Put<BButton>(BRect(10, 60, 90, 84), "Other", 'OTHR');
+    Start();
+    window->Lock();
+    const BRect before = button->Frame();
+    button->MakeDefault(true);
+    EXPECT_EQ(button->Frame(), before.InsetByCopy(-3, -3));
+    EXPECT_EQ(window->DefaultButton(), button);
+    other->MakeFocus(true);
+    window->Unlock();
+    Press(kKeyEnter);
+    Settle();
+    EXPECT_EQ(Invocations(), 1);
+    EXPECT_EQ(log.Count("message OTHR"), 0);
+
+    window->Lock();
+    window->SetDefaultButton(other);
+    EXPECT_FALSE(button->IsDefault());
+    EXPECT_TRUE(other->IsDefault());
+    EXPECT_EQ(button->Frame(), before);
+    window->SetDefaultButton(nullptr);
+    EXPECT_FALSE(other->IsDefault());
+    window->Unlock();
+}
+
+TEST_F(ControlTest, DefaultButtonThatLeavesIsForgotten)
+{
+    BButton* button = Put<BButton>(BRect(10, 10, 90, 34), "Go");
+    Start();
+    window->Lock();
+    button->MakeDefault(true);
+    button->RemoveSelf();
+    EXPECT_EQ(window->DefaultButton(), nullptr);
+    window->AddChild(button);
+    EXPECT_EQ(window->DefaultButton(), button);
+    delete button;
+    EXPECT_EQ(window->DefaultButton(), nullptr);
+    window->Unlock();
+    Press(kKeyEnter);
+    Settle();
+    EXPECT_EQ(Invocations(), 0);
+}
+
+// --- check boxes
+
+TEST_F(ControlTest, CheckBoxTurnsOverAtTheRelease)
+{
+    BCheckBox* box = Put<BCheckBox>(BRect(10, 10, 90, 30), "Box");
+    Start();
+    Down(60, 20);
+    Settle();
+    EXPECT_EQ(ValueOf(box), B_CONTROL_OFF);
+    Up();
+    EXPECT_EQ(ValueOf(box), B_CONTROL_ON);
+    EXPECT_EQ(LastValue(), B_CONTROL_ON);
+    ClickAt(15, 20);
+    EXPECT_EQ(ValueOf(box), B_CONTROL_OFF);
+    Down(15, 20);
+    Move(150, 100);
+    Up();
+    EXPECT_EQ(ValueOf(box), B_CONTROL_OFF);
+    EXPECT_EQ(Invocations(), 2);
+}
+
+TEST_F(ControlTest, PartialStateGoesOnOrOffAsSet)
+{
+    BCheckBox* box = Put<BCheckBox>(BRect(10, 10, 90, 30), "Box");
+    box->SetValue(B_CONTROL_PARTIALLY_ON);
+    Start();
+    ClickAt(15, 20);
+    EXPECT_EQ(ValueOf(box), B_CONTROL_ON);
+    window->Lock();
+    box->SetPartialStateToOff(true);
+    box->SetValue(B_CONTROL_PARTIALLY_ON);
+    window->Unlock();
+    Focus(box);
+    Press(kKeySpace);
+    Settle();
+    EXPECT_EQ(ValueOf(box), B_CONTROL_OFF);
+}
+
+// --- radio buttons
+
+TEST_F(ControlTest, RadioButtonTurnsTheOthersOff)
+{
+    BRadioButton* a = Put<BRadioButton>(BRect(10, 10, 90, 30), "A");
+    BRadioButton* b = Put<BRadioButton>(BRect(10, 40, 90, 60), "B");
+    BCheckBox* box = Put<BCheckBox>(BRect(10, 70, 90, 90), "Box");
+    box->SetValue(B_CONTROL_ON);
+    Start();
+    ClickAt(15, 20);
+    EXPECT_EQ(ValueOf(a), B_CONTROL_ON);
+    ClickAt(15, 50);
+    EXPECT_EQ(ValueOf(a), B_CONTROL_OFF);
+    EXPECT_EQ(ValueOf(b), B_CONTROL_ON);
+    EXPECT_EQ(ValueOf(box), B_CONTROL_ON);
+    ClickAt(15, 50);
+    EXPECT_EQ(ValueOf(b), B_CONTROL_ON);
+    EXPECT_EQ(Invocations(), 3);
+}
+
+TEST_F(ControlTest, RadioButtonThatLabelsABoxBelongsToThoseBesideTheBox)
+{
+    BRadioButton* beside = Put<BRadioButton>(BRect(10, 10, 90, 30), "A");
+    auto* box = new BBox(BRect(10, 40, 190, 140), "box");
+    auto* label = new BRadioButton(BRect(0, 0, 60, 20), "label", "B", nullptr);
+    auto* inside = new BRadioButton(BRect(10, 30, 90, 50), "inside", "C", nullptr);
+    box->SetLabel(label);
+    box->AddChild(inside);
+    window->AddChild(box);
+    Start();
+    window->Lock();
+    inside->SetValue(B_CONTROL_ON);
+    beside->SetValue(B_CONTROL_ON);
+    EXPECT_EQ(inside->Value(), B_CONTROL_ON);
+    label->SetValue(B_CONTROL_ON);
+    EXPECT_EQ(beside->Value(), B_CONTROL_OFF);
+    EXPECT_EQ(inside->Value(), B_CONTROL_ON);
+    beside->SetValue(B_CONTROL_ON);
+    EXPECT_EQ(label->Value(), B_CONTROL_OFF);
+    window->Unlock();
+}
+
+// --- the keyboard's way
+
+TEST_F(ControlTest, TabGoesRoundAndPassesDisabledControlsBy)
+{
+    BButton* a = Put<BButton>(BRect(10, 10, 90, 34), "A");
+    BButton* b = Put<BButton>(BRect(10, 40, 90, 64), "B");
+    BCheckBox* c = Put<BCheckBox>(BRect(10, 80, 90, 100), "C");
+    b->SetEnabled(false);
+    Start();
+    Focus(a);
+    const auto focus = [&] {
+        Settle();
+        window->Lock();
+        BView* view = window->CurrentFocus();
+        window->Unlock();
+        return view;
+    };
+    Press(kKeyTab);
+    EXPECT_EQ(focus(), c);
+    Press(kKeyTab);
+    EXPECT_EQ(focus(), a);
+    window->Lock();
+    b->SetEnabled(true);
+    window->Unlock();
+    Press(kKeyTab);
+    EXPECT_EQ(focus(), b);
+    Press(kKeyTab, {kKeyShift});
+    EXPECT_EQ(focus(), a);
+}
+
+TEST_F(ControlTest, ViewsThatWereNeverNavigableStaySo)
+{
+    auto* button =
+        new BButton(BRect(10, 10, 90, 34), "A", "A", nullptr, B_FOLLOW_NONE, B_WILL_DRAW);
+    window->AddChild(button);
+    button->SetEnabled(false);
+    button->SetEnabled(true);
+    EXPECT_EQ(button->Flags() & B_NAVIGABLE, 0u);
+}
+
+// --- what all have
+
+TEST_F(ControlTest, OwnTargetIsKept)
+{
+    BButton* button = Put<BButton>(BRect(10, 10, 90, 34), "A");
+    EXPECT_EQ(button->Target(), window);
+    auto* other = new BButton(BRect(10, 40, 90, 64), "B", "B", nullptr);
+    other->SetTarget(button);
+    window->AddChild(other);
+    EXPECT_EQ(other->Target(), button);
+    EXPECT_EQ(other->Invoke(), B_BAD_VALUE);
+}
+
+TEST_F(ControlTest, ObserversHearOfAnInvocation)
+{
+    BButton* button = Put<BButton>(BRect(10, 10, 90, 34), "A");
+    button->SetMessage(nullptr);
+    ASSERT_EQ(button->StartWatching(BMessenger(window), B_CONTROL_INVOKED), B_OK);
+    Start();
+    ClickAt(20, 20);
+    EXPECT_TRUE(log.Wait("message "));
+    EXPECT_EQ(log.Message("message ").what, uint32(B_OBSERVER_NOTICE_CHANGE));
+}
+
+TEST_F(ControlTest, ScriptsGetAndSetItsProperties)
+{
+    BCheckBox* box = Put<BCheckBox>(BRect(10, 10, 90, 30), "Box");
+    Start();
+    const auto ask = [&](uint32 what, const char* property, auto add) {
+        BMessage request(what), reply;
+        add(request);
+        request.AddSpecifier(property);
+        EXPECT_EQ(BMessenger(box).SendMessage(&request, &reply, 10000000, 10000000), B_OK);
+        return reply;
+    };
+    ask(B_SET_PROPERTY, "Label", [](BMessage& m) { m.AddString("data", "new"); });
+    ask(B_SET_PROPERTY, "Value", [](BMessage& m) { m.AddInt32("data", 1); });
+    ask(B_SET_PROPERTY, "Enabled", [](BMessage& m) { m.AddBool("data", false); });
+    EXPECT_STREQ(ask(B_GET_PROPERTY, "Label", [](BMessage&) {}).FindString("result"), "new");
+    EXPECT_EQ(ask(B_GET_PROPERTY, "Value", [](BMessage&) {}).FindInt32("result"), 1);
+    EXPECT_FALSE(ask(B_GET_PROPERTY, "Enabled", [](BMessage&) {}).FindBool("result"));
+    const BMessage wrong =
+        ask(B_SET_PROPERTY, "Value", [](BMessage& m) { m.AddBool("data", true); });
+    EXPECT_EQ(wrong.FindInt32("error"), B_BAD_VALUE);
+}
+
+TEST(ControlArchives, BringBackWhatWasSet)
+{
+    BCheckBox box(BRect(1, 2, 90, 40), "name", "label", new BMessage(kGo));
+    box.SetValue(B_CONTROL_PARTIALLY_ON);
+    box.SetEnabled(false);
+    box.SetPartialStateToOff(true);
+    BMessage archive;
+    ASSERT_EQ(box.Archive(&archive), B_OK);
+    std::unique_ptr<BArchivable> object(BCheckBox::Instantiate(&archive));
+    auto* copy = dynamic_cast<BCheckBox*>(object.get());
+    ASSERT_NE(copy, nullptr);
+    EXPECT_STREQ(copy->Name(), "name");
+    EXPECT_STREQ(copy->Label(), "label");
+    EXPECT_EQ(copy->Value(), B_CONTROL_PARTIALLY_ON);
+    EXPECT_FALSE(copy->IsEnabled());
+    EXPECT_TRUE(copy->IsPartialStateToOff());
+    EXPECT_EQ(copy->Message()->what, kGo);
+    EXPECT_EQ(copy->Frame(), box.Frame());
+    copy->SetEnabled(true);
+    EXPECT_NE(copy->Flags() & B_NAVIGABLE, 0u);
+}
+
+TEST(ControlLabels, NullIsNotEmpty)
+{
+    BCheckBox box(BRect(1, 2, 90, 40), nullptr, nullptr, nullptr);
+    EXPECT_EQ(box.Label(), nullptr);
+    box.SetLabel("");
+    EXPECT_STREQ(box.Label(), "");
+    box.SetLabel(nullptr);
+    EXPECT_EQ(box.Label(), nullptr);
+}
+
+TEST(ControlSizes, GrowToWhatTheFontNeedsAndNoFurther)
+{
+    font_height height;
+    be_plain_font->GetHeight(&height);
+    const float line = ceilf(height.ascent + height.descent);
+    BButton button(BRect(0, 0, 50, 5), nullptr, "Go", nullptr);
+    EXPECT_EQ(button.Bounds(), BRect(0, 0, 50, be_plain_font->Size() + line));
+    BButton large(BRect(0, 0, 50, 90), nullptr, "Go", nullptr);
+    EXPECT_EQ(large.Bounds(), BRect(0, 0, 50, 90));
+    BCheckBox box(BRect(0, 0, 50, 0), nullptr, "Go", nullptr);
+    EXPECT_EQ(box.Bounds().Height(), ceilf(6 + height.ascent + height.descent));
+    float width, box_height;
+    box.GetPreferredSize(&width, &box_height);
+    EXPECT_EQ(width, ceilf(3 + height.ascent) + 6 + ceilf(be_plain_font->StringWidth("Go")));
+    button.GetPreferredSize(&width, nullptr);
+    EXPECT_EQ(width, 75);
+}
+
+// --- boxes and texts
+
+TEST(BoxLabels, NullViewGivesTheOldOneBack)
+{
+    auto* label = new BView(BRect(0, 0, 30, 15), "label", 0, 0);
+    BBox box(BRect(0, 0, 100, 100));
+    EXPECT_EQ(box.SetLabel(label), B_OK);
+    EXPECT_EQ(label->Frame().LeftTop(), BPoint(10, 0));
+    EXPECT_EQ(box.ChildAt(0), label);
+    EXPECT_EQ(box.LabelView(), label);
+    EXPECT_EQ(box.SetLabel(static_cast<BView*>(nullptr)), B_OK);
+    EXPECT_EQ(label->Parent(), nullptr);
+    EXPECT_EQ(box.LabelView(), nullptr);
+    delete label;
+}
+
+TEST(BoxLabels, ViewOfAnotherViewIsRefused)
+{
+    BView other(BRect(0, 0, 100, 100), "other", 0, 0);
+    auto* label = new BView(BRect(0, 0, 30, 15), "label", 0, 0);
+    other.AddChild(label);
+    BBox box(BRect(0, 0, 100, 100));
+    box.SetLabel("text");
+    EXPECT_EQ(box.SetLabel(label), B_BAD_VALUE);
+    EXPECT_STREQ(box.Label(), "text");
+    EXPECT_EQ(label->Parent(), &other);
+}
+
+TEST(BoxLabels, ViewThatIsDeletedIsNoLabelAnyMore)
+{
+    auto* label = new BView(BRect(0, 0, 30, 15), "label", 0, 0);
+    BBox box(BRect(0, 0, 100, 100));
+    box.SetLabel(label);
+    delete label;
+    EXPECT_EQ(box.LabelView(), nullptr);
+    EXPECT_EQ(box.SetLabel(new BView(BRect(0, 0, 30, 15), "label", 0, 0)), B_OK);
+    box.SetLabel("text");
+    EXPECT_EQ(box.CountChildren(), 0);
+}
+
+TEST(BoxMeasures, FollowBorderAndLabel)
+{
+    BBox box(BRect(0, 0, 100, 80));
+    EXPECT_EQ(box.InnerFrame(), BRect(3, 3, 97, 77));
+    EXPECT_EQ(box.TopBorderOffset(), 0);
+    box.SetBorder(B_PLAIN_BORDER);
+    EXPECT_EQ(box.InnerFrame(), BRect(1, 1, 99, 79));
+    box.SetBorder(B_NO_BORDER);
+    EXPECT_EQ(box.InnerFrame(), box.Bounds());
+    box.SetLabel("label");
+    font_height height;
+    be_bold_font->GetHeight(&height);
+    EXPECT_EQ(box.InnerFrame().top, ceilf(height.ascent + height.descent) + 1);
+}
+
+TEST(StringViews, WantTheRoomOfTheirWidestLine)
+{
+    BStringView view(BRect(0, 0, 10, 10), "text", "a\nlonger line\n");
+    float width, height;
+    view.GetPreferredSize(&width, &height);
+    font_height font;
+    be_plain_font->GetHeight(&font);
+    EXPECT_EQ(width, ceilf(be_plain_font->StringWidth("longer line")));
+    EXPECT_EQ(height, 3 * ceilf(font.ascent + font.descent + font.leading));
+    view.SetText(nullptr);
+    EXPECT_EQ(view.Text(), nullptr);
+}
