@@ -15,13 +15,18 @@ pixel() { import -window root -crop "1x1+$1+$2" -depth 8 txt:- | grep -oE '#[0-9
 pixel_is() { [ "$(pixel "$1" "$2")" = "$3" ]; }
 
 start_listener() {
-    "$listener" >"$log" 2>&1 &
+    "$listener" "$@" >"$log" 2>&1 &
     program=$!
     started+=("$program")
     eventually listener_shows || fail "no window"
-    window=$(xdotool search --onlyvisible --pid "$program" | tail -n 1)
-    expect_frame "100 120 300 200"
+    eventually find_window || fail "client area $(client_frame), not 100 120 300 200"
     expect ready
+}
+find_window() {
+    for window in $(xdotool search --onlyvisible --pid "$program"); do
+        ! frame_is "100 120 300 200" || return 0
+    done
+    return 1
 }
 listener_shows() { window_shows "$program"; }
 
@@ -44,6 +49,11 @@ picture() {
     eventually pixel_is 160 160 '#FF0000' || fail "the other window does not cover"
     xdotool windowmove "$other" 600 400
     eventually pixel_is 160 160 '#2060C0' || fail "uncovered pixel is $(pixel 160 160)"
+}
+
+few_colors() {
+    eventually pixel_is 100 120 '#2061C5' || fail "left top pixel is $(pixel 100 120)"
+    eventually pixel_is 399 319 '#2061C5' || fail "right bottom pixel is $(pixel 399 319)"
 }
 
 clicks() {
@@ -137,6 +147,41 @@ minimize() {
     expect_frame "100 120 300 200"
 }
 
+# By a double click on the title; back the same way.
+zoom() {
+    xdotool mousemove 250 110 click --repeat 2 --delay 50 1
+    expect zoomed
+    expect 'moved 0 [0-9]+'
+    expect 'resized 1[0-9]{3} [0-9]+'
+    sleep 0.6
+    mark
+    xdotool mousemove 500 10 click --repeat 2 --delay 50 1
+    expect zoomed
+    expect_frame "100 120 300 200"
+    mark
+    xdotool mousemove 150 170 click 1
+    expect 'press 50 50 1 1'
+    expect_not zoomed
+}
+
+workspaces() {
+    xdotool set_desktop_for_window "$window" 2
+    expect 'workspaces ffffffff 4'
+    xdotool set_desktop_for_window "$window" 0
+    expect 'workspaces 4 1'
+}
+
+# The button comes up when its window is gone. The next press is one all the same.
+self_closing() {
+    xdotool mousemove 550 170 mousedown 1
+    expect 'closes itself 50 50 1 1'
+    only_one() { [ "$(xdotool search --onlyvisible --pid "$program" | wc -l)" = 1 ]; }
+    eventually only_one || fail "the second window is still there"
+    mark
+    xdotool mouseup 1 mousemove 150 170 click 1
+    expect 'press 50 50 1 1'
+}
+
 # The window may have become active before its handlers were set, and then said nothing. Who takes
 # the focus for less than half a second is not told of: each step is as slow as a hand.
 is_inactive() { [ "$(grep activated "$log" | tail -n 1)" != activated ]; }
@@ -198,7 +243,11 @@ exit_without_display() {
 }
 
 if [ "$scenario" != exit_without_display ]; then
+    [ "$scenario" != few_colors ] || depth=16
     start_server
-    start_listener
+    case $scenario in
+    self_closing) start_listener with-a-second ;;
+    *) start_listener ;;
+    esac
 fi
 "$scenario"

@@ -3,6 +3,7 @@
 set -u
 folder=$(mktemp -d)
 log=$folder/log
+depth=24  # bits a pixel of the X server
 started=()
 
 finish() {
@@ -46,13 +47,15 @@ said() { tail -n "+$((mark + 1))" "$log" | grep -qxE -- "$1"; }
 expect() { eventually said "$1" || fail "no line \"$1\""; }
 expect_not() { ! said "$1" || fail "a line \"$1\""; }
 
+# start_server [MANAGER]: with openbox, unless another word is said.
 start_server() {
-    Xvfb -displayfd 1 -screen 0 1024x768x24 -nolisten tcp -noreset >"$folder/display" 2>"$folder/xvfb" &
+    Xvfb -displayfd 1 -screen 0 "1024x768x$depth" -nolisten tcp -noreset >"$folder/display" 2>"$folder/xvfb" &
     started+=($!)
     eventually test -s "$folder/display" || fail "no X server: $(cat "$folder/xvfb")"
     server=:$(head -n 1 "$folder/display")
     DISPLAY=$server
     export DISPLAY XDG_CONFIG_HOME=$folder XDG_RUNTIME_DIR=$folder
+    [ "${1:-openbox}" = openbox ] || return 0
     openbox >"$folder/openbox" 2>&1 &
     started+=($!)
     eventually xprop -root _NET_SUPPORTING_WM_CHECK || fail "no window manager"

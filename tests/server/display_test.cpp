@@ -15,6 +15,8 @@
 #include <vector>
 
 #include "server/screen/Display.h"
+#include "server/screen/ScreenWindow.h"
+#include "server/screen/Stage.h"
 
 using namespace server;
 
@@ -465,8 +467,73 @@ TEST(MemoryDisplay, WindowsOutliveTheirDisplay)
     Shutdown();
     window->window->MoveTo(BPoint(5, 5));
     window.reset();
-    TestWindow next(BRect(100, 100, 199, 199));  // a new display, for a new application
+    TestWindow next(BRect(100, 100, 199, 199));  // of the next application
     EXPECT_TRUE(next.IsActive());
+}
+
+// A host goes on speaking of a window until it has heard that it is gone.
+TEST(Stage, InputForAWindowThatIsGoneReachesNobody)
+{
+    TestWindow other(BRect(300, 100, 399, 199));
+    auto window = std::make_unique<TestWindow>(BRect(100, 100, 199, 199));
+    auto* gone = static_cast<ScreenWindow*>(window->window);
+    window.reset();
+    const size_t before = other.sink.events.size();
+    StageLock lock;
+    stage().SetActive(gone);
+    EXPECT_EQ(stage().Active(), nullptr);
+    EXPECT_FALSE(other.sink.events.back().active);
+    stage().MovePointer(BPoint(350, 150), gone);
+    stage().ChangeButton(1, true, gone);
+    stage().TurnWheel(0, 1, gone);
+    stage().ChangeButton(1, false, gone);
+    Event drop;
+    drop.kind = EventKind::TextDropped;
+    stage().Drop(BPoint(350, 150), drop, gone);
+    stage().LeavePointer(gone);
+    EXPECT_EQ(other.sink.events.size(), before + 1);
+}
+
+TEST(Stage, ReleaseThatWentElsewhereIsMadeUpFor)
+{
+    TestWindow left(BRect(100, 100, 199, 199));
+    TestWindow right(BRect(300, 100, 399, 199));
+    inject_pointer(150, 150);
+    inject_button(1, true);
+    inject_button(2, true);
+    {
+        StageLock lock;
+        stage().SyncButtons(2);
+    }
+    ASSERT_EQ(left.sink.Of(EventKind::MouseUp).size(), 1u);
+    EXPECT_EQ(left.sink.Of(EventKind::MouseUp)[0].button, 1);
+    EXPECT_EQ(left.sink.Of(EventKind::MouseUp)[0].buttons, 2);
+    {
+        StageLock lock;
+        stage().SyncButtons(0);
+    }
+    click(350, 150);
+    EXPECT_EQ(right.sink.Of(EventKind::MouseDown).size(), 1u);
+}
+
+TEST(Stage, NobodyHearsOfTheReleaseOfAPressWhoseWindowIsGone)
+{
+    TestWindow right(BRect(300, 100, 399, 199));
+    {
+        TestWindow left(BRect(100, 100, 199, 199));
+        inject_pointer(150, 150);
+        inject_button(1, true);
+    }
+    inject_pointer(350, 150);
+    {
+        StageLock lock;
+        stage().SyncButtons(0);
+    }
+    EXPECT_TRUE(right.sink.Of(EventKind::MouseUp).empty());
+    inject_button(1, true);
+    ASSERT_EQ(right.sink.Of(EventKind::MouseDown).size(), 1u);
+    EXPECT_EQ(right.sink.Of(EventKind::MouseDown)[0].buttons, 1);
+    inject_button(1, false);
 }
 
 TEST(MemoryDisplay, SavesThePictureOrSaysWhyNot)

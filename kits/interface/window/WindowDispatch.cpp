@@ -76,6 +76,11 @@ bool BWindow::_DispatchScreenMessage(BMessage* message)
         case B_ZOOM:
             Zoom();
             return true;
+        case BPrivate::kZoomedMessage: {
+            const BRect frame = Frame();
+            Zoom(frame.LeftTop(), frame.Width(), frame.Height());
+            return true;
+        }
         case B_MINIMIZE: {
             bool minimize;
             if (message->FindBool("minimize", &minimize) == B_OK)

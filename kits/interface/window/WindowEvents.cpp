@@ -226,6 +226,9 @@ void WindowData::_DeliverWindowEvent(const server::Event& event)
         case server::EventKind::ZoomRequested:
             Post(B_ZOOM);
             break;
+        case server::EventKind::Zoomed:
+            Post(kZoomedMessage);
+            break;
         case server::EventKind::Moved:
             _ScreenMoved(event);
             break;

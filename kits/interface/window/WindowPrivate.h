@@ -11,7 +11,6 @@
 #include <Window.h>
 
 #include <atomic>
-#include <deque>
 #include <map>
 #include <memory>
 #include <mutex>
@@ -20,6 +19,7 @@
 
 #include <interface/view/Canvas.h>
 #include <server/screen/Display.h>
+#include <server/screen/EchoFilter.h>
 
 class BBitmap;
 class BButton;
@@ -30,6 +30,7 @@ class BView;
 namespace [[gnu::visibility("hidden")]] BPrivate {
 
 const uint32 kUpdateMessage = '_UPD';
+const uint32 kZoomedMessage = '_ZMD';  // by the screen; place and size are messages of their own
 
 // The move at the end of a window's queue, as long as a newer one may still take its place.
 struct OpenMove {
@@ -65,41 +66,6 @@ private:
     std::shared_ptr<OpenMove> fOpen;
     bool fIsOutside;
     bool fIsStale = false;
-};
-
-// Tells the screen's answer to a change of our own from a change made by somebody else.
-template <class Value>
-class EchoFilter {
-public:
-    // The value from the start, which nobody asked for.
-    void Start(Value value) { fNewest = value; }
-    void Asked(Value value)
-    {
-        fNewest = value;
-        fAsked.push_back({value, system_time()});
-    }
-    // True if the program knows of `value` already, or has asked for another one since.
-    bool IsEcho(Value value)
-    {
-        while (!fAsked.empty() && system_time() - fAsked.front().second > kPatience_us)
-            fAsked.pop_front();
-        for (size_t i = 0; i < fAsked.size(); i++) {
-            if (fAsked[i].first == value) {
-                fAsked.erase(fAsked.begin(), fAsked.begin() + i + 1);
-                return true;
-            }
-        }
-        if (value == fNewest)
-            return true;
-        fNewest = value;
-        return false;
-    }
-
-private:
-    static constexpr bigtime_t kPatience_us = 2000000;  // a change the screen never answered
-
-    Value fNewest{};
-    std::deque<std::pair<Value, bigtime_t>> fAsked;
 };
 
 struct WindowStyle {
@@ -156,8 +122,8 @@ struct [[gnu::visibility("hidden")]] WindowData : public server::EventSink
 
     mutable std::mutex stateLock;  // frame, echo filters and title; a leaf
     BRect frame;
-    EchoFilter<BPoint> moves;
-    EchoFilter<std::pair<float, float>> sizes;
+    server::EchoFilter<BPoint> moves;
+    server::EchoFilter<std::pair<float, float>> sizes;
     BString title;
 
     std::atomic<window_look> look{B_TITLED_WINDOW_LOOK};

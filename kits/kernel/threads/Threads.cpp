@@ -18,6 +18,7 @@
 #include "kernel/programs/HostProcess.h"
 #include "kernel/threads/ObjectWatch.h"
 #include "kernel/threads/Priorities.h"
+#include "kernel/threads/ProcessExit.h"
 #include "kernel/programs/Programs.h"
 #include "support/RecursiveLock.h"
 
@@ -53,6 +54,7 @@ static void enter(const std::shared_ptr<Thread>& thread)
     thread->handle = pthread_self();
     tSelf = thread.get();
     tThread = thread->id;
+    watch_for_exit();
     Registry& all = registry();
     std::lock_guard hold(all.lock);
     all.ended.erase(thread->id);
@@ -62,6 +64,7 @@ static void enter(const std::shared_ptr<Thread>& thread)
 // The last that a thread does here: hands its status to those who wait.
 static void leave(Thread* self)
 {
+    stop_watching_for_exit();
     self->exiting = true;
     while (!self->exit_callbacks.empty()) {
         auto [callback, data] = self->exit_callbacks.back();

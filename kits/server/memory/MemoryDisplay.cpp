@@ -88,8 +88,8 @@ public:
     void UpdateCursors() override {}
     std::shared_ptr<Clipboard> SystemClipboard() override { return fClipboard; }
 
-    // The windows stay with their owners, who destroy them.
-    void Shutdown() override { delete this; }
+    // There is nothing to be ended: the windows stay with their owners, who destroy them.
+    void Shutdown() override {}
 
 private:
     BRect fScreen{0, 0, 1023, 767};

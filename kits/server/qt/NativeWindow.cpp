@@ -24,6 +24,7 @@ namespace server {
 
 namespace {
 
+const int kRetry_ms = 100;
 const uint32 kXLockMask = 0x02;     // Caps Lock in the state of an X key event
 const uint32 kXNumLockMask = 0x10;  // Mod2, where Num Lock is on every usual keyboard
 
@@ -43,6 +44,17 @@ int32 button_of(Qt::MouseButton button)
         default:
             return 0;
     }
+}
+
+int32 buttons_of(Qt::MouseButtons buttons)
+{
+    int32 result = 0;
+    for (Qt::MouseButton button :
+         {Qt::LeftButton, Qt::RightButton, Qt::MiddleButton, Qt::BackButton, Qt::ForwardButton}) {
+        if (buttons & button)
+            result |= button_of(button);
+    }
+    return result;
 }
 
 const uint32 kKnownModifiers = B_SHIFT_KEY | B_CONTROL_KEY | B_COMMAND_KEY;
@@ -168,24 +180,36 @@ void NativeWindow::_Flush()
         fStore.resize(size());
         fOwner->Pixels().Touch();
     }
-    QRegion region;
-    std::vector<clipping_rect> dirty = fOwner->Pixels().TakeDirty();
-    for (const clipping_rect& rect : dirty) {
-        region += QRect(QPoint(rect.left, rect.top), QPoint(rect.right, rect.bottom)) &
-                  QRect(QPoint(0, 0), size());
-    }
+    const QRegion region = _TakeDirty();
     if (region.isEmpty())
         return;
     fStore.beginPaint(region);
-    auto* image = static_cast<QImage*>(fStore.paintDevice());
-    bool straight = image->depth() == 32;
+    _Paint(region, *static_cast<QImage*>(fStore.paintDevice()));
+    fStore.endPaint();
+    fStore.flush(region);
+}
+
+QRegion NativeWindow::_TakeDirty()
+{
+    QRegion region;
+    for (const clipping_rect& rect : fOwner->Pixels().TakeDirty())
+        region += QRect(QPoint(rect.left, rect.top), QPoint(rect.right, rect.bottom));
+    return region & QRect(QPoint(0, 0), size());
+}
+
+// Lays the window's pixels over `image`, which is the whole window as the screen stores it.
+void NativeWindow::_Paint(const QRegion& region, QImage& image)
+{
+    const bool is_straight = image.depth() == 32;
     QImage other;
-    if (!straight) {
-        other = QImage(size(), QImage::Format_RGB32);
-        if (other.isNull())
-            return;
+    if (!is_straight)
+        other = QImage(image.size(), QImage::Format_RGB32);
+    QImage& pixels = is_straight ? image : other;
+    if (pixels.isNull()) {  // no memory for it at this moment
+        fOwner->Pixels().Touch();
+        fTimer.start(kRetry_ms, this);
+        return;
     }
-    QImage& pixels = straight ? *image : other;
     Surface target;
     target.bits = pixels.bits();
     target.bytesPerRow = int32(pixels.bytesPerLine());
@@ -194,11 +218,9 @@ void NativeWindow::_Flush()
     for (const QRect& rect : region) {
         fOwner->Pixels().Draw({rect.left(), rect.top(), rect.right(), rect.bottom()}, target,
                               rect.left(), rect.top());
-        if (!straight)
-            QPainter(image).drawImage(rect.topLeft(), other, rect);
+        if (!is_straight)
+            QPainter(&image).drawImage(rect.topLeft(), other, rect);
     }
-    fStore.endPaint();
-    fStore.flush(region);
 }
 
 void NativeWindow::_TellFrame()
@@ -243,9 +265,11 @@ void NativeWindow::_MoveTo(QPointF where)
 void NativeWindow::mousePressEvent(QMouseEvent* event)
 {
     StageLock lock;
+    const int32 button = button_of(event->button());
     stage().SyncModifiers(modifiers_of(event->modifiers()), kKnownModifiers);
+    stage().SyncButtons(buttons_of(event->buttons()) & ~button);
     _MoveTo(event->position());
-    stage().ChangeButton(button_of(event->button()), true, fOwner);
+    stage().ChangeButton(button, true, fOwner);
 }
 
 void NativeWindow::mouseReleaseEvent(QMouseEvent* event)
@@ -259,6 +283,7 @@ void NativeWindow::mouseMoveEvent(QMouseEvent* event)
 {
     StageLock lock;
     const bool hidden = stage().IsCursorHidden();
+    stage().SyncButtons(buttons_of(event->buttons()));
     stage().MovePointer(_OnScreen(event->position()), fOwner);
     if (!hidden || stage().IsCursorHidden())
         return;
@@ -340,6 +365,8 @@ void NativeWindow::_Drop(QDropEvent* event)
 
 bool NativeWindow::event(QEvent* event)
 {
+    if (fOwner == nullptr)
+        return QObject::event(event);
     switch (event->type()) {
         case QEvent::Close: {
             // The window's own thread decides.
@@ -349,9 +376,12 @@ bool NativeWindow::event(QEvent* event)
             return true;
         }
         case QEvent::WindowStateChange: {
-            bool minimized = (windowStates() & Qt::WindowMinimized) != 0;
+            const Qt::WindowStates states = windowStates();
+            const bool minimized = (states & Qt::WindowMinimized) != 0;
             bool result = QWindow::event(event);
             fOwner->NativeMinimized(minimized);
+            if (!minimized)  // of an icon the window manager does not say it
+                fOwner->NativeZoomed((states & Qt::WindowMaximized) != 0);
             return result;
         }
         case QEvent::Leave: {

@@ -28,6 +28,8 @@ public:
     void SetCursorImage(const Cursor& image, bool hidden);
     // Brings what waits to the screen with its next frame.
     void ScheduleFlush();
+    // From here on nobody is told of anything: the owner goes.
+    void Orphan() { fOwner = nullptr; }
 
 protected:
     bool event(QEvent* event) override;
@@ -47,13 +49,15 @@ protected:
 private:
     void _TellFrame();
     void _Flush();
+    QRegion _TakeDirty();
+    void _Paint(const QRegion& region, QImage& image);
     BPoint _OnScreen(QPointF where) const;  // stage locked
     void _MoveTo(QPointF where);            // stage locked
     void _Key(QKeyEvent* event, bool down);
     void _TypeCommitted(const QString& text);
     void _Drop(QDropEvent* event);
 
-    QtWindow* fOwner;
+    QtWindow* fOwner;  // null: gone
     QBackingStore fStore;
     QBasicTimer fTimer;  // runs while something waits for the next frame
     bigtime_t fLastFlush = 0;

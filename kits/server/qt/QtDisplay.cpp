@@ -17,6 +17,7 @@
 
 #include "server/screen/ScreenWindow.h"
 #include "server/screen/Stage.h"
+#include "server/qt/NativeWindow.h"
 #include "server/qt/QtClipboard.h"
 #include "server/qt/QtWindow.h"
 #include "server/qt/x11/X11Clipboard.h"
@@ -26,8 +27,6 @@ namespace server {
 
 namespace {
 
-// Shutdown leaves the object behind for windows that are destroyed later.
-QtDisplay* sRunning;  // stage locked; null when no thread is up
 std::binary_semaphore sStarted(0);
 
 // Qt objects to an application object outside of the main thread, where all is made for it here,
@@ -63,6 +62,7 @@ private:
 QtDisplay::QtDisplay()
 {
     fThread = std::thread([this] { _Run(); });
+    fThreadId = fThread.get_id();
     sStarted.acquire();
 }
 
@@ -96,7 +96,6 @@ void QtDisplay::_Run()
         {
             StageLock lock;
             fQueue = &queue;
-            sRunning = this;
             _ReadScreen();
         }
         QObject::connect(application.primaryScreen(), &QScreen::geometryChanged, &queue, [this] {
@@ -108,34 +107,10 @@ void QtDisplay::_Run()
             for (ScreenWindow* window : stage().Windows())
                 window->Deliver(event);
         });
-        // Runs before the destructors of what Qt made so far.
-        atexit([] {
-            QtDisplay* display;
-            {
-                StageLock lock;
-                display = sRunning;
-            }
-            if (display != nullptr)
-                display->_EndAtExit();
-        });
         sStarted.release();
         application.exec();
 
-        // Nothing is posted from here on.
-        std::vector<QtWindow*> windows;
-        {
-            StageLock lock;
-            fQueue = nullptr;
-            fTasks.clear();
-            sRunning = nullptr;
-            for (ScreenWindow* window : stage().Windows()) {
-                window->Silence();
-                windows.push_back(static_cast<QtWindow*>(window));
-            }
-        }
-        for (QtWindow* window : windows)
-            window->CloseNative();
-        _DeleteDiscarded();
+        _EndTasks();
         fX11.reset();
     }
 }
@@ -184,19 +159,35 @@ void QtDisplay::_RunTasks()
 
 void QtDisplay::Discard(QtWindow* window)
 {
-    fDiscarded.push_back(window);
-    if (!Post([this] { _DeleteDiscarded(); }) && fDiscarded.back() == window) {
-        fDiscarded.pop_back();
+    const bool posted = Post([=, this] {
+        {
+            StageLock lock;
+            std::erase(fDiscarded, window);
+        }
         delete window;
-    }
+    });
+    if (posted)
+        fDiscarded.push_back(window);
+    else
+        delete window;
 }
 
-void QtDisplay::_DeleteDiscarded()
+// The end of the queue: nothing is posted from here on. Other threads may delete their windows from
+// then on, so the native ones are taken from them before.
+void QtDisplay::_EndTasks()
 {
+    std::vector<std::unique_ptr<NativeWindow>> natives;
+    std::vector<std::function<void()>> tasks;
     std::vector<QtWindow*> discarded;
     {
         StageLock lock;
+        fQueue = nullptr;
+        tasks.swap(fTasks);
         discarded.swap(fDiscarded);
+        for (ScreenWindow* window : stage().Windows()) {
+            window->Silence();
+            natives.push_back(static_cast<QtWindow*>(window)->TakeNative());
+        }
     }
     for (QtWindow* window : discarded)
         delete window;
@@ -230,21 +221,17 @@ void QtDisplay::UpdateCursors()
 
 void QtDisplay::Shutdown()
 {
-    fClipboard->End();
-    {
-        StageLock lock;
-        if (fQueue != nullptr)
+    // Qt ends the process on the server's own thread when the display breaks off.
+    if (fThreadId == std::this_thread::get_id())
+        return;
+    std::call_once(fEnded, [this] {
+        fClipboard->End();
+        {
+            StageLock lock;
             Post([] { QGuiApplication::exit(); });  // quit() would ask the windows
-    }
-    if (fThread.joinable() && fThread.get_id() != std::this_thread::get_id())
+        }
         fThread.join();
-}
-
-void QtDisplay::_EndAtExit()
-{
-    // exit() may have been called on the server's own thread, when the display broke off.
-    if (fThread.get_id() != std::this_thread::get_id())
-        Shutdown();
+    });
 }
 
 Backend* make_qt_display()

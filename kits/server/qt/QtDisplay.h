@@ -8,6 +8,7 @@
 
 #include <functional>
 #include <memory>
+#include <mutex>
 #include <thread>
 #include <vector>
 
@@ -39,7 +40,8 @@ public:
 
     // Runs `task` on the server's thread, in order. Stage locked. False when the thread is gone.
     bool Post(std::function<void()> task);
-    // Deletes the window on the server's thread, or at once when that is gone. Stage locked.
+    // Deletes a window that has left the stage: on the server's thread, after the tasks that it has
+    // posted, or at once when that thread is gone. Stage locked.
     void Discard(QtWindow* window);
     // The X server's side of things; null elsewhere. Server's thread.
     X11Screen* X11() const { return fX11.get(); }
@@ -47,17 +49,18 @@ public:
 private:
     class TaskQueue;
 
-    ~QtDisplay() override = default;
+    ~QtDisplay() = default;
     void _Run();
     void _RunTasks();
+    void _EndTasks();
     void _ReadScreen();
-    void _DeleteDiscarded();
-    void _EndAtExit();
 
     std::thread fThread;
+    std::thread::id fThreadId;  // set before the constructor returns
+    std::once_flag fEnded;
     QObject* fQueue = nullptr;  // on the server's thread; null: nothing is taken. Stage locked
     std::vector<std::function<void()>> fTasks;  // stage locked
-    std::vector<QtWindow*> fDiscarded;          // stage locked
+    std::vector<QtWindow*> fDiscarded;          // whose last task waits; stage locked
     std::unique_ptr<X11Screen> fX11;            // server's thread
     BRect fScreen{0, 0, 1023, 767};             // stage locked
     std::shared_ptr<Clipboard> fClipboard;      // set before the constructor returns

@@ -33,29 +33,48 @@ QtWindow::~QtWindow() = default;
 template <class Task>
 void QtWindow::_Post(Task task)
 {
+    if (fDestroyed)
+        return;
     fDisplay->Post([this, task] {
-        if (fNative == nullptr) {
-            WindowSpec spec;
-            Cursor cursor;
-            bool hidden;
-            {
-                StageLock lock;
-                spec = fSpec;
-                cursor = fCursor != nullptr ? fCursor : stage().AppCursor();
-                hidden = stage().IsCursorHidden();
-            }
-            fNative = std::make_unique<NativeWindow>(this);
-            fNative->setTitle(QString::fromUtf8(spec.title.c_str()));
-            fNative->SetKind(spec.look, spec.feel, spec.flags);
-            fNative->SetLimits(spec);
-            fNative->SetPlace(spec.frame);
-            fNative->SetCursorImage(cursor, hidden);
-            fNative->create();
-            if (fDisplay->X11() != nullptr && (spec.workspaces & (spec.workspaces - 1)) != 0)
-                fDisplay->X11()->SetWorkspaces(uint32(fNative->winId()), spec.workspaces);
-        }
+        if (fNative == nullptr)
+            _MakeNative();
         task(*fNative);
     });
+}
+
+void QtWindow::_MakeNative()
+{
+    WindowSpec spec;
+    Cursor cursor;
+    bool hidden;
+    {
+        StageLock lock;
+        spec = fSpec;
+        cursor = fCursor != nullptr ? fCursor : stage().AppCursor();
+        hidden = stage().IsCursorHidden();
+    }
+    fNative = std::make_unique<NativeWindow>(this);
+    fNative->setTitle(QString::fromUtf8(spec.title.c_str()));
+    fNative->SetKind(spec.look, spec.feel, spec.flags);
+    fNative->SetLimits(spec);
+    fNative->SetPlace(spec.frame);
+    fNative->SetCursorImage(cursor, hidden);
+    fNative->create();
+}
+
+void QtWindow::_TellWorkspaces(NativeWindow& native, uint32 workspaces)
+{
+    if (fDisplay->X11() == nullptr)
+        return;
+    {
+        StageLock lock;
+        fWorkspaces.Asked(X11Screen::Possible(workspaces));
+    }
+    const auto id = uint32(native.winId());
+    if (native.isVisible())
+        fDisplay->X11()->MoveToWorkspaces(id, workspaces);
+    else
+        fDisplay->X11()->SetWorkspaces(id, workspaces);
 }
 
 void QtWindow::Destroy()
@@ -63,6 +82,7 @@ void QtWindow::Destroy()
     StageLock lock;
     Silence();
     stage().Remove(this);
+    fDestroyed = true;
     fDisplay->Discard(this);
 }
 
@@ -72,8 +92,11 @@ void QtWindow::Show()
     if (std::exchange(fShown, true))
         return;
     stage().Raise(this);
-    bool minimized = fMinimized;
-    _Post([=](NativeWindow& native) {
+    const bool minimized = fMinimized;
+    const uint32 workspaces = fSpec.workspaces;
+    _Post([=, this](NativeWindow& native) {
+        // The window manager forgets of a window that is not shown.
+        _TellWorkspaces(native, workspaces);
         if (minimized)
             native.showMinimized();
         else
@@ -174,10 +197,7 @@ void QtWindow::Restyled()
 void QtWindow::WorkspacesSet()
 {
     const uint32 workspaces = fSpec.workspaces;
-    _Post([=, this](NativeWindow& native) {
-        if (fDisplay->X11() != nullptr)
-            fDisplay->X11()->SetWorkspaces(uint32(native.winId()), workspaces);
-    });
+    _Post([=, this](NativeWindow& native) { _TellWorkspaces(native, workspaces); });
 }
 
 void QtWindow::SetCursor(const BCursor* cursor)
@@ -239,6 +259,27 @@ void QtWindow::NativeMinimized(bool minimized)
     ReportMinimized(minimized);
 }
 
+void QtWindow::NativeZoomed(bool zoomed)
+{
+    StageLock lock;
+    if (std::exchange(fZoomed, zoomed) == zoomed)
+        return;
+    Event event;
+    event.kind = EventKind::Zoomed;
+    Deliver(event);
+}
+
+void QtWindow::NativeWorkspaces(uint32 workspaces)
+{
+    if (!fWorkspaces.IsEcho(workspaces))
+        ReportWorkspaces(workspaces);
+}
+
+bool QtWindow::IsNative(uint32 id) const
+{
+    return fNative != nullptr && fNative->handle() != nullptr && uint32(fNative->winId()) == id;
+}
+
 void QtWindow::NativeFocus(bool focus)
 {
     StageLock lock;
@@ -253,7 +294,12 @@ void QtWindow::NativeFocus(bool focus)
     }
 }
 
-void QtWindow::CloseNative() { fNative.reset(); }
+std::unique_ptr<NativeWindow> QtWindow::TakeNative()
+{
+    if (fNative != nullptr)
+        fNative->Orphan();
+    return std::move(fNative);
+}
 
 bigtime_t QtWindow::FrameInterval() const
 {

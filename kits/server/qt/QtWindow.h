@@ -3,6 +3,7 @@
 
 #include <memory>
 
+#include "server/screen/EchoFilter.h"
 #include "server/screen/ScreenWindow.h"
 #include "server/screen/Stage.h"
 
@@ -36,8 +37,14 @@ public:
     // What the native window says. Server's thread, stage not locked.
     void NativeMoved(BRect frame, Border border);
     void NativeMinimized(bool minimized);
+    void NativeZoomed(bool zoomed);
     void NativeFocus(bool focus);
-    void CloseNative();
+    // The same, stage locked: the window manager has it on these workspaces.
+    void NativeWorkspaces(uint32 workspaces);
+    // Whether `id` is the X window of it. Server's thread.
+    bool IsNative(uint32 id) const;
+    // The native window, which knows nothing of this one any more. Stage locked; null if none.
+    std::unique_ptr<NativeWindow> TakeNative();
     bigtime_t FrameInterval() const;
 
 private:
@@ -45,6 +52,8 @@ private:
     // Stage locked.
     template <class Task>
     void _Post(Task task);
+    void _MakeNative();
+    void _TellWorkspaces(NativeWindow& native, uint32 workspaces);
     BRect Wanted() const override { return fWanted; }
     void Place(BRect frame) override;
     void Iconify(bool minimize) override;
@@ -54,8 +63,11 @@ private:
 
     QtDisplay* fDisplay;
     std::unique_ptr<NativeWindow> fNative;  // server's thread; made by the first task
+    bool fDestroyed = false;                // stage locked: its last task is posted
     BRect fWanted;                          // stage locked: where the program last put it
     int32 fPlacing = 0;                     // stage locked: tasks that will put it there
+    bool fZoomed = false;                   // stage locked: by the window manager
+    EchoFilter<uint32> fWorkspaces;         // stage locked
     Border fBorder{5, 26};                  // stage locked: a guess until the window is mapped
     Cursor fCursor;                         // stage locked
 };

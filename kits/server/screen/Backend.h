@@ -25,11 +25,12 @@ public:
     virtual void UpdateCursors() = 0;
     // Not locked.
     virtual std::shared_ptr<Clipboard> SystemClipboard() = 0;
-    // Ends threads and native windows; not locked, waits. Deletes itself.
+    // Ends threads and native windows; not locked, waits. Other threads may still be inside calls,
+    // and windows be left: the object stays.
     virtual void Shutdown() = 0;
 
 protected:
-    virtual ~Backend() = default;
+    ~Backend() = default;
 };
 
 // A display in memory: no thread, no native windows.

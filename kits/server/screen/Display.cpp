@@ -8,9 +8,9 @@
 #include <cstdlib>
 #include <mutex>
 #include <new>
-#include <utility>
 
 #include "app/CursorImage.h"
+#include "kernel/threads/ProcessExit.h"
 #include "server/screen/Backend.h"
 #include "server/screen/Composer.h"
 #include "server/screen/ScreenWindow.h"
@@ -43,8 +43,12 @@ Backend* chosen_backend()  // choice_mutex
 {
     if (sBackend == nullptr && has_display()) {
         sBackend = make_qt_display();
-        if (sBackend == nullptr)
+        if (sBackend != nullptr) {
+            BPrivate::on_process_exit(Shutdown);
+            atexit(Shutdown);  // the second best, for threads that the kits do not know
+        } else {
             fputs("cannot reach the display: windows stay in memory\n", stderr);
+        }
     }
     if (sBackend == nullptr)
         sBackend = make_memory_display();
@@ -264,14 +268,10 @@ std::shared_ptr<Clipboard> SystemClipboard()
 
 void Shutdown()
 {
-    // Threads may still be inside a call of a display that has ended, so it stays.
-    static auto* const ended = new std::vector<Backend*>;
     Backend* display;
     {
         std::lock_guard guard(choice_mutex());
-        display = std::exchange(sBackend, nullptr);
-        if (display != nullptr)
-            ended->push_back(display);
+        display = sBackend;
     }
     if (display != nullptr)
         display->Shutdown();

@@ -34,6 +34,7 @@ enum class EventKind : uint8 {
     Activated,  // active
     Minimized,  // active: true when minimised, false when restored
     ZoomRequested,
+    Zoomed,              // by the screen itself, or back; the frame is told by events of its own
     ScreenChanged,       // frame: the screen
     WorkspaceActivated,  // workspace, active
     WorkspacesChanged,   // workspaces, oldWorkspaces
@@ -172,7 +173,8 @@ void SetAppCursor(const BCursor* cursor);  // of all windows without a view curs
 void SetCursorHidden(bool hidden);
 void ObscureCursor();  // hides it until the pointer moves
 
-// Ends the server's thread and closes what windows are left. Later calls do nothing.
+// Ends the server's thread and closes what windows are left on a real screen, which takes no new
+// ones from then on. Once is enough; further calls do nothing.
 void Shutdown();
 
 }  // namespace server

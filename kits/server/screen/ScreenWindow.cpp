@@ -210,14 +210,8 @@ void ScreenWindow::SetWorkspaces(uint32 workspaces)
     StageLock lock;
     if (workspaces == B_CURRENT_WORKSPACE)
         workspaces = 1u << stage().Workspace();
-    Event event;
-    event.kind = EventKind::WorkspacesChanged;
-    event.workspaces = workspaces;
-    event.oldWorkspaces = std::exchange(fSpec.workspaces, workspaces);
-    if (event.oldWorkspaces == workspaces)
-        return;
-    Deliver(event);
-    WorkspacesSet();
+    if (ReportWorkspaces(workspaces))
+        WorkspacesSet();
 }
 
 BRect ScreenWindow::DecoratorFrame(BRect content) const
@@ -263,6 +257,18 @@ bool ScreenWindow::ReportMinimized(bool minimized)
     Event event;
     event.kind = EventKind::Minimized;
     event.active = minimized;
+    Deliver(event);
+    return true;
+}
+
+bool ScreenWindow::ReportWorkspaces(uint32 workspaces)
+{
+    Event event;
+    event.kind = EventKind::WorkspacesChanged;
+    event.workspaces = workspaces;
+    event.oldWorkspaces = std::exchange(fSpec.workspaces, workspaces);
+    if (event.oldWorkspaces == workspaces)
+        return false;
     Deliver(event);
     return true;
 }

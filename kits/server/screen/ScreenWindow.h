@@ -86,6 +86,7 @@ protected:
     void ReportFrame(BRect before);
     // Does nothing and returns false if that is no change.
     bool ReportMinimized(bool minimized);
+    bool ReportWorkspaces(uint32 workspaces);
 
     WindowSpec fSpec;
     EventSink* fSink;

@@ -76,8 +76,15 @@ bool Stage::IsVisible(const ScreenWindow* window) const
     return window->IsOpen() && (window->Workspaces() & (1u << fWorkspace)) != 0;
 }
 
+bool Stage::_Has(const ScreenWindow* window) const
+{
+    return std::find(fWindows.begin(), fWindows.end(), window) != fWindows.end();
+}
+
 void Stage::SetActive(ScreenWindow* window)
 {
+    if (!_Has(window))
+        window = nullptr;
     if (window == fActive)
         return;
     Event event;
@@ -168,7 +175,9 @@ ScreenWindow* Stage::_PointerTarget(ScreenWindow* target) const
 {
     if (fPressed != nullptr)
         return fPressed;
-    return target != nullptr ? target : ContentAt(fPointer);
+    if (target == nullptr)
+        return ContentAt(fPointer);
+    return _Has(target) ? target : nullptr;
 }
 
 Event Stage::_PointerEvent(EventKind kind, const ScreenWindow* window) const
@@ -260,6 +269,18 @@ void Stage::ChangeButton(int32 button, bool down, ScreenWindow* target)
     }
 }
 
+void Stage::SyncButtons(int32 held)
+{
+    // Without a window that saw the press, nobody waits for the release.
+    if (fPressed == nullptr)
+        fButtons &= held;
+    fSwallow = fSwallow && fButtons != 0;
+    for (int32 button = 1; (fButtons & ~held) != 0; button <<= 1) {
+        if ((fButtons & ~held & button) != 0)
+            ChangeButton(button, false);
+    }
+}
+
 void Stage::TurnWheel(float dx, float dy, ScreenWindow* target)
 {
     fLastInput = system_time();
@@ -315,7 +336,7 @@ void Stage::Drop(BPoint where, Event event, ScreenWindow* target)
     fLastInput = system_time();
     if (target == nullptr)
         target = ContentAt(where);
-    if (target == nullptr || Blocker(target) != nullptr)
+    if (!_Has(target) || Blocker(target) != nullptr)
         return;
     Event place = _PointerEvent(event.kind, target);
     event.when = place.when;

@@ -30,7 +30,7 @@ public:
     const std::vector<ScreenWindow*>& Windows() const { return fWindows; }  // the lowest first
     bool IsVisible(const ScreenWindow* window) const;
     ScreenWindow* Active() const { return fActive; }
-    // Tells the two windows concerned. Null: none is active.
+    // Tells the two windows concerned. Null, or one that was taken off: none is active.
     void SetActive(ScreenWindow* window);
     // Activates the topmost window that wants it, after the active one went out of sight.
     void ActivateNext();
@@ -48,10 +48,13 @@ public:
     void SetWorkspaceCount(int32 count);
     void ShowWorkspace(int32 workspace);
 
-    // Input. `target` is the window that the host names; null: the one at that place.
+    // Input. `target` is the window that the host names; null: the one at that place. The host may
+    // still speak of a window that has been taken off: nobody hears of that.
     void MovePointer(BPoint where, ScreenWindow* target = nullptr);
     void LeavePointer(ScreenWindow* window);
     void ChangeButton(int32 button, bool down, ScreenWindow* target = nullptr);
+    // Takes over that only the buttons in `held` are down: others went up elsewhere.
+    void SyncButtons(int32 held);
     void TurnWheel(float dx, float dy, ScreenWindow* target = nullptr);
     void ChangeKey(int32 key, bool down, const char* text = nullptr, int32 rawChar = 0);
     void TypeCharacter(const char* utf8);
@@ -76,6 +79,7 @@ public:
     bool acceptsFirstClick = true;
 
 private:
+    bool _Has(const ScreenWindow* window) const;
     ScreenWindow* _PointerTarget(ScreenWindow* target) const;
     Event _PointerEvent(EventKind kind, const ScreenWindow* window) const;
     void _Enter(ScreenWindow* window);

@@ -12,11 +12,12 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "server/qt/QtWindow.h"
 #include "server/screen/Stage.h"
 
 namespace server {
 
-static const uint32 kAllWorkspaces = 0xffffffff;
+static const uint32 kAllDesktops = 0xffffffff;
 
 bool X11Screen::CanConnect()
 {
@@ -95,9 +96,9 @@ uint32 X11Screen::_Atom(const char* name)
     return atom;
 }
 
-int64 X11Screen::_RootNumber(uint32 property)
+int64 X11Screen::_Number(uint32 window, uint32 property)
 {
-    auto cookie = xcb_get_property(fConnection, 0, fRoot, property, XCB_ATOM_CARDINAL, 0, 1);
+    auto cookie = xcb_get_property(fConnection, 0, window, property, XCB_ATOM_CARDINAL, 0, 1);
     auto* reply = xcb_get_property_reply(fConnection, cookie, nullptr);
     int64 number = -1;
     if (reply != nullptr && xcb_get_property_value_length(reply) == 4)
@@ -108,8 +109,8 @@ int64 X11Screen::_RootNumber(uint32 property)
 
 void X11Screen::_ReadWorkspaces()
 {
-    int64 count = _RootNumber(fCount);
-    int64 current = _RootNumber(fCurrent);
+    int64 count = _Number(fRoot, fCount);
+    int64 current = _Number(fRoot, fCurrent);
     StageLock lock;
     stage().SetWorkspaceCount(int32(std::clamp<int64>(count, 1, 32)));
     stage().ShowWorkspace(int32(current));
@@ -135,14 +136,42 @@ void X11Screen::Flush() { xcb_flush(fConnection); }
 
 void X11Screen::ActivateWorkspace(int32 workspace) { _Tell(fRoot, fCurrent, uint32(workspace)); }
 
+static bool is_on_one(uint32 workspaces) { return std::has_single_bit(workspaces); }
+
+static uint32 desktop_of(uint32 workspaces)
+{
+    return is_on_one(workspaces) ? uint32(std::countr_zero(workspaces)) : kAllDesktops;
+}
+
+uint32 X11Screen::Possible(uint32 workspaces)
+{
+    return is_on_one(workspaces) ? workspaces : B_ALL_WORKSPACES;
+}
+
 void X11Screen::SetWorkspaces(uint32 window, uint32 workspaces)
 {
-    uint32 desktop =
-        std::has_single_bit(workspaces) ? uint32(std::countr_zero(workspaces)) : kAllWorkspaces;
-    // Before it is mapped a window says it itself; later the window manager is asked.
+    const uint32 desktop = desktop_of(workspaces);
     xcb_change_property(fConnection, XCB_PROP_MODE_REPLACE, window, fOfWindow, XCB_ATOM_CARDINAL,
                         32, 1, &desktop);
-    _Tell(window, fOfWindow, desktop, 1);
+}
+
+void X11Screen::MoveToWorkspaces(uint32 window, uint32 workspaces)
+{
+    _Tell(window, fOfWindow, desktop_of(workspaces), 1);
+}
+
+// The user, or we, have sent a window of ours to another workspace.
+void X11Screen::_ReadWorkspacesOf(uint32 window)
+{
+    const int64 desktop = _Number(window, fOfWindow);
+    if (desktop < 0 || (desktop >= 32 && desktop != kAllDesktops))
+        return;
+    StageLock lock;
+    for (ScreenWindow* each : stage().Windows()) {
+        auto* owner = static_cast<QtWindow*>(each);
+        if (owner->IsNative(window))
+            owner->NativeWorkspaces(desktop == kAllDesktops ? B_ALL_WORKSPACES : 1u << desktop);
+    }
 }
 
 void X11Screen::PutBehind(uint32 window, uint32 other)
@@ -159,6 +188,8 @@ bool X11Screen::nativeEventFilter(const QByteArray& type, void* message, qintptr
         auto* change = reinterpret_cast<xcb_property_notify_event_t*>(event);
         if (change->window == fRoot && (change->atom == fCount || change->atom == fCurrent))
             _ReadWorkspaces();
+        else if (change->atom == fOfWindow && change->window != fRoot)
+            _ReadWorkspacesOf(change->window);
     }
     return false;
 }

@@ -25,8 +25,11 @@ public:
     // Sends waiting requests to the server.
     void Flush();
     void ActivateWorkspace(int32 workspace);
-    // `workspaces` is a set of bits; X has a window on one workspace or on all.
+    // X has a window on one workspace or on all. The set of bits that comes of asking for one.
+    static uint32 Possible(uint32 workspaces);
+    // Before a window is shown it says itself where it is to be; later the window manager is asked.
     void SetWorkspaces(uint32 window, uint32 workspaces);
+    void MoveToWorkspaces(uint32 window, uint32 workspaces);
     void PutBehind(uint32 window, uint32 other);
 
     bool nativeEventFilter(const QByteArray& type, void* message, qintptr* result) override;
@@ -34,8 +37,9 @@ public:
 private:
     X11Screen(xcb_connection_t* connection, uint32 root);
     uint32 _Atom(const char* name);
-    int64 _RootNumber(uint32 property);
+    int64 _Number(uint32 window, uint32 property);
     void _ReadWorkspaces();
+    void _ReadWorkspacesOf(uint32 window);
     void _RepeatWithoutReleases();
     void _Tell(uint32 window, uint32 message, uint32 first, uint32 second = 0, uint32 third = 0);
 
