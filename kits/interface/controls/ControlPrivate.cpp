@@ -11,8 +11,6 @@
 
 namespace BPrivate {
 
-static const bigtime_t kLookInterval_us = 10000;  // between two looks at the pointer
-
 bool ControlPrivate::Press(BControl* control)
 {
     if (!control->fEnabled)
@@ -24,7 +22,7 @@ bool ControlPrivate::Press(BControl* control)
     return control->fTracking;
 }
 
-void ControlPrivate::Follow(BControl* control)
+void ControlPrivate::Follow(BControl* control, bigtime_t interval_us)
 {
     BWindow* window = control->Window();
     if (window == nullptr || (window->Flags() & B_ASYNCHRONOUS_CONTROLS) != 0)
@@ -33,7 +31,7 @@ void ControlPrivate::Follow(BControl* control)
     uint32 buttons = 1;
     while (control->fTracking && buttons != 0) {
         window->UpdateIfNeeded();
-        snooze(kLookInterval_us);
+        snooze(interval_us);
         control->GetMouse(&where, &buttons);
         const bool inside = control->Bounds().Contains(where);
         if (buttons != 0)

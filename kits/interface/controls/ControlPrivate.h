@@ -17,7 +17,7 @@ struct ControlPrivate {
        does. Press() is false if the control is disabled. Once it shows that it is pressed, Follow()
        stays until the release in a window without B_ASYNCHRONOUS_CONTROLS. */
     static bool Press(BControl* control);
-    static void Follow(BControl* control);
+    static void Follow(BControl* control, bigtime_t interval_us = 10000);
     // The pointer moved while it holds the control: true if it left or came back.
     static bool Drag(BControl* control, BPoint where);
     // The end of a press: true if it was inside. A release that belongs to no press is none.

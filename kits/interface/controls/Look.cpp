@@ -20,7 +20,14 @@ Look::Look(BView* view) : fView(view)
     if (fBase == B_TRANSPARENT_COLOR)
         fBase = view->LowColor();
     fHigh = view->HighColor();
+    fKeeper.view = view;
     _Measure();
+}
+
+Look::~Look()
+{
+    if (fKeeper.view != nullptr && fKeeper.view->HighColor() != fHigh)
+        fKeeper.view->SetHighColor(fHigh);
 }
 
 Look::Look(const BFont& font) : fFont(font) { _Measure(); }

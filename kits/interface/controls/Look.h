@@ -16,8 +16,8 @@ class BView;
 namespace [[gnu::visibility("hidden")]] BPrivate {
 
 /* Made for one drawing or one question, on the stack. Rectangles are whole pixels, inclusive as in
-   BView; what draws a frame returns the place inside it. The view's high colour, low colour and
-   drawing mode are not what they were after a call. Threads: as BView's drawing calls. */
+   BView; what draws a frame returns the place inside it. Its end gives the view its high colour
+   back; the drawing mode is B_OP_COPY after a call. Threads: as BView's drawing calls. */
 class Look {
 public:
     // What a control is like at present; together in a word.
@@ -37,6 +37,9 @@ public:
     explicit Look(BView* view);
     // Knows measures only.
     explicit Look(const BFont& font);
+    // For drawing with other edges or colours meanwhile: the original looks after the view.
+    Look(const Look& other) = default;
+    ~Look();
 
     // --- measures, in whole pixels
 
@@ -66,6 +69,11 @@ public:
     float ButtonInset(uint32 state = 0) const;
     // The box of a check box or the knob of a radio button in a control with left top corner 0, 0.
     BRect MarkFrame() const;
+    // From a slider's bar to the edges of the view: across it, and at its ends for half a thumb.
+    float SliderMargin() const { return Scaled(6); }
+    float SliderInset(Thumb thumb) const { return Scaled(thumb == Thumb::Block ? 8 : 7); }
+    // The thumb whose middle is at `center` along the bar.
+    BRect SliderThumb(BRect bar, float center, orientation direction, Thumb thumb) const;
     // Below that, such a control would cut its box or its label.
     float MarkHeight() const;
 
@@ -115,6 +123,20 @@ public:
     // A raised face with edges: the thumb of a scroll bar, its buttons, the thumb of a slider.
     BRect DrawRaised(BRect rect, rgb_color face, uint32 state) const;
 
+    // Of scroll bars, by the settings of get_scroll_bar_info().
+    void DrawTrough(BRect rect, orientation direction, uint32 state) const;
+    void DrawArrowButton(BRect rect, Way way, uint32 state) const;
+    void DrawScrollThumb(BRect rect, orientation direction, uint32 state) const;
+
+    // `filled` is the part of the bar in the fill colour, or not valid.
+    void DrawSliderBar(BRect bar, BRect filled, rgb_color color, rgb_color fill,
+                       uint32 state) const;
+    void DrawSliderThumb(BRect thumb, orientation direction, Thumb kind, uint32 state) const;
+    // Evenly from one end of the rectangle to the other, at most one for each pixel.
+    void DrawHashMarks(BRect rect, orientation direction, int32 count) const;
+    // `filled` pixels of the inside are done.
+    void DrawStatusBar(BRect bar, float filled, rgb_color color) const;
+
     // --- labels
 
     // One line, in the height's middle, with an ellipsis if it does not fit.
@@ -126,8 +148,18 @@ public:
 
 private:
     void _Measure();
+    void _DrawTriangle(BRect rect, bool up, rgb_color face, uint32 state) const;
+    void _DrawKnob(BRect thumb, orientation direction, int32 knob) const;
+
+    // A view to be left as it was found; a copy has none.
+    struct Keeper {
+        BView* view = nullptr;
+        Keeper() = default;
+        Keeper(const Keeper&) {}
+    };
 
     BView* fView = nullptr;
+    Keeper fKeeper;
     BFont fFont;
     font_height fHeight = {};
     rgb_color fBase = {};
