@@ -214,6 +214,59 @@ TEST(MemoryDisplay, ModalWindowKeepsClicksFromTheOthers)
     EXPECT_EQ(normal.sink.Of(EventKind::MouseDown).size(), 1u);
 }
 
+TEST(MemoryDisplay, SubsetWindowBlocksItsOwnWindowsAlone)
+{
+    TestWindow member(BRect(50, 50, 149, 149));
+    TestWindow other(BRect(200, 50, 299, 149));
+    TestWindow modal(BRect(400, 50, 499, 149), 0, B_MODAL_SUBSET_WINDOW_FEEL);
+    const auto press_both = [&] {
+        member.sink.Clear();
+        other.sink.Clear();
+        for (float x : {100.f, 250.f}) {
+            inject_pointer(x, 100);
+            inject_button(1, true);
+            inject_button(1, false);
+        }
+    };
+    press_both();
+    EXPECT_EQ(member.sink.Of(EventKind::MouseDown).size(), 1u) << "it has no members yet";
+    member.window->Activate(true);
+    modal.window->AddToSubset(member.window);
+    EXPECT_TRUE(modal.IsActive()) << "at once";
+    press_both();
+    EXPECT_TRUE(member.sink.Of(EventKind::MouseDown).empty());
+    EXPECT_EQ(other.sink.Of(EventKind::MouseDown).size(), 1u);
+    inject_window_close(100, 100);
+    EXPECT_TRUE(member.sink.Of(EventKind::CloseRequested).empty());
+    modal.window->RemoveFromSubset(member.window);
+    press_both();
+    EXPECT_EQ(member.sink.Of(EventKind::MouseDown).size(), 1u);
+}
+
+TEST(MemoryDisplay, SubsetForgetsWindowsThatGo)
+{
+    TestWindow modal(BRect(400, 50, 499, 149), 0, B_MODAL_SUBSET_WINDOW_FEEL);
+    auto member = std::make_unique<TestWindow>(BRect(50, 50, 149, 149));
+    Window* const gone = member->window;
+    modal.window->AddToSubset(gone);
+    member.reset();
+    modal.window->RemoveFromSubset(gone);
+    TestWindow later(BRect(50, 50, 149, 149));
+    EXPECT_TRUE(later.IsActive());
+}
+
+TEST(MemoryDisplay, WindowThatBecomesModalTakesTheKeyboard)
+{
+    TestWindow other(BRect(200, 50, 299, 149));
+    TestWindow first(BRect(50, 50, 149, 149));
+    ASSERT_TRUE(first.IsActive());
+    other.window->SetFeel(B_MODAL_APP_WINDOW_FEEL);
+    EXPECT_TRUE(other.IsActive());
+    inject_text("x");
+    EXPECT_TRUE(first.sink.Of(EventKind::KeyDown).empty());
+    EXPECT_EQ(other.sink.Of(EventKind::KeyDown).size(), 1u);
+}
+
 TEST(MemoryDisplay, FloatingWindowStaysAbove)
 {
     TestWindow floating(BRect(100, 100, 299, 299), 0, B_FLOATING_APP_WINDOW_FEEL,

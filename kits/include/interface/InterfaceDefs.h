@@ -381,8 +381,8 @@ void set_modifier_key(uint32 modifier, uint32 key);
 void set_keyboard_locks(uint32 modifiers);
 rgb_color keyboard_navigation_color();
 
-/* The host's workspaces, where it has some. The number is the window manager's to set, but in
-   memory, where it is 4. */
+/* The host's workspaces, where it has some; in memory they are 4 at first. A window manager changes
+   their number, 1 to 32, in its own time, and may refuse to. */
 int32 count_workspaces();
 void set_workspace_count(int32 count);
 int32 current_workspace();

@@ -234,7 +234,9 @@ public:
                                        int32 what, const char* property);
     virtual status_t GetSupportedSuites(BMessage* data);
 
-    /* A subset is the group of windows that a window with a subset feel stays above. */
+    /* A subset is the group of windows that a window with a subset feel stays above, and keeps from
+       input if it is a modal one. B_BAD_VALUE for null, for a window with another feel, and when
+       what is to be removed is not there. */
     status_t AddToSubset(BWindow* window);
     status_t RemoveFromSubset(BWindow* window);
 

@@ -168,8 +168,8 @@ struct [[gnu::visibility("hidden")]] WindowData : public server::EventSink
     BButton* defaultButton = nullptr;  // only compared with the views that are there
     BMenuBar* keyMenuBar = nullptr;
     BLayout* layout = nullptr;
-    int32 alignment[9] = {};       // mode, then SetWindowAlignment()'s numbers in order
-    std::vector<BWindow*> subset;  // only compared
+    int32 alignment[9] = {};  // mode, then SetWindowAlignment()'s numbers in order
+    std::map<BWindow*, server::Window*> subset;  // only compared: they may be gone
     BMessage decorator;
 
 private:

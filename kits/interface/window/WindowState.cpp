@@ -282,9 +282,10 @@ status_t BWindow::AddToSubset(BWindow* window)
     if (!lock.IsLocked() ||
         (fData->feel != B_MODAL_SUBSET_WINDOW_FEEL && fData->feel != B_FLOATING_SUBSET_WINDOW_FEEL))
         return B_BAD_VALUE;
-    auto& subset = fData->subset;
-    if (std::find(subset.begin(), subset.end(), window) == subset.end())
-        subset.push_back(window);
+    server::Window* display = window->fData->display;
+    fData->subset[window] = display;
+    if (fData->display != nullptr && display != nullptr)
+        fData->display->AddToSubset(display);
     return B_OK;
 }
 
@@ -293,11 +294,12 @@ status_t BWindow::RemoveFromSubset(BWindow* window)
     BAutolock lock(this);
     if (!lock.IsLocked())
         return B_BAD_VALUE;
-    auto& subset = fData->subset;
-    const auto found = std::find(subset.begin(), subset.end(), window);
-    if (found == subset.end())
+    const auto found = fData->subset.find(window);
+    if (found == fData->subset.end())
         return B_BAD_VALUE;
-    subset.erase(found);
+    if (fData->display != nullptr)
+        fData->display->RemoveFromSubset(found->second);
+    fData->subset.erase(found);
     return B_OK;
 }
 

@@ -123,6 +123,7 @@ void MemoryWindow::_Seen()
     if ((fSpec.flags & B_AVOID_FRONT) != 0)
         stage().PutBehind(this, nullptr);
     _Activate();
+    stage().MindBlockers();
 }
 
 void MemoryWindow::_Unseen()

@@ -2,7 +2,6 @@
 
 #include "server/qt/NativeWindow.h"
 
-#include <QGuiApplication>
 #include <QInputMethodEvent>
 #include <QInputMethodQueryEvent>
 #include <QMimeData>
@@ -71,40 +70,6 @@ uint32 modifiers_of(Qt::KeyboardModifiers modifiers)
     return result;
 }
 
-Qt::WindowFlags flags_of(window_look look, window_feel feel, uint32 flags)
-{
-    bool bare = look == B_NO_BORDER_WINDOW_LOOK || look == B_BORDERED_WINDOW_LOOK;
-    // Menus and the like stand where they are told to, at once.
-    if (bare && (flags & B_AVOID_FOCUS) != 0)
-        return Qt::Window | Qt::FramelessWindowHint | Qt::BypassWindowManagerHint |
-               Qt::WindowDoesNotAcceptFocus;
-
-    bool modal = look == B_MODAL_WINDOW_LOOK || feel == B_MODAL_APP_WINDOW_FEEL ||
-                 feel == B_MODAL_SUBSET_WINDOW_FEEL || feel == B_MODAL_ALL_WINDOW_FEEL;
-    bool floating = feel == B_FLOATING_APP_WINDOW_FEEL || feel == B_FLOATING_SUBSET_WINDOW_FEEL ||
-                    feel == B_FLOATING_ALL_WINDOW_FEEL;
-    Qt::WindowFlags result = modal                            ? Qt::Dialog
-                             : look == B_FLOATING_WINDOW_LOOK ? Qt::Tool
-                                                              : Qt::Window;
-    if (floating || feel == B_MODAL_ALL_WINDOW_FEEL)
-        result |= Qt::WindowStaysOnTopHint;
-    if ((flags & B_AVOID_FRONT) != 0)
-        result |= Qt::WindowStaysOnBottomHint;
-    if ((flags & B_AVOID_FOCUS) != 0)
-        result |= Qt::WindowDoesNotAcceptFocus;
-    if (bare)
-        return result | Qt::FramelessWindowHint;
-
-    result |= Qt::CustomizeWindowHint | Qt::WindowTitleHint | Qt::WindowSystemMenuHint;
-    if ((flags & B_NOT_CLOSABLE) == 0)
-        result |= Qt::WindowCloseButtonHint;
-    if ((flags & B_NOT_MINIMIZABLE) == 0 && !modal)
-        result |= Qt::WindowMinimizeButtonHint;
-    if ((flags & (B_NOT_ZOOMABLE | B_NOT_RESIZABLE)) == 0)
-        result |= Qt::WindowMaximizeButtonHint;
-    return result;
-}
-
 }  // namespace
 
 NativeWindow::NativeWindow(QtWindow* owner) : fOwner(owner), fStore(this)
@@ -112,15 +77,11 @@ NativeWindow::NativeWindow(QtWindow* owner) : fOwner(owner), fStore(this)
     setSurfaceType(QSurface::RasterSurface);
 }
 
-void NativeWindow::SetKind(window_look look, window_feel feel, uint32 flags)
+void NativeWindow::SetKind(const WindowKind& kind)
 {
-    Qt::WindowFlags wanted = flags_of(look, feel, flags);
-    if (wanted == this->flags())
-        return;
-    setFlags(wanted);
-    bool modal = feel == B_MODAL_APP_WINDOW_FEEL || feel == B_MODAL_ALL_WINDOW_FEEL;
-    QWindow* parent = modal ? QGuiApplication::focusWindow() : nullptr;
-    setTransientParent(parent != this ? parent : nullptr);
+    const Qt::WindowFlags wanted = kind.QtFlags();
+    if (wanted != flags())
+        setFlags(wanted);
 }
 
 void NativeWindow::SetPlace(BRect frame)

@@ -7,6 +7,7 @@
 
 #include <OS.h>
 
+#include "server/qt/WindowKind.h"
 #include "server/screen/ScreenWindow.h"
 #include "server/screen/Stage.h"
 
@@ -22,7 +23,7 @@ class NativeWindow final : public QWindow {
 public:
     explicit NativeWindow(QtWindow* owner);
 
-    void SetKind(window_look look, window_feel feel, uint32 flags);
+    void SetKind(const WindowKind& kind);
     void SetPlace(BRect frame);
     void SetLimits(const WindowSpec& spec);
     void SetCursorImage(const Cursor& image, bool hidden);

@@ -213,6 +213,16 @@ void QtDisplay::ActivateWorkspace(int32 workspace)
     });
 }
 
+void QtDisplay::SetWorkspaceCount(int32 count)
+{
+    if (count < 1 || count > 32)
+        return;
+    Post([=, this] {
+        if (fX11 != nullptr)
+            fX11->SetWorkspaceCount(count);
+    });
+}
+
 void QtDisplay::UpdateCursors()
 {
     for (ScreenWindow* window : stage().Windows())

@@ -33,7 +33,7 @@ public:
     int32 CountWorkspaces() override;
     int32 CurrentWorkspace() override;
     void ActivateWorkspace(int32 workspace) override;
-    void SetWorkspaceCount(int32) override {}  // the window manager's choice
+    void SetWorkspaceCount(int32 count) override;
     void UpdateCursors() override;
     std::shared_ptr<Clipboard> SystemClipboard() override { return fClipboard; }
     void Shutdown() override;

@@ -11,6 +11,8 @@
 
 namespace server {
 
+static WindowKind kind_of(const WindowSpec& spec) { return {spec.look, spec.feel, spec.flags}; }
+
 QtWindow* QtWindow::Make(QtDisplay* display, const WindowSpec& spec, EventSink* sink)
 {
     auto* window = new QtWindow(display, spec, sink);
@@ -55,11 +57,13 @@ void QtWindow::_MakeNative()
     }
     fNative = std::make_unique<NativeWindow>(this);
     fNative->setTitle(QString::fromUtf8(spec.title.c_str()));
-    fNative->SetKind(spec.look, spec.feel, spec.flags);
+    fNative->SetKind(kind_of(spec));
     fNative->SetLimits(spec);
     fNative->SetPlace(spec.frame);
     fNative->SetCursorImage(cursor, hidden);
     fNative->create();
+    _TellHints(spec);
+    _TellTitle(spec.title);
 }
 
 void QtWindow::_TellWorkspaces(NativeWindow& native, uint32 workspaces)
@@ -77,12 +81,39 @@ void QtWindow::_TellWorkspaces(NativeWindow& native, uint32 workspaces)
         fDisplay->X11()->SetWorkspaces(id, workspaces);
 }
 
+// The X window of a subset's first window, 0 if there is none.
+uint32 QtWindow::_SubsetOwner() const
+{
+    StageLock lock;
+    for (const ScreenWindow* each : fSubset) {
+        const auto* member = static_cast<const QtWindow*>(each);
+        if (member->fNative != nullptr)
+            return uint32(member->fNative->winId());
+    }
+    return 0;
+}
+
+// Tells the window manager what Qt does not.
+void QtWindow::_TellHints(const WindowSpec& spec)
+{
+    if (fDisplay->X11() != nullptr)
+        fDisplay->X11()->Hints().Tell(uint32(fNative->winId()), kind_of(spec), _SubsetOwner(),
+                                      fNative->isVisible());
+}
+
+void QtWindow::_TellTitle(const std::string& title)
+{
+    if (fDisplay->X11() != nullptr && title.empty())
+        fDisplay->X11()->Hints().RemoveTitle(uint32(fNative->winId()));
+}
+
 void QtWindow::Destroy()
 {
     StageLock lock;
     Silence();
     stage().Remove(this);
     fDestroyed = true;
+    stage().MindBlockers();
     fDisplay->Discard(this);
 }
 
@@ -102,6 +133,7 @@ void QtWindow::Show()
         else
             native.show();
     });
+    stage().MindBlockers();
 }
 
 void QtWindow::Hide()
@@ -110,6 +142,7 @@ void QtWindow::Hide()
     if (!std::exchange(fShown, false))
         return;
     _Post([](NativeWindow& native) { native.hide(); });
+    stage().MindBlockers();
 }
 
 void QtWindow::Iconify(bool minimize)
@@ -182,15 +215,19 @@ void QtWindow::Place(BRect frame)
 void QtWindow::Retitled()
 {
     const std::string title = fSpec.title;
-    _Post([title](NativeWindow& native) { native.setTitle(QString::fromUtf8(title.c_str())); });
+    _Post([title, this](NativeWindow& native) {
+        native.setTitle(QString::fromUtf8(title.c_str()));
+        _TellTitle(title);
+    });
 }
 
 void QtWindow::Restyled()
 {
     WindowSpec spec = fSpec;
-    _Post([spec](NativeWindow& native) {
-        native.SetKind(spec.look, spec.feel, spec.flags);
+    _Post([spec, this](NativeWindow& native) {
+        native.SetKind(kind_of(spec));
         native.SetLimits(spec);
+        _TellHints(spec);
     });
 }
 
@@ -283,7 +320,12 @@ bool QtWindow::IsNative(uint32 id) const
 void QtWindow::NativeFocus(bool focus)
 {
     StageLock lock;
+    fHasFocus = focus;
     if (focus) {
+        if (ScreenWindow* blocker = stage().Blocker(this)) {
+            blocker->ActivateByUser();
+            return;
+        }
         if ((fSpec.flags & B_AVOID_FRONT) == 0)
             stage().Raise(this);
         stage().SetActive(this);

@@ -30,6 +30,7 @@ public:
 
     Border Decoration() const override { return fBorder; }
     void ActivateByUser() override;
+    bool HasHostFocus() const override { return fHasFocus; }
 
     // Stage locked.
     void UpdateCursor();
@@ -54,6 +55,9 @@ private:
     void _Post(Task task);
     void _MakeNative();
     void _TellWorkspaces(NativeWindow& native, uint32 workspaces);
+    void _TellHints(const WindowSpec& spec);
+    void _TellTitle(const std::string& title);
+    uint32 _SubsetOwner() const;
     BRect Wanted() const override { return fWanted; }
     void Place(BRect frame) override;
     void Iconify(bool minimize) override;
@@ -70,6 +74,7 @@ private:
     EchoFilter<uint32> fWorkspaces;         // stage locked
     Border fBorder{5, 26};                  // stage locked: a guess until the window is mapped
     Cursor fCursor;                         // stage locked
+    bool fHasFocus = false;                 // stage locked
 };
 
 }  // namespace server

@@ -116,6 +116,10 @@ public:
     virtual void SetSizeLimits(float minWidth, float maxWidth, float minHeight,
                                float maxHeight) = 0;
     virtual void SetWorkspaces(uint32 workspaces) = 0;
+    // The windows that one of a subset feel blocks, or floats above. One that goes leaves them; it
+    // may be gone when it is removed.
+    virtual void AddToSubset(Window* other) = 0;
+    virtual void RemoveFromSubset(Window* other) = 0;
     virtual void SetCursor(const BCursor* cursor) = 0;  // null: the default
     // Hands finished pixels over: `rects` of `surface` (a B_RGBA32 back buffer of the window's
     // size) are copied before the call returns, and reach the screen with its next frame.

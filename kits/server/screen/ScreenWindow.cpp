@@ -63,8 +63,10 @@ bool ScreenWindow::IsModal() const
            fSpec.feel == B_MODAL_ALL_WINDOW_FEEL;
 }
 
-bool ScreenWindow::Blocks() const
+bool ScreenWindow::IsModalFor(const ScreenWindow* window) const
 {
+    if (fSpec.feel == B_MODAL_SUBSET_WINDOW_FEEL)
+        return std::find(fSubset.begin(), fSubset.end(), window) != fSubset.end();
     return fSpec.feel == B_MODAL_APP_WINDOW_FEEL || fSpec.feel == B_MODAL_ALL_WINDOW_FEEL;
 }
 
@@ -186,6 +188,27 @@ void ScreenWindow::SetFeel(window_feel feel)
     fSpec.feel = feel;
     stage().Raise(this);
     Restyled();
+    stage().MindBlockers();
+}
+
+void ScreenWindow::AddToSubset(Window* other)
+{
+    StageLock lock;
+    auto* member = static_cast<ScreenWindow*>(other);
+    if (std::find(fSubset.begin(), fSubset.end(), member) != fSubset.end())
+        return;
+    fSubset.push_back(member);
+    Restyled();
+    stage().MindBlockers();
+}
+
+void ScreenWindow::RemoveFromSubset(Window* other)
+{
+    StageLock lock;
+    if (std::erase(fSubset, static_cast<ScreenWindow*>(other)) == 0)
+        return;
+    Restyled();
+    stage().MindBlockers();
 }
 
 void ScreenWindow::SetFlags(uint32 flags)

@@ -35,8 +35,12 @@ public:
     window_look Look() const { return fSpec.look; }
     uint32 Flags() const { return fSpec.flags; }
     bool IsModal() const;
-    // Whether it keeps windows below it from getting clicks.
-    bool Blocks() const;
+    // Whether it is modal for `window`, wherever that is.
+    bool IsModalFor(const ScreenWindow* window) const;
+    // Whether the host gives it the keyboard, be it blocked or not.
+    virtual bool HasHostFocus() const { return false; }
+    // The other one is gone.
+    void Forget(const ScreenWindow* other) { std::erase(fSubset, other); }
     int32 Layer() const;  // a window stays below those of higher layers
     // Shown, and not an icon; the workspace left aside.
     bool IsOpen() const { return fShown && !fMinimized; }
@@ -63,6 +67,8 @@ public:
     void SetFlags(uint32 flags) override;
     void SetSizeLimits(float minWidth, float maxWidth, float minHeight, float maxHeight) override;
     void SetWorkspaces(uint32 workspaces) override;
+    void AddToSubset(Window* other) override;
+    void RemoveFromSubset(Window* other) override;
     BRect DecoratorFrame(BRect content) const override;
 
 protected:
@@ -90,6 +96,7 @@ protected:
 
     WindowSpec fSpec;
     EventSink* fSink;
+    std::vector<ScreenWindow*> fSubset;  // still there, all of them
     bool fShown = false;
     bool fMinimized = false;
     FrontBuffer fPixels;

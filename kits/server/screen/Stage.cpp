@@ -41,6 +41,8 @@ void Stage::Add(ScreenWindow* window)
 void Stage::Remove(ScreenWindow* window)
 {
     std::erase(fWindows, window);
+    for (ScreenWindow* other : fWindows)
+        other->Forget(window);
     fClicks.Forget(window);
     if (fHover == window)
         fHover = nullptr;
@@ -111,10 +113,23 @@ void Stage::ActivateNext()
 ScreenWindow* Stage::Blocker(const ScreenWindow* window) const
 {
     for (auto it = fWindows.rbegin(); it != fWindows.rend() && *it != window; ++it) {
-        if ((*it)->Blocks() && IsVisible(*it))
+        if ((*it)->IsModalFor(window) && IsVisible(*it))
             return *it;
     }
     return nullptr;
+}
+
+void Stage::MindBlockers()
+{
+    if (fActive != nullptr) {
+        if (ScreenWindow* blocker = Blocker(fActive))
+            blocker->ActivateByUser();
+        return;
+    }
+    for (ScreenWindow* window : fWindows) {
+        if (window->HasHostFocus() && Blocker(window) == nullptr)
+            SetActive(window);
+    }
 }
 
 ScreenWindow* Stage::ContentAt(BPoint where) const
@@ -296,9 +311,12 @@ void Stage::TurnWheel(float dx, float dy, ScreenWindow* target)
 void Stage::_DeliverKeys(const std::vector<Event>& events)
 {
     fLastInput = system_time();
+    ScreenWindow* target = fActive;
+    if (target != nullptr && Blocker(target) != nullptr)
+        target = Blocker(target);  // which the host has not made the active one yet
     for (const Event& event : events) {
-        if (fActive != nullptr)
-            fActive->Deliver(event);
+        if (target != nullptr)
+            target->Deliver(event);
     }
 }
 

@@ -34,8 +34,11 @@ public:
     void SetActive(ScreenWindow* window);
     // Activates the topmost window that wants it, after the active one went out of sight.
     void ActivateNext();
-    // The modal window that keeps clicks from this one, null if none.
+    // The modal window that keeps input from this one, null if none.
     ScreenWindow* Blocker(const ScreenWindow* window) const;
+    // A modal window came or went: it takes the focus from a window that it blocks, and leaves it
+    // to one that the host has given it to.
+    void MindBlockers();
     // The topmost visible window whose content, or content and decoration, holds a place.
     ScreenWindow* ContentAt(BPoint where) const;
     ScreenWindow* FrameAt(BPoint where) const;

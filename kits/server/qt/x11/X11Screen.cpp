@@ -50,7 +50,7 @@ std::unique_ptr<X11Screen> X11Screen::Connect()
 }
 
 X11Screen::X11Screen(xcb_connection_t* connection, uint32 root)
-    : fConnection(connection), fRoot(root)
+    : fConnection(connection), fRoot(root), fHints(connection, root)
 {
     fCount = _Atom("_NET_NUMBER_OF_DESKTOPS");
     fCurrent = _Atom("_NET_CURRENT_DESKTOP");
@@ -173,6 +173,8 @@ void X11Screen::_ReadWorkspacesOf(uint32 window)
             owner->NativeWorkspaces(desktop == kAllDesktops ? B_ALL_WORKSPACES : 1u << desktop);
     }
 }
+
+void X11Screen::SetWorkspaceCount(int32 count) { _Tell(fRoot, fCount, uint32(count)); }
 
 void X11Screen::PutBehind(uint32 window, uint32 other)
 {

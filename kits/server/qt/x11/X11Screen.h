@@ -10,6 +10,8 @@
 
 #include <memory>
 
+#include "server/qt/x11/X11Hints.h"
+
 struct xcb_connection_t;
 
 namespace server {
@@ -31,6 +33,9 @@ public:
     void SetWorkspaces(uint32 window, uint32 workspaces);
     void MoveToWorkspaces(uint32 window, uint32 workspaces);
     void PutBehind(uint32 window, uint32 other);
+    // As far as the window manager lets us.
+    void SetWorkspaceCount(int32 count);
+    X11Hints& Hints() { return fHints; }
 
     bool nativeEventFilter(const QByteArray& type, void* message, qintptr* result) override;
 
@@ -45,6 +50,7 @@ private:
 
     xcb_connection_t* fConnection;
     uint32 fRoot;
+    X11Hints fHints;
     uint32 fCount, fCurrent, fOfWindow, fRestack;  // atoms
 };
 
