@@ -355,6 +355,99 @@ void SetTimerCount(int32_t ident, int32_t period);
 /* True while a window with that ident is open. Any thread. */
 bool is_window_ident(int32_t ident);
 
+/* ---- Window operations ----------------------------------------------------------------------- */
+
+/* The window manager carries these out in its own time, and they do not wait for it: what a call
+   set is what the next one reads. An ident that is no open window's does nothing and returns 0,
+   false or "". Coordinates and sizes are pixels of the content; a size of 199 covers 200 of them,
+   and any number does no harm. Any thread. */
+
+/* Move a window's left top corner to (x, y) of the screen; resize it, or one of its sides. */
+void MoveWindow(int32_t window, int32_t x, int32_t y);
+void ChangeWindow(int32_t window, int32_t width, int32_t height);
+void ChangeWidthWindow(int32_t window, int32_t width);
+void ChangeHeightWindow(int32_t window, int32_t height);
+/* Moves a window to the middle of the screen, unless it is larger than that. */
+void CenterWindow(int32_t window);
+/* Returns what `selector` asks of the frame: 0 left, 1 top, 2 width, 3 height; 0 for others. */
+int32_t GetWindowPosition(int32_t window, int32_t selector);
+/* Set the smallest and the largest size; the window takes one within. A smallest size above the
+   largest changes nothing. */
+void SetMinSize(int32_t window, int32_t width, int32_t height);
+void SetMaxSize(int32_t window, int32_t width, int32_t height);
+
+/* Sets the title, null counts as "". */
+void SetWindowTitle(int32_t window, const char *title);
+/* Returns the title. The text lives until the next call. Main thread. */
+const char *GetWindowTitle(int32_t window);
+
+/* Shows a window and makes it the active one; hides it. A window that was hidden twice has to be
+   shown twice. Both call its handler, on the calling thread. */
+void ShowWindow(int32_t window);
+void HideWindow(int32_t window);
+/* Makes a window that is not hidden the active one. */
+void ActivateWindow(int32_t window);
+/* Makes a window an icon (`flag` not 0), or opens it again; nothing while it is hidden or blocks
+   others. Calls its handler, on the calling thread. */
+void Iconifie(int32_t window, int32_t flag);
+/* Returns true while the window is open. */
+bool IsOpenedWindow(int32_t window);
+/* Returns true while the window is hidden: the opposite of its name. */
+bool IsVisibleWindow(int32_t window);
+
+/* Makes a window modal (`flag` not 0): while it is shown, the program's other windows take no
+   clicks, keys and close buttons. 0 makes it a titled window like others. */
+void BlockWindow(int32_t window, int32_t flag);
+
+/* Looks of a window. */
+enum {
+    PLINTH_TITLED_LOOK = 0,
+    PLINTH_BORDERED_LOOK = 1, /* a line around the content */
+    PLINTH_MODAL_LOOK = 2,    /* a border without a title */
+    PLINTH_FLOATING_LOOK = 3, /* a small title */
+    PLINTH_BARE_LOOK = 4,     /* the content alone */
+    PLINTH_DOCUMENT_LOOK = 5  /* a title, and a corner to resize by */
+};
+/* Sets the look, one of the above; other numbers do nothing. */
+void SetWindowLook(int32_t window, int32_t look);
+
+/* Allow (`flag` not 0, and at first) or forbid the user to resize, move, close, zoom and minimise a
+   window. The program still can. */
+void WindowResizable(int32_t window, int32_t flag);
+void WindowMovable(int32_t window, int32_t flag);
+void WindowClosable(int32_t window, int32_t flag);
+void WindowZoomable(int32_t window, int32_t flag);
+void WindowMinimizable(int32_t window, int32_t flag);
+/* Has the content follow while the user resizes a window (`flag` not 0), or an outline alone, as at
+   first, where the window manager has one. */
+void WindowResizeMode(int32_t window, int32_t flag);
+/* Stores which of these new windows are to have; windows do not look at it. */
+void SetWindowMode(uint32_t bits);
+
+/* Return and set the workspaces that show a window, a bit each, bit 0 the first; 0 stands for the
+   current one. Desktops that have a window on one workspace or on all show one of several bits on
+   all. */
+uint32_t GetWorkspaceWin(int32_t window);
+void SetWorkspaceWin(int32_t window, uint32_t workspaces);
+/* Sets the number of workspaces, 1 to 32; others are ignored. */
+void SetMaxWorkspace(int32_t count);
+/* Shows a workspace, from 0; nothing for one that is not there. */
+void SetCurrentWorkspace(int32_t number);
+/* Return the number of the workspace shown, and how many there are. */
+int32_t GetCurrentWorkspace(void);
+int32_t CountWorkspace(void);
+
+/* Make a window the default one, and return its ident, 0 if none was set. When it closes, the
+   oldest open window takes its place. */
+void SetWindowDefault(int32_t window);
+int32_t GetWindowDefault(void);
+
+/* Returns the address of the window object, 0 if it is not open. It is good until that closes. */
+intptr_t GetAdress(int32_t window);
+
+/* Sets the cursor of the application: the bar for texts (`flag` not 0), or the hand. */
+void SetCursor(int32_t flag);
+
 /* ---- Drawing --------------------------------------------------------------------------------- */
 
 /* Drawing goes into the window's bitmap with the high colour; while the window's refresh mode is

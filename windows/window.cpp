@@ -237,10 +237,16 @@ void MyWinClass::FrameMoved(BPoint leftTop)
                 static_cast<int32_t>(leftTop.y));
 }
 
+// The program may minimise, show and hide a window from a thread that is not the window's. If the
+// handler closes the window there, nothing of it is left when the handler returns: then the lock
+// is not held any more.
+
 void MyWinClass::Minimize(bool minimize)
 {
+    const WindowLock lock(this);
     CallHandler(kMinimized, minimize ? kMinimizedBit : kRestoredBit, minimize ? 1 : 0);
-    BWindow::Minimize(minimize);
+    if (IsLocked())
+        BWindow::Minimize(minimize);
 }
 
 void MyWinClass::Zoom(BPoint leftTop, float width, float height)
@@ -251,9 +257,12 @@ void MyWinClass::Zoom(BPoint leftTop, float width, float height)
 
 void MyWinClass::Hide()
 {
+    const WindowLock lock(this);
     const bool nested = std::exchange(fIsHiding, true);
     if (!nested)
         CallHandler(kHidden);
+    if (!IsLocked())
+        return;
     BWindow::Hide();
     fIsHiding = nested;
 }
@@ -271,8 +280,10 @@ void MyWinClass::Quit()
 
 void MyWinClass::Show()
 {
+    const WindowLock lock(this);
     CallHandler(kShown, kShownBit);
-    BWindow::Show();
+    if (IsLocked())
+        BWindow::Show();
 }
 
 void MyWinClass::ScreenChanged(BRect frame, color_space space)

@@ -82,6 +82,7 @@ WindowRemoval remove_window(MyWinClass* window)
 void forget_windows(BList* windows)
 {
     RegistryLock registry;
+    DefWin = nullptr;
     empty_window_cache(registry);
     unlisted_records().AddList(windows);
     windows->MakeEmpty();

@@ -1,0 +1,297 @@
+// What a program does to its open windows: place, size, title, look, flags, workspaces. Any thread,
+// but for GetWindowTitle, whose text belongs to the main thread.
+
+#include "plinth.h"
+#include "runtime/registry.h"
+#include "runtime/trace.h"
+#include "runtime/whole.h"
+#include "windows/window_access.h"
+#include "windows/window_lock.h"
+
+#include <Application.h>
+#include <InterfaceDefs.h>
+#include <Screen.h>
+#include <String.h>
+
+#include <atomic>
+#include <iterator>
+#include <math.h>
+
+static const window_look kLooks[] = {
+    B_TITLED_WINDOW_LOOK,   B_BORDERED_WINDOW_LOOK,  B_MODAL_WINDOW_LOOK,
+    B_FLOATING_WINDOW_LOOK, B_NO_BORDER_WINDOW_LOOK, B_DOCUMENT_WINDOW_LOOK,
+};
+
+static const int32_t kMostWorkspaces = 32;
+
+// What SetWindowMode stored; kept on purpose: no window looks at it.
+[[maybe_unused]] static std::atomic<uint32_t> sModeWindow = 0xFFFFFFFF;
+
+static float as_float(int32_t number) { return static_cast<float>(number); }
+
+// --- place and size
+
+extern "C" void MoveWindow(int32_t ident, int32_t x, int32_t y)
+{
+    if (WindowAccess window(ident, __func__); window)
+        window->MoveTo(as_float(x), as_float(y));
+}
+
+extern "C" void ChangeWindow(int32_t ident, int32_t width, int32_t height)
+{
+    if (WindowAccess window(ident, __func__); window)
+        window->ResizeTo(as_float(width), as_float(height));
+}
+
+extern "C" void ChangeWidthWindow(int32_t ident, int32_t width)
+{
+    if (WindowAccess window(ident, __func__); window)
+        window->ResizeTo(as_float(width), window->Frame().Height());
+}
+
+extern "C" void ChangeHeightWindow(int32_t ident, int32_t height)
+{
+    if (WindowAccess window(ident, __func__); window)
+        window->ResizeTo(window->Frame().Width(), as_float(height));
+}
+
+extern "C" void CenterWindow(int32_t ident)
+{
+    WindowAccess window(ident, __func__);
+    if (!window)
+        return;
+    const BRect screen = BScreen().Frame();
+    const BRect bounds = window->Bounds();
+    const BPoint place(screen.Width() * 0.5f - bounds.Width() * 0.5f,
+                       screen.Height() * 0.5f - bounds.Height() * 0.5f);
+    if (screen.Contains(place))
+        window->MoveTo(place);
+}
+
+extern "C" int32_t GetWindowPosition(int32_t ident, int32_t selector)
+{
+    WindowAccess window(ident, __func__);
+    if (!window)
+        return 0;
+    const BRect frame = window->Frame();
+    switch (selector) {
+        case 0:
+            return truncated(frame.left);
+        case 1:
+            return truncated(frame.top);
+        case 2:
+            return truncated(ceilf(frame.Width()));
+        case 3:
+            return truncated(ceilf(frame.Height()));
+        default:
+            return 0;
+    }
+}
+
+extern "C" void SetMinSize(int32_t ident, int32_t width, int32_t height)
+{
+    WindowAccess window(ident, __func__);
+    if (!window)
+        return;
+    float most_wide, most_high;
+    window->GetSizeLimits(nullptr, &most_wide, nullptr, &most_high);
+    window->SetSizeLimits(as_float(width), most_wide, as_float(height), most_high);
+}
+
+extern "C" void SetMaxSize(int32_t ident, int32_t width, int32_t height)
+{
+    WindowAccess window(ident, __func__);
+    if (!window)
+        return;
+    float least_wide, least_high;
+    window->GetSizeLimits(&least_wide, nullptr, &least_high, nullptr);
+    window->SetSizeLimits(least_wide, as_float(width), least_high, as_float(height));
+}
+
+// --- title
+
+extern "C" void SetWindowTitle(int32_t ident, const char* title)
+{
+    if (WindowAccess window(ident, __func__); window)
+        window->SetTitle(title);
+}
+
+extern "C" const char* GetWindowTitle(int32_t ident)
+{
+    static BString* const title = new BString;  // main thread
+    WindowAccess window(ident, __func__);
+    if (!window)
+        return "";
+    title->SetTo(window->Title());
+    return title->String();
+}
+
+// --- visibility
+
+// Acts on a locked window by calls that reach the program's handlers, on this thread. One of them
+// may close the window, which then is gone when the call returns.
+template <class Action>
+static void on_window_with_handlers(int32_t ident, const char* call, Action act)
+{
+    MyWinClass* window;
+    {
+        WindowAccess access(ident, call);
+        if (!access || !lock_window(access.Window()))
+            return;
+        window = access.Window();
+    }
+    act(*window);
+    if (window->IsLocked())
+        window->Unlock();
+}
+
+extern "C" void ShowWindow(int32_t ident)
+{
+    on_window_with_handlers(ident, __func__, [](MyWinClass& window) {
+        window.Show();
+        if (window.IsLocked())
+            window.Activate(true);
+    });
+}
+
+extern "C" void HideWindow(int32_t ident)
+{
+    on_window_with_handlers(ident, __func__, [](MyWinClass& window) { window.Hide(); });
+}
+
+extern "C" void ActivateWindow(int32_t ident)
+{
+    on_window_with_handlers(ident, __func__, [](MyWinClass& window) { window.Activate(true); });
+}
+
+extern "C" void Iconifie(int32_t ident, int32_t flag)
+{
+    on_window_with_handlers(ident, __func__,
+                            [=](MyWinClass& window) { window.Minimize(flag != 0); });
+}
+
+extern "C" bool IsOpenedWindow(int32_t ident) { return LLFindWindow(ident, __func__) != nullptr; }
+
+extern "C" bool IsVisibleWindow(int32_t ident)
+{
+    WindowAccess window(ident, __func__);
+    return window && window->IsHidden();  // kept on purpose: true means hidden
+}
+
+// --- type, look and features
+
+extern "C" void BlockWindow(int32_t ident, int32_t flag)
+{
+    if (WindowAccess window(ident, __func__); window)
+        window->SetType(flag != 0 ? B_MODAL_WINDOW : B_TITLED_WINDOW);
+}
+
+extern "C" void SetWindowLook(int32_t ident, int32_t look)
+{
+    WindowAccess window(ident, __func__);
+    if (!window)
+        return;
+    if (static_cast<uint32_t>(look) < std::size(kLooks))
+        window->SetLook(kLooks[look]);
+    else
+        show_dbg(kBadArgument, ident, __func__);
+}
+
+// Each feature has a flag that forbids it.
+static void allow(int32_t ident, const char* call, uint32 forbidding, bool allowed)
+{
+    WindowAccess window(ident, call);
+    if (!window)
+        return;
+    const uint32 flags = window->Flags() & ~forbidding;
+    window->SetFlags(allowed ? flags : flags | forbidding);
+}
+
+extern "C" void WindowResizable(int32_t ident, int32_t flag)
+{
+    allow(ident, __func__, B_NOT_RESIZABLE, flag != 0);
+}
+
+extern "C" void WindowMovable(int32_t ident, int32_t flag)
+{
+    allow(ident, __func__, B_NOT_MOVABLE, flag != 0);
+}
+
+extern "C" void WindowClosable(int32_t ident, int32_t flag)
+{
+    allow(ident, __func__, B_NOT_CLOSABLE, flag != 0);
+}
+
+extern "C" void WindowZoomable(int32_t ident, int32_t flag)
+{
+    allow(ident, __func__, B_NOT_ZOOMABLE, flag != 0);
+}
+
+extern "C" void WindowMinimizable(int32_t ident, int32_t flag)
+{
+    allow(ident, __func__, B_NOT_MINIMIZABLE, flag != 0);
+}
+
+extern "C" void WindowResizeMode(int32_t ident, int32_t flag)
+{
+    allow(ident, __func__, B_OUTLINE_RESIZE, flag != 0);
+}
+
+extern "C" void SetWindowMode(uint32_t bits) { sModeWindow = bits; }
+
+// --- workspaces
+
+extern "C" uint32_t GetWorkspaceWin(int32_t ident)
+{
+    WindowAccess window(ident, __func__);
+    return window ? window->Workspaces() : 0;
+}
+
+extern "C" void SetWorkspaceWin(int32_t ident, uint32_t workspaces)
+{
+    if (WindowAccess window(ident, __func__); window)
+        window->SetWorkspaces(workspaces);
+}
+
+extern "C" void SetMaxWorkspace(int32_t count)
+{
+    if (count >= 1 && count <= kMostWorkspaces)
+        set_workspace_count(count);
+    else
+        show_dbg(kBadArgument, count, __func__);
+}
+
+extern "C" void SetCurrentWorkspace(int32_t number) { activate_workspace(number); }
+
+extern "C" int32_t GetCurrentWorkspace(void) { return current_workspace(); }
+
+extern "C" int32_t CountWorkspace(void) { return count_workspaces(); }
+
+// --- defaults
+
+extern "C" void SetWindowDefault(int32_t ident)
+{
+    WindowAccess window(ident, __func__);
+    if (!window)
+        return;
+    RegistryLock registry;
+    DefWin = window.Window();
+}
+
+extern "C" int32_t GetWindowDefault(void)
+{
+    RegistryLock registry;
+    return DefWin != nullptr ? DefWin->fIdent : 0;
+}
+
+extern "C" intptr_t GetAdress(int32_t ident)
+{
+    WindowRecord* record = LLFindWindow(ident, __func__);
+    return record != nullptr ? reinterpret_cast<intptr_t>(record->window) : 0;
+}
+
+extern "C" void SetCursor(int32_t flag)
+{
+    if (be_app != nullptr)
+        be_app->SetCursor(flag != 0 ? B_I_BEAM_CURSOR : B_HAND_CURSOR);
+}
