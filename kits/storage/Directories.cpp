@@ -9,18 +9,16 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <deque>
-#include <map>
 #include <memory>
 #include <mutex>
 #include <string_view>
-#include <utility>
 
 #include <Directory.h>
 #include <Entry.h>
 #include <StorageDefs.h>
 
 #include "support/HostErrors.h"
+#include "storage/KnownPaths.h"
 #include "storage/StorageAccess.h"
 
 using BPrivate::StorageAccess;
@@ -28,25 +26,30 @@ using BPrivate::StorageAccess;
 namespace storage {
 
 // Device numbers travel in messages as 32 bits, which is all that the host uses of them.
-using NodeKey = std::pair<uint32, ino_t>;
+static KnownPaths::Key key_of(dev_t device, ino_t inode)
+{
+    return {static_cast<uint32>(device), inode};
+}
 
-static NodeKey key_of(dev_t device, ino_t inode) { return {static_cast<uint32>(device), inode}; }
-
+static const size_t kKeptDirectories = 32768;
 static const size_t kKeptNodes = 16384;
 
 // What the host writes behind the path of a node that is gone, though a name may end so too.
 static const std::string_view kGoneMark = " (deleted)";
 
-struct KnownPaths {
+namespace {
+
+struct Known {
     std::mutex lock;
-    std::map<NodeKey, std::string> directories;  // lock
-    std::map<NodeKey, std::string> nodes;        // lock; all else
-    std::deque<NodeKey> oldest_first;            // lock; the keys of `nodes`
+    KnownPaths directories{kKeptDirectories};  // lock
+    KnownPaths nodes{kKeptNodes};              // lock; all else
 };
 
-static KnownPaths& known()
+}  // namespace
+
+static Known& known()
 {
-    static auto* paths = new KnownPaths;  // outlives every static that holds a ref
+    static auto* paths = new Known;  // outlives every static that holds a ref
     return *paths;
 }
 
@@ -59,19 +62,10 @@ static status_t stat_directory(const std::string& path, struct stat* info)
 
 void remember_node(const std::string& path, const struct stat& info)
 {
-    const NodeKey key = key_of(info.st_dev, info.st_ino);
-    KnownPaths& paths = known();
+    Known& paths = known();
     std::lock_guard guard(paths.lock);
-    if (S_ISDIR(info.st_mode)) {
-        paths.directories[key] = path;
-        return;
-    }
-    if (paths.nodes.insert_or_assign(key, path).second)
-        paths.oldest_first.push_back(key);
-    if (paths.oldest_first.size() > kKeptNodes) {
-        paths.nodes.erase(paths.oldest_first.front());
-        paths.oldest_first.pop_front();
-    }
+    KnownPaths& kind = S_ISDIR(info.st_mode) ? paths.directories : paths.nodes;
+    kind.Remember(key_of(info.st_dev, info.st_ino), path);
 }
 
 status_t remember_directory(const std::string& path, dev_t* device, ino_t* inode)
@@ -87,15 +81,12 @@ status_t remember_directory(const std::string& path, dev_t* device, ino_t* inode
 }
 
 // What is remembered of a node, if that is still there.
-static status_t look_up(const std::map<NodeKey, std::string>& map, const NodeKey& key,
-                        std::string* path)
+static status_t look_up(KnownPaths& paths, const KnownPaths::Key& key, std::string* path)
 {
     {
         std::lock_guard guard(known().lock);
-        auto found = map.find(key);
-        if (found == map.end())
+        if (!paths.Find(key, path))
             return fail(ENOENT);
-        *path = found->second;
     }
     struct stat info;
     if (lstat(path->c_str(), &info) != 0)
@@ -110,22 +101,17 @@ status_t find_directory_path(dev_t device, ino_t inode, std::string* path)
 
 status_t find_node_path(dev_t device, ino_t inode, std::string* path)
 {
-    const NodeKey key = key_of(device, inode);
+    const KnownPaths::Key key = key_of(device, inode);
     status_t status = look_up(known().directories, key, path);
     return status == B_OK ? status : look_up(known().nodes, key, path);
 }
 
 void follow_moved_directory(const std::string& from, const std::string& to)
 {
-    KnownPaths& paths = known();
+    Known& paths = known();
     std::lock_guard guard(paths.lock);
-    for (auto* map : {&paths.directories, &paths.nodes}) {
-        for (auto& [key, path] : *map) {
-            if (path.compare(0, from.size(), from) == 0 &&
-                (path.size() == from.size() || path[from.size()] == '/'))
-                path.replace(0, from.size(), to);
-        }
-    }
+    paths.directories.Move(from, to);
+    paths.nodes.Move(from, to);
 }
 
 status_t path_of_descriptor(int fd, std::string* path)
@@ -164,7 +150,7 @@ status_t path_of(const BDirectory* dir, const char* relative, std::string* path)
     if (dir == nullptr || relative == nullptr || relative[0] == '/')
         return fail(EINVAL);
     if (dir->InitCheck() != B_OK)
-        return not_set();
+        return fail(EINVAL);
     status_t status = path_of_descriptor(StorageAccess::Descriptor(*dir), path);
     if (status == B_OK && relative[0] != '\0')
         *path = join(*path, relative);

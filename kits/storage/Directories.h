@@ -15,7 +15,7 @@ struct entry_ref;
 namespace [[gnu::visibility("hidden")]] storage {
 
 // Remembers a directory by its device and inode, so that a ref made for it leads back to a
-// path. Any thread. Directories stay remembered until the process ends.
+// path. Any thread. The thirty thousand that were used last stay remembered.
 status_t remember_directory(const std::string& path, dev_t* device, ino_t* inode);
 
 // The remembered path; B_ENTRY_NOT_FOUND when the directory was never met or has moved away.

@@ -118,6 +118,8 @@ status_t BDirectory::SetTo(const BDirectory* dir, const char* path)
 
 status_t BDirectory::GetEntry(BEntry* entry) const
 {
+    if (InitCheck() != B_OK)
+        return not_set();
     return entry == nullptr ? fail(EINVAL) : entry->SetTo(this, "");
 }
 
@@ -129,20 +131,29 @@ bool BDirectory::IsRootDirectory() const
            (here.st_dev != above.st_dev || here.st_ino == above.st_ino);
 }
 
+// An object that was to be set anew does not keep what it was before. errno stays.
+template <class Object>
+static status_t unset(Object* object, status_t status)
+{
+    const int number = errno;
+    if (object != nullptr)
+        object->Unset();
+    errno = number;
+    return status;
+}
+
 status_t BDirectory::FindEntry(const char* path, BEntry* entry, bool traverse) const
 {
     if (entry == nullptr)
         return fail(EINVAL);
-    status_t status = entry->SetTo(this, path == nullptr ? "" : path, traverse);
+    if (path == nullptr)
+        return unset(entry, fail(EINVAL));
+    status_t status = entry->SetTo(this, path, traverse);
+    if (status != B_OK)
+        return status;
     struct stat info;
-    if (status == B_OK)
-        status = entry->GetStat(&info);
-    if (status != B_OK) {
-        const int number = errno;
-        entry->Unset();
-        errno = number;
-    }
-    return status;
+    status = entry->GetStat(&info);
+    return status == B_OK ? B_OK : unset(entry, status);
 }
 
 static bool is_of_kind(const BEntry& entry, int32 kinds)
@@ -182,7 +193,7 @@ bool BDirectory::Contains(const BEntry* entry, int32 nodeFlags) const
 
 status_t BDirectory::GetStatFor(const char* path, struct stat* stat) const
 {
-    if (stat == nullptr || (path != nullptr && path[0] == '/'))
+    if (stat == nullptr)
         return fail(EINVAL);
     if (path == nullptr)
         return GetStat(stat);
@@ -260,9 +271,11 @@ status_t BDirectory::Rewind()
 
 int32 BDirectory::CountEntries()
 {
+    if (InitCheck() != B_OK)
+        return fail(EBADF);
     BDirectory other(*this);
     if (other.InitCheck() != B_OK)
-        return other.InitCheck();
+        return fail_again(other.InitCheck());
     int32 count = 0;
     const char* name;
     status_t status;
@@ -282,9 +295,9 @@ static status_t set_to(Node& node, const BDirectory& dir, const char* path, Mode
 status_t BDirectory::CreateDirectory(const char* path, BDirectory* dir)
 {
     if (path == nullptr)
-        return fail(EINVAL);
+        return unset(dir, fail(EINVAL));
     if (mkdirat(StorageAccess::Descriptor(*this), path, kNewDirectoryMode) != 0)
-        return host_failure();
+        return unset(dir, host_failure());
     return dir == nullptr ? B_OK : set_to(*dir, *this, path);
 }
 
@@ -292,16 +305,17 @@ status_t BDirectory::CreateFile(const char* path, BFile* file, bool failIfExists
 {
     BFile own;
     const uint32 exists = failIfExists ? B_FAIL_IF_EXISTS : B_ERASE_FILE;
-    return set_to(file == nullptr ? own : *file, *this, path,
-                  B_READ_WRITE | B_CREATE_FILE | exists);
+    status_t status =
+        set_to(file == nullptr ? own : *file, *this, path, B_READ_WRITE | B_CREATE_FILE | exists);
+    return status == B_OK ? B_OK : unset(file, status);
 }
 
 status_t BDirectory::CreateSymLink(const char* path, const char* linkToPath, BSymLink* link)
 {
     if (path == nullptr || linkToPath == nullptr)
-        return fail(EINVAL);
+        return unset(link, fail(EINVAL));
     if (symlinkat(linkToPath, StorageAccess::Descriptor(*this), path) != 0)
-        return host_failure();
+        return unset(link, host_failure());
     return link == nullptr ? B_OK : set_to(*link, *this, path);
 }
 
@@ -309,8 +323,9 @@ BDirectory& BDirectory::operator=(const BDirectory& dir)
 {
     if (this == &dir)
         return *this;
+    delete std::exchange(fScan, nullptr);
     if (dir.InitCheck() == B_OK)
-        _Open(StorageAccess::Descriptor(dir), ".");
+        StorageAccess::Adopt(*this, openat(StorageAccess::Descriptor(dir), ".", kDirectoryFlags));
     else
         StorageAccess::Fail(*this, dir.InitCheck());
     return *this;
@@ -319,14 +334,14 @@ BDirectory& BDirectory::operator=(const BDirectory& dir)
 status_t BDirectory::_Open(int at, const char* path)
 {
     delete std::exchange(fScan, nullptr);
-    return StorageAccess::Adopt(*this, openat(at, path, kDirectoryFlags));
+    return StorageAccess::AdoptOpened(*this, openat(at, path, kDirectoryFlags));
 }
 
 // The next name but "." and ".."; it lives until the next call.
 status_t BDirectory::_NextName(const char** name)
 {
     if (InitCheck() != B_OK)
-        return not_set();
+        return fail(EBADF);
     if (fScan == nullptr && (fScan = new (std::nothrow) Scan) == nullptr)
         return fail(ENOMEM);
     const struct dirent64* record = nullptr;

@@ -31,9 +31,34 @@ static const struct {
 } kOpenFlags[] = {
     {B_FAIL_IF_EXISTS, O_EXCL},
     {B_CREATE_FILE, O_CREAT},
-    {B_ERASE_FILE, O_TRUNC},
     {B_OPEN_AT_END, O_APPEND},
 };
+
+// The open itself must not wait for the other end of a pipe or for a device; reading may.
+static int open_file(int at, const char* path, uint32 mode)
+{
+    int flags = static_cast<int>(mode & kAccessBits) | O_CLOEXEC | O_NOCTTY | O_NONBLOCK;
+    for (const auto& row : kOpenFlags) {
+        if ((mode & row.flag) != 0)
+            flags |= row.host;
+    }
+    const int fd = openat(at, path, flags, kNewFileMode);
+    if (fd >= 0)
+        fcntl(fd, F_SETFL, fcntl(fd, F_GETFL) & ~O_NONBLOCK);
+    return fd;
+}
+
+// Pipes and devices have nothing to be emptied of.
+static status_t empty_file(int fd)
+{
+    struct stat info;
+    if (fstat(fd, &info) != 0)
+        return host_failure();
+    if (!S_ISREG(info.st_mode) || info.st_size == 0)
+        return B_OK;
+    // By its name, since it need not be open for writing.
+    return truncate(StorageAccess::HostPath(fd).text, 0) == 0 ? B_OK : host_failure();
+}
 
 BFile::BFile() : fMode(0) {}
 
@@ -164,23 +189,20 @@ BFile& BFile::operator=(const BFile& file)
     }
     const uint32 once = B_FAIL_IF_EXISTS | B_CREATE_FILE | B_ERASE_FILE;
     const int fd = StorageAccess::Descriptor(file);
-    _Open(AT_FDCWD, StorageAccess::HostPath(fd).text, file.fMode & ~once);
+    fMode = file.fMode & ~once;
+    StorageAccess::Adopt(*this, open_file(AT_FDCWD, StorageAccess::HostPath(fd).text, fMode));
     return *this;
 }
 
-// The open itself must not wait for the other end of a pipe or for a device; reading may.
 status_t BFile::_Open(int at, const char* path, uint32 openMode)
 {
     if ((openMode & kAccessBits) > B_READ_WRITE)
         return StorageAccess::Fail(*this, fail(EINVAL));
-    int flags = static_cast<int>(openMode & kAccessBits) | O_CLOEXEC | O_NOCTTY | O_NONBLOCK;
-    for (const auto& row : kOpenFlags) {
-        if ((openMode & row.flag) != 0)
-            flags |= row.host;
-    }
-    const int fd = openat(at, path, flags, kNewFileMode);
-    if (fd >= 0)
-        fcntl(fd, F_SETFL, fcntl(fd, F_GETFL) & ~O_NONBLOCK);
     fMode = openMode;
-    return StorageAccess::Adopt(*this, fd);
+    status_t status = StorageAccess::AdoptOpened(*this, open_file(at, path, openMode));
+    if (status != B_OK || (openMode & B_ERASE_FILE) == 0)
+        return status;
+    // What is locked is not emptied either.
+    status = empty_file(StorageAccess::Descriptor(*this));
+    return status == B_OK ? B_OK : StorageAccess::Fail(*this, status);
 }

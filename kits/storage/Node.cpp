@@ -10,6 +10,9 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <atomic>
+#include <mutex>
+#include <set>
 #include <string>
 #include <tuple>
 #include <utility>
@@ -31,6 +34,62 @@ using namespace storage;
 using BPrivate::StorageAccess;
 
 static const int kNodeFlags = O_PATH | O_NOFOLLOW | O_CLOEXEC;
+
+namespace {
+
+// The nodes that this process has locked. The host's locks tell nothing to who only names a node.
+class LockedNodes {
+public:
+    void Add(int fd)
+    {
+        std::lock_guard guard(fLock);
+        fNodes.insert(_KeyOf(fd));
+        fCount = fNodes.size();
+    }
+    void Remove(int fd)
+    {
+        std::lock_guard guard(fLock);
+        fNodes.erase(_KeyOf(fd));
+        fCount = fNodes.size();
+    }
+    bool Has(int fd)
+    {
+        if (fCount == 0)
+            return false;
+        std::lock_guard guard(fLock);
+        return fNodes.contains(_KeyOf(fd));
+    }
+
+private:
+    static std::pair<dev_t, ino_t> _KeyOf(int fd)
+    {
+        struct stat info = {};
+        fstat(fd, &info);
+        return {info.st_dev, info.st_ino};
+    }
+
+    std::mutex fLock;
+    std::set<std::pair<dev_t, ino_t>> fNodes;  // fLock
+    std::atomic<size_t> fCount{0};
+};
+
+}  // namespace
+
+static LockedNodes& locked_nodes()
+{
+    static auto* nodes = new LockedNodes;  // static objects may hold nodes
+    return *nodes;
+}
+
+// Whether somebody holds the node locked. The descriptor is of an open file or names a node.
+static bool is_locked(int fd)
+{
+    if (flock(fd, LOCK_SH | LOCK_NB) == 0) {
+        flock(fd, LOCK_UN);
+        return false;
+    }
+    return errno == EWOULDBLOCK || locked_nodes().Has(fd);
+}
 
 node_ref::node_ref() : device(static_cast<dev_t>(-1)), node(static_cast<ino_t>(-1)) {}
 
@@ -98,15 +157,15 @@ status_t BNode::SetTo(const char* path)
 {
     if (path == nullptr)
         return _Fail(fail(EINVAL));
-    return _Adopt(open(path, kNodeFlags));
+    return StorageAccess::AdoptOpened(*this, open(path, kNodeFlags));
 }
 
 status_t BNode::SetTo(const BDirectory* dir, const char* path)
 {
-    if (dir == nullptr || path == nullptr || path[0] == '/')
+    if (dir == nullptr || path == nullptr || path[0] == '/' || path[0] == '\0')
         return _Fail(fail(EINVAL));
-    return _Adopt(
-        openat(StorageAccess::Descriptor(*dir), path[0] == '\0' ? "." : path, kNodeFlags));
+    return StorageAccess::AdoptOpened(*this,
+                                      openat(StorageAccess::Descriptor(*dir), path, kNodeFlags));
 }
 
 void BNode::Unset() { _Fail(B_NO_INIT); }
@@ -114,7 +173,7 @@ void BNode::Unset() { _Fail(B_NO_INIT); }
 status_t BNode::Lock()
 {
     if (fFd < 0)
-        return not_set();
+        return fail(EBADF);
     if (fLockFd >= 0)
         return fail(EBUSY);
     const int fd = open(StorageAccess::HostPath(fFd).text, O_RDONLY | O_NONBLOCK | O_CLOEXEC);
@@ -126,13 +185,15 @@ status_t BNode::Lock()
         return fail(number == EWOULDBLOCK ? EBUSY : number);
     }
     fLockFd = fd;
+    locked_nodes().Add(fd);
     return B_OK;
 }
 
 status_t BNode::Unlock()
 {
     if (fLockFd < 0)
-        return fFd < 0 ? not_set() : fail(EINVAL);
+        return fFd < 0 ? fail(EBADF) : fail(EINVAL);
+    locked_nodes().Remove(fLockFd);
     close(std::exchange(fLockFd, -1));
     return B_OK;
 }
@@ -140,7 +201,7 @@ status_t BNode::Unlock()
 status_t BNode::Sync()
 {
     if (fFd < 0)
-        return not_set();
+        return fail(EBADF);
     if (fsync(fFd) == 0)
         return B_OK;
     if (errno != EBADF)
@@ -157,7 +218,7 @@ ssize_t BNode::WriteAttr(const char* name, type_code type, off_t offset, const v
                          size_t length)
 {
     if (fFd < 0)
-        return not_set();
+        return fail(EBADF);
     return write_attribute_at(StorageAccess::HostPath(fFd).text, name, type, offset, buffer,
                               length);
 }
@@ -166,26 +227,26 @@ ssize_t BNode::ReadAttr(const char* name, type_code, off_t offset, void* buffer,
                         size_t length) const
 {
     if (fFd < 0)
-        return not_set();
+        return fail(EBADF);
     return read_attribute_at(StorageAccess::HostPath(fFd).text, name, offset, buffer, length);
 }
 
 status_t BNode::RemoveAttr(const char* name)
 {
-    return fFd < 0 ? not_set() : remove_attribute(StorageAccess::HostPath(fFd).text, name);
+    return fFd < 0 ? fail(EBADF) : remove_attribute(StorageAccess::HostPath(fFd).text, name);
 }
 
 status_t BNode::RenameAttr(const char* oldName, const char* newName)
 {
     if (fFd < 0)
-        return not_set();
+        return fail(EBADF);
     return rename_attribute(StorageAccess::HostPath(fFd).text, oldName, newName);
 }
 
 status_t BNode::GetAttrInfo(const char* name, attr_info* info) const
 {
     if (fFd < 0)
-        return not_set();
+        return fail(EBADF);
     return get_attribute_info(StorageAccess::HostPath(fFd).text, name, info);
 }
 
@@ -209,7 +270,7 @@ status_t BNode::GetNextAttrName(char* buffer)
 status_t BNode::RewindAttrs()
 {
     if (fFd < 0)
-        return not_set();
+        return fail(EBADF);
     std::vector<std::string> names;
     status_t status = list_attributes(StorageAccess::HostPath(fFd).text, &names);
     if (status != B_OK)
@@ -238,7 +299,7 @@ status_t BNode::WriteAttrString(const char* name, const BString* data)
 status_t BNode::ReadAttrString(const char* name, BString* result) const
 {
     if (fFd < 0)
-        return not_set();
+        return fail(EBADF);
     if (result == nullptr)
         return fail(EINVAL);
     Attribute attribute;
@@ -275,7 +336,7 @@ int BNode::Dup() { return fcntl(fFd, F_DUPFD_CLOEXEC, 0); }
 status_t BNode::set_stat(struct stat& stat, uint32 what)
 {
     if (fFd < 0)
-        return not_set();
+        return fail(EBADF);
     return apply_stat(StorageAccess::HostPath(fFd).text, stat, what, 0);
 }
 
@@ -287,12 +348,23 @@ status_t BNode::_Adopt(int fd)
     return status;
 }
 
+status_t BPrivate::StorageAccess::AdoptOpened(BNode& node, int fd)
+{
+    const int before = errno;
+    if (fd >= 0 && is_locked(fd)) {
+        close(fd);
+        return node._Fail(fail(EBUSY));
+    }
+    errno = before;
+    return node._Adopt(fd);
+}
+
 // Lets go of the node. Returns the status that the object has from here on; errno stays.
 status_t BNode::_Fail(status_t status)
 {
     const int number = errno;
     if (fLockFd >= 0)
-        close(std::exchange(fLockFd, -1));
+        Unlock();
     if (fFd >= 0)
         close(std::exchange(fFd, -1));
     free(std::exchange(fAttrNames, nullptr));

@@ -24,6 +24,8 @@ struct __attribute__((visibility("hidden"))) StorageAccess {
     static int Descriptor(const BNode& node) { return node.fFd; }
     // Makes `node` hold `fd`, -1 for the failure in errno.
     static status_t Adopt(BNode& node, int fd) { return node._Adopt(fd); }
+    // The same for what was just opened: B_BUSY if somebody has locked the node.
+    static status_t AdoptOpened(BNode& node, int fd);
     static status_t Fail(BNode& node, status_t status) { return node._Fail(status); }
 
     // The absolute path; null when not set.

@@ -38,7 +38,7 @@ static ssize_t read_link(const BNode& link, std::string* text)
 {
     const int fd = StorageAccess::Descriptor(link);
     if (fd < 0)
-        return not_set();
+        return fail(EBADF);
     char buffer[PATH_MAX];
     const ssize_t length = readlinkat(fd, "", buffer, sizeof(buffer));
     if (length < 0)

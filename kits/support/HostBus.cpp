@@ -6,6 +6,8 @@
 #include <string.h>
 #include <unistd.h>
 
+#include <utility>
+
 namespace BPrivate {
 
 // Where the user's bus listens, "" for none. An address that would have to start one is none.
@@ -72,10 +74,11 @@ static GDBusConnection* connect_to(const std::string& address, int timeout_ms, G
     GSource* timer = g_timeout_source_new(timeout_ms);
     g_source_set_callback(timer, cancel_attempt, attempt.cancellable, nullptr);
     g_source_attach(timer, attempt.context);
-    const auto flags = GDBusConnectionFlags(G_DBUS_CONNECTION_FLAGS_AUTHENTICATION_CLIENT |
-                                            G_DBUS_CONNECTION_FLAGS_MESSAGE_BUS_CONNECTION);
-    g_dbus_connection_new_for_address(address.c_str(), flags, nullptr, attempt.cancellable,
-                                      end_attempt, &attempt);
+    // Not as a connection to a bus: GDBus would greet that itself, and wait for the answer as long
+    // as it likes.
+    g_dbus_connection_new_for_address(address.c_str(),
+                                      G_DBUS_CONNECTION_FLAGS_AUTHENTICATION_CLIENT, nullptr,
+                                      attempt.cancellable, end_attempt, &attempt);
     while (!attempt.over)
         g_main_context_iteration(attempt.context, true);
     g_source_destroy(timer);
@@ -83,6 +86,9 @@ static GDBusConnection* connect_to(const std::string& address, int timeout_ms, G
     *error = attempt.error;
     return attempt.connection;
 }
+
+static const HostBus::Object kBus = {"org.freedesktop.DBus", "/org/freedesktop/DBus",
+                                     "org.freedesktop.DBus"};
 
 HostBus::HostBus(Kind kind, bigtime_t timeout_us) : fTimeoutMs(static_cast<int>(timeout_us / 1000))
 {
@@ -96,15 +102,21 @@ HostBus::HostBus(Kind kind, bigtime_t timeout_us) : fTimeoutMs(static_cast<int>(
         return;
     }
     g_dbus_connection_set_exit_on_close(fConnection, false);
+    if (Call(kBus, "Hello", nullptr, "(s)") == nullptr) {
+        _Close();
+        return;
+    }
     fStatus = B_OK;
 }
 
-HostBus::~HostBus()
+HostBus::~HostBus() { _Close(); }
+
+void HostBus::_Close()
 {
     if (fConnection == nullptr)
         return;
     g_dbus_connection_close_sync(fConnection, nullptr, nullptr);
-    g_object_unref(fConnection);
+    g_object_unref(std::exchange(fConnection, nullptr));
 }
 
 // Takes the error.
@@ -145,8 +157,7 @@ Variant HostBus::Call(const Object& object, const char* method, GVariant* argume
 
 bool HostBus::Runs(const char* service)
 {
-    const Object bus = {"org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus"};
-    const Variant reply = Call(bus, "NameHasOwner", g_variant_new("(s)", service), "(b)");
+    const Variant reply = Call(kBus, "NameHasOwner", g_variant_new("(s)", service), "(b)");
     gboolean owned = false;
     if (reply != nullptr)
         g_variant_get(reply.get(), "(b)", &owned);

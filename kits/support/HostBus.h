@@ -23,7 +23,8 @@ class HostBus {
 public:
     enum class Kind { Session, System };
 
-    // Connects; `timeout_us` holds for that and for each call.
+    // Connects, greets the bus and waits for its answer; `timeout_us` holds for each of these and
+    // for each call.
     HostBus(Kind kind, bigtime_t timeout_us);
     ~HostBus();
     HostBus(const HostBus&) = delete;
@@ -48,6 +49,7 @@ public:
 
 private:
     void _Fail(GError* error);
+    void _Close();
 
     const int fTimeoutMs;
     GDBusConnection* fConnection = nullptr;

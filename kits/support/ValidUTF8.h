@@ -1,7 +1,8 @@
 #ifndef SUPPORT_VALID_UTF8_H
 #define SUPPORT_VALID_UTF8_H
 
-// Text for those who insist on UTF-8.
+// Text that should be UTF-8, for who draws it and for those who insist on that. Here alone stands
+// what all else counts as: a byte that is no UTF-8 is the character of that number in Latin-1.
 
 #include <SupportDefs.h>
 
@@ -33,6 +34,24 @@ inline size_t valid_utf8_length(std::string_view text)
     return is_overlong || is_no_character ? 0 : length;
 }
 
+// Takes the character at the start of a text that is not empty; returns its bytes.
+inline size_t next_character(std::string_view text, uint32* code)
+{
+    const size_t length = valid_utf8_length(text);
+    const uint8 first = static_cast<uint8>(text[0]);
+    *code = length < 2 ? first : first & (0x7Fu >> length);
+    for (size_t i = 1; i < length; i++)
+        *code = *code << 6 | (static_cast<uint8>(text[i]) & 0x3F);
+    return length == 0 ? 1 : length;
+}
+
+// A character of Latin-1 behind ASCII.
+inline void append_latin1(uint8 byte, std::string* text)
+{
+    *text += static_cast<char>(0xC0 | byte >> 6);
+    *text += static_cast<char>(0x80 | (byte & 0x3F));
+}
+
 // How much of a text is UTF-8 from its start on. Plain ASCII goes eight bytes at a time.
 inline size_t valid_utf8_run(std::string_view text)
 {
@@ -55,7 +74,7 @@ inline size_t valid_utf8_run(std::string_view text)
     return at;
 }
 
-// The same text in UTF-8. As drawing does it, bytes that are not UTF-8 count as Latin-1.
+// The same text in UTF-8.
 inline std::string valid_utf8(std::string_view text)
 {
     std::string result;
@@ -65,9 +84,7 @@ inline std::string valid_utf8(std::string_view text)
         result.append(text.substr(0, run));
         if (run == text.size())
             return result;
-        const uint8 byte = static_cast<uint8>(text[run]);
-        result += static_cast<char>(0xC0 | byte >> 6);
-        result += static_cast<char>(0x80 | (byte & 0x3F));
+        append_latin1(static_cast<uint8>(text[run]), &result);
         text.remove_prefix(run + 1);
     }
 }

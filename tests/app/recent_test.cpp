@@ -341,3 +341,23 @@ TEST(RecentFiles, ConcurrentWritersLoseNothing)
     for (const std::string& path : theirs)
         EXPECT_TRUE(list.Has(path)) << path;
 }
+
+TEST(RecentFiles, WhatAKilledProgramLeftBesideTheListIsRemoved)
+{
+    DesktopFolder folder;
+    const std::string text = folder.Put("/a.txt", "text");
+    add(text);
+    const pid_t team = fork();
+    if (team == 0)
+        _exit(0);
+    waitpid(team, nullptr, 0);
+    const std::string list = "/home/data/recently-used.xbel";
+    const std::string gone = folder.Put(list + ".beos-" + std::to_string(team) + ".Ab12cD");
+    const std::string lives = folder.Put(list + ".beos-" + std::to_string(getppid()) + ".Ab12cD");
+    const std::string backup = folder.Put(list + ".backup");
+    add(text);
+    EXPECT_FALSE(std::filesystem::exists(gone));
+    EXPECT_TRUE(std::filesystem::exists(lives));
+    EXPECT_TRUE(std::filesystem::exists(backup)) << "somebody's own";
+    EXPECT_EQ(Texts{text}, documents());
+}

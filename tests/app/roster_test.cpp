@@ -23,10 +23,13 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <filesystem>
+#include <set>
 #include <thread>
 
 #include <sys/socket.h>
 #include <sys/un.h>
+#include <sys/wait.h>
 
 #include "app/Mailbox.h"
 #include "support/desktop_folder.h"
@@ -166,6 +169,64 @@ TEST(Roster, FolderThatOthersMayEnterIsNotUsed)
     BApplication app(kSignature);
     EXPECT_TRUE(std::filesystem::is_empty(folder.At(".run/beos-roster")));
     EXPECT_EQ(getpid(), be_roster->TeamFor(kSignature)) << "this one knows of itself";
+}
+
+// The number of a team that has ended.
+static team_id gone_team()
+{
+    const pid_t team = fork();
+    if (team == 0)
+        _exit(0);
+    waitpid(team, nullptr, 0);
+    return team;
+}
+
+TEST(Roster, WhatKilledProgramsLeftIsRemovedWithTheNextStart)
+{
+    TempFolder folder;
+    const std::string entries = ".run/beos-roster/";
+    std::filesystem::create_directory(folder.At(entries));
+    chmod(folder.At(entries).c_str(), 0700);
+    const std::string team = std::to_string(gone_team());
+    for (const std::string& name :
+         {team, team + ".port", team + ".messages", "." + team, ".active-" + team})
+        folder.Put(entries + name, "x");
+    const std::string second = std::to_string(gone_team());
+    folder.Put(entries + second + ".port");
+    symlink(team.c_str(), folder.At(entries + "active").c_str());
+    folder.Put(entries + "." + std::to_string(getppid()), "lives");
+    folder.Put(entries + "7 of another kind");
+    BApplication app(kSignature);
+    std::set<std::string> left;
+    for (const auto& entry : std::filesystem::directory_iterator(folder.At(entries)))
+        left.insert(entry.path().filename());
+    const std::string own = std::to_string(getpid());
+    EXPECT_EQ((std::set<std::string>{"." + std::to_string(getppid()), "7 of another kind", own,
+                                     own + ".port"}),
+              left);
+}
+
+TEST(Roster, FolderThatSomebodyElseHasTakenKeepsNoProgramFromAnother)
+{
+    TempFolder folder;
+    unsetenv("XDG_RUNTIME_DIR");
+    setenv("TMPDIR", folder.Path().c_str(), 1);
+    const std::string taken = folder.At("/beos-roster-" + std::to_string(geteuid()));
+    mkdir(taken.c_str(), 0777);
+    chmod(taken.c_str(), 0777);
+    {
+        BApplication app(kSignature);
+        OtherApp other(folder);
+        EXPECT_EQ(other.Team(), be_roster->TeamFor(kOther));
+        EXPECT_TRUE(BMessenger(kOther).IsValid());
+        EXPECT_TRUE(std::filesystem::is_empty(taken));
+    }
+    std::filesystem::remove(taken);
+    std::filesystem::remove(folder.At("/other-report"));
+    BApplication app(kSignature);
+    OtherApp other(folder);
+    EXPECT_EQ(other.Team(), be_roster->TeamFor(kOther));
+    EXPECT_FALSE(std::filesystem::is_empty(taken));
 }
 
 TEST(Roster, ActiveApplicationIsTheOneThatWasToldSo)

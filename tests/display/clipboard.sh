@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
-# One clipboard scenario of CMakeLists.txt: clipboard.sh NAME USER OWNER. Our programs, told what to
-# do through a pipe, and others share the clipboard of an X server of the test's own.
-scenario=$1 user=$2 owner=$3
+# One clipboard scenario of CMakeLists.txt: clipboard.sh NAME USER OWNER ASKERS. Our programs, told
+# what to do through a pipe, and others share the clipboard of an X server of the test's own.
+scenario=$1 user=$2 owner=$3 askers=$4
 . "$(dirname "$0")/screen.sh"
 
 # start_user NAME: a program of ours, whose commands go to NAME's pipe. The first one writes the log
@@ -173,6 +173,31 @@ bad_owners() {
     tell one get
     kill "$owner_pid"
     expect 'text - in time'
+}
+
+# What would go on for minutes, and what would fill the memory, is given up.
+endless_owners() {
+    start_user one
+    start_owner trickles
+    ask one get 'text - .*'
+    kill "$owner_pid"
+    start_owner floods
+    ask one get 'text - .*'
+    kill "$owner_pid"
+    ask one set 'after all' 'set 1'
+    pastes 'after all' UTF8_STRING
+}
+
+# All of them are served from one copy.
+many_askers() {
+    start_user one
+    head -c 20000000 /dev/zero | tr '\0' t >"$folder/large"
+    ask one put-text "$folder/large" 'put 1'
+    "$askers" >"$folder/askers" &
+    started+=($!)
+    eventually grep -q asked "$folder/askers" || fail "not all have an answer"
+    memory=$(sed -n 's/^VmHWM:[^0-9]*\([0-9]*\) kB/\1/p' "/proc/$one_pid/status")
+    [ "$memory" -lt 1000000 ] || fail "$memory KB"
 }
 
 old_owner() {

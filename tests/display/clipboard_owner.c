@@ -3,6 +3,8 @@
    dies      ends when it is first asked
    stalls    begins to send a text in pieces and stops
    drips     sends one byte after the other, for ever, each just in time
+   trickles  sends for ever, fast enough to be waited for
+   floods    sends at once what no program should want to hold
    old       knows STRING alone, in Latin-1, and tells nobody
    picture   offers image/bmp and image/png
    manager   the desktop's clipboard manager: fetches the text and says which
@@ -66,8 +68,12 @@ static int tell_targets(const xcb_selection_request_event_t* request, const xcb_
     return 1;
 }
 
-static void send_pieces(const xcb_selection_request_event_t* request, int for_ever)
+/* Pieces of `size` bytes, a pause of `pause_us` behind each; only one without a pause. */
+static void send_pieces(const xcb_selection_request_event_t* request, uint32_t length,
+                        useconds_t pause_us)
 {
+    char* piece = malloc(length);
+    memset(piece, 'x', length);
     const uint32_t listen = XCB_EVENT_MASK_PROPERTY_CHANGE;
     const uint32_t size = 100;
     xcb_change_window_attributes(connection, request->requestor, XCB_CW_EVENT_MASK, &listen);
@@ -80,24 +86,48 @@ static void send_pieces(const xcb_selection_request_event_t* request, int for_ev
             exit(0);
         if ((event->response_type & 0x7f) == XCB_PROPERTY_NOTIFY &&
             change->state == XCB_PROPERTY_DELETE) {
-            put(request, atom("UTF8_STRING"), 8, 1, "x");
+            put(request, atom("UTF8_STRING"), 8, length, piece);
             xcb_flush(connection);
-            usleep(for_ever ? 400000 : 0);
-            if (!for_ever)
+            usleep(pause_us);
+            if (pause_us == 0) {
+                free(event);
+                free(piece);
                 return;
+            }
         }
         free(event);
     }
+}
+
+static void send_flood(const xcb_selection_request_event_t* request)
+{
+    const uint32_t length = 8 << 20;
+    char* piece = malloc(length);
+    memset(piece, 'x', length);
+    for (int i = 0; i < 9; i++)
+        xcb_change_property(connection, XCB_PROP_MODE_APPEND, request->requestor, request->property,
+                            atom("UTF8_STRING"), 8, length, piece);
+    free(piece);
+    answer(request, 1);
 }
 
 static void serve(const char* manner, const xcb_selection_request_event_t* request)
 {
     if (strcmp(manner, "dies") == 0)
         exit(0);
-    if (strcmp(manner, "stalls") == 0 || strcmp(manner, "drips") == 0) {
-        const xcb_atom_t text = atom("UTF8_STRING");
+    const xcb_atom_t text = atom("UTF8_STRING");
+    if (strcmp(manner, "stalls") == 0) {
         if (!tell_targets(request, &text, 1))
-            send_pieces(request, strcmp(manner, "drips") == 0);
+            send_pieces(request, 1, 0);
+    } else if (strcmp(manner, "drips") == 0) {
+        if (!tell_targets(request, &text, 1))
+            send_pieces(request, 1, 400000);
+    } else if (strcmp(manner, "trickles") == 0) {
+        if (!tell_targets(request, &text, 1))
+            send_pieces(request, 200000, 100000);
+    } else if (strcmp(manner, "floods") == 0) {
+        if (!tell_targets(request, &text, 1))
+            send_flood(request);
     } else if (strcmp(manner, "old") == 0) {
         int is_text = request->target == XCB_ATOM_STRING;
         if (is_text)

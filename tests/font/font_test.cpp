@@ -12,6 +12,8 @@
 #include <thread>
 #include <vector>
 
+#include "support/ValidUTF8.h"
+
 namespace {
 
 std::string family_of(const BFont& font)
@@ -133,10 +135,11 @@ TEST(Font, BytesThatAreNoUtf8CountAsLatin1)
         {"\xE4", "\xC3\xA4"},  // a lead byte without its tail
         {"\xC3", "\xC3\x83"},
         {"\xF4\xA0\xA0\xA0", "\xC3\xB4\xC2\xA0\xC2\xA0\xC2\xA0"},  // beyond the last character
-        {"\xE0\x80\xAF", "\xC3\xA0\xE2\x82\xAC\xC2\xAF"},          // and in three bytes
+        {"\xE0\x80\xAF", "\xC3\xA0\xC2\x80\xC2\xAF"},              // and in three bytes
         {"\xC0\xAF", "\xC3\x80\xC2\xAF"},                          // an overlong slash
         {"\xED\xA0\xA0", "\xC3\xAD\xC2\xA0\xC2\xA0"},              // half a surrogate pair
-        {"\x80", "\xE2\x82\xAC"},                                  // no letter in Latin-1: the euro
+        {"\x80", "\xC2\x80"},                                      // no letter, but seen
+        {"\x93\x9F", "\xC2\x93\xC2\x9F"},
     };
     for (auto& one : kCases) {
         for (uint8 spacing : kSpacings) {
@@ -148,6 +151,16 @@ TEST(Font, BytesThatAreNoUtf8CountAsLatin1)
     }
     // A sequence cut off by the length is no sequence.
     EXPECT_EQ(be_plain_font->StringWidth("\xC3\x83"), be_plain_font->StringWidth("\xC3\xA9", 1));
+}
+
+TEST(Font, EveryStrayByteIsSeenAsTheClipboardHandsItOn)
+{
+    for (int byte = 0x80; byte <= 0xFF; byte++) {
+        const std::string stray(1, static_cast<char>(byte));
+        const float width = be_plain_font->StringWidth(stray.c_str());
+        EXPECT_GT(width, 0.0f) << byte;
+        EXPECT_EQ(width, be_plain_font->StringWidth(BPrivate::valid_utf8(stray).c_str())) << byte;
+    }
 }
 
 TEST(Font, ControlCharactersTakeNoRoomButTheTab)

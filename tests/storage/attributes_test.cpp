@@ -230,8 +230,8 @@ TEST_F(Attributes, BadNamesAndArgumentsAreRefused)
     EXPECT_EQ(fNode.GetNextAttrName(nullptr), B_BAD_VALUE);
     EXPECT_EQ(fNode.ReadAttrString("x", nullptr), B_BAD_VALUE);
     BNode unset;
-    EXPECT_EQ(unset.WriteAttr("x", B_RAW_TYPE, 0, "x", 1), B_NO_INIT);
-    EXPECT_EQ(unset.GetNextAttrName(buffer), B_NO_INIT);
+    EXPECT_EQ(unset.WriteAttr("x", B_RAW_TYPE, 0, "x", 1), B_FILE_ERROR);
+    EXPECT_EQ(unset.GetNextAttrName(buffer), B_FILE_ERROR);
 }
 
 // The host's file systems draw the line at a block, at 64 KB, or somewhere between.

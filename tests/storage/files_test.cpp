@@ -5,6 +5,7 @@
 #include <File.h>
 #include <FindDirectory.h>
 #include <Path.h>
+#include <String.h>
 #include <SymLink.h>
 
 #include <gtest/gtest.h>
@@ -221,15 +222,127 @@ TEST_F(Files, NodesAreSetByEveryNameAndChangeTheirFields)
     EXPECT_NE(fcntl(fd, F_GETFD) & FD_CLOEXEC, 0);
     close(fd);
 
+    BNode other(path.c_str());
     EXPECT_EQ(node.Lock(), B_OK);
     EXPECT_EQ(node.Lock(), B_BUSY);
-    BNode other(path.c_str());
     EXPECT_EQ(other.Lock(), B_BUSY);
     node.Unset();
     EXPECT_EQ(other.Lock(), B_OK);
     EXPECT_EQ(other.Unlock(), B_OK);
     EXPECT_EQ(other.Unlock(), B_BAD_VALUE);
-    EXPECT_EQ(node.Lock(), B_NO_INIT);
+    EXPECT_EQ(node.Lock(), B_FILE_ERROR);
+}
+
+TEST_F(Files, LockedNodesOpenForNobodyElse)
+{
+    const std::string path = fFolder.Put("/file", "kept");
+    BDirectory folder(At("").c_str());
+    BFile file(path.c_str(), B_READ_WRITE);
+    ASSERT_EQ(file.Lock(), B_OK);
+    EXPECT_EQ(BNode(path.c_str()).InitCheck(), B_BUSY);
+    EXPECT_EQ(BNode(&folder, "file").InitCheck(), B_BUSY);
+    EXPECT_EQ(BFile(path.c_str(), B_READ_ONLY).InitCheck(), B_BUSY);
+    EXPECT_EQ(BFile(path.c_str(), B_WRITE_ONLY | B_ERASE_FILE).InitCheck(), B_BUSY);
+    EXPECT_EQ(errno, EBUSY);
+    off_t size = 0;
+    EXPECT_EQ(file.GetSize(&size), B_OK);
+    EXPECT_EQ(size, 4) << "nor does it lose what it has";
+    EXPECT_EQ(BFile(file).InitCheck(), B_OK) << "who has it may copy it";
+    EXPECT_EQ(BNode(file).InitCheck(), B_OK);
+
+    BNode locked_folder(At("").c_str());
+    EXPECT_EQ(locked_folder.Lock(), B_OK);
+    EXPECT_EQ(BDirectory(At("").c_str()).InitCheck(), B_BUSY);
+    EXPECT_EQ(locked_folder.Unlock(), B_OK);
+    EXPECT_EQ(BDirectory(At("").c_str()).InitCheck(), B_OK);
+    file.Unset();
+    EXPECT_EQ(BNode(path.c_str()).InitCheck(), B_OK);
+    EXPECT_EQ(BFile(path.c_str(), B_READ_ONLY).InitCheck(), B_OK);
+}
+
+TEST_F(Files, ErasingNeedsNoOpeningForWriting)
+{
+    const std::string path = fFolder.Put("/file", "gone");
+    BFile file(path.c_str(), B_READ_ONLY | B_ERASE_FILE);
+    off_t size = 1;
+    EXPECT_EQ(file.GetSize(&size), B_OK);
+    EXPECT_EQ(size, 0);
+    EXPECT_EQ(BFile("/dev/null", B_WRITE_ONLY | B_ERASE_FILE).InitCheck(), B_OK);
+}
+
+TEST_F(Files, FailedCreationLeavesNoFormerObject)
+{
+    BDirectory folder(At("").c_str());
+    BDirectory below(&folder, ".");
+    BFile file(fFolder.Put("/file").c_str(), B_READ_ONLY);
+    ASSERT_EQ(symlink("file", At("/link").c_str()), 0);
+    BSymLink link(At("/link").c_str());
+    EXPECT_EQ(folder.CreateDirectory("file", &below), B_FILE_EXISTS);
+    EXPECT_EQ(errno, EEXIST);
+    EXPECT_EQ(below.InitCheck(), B_NO_INIT);
+    EXPECT_EQ(folder.CreateFile("file", &file, true), B_FILE_EXISTS);
+    EXPECT_EQ(file.InitCheck(), B_NO_INIT);
+    EXPECT_EQ(folder.CreateSymLink("link", "file", &link), B_FILE_EXISTS);
+    EXPECT_EQ(link.InitCheck(), B_NO_INIT);
+    link.SetTo(At("/link").c_str());
+    EXPECT_EQ(folder.CreateSymLink("new", nullptr, &link), B_BAD_VALUE);
+    EXPECT_EQ(link.InitCheck(), B_NO_INIT);
+}
+
+TEST_F(Files, PathsInADirectoryMayBeAbsoluteButNotEmpty)
+{
+    const std::string path = fFolder.Put("/file", "four");
+    BDirectory folder("/");
+    struct stat info = {};
+    EXPECT_EQ(folder.GetStatFor(path.c_str(), &info), B_OK);
+    EXPECT_EQ(info.st_size, 4);
+    EXPECT_EQ(folder.GetStatFor("", &info), B_ENTRY_NOT_FOUND);
+    EXPECT_EQ(BNode(&folder, "").InitCheck(), B_BAD_VALUE);
+    EXPECT_EQ(BNode(&folder, "/").InitCheck(), B_BAD_VALUE);
+    EXPECT_EQ(BDirectory(&folder, "").InitCheck(), B_OK) << "the directory itself";
+}
+
+TEST_F(Files, WhatIsNotSetSaysSoAsThePlatformDoes)
+{
+    BDirectory folder;
+    BNode node;
+    BEntry entry;
+    entry_ref ref;
+    BString text;
+    char buffer[B_ATTR_NAME_LENGTH];
+    attr_info info;
+    EXPECT_EQ(node.Unlock(), B_FILE_ERROR);
+    EXPECT_EQ(node.Sync(), B_FILE_ERROR);
+    EXPECT_EQ(node.ReadAttr("x", 0, 0, buffer, 1), B_FILE_ERROR);
+    EXPECT_EQ(node.RemoveAttr("x"), B_FILE_ERROR);
+    EXPECT_EQ(node.RenameAttr("x", "y"), B_FILE_ERROR);
+    EXPECT_EQ(node.GetAttrInfo("x", &info), B_FILE_ERROR);
+    EXPECT_EQ(node.RewindAttrs(), B_FILE_ERROR);
+    EXPECT_EQ(node.ReadAttrString("x", &text), B_FILE_ERROR);
+    EXPECT_EQ(node.SetPermissions(0600), B_FILE_ERROR);
+    EXPECT_EQ(errno, EBADF);
+    struct stat stat;
+    EXPECT_EQ(node.GetStat(&stat), B_NO_INIT);
+    EXPECT_EQ(folder.GetNextEntry(&entry), B_FILE_ERROR);
+    EXPECT_EQ(folder.GetNextRef(&ref), B_FILE_ERROR);
+    EXPECT_EQ(folder.Rewind(), B_FILE_ERROR);
+    EXPECT_EQ(folder.GetEntry(&entry), B_NO_INIT);
+    EXPECT_EQ(folder.FindEntry("x", &entry), B_BAD_VALUE);
+    EXPECT_EQ(BEntry(&folder, "x").InitCheck(), B_BAD_VALUE);
+    EXPECT_EQ(folder.CreateFile("x", nullptr), B_FILE_ERROR);
+    EXPECT_EQ(folder.CreateDirectory("x", nullptr), B_FILE_ERROR);
+}
+
+TEST_F(Files, LinksThatLeadInACircleSaySoWhoeverFollowsThem)
+{
+    ASSERT_EQ(symlink("loop", At("/loop").c_str()), 0);
+    BDirectory folder(At("").c_str());
+    BEntry entry;
+    EXPECT_EQ(folder.FindEntry("loop", &entry, true), B_LINK_LIMIT);
+    EXPECT_EQ(entry.InitCheck(), B_LINK_LIMIT);
+    EXPECT_EQ(BFile(&entry, B_READ_ONLY).InitCheck(), B_LINK_LIMIT);
+    EXPECT_EQ(folder.GetNextEntry(&entry, true), B_LINK_LIMIT);
+    EXPECT_EQ(entry.InitCheck(), B_LINK_LIMIT);
 }
 
 TEST_F(Files, DirectoriesFindAndCreate)
@@ -257,8 +370,10 @@ TEST_F(Files, DirectoriesFindAndCreate)
     EXPECT_STREQ(entry.Name(), "file");
     EXPECT_EQ(folder.FindEntry("missing", &entry), B_ENTRY_NOT_FOUND);
     EXPECT_EQ(entry.InitCheck(), B_NO_INIT);
-    EXPECT_EQ(folder.FindEntry(nullptr, &entry), B_OK);
-    EXPECT_TRUE(entry.IsDirectory());
+    EXPECT_EQ(folder.FindEntry("file", nullptr), B_BAD_VALUE);
+    EXPECT_EQ(folder.FindEntry("link", &entry), B_OK);
+    EXPECT_EQ(folder.FindEntry(nullptr, &entry), B_BAD_VALUE);
+    EXPECT_EQ(entry.InitCheck(), B_NO_INIT);
     EXPECT_TRUE(folder.Contains("link", B_SYMLINK_NODE));
     EXPECT_FALSE(folder.Contains("link", B_FILE_NODE));
     EXPECT_FALSE(below.Contains(At("/file").c_str()));
@@ -398,7 +513,7 @@ TEST_F(Files, LinksTellWhereTheyLead)
     EXPECT_EQ(absolute.MakeLinkedPath(At("").c_str(), &path), 4);
     BSymLink no_link(At("/dir").c_str());
     EXPECT_EQ(no_link.ReadLink(text, sizeof(text)), B_BAD_VALUE);
-    EXPECT_EQ(BSymLink().ReadLink(text, sizeof(text)), B_NO_INIT);
+    EXPECT_EQ(BSymLink().ReadLink(text, sizeof(text)), B_FILE_ERROR);
 }
 
 TEST_F(Files, CreateDirectoryMakesParentsToo)

@@ -225,6 +225,56 @@ TEST(MimeType, SystemsTypeTakesOwnExtensionsAndGetsItsOldOnesBack)
     }
 }
 
+TEST(MimeType, NamesOfTheDatabasesOwnFilesAreNotInstalled)
+{
+    DesktopFolder folder;
+    ASSERT_EQ(BMimeType("x-test/before").Install(), B_OK);
+    for (const char* own :
+         {"aliases", "generic-icons", "globs", "globs2", "icons", "magic", "mime.cache", "packages",
+          "subclasses", "treemagic", "types", "XMLnamespaces", "version"}) {
+        for (const char* ending : {"", ".new", ".new.new"}) {
+            const std::string type = std::string(own) + ending + "/x";
+            EXPECT_EQ(BMimeType(type.c_str()).Install(), B_BAD_VALUE) << type;
+            EXPECT_FALSE(BMimeType(type.c_str()).IsInstalled()) << type;
+        }
+    }
+    EXPECT_EQ(BMimeType("x-test/magic.new").Install(), B_OK);
+    EXPECT_EQ(BMimeType("magic.newer/x").Install(), B_OK);
+    EXPECT_TRUE(BMimeType("x-test/before").IsInstalled());
+    EXPECT_EQ(output_of("update-mime-database " + folder.At("/home/data/mime") + " 2>&1"), "");
+}
+
+// Files and folders below the database's, without what the desktop's program makes anew each time.
+static std::set<std::string> parts_of_database(const DesktopFolder& folder)
+{
+    std::set<std::string> parts;
+    for (const auto& entry :
+         std::filesystem::recursive_directory_iterator(folder.At("/home/data/mime")))
+        parts.insert(entry.path().string());
+    return parts;
+}
+
+TEST(MimeType, FailedUpdateLeavesTheDatabaseAsItWas)
+{
+    DesktopFolder folder;
+    BMimeType before("x-test/before");
+    ASSERT_EQ(before.Install(), B_OK);
+    ASSERT_EQ(before.SetShortDescription("As it was"), B_OK);
+    const auto parts = parts_of_database(folder);
+    // Something stands where the desktop's program has to write.
+    std::filesystem::create_directories(folder.At("/home/data/mime/magic.new/x"));
+    EXPECT_NE(BMimeType("x-test/fails").Install(), B_OK);
+    EXPECT_NE(before.SetShortDescription("Changed"), B_OK);
+    EXPECT_FALSE(BMimeType("x-test/fails").IsInstalled());
+    std::filesystem::remove_all(folder.At("/home/data/mime/magic.new"));
+    char text[B_MIME_TYPE_LENGTH];
+    EXPECT_EQ(before.GetShortDescription(text), B_OK);
+    EXPECT_STREQ(text, "As it was");
+    EXPECT_EQ(output_of("update-mime-database " + folder.At("/home/data/mime") + " 2>&1"), "");
+    EXPECT_EQ(parts_of_database(folder), parts);
+    EXPECT_EQ(BMimeType("x-test/fails").Install(), B_OK);
+}
+
 TEST(MimeType, NamesThatNoFileCanHaveAreNotInstalled)
 {
     DesktopFolder folder;
@@ -296,6 +346,68 @@ TEST(MimeType, SnifferRuleTellsTheTypeByContent)
     const std::string file = folder.Put("/sniffed", "Vv1v1...Uu2u2");
     EXPECT_EQ(output_of("gio info -a standard::content-type " + file + " | tail -1"),
               "  standard::content-type: x-sniff/t4");
+}
+
+static std::string guess_of(const std::string& bytes)
+{
+    BMimeType guess;
+    EXPECT_EQ(BMimeType::GuessMimeType(bytes.data(), static_cast<int32>(bytes.size()), &guess),
+              B_OK);
+    return guess.Type();
+}
+
+TEST(MimeType, ReplacedSnifferRuleMatchesNoMore)
+{
+    DesktopFolder folder;
+    BMimeType type("x-sniff/changing");
+    ASSERT_EQ(type.SetSnifferRule("0.9 ('Qq1q')"), B_OK);
+    EXPECT_EQ(guess_of("Qq1q..."), "x-sniff/changing");
+    ASSERT_EQ(type.SetSnifferRule("0.9 ('Qq2q')"), B_OK);
+    EXPECT_EQ(guess_of("Qq1q..."), "text/plain");
+    EXPECT_EQ(guess_of(std::string("Qq1q\0", 5)), "application/octet-stream");
+    EXPECT_EQ(guess_of("Qq2q..."), "x-sniff/changing");
+    BMimeType other("x-sniff/other");
+    ASSERT_EQ(other.SetSnifferRule("0.2 [0:2] ('q1q' | 'Q1Q')"), B_OK);
+    EXPECT_EQ(guess_of("Qq1q..."), "x-sniff/other");
+    ASSERT_EQ(type.SetSnifferRule(nullptr), B_OK);
+    EXPECT_EQ(guess_of("Qq2q..."), "text/plain");
+    const std::string file = folder.Put("/sniffed", "Qq2q...");
+    entry_ref ref;
+    ASSERT_EQ(get_ref_for_path(file.c_str(), &ref), B_OK);
+    BMimeType guess;
+    EXPECT_EQ(BMimeType::GuessMimeType(&ref, &guess), B_OK);
+    EXPECT_STREQ(guess.Type(), "text/plain");
+}
+
+TEST(MimeType, PrioritiesAndRangesAreNumbersOfEveryForm)
+{
+    DesktopFolder folder;
+    const struct {
+        const char *rule, *bytes;
+        bool is_match;
+    } kRows[] = {
+        {"+1 ('Nn1n')", "Nn1n", true},
+        {"+.003e2 ('Nn2n')", "Nn2n", true},
+        {"3E-1 ('Nn3n')", "Nn3n", true},
+        {"1. ('Nn4n')", "Nn4n", true},
+        {"+0.9 [+1:+2] ('n5n')", "Nn5n", true},
+        {"0.9 [-3:1] ('n6n')", "Nn6n", true},
+        {"0.9 [-3:0] ('n7n')", "Nn7n", false},
+        {"0.9 [-3:-1] ('Nn8n')", "Nn8n", false},
+        {"0.9 ([-1] 'Nn9n' | [1] 'n9n')", "Nn9n", true},
+    };
+    int number = 0;
+    for (const auto& row : kRows) {
+        const std::string name = "x-sniff/n" + std::to_string(number++);
+        EXPECT_EQ(BMimeType::CheckSnifferRule(row.rule, nullptr), B_OK) << row.rule;
+        EXPECT_EQ(BMimeType(name.c_str()).SetSnifferRule(row.rule), B_OK) << row.rule;
+        EXPECT_EQ(guess_of(row.bytes) == name, row.is_match) << row.rule;
+    }
+    EXPECT_EQ(BMimeType::CheckSnifferRule("-0.0 ('a')", nullptr), B_OK);
+    for (const char* rule :
+         {"-1 ('a')", "-.1 ('a')", "+ ('a')", "1e ('a')", "e1 ('a')", "1e1 ('a')", "0x1 ('a')",
+          "inf ('a')", "0.5 [1:-1] ('a')", "0.5 [-] ('a')", "0.5 [--1] ('a')", "1e999 ('a')"})
+        EXPECT_EQ(BMimeType::CheckSnifferRule(rule, nullptr), B_BAD_MIME_SNIFFER_RULE) << rule;
 }
 
 TEST(MimeType, FaultySnifferRulesSayWhereAndWhy)

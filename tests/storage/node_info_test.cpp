@@ -20,12 +20,17 @@
 #include <cstring>
 #include <filesystem>
 #include <fstream>
+#include <functional>
+#include <iterator>
 #include <memory>
+#include <optional>
 #include <string>
 
 #include <sys/stat.h>
 #include <sys/xattr.h>
 #include <unistd.h>
+
+#include <glib.h>
 
 #include "support/command.h"
 #include "support/desktop_folder.h"
@@ -276,6 +281,32 @@ TEST(Icons, TypesHaveTheThemesIconsForTheirKindToo)
               B_BAD_VALUE);
 }
 
+TEST(Icons, InstalledTypesHaveNoIconOfTheirKindButFilesShowIt)
+{
+    DesktopFolder folder;
+    BMimeType type("text/x-freshly-installed");
+    ASSERT_EQ(type.Install(), B_OK);
+    BMessage extensions;
+    extensions.AddString("extensions", "fresh");
+    type.SetFileExtensions(&extensions);
+    for (const icon_size size : {B_MINI_ICON, B_LARGE_ICON}) {
+        BBitmap icon = icon_bitmap(size), kind = icon_bitmap(size);
+        EXPECT_EQ(type.GetIcon(&icon, size), B_ENTRY_NOT_FOUND);
+        EXPECT_TRUE(is_blank(icon));
+        BNode node(folder.Put("/a.fresh", "x").c_str());
+        EXPECT_EQ(BNodeInfo(&node).GetTrackerIcon(&icon, size), B_OK);
+        EXPECT_EQ(BMimeType("text").GetIcon(&kind, size), B_OK);
+        EXPECT_EQ(memcmp(icon.Bits(), kind.Bits(), static_cast<size_t>(icon.BitsLength())), 0);
+    }
+    for (const icon_size size : {B_MINI_ICON, B_LARGE_ICON}) {
+        BBitmap icon = icon_bitmap(size);
+        const BBitmap red = red_half(size);
+        EXPECT_EQ(type.SetIcon(&red, size), B_OK);
+        EXPECT_EQ(type.GetIcon(&icon, size), B_OK);
+        EXPECT_TRUE(is_red_half(icon));
+    }
+}
+
 TEST(Icons, IconThatIsSetReachesTheDesktopAndGoesAgain)
 {
     DesktopFolder folder;
@@ -331,6 +362,177 @@ TEST(Icons, UsersThemeIsAskedFirstAndItsDrawingsToo)
         EXPECT_EQ(get_named_icon("../mimetypes/text-plain", &icon, size), B_ENTRY_NOT_FOUND);
         EXPECT_EQ(get_named_icon("no-such-icon", &icon, size), B_ENTRY_NOT_FOUND);
     }
+}
+
+static const std::string kSvg =
+    "<svg xmlns='http://www.w3.org/2000/svg' viewBox='0 0 64 64' "
+    "xmlns:xlink='http://www.w3.org/1999/xlink'>";
+static const std::string kRedRect = "<rect id='r' width='32' height='64' fill='#ff0000'/>";
+
+static std::string image(const std::string& address)
+{
+    return kSvg + "<image width='64' height='64' xlink:href='" + address + "'/>" + kRedRect +
+           "</svg>";
+}
+
+static std::string as_data(const char* type, const std::string& bytes)
+{
+    char* text = g_base64_encode(reinterpret_cast<const guchar*>(bytes.data()), bytes.size());
+    const std::string address = std::string("data:") + type + ";base64," + text;
+    g_free(text);
+    return address;
+}
+
+// A PNG file that says how large it is, and no more.
+static std::string png_of_size(uint32 side)
+{
+    const auto number = [](uint32 value) {
+        std::string bytes;
+        for (int shift = 24; shift >= 0; shift -= 8)
+            bytes += static_cast<char>(value >> shift);
+        return bytes;
+    };
+    const std::string head =
+        "IHDR" + number(side) + number(side) + std::string("\x08\x06\0\0\0", 5);
+    uint32 sum = 0xFFFFFFFF;
+    for (const char c : head) {
+        sum ^= static_cast<uint8>(c);
+        for (int bit = 0; bit < 8; bit++)
+            sum = sum >> 1 ^ (sum & 1 ? 0xEDB88320 : 0);
+    }
+    return "\x89PNG\r\n\x1A\n" + number(13) + head + number(~sum);
+}
+
+static std::string repeated(int count, const std::string& text)
+{
+    std::string all;
+    for (int i = 0; i < count; i++)
+        all += text;
+    return all;
+}
+
+// Each draws the one before twice.
+static std::string doubling(int levels)
+{
+    std::string text = kSvg + "<g id='g0'>" + kRedRect + "</g>";
+    for (int i = 1; i <= levels; i++) {
+        const std::string use = "<use xlink:href='#g" + std::to_string(i - 1) + "'/>";
+        text += "<g id='g" + std::to_string(i) + "'>" + use + use + "</g>";
+    }
+    return text + "</svg>";
+}
+
+static std::string utf16(const std::string& text)
+{
+    std::string wide = "\xFF\xFE";
+    for (const char c : text)
+        wide.append(1, c).append(1, '\0');
+    return wide;
+}
+
+class HostileIcons : public testing::Test {
+protected:
+    HostileIcons()
+    {
+        std::filesystem::create_directories(fFolder.At(kPlace));
+        fFolder.Put("/home/data/icons/hicolor/index.theme",
+                    "[Icon Theme]\nName=Hicolor\nDirectories=any/mimetypes\n[any/mimetypes]\n"
+                    "Size=48\nType=Scalable\nMinSize=8\nMaxSize=256\n");
+    }
+    // A type of its own with that file for its icon.
+    status_t Load(const std::string& ending, const std::function<void(const std::string&)>& make)
+    {
+        const std::string name = "hostile" + std::to_string(fNumber++);
+        make(fFolder.At(kPlace + "/x-icons-" + name + ending));
+        BMimeType type(("x-icons/" + name).c_str());
+        EXPECT_EQ(type.SetShortDescription("x"), B_OK);
+        fIcon.emplace(BRect(0, 0, 31, 31), B_RGBA32);
+        return type.GetIcon(&*fIcon, B_LARGE_ICON);
+    }
+    status_t LoadBytes(const std::string& ending, const std::string& bytes)
+    {
+        return Load(ending, [&](const std::string& path) { std::ofstream(path) << bytes; });
+    }
+
+    static inline const std::string kPlace = "/home/data/icons/hicolor/any/mimetypes";
+    DesktopFolder fFolder;
+    std::optional<BBitmap> fIcon;
+    int fNumber = 0;
+};
+
+TEST_F(HostileIcons, AreNoIcons)
+{
+    const std::string pictures =
+        repeated(20, "<image xlink:href='" + as_data("image/png", png_of_size(8)) + "'/>");
+    const std::pair<const char*, std::string> kFiles[] = {
+        {".svg", doubling(30)},
+        {".svg", kSvg + "<g id='a'><use xlink:href='#b'/></g><g id='b'><use xlink:href='#a'/></g>"
+                        "</svg>"},
+        {".svg", kSvg + repeated(100000, "<g>") + repeated(100000, "</g>") + "</svg>"},
+        {".svg", kSvg + repeated(60000, "<g/>") + "</svg>"},
+        {".svg", kSvg + kRedRect + repeated(1 << 20, " ") + "</svg>"},
+        {".svg", image("/dev/zero")},
+        {".svg", image("file:///etc/passwd")},
+        {".svg", image(as_data("image/svg+xml", kSvg + kRedRect + "</svg>"))},
+        {".svg", image(as_data("image/png", kSvg + kRedRect + "</svg>"))},
+        {".svg", image(as_data("image/png", png_of_size(30000)))},
+        {".svg", kSvg + pictures + "</svg>"},
+        {".svg", "<!DOCTYPE svg [<!ENTITY a 'aaaaaaaaaa'><!ENTITY b '&a;&a;&a;&a;'>]>" + kSvg +
+                     kRedRect + "<desc>&b;</desc></svg>"},
+        {".svg", "<!DOCTYPE svg [<!ENTITY t SYSTEM '/dev/zero'>]>" + kSvg + "&t;</svg>"},
+        {".svg", "<?xml version='1.0'?><?xml-stylesheet type='text/css' href='/dev/zero'?>" + kSvg +
+                     kRedRect + "</svg>"},
+        {".svg", utf16("<?xml version='1.0' encoding='UTF-16'?>" + kSvg +
+                       "<text x='1' y='30'>T</text></svg>")},
+        {".svg", kSvg + kRedRect},  // ends too early
+        {".png", png_of_size(30000)},
+        {".png", ""},
+        {".xpm", "/* XPM */ static char* x[] = {\"30000 30000 1 1\", \"a c #ff0000\"};"},
+    };
+    for (const auto& [ending, bytes] : kFiles)
+        EXPECT_EQ(LoadBytes(ending, bytes), B_ENTRY_NOT_FOUND) << bytes.substr(0, 300);
+    // What a drawing looks like that was compressed, whatever its name says.
+    for (const char* ending : {".svg", ".png"}) {
+        EXPECT_EQ(Load(ending,
+                       [&](const std::string& path) {
+                           std::ofstream(fFolder.At("/plain")) << kSvg << kRedRect << "</svg>";
+                           output_of("gzip -c " + fFolder.At("/plain") + " > " + path);
+                       }),
+                  B_ENTRY_NOT_FOUND);
+    }
+}
+
+TEST_F(HostileIcons, OnlyRegularFilesAreRead)
+{
+    EXPECT_EQ(Load(".png", [](const std::string& path) { mkfifo(path.c_str(), 0600); }),
+              B_ENTRY_NOT_FOUND);
+    for (const char* target : {"/dev/zero", "/dev/full", "/proc/self/mem", "/tmp"}) {
+        EXPECT_EQ(
+            Load(".svg",
+                 [&](const std::string& path) { ASSERT_EQ(symlink(target, path.c_str()), 0); }),
+            B_ENTRY_NOT_FOUND)
+            << target;
+    }
+}
+
+TEST_F(HostileIcons, WhatIsHarmlessIsDrawnAllTheSame)
+{
+    const BBitmap red = red_half(B_LARGE_ICON);
+    ASSERT_EQ(BMimeType("x-icons/red").SetIcon(&red, B_LARGE_ICON), B_OK);
+    std::ifstream file(fFolder.At("/home/data/icons/hicolor/32x32/mimetypes/beos-x-icons-red.png"));
+    const std::string png(std::istreambuf_iterator<char>(file), {});
+    ASSERT_FALSE(png.empty());
+    const std::string picture = kSvg + "<image width='64' height='64' xlink:href='" +
+                                as_data("image/png", png) + "'/></svg>";
+    for (const std::string& text :
+         {picture, doubling(8),
+          "<?xml version='1.0'?><!DOCTYPE svg PUBLIC '-//W3C//DTD SVG 1.1//EN' 'svg11.dtd'>" +
+              kSvg + "<!-- red --><defs>" + kRedRect + "</defs><use xlink:href='#r'/></svg>"}) {
+        EXPECT_EQ(LoadBytes(".svg", text), B_OK) << text.substr(0, 300);
+        EXPECT_TRUE(is_red_half(*fIcon)) << text.substr(0, 300);
+    }
+    EXPECT_EQ(LoadBytes(".png", png), B_OK);
+    EXPECT_TRUE(is_red_half(*fIcon));
 }
 
 TEST(Icons, BrowserShowsTheIconOfApplicationVolumeAndTarget)

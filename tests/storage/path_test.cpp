@@ -189,7 +189,7 @@ TEST_F(Storage, DirectoriesListTheirEntries)
 
     EXPECT_EQ(BDirectory(At("/dir/file").c_str()).InitCheck(), B_NOT_A_DIRECTORY);
     EXPECT_EQ(BDirectory(At("/none").c_str()).InitCheck(), B_ENTRY_NOT_FOUND);
-    EXPECT_EQ(BDirectory().CountEntries(), B_NO_INIT);
+    EXPECT_EQ(BDirectory().CountEntries(), B_FILE_ERROR);
     EXPECT_TRUE(BDirectory("/").IsRootDirectory());
 }
 
@@ -215,6 +215,6 @@ TEST_F(Storage, PathsAndEntriesStartAtADirectory)
     EXPECT_TRUE(node.IsFile());
     EXPECT_TRUE(link.IsSymLink());
     EXPECT_EQ(node.Lock(), B_OK);
-    EXPECT_EQ(BNode(&file).Lock(), B_BUSY);
+    EXPECT_EQ(BNode(&file).InitCheck(), B_BUSY);
     EXPECT_EQ(node.Unlock(), B_OK);
 }

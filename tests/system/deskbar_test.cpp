@@ -16,6 +16,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <atomic>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -445,4 +446,75 @@ TEST_F(DeskbarPanels, ABusThatAcceptsAndSaysNothingIsGivenUp)
     EXPECT_EQ(GetPosDeskBar(), PLINTH_DESKBAR_TOP);
     EXPECT_LT(system_time() - before, 20'000'000);
     close(listener);
+}
+
+// A bus whose clients come as far as being let in.
+class SilentBus {
+public:
+    explicit SilentBus(const std::string& path)
+        : fListener(socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0))
+    {
+        struct sockaddr_un address = {};
+        address.sun_family = AF_UNIX;
+        path.copy(address.sun_path, sizeof(address.sun_path) - 1);
+        bind(fListener, reinterpret_cast<sockaddr*>(&address), sizeof(address));
+        listen(fListener, 8);
+        fThread = std::thread([this] { Serve(); });
+    }
+    ~SilentBus()
+    {
+        shutdown(fListener, SHUT_RDWR);
+        fThread.join();
+        for (const int client : fLetIn)
+            close(client);
+        close(fListener);
+    }
+    size_t CountLetIn() const { return fCount; }
+
+private:
+    void Serve()
+    {
+        int client;
+        while ((client = accept(fListener, nullptr, nullptr)) >= 0) {
+            fLetIn.push_back(client);
+            fCount += LetIn(client);
+        }
+    }
+    static bool LetIn(int client)
+    {
+        std::string line;
+        char c;
+        while (read(client, &c, 1) == 1) {
+            if (c != '\n') {
+                line += c != '\0' ? std::string(1, c) : "";
+                continue;
+            }
+            const std::string answer = line.starts_with("AUTH EXTERNAL")
+                                           ? "OK 0123456789abcdef0123456789abcdef\r\n"
+                                       : line.starts_with("AUTH") ? "REJECTED EXTERNAL\r\n"
+                                                                  : "ERROR\r\n";
+            if (line.starts_with("BEGIN"))
+                return true;
+            [[maybe_unused]] ssize_t written = write(client, answer.data(), answer.size());
+            line.clear();
+        }
+        return false;
+    }
+
+    const int fListener;
+    std::vector<int> fLetIn;  // the thread, then its joiner
+    std::atomic<size_t> fCount{0};
+    std::thread fThread;
+};
+
+TEST_F(DeskbarPanels, ABusThatLetsInAndThenIsSilentIsGivenUp)
+{
+    TempFolder folder;
+    SilentBus bus(folder.At(".run/bus"));
+    BPrivate::deskbar_patience().panel = fSaved.panel;
+    const bigtime_t before = system_time();
+    SetPosDeskBar(PLINTH_DESKBAR_TOP);
+    EXPECT_EQ(GetPosDeskBar(), PLINTH_DESKBAR_TOP);
+    EXPECT_LT(system_time() - before, 20'000'000);
+    EXPECT_GE(bus.CountLetIn(), 1u);
 }

@@ -5,12 +5,15 @@
 #include "app/roster/RunningApps.h"
 
 #include <AppFileInfo.h>
+#include <Directory.h>
 #include <File.h>
 #include <Roster.h>
 
 #include <dirent.h>
 #include <errno.h>
 #include <fcntl.h>
+#include <limits.h>
+#include <signal.h>
 #include <stdio.h>
 #include <stdlib.h>
 #include <string.h>
@@ -26,6 +29,7 @@
 #include "app/roster/AppChannel.h"
 #include "app/message/MessageAccess.h"
 #include "app/looper/MessengerAccess.h"
+#include "storage/desktop/FileReplacement.h"
 
 namespace BPrivate {
 
@@ -45,26 +49,41 @@ static bool is_private(const std::string& path)
            (info.st_mode & 077) == 0;
 }
 
-static std::string folder_path()
+// The user's runtime directory if there is one. Else a name below the directory for temporary
+// files, and one in the user's data folder where somebody else has taken that.
+static std::vector<std::string> folder_paths()
 {
     const char* runtime = getenv("XDG_RUNTIME_DIR");
     struct stat info;
-    const bool usable = runtime != nullptr && runtime[0] == '/' && stat(runtime, &info) == 0 &&
-                        S_ISDIR(info.st_mode) && info.st_uid == geteuid();
-    return usable ? std::string(runtime) + "/beos-roster"
-                  : "/tmp/beos-roster-" + std::to_string(geteuid());
+    if (runtime != nullptr && runtime[0] == '/' && stat(runtime, &info) == 0 &&
+        S_ISDIR(info.st_mode) && info.st_uid == geteuid())
+        return {std::string(runtime) + "/beos-roster"};
+    const char* temporary = getenv("TMPDIR");
+    const std::string base = temporary != nullptr && temporary[0] == '/' ? temporary : "/tmp";
+    char host[HOST_NAME_MAX + 1] = "";
+    gethostname(host, sizeof(host) - 1);  // homes may be shared by several
+    return {base + "/beos-roster-" + std::to_string(geteuid()),
+            storage::own_data_folder() + "/roster-" + host};
 }
 
 std::string roster_folder()
 {
-    const std::string folder = folder_path();
-    return is_private(folder) ? folder : "";
+    for (const std::string& folder : folder_paths()) {
+        if (is_private(folder))
+            return folder;
+    }
+    return "";
 }
 
 std::string make_roster_folder()
 {
-    mkdir(folder_path().c_str(), 0700);
-    return roster_folder();
+    for (const std::string& folder : folder_paths()) {
+        create_directory(folder.substr(0, folder.rfind('/')).c_str(), 0700);
+        mkdir(folder.c_str(), 0700);
+        if (is_private(folder))
+            return folder;
+    }
+    return "";
 }
 
 // A line each; the path, which may hold line feeds, to the end.
@@ -146,6 +165,63 @@ static int write_entry(const std::string& folder, const std::string& file, const
     return -1;
 }
 
+// Reads another's file; removes it if its program is gone.
+static bool read_entry(int folder, const char* name, RunningApp* app)
+{
+    const int fd = openat(folder, name, O_RDONLY | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK);
+    if (fd < 0)
+        return false;
+    struct flock lock = whole_file();
+    struct stat info;
+    bool valid = fstat(fd, &info) == 0 && S_ISREG(info.st_mode) && fcntl(fd, F_GETLK, &lock) == 0;
+    if (valid && lock.l_type == F_UNLCK) {
+        for (const char* suffix : {"", ".port", ".messages"})
+            unlinkat(folder, (std::string(name) + suffix).c_str(), 0);
+    }
+    valid = valid && lock.l_type != F_UNLCK && lock.l_pid == app->team;
+    if (valid) {
+        std::string text(kMaxEntry, '\0');
+        const ssize_t length = pread(fd, text.data(), text.size(), 0);
+        valid = length > 0 && from_text(std::string_view(text).substr(0, length), app);
+    }
+    close(fd);
+    return valid;
+}
+
+static bool is_gone(team_id team) { return kill(team, 0) != 0 && errno == ESRCH; }
+
+// Programs that were killed leave names behind: their entries, and what they were about to write.
+static void remove_leftovers(const std::string& path)
+{
+    const int before = errno;
+    DIR* folder = opendir(path.c_str());
+    while (const dirent* entry = folder != nullptr ? readdir(folder) : nullptr) {
+        std::string_view name = entry->d_name;
+        RunningApp app;
+        const bool unfinished = name.starts_with('.');
+        for (const std::string_view mark : {".active-", "."}) {
+            if (name.starts_with(mark))
+                name.remove_prefix(mark.size());
+        }
+        const std::string number(name.substr(0, name.find('.')));
+        std::string_view digits = number;
+        if (!take_number(&digits, &app.team) || app.team <= 0 || app.team == getpid())
+            continue;
+        struct stat info;
+        if (number == entry->d_name)
+            read_entry(dirfd(folder), entry->d_name, &app);
+        else if (is_gone(app.team) &&
+                 (unfinished || fstatat(dirfd(folder), number.c_str(), &info, 0) != 0))
+            unlinkat(dirfd(folder), entry->d_name, 0);
+    }
+    if (folder != nullptr)
+        closedir(folder);
+    const team_id active = active_team();
+    if (active > 0 && is_gone(active))
+        unlink((path + kActive).c_str());
+    errno = before;
+}
+
 void register_app(const char* signature, thread_id thread, int32 looper)
 {
     std::lock_guard hold(sLock);
@@ -159,6 +235,7 @@ void register_app(const char* signature, thread_id thread, int32 looper)
     const std::string folder = make_roster_folder();
     if (folder.empty())
         return;
+    remove_leftovers(folder);
     sOwnFile = folder + "/" + std::to_string(sOwn.team);
     open_channel(folder);
     sOwnDescriptor = write_entry(folder, sOwnFile, as_text(sOwn));
@@ -190,29 +267,6 @@ void unregister_app()
     unlink(sOwnFile.c_str());
     close(sOwnDescriptor);
     sOwnDescriptor = -1;
-}
-
-// Reads another's file; removes it if its program is gone.
-static bool read_entry(int folder, const char* name, RunningApp* app)
-{
-    const int fd = openat(folder, name, O_RDONLY | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK);
-    if (fd < 0)
-        return false;
-    struct flock lock = whole_file();
-    struct stat info;
-    bool valid = fstat(fd, &info) == 0 && S_ISREG(info.st_mode) && fcntl(fd, F_GETLK, &lock) == 0;
-    if (valid && lock.l_type == F_UNLCK) {
-        for (const char* suffix : {"", ".port", ".messages"})
-            unlinkat(folder, (std::string(name) + suffix).c_str(), 0);
-    }
-    valid = valid && lock.l_type != F_UNLCK && lock.l_pid == app->team;
-    if (valid) {
-        std::string text(kMaxEntry, '\0');
-        const ssize_t length = pread(fd, text.data(), text.size(), 0);
-        valid = length > 0 && from_text(std::string_view(text).substr(0, length), app);
-    }
-    close(fd);
-    return valid;
 }
 
 std::vector<RunningApp> running_apps()

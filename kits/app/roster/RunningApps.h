@@ -25,8 +25,9 @@ struct RunningApp {
     std::string path;  // of the executable
 };
 
-// The folder: "roster" below the user's runtime directory, else a private one below /tmp. Empty
-// if there is none that nobody else can write to.
+// The folder: "beos-roster" below the user's runtime directory, else a private one below the
+// directory for temporary files, else one in the user's data folder. Empty if there is none that
+// nobody else can write to.
 std::string roster_folder();
 std::string make_roster_folder();
 

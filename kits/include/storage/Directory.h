@@ -44,7 +44,7 @@ public:
     // Without "." and ".."; leaves the scan where it is. Negative: a status code.
     virtual int32 CountEntries();
     // `path` may also be absolute. `dir`, `file` and `link` may be null; else they are set to what
-    // was created.
+    // was created, and unset if nothing was.
     status_t CreateDirectory(const char* path, BDirectory* dir);
     // Empties a file that is there, unless that is to fail (B_FILE_EXISTS).
     status_t CreateFile(const char* path, BFile* file, bool failIfExists = false);

@@ -13,7 +13,8 @@ struct StorageAccess;
 
 // Names an entry of a directory, whether it exists or not. The numbers alone do not lead back to
 // the directory on this host: it is found if the kit met it before in this process, as it has for
-// every ref that the kits hand out, and nobody moved it since but this kit or where that watches.
+// every one of the latest thousands of refs that the kits hand out, and nobody moved it since but
+// this kit or where that watches.
 struct entry_ref {
     entry_ref();
     entry_ref(dev_t dev, ino_t dir, const char* name);

@@ -79,7 +79,8 @@ public:
     bool IsInstalled() const;
 
     // `icon` is `size` pixels square, of any colour space. The icon that was set, else the one of
-    // the user's icon theme for the type or its kind; B_ENTRY_NOT_FOUND without any.
+    // the user's icon theme for the type, or for its kind if the system brings the type;
+    // B_ENTRY_NOT_FOUND without any.
     status_t GetIcon(BBitmap* icon, icon_size size) const;
     // The vector icon that was set, in memory for the caller to delete[].
     status_t GetIcon(uint8** _data, size_t* _size) const;

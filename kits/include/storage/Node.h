@@ -29,7 +29,8 @@ struct node_ref {
 
 // An existing file, directory or link, held open: it stays the same node when its entry moves or
 // goes. A link is the node itself, never what it names. Nothing of the node need be readable to
-// hold it. Failures also leave the host's number in errno. One thread at a time.
+// hold it. Failures also leave the host's number in errno; what needs a node that is set answers
+// B_FILE_ERROR without one. One thread at a time.
 //
 // Attributes are the host's extended attributes of the user's namespace, "user.NAME", and other
 // programs see them: text without its terminator, all else byte for byte. A type that the value
@@ -54,7 +55,8 @@ public:
     status_t SetTo(const BDirectory* dir, const char* path);
     void Unset();
 
-    // Keeps other programs' locks away until Unlock() or Unset(). B_BUSY if one is there.
+    // Until Unlock() or Unset() nobody else can open or lock the node: B_BUSY, here too if somebody
+    // has locked it. Who has it open keeps it; another program's BNode may still name it.
     status_t Lock();
     status_t Unlock();
     status_t Sync();

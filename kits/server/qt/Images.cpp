@@ -4,24 +4,39 @@
 
 #include <QBuffer>
 #include <QByteArray>
-#include <QFile>
-#include <QGuiApplication>
 #include <QImage>
 #include <QImageReader>
 
+#include <fcntl.h>
 #include <string.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
-#include <algorithm>
+#include "server/qt/DrawingCheck.h"
 
 namespace server {
 
-static const qint64 kLargestFile = 16 * 1024 * 1024;  // bytes
-static const int kLargestImage = 4096;                // pixels across
+static const off_t kLargestFile = 16 * 1024 * 1024;  // bytes
+static const qsizetype kLargestDrawing = 1024 * 1024;
 
-// Text in a drawing needs fonts, and Qt ends a process that asks for them without an application.
-static bool asks_for_fonts(const QByteArray& bytes)
+// The bytes of a regular file; empty for all else, whatever is behind its name.
+static QByteArray read_file(const std::string& path)
 {
-    return QCoreApplication::instance() == nullptr && bytes.contains("<text");
+    const int fd = open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY);
+    struct stat info;
+    QByteArray bytes;
+    if (fd >= 0 && fstat(fd, &info) == 0 && S_ISREG(info.st_mode) && info.st_size <= kLargestFile) {
+        bytes.resize(static_cast<qsizetype>(info.st_size));
+        qsizetype size = 0;
+        ssize_t more;
+        while (size < bytes.size() &&
+               (more = read(fd, bytes.data() + size, static_cast<size_t>(bytes.size() - size))) > 0)
+            size += more;
+        bytes.truncate(size);
+    }
+    if (fd >= 0)
+        close(fd);
+    return bytes;
 }
 
 static QImage fitted(const QImage& image, int size)
@@ -37,20 +52,16 @@ static QImage fitted(const QImage& image, int size)
 
 bool ReadIconFile(const std::string& path, int32 size, std::vector<uint32>* pixels)
 {
-    QFile file(QString::fromLocal8Bit(path.c_str()));
-    if (size <= 0 || !file.open(QIODevice::ReadOnly) || file.size() > kLargestFile)
-        return false;
-    QByteArray bytes = file.readAll();
+    QByteArray bytes = size > 0 ? read_file(path) : QByteArray();
     QBuffer buffer(&bytes);
     QImageReader reader(&buffer);
-    const QByteArray format = reader.format();
-    if (format.startsWith("svg")) {
-        if (path.ends_with(".svgz") || asks_for_fonts(bytes))
+    if (reader.format() == "svg") {
+        if (bytes.size() > kLargestDrawing || !is_harmless_drawing(bytes))
             return false;
         const QSize natural = reader.size();
         reader.setScaledSize(natural.isEmpty() ? QSize(size, size)
                                                : natural.scaled(size, size, Qt::KeepAspectRatio));
-    } else if (std::max(reader.size().width(), reader.size().height()) > kLargestImage) {
+    } else if (!is_harmless_picture(bytes)) {
         return false;
     }
     QImage image = reader.read();

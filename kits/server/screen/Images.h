@@ -10,9 +10,9 @@ namespace server {
 
 // Image files. Any thread; no display is needed.
 
-// Reads an image of any format that the host knows, drawings too, at `size` by `size` pixels:
-// smaller ones stand in the middle, larger ones are made to fit. The pixels are B_RGBA32. False if
-// that is no image.
+// Reads an image, or a drawing, at `size` by `size` pixels: smaller ones stand in the middle,
+// larger ones are made to fit. The pixels are B_RGBA32. False if that is no regular file with an
+// image, or with one that would take more than an icon may.
 bool ReadIconFile(const std::string& path, int32 size, std::vector<uint32>* pixels);
 
 // The bytes of a PNG file with these B_RGBA32 pixels.

@@ -10,6 +10,9 @@
 #include <cmath>
 #include <cstring>
 #include <mutex>
+#include <string_view>
+
+#include "support/ValidUTF8.h"
 
 namespace server {
 
@@ -45,9 +48,12 @@ constexpr Range kSimple[] = {
 constexpr Range kRightToLeft[] = {
     {0x0590, 0x08FF}, {0xFB1D, 0xFDFF}, {0xFE70, 0xFEFE}, {0x10800, 0x10FFF}, {0x1E800, 0x1EFFF},
 };
+// What is seen of the controls behind ASCII, which in most texts are stray bytes.
+constexpr uint32 kReplacement = 0xFFFD;
+
 // Signs that steer the layout and are never seen themselves.
 constexpr Range kInvisible[] = {
-    {0x0000, 0x0008}, {0x000A, 0x001F}, {0x007F, 0x009F},   {0x034F, 0x034F}, {0x061C, 0x061C},
+    {0x0000, 0x0008}, {0x000A, 0x001F}, {0x007F, 0x007F},   {0x034F, 0x034F}, {0x061C, 0x061C},
     {0x180B, 0x180E}, {0x200B, 0x200F}, {0x2028, 0x202E},   {0x2060, 0x206F}, {0xFE00, 0xFE0F},
     {0xFEFF, 0xFEFF}, {0xFFF9, 0xFFFB}, {0xE0000, 0xE0FFF},
 };
@@ -85,18 +91,6 @@ bool is_mark(uint32 code)
     }
 }
 
-// What Latin-1 leaves to control codes, filled as Windows does: a stray byte is seen.
-constexpr uint16 kHighControls[32] = {
-    0x20AC, 0xFFFD, 0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021, 0x02C6, 0x2030, 0x0160,
-    0x2039, 0x0152, 0xFFFD, 0x017D, 0xFFFD, 0xFFFD, 0x2018, 0x2019, 0x201C, 0x201D, 0x2022,
-    0x2013, 0x2014, 0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0xFFFD, 0x017E, 0x0178,
-};
-
-uint32 latin1(uint8 byte)
-{
-    return byte >= 0x80 && byte < 0xA0 ? kHighControls[byte - 0x80] : byte;
-}
-
 // The upper half of a single-byte encoding.
 const uint32* upper_half(uint8 encoding)
 {
@@ -117,7 +111,7 @@ const uint32* upper_half(uint8 encoding)
             if (converter == reinterpret_cast<iconv_t>(-1) ||
                 iconv(converter, &in, &inLeft, &out, &outLeft) != 0 || outLeft != 0) {
                 iconv(converter, nullptr, nullptr, nullptr, nullptr);
-                tables[encoding][i] = latin1(static_cast<uint8>(byte));
+                tables[encoding][i] = static_cast<uint8>(byte);
             }
         }
         if (converter != reinterpret_cast<iconv_t>(-1))
@@ -375,21 +369,8 @@ int32 NextCharacter(const FontSpec& font, const char* text, int32 length, uint32
         *code = table[lead - 128];
         return 1;
     }
-    int32 size = lead >= 0xF0 ? 4 : lead >= 0xE0 ? 3 : 2;
-    if (lead >= 0xC2 && lead <= 0xF4 && size <= length) {
-        uint32 value = lead & (0x7F >> size);
-        int32 i = 1;
-        for (; i < size && (bytes[i] & 0xC0) == 0x80; i++)
-            value = value << 6 | (bytes[i] & 0x3F);
-        constexpr uint32 kLeast[] = {0, 0, 0x80, 0x800, 0x10000};
-        if (i == size && value >= kLeast[size] && value <= 0x10FFFF &&
-            (value < 0xD800 || value > 0xDFFF)) {
-            *code = value;
-            return size;
-        }
-    }
-    *code = latin1(lead);
-    return 1;
+    const std::string_view rest(text, static_cast<size_t>(length));
+    return static_cast<int32>(BPrivate::next_character(rest, code));
 }
 
 int32 TextLength(const char* text, int32 length)
@@ -437,7 +418,7 @@ void LayOut(const FontSpec& spec, const char* text, int32 length, const escapeme
         uint32 code;
         at += NextCharacter(spec, text + at, length - at, &code);
         characters[count] = {};
-        characters[count].code = code;
+        characters[count].code = code >= 0x80 && code < 0xA0 ? kReplacement : code;
         simple = simple && is_simple(code);
     }
     layout->advances.assign(static_cast<size_t>(count), 0.0f);

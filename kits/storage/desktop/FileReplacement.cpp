@@ -2,6 +2,7 @@
 
 #include "storage/desktop/FileReplacement.h"
 
+#include <dirent.h>
 #include <errno.h>
 #include <fcntl.h>
 #include <limits.h>
@@ -40,12 +41,36 @@ UsersLock::UsersLock(const char* name)
     errno = before;
 }
 
+// What stands between a file's name and the team that is about to replace it.
+static const char* const kNewMark = ".beos-";
+
+// Removes what programs that were killed have left beside a file.
+static void remove_leftovers(const std::string& target)
+{
+    const int before = errno;
+    const std::string start = target.substr(target.rfind('/') + 1) + kNewMark;
+    DIR* folder = opendir(folder_of(target).c_str());
+    while (const struct dirent* entry = folder != nullptr ? readdir(folder) : nullptr) {
+        const std::string name = entry->d_name;
+        if (!name.starts_with(start))
+            continue;
+        const pid_t team = atoi(name.c_str() + start.size());
+        if (team > 0 && kill(team, 0) != 0 && errno == ESRCH)
+            unlinkat(dirfd(folder), name.c_str(), 0);
+    }
+    if (folder != nullptr)
+        closedir(folder);
+    errno = before;
+}
+
 // A file beside another until it takes that one's place; removed if it never does.
 class NewFile {
 public:
     NewFile(const std::string& target, mode_t mode)
-        : fName(target + ".XXXXXX"), fFd(mkostemp(fName.data(), O_CLOEXEC))
+        : fName(target + kNewMark + std::to_string(getpid()) + ".XXXXXX")
     {
+        remove_leftovers(target);
+        fFd = mkostemp(fName.data(), O_CLOEXEC);
         if (fFd >= 0)
             fchmod(fFd, mode);
     }
@@ -96,7 +121,7 @@ public:
 
 private:
     std::string fName;
-    int fFd;
+    int fFd = -1;
 };
 
 status_t replace_file(const std::string& path, const std::string& bytes)

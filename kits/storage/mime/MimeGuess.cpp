@@ -4,12 +4,21 @@
 
 #include <errno.h>
 #include <fcntl.h>
+#include <string.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
+#include <string_view>
+
 #include <gio/gio.h>
 
+#include <SupportDefs.h>
+
+#include "storage/mime/MimeNotes.h"
+#include "storage/mime/MimeTypeRecords.h"
 #include "storage/mime/SharedMime.h"
+#include "storage/mime/SnifferRule.h"
 
 namespace storage {
 
@@ -25,6 +34,58 @@ static std::string guess(const char* name, const void* bytes, size_t size, bool*
     g_free(type);
     *uncertain = is_uncertain;
     return copy;
+}
+
+// ---- Rules that GIO still has
+
+// GIO goes on for seconds with rules that were replaced; ours are known at once.
+static bool is_outdated(const std::string& type, std::string_view bytes)
+{
+    const auto notes = MimeNotes::Get();
+    const auto text = notes->Find(type, keys::kSnifferRule);
+    SnifferRule rule;
+    if (text && parse_sniffer_rule(text->c_str(), &rule, nullptr) == B_OK)
+        return !magic_of(rule).empty() && !matches(rule, bytes);
+    return notes->Contains(type) && SharedMime::Get()->IsOwn(type);  // it has no rule
+}
+
+static std::string guess_by_own_rules(std::string_view bytes)
+{
+    const auto notes = MimeNotes::Get();
+    std::string best;
+    double best_priority = -1.0;
+    for (const std::string& type : notes->Types()) {
+        const auto text = notes->Find(type, keys::kSnifferRule);
+        SnifferRule rule;
+        if (text && parse_sniffer_rule(text->c_str(), &rule, nullptr) == B_OK &&
+            rule.priority > best_priority && matches(rule, bytes)) {
+            best = type;
+            best_priority = rule.priority;
+        }
+    }
+    return best;
+}
+
+static bool is_text(std::string_view bytes)
+{
+    return std::none_of(bytes.begin(), bytes.end(), [](char c) {
+        return (static_cast<uint8>(c) < ' ' && strchr("\b\t\n\f\r\x1B", c) == nullptr) || c == '\0';
+    });
+}
+
+// By bytes, and by a name if there is one.
+static std::string guess_content(const char* name, const void* data, size_t size)
+{
+    bool uncertain = false;
+    const std::string type = guess(name, data, size, &uncertain);
+    const std::string by_name = name != nullptr ? guess(name, nullptr, 0, &uncertain) : kUnknown;
+    const std::string_view bytes(static_cast<const char*>(data), size);
+    if (type == by_name || !is_outdated(type, bytes))
+        return type;
+    const std::string own = guess_by_own_rules(bytes);
+    if (!own.empty() || by_name != kUnknown)
+        return own.empty() ? by_name : own;
+    return is_text(bytes) ? "text/plain" : kUnknown;
 }
 
 static size_t read_start(const std::string& path, char* bytes, size_t size)
@@ -47,7 +108,7 @@ static std::string guess_regular(const std::string& path, const std::string& nam
         return type == kUnknown ? "application/x-zerosize" : type;
     char bytes[kLookedAt];
     const size_t length = read_start(path, bytes, sizeof(bytes));
-    return length > 0 ? guess(name.c_str(), bytes, length, &uncertain) : type;
+    return length > 0 ? guess_content(name.c_str(), bytes, length) : type;
 }
 
 std::string guess_type_of_file(const std::string& path, const std::string& name)
@@ -95,8 +156,7 @@ std::string guess_type_of_name(const std::string& name)
 
 std::string guess_type_of_bytes(const void* bytes, size_t size)
 {
-    bool uncertain = false;
-    return guess(nullptr, bytes, size, &uncertain);
+    return guess_content(nullptr, bytes, size);
 }
 
 }  // namespace storage

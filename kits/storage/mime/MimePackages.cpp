@@ -40,12 +40,27 @@ static bool is_plain_text(const std::string& text)
            std::none_of(text.begin(), text.end(), is_control);
 }
 
+// What the desktop's program has in the folder of the database, beside the supertypes' folders. It
+// writes each file with ".new" behind its name first.
+static const char* const kDatabasesOwn[] = {
+    "aliases",  "generic-icons", "globs",     "globs2", "icons",         "magic",   "mime.cache",
+    "packages", "subclasses",    "treemagic", "types",  "xmlnamespaces", "version",
+};
+
+static bool is_databases_own(std::string supertype)
+{
+    while (supertype.ends_with(".new"))
+        supertype.resize(supertype.size() - strlen(".new"));
+    return std::find(std::begin(kDatabasesOwn), std::end(kDatabasesOwn), supertype) !=
+           std::end(kDatabasesOwn);
+}
+
 bool can_be_packaged(const std::string& type)
 {
     // The supertype is a folder beside that of the packages, the subtype a file in it.
     const size_t slash = type.find('/');
     return slash != std::string::npos && type[0] != '.' && type[slash + 1] != '.' &&
-           lower_case(type.substr(0, slash)) != "packages" && is_plain_text(type);
+           !is_databases_own(lower_case(type.substr(0, slash))) && is_plain_text(type);
 }
 
 bool is_extension(const std::string& extension)
@@ -92,26 +107,6 @@ static status_t update_database()
     return status;
 }
 
-status_t write_package(const MimePackage& package)
-{
-    if (!can_be_packaged(package.type))
-        return fail(EINVAL);
-    const std::string path = package_path(package.type);
-    const bool existed = access(path.c_str(), F_OK) == 0;
-    const std::string former = read_text_file(path);
-    status_t status = replace_file(path, xml_of(package));
-    if (status != B_OK)
-        return status;
-    status = update_database();
-    if (status == B_OK && SharedMime::Get()->Contains(package.type))
-        return B_OK;
-    if (existed)
-        replace_file(path, former);
-    else
-        unlink(path.c_str());
-    return status != B_OK ? status : fail(EIO);
-}
-
 // The desktop's program leaves the descriptions of types that are gone, but for supertypes that it
 // knows.
 static void remove_description(const std::string& type)
@@ -127,9 +122,34 @@ static void remove_description(const std::string& type)
 
 static status_t update_database_without(const std::string& type)
 {
-    status_t status = update_database();
+    const status_t status = update_database();
+    remove_description(type);
+    return status;
+}
+
+status_t write_package(const MimePackage& package)
+{
+    if (!can_be_packaged(package.type))
+        return fail(EINVAL);
+    const std::string path = package_path(package.type);
+    const bool existed = access(path.c_str(), F_OK) == 0;
+    const std::string former = read_text_file(path);
+    status_t status = replace_file(path, xml_of(package));
+    if (status != B_OK)
+        return status;
+    status = update_database();
+    if (status == B_OK && SharedMime::Get()->Contains(package.type))
+        return B_OK;
+    // Back to what was there, in the package as in what may have come of it.
     if (status == B_OK)
-        remove_description(type);
+        status = fail(EIO);
+    const int number = errno;
+    if (existed)
+        replace_file(path, former);
+    else
+        unlink(path.c_str());
+    update_database_without(package.type);
+    errno = number;
     return status;
 }
 

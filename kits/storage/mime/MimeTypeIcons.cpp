@@ -44,7 +44,9 @@ status_t BMimeType::GetIcon(BBitmap* icon, icon_size size) const
         names.push_back(*own);
     const auto database = SharedMime::Get();
     if (database->Contains(fType)) {
-        for (const std::string& name : database->IconNames(fType))
+        // The theme's drawing for a kind says nothing of a type that a program has installed.
+        for (const std::string& name :
+             database->IsOwn(fType) ? database->OwnIconNames(fType) : database->IconNames(fType))
             names.push_back(name);
     } else if (const ApplicationRef application = find_application(fType)) {
         names.push_back(application->icon);

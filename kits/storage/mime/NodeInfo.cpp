@@ -22,6 +22,7 @@
 #include "storage/mime/InfoAttributes.h"
 #include "storage/mime/MimeGuess.h"
 #include "storage/mime/MimeNames.h"
+#include "storage/mime/SharedMime.h"
 #include "storage/StorageAccess.h"
 #include "storage/desktop/ThemeIcons.h"
 
@@ -173,6 +174,8 @@ static status_t get_type_icon(const BNodeInfo& node, BBitmap* icon, icon_size wh
         return B_OK;
     if (mime.GetPreferredApp(signature) == B_OK &&
         BMimeType(signature).GetIconForType(type, icon, which) == B_OK)
+        return B_OK;
+    if (load_theme_icon(SharedMime::Get()->IconNames(type), icon, which) == B_OK)
         return B_OK;
     BMimeType supertype;
     return mime.GetSupertype(&supertype) == B_OK ? supertype.GetIcon(icon, which) : fail(ENOENT);

@@ -171,16 +171,22 @@ std::vector<std::string> SharedMime::Extensions(std::string_view type) const
     return all_of(fExtensions, lower_case(CanonicalName(type)));
 }
 
-std::vector<std::string> SharedMime::IconNames(std::string_view type) const
+std::vector<std::string> SharedMime::OwnIconNames(std::string_view type) const
 {
-    const std::string name = lower_case(CanonicalName(type));
     std::vector<std::string> icons;
-    const auto own = fIcons.find(name);
+    const auto own = fIcons.find(lower_case(CanonicalName(type)));
     if (own != fIcons.end())
         icons.push_back(own->second);
     std::string plain = CanonicalName(type);
     std::replace(plain.begin(), plain.end(), '/', '-');
     icons.push_back(plain);
+    return icons;
+}
+
+std::vector<std::string> SharedMime::IconNames(std::string_view type) const
+{
+    const std::string name = lower_case(CanonicalName(type));
+    std::vector<std::string> icons = OwnIconNames(type);
     const auto generic = fGenericIcons.find(name);
     if (generic != fGenericIcons.end())
         icons.push_back(generic->second);

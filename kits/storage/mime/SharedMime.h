@@ -30,7 +30,8 @@ public:
     std::vector<std::string> Parents(std::string_view type) const;
     // Without the dot, the most usual first.
     std::vector<std::string> Extensions(std::string_view type) const;
-    // Names of icons in the theme, the type's own first, then those for its kind.
+    // Names of icons in the theme: the type's own, and behind these those for its kind.
+    std::vector<std::string> OwnIconNames(std::string_view type) const;
     std::vector<std::string> IconNames(std::string_view type) const;
     // All, sorted.
     const std::vector<std::string>& Types() const { return fTypes; }

@@ -9,7 +9,10 @@
 #include <stdlib.h>
 #include <string.h>
 
+#include <algorithm>
 #include <utility>
+
+#include <glib.h>
 
 #include <StorageDefs.h>
 
@@ -31,6 +34,7 @@ private:
     bool _Fail(const char* what);
     void _SkipSpace();
     bool _Take(char c);
+    size_t _SkipDigits();
     bool _ReadPriority(double* priority);
     bool _ReadNumber(int32* number);
     bool _ReadRange(SnifferPattern* pattern);
@@ -73,24 +77,35 @@ bool Parser::_Take(char c)
     return true;
 }
 
+size_t Parser::_SkipDigits()
+{
+    const char* const start = fAt;
+    while (isdigit(static_cast<uint8>(*fAt)))
+        fAt++;
+    return static_cast<size_t>(fAt - start);
+}
+
 bool Parser::_ReadPriority(double* priority)
 {
     _SkipSpace();
-    // Not strtod, which reads by the locale.
-    double scale = 1.0;
-    bool point = false;
-    const char* start = fAt;
-    *priority = 0.0;
-    for (; isdigit(static_cast<uint8>(*fAt)) || (*fAt == '.' && !point); fAt++) {
-        if (*fAt == '.') {
-            point = true;
-            continue;
-        }
-        scale = point ? scale / 10.0 : scale;
-        *priority = point ? *priority + (*fAt - '0') * scale : *priority * 10.0 + (*fAt - '0');
+    const char* const start = fAt;
+    if (*fAt == '+' || *fAt == '-')
+        fAt++;
+    size_t digits = _SkipDigits();
+    if (*fAt == '.') {
+        fAt++;
+        digits += _SkipDigits();
     }
-    if (fAt == start || (point && fAt == start + 1))
+    if (digits == 0)
         return _Fail("a priority is missing");
+    if (*fAt == 'e' || *fAt == 'E') {
+        fAt += fAt[1] == '+' || fAt[1] == '-' ? 2 : 1;
+        if (_SkipDigits() == 0)
+            return _Fail("an exponent is missing");
+    }
+    *priority = g_ascii_strtod(std::string(start, fAt).c_str(), nullptr);
+    if (*priority < 0.0)
+        return _Fail("the priority is less than 0");
     if (*priority > 1.0)
         return _Fail("the priority is more than 1");
     return isspace(static_cast<uint8>(*fAt)) || *fAt == '(' || *fAt == '[' || *fAt == '\0'
@@ -101,6 +116,9 @@ bool Parser::_ReadPriority(double* priority)
 bool Parser::_ReadNumber(int32* number)
 {
     _SkipSpace();
+    const bool is_negative = *fAt == '-';
+    if (is_negative || *fAt == '+')
+        fAt++;
     if (!isdigit(static_cast<uint8>(*fAt)))
         return _Fail("a number is missing");
     int64 value = 0;
@@ -109,7 +127,7 @@ bool Parser::_ReadNumber(int32* number)
         if (value > INT_MAX)
             return _Fail("the number is too large");
     }
-    *number = static_cast<int32>(value);
+    *number = static_cast<int32>(is_negative ? -value : value);
     return true;
 }
 
@@ -267,6 +285,44 @@ status_t parse_sniffer_rule(const char* text, SnifferRule* rule, std::string* er
     return B_BAD_MIME_SNIFFER_RULE;
 }
 
+// ---- By itself
+
+static uint8 folded(char c, bool ignore_case)
+{
+    return static_cast<uint8>(ignore_case ? g_ascii_tolower(c) : c);
+}
+
+static bool matches_at(const SnifferPattern& pattern, std::string_view bytes)
+{
+    if (bytes.size() < pattern.bytes.size())
+        return false;
+    for (size_t i = 0; i < pattern.bytes.size(); i++) {
+        const uint8 mask = pattern.mask.empty() ? 0xFF : static_cast<uint8>(pattern.mask[i]);
+        if ((folded(bytes[i], pattern.ignore_case) & mask) !=
+            (folded(pattern.bytes[i], pattern.ignore_case) & mask))
+            return false;
+    }
+    return true;
+}
+
+static bool matches(const SnifferPattern& pattern, std::string_view bytes)
+{
+    const int64 end = std::min<int64>(pattern.last, static_cast<int64>(bytes.size()));
+    for (int64 at = std::max(pattern.first, 0); at <= end; at++) {
+        if (matches_at(pattern, bytes.substr(static_cast<size_t>(at))))
+            return true;
+    }
+    return false;
+}
+
+bool matches(const SnifferRule& rule, std::string_view bytes)
+{
+    return std::all_of(rule.lists.begin(), rule.lists.end(), [&](const auto& list) {
+        return std::any_of(list.begin(), list.end(),
+                           [&](const SnifferPattern& pattern) { return matches(pattern, bytes); });
+    });
+}
+
 // ---- In the desktop's terms
 
 static std::string escaped(const std::string& bytes)
@@ -299,7 +355,8 @@ static std::string match_of(const SnifferPattern& given)
     std::string bytes = pattern.bytes;
     for (size_t i = 0; i < pattern.mask.size(); i++)
         bytes[i] = static_cast<char>(bytes[i] & pattern.mask[i]);
-    std::string text = "<match type=\"string\" offset=\"" + std::to_string(pattern.first);
+    std::string text =
+        "<match type=\"string\" offset=\"" + std::to_string(std::max(pattern.first, 0));
     if (pattern.last > pattern.first)
         text.append(":").append(std::to_string(pattern.last));
     text.append("\" value=\"").append(escaped(bytes)).append("\"");
@@ -327,14 +384,17 @@ static std::string matches_of(const SnifferRule& rule, size_t index)
 
 std::string magic_of(const SnifferRule& rule)
 {
+    // Nothing begins before the first byte.
+    SnifferRule possible = rule;
     size_t leaves = 1;
-    for (const auto& list : rule.lists) {
+    for (auto& list : possible.lists) {
+        std::erase_if(list, [](const SnifferPattern& pattern) { return pattern.last < 0; });
         leaves *= list.size();
-        if (leaves > kMaxMatches)
+        if (leaves == 0 || leaves > kMaxMatches)
             return "";
     }
     return "<magic priority=\"" + std::to_string(lround(rule.priority * 100.0)) + "\">" +
-           matches_of(rule, 0) + "</magic>";
+           matches_of(possible, 0) + "</magic>";
 }
 
 }  // namespace storage

@@ -18,8 +18,10 @@
 
 namespace server {
 
-// Against programs that send without an end, or as if there were none.
-static const size_t kMostBytes = 256 << 20;
+// Against programs that send without an end, or as if there were none. A picture of 4096 pixels
+// across and down takes that many bytes.
+static const size_t kMostBytes = 64 << 20;
+static const bigtime_t kLongestRead = 10000000;
 static const bigtime_t kHurryAfter = 2000000;
 static const size_t kSlowest = 64 << 10;  // bytes a second
 
@@ -285,11 +287,12 @@ void X11Clipboard::_Sync()
     free(reply);
 }
 
-// Handles events until the condition holds; false after a silence.
+// Handles events until the condition holds; false after a silence, or when all of it takes too
+// long.
 template <class Condition>
 bool X11Clipboard::_WaitFor(Condition condition)
 {
-    bigtime_t deadline = system_time() + kClipboardPatience;
+    bigtime_t deadline = std::min(system_time() + kClipboardPatience, fReadEnd);
     uint32 progress = fProgress;
     for (;;) {
         _HandleEvents();
@@ -297,7 +300,7 @@ bool X11Clipboard::_WaitFor(Condition condition)
             return true;
         const bigtime_t now = system_time();
         if (std::exchange(progress, fProgress) != progress)
-            deadline = now + kClipboardPatience;
+            deadline = std::min(now + kClipboardPatience, fReadEnd);
         if (now >= deadline || xcb_connection_has_error(fConnection) != 0)
             return false;
         xcb_flush(fConnection);
@@ -311,6 +314,7 @@ status_t X11Clipboard::ReadNow(const std::vector<std::string>& types, ClipboardF
     status_t status = B_ENTRY_NOT_FOUND;
     uint32 changes;
     int tries = 0;
+    fReadEnd = system_time() + kLongestRead;
     do {
         _Sync();
         changes = fChanges;
@@ -383,7 +387,10 @@ status_t X11Clipboard::_Convert(xcb_atom_t selection, xcb_atom_t target, xcb_ato
     if (fRefused)
         return B_ENTRY_NOT_FOUND;
     fPieces = 0;  // the value that announces pieces is not one
+    bytes->clear();
     *type = _TakeProperty(bytes);
+    if (bytes->size() > kMostBytes)
+        return B_NO_MEMORY;
     if (*type == fAtoms->Find("INCR")) {
         const status_t status = _ReadPieces(bytes);
         if (status != B_OK)
@@ -406,7 +413,7 @@ status_t X11Clipboard::_ReadPieces(std::string* bytes)
     const uint32 changes = fChanges;
     const bigtime_t start = system_time();
     bytes->clear();
-    std::string piece;
+    size_t size;
     do {
         if (!_WaitFor([&] { return fPieces > 0 || fChanges != changes; }))
             return B_TIMED_OUT;
@@ -415,27 +422,30 @@ status_t X11Clipboard::_ReadPieces(std::string* bytes)
         const bigtime_t elapsed = system_time() - start;
         if (elapsed > kHurryAfter && bytes->size() < kSlowest * size_t(elapsed) / 1000000)
             return B_TIMED_OUT;
+        fPieces = 0;
+        size = bytes->size();
+        _TakeProperty(bytes);
         if (bytes->size() > kMostBytes)
             return B_NO_MEMORY;
-        fPieces = 0;
-        _TakeProperty(&piece);
-        bytes->append(piece);
-    } while (!piece.empty());
+    } while (bytes->size() > size);
     return B_OK;
 }
 
-// Returns the type of what it took off, none for nothing.
+// Adds a value to `bytes`, which may be a few more than the most then, but never many. Returns the
+// type of what it took off, none for nothing.
 xcb_atom_t X11Clipboard::_TakeProperty(std::string* bytes)
 {
-    const uint32_t kAll = 0x1fffffff;
-    auto cookie = xcb_get_property(fConnection, 1, fRequestors[fRequestor], fProperty,
-                                   XCB_GET_PROPERTY_TYPE_ANY, 0, kAll);
+    const xcb_window_t window = fRequestors[fRequestor];
+    const auto words = uint32_t((kMostBytes - std::min(bytes->size(), kMostBytes)) / 4 + 1);
+    auto cookie =
+        xcb_get_property(fConnection, 1, window, fProperty, XCB_GET_PROPERTY_TYPE_ANY, 0, words);
     auto* reply = xcb_get_property_reply(fConnection, cookie, nullptr);
-    bytes->clear();
     if (reply == nullptr)
         return XCB_ATOM_NONE;
     const xcb_atom_t type = reply->type;
-    bytes->assign(static_cast<char*>(xcb_get_property_value(reply)),
+    if (reply->bytes_after > 0)  // the X server keeps what was not read whole
+        xcb_delete_property(fConnection, window, fProperty);
+    bytes->append(static_cast<char*>(xcb_get_property_value(reply)),
                   size_t(xcb_get_property_value_length(reply)));
     free(reply);
     return type;
@@ -458,6 +468,7 @@ void X11Clipboard::_SaveWithManager()
     const std::vector<xcb_atom_t> targets = fOffer->Targets();
     xcb_change_property(fConnection, XCB_PROP_MODE_REPLACE, fRequestors[fRequestor], fProperty,
                         XCB_ATOM_ATOM, 32, uint32_t(targets.size()), targets.data());
+    fReadEnd = system_time() + kLongestRead;
     xcb_atom_t type;
     std::string bytes;
     _Convert(manager, fAtoms->Find("SAVE_TARGETS"), &type, &bytes);

@@ -90,6 +90,7 @@ private:
     xcb_atom_t fTarget = XCB_ATOM_NONE;
     bool fAnswered = false, fRefused = false;
     uint32 fPieces = 0;
+    bigtime_t fReadEnd = 0;  // of the whole question, however many answers it takes
     xcb_atom_t fSelection = XCB_ATOM_NONE, fProperty = XCB_ATOM_NONE;
 };
 

@@ -7,6 +7,8 @@
 #include <cstring>
 #include <utility>
 
+#include "support/ValidUTF8.h"
+
 namespace server {
 
 static const size_t kLargestPiece = 256 * 1024;
@@ -34,13 +36,10 @@ std::string latin1_to_utf8(const std::string& text)
 {
     std::string result;
     for (char c : text) {
-        const auto byte = static_cast<uint8>(c);
-        if (byte < 0x80) {
+        if (static_cast<uint8>(c) < 0x80)
             result += c;
-        } else {
-            result += char(0xC0 | byte >> 6);
-            result += char(0x80 | (byte & 0x3F));
-        }
+        else
+            BPrivate::append_latin1(static_cast<uint8>(c), &result);
     }
     return result;
 }
@@ -73,7 +72,7 @@ std::vector<xcb_atom_t> X11Offer::Targets()
     std::vector<xcb_atom_t> targets;
     for (const char* name : {"TARGETS", "TIMESTAMP", "MULTIPLE"})
         targets.push_back(fAtoms.Find(name));
-    for (const ClipboardForm& form : fForms) {
+    for (const ClipboardForm& form : *fForms) {
         if (form.type == kTextForm) {
             for (const char* name : kX11TextTargets)
                 targets.push_back(fAtoms.Find(name));
@@ -129,7 +128,7 @@ bool X11Offer::_ConvertMultiple(xcb_window_t window, xcb_atom_t property)
 
 bool X11Offer::_Convert(xcb_window_t window, xcb_atom_t target, xcb_atom_t property)
 {
-    if (property == XCB_ATOM_NONE || fForms.empty())
+    if (property == XCB_ATOM_NONE || fForms->empty())
         return false;
     if (target == fAtoms.Find("TARGETS")) {
         const std::vector<xcb_atom_t> targets = Targets();
@@ -143,46 +142,49 @@ bool X11Offer::_Convert(xcb_window_t window, xcb_atom_t target, xcb_atom_t prope
         return true;
     }
     xcb_atom_t type;
-    std::string bytes;
-    if (!_Render(target, &type, &bytes))
+    Bytes bytes = _Render(target, &type);
+    if (bytes == nullptr)
         return false;
     _Send(window, property, type, std::move(bytes));
     return true;
 }
 
-bool X11Offer::_Render(xcb_atom_t target, xcb_atom_t* type, std::string* bytes)
+// Null for what is not offered.
+X11Offer::Bytes X11Offer::_Render(xcb_atom_t target, xcb_atom_t* type)
 {
     *type = target;
-    for (const ClipboardForm& form : fForms) {
+    for (const ClipboardForm& form : *fForms) {
         if (form.type != kTextForm) {
             if (target != fAtoms.Find(form.type))
                 continue;
-            *bytes = form.bytes;
-            return true;
+            return Bytes(fForms, &form.bytes);
         }
         if (std::none_of(std::begin(kX11TextTargets), std::end(kX11TextTargets),
                          [&](const char* name) { return target == fAtoms.Find(name); }))
             continue;
         if (target == fAtoms.Find("TEXT"))  // the owner's choice
             *type = fAtoms.Find("UTF8_STRING");
-        *bytes = target == XCB_ATOM_STRING ? utf8_to_latin1(form.bytes) : form.bytes;
-        return true;
+        if (target != XCB_ATOM_STRING)
+            return Bytes(fForms, &form.bytes);
+        if (fLatin1 == nullptr)
+            fLatin1 = std::make_shared<const std::string>(utf8_to_latin1(form.bytes));
+        return fLatin1;
     }
-    return false;
+    return nullptr;
 }
 
-void X11Offer::_Send(xcb_window_t window, xcb_atom_t property, xcb_atom_t type, std::string bytes)
+void X11Offer::_Send(xcb_window_t window, xcb_atom_t property, xcb_atom_t type, Bytes bytes)
 {
-    if (bytes.size() <= fPiece) {
+    if (bytes->size() <= fPiece) {
         xcb_change_property(fConnection, XCB_PROP_MODE_REPLACE, window, property, type, 8,
-                            uint32_t(bytes.size()), bytes.data());
+                            uint32_t(bytes->size()), bytes->data());
         return;
     }
     // Asked for once more into the same place: the first one will not be taken any longer.
     std::erase_if(fTransfers, [&](const Transfer& transfer) {
         return transfer.window == window && transfer.property == property;
     });
-    const auto size = uint32_t(std::min<size_t>(bytes.size(), UINT32_MAX));
+    const auto size = uint32_t(std::min<size_t>(bytes->size(), UINT32_MAX));
     fTransfers.push_back({window, property, type, std::move(bytes), 0, system_time()});
     _Listen(window);
     xcb_change_property(fConnection, XCB_PROP_MODE_REPLACE, window, property, fAtoms.Find("INCR"),
@@ -208,9 +210,9 @@ void X11Offer::PieceTaken(xcb_window_t window, xcb_atom_t property)
     });
     if (transfer == fTransfers.end())
         return;
-    const size_t length = std::min(fPiece, transfer->bytes.size() - transfer->sent);
+    const size_t length = std::min(fPiece, transfer->bytes->size() - transfer->sent);
     xcb_change_property(fConnection, XCB_PROP_MODE_REPLACE, window, property, transfer->type, 8,
-                        uint32_t(length), transfer->bytes.data() + transfer->sent);
+                        uint32_t(length), transfer->bytes->data() + transfer->sent);
     transfer->sent += length;
     transfer->since = system_time();
     if (length == 0) {

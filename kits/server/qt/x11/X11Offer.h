@@ -26,12 +26,13 @@ public:
     // From `since` on, a time of the X server, these forms are handed out.
     void Set(ClipboardForms forms, xcb_timestamp_t since)
     {
-        fForms = std::move(forms);
+        fForms = std::make_shared<const ClipboardForms>(std::move(forms));
+        fLatin1 = nullptr;
         fSince = since;
     }
     // Somebody else has the clipboard. What is on its way gets there.
-    void Clear() { fForms.clear(); }
-    const ClipboardForms& Forms() const { return fForms; }
+    void Clear() { Set({}, XCB_CURRENT_TIME); }
+    const ClipboardForms& Forms() const { return *fForms; }
     // Everything that may be asked for.
     std::vector<xcb_atom_t> Targets();
 
@@ -45,24 +46,27 @@ public:
     void DropStalled();
 
 private:
+    // Whoever asks for a form gets the same bytes: they lie in the memory but once.
+    using Bytes = std::shared_ptr<const std::string>;
     struct Transfer {
         xcb_window_t window;
         xcb_atom_t property, type;
-        std::string bytes;
+        Bytes bytes;
         size_t sent;
         bigtime_t since;  // the last sign of life
     };
 
     bool _Convert(xcb_window_t window, xcb_atom_t target, xcb_atom_t property);
     bool _ConvertMultiple(xcb_window_t window, xcb_atom_t property);
-    bool _Render(xcb_atom_t target, xcb_atom_t* type, std::string* bytes);
-    void _Send(xcb_window_t window, xcb_atom_t property, xcb_atom_t type, std::string bytes);
+    Bytes _Render(xcb_atom_t target, xcb_atom_t* type);
+    void _Send(xcb_window_t window, xcb_atom_t property, xcb_atom_t type, Bytes bytes);
     void _Listen(xcb_window_t window);
 
     xcb_connection_t* fConnection;
     X11Atoms& fAtoms;
     size_t fPiece;  // bytes that go at once
-    ClipboardForms fForms;
+    std::shared_ptr<const ClipboardForms> fForms = std::make_shared<const ClipboardForms>();
+    Bytes fLatin1;  // the text form so; null until somebody wants it
     xcb_timestamp_t fSince = XCB_CURRENT_TIME;
     std::vector<Transfer> fTransfers;
 };
