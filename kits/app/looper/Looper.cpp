@@ -26,6 +26,7 @@
 #include "app/looper/Tokens.h"
 
 using BPrivate::current_thread;
+using BPrivate::LooperRef;
 using BPrivate::LooperSlot;
 using BPrivate::LooperTable;
 using BPrivate::MessageAccess;
@@ -61,6 +62,7 @@ struct LooperLoop {
     };
 
 private:
+    static void ReleaseHeld(void*);
     static void Turn(BLooper* looper, LooperSlot* slot, int32 token, BMessage* message);
 };
 
@@ -106,8 +108,17 @@ void LooperLoop::Turn(BLooper* looper, LooperSlot* slot, int32 token, BMessage* 
     delete message;
 }
 
+// A loop may end in the middle of a call that holds loopers, and below a function that can not be
+// unwound: what would have given them back does not run then.
+void LooperLoop::ReleaseHeld(void*)
+{
+    for (const LooperRef& ref : LooperTable::List())
+        ref.slot->lock.UnlockAll();
+}
+
 status_t LooperLoop::ThreadEntry(void* data)
 {
+    on_exit_thread(ReleaseHeld, nullptr);
     const Start start = *static_cast<Start*>(data);
     delete static_cast<Start*>(data);
     Run(start.looper, start.slot, start.token);

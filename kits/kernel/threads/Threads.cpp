@@ -47,9 +47,28 @@ static Registry& registry()
 
 static constinit thread_local Thread* tSelf __attribute__((tls_model("initial-exec"))) = nullptr;
 
+static void leave(Thread* self);
+
+// Takes a thread out of the registry when the host ends it: one that the kit did not start, and one
+// whose stack could not be unwound, because a frame of it has no tables for that. The end of the
+// main thread is that of the process.
+static pthread_key_t end_of_thread()
+{
+    static const pthread_key_t key = [] {
+        pthread_key_t made;
+        pthread_key_create(&made, [](void* self) {
+            if (tSelf == self && tSelf->id != getpid())
+                leave(tSelf);
+        });
+        return made;
+    }();
+    return key;
+}
+
 // Registers the calling thread.
 static void enter(const std::shared_ptr<Thread>& thread)
 {
+    pthread_setspecific(end_of_thread(), thread.get());
     thread->id = gettid();
     thread->handle = pthread_self();
     tSelf = thread.get();
@@ -96,18 +115,6 @@ static void leave(Thread* self)
     tSelf = nullptr;  // tThread stays: what ends after this may still use locks
 }
 
-// Takes a thread that the kit did not start out of the registry when it ends.
-struct ForeignEnd {
-    bool armed = false;
-    ~ForeignEnd()
-    {
-        if (armed && tSelf != nullptr && tSelf->id != getpid())
-            leave(tSelf);
-    }
-};
-
-static thread_local ForeignEnd tForeignEnd;
-
 static void arm_signal();
 
 Thread* current()
@@ -121,7 +128,6 @@ Thread* current()
     thread->gate = 1;
     arm_signal();
     enter(thread);
-    tForeignEnd.armed = true;
     return tSelf;
 }
 
@@ -188,10 +194,14 @@ static std::string host_name(const Thread& thread)
     return std::string(thread.name, strnlen(thread.name, 15));
 }
 
-// A thread's whole life. However it ends, by return or by unwinding, ~Life() is the last of it.
+// A thread's whole life. Where it ends by return or by unwinding, ~Life() is the last of it.
 struct Life {
     std::shared_ptr<Thread> self;
-    ~Life() { leave(self.get()); }
+    ~Life()
+    {
+        if (tSelf == self.get())
+            leave(self.get());
+    }
 };
 
 static void* run_thread(void* argument)
