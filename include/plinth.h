@@ -6,8 +6,11 @@
  * Objects are named by idents, integers that the call which creates them hands out. Failure is
  * silent: an unknown ident or a wrong kind makes a call do nothing and return 0, -1, false, null
  * or "". Where no thread is named, a call belongs to the program's main thread; handlers run on
- * the thread of their window, with the window locked. Text results live in a ring of sixteen
- * slots or in a buffer of their function: never free them, and copy what is kept.
+ * the thread of their window, with the window locked. A call of another thread for that window
+ * waits until the handler has ended. Handlers may use one another's windows: where two of them
+ * would wait for each other, one lets the other have its window for the call that is waiting, and
+ * goes on with both. Text results live in a ring of sixteen slots or in a buffer of their function:
+ * never free them, and copy what is kept.
  *
  * A target, the first argument of every drawing call, is a window's ident, -1 for the window that
  * SetDefaultGfx named, or the address of a view. */
@@ -335,8 +338,9 @@ int32_t OpenWindow(int32_t x, int32_t y, int32_t width, int32_t height);
 
 /* Closes a window without asking its close handler, and ends the application with the last one. A
    handler that closes its own window ends there, but for PLINTH_HIDDEN while the window is being
-   closed. Another thread waits until the window's handler has ended: two handlers that close each
-   other's windows wait for ever. An unknown ident does nothing. Any thread. */
+   closed. A handler that closes another window goes on at once: that window is unknown then, and
+   goes when its own handler has ended. Any other thread waits for that. An unknown ident does
+   nothing. Any thread. */
 void CloseWindow(int32_t ident);
 
 /* Stores the handler of one event, or null for none; see the slots above. It is called as a C

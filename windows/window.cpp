@@ -99,11 +99,31 @@ MyWinClass::~MyWinClass()
         leave_behind(fRaster);
         return;
     }
-    if (remove_window(this) == WindowRemoval::LastOne)
+    _Unlist();
+    if (fWasLast)
         quit_application();
     delete fTopView;
     delete fOffscreenView;
     delete fRaster;
+}
+
+void MyWinClass::_Unlist()
+{
+    if (remove_window(this) == WindowRemoval::LastOne)
+        fWasLast = true;
+}
+
+void MyWinClass::CloseUnasked()
+{
+    const BLooper* caller = LooperForThread(find_thread(nullptr));
+    if (caller == nullptr || caller == this) {
+        Quit();
+        return;
+    }
+    _Unlist();
+    fIsClosing = true;
+    PostMessage(B_QUIT_REQUESTED);
+    Unlock();
 }
 
 void MyWinClass::LockRaster()
@@ -316,7 +336,8 @@ void MyWinClass::MenusBeginning()
 bool MyWinClass::QuitRequested()
 {
     using Handler = int32_t (*)();
-    Handler handler = is_ending() ? nullptr : HandlerFor<Handler>(kCloseRequested, 1u << kCloseBit);
+    Handler handler =
+        is_ending() || fIsClosing ? nullptr : HandlerFor<Handler>(kCloseRequested, 1u << kCloseBit);
     if (handler != nullptr && static_cast<uint8_t>(handler()) == 0)
         return false;
     MyWinClass* self = this;
@@ -370,7 +391,7 @@ extern "C" void CloseWindow(int32_t ident)
     if (record == nullptr || !lock_window(record->window))
         return;
     if (is_window_ident(ident))
-        record->window->Quit();
+        record->window->CloseUnasked();
     else
         record->window->Unlock();
 }

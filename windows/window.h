@@ -104,6 +104,11 @@ public:
     void MenusBeginning() override;
     bool QuitRequested() override;
 
+    // Closes the window without asking, which is known no more when this returns; gives back the
+    // lock that the caller has. A handler does not wait until it is gone: that may be waiting for
+    // this handler's own window.
+    void CloseUnasked();
+
     // Locks the bitmap, unless it is locked already. Window locked.
     void LockRaster();
     // With `refresh`, and while the top view's refresh mode is on, the rectangle is drawn to the
@@ -157,6 +162,11 @@ private:
     bool _Holds(const BView* view) const;
     void _ChooseMenuItem(BMessage* message);
 
+    // Takes the record out of the registry, if that was not done.
+    void _Unlist();
+
+    bool fWasLast = false;     // of the registry, when it was taken out
+    bool fIsClosing = false;   // by CloseUnasked()
     bool fIsHiding = false;    // in Hide(), which calls a handler
     bool fIsQuitting = false;  // in Quit(), which hides
 };

@@ -1,13 +1,164 @@
-// Locks of windows. Any thread.
+// Locks of windows, taken so that threads which want one another's all get them. Any thread.
+//
+// A handler runs with its own window locked. If it wants a window whose handler wants, perhaps over
+// others in between, the first one's, all of them would wait for ever. So whoever waits says for
+// what, and looks now and then whether the circle closes at the window that it came with: then it
+// gives that one up until it can have both. The handler goes on with both, as ever, but others may
+// have drawn into its window meanwhile.
 
 #include "windows/window_lock.h"
 
+#include "windows/window.h"
+
+#include <Autolock.h>
+#include <Bitmap.h>
+#include <Locker.h>
 #include <View.h>
-#include <Window.h>
 
 #include <utility>
 
-bool lock_window(BWindow* window) { return window != nullptr && window->Lock(); }
+static const bigtime_t kLookAgain_us = 10'000;
+
+// One thread that waits, on its own stack.
+struct Wait {
+    thread_id thread;
+    BLooper* looper;
+    Wait* next;
+};
+
+static Wait* sWaits;  // waits_lock()
+
+static BLocker& waits_lock()
+{
+    static auto* const lock = new BLocker("waits");
+    return *lock;
+}
+
+namespace {
+
+class Waiting {
+public:
+    explicit Waiting(BLooper* looper) : fWait{find_thread(nullptr), looper, nullptr}
+    {
+        BAutolock lock(waits_lock());
+        fWait.next = std::exchange(sWaits, &fWait);
+    }
+    ~Waiting()
+    {
+        BAutolock lock(waits_lock());
+        Wait** place = &sWaits;
+        while (*place != &fWait)
+            place = &(*place)->next;
+        *place = fWait.next;
+    }
+    Waiting(const Waiting&) = delete;
+
+    // True if the thread waits for what waits, in the end, for `held`, which it holds.
+    bool ClosesCircleAt(const BLooper* held) const;
+
+private:
+    Wait fWait;
+};
+
+}  // namespace
+
+static const Wait* wait_of(thread_id thread)
+{
+    const Wait* wait = sWaits;
+    while (wait != nullptr && wait->thread != thread)
+        wait = wait->next;
+    return wait;
+}
+
+bool Waiting::ClosesCircleAt(const BLooper* held) const
+{
+    BAutolock lock(waits_lock());
+    const Wait* wait = &fWait;
+    // A circle that this thread is not in has no end.
+    for (int steps = 0; wait != nullptr && steps < 1000; steps++) {
+        const thread_id holder = wait->looper->LockingThread();
+        if (holder == fWait.thread)
+            return wait->looper == held;
+        wait = wait_of(holder);
+    }
+    return false;
+}
+
+static bool is_taken(status_t status) { return status == B_TIMED_OUT || status == B_WOULD_BLOCK; }
+
+namespace {
+
+// Gives up a looper that the calling thread holds, with the bitmap of a window, and takes all of it
+// back at its end, once the looper is held again.
+class GivenUp {
+public:
+    explicit GivenUp(BLooper* looper) : fLooper(looper), fLevels(looper->CountLocks())
+    {
+        auto* window = dynamic_cast<MyWinClass*>(looper);
+        if (window != nullptr && window->fRaster != nullptr && window->fRaster->IsLocked()) {
+            fRaster = window->fRaster;
+            fRaster->Unlock();
+        }
+        for (int32 i = 0; i < fLevels; i++)
+            fLooper->Unlock();
+    }
+    ~GivenUp()
+    {
+        for (int32 i = 1; i < fLevels; i++)
+            fLooper->Lock();
+        if (fRaster != nullptr)
+            fRaster->Lock();
+    }
+    GivenUp(const GivenUp&) = delete;
+
+private:
+    BLooper* const fLooper;
+    const int32 fLevels;
+    BBitmap* fRaster = nullptr;
+};
+
+}  // namespace
+
+// Takes both, one of which is held already, without waiting for either while it holds the other.
+// False, with `held` alone, if the window is gone.
+static bool take_both(BLooper* held, BLooper* wanted)
+{
+    const GivenUp given_up(held);
+    BLooper* first = wanted;
+    BLooper* second = held;
+    bool both = false;
+    while (first->Lock()) {
+        both = second->LockWithTimeout(0) == B_OK;
+        if (both)
+            break;
+        first->Unlock();
+        std::swap(first, second);
+    }
+    if (!both)
+        held->Lock();
+    return both;
+}
+
+static bool wait_for(BLooper* wanted)
+{
+    BLooper* const own = BLooper::LooperForThread(find_thread(nullptr));
+    const Waiting waiting(wanted);
+    for (;;) {
+        const status_t status = wanted->LockWithTimeout(kLookAgain_us);
+        if (!is_taken(status))
+            return status == B_OK;
+        if (own != nullptr && own->IsLocked() && waiting.ClosesCircleAt(own))
+            return take_both(own, wanted);
+    }
+}
+
+bool lock_window(BWindow* window)
+{
+    if (window == nullptr)
+        return false;
+    const status_t status = window->LockWithTimeout(0);
+    return status == B_OK || (is_taken(status) && wait_for(window));
+}
 
 WindowLock::WindowLock(BWindow* window) : fWindow(lock_window(window) ? window : nullptr) {}
 

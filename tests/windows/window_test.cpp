@@ -397,6 +397,93 @@ TEST_F(Windows, AViewThatIsGoneGetsNoFocusAgain)
     platform->Unlock();
 }
 
+// Windows in a ring, each of whose handlers draws into the next one's.
+class DrawingRing {
+public:
+    static const int kMost = 3;
+
+    explicit DrawingRing(int count)
+    {
+        sCount = count;
+        sInside = 0;
+        sDone = 0;
+        for (int i = 0; i < count; i++) {
+            fWindows.push_back(std::make_unique<TestWindow>(100 + 250 * i, 100, 199, 149));
+            sIdents[i] = fWindows[i]->Ident();
+        }
+        fWindows[0]->Handle(PLINTH_MOUSE_DOWN, draw_into_next<0>);
+        fWindows[1]->Handle(PLINTH_MOUSE_DOWN, draw_into_next<1>);
+        if (count > 2)
+            fWindows[2]->Handle(PLINTH_MOUSE_DOWN, draw_into_next<2>);
+        for (const auto& window : fWindows)
+            window->Click(5, 5);
+    }
+
+    static bool IsDone() { return sDone == sCount; }
+    // What the handlers drew is there.
+    static bool IsDrawn(int index)
+    {
+        return GetPixel(sIdents[index], 20, 20) != GetPixel(sIdents[index], 60, 60);
+    }
+
+private:
+    template <int index>
+    static void draw_into_next(int32_t, int32_t, int32_t, int32_t)
+    {
+        sInside++;
+        while (sInside < sCount)
+            snooze(100);
+        const int32_t next = sIdents[(index + 1) % sCount];
+        for (int i = 0; i < 200; i++) {
+            FRectangle(next, 0, 0, 20, 20);
+            FRectangle(sIdents[index], 30, 30, 10, 10);
+        }
+        sDone++;
+    }
+
+    static inline std::atomic<int> sCount, sInside, sDone;
+    static inline int32_t sIdents[kMost];
+    std::vector<std::unique_ptr<TestWindow>> fWindows;
+};
+
+TEST_F(Windows, HandlersThatDrawIntoOneAnothersWindowsAllGoOn)
+{
+    for (int count : {2, 3}) {
+        const DrawingRing ring(count);
+        ASSERT_TRUE(eventually(DrawingRing::IsDone)) << count;
+        for (int i = 0; i < count; i++)
+            EXPECT_TRUE(DrawingRing::IsDrawn(i)) << i << " of " << count;
+    }
+}
+
+TEST_F(Windows, HandlersThatCloseOneAnothersWindowsBothGoOn)
+{
+    static std::atomic<int> inside, done;
+    static int32_t idents[2];
+    inside = done = 0;
+    const auto close_other = [](int index) {
+        inside++;
+        while (inside < 2)
+            snooze(100);
+        CloseWindow(idents[1 - index]);
+        EXPECT_FALSE(is_window_ident(idents[1 - index]));
+        done++;
+    };
+    static const auto close = close_other;
+    TestWindow first(100, 100), second(400, 100);
+    idents[0] = first;
+    idents[1] = second;
+    first.Handle(
+        PLINTH_MOUSE_DOWN, +[](int32_t, int32_t, int32_t, int32_t) { close(0); });
+    second.Handle(
+        PLINTH_MOUSE_DOWN, +[](int32_t, int32_t, int32_t, int32_t) { close(1); });
+    first.Handle(
+        PLINTH_CLOSE_REQUESTED, +[] { return 0; });
+    first.Click(5, 5);
+    second.Click(5, 5);
+    EXPECT_TRUE(eventually([] { return done == 2 && be_app->CountWindows() == 0; }));
+}
+
 TEST_F(Windows, SlotsOutOfRangeStoreNothing)
 {
     TestWindow window;
