@@ -1,12 +1,16 @@
 // Numbered file channels over the C library's buffered streams. Main thread; the registry's lock
-// is held to change their list, so that the end of the process finds what is open.
+// is held to change their list, so that the end of the process finds what is open, and each channel
+// says while a call uses it.
 
 #include "plinth.h"
 #include "runtime/registry.h"
 #include "runtime/strings.h"
 #include "runtime/trace.h"
 
+#include <OS.h>
+
 #include <algorithm>
+#include <atomic>
 #include <errno.h>
 #include <iterator>
 #include <stdio.h>
@@ -16,17 +20,23 @@
 
 static const int kLineSize = 256;  // with the terminator
 static const bigtime_t kFlushPatience_us = 1'000'000;
+static const bigtime_t kLongTime_us = 1'000'000'000;
+
+enum ChannelUse : int32_t { kUnused, kInUse, kClosed };
 
 struct FileRecord {
     static const RegistrySlot kSlot = kFiles;
 
     FILE* stream;
     int32_t ident;
+    int32_t use;  // ChannelUse, by atomic_ref
 };
 
 int32_t dos_err = 0;  // main thread
 
 static FileRecord* sRecent[64];  // main thread; records found last, by their idents' low bits
+// The thread that flushes all channels at the end of the process: no other uses them from then on.
+static std::atomic<thread_id> sFlusher = 0;
 
 // Streams belong to one thread, so their locks are left out where the C library lets us.
 template <class Stream>
@@ -71,12 +81,14 @@ static FileRecord*& recent(int32_t ch)
     return sRecent[static_cast<uint32_t>(ch) % std::size(sRecent)];
 }
 
-static FileRecord* look_up(int32_t ch)
+static FileRecord* look_up(int32_t ch, const char* call)
 {
     RegistryLock registry;
     auto* record = find_record<FileRecord>(registry, ch);
     if (record != nullptr)
         recent(ch) = record;
+    else
+        show_dbg(kNoSuchChannel, ch, call);
     return record;
 }
 
@@ -84,13 +96,63 @@ static FileRecord* look_up(int32_t ch)
 static inline FileRecord* FindFile(int32_t ch, const char* call)
 {
     FileRecord* record = recent(ch);
-    if (record != nullptr && record->ident == ch)
-        return record;
-    record = look_up(ch);
-    if (record == nullptr)
-        show_dbg(kNoSuchChannel, ch, call);
-    return record;
+    return record != nullptr && record->ident == ch ? record : look_up(ch, call);
 }
+
+static std::atomic_ref<int32_t> use_of(FileRecord* record)
+{
+    return std::atomic_ref<int32_t>(record->use);
+}
+
+// A thread of the program's that comes too late stays here.
+[[gnu::cold]] static void wait_at_gate(FileRecord* record)
+{
+    if (find_thread(nullptr) == sFlusher.load())
+        return;
+    use_of(record).store(kUnused);
+    for (;;)
+        snooze(kLongTime_us);
+}
+
+namespace {
+
+// A channel for one call, which the end of the process waits for: streams are used without their
+// locks.
+class Channel {
+public:
+    Channel(int32_t ch, const char* call) : Channel(FindFile(ch, call)) {}
+    explicit Channel(FileRecord* record) : fRecord(record)
+    {
+        if (fRecord == nullptr)
+            return;
+        use_of(fRecord).store(kInUse, std::memory_order_relaxed);
+        if (sFlusher.load(std::memory_order_relaxed) != 0)
+            wait_at_gate(fRecord);
+    }
+    ~Channel()
+    {
+        if (fRecord != nullptr)
+            use_of(fRecord).store(kUnused, std::memory_order_release);
+    }
+    Channel(const Channel&) = delete;
+
+    explicit operator bool() const { return fRecord != nullptr; }
+    FILE* Stream() const { return fRecord->stream; }
+
+    // What is still buffered may not fit on the disk; that is all a program learns of it.
+    void Close()
+    {
+        if (fclose(fRecord->stream) != 0)
+            keep_error(fRecord->ident, "CloseFile");
+        use_of(fRecord).store(kClosed, std::memory_order_release);
+        fRecord = nullptr;
+    }
+
+private:
+    FileRecord* fRecord;
+};
+
+}  // namespace
 
 // Lets the process have twice as many open files, as far as the system allows.
 static bool raise_file_limit()
@@ -137,11 +199,15 @@ extern "C" int32_t OpenFile(const char* path, int32_t mode)
     return record->ident;
 }
 
-// What is still buffered may not fit on the disk; that is all a program learns of it.
-static void close_record(FileRecord* record)
+// Takes a channel out of its list once it is closed: until then the end of the process waits for
+// it.
+static void close_record(BList* files, FileRecord* record)
 {
-    if (fclose(record->stream) != 0)
-        keep_error(record->ident, "CloseFile");
+    Channel(record).Close();
+    {
+        RegistryLock registry;
+        files->RemoveItem(record);
+    }
     MyFree(record);
 }
 
@@ -151,8 +217,7 @@ extern "C" bool CloseFile(int32_t ch)
     if (record == nullptr)
         return false;
     recent(ch) = nullptr;
-    remove_record(RegistryLock(), record);
-    close_record(record);
+    close_record(RegistryLock().List(kFiles), record);
     return true;
 }
 
@@ -161,30 +226,49 @@ void empty_file_cache() { std::fill(std::begin(sRecent), std::end(sRecent), null
 void Close_All_File(BList* files)
 {
     empty_file_cache();
-    while (!files->IsEmpty()) {
-        FileRecord* record;
-        {
-            RegistryLock registry;
-            record = static_cast<FileRecord*>(files->RemoveItem(int32{0}));
-        }
-        close_record(record);
-    }
+    while (auto* record = static_cast<FileRecord*>(files->FirstItem()))
+        close_record(files, record);
 }
 
-void flush_channels()
+// True once no call uses the channel: those that began before the gate was closed come to their
+// end. Then it is flushed, or was closed.
+static bool await_unused(FileRecord* record, bigtime_t deadline)
 {
-    if (!keep_registry(kFlushPatience_us))
+    while (use_of(record).load(std::memory_order_acquire) == kInUse) {
+        if (system_time() >= deadline)
+            return false;
+        snooze(kFlushPatience_us / 1000);
+    }
+    return true;
+}
+
+static void flush_file(FILE* stream)
+{
+    struct stat info;
+    if (fstat(fileno(stream), &info) != 0 || !S_ISREG(info.st_mode) || ftrylockfile(stream) != 0)
         return;
+    fflush(stream);
+    funlockfile(stream);
+}
+
+bool flush_channels()
+{
+    const bigtime_t deadline = system_time() + kFlushPatience_us;
+    sFlusher.store(find_thread(nullptr));
+    // A call that did not see the gate closed shows by then that it uses its channel.
+    snooze(kFlushPatience_us / 1000);
+    if (!keep_registry(kFlushPatience_us))
+        return false;
+    bool all = true;
     BList* list = RegistryLock().List(kFiles);
     for (int32_t i = 0; list != nullptr && i < list->CountItems(); i++) {
-        FILE* stream = static_cast<FileRecord*>(list->ItemAtFast(i))->stream;
-        struct stat info;
-        if (fstat(fileno(stream), &info) != 0 || !S_ISREG(info.st_mode) ||
-            ftrylockfile(stream) != 0)
-            continue;
-        fflush(stream);
-        funlockfile(stream);
+        auto* record = static_cast<FileRecord*>(list->ItemAtFast(i));
+        if (!await_unused(record, deadline))
+            all = false;
+        else if (use_of(record).load() == kUnused)
+            flush_file(record->stream);
     }
+    return all;
 }
 
 extern "C" bool ReadFile(int32_t ch, char* buffer)
@@ -192,10 +276,10 @@ extern "C" bool ReadFile(int32_t ch, char* buffer)
     if (buffer == nullptr)
         return false;
     buffer[0] = '\0';
-    FileRecord* record = FindFile(ch, __func__);
-    if (record == nullptr)
+    const Channel channel(ch, __func__);
+    if (!channel)
         return false;
-    if (read_line(buffer, kLineSize, record->stream) == nullptr) {
+    if (read_line(buffer, kLineSize, channel.Stream()) == nullptr) {
         buffer[0] = '\0';  // an error may leave half a line
         return keep_error(ch, __func__);
     }
@@ -207,10 +291,8 @@ extern "C" bool ReadFile(int32_t ch, char* buffer)
 
 static bool write_bytes(int32_t ch, const void* bytes, size_t size, const char* call)
 {
-    FileRecord* record = FindFile(ch, call);
-    if (record == nullptr)
-        return false;
-    return write_stream(bytes, size, record->stream) == size || keep_error(ch, call);
+    const Channel channel(ch, call);
+    return channel && (write_stream(bytes, size, channel.Stream()) == size || keep_error(ch, call));
 }
 
 extern "C" bool WriteFile(int32_t ch, const char* s)
@@ -244,11 +326,11 @@ extern "C" bool WriteShort(int32_t ch, int16_t n) { return write_number(ch, n, _
 template <class Number>
 static bool read_number(int32_t ch, Number* out, const char* call)
 {
-    FileRecord* record = FindFile(ch, call);
-    if (record == nullptr || out == nullptr)
+    const Channel channel(ch, call);
+    if (!channel || out == nullptr)
         return false;
     Number number;
-    if (read_stream(&number, sizeof(number), record->stream) != sizeof(number))
+    if (read_stream(&number, sizeof(number), channel.Stream()) != sizeof(number))
         return keep_error(ch, call);
     *out = number;
     return true;
@@ -262,36 +344,36 @@ extern "C" bool ReadShort(int32_t ch, int16_t* out) { return read_number(ch, out
 extern "C" bool SeekFile(int32_t ch, uint32_t whence, int32_t offset)
 {
     static const int kWhence[] = {SEEK_SET, SEEK_CUR, SEEK_END};
-    FileRecord* record = FindFile(ch, __func__);
-    if (record == nullptr || whence >= std::size(kWhence))
+    const Channel channel(ch, __func__);
+    if (!channel || whence >= std::size(kWhence))
         return false;
-    const int moved = fseek(record->stream, offset, kWhence[whence]);
+    const int moved = fseek(channel.Stream(), offset, kWhence[whence]);
     GetDosErr(errno);  // kept on purpose: also what errno held before
     return moved > 0;  // kept on purpose: never true, programs ask GetLoc
 }
 
 extern "C" int32_t GetLof(int32_t ch)
 {
-    FileRecord* record = FindFile(ch, __func__);
-    if (record == nullptr)
+    const Channel channel(ch, __func__);
+    if (!channel)
         return 0;
-    if (fseek(record->stream, 0, SEEK_END) != 0)
+    if (fseek(channel.Stream(), 0, SEEK_END) != 0)
         keep_error(ch, __func__);
-    const long length = ftell(record->stream);
-    fseek(record->stream, 0, SEEK_SET);
+    const long length = ftell(channel.Stream());
+    fseek(channel.Stream(), 0, SEEK_SET);
     return static_cast<int32_t>(length);
 }
 
 extern "C" int32_t GetLoc(int32_t ch)
 {
-    FileRecord* record = FindFile(ch, __func__);
-    return record == nullptr ? 0 : static_cast<int32_t>(ftell(record->stream));
+    const Channel channel(ch, __func__);
+    return channel ? static_cast<int32_t>(ftell(channel.Stream())) : 0;
 }
 
 extern "C" bool GetEOF(int32_t ch)
 {
-    FileRecord* record = FindFile(ch, __func__);
-    return record != nullptr && feof(record->stream) != 0;
+    const Channel channel(ch, __func__);
+    return channel && feof(channel.Stream()) != 0;
 }
 
 extern "C" int32_t GetDosErr(int32_t v)

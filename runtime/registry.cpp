@@ -5,6 +5,7 @@
 
 #include "files/filesystem.h"
 #include "plinth.h"
+#include "runtime/ending.h"
 #include "windows/window.h"
 
 #include <Application.h>
@@ -44,6 +45,8 @@ BList* RegistryLock::List(RegistrySlot slot) const
 {
     return is_open_table(*this, PtApp) ? PtApp[slot] : nullptr;
 }
+
+void set_ending() { sEndApp = true; }
 
 bool is_ending() { return sEndApp.load(std::memory_order_relaxed); }
 
@@ -134,6 +137,8 @@ extern "C" void End(void)
     CloseDebug();
     FreeList();
     close_scan();
-    sEndApp = true;
+    set_ending();
+    if (!is_tracker())
+        limit_quitting();
     quit_application();
 }

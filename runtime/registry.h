@@ -114,7 +114,9 @@ bool remove_record(const RegistryLock& registry, Record* record)
     return list->ItemAt(place) == record && list->RemoveItem(place) != nullptr;
 }
 
-// True once End was called: every window closes without asking.
+// The program is to end: every window closes without asking from here on.
+void set_ending();
+// True once that was said.
 bool is_ending();
 // True inside a host that has an application of its own.
 bool is_tracker();
@@ -135,8 +137,9 @@ void Close_All_Serial(BList* ports);
 void Close_All_Midi(BList* files);
 void Close_All_Joystick(BList* joysticks);
 
-// Puts what the channels hold into their files; leaves out what is no file, and might wait. For
-// the end of the process, which keeps the lock: no channel opens or closes any more. Any thread.
-void flush_channels();
+// Puts what the channels hold into their files; leaves out what is no file, and might wait. No
+// channel is used any more afterwards, but by the calling thread: for the end of the process. False
+// if some call did not come to its end. Any thread.
+bool flush_channels();
 
 #endif  // RUNTIME_REGISTRY_H

@@ -5,6 +5,7 @@
 
 #include "gadgets/gadget.h"
 #include "gadgets/text_entry.h"
+#include "runtime/ending.h"
 #include "runtime/live_objects.h"
 #include "runtime/trace.h"
 #include "runtime/whole.h"
@@ -353,6 +354,13 @@ static void discard(MyWinClass* window)
         window->Quit();
 }
 
+// The display, too, that the first window brought up, is taken down after our own exit handler.
+static void watch_exit_once()
+{
+    static const bool watched = (watch_exit(), true);
+    static_cast<void>(watched);
+}
+
 extern "C" int32_t OpenWindow(int32_t x, int32_t y, int32_t width, int32_t height)
 {
     if (width < 0 || height < 0 || RegistryLock().List(kWindows) == nullptr) {
@@ -375,6 +383,7 @@ extern "C" int32_t OpenWindow(int32_t x, int32_t y, int32_t width, int32_t heigh
         if (window->IsReady() && add_window(record)) {
             if (x < 0 || y < 0)
                 window->ResizeTo(static_cast<float>(width), static_cast<float>(height));
+            watch_exit_once();
             window->Show();
             return ident;
         }
