@@ -47,28 +47,9 @@ static Registry& registry()
 
 static constinit thread_local Thread* tSelf __attribute__((tls_model("initial-exec"))) = nullptr;
 
-static void leave(Thread* self);
-
-// Takes a thread out of the registry when the host ends it: one that the kit did not start, and one
-// whose stack could not be unwound, because a frame of it has no tables for that. The end of the
-// main thread is that of the process.
-static pthread_key_t end_of_thread()
-{
-    static const pthread_key_t key = [] {
-        pthread_key_t made;
-        pthread_key_create(&made, [](void* self) {
-            if (tSelf == self && tSelf->id != getpid())
-                leave(tSelf);
-        });
-        return made;
-    }();
-    return key;
-}
-
 // Registers the calling thread.
 static void enter(const std::shared_ptr<Thread>& thread)
 {
-    pthread_setspecific(end_of_thread(), thread.get());
     thread->id = gettid();
     thread->handle = pthread_self();
     tSelf = thread.get();
@@ -115,6 +96,18 @@ static void leave(Thread* self)
     tSelf = nullptr;  // tThread stays: what ends after this may still use locks
 }
 
+// Takes a thread that the kit did not start out of the registry when it ends.
+struct ForeignEnd {
+    bool armed = false;
+    ~ForeignEnd()
+    {
+        if (armed && tSelf != nullptr && tSelf->id != getpid())
+            leave(tSelf);
+    }
+};
+
+static thread_local ForeignEnd tForeignEnd;
+
 static void arm_signal();
 
 Thread* current()
@@ -128,6 +121,7 @@ Thread* current()
     thread->gate = 1;
     arm_signal();
     enter(thread);
+    tForeignEnd.armed = true;
     return tSelf;
 }
 
@@ -152,13 +146,18 @@ std::vector<std::shared_ptr<Thread>> all_threads()
     return list;
 }
 
+[[noreturn]] static void end_thread(Thread* self, status_t status)
+{
+    self->exit_status = status;
+    stop_watching_for_exit();
+    pthread_exit(nullptr);
+}
+
 void end_if_killed()
 {
     Thread* self = current();
-    if (!self->killed || self->exiting)
-        return;
-    self->exit_status = B_INTERRUPTED;
-    pthread_exit(nullptr);
+    if (self->killed && !self->exiting)
+        end_thread(self, B_INTERRUPTED);
 }
 
 static int suspend_signal() { return SIGRTMIN + 4; }
@@ -204,10 +203,26 @@ struct Life {
     }
 };
 
+// Unwinding ends at a frame without tables for it: the host then ends the thread without going
+// through what is below, and this is what still comes.
+static pthread_key_t end_of_thread()
+{
+    static const pthread_key_t key = [] {
+        pthread_key_t made;
+        pthread_key_create(&made, [](void* self) {
+            if (tSelf == self)
+                leave(tSelf);
+        });
+        return made;
+    }();
+    return key;
+}
+
 static void* run_thread(void* argument)
 {
     Life life{*static_cast<std::shared_ptr<Thread>*>(argument)};
     Thread* self = life.self.get();
+    pthread_setspecific(end_of_thread(), self);
     pthread_setname_np(pthread_self(), host_name(*self).c_str());
     enter(life.self);
     apply_priority(self->id, self->priority);
@@ -378,8 +393,7 @@ void exit_thread(status_t status)
         return;
     if (self->id == getpid())
         exit(status);
-    self->exit_status = status;
-    pthread_exit(nullptr);
+    end_thread(self, status);
 }
 
 status_t wait_for_thread(thread_id id, status_t* returnValue)
