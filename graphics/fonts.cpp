@@ -35,16 +35,15 @@ static char sNothing[] = "";
 
 // --- the font of a window
 
-// A window for a call, as the view that its text is drawn with.
-class FontPort : public WindowAccess {
+// A window or an image for a call, as the view that its text is drawn with.
+class FontPort : public RasterPort {
 public:
-    using WindowAccess::WindowAccess;
+    FontPort(int32_t ident, const char* call) : RasterPort(std::max(ident, 0), call) {}
 
-    BView* operator->() const { return Window()->fOffscreenView; }
     BFont Font() const
     {
         BFont font;
-        Window()->fOffscreenView->GetFont(&font);
+        View().GetFont(&font);
         return font;
     }
 };

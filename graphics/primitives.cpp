@@ -13,8 +13,6 @@
 #include <memory>
 #include <new>
 
-static const int32_t kIconSide = 31;  // pixels, less one
-
 static BRect box_around(int32_t cx, int32_t cy, int32_t rx, int32_t ry)
 {
     return BRect(static_cast<float>(static_cast<int64_t>(cx) - rx),
@@ -344,17 +342,55 @@ extern "C" void Blit(intptr_t target, int32_t sx, int32_t sy, int32_t w, int32_t
     fill(target, __func__, to, [&](BView& view) { view.CopyBits(rect_of(sx, sy, w, h), to); });
 }
 
+// Draws an image in a mode, which is then as before.
+static void draw_image(BView& view, const BBitmap& image, BRect to, drawing_mode mode,
+                       uint32 options)
+{
+    const drawing_mode before = view.DrawingMode();
+    view.SetDrawingMode(mode);
+    view.DrawBitmap(&image, image.Bounds(), to, options);
+    view.SetDrawingMode(before);
+}
+
 extern "C" void DrawIcon(intptr_t target, int32_t ident, int32_t x, int32_t y, int32_t selected)
 {
-    const BBitmap* image = icon_image(ident, selected != 0);
-    if (image == nullptr)
+    RasterPort port(target, __func__);
+    ImagesLock images;
+    const BBitmap* image = icon_image(images, ident, selected != 0);
+    if (!port || image == nullptr)
         return;
-    fill(target, __func__, rect_of(x, y, kIconSide, kIconSide), [&](BView& view) {
-        const drawing_mode mode = view.DrawingMode();
-        view.SetDrawingMode(B_OP_OVER);
-        view.DrawBitmap(image, point_of(x, y));
-        view.SetDrawingMode(mode);
-    });
+    const BRect bounds = image->Bounds();
+    const BRect to = rect_of(x, y, bounds.IntegerWidth(), bounds.IntegerHeight());
+    draw_image(port.View(), *image, to, B_OP_OVER, 0);
+    port.Refresh(to);
+}
+
+extern "C" void DrawImage(intptr_t target, int32_t ident, int32_t x, int32_t y, int32_t width,
+                          int32_t height)
+{
+    if (width < 0 || height < 0)
+        return;
+    RasterPort port(target, __func__);
+    ImagesLock images;
+    const BBitmap* image = icon_image(images, ident, false);
+    if (!port || image == nullptr)
+        return;
+    const BRect bounds = image->Bounds();
+    const BRect to = rect_of(x, y, width != 0 ? width - 1 : bounds.IntegerWidth(),
+                             height != 0 ? height - 1 : bounds.IntegerHeight());
+    if (image->ColorSpace() == B_RGB32) {
+        draw_image(port.View(), *image, to, B_OP_COPY, B_FILTER_BITMAP_BILINEAR);
+    } else {
+        source_alpha source;
+        alpha_function function;
+        port->GetBlendingMode(&source, &function);
+        // Into an image, which may be transparent itself, both are laid over one another.
+        const bool is_image = port.Window() == nullptr && port.Raster() != nullptr;
+        port->SetBlendingMode(B_PIXEL_ALPHA, is_image ? B_ALPHA_COMPOSITE : B_ALPHA_OVERLAY);
+        draw_image(port.View(), *image, to, B_OP_ALPHA, B_FILTER_BITMAP_BILINEAR);
+        port->SetBlendingMode(source, function);
+    }
+    port.Refresh(to);
 }
 
 // A black line and a white one, shifted by `step`, in copy mode; the pen stays as it was.

@@ -7,9 +7,13 @@
 
 #include <Bitmap.h>
 
+#include <atomic>
 #include <typeinfo>
 
 static const intptr_t kDefaultTarget = -1;
+
+// The image that a target of -1 draws into while no window is that; 0 for none. Any thread.
+static std::atomic<int32_t> sDefaultImage = 0;
 
 // Where pointers are wider than idents, no address looks like an ident.
 static bool may_be_ident(intptr_t target) { return target > 0 && target <= INT32_MAX; }
@@ -39,16 +43,33 @@ static WindowAccess get_rastport_write(intptr_t target, const char* call)
     return may_be_ident(target) ? WindowAccess(static_cast<int32_t>(target), call) : WindowAccess();
 }
 
+void RasterPort::_OpenImage(int32_t ident)
+{
+    if (!fImage.Open(ident))
+        return;
+    fView = fImage.View();
+    fRaster = fImage.Raster();
+}
+
 RasterPort::RasterPort(intptr_t target, const char* call)
-    : fWindow(get_rastport_write(target, call))
+    : fWindow(get_rastport_write(target, nullptr))
 {
     if (fWindow) {
         fView = fWindow->fOffscreenView;
         fRaster = fWindow->fRaster;
         return;
     }
-    fView = plain_view(target);
-    if (fView == nullptr && !may_be_ident(target))
+    if (may_be_ident(target))
+        _OpenImage(static_cast<int32_t>(target));
+    else if (target == kDefaultTarget)
+        _OpenImage(sDefaultImage.load(std::memory_order_relaxed));
+    else
+        fView = plain_view(target);
+    if (fView != nullptr)
+        return;
+    if (may_be_ident(target))
+        trace_no_window(static_cast<int32_t>(target), call);
+    else
         show_dbg(kNoTarget, static_cast<int32_t>(target), call);
 }
 
@@ -71,6 +92,9 @@ extern "C" void SetRefreshWindowMode(intptr_t target, int32_t on)
 
 extern "C" void SetDefaultGfx(intptr_t target)
 {
-    const WindowAccess window = get_rastport_write(target, __func__);
-    defaultoutput.store(window.Window(), std::memory_order_release);
+    const RasterPort port(target, __func__);
+    const bool is_image = port.Window() == nullptr && port.Raster() != nullptr;
+    if (target != kDefaultTarget || !is_image)
+        sDefaultImage.store(is_image ? static_cast<int32_t>(target) : 0, std::memory_order_relaxed);
+    defaultoutput.store(port.Window(), std::memory_order_release);
 }

@@ -3,6 +3,7 @@
 
 // Where a drawing call draws, and the coordinates and colours of the calls as the platform's.
 
+#include "graphics/icons.h"
 #include "runtime/whole.h"
 #include "windows/drawing_view.h"
 #include "windows/window_access.h"
@@ -15,18 +16,18 @@
 // Every mitred corner's limit: length over pen width.
 static const float kMiterLimit = 10.0f;
 
-// The offscreen view of a locked window, or a plain view without any lock. Whoever holds a port
-// may draw through its view; its end gives the locks back.
+// The offscreen view of a locked window, that of an image, or a plain view without any lock.
+// Whoever holds a port may draw through its view; its end gives the locks back.
 class RasterPort {
 public:
-    // `target` is a window's ident, -1, or the address of a plain view; `call` names the exported
-    // function for traces.
+    // `target` is a window's or an image's ident, -1, or the address of a plain view; `call` names
+    // the exported function for traces.
     RasterPort(intptr_t target, const char* call);
 
     explicit operator bool() const { return fView != nullptr; }
     BView* operator->() const { return fView; }
     BView& View() const { return *fView; }
-    // The locked window, null for a plain view.
+    // The locked window, null for an image and a plain view.
     MyWinClass* Window() const { return fWindow.Window(); }
     // The bitmap that the view draws into, null for a plain view.
     BBitmap* Raster() const { return fRaster; }
@@ -35,7 +36,10 @@ public:
     void Refresh(BRect touched) { fWindow.Refresh(touched); }
 
 private:
+    void _OpenImage(int32_t ident);
+
     WindowAccess fWindow;
+    ImageAccess fImage;
     BView* fView = nullptr;
     BBitmap* fRaster = nullptr;
 };

@@ -12,8 +12,8 @@
  * goes on with both. Text results live in a ring of sixteen slots or in a buffer of their function:
  * never free them, and copy what is kept.
  *
- * A target, the first argument of every drawing call, is a window's ident, -1 for the window that
- * SetDefaultGfx named, or the address of a view. */
+ * A target, the first argument of every drawing call, is the ident of a window or an image, -1 for
+ * the one that SetDefaultGfx named, or the address of a view. */
 
 #include <stdbool.h>
 #include <stdint.h>
@@ -459,10 +459,11 @@ void SetCursor(int32_t flag);
    (x, y) to (x + w, y + h), both included; with a negative `w` or `h` nothing is drawn. Coordinates
    are pixels from the left top of the content, and any number does no harm: what lies outside the
    bitmap is left out. Angles are whole degrees counter-clockwise from three o'clock, colours
-   0xRRGGBBAA. A target that is no window and no view does nothing; what returns a number returns 0
-   then. Any thread may draw; a view as target is drawn into without a lock. */
+   0xRRGGBBAA. A target that is no window, image or view does nothing; what returns a number returns
+   0 then. Any thread may draw; a view as target is drawn into without a lock. */
 
-/* Makes a window the target -1, until it closes; any other target makes -1 draw nothing. */
+/* Makes a window or an image the target -1, until it closes; any other target makes -1 draw
+   nothing. */
 void SetDefaultGfx(intptr_t target);
 /* Turns the refresh mode on (non-zero), which shows at once what was drawn, or off. */
 void SetRefreshWindowMode(intptr_t target, int32_t on);
@@ -541,10 +542,6 @@ void DrawAcces(intptr_t target, int32_t flag);
 
 /* Copies the rectangle (sx, sy) to (sx + w, sy + h) so that its left top falls on (dx, dy). */
 void Blit(intptr_t target, int32_t sx, int32_t sy, int32_t w, int32_t h, int32_t dx, int32_t dy);
-
-/* Draws an icon with its left top at (x, y), its second image if `selected` is not 0, leaving out
-   its transparent pixels. An unknown icon draws nothing. Main thread. */
-void DrawIcon(intptr_t target, int32_t icon, int32_t x, int32_t y, int32_t selected);
 
 /* Draw an engraved line from (x, y) over `length` pixels: a black one and a white one below or to
    the right of it. Colour, drawing mode and pen stay. */
@@ -628,6 +625,55 @@ int32_t CountFontList(void);
 /* Returns the name of the family at `index`, from 0 in the order of names; "" outside the list. The
    text lives until the next call. Main thread. */
 char *GetFontNameList(int32_t index);
+
+/* ---- Icons and images ------------------------------------------------------------------------- */
+
+/* An icon is a pair of pictures, the second one for the icon that is selected; an image is an icon
+   of any size, up to 64 million pixels. Each has an ident, which drawing calls also take as their
+   target: they draw into its first picture, on a transparent ground, with black at first. Calls
+   that make one return its ident, and 0 if they can not. It lives until CloseIcon or Close_Sys.
+   Any thread. */
+
+/* Loads the icon of a file or folder, links followed, 16 and 32 pixels square: its own, else that
+   of its type. */
+int32_t LoadIcon(const char *path);
+
+/* Loads a picture: PNG, JPEG, GIF, BMP, TIFF, PPM, Targa, WebP or SVG, whatever the file's name. A
+   file that is cut off, damaged or too large gives 0. The second picture is the same, half as
+   bright. */
+int32_t LoadImage(const char *path);
+
+/* Makes an image that is transparent throughout. */
+int32_t CreateImage(int32_t width, int32_t height);
+
+/* Makes an image of the pixels of a window's (or image's) bitmap from one corner to the opposite
+   one, both included, as far as they lie in it. */
+int32_t ImageFromWindow(int32_t window, int32_t x1, int32_t y1, int32_t x2, int32_t y2);
+
+/* Replaces the second picture, which else follows what is drawn into the first, by that of a file.
+   Returns true if it did. */
+bool LoadSecondImage(int32_t icon, const char *path);
+
+/* Return the size of the first picture in pixels, 0 for an unknown icon. */
+int32_t GetImageWidth(int32_t icon);
+int32_t GetImageHeight(int32_t icon);
+
+/* Draws an icon with its left top at (x, y), its second picture if `selected` is not 0, leaving out
+   its transparent pixels. An unknown icon draws nothing. */
+void DrawIcon(intptr_t target, int32_t icon, int32_t x, int32_t y, int32_t selected);
+
+/* Draws the first picture of an icon to the `width` by `height` pixels from (x, y), scaled smoothly
+   and as transparent as it is. 0 stands for its own width or height; a negative one draws
+   nothing. */
+void DrawImage(intptr_t target, int32_t icon, int32_t x, int32_t y, int32_t width, int32_t height);
+
+/* Writes the first picture to a file, which is replaced. `format` is 0 Targa, 1 PPM, 2 PNG, 3 JPEG,
+   4 BMP, 5 GIF, 6 TIFF. Transparency is lost. Nothing happens for an unknown icon, another format
+   and a path that can not be written. */
+void SaveImageFile(const char *path, int32_t icon, int32_t format);
+
+/* Frees an icon; gadgets made from it keep their copies. */
+void CloseIcon(int32_t icon);
 
 /* ---- File channels --------------------------------------------------------------------------- */
 

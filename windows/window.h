@@ -178,9 +178,11 @@ extern std::atomic<MyWinClass*> defaultoutput;
 // That window, locked, and its bitmap locked too, for a WindowAccess.
 MyWinClass* lock_default_output();
 
-// The record of an open window, null (and a trace line for `call`) if there is none. Calls that do
-// anything to the window use a WindowAccess instead. Any thread.
+// The record of an open window, null (and a trace line for `call`, unless that is null) if there is
+// none. Calls that do anything to the window use a WindowAccess instead. Any thread.
 WindowRecord* LLFindWindow(int32_t ident, const char* call);
+// That trace line.
+void trace_no_window(int32_t ident, const char* call);
 // The record of a window object that may be gone; null if it is.
 WindowRecord* Find_By_Class(const BWindow* window);
 // The oldest open window's record, null if none is open.

@@ -17,7 +17,8 @@
 class [[nodiscard]] WindowAccess {
 public:
     WindowAccess() = default;
-    // `call` names the exported function for the trace of an ident that is no window's.
+    // `call` names the exported function for the trace of an ident that is no window's; null: no
+    // trace.
     WindowAccess(int32_t ident, const char* call);
     // The window that a target of -1 draws into; none before SetDefaultGfx.
     static WindowAccess ToDefaultOutput() { return WindowAccess(lock_default_output()); }

@@ -88,11 +88,16 @@ void forget_windows(BList* windows)
     windows->MakeEmpty();
 }
 
+void trace_no_window(int32_t ident, const char* call)
+{
+    show_dbg(gadget_record(ident) != nullptr ? kIsGadget : kNoSuchWindow, ident, call);
+}
+
 WindowRecord* LLFindWindow(int32_t ident, const char* call)
 {
     WindowRecord* record = find(ident);
-    if (record == nullptr)
-        show_dbg(gadget_record(ident) != nullptr ? kIsGadget : kNoSuchWindow, ident, call);
+    if (record == nullptr && call != nullptr)
+        trace_no_window(ident, call);
     return record;
 }
 
