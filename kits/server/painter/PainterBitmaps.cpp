@@ -6,16 +6,13 @@
 #include <new>
 
 #include "server/painter/PainterPaths.h"
+#include "server/painter/PainterScale.h"
 
 namespace server {
 
 namespace {
 
 const int32 kChunk = 256;
-
-struct PixelRect {
-    int64 left, top, width, height;
-};
 
 PixelRect rounded(const BRect& rect)
 {
@@ -138,10 +135,22 @@ private:
     BAffineTransform fInverse;
 };
 
-// Bytes can be copied as they are: in the same space, or where only alpha is lost.
+bool has_32_bits(color_space space) { return space == B_RGBA32 || space == B_RGB32; }
+
+// Rows can be copied: in the same space, or where alpha at most is lost or added.
 bool is_plain_copy(color_space from, color_space to)
 {
-    return from == to ? from != B_GRAY1 : from == B_RGBA32 && to == B_RGB32;
+    return from == to ? from != B_GRAY1 : has_32_bits(from) && has_32_bits(to);
+}
+
+void copy_opaque(const uint8* from, uint8* to, size_t size)
+{
+    for (size_t at = 0; at < size; at += 4) {
+        uint32 pixel;
+        memcpy(&pixel, from + at, 4);
+        pixel |= 0xFF000000;
+        memcpy(to + at, &pixel, 4);
+    }
 }
 
 // The straight copy of rows of bytes.
@@ -157,13 +166,21 @@ clipping_rect copy_rows(const Target& target, const Surface& source, const Pixel
     if (left >= right || top >= bottom)
         return kNoPixels;
     const int32 size = BytesPerRow(surface.space, 1);
+    const bool adds_alpha = source.space == B_RGB32 && surface.space == B_RGBA32;
     const clipping_rect touched = touched_box(target, reach);
     return for_each_box(target, touched, [&](const clipping_rect& box) {
-        for (int32 y = box.top; y <= box.bottom; y++)
-            memcpy(surface.bits + ptrdiff_t(y) * surface.bytesPerRow + ptrdiff_t(box.left) * size,
-                   source.bits + ptrdiff_t(y - to.top + from.top) * source.bytesPerRow +
-                       ptrdiff_t(box.left - to.left + from.left) * size,
-                   size_t(box.right - box.left + 1) * size);
+        const size_t bytes = size_t(box.right - box.left + 1) * size;
+        for (int32 y = box.top; y <= box.bottom; y++) {
+            uint8* row =
+                surface.bits + ptrdiff_t(y) * surface.bytesPerRow + ptrdiff_t(box.left) * size;
+            const uint8* pixels = source.bits +
+                                  ptrdiff_t(y - to.top + from.top) * source.bytesPerRow +
+                                  ptrdiff_t(box.left - to.left + from.left) * size;
+            if (adds_alpha)
+                copy_opaque(pixels, row, bytes);
+            else
+                memcpy(row, pixels, bytes);
+        }
     });
 }
 
@@ -245,7 +262,9 @@ clipping_rect DrawBitmap(const Target& target, const Paint& paint, const Surface
         return kNoPixels;
     const PixelRect fromPixels = rounded(from), toPixels = rounded(to);
     const bool straight = is_straight(fromPixels, toPixels, paint);
-    if (source.bits == target.surface->bits || (!straight && source.space != B_RGBA32)) {
+    const bool smooth = !straight && !has_transform(paint) && has_32_bits(source.space) &&
+                        (options & B_FILTER_BITMAP_BILINEAR) != 0;
+    if (source.bits == target.surface->bits || (!straight && !smooth && source.space != B_RGBA32)) {
         // A surface drawn onto itself is read from a copy; pixels are picked one by one from a
         // space that is quick to read.
         const size_t size = size_t(source.width) * source.height;
@@ -260,6 +279,17 @@ clipping_rect DrawBitmap(const Target& target, const Paint& paint, const Surface
     }
     if (paint.mode == B_OP_COPY && straight && is_plain_copy(source.space, target.surface->space))
         return copy_rows(target, source, fromPixels, toPixels);
+    if (smooth) {
+        const int64 right = fromPixels.left + fromPixels.width - 1;
+        const int64 bottom = fromPixels.top + fromPixels.height - 1;
+        const clipping_rect used = intersect(box_of(fromPixels.left, fromPixels.top, right, bottom),
+                                             {0, 0, source.width - 1, source.height - 1});
+        return draw_smoothly(target, paint, source,
+                             {fromPixels.left, fromPixels.width, toPixels.left, toPixels.width,
+                              used.left, used.right},
+                             {fromPixels.top, fromPixels.height, toPixels.top, toPixels.height,
+                              used.top, used.bottom});
+    }
     const Sampler sampler(source, fromPixels, toPixels, paint, options);
     return draw_sampled(target, paint, sampler);
 }
