@@ -1,12 +1,14 @@
-/* Every drawing call in a labelled grid. */
+/* Every drawing call in a labelled grid, and a page of images. A click on its name shows a page. */
 
 #include <plinth.h>
 
 #include <stdio.h>
 
+#include "pages.h"
 #include "tour.h"
 
 enum { COLUMNS = 8, CELL_W = 112, CELL_H = 92, MARGIN = 8, LEFT = 20, TOP = 50 };
+enum { TAB_W = 90, TAB_H = 22 };
 
 static const uint32_t PANEL = 0xD8D8D8FF;
 static const uint32_t WHITE = 0xFFFFFFFF;
@@ -281,7 +283,7 @@ enum { CELLS = sizeof cells / sizeof cells[0], ROWS = (CELLS + COLUMNS - 1) / CO
 static void draw_cell(int32_t index)
 {
     const int32_t x = MARGIN + index % COLUMNS * CELL_W;
-    const int32_t y = MARGIN + index / COLUMNS * CELL_H;
+    const int32_t y = TAB_H + MARGIN + index / COLUMNS * CELL_H;
     SetForeColor(window, WHITE, WHITE);
     FRectangle(window, x, y, 96, 64);
     SetForeColor(window, GREY, WHITE);
@@ -296,29 +298,76 @@ static void draw_cell(int32_t index)
     Text(window, cells[index].name);
 }
 
-void ProgramMain(void)
+static void draw_shapes(int32_t target, int32_t left, int32_t top)
 {
     int32_t pen[2];
-    Open_Sys(0);
-    window =
-        OpenWindow(LEFT, TOP, 2 * MARGIN + COLUMNS * CELL_W - 15, 2 * MARGIN + ROWS * CELL_H - 9);
-    if (window == 0)
-        return;
-    SetDefaultGfx(window);
-    SetRefreshWindowMode(-1, 0);
-    SetBackColor(-1, PANEL);
-    Clear(-1);
-    MoveTo(-1, -1000, 0);
-    Text(-1, "x");
-    GetCurrentPos(-1, pen);
+    (void)left;
+    (void)top;
+    MoveTo(target, -1000, 0);
+    Text(target, "x");
+    GetCurrentPos(target, pen);
     line_height = pen[1];
     for (int32_t i = 0; i < CELLS; i++)
         draw_cell(i);
-    SetRefreshWindowMode(-1, 1);
+}
+
+static const struct {
+    const char *name;
+    void (*draw)(int32_t target, int32_t left, int32_t top);
+} pages[] = {
+    {"Shapes", draw_shapes},
+    {"Images", draw_images_page},
+};
+enum { PAGES = sizeof pages / sizeof pages[0] };
+
+static void draw_tab(int32_t index, int32_t is_shown)
+{
+    const int32_t x = MARGIN + index * TAB_W;
+    SetForeColor(window, is_shown ? WHITE : PANEL, PANEL);
+    FRectangle(window, x, 2, TAB_W - 8, TAB_H - 4);
+    SetForeColor(window, GREY, PANEL);
+    Rectangle(window, x, 2, TAB_W - 8, TAB_H - 4);
+    SetForeColor(window, BLACK, PANEL);
+    MoveTo(window, x + (TAB_W - 7 - GetTextWidth(window, pages[index].name)) / 2, 0);
+    Text(window, pages[index].name);
+}
+
+static void show_page(int32_t index)
+{
+    SetRefreshWindowMode(window, 0);
+    Clear(window);
+    for (int32_t i = 0; i < PAGES; i++)
+        draw_tab(i, i == index);
+    pages[index].draw(window, MARGIN, TAB_H + MARGIN);
+    SetRefreshWindowMode(window, 1);
+}
+
+static void pressed(int32_t x, int32_t y, int32_t button, int32_t clicks)
+{
+    (void)button;
+    (void)clicks;
+    const int32_t index = (x - MARGIN) / TAB_W;
+    if (y < TAB_H && x >= MARGIN && index < PAGES)
+        show_page(index);
+}
+
+void ProgramMain(void)
+{
+    Open_Sys(0);
+    window = OpenWindow(LEFT, TOP, 2 * MARGIN + COLUMNS * CELL_W - 15,
+                        TAB_H + 2 * MARGIN + ROWS * CELL_H - 9);
+    if (window == 0)
+        return;
+    SetHandlerForWindow(window, PLINTH_MOUSE_DOWN, (void *)pressed);
+    SetBackColor(window, PANEL);
+    show_page(0);
 
     const char *picture = tour_picture();
     if (picture != NULL) {
         tour_begin(LEFT, TOP);
+        /* A further word of the command line is the number of the page. */
+        const int32_t page = (int32_t)Val(__GetCommand(3));
+        tour_click(MARGIN + (page > 0 && page < PAGES ? page : 0) * TAB_W + 10, 10);
         tour_move(200, 200);
         if (tour_end(picture) != 0)
             fprintf(stderr, "primitives: can not write %s\n", picture);
