@@ -7,14 +7,13 @@
 #include <QImage>
 #include <QImageReader>
 #include <QImageWriter>
-#include <QLoggingCategory>
 
 #include <string.h>
-#include <tiffio.h>
 
 #include <algorithm>
-#include <mutex>
 #include <new>
+
+#include "server/qt/ImagePlugins.h"
 
 namespace server {
 
@@ -73,17 +72,6 @@ static bool is_cut_off(const StreamDevice& device, const char* format)
     if (strcmp(format, "jpeg") == 0)
         return device.WasEmpty();
     return strcmp(format, "bmp") == 0 && device.WasShort();
-}
-
-// What is wrong with a file is told by the result, not on the program's standard error.
-static void silence_readers()
-{
-    static std::once_flag silenced;
-    std::call_once(silenced, [] {
-        QLoggingCategory::setFilterRules("qt.gui.imageio*=false");
-        TIFFSetErrorHandler(nullptr);
-        TIFFSetWarningHandler(nullptr);
-    });
 }
 
 static bool is_too_large(const QSize& size)
@@ -160,17 +148,19 @@ static status_t read_image(StreamDevice& device, const char* format, const Place
 
 bool ReadsImages(const char* format)
 {
+    ready_image_plugins();
     return QImageReader::supportedImageFormats().contains(format);
 }
 
 bool WritesImages(const char* format)
 {
+    ready_image_plugins();
     return QImageWriter::supportedImageFormats().contains(format);
 }
 
 status_t ReadImage(BPositionIO* source, const char* format, const PlaceForImage& place)
 try {
-    silence_readers();
+    ready_image_plugins();
     StreamDevice device(source);
     return read_image(device, format, place);
 } catch (const std::bad_alloc&) {
@@ -179,6 +169,7 @@ try {
 
 status_t WriteImage(const Surface& image, const char* format, BPositionIO* destination)
 try {
+    ready_image_plugins();
     QByteArray bytes;
     QBuffer buffer(&bytes);
     buffer.open(QIODevice::ReadWrite);

@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <cstdlib>
 
+#include "server/qt/ImagePlugins.h"
 #include "server/text/Fonts.h"
 #include "server/screen/ScreenWindow.h"
 #include "server/screen/Stage.h"
@@ -183,6 +184,7 @@ status_t write_png(const char* path, const uint32* pixels, int32 width, int32 he
         return B_BAD_VALUE;
     QImage image(reinterpret_cast<const uchar*>(pixels), width, height, width * 4,
                  QImage::Format_RGB32);
+    ready_image_plugins();
     return image.save(QString::fromLocal8Bit(path), "PNG") ? B_OK : B_ERROR;
 }
 
