@@ -2,25 +2,21 @@
 
 #include "gadgets/gadget.h"
 
+#include "gadgets/kinds.h"
 #include "plinth.h"
 
+#include <Messenger.h>
+#include <ScrollView.h>
 #include <View.h>
+#include <Window.h>
 
-// Kinds that another one stands for; each other kind stands for itself.
-static const struct {
-    int32_t first, last, family;
-} kFamilies[] = {
-    {4, 6, kStringField}, {36, 37, kStringField}, {45, 46, kStringField}, {8, 10, kListView},
-    {20, 23, kListView},  {14, 14, kScrollBar},   {16, 16, kSlider},      {27, 29, kTextEditor},
-};
+#include <unordered_set>
+#include <vector>
 
 static int32_t family_of(int32_t kind)
 {
-    for (const auto& row : kFamilies) {
-        if (kind >= row.first && kind <= row.last)
-            return row.family;
-    }
-    return kind;
+    const KindRow* row = kind_row(kind);
+    return row != nullptr ? row->family : kind;
 }
 
 static MyGadget* find_gadget(const RegistryLock& registry, int32_t ident)
@@ -76,15 +72,119 @@ GadgetAccess::GadgetAccess(int32_t ident, int32_t family) : fLock(window_of(iden
         fGadget = gadget;
 }
 
-// A record's view is deleted, and the record freed, as the handlers in its window expect it: none
-// of them runs meanwhile.
+BView* shown_view(BView* view)
+{
+    auto* scroll = dynamic_cast<BScrollView*>(view);
+    return scroll != nullptr && scroll->ChildAt(0) != nullptr ? scroll->ChildAt(0) : view;
+}
+
+void* handler_in(const MyGadget& gadget, void* MyGadget::*slot)
+{
+    RegistryLock registry;
+    return gadget.*slot;
+}
+
+// --- the end of gadgets
+
+namespace {
+
+// A gadget that was killed on its window's own thread, where its view may be in the middle of a
+// call that goes on when the handler has returned.
+struct Grave {
+    const BWindow* window;
+    MyGadget* gadget;
+};
+
+}  // namespace
+
+static std::vector<Grave>& graves()  // registry's lock
+{
+    static auto* const all = new std::vector<Grave>;
+    return *all;
+}
+
+// The views of all gadgets in a list.
+static std::unordered_set<const BView*> views_of(const BList& gadgets)
+{
+    std::unordered_set<const BView*> views;
+    for (int32 i = 0; i < gadgets.CountItems(); i++)
+        views.insert(static_cast<const MyGadget*>(gadgets.ItemAtFast(i))->view);
+    return views;
+}
+
+// Takes the gadgets' views out that hang below a view: they are deleted with their own records.
+static void let_go(BView* view, const std::unordered_set<const BView*>& views)
+{
+    for (BView* child = view->ChildAt(0); child != nullptr;) {
+        BView* next = child->NextSibling();
+        if (views.count(child) != 0)
+            child->RemoveSelf();
+        else
+            let_go(child, views);
+        child = next;
+    }
+}
+
+static void empty_of_gadgets(const MyGadget& gadget, BList* list)
+{
+    const KindRow* row = kind_row(gadget.kind);
+    if (gadget.view == nullptr || list == nullptr || row == nullptr || row->inside == Inside::None)
+        return;
+    std::unordered_set<const BView*> views;
+    {
+        RegistryLock registry;
+        views = views_of(*list);
+    }
+    let_go(gadget.view, views);
+}
+
 static void free_gadget(MyGadget* gadget)
 {
-    WindowLock lock(gadget->view);
-    if (gadget->view != nullptr)
-        gadget->view->RemoveSelf();
     delete gadget->view;
     MyFree(gadget);
+}
+
+static BList* listed_gadgets()
+{
+    RegistryLock registry;
+    return registry.List(kGadgets);
+}
+
+void dispose_gadget(MyGadget* gadget)
+{
+    {
+        RegistryLock registry;
+        if (!remove_record(registry, gadget))
+            return;  // another thread was first
+    }
+    empty_of_gadgets(*gadget, listed_gadgets());
+    BWindow* window = gadget->view != nullptr ? gadget->view->Window() : nullptr;
+    if (gadget->view != nullptr)
+        gadget->view->RemoveSelf();
+    if (window == nullptr || window->Thread() != find_thread(nullptr)) {
+        free_gadget(gadget);
+        return;
+    }
+    {
+        RegistryLock registry;
+        graves().push_back({window, gadget});
+    }
+    window->PostMessage(kBuryMessage);
+}
+
+void bury_gadgets(const BWindow* window)
+{
+    std::vector<MyGadget*> dead;
+    {
+        RegistryLock registry;
+        std::erase_if(graves(), [&](const Grave& grave) {
+            if (grave.window == window)
+                dead.push_back(grave.gadget);
+            return grave.window == window;
+        });
+    }
+    for (MyGadget* gadget : dead)
+        free_gadget(gadget);
 }
 
 void Close_All_Gadget(BList* gadgets)
@@ -97,6 +197,11 @@ void Close_All_Gadget(BList* gadgets)
         }
         if (gadget == nullptr)
             return;
+        // None of the handlers in its window runs meanwhile.
+        WindowLock lock(gadget->view);
+        empty_of_gadgets(*gadget, gadgets);
+        if (gadget->view != nullptr)
+            gadget->view->RemoveSelf();
         free_gadget(gadget);
     }
 }

@@ -13,13 +13,16 @@
 
 class BPopUpMenu;
 class BView;
+class BWindow;
 
 // What-codes of the messages that gadgets post to their window.
 static const uint32_t kClickMessage = 753;
 static const uint32_t kChoiceMessage = 75000;  // plus the index chosen
+// Of the library itself: views that were killed wait to be deleted.
+static const uint32_t kBuryMessage = '_BUR';
 
 // Kinds as CreateGadget numbers them. Families have a kind that stands for them, which Find_Gadget
-// asks for.
+// asks for; see kinds.h.
 enum GadgetKind {
     kButton = 1,
     kCheckBox = 2,
@@ -45,6 +48,11 @@ enum GadgetKind {
     kVideoView = 34
 };
 
+enum GadgetFlags : uint32_t {
+    kTakesFocus = 1,  // when clicked or selected
+    kDisabled = 2     // as SetEnabled set it last
+};
+
 // One block of 26 words from MyAlloc, in the list kGadgets (enter_record and remove_record). It is
 // taken out with the registry's lock held, then freed with its window locked, if it has one: who
 // holds either may read it.
@@ -54,7 +62,7 @@ struct MyGadget {
     int32_t left, top, width, height;  // as created, window coordinates
     int32_t kind;                      // GadgetKind
     int32_t ident;
-    uint32_t flags;  // bit 0: takes the focus when clicked or selected
+    uint32_t flags;  // GadgetFlags
     BView* view;     // the control, or the scroll view around it
     BPopUpMenu* popup;
     intptr_t reserved10[2];
@@ -74,6 +82,8 @@ struct MyGadget {
 MyGadget* gadget_record(int32_t ident);
 // Its view, whatever its kind.
 BView* gadget_view(int32_t ident);
+// Its view, or the view inside if that is a scroll view.
+BView* FindGadget(int32_t ident);
 // Its view if its kind belongs to the family that the kind `family` stands for, else null.
 BView* Find_Gadget(int32_t ident, int32_t family);
 
@@ -97,6 +107,41 @@ private:
     WindowLock fLock;
     MyGadget* fGadget = nullptr;
 };
+
+// The view that shows what the gadget is about: its view, or the one in a scroll view.
+BView* shown_view(BView* view);
+inline BView* shown_view(const MyGadget& gadget) { return shown_view(gadget.view); }
+
+// Whether a call goes on when the window of its gadget refused the lock.
+enum class Unlocked { Act, Skip };
+
+// Acts on the view of a gadget of a family, as `View`, with its window locked. The frame of most
+// calls: it looks the gadget up, locks, and does nothing if there is none.
+template <class View, class Action>
+void on_gadget(int32_t ident, int32_t family, Unlocked rule, Action act)
+{
+    const GadgetAccess gadget(ident, family);
+    if (!gadget || (rule == Unlocked::Skip && !gadget.Held()))
+        return;
+    if (auto* view = dynamic_cast<View*>(gadget.View()))
+        act(*view, gadget.Record());
+}
+
+// Calls the handler in a slot, if there is one, with 32-bit integers or pointers. The thread of the
+// gadget's window, or who has that locked.
+void* handler_in(const MyGadget& gadget, void* MyGadget::*slot);
+template <class... Words>
+void call_handler(const MyGadget& gadget, void* MyGadget::*slot, Words... words)
+{
+    if (auto* handler = reinterpret_cast<int32_t (*)(Words...)>(handler_in(gadget, slot)))
+        handler(words...);
+}
+
+// Takes a gadget's record out of the registry and its view out of its window, and deletes both:
+// later, if one of the view's own calls may be under way. Its window locked, if it has one.
+void dispose_gadget(MyGadget* gadget);
+// Deletes what was left for later in this window. The window's thread, in none of its views' calls.
+void bury_gadgets(const BWindow* window);
 
 // What stands in a slot of the gadget that field "gd" of a message points to; null if that is no
 // gadget. Any thread.

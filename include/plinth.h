@@ -452,6 +452,145 @@ intptr_t GetAdress(int32_t window);
 /* Sets the cursor of the application: the bar for texts (`flag` not 0), or the hand. */
 void SetCursor(int32_t flag);
 
+/* ---- Gadgets --------------------------------------------------------------------------------- */
+
+/* A gadget is a control in a window, named by its ident; its place counts from the window's left
+   top corner, in pixels. Calls find it by its ident, lock its window for what they do, and do
+   nothing for an ident that names none, or one of another kind than they are for. A gadget may be
+   made without a window. Colours are 0xRRGGBBAA. Any thread. */
+
+/* Kinds of gadgets. */
+enum {
+    PLINTH_BUTTON = 1,
+    PLINTH_CHECK_BOX = 2,
+    PLINTH_TEXT_LABEL = 11,
+    PLINTH_NUMBER_LABEL = 12,
+    PLINTH_SCROLL_BAR = 13, /* horizontal */
+    PLINTH_VERTICAL_SCROLL_BAR = 14,
+    PLINTH_SLIDER = 15, /* horizontal */
+    PLINTH_VERTICAL_SLIDER = 16,
+    PLINTH_STATUS_BAR = 17,
+    PLINTH_RADIO_GROUP = 18,
+    PLINTH_CHOICE_FIELD = 19,
+    PLINTH_BOX = 24,
+    PLINTH_COLOR_CONTROL = 30,
+    PLINTH_PICTURE_BUTTON = 33
+};
+
+/* Slots of SetHandlerForGadget. Handlers run on the thread of the gadget's window, or on that of a
+   call that changes a value; the window is locked. */
+enum {
+    PLINTH_GADGET_ACTION = 1, /* (): a button was clicked, a check box or radio button pressed */
+    PLINTH_GADGET_KEY = 2,    /* (int32_t key, int32_t modifiers) */
+    PLINTH_GADGET_VALUE = 3,  /* (int32_t value); a colour's are (red, green, blue) */
+    PLINTH_GADGET_LIST = 6,   /* (int32_t item) */
+    PLINTH_GADGET_DROP = 7    /* (int32_t count, char **paths) */
+};
+
+/* Makes a gadget of a kind in a window, or in none for -1, and returns its ident; 0 if there is no
+   such kind or window. `text` is its label, or for radio groups and choice fields an array of
+   labels that ends with a null pointer or an empty one. `value` is the maximum of a slider and the
+   icon of a picture button. The frame is one pixel larger than width and height say. */
+int32_t CreateGadget(int32_t kind, int32_t window_ident, int32_t x, int32_t y, int32_t width,
+                     int32_t height, const void *text, int32_t value);
+
+/* Hide a gadget, and show it again. Kill it: it is gone, and its ident names nothing; gadgets
+   inside a box that is killed stay, without a window. The first argument does not matter. A gadget
+   may kill itself from its own handler. */
+void HideGadget(int32_t window_ident, int32_t ident);
+void SetGadget(int32_t window_ident, int32_t ident);
+void ShowGadget(int32_t window_ident, int32_t ident);
+void KillGadget(int32_t window_ident, int32_t ident);
+
+/* Takes every other gadget out of a window, beginning with the first: they stay gadgets, without a
+   window. */
+void RemoveAll(int32_t window_ident);
+
+/* Puts a gadget that is in no window into one. */
+void AttachGadgetToWindow(int32_t window_ident, int32_t ident);
+
+/* Stores the handler of a slot, null for none. */
+void SetHandlerForGadget(int32_t ident, int32_t slot, void *handler);
+
+/* With a flag of 1 the gadget takes the keyboard when it is clicked. */
+void FocusOnClick(int32_t ident, int8_t flag);
+
+/* Returns true for the ident of a gadget. */
+bool is_gadget_ident(int32_t ident);
+
+/* Style. What is set shows when the gadget is drawn next. A flag of 0 draws text without grey
+   edges. */
+void SetFontGadget(int32_t ident, int32_t font_ident);
+void SetAntiliasingGadget(int32_t ident, int8_t flag);
+void SetForeColorGadget(int32_t ident, int32_t high, int32_t low);
+void SetBackColorGadget(int32_t ident, int32_t color);
+
+/* The label of a control; null clears it. GetLabel returns "" for what has none; the text lives
+   until its next call. Main thread. */
+void SetLabel(int32_t ident, const char *text);
+const char *GetLabel(int32_t ident);
+
+/* A disabled gadget is grey and takes no press. */
+void SetEnabled(int32_t ident, int8_t flag);
+int32_t GetEnabled(int32_t ident);
+
+/* Gives a gadget the keyboard. */
+void ActivateGadget(int32_t ident);
+
+/* Changes a gadget's size. */
+void ResizeGadget(int32_t ident, int32_t width, int32_t height);
+
+/* A check box. Setting it calls its value handler. */
+void SetChecked(int32_t ident, int32_t flag);
+bool GetChecked(int32_t ident);
+
+/* The value of a gadget: of a slider, scroll bar or check box; the index of a radio button or a
+   choice, -1 for no choice; a colour control's number. A status bar goes on by the value that is
+   set. 0 for all other kinds. */
+void SetValue(int32_t ident, int32_t value);
+int32_t GetValue(int32_t ident);
+
+/* Chooses the button `index` of a radio group, whose value handler is called; none if there is no
+   such button. */
+void RadSelected(int32_t ident, int32_t index);
+
+/* Scroll bars: how much of the whole can be seen, in percent; the range of values; what arrows and
+   presses beside the thumb move it by. */
+void SetProportion(int32_t ident, int32_t percent);
+void SetRange(int32_t ident, int32_t minimum, int32_t maximum);
+void SetSteps(int32_t ident, int32_t small_step, int32_t large_step);
+
+/* Sliders: the value; the place in percent; a triangle as thumb for a flag of 0, else a block; the
+   colours of the bar and of its filled part; how many hash marks there are, and where: 0 nowhere, 1
+   above or left, 2 below or right, 3 both; the labels of the ends. */
+void SetSliderPosition(int32_t ident, int32_t value);
+void SetSliderProportion(int32_t ident, int32_t percent);
+void SetStyle(int32_t ident, int32_t flag);
+void SetBarColor(int32_t ident, int32_t color);
+void SetFillColor(int32_t ident, int32_t color);
+void SetHashCount(int32_t ident, int32_t count);
+void SetHashType(int32_t ident, int32_t location);
+void SetLimitsLabel(int32_t ident, const char *minimum, const char *maximum);
+
+/* Status bars: the texts above the bar, the maximum, a step to go on by, the bar's colour and its
+   height. */
+void SetStatusLabel(int32_t ident, const char *text);
+void SetStatusTrail(int32_t ident, const char *text);
+void SetStatusMaxValue(int32_t ident, int32_t maximum);
+void SetStatusValue(int32_t ident, int32_t delta);
+void SetStatusBarColor(int32_t ident, int32_t color);
+void SetStatusBarHeight(int32_t ident, int32_t height);
+
+/* Boxes: the border (0 plain, 1 fancy, 2 none), the label, and gadgets put inside: their place then
+   counts from the box's corner. A gadget as title stands in the place of the label. */
+void SetBorder(int32_t ident, int32_t style);
+void SetLabelBBox(int32_t ident, const char *text);
+void BBoxAddGadget(int32_t box_ident, int32_t ident);
+void BBoxAddGadgetTitle(int32_t box_ident, int32_t ident);
+
+/* Returns (red << 24) + (green << 16) + (blue << 8). */
+int32_t ReturnIntFromRgb(int32_t red, int32_t green, int32_t blue);
+
 /* ---- Drawing --------------------------------------------------------------------------------- */
 
 /* Drawing goes into the window's bitmap with the high colour; while the window's refresh mode is

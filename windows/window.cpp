@@ -88,6 +88,7 @@ MyWinClass::~MyWinClass()
     while (BView* child = fTopView->ChildAt(0))
         fTopView->RemoveChild(child);
     RemoveChild(fTopView);
+    bury_gadgets(this);
     if (fRaster != nullptr && fRaster->Lock()) {
         fRaster->RemoveChild(fOffscreenView);
         fRaster->Unlock();
@@ -188,6 +189,10 @@ static void call_gadget(const BMessage& message)
 
 void MyWinClass::MessageReceived(BMessage* message)
 {
+    if (message->what == kBuryMessage) {
+        bury_gadgets(this);
+        return;
+    }
     if (message->what == kDragMessage)
         print_drag(message, this);
     call_input_handler(message);

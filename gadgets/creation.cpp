@@ -1,0 +1,83 @@
+// Making gadgets. The program's thread: a view is built before it belongs to any window.
+
+#include "gadgets/kinds.h"
+#include "plinth.h"
+#include "runtime/trace.h"
+#include "windows/drawing_view.h"
+#include "windows/window_access.h"
+
+#include <Control.h>
+#include <StatusBar.h>
+
+static const int32_t kFirstKind = 1;
+static const int32_t kLastCreated = 34;
+
+static BRect frame_of(int32_t x, int32_t y, int32_t width, int32_t height)
+{
+    const auto left = static_cast<float>(x);
+    const auto top = static_cast<float>(y);
+    return BRect(left, top, left + static_cast<float>(width), top + static_cast<float>(height));
+}
+
+static BView* create_view(const GadgetSpec& spec)
+{
+    const KindRow* row = kind_row(spec.kind);
+    return row != nullptr && row->create != nullptr ? row->create(spec) : nullptr;
+}
+
+static bool enter_gadget(MyGadget* gadget)
+{
+    RegistryLock registry;
+    return enter_record(registry, gadget);
+}
+
+// Puts the gadget into the registry and its view into a window's top view, or none.
+static bool attach(MyGadget* gadget, int32_t window_ident, const char* call)
+{
+    if (window_ident == -1)
+        return enter_gadget(gadget);
+    WindowAccess window(window_ident, call);
+    if (!window || !enter_gadget(gadget))
+        return false;
+    window->fTopView->AddChild(gadget->view);
+    if (gadget->kind == kStatusBar) {
+        if (auto* bar = dynamic_cast<BStatusBar*>(gadget->view))
+            bar->Update(static_cast<float>(gadget->value), bar->Label(), bar->TrailingText());
+    }
+    return true;
+}
+
+extern "C" int32_t CreateGadget(int32_t kind, int32_t window_ident, int32_t x, int32_t y,
+                                int32_t width, int32_t height, const void* text, int32_t value)
+{
+    if (kind < kFirstKind || kind > kLastCreated) {
+        show_dbg(kBadArgument, kind, __func__);
+        return 0;
+    }
+    auto* gadget = static_cast<MyGadget*>(MyAlloc(sizeof(MyGadget)));
+    if (gadget == nullptr)
+        return 0;
+    gadget->ident = static_cast<int32_t>(GetUniqueID());
+    const GadgetSpec spec = {gadget, kind, window_ident, frame_of(x, y, width, height),
+                             text,   value};
+    BView* view = create_view(spec);
+    if (view == nullptr) {
+        MyFree(gadget);
+        return 0;
+    }
+    gadget->kind = kind;
+    gadget->left = x;
+    gadget->top = y;
+    gadget->width = width;
+    gadget->height = height;
+    gadget->view = view;
+    view->SetResizingMode(B_FOLLOW_NONE);
+    if (auto* control = dynamic_cast<BControl*>(view))
+        control->SetLabel(spec.Text());
+    if (!attach(gadget, window_ident, __func__)) {
+        delete view;
+        MyFree(gadget);
+        return 0;
+    }
+    return gadget->ident;
+}

@@ -1,0 +1,114 @@
+// The table of kinds, and what their classes share.
+
+#include "gadgets/kinds.h"
+
+#include <InterfaceDefs.h>
+#include <Message.h>
+#include <View.h>
+#include <Window.h>
+
+#include <iterator>
+
+static const int32_t kLastKind = 46;
+
+// By kind, from 1. Kinds that are only numbers of fields cannot be created: kept on purpose.
+static constexpr KindRow kKinds[] = {
+    {1, kButton, create_button, Inside::None},
+    {2, kCheckBox, create_checkbox, Inside::None},
+    {3, kStringField, nullptr, Inside::None},
+    {4, kStringField, nullptr, Inside::None},
+    {5, kStringField, nullptr, Inside::None},
+    {6, kStringField, nullptr, Inside::None},
+    {7, kListView, nullptr, Inside::None},
+    {8, kListView, nullptr, Inside::None},
+    {9, kListView, nullptr, Inside::None},
+    {10, kListView, nullptr, Inside::None},
+    {11, kTextLabel, create_text, Inside::None},
+    {12, kNumberLabel, create_number, Inside::None},
+    {13, kScrollBar, create_scroller, Inside::None},
+    {14, kScrollBar, create_scroller, Inside::None},
+    {15, kSlider, create_slider, Inside::None},
+    {16, kSlider, create_slider, Inside::None},
+    {17, kStatusBar, create_statusbar, Inside::None},
+    {18, kRadioGroup, create_radio, Inside::None},
+    {19, kChoiceField, nullptr, Inside::None},
+    {20, kListView, nullptr, Inside::None},
+    {21, kListView, nullptr, Inside::None},
+    {22, kListView, nullptr, Inside::None},
+    {23, kListView, nullptr, Inside::None},
+    {24, kBox, create_bbox, Inside::LetGo},
+    {25, kTabView, nullptr, Inside::LetGo},
+    {26, kTextEditor, nullptr, Inside::None},
+    {27, kTextEditor, nullptr, Inside::None},
+    {28, kTextEditor, nullptr, Inside::None},
+    {29, kTextEditor, nullptr, Inside::None},
+    {30, kColorControl, nullptr, Inside::None},
+    {31, kDraggableIcon, nullptr, Inside::None},
+    {32, kSecondDraggableIcon, nullptr, Inside::None},
+    {33, kPictureButton, nullptr, Inside::None},
+    {34, kVideoView, nullptr, Inside::None},
+    {35, 35, nullptr, Inside::None},
+    {36, kStringField, nullptr, Inside::None},
+    {37, kStringField, nullptr, Inside::None},
+    {38, 38, nullptr, Inside::None},
+    {39, 39, nullptr, Inside::None},
+    {40, 40, nullptr, Inside::None},
+    {41, 41, nullptr, Inside::None},
+    {42, 42, nullptr, Inside::None},
+    {43, 43, nullptr, Inside::None},
+    {44, 44, nullptr, Inside::None},
+    {45, kStringField, nullptr, Inside::None},
+    {46, kStringField, nullptr, Inside::None},
+};
+
+static constexpr bool rows_are_in_order()
+{
+    for (int32_t i = 0; i < kLastKind; i++) {
+        if (kKinds[i].kind != i + 1)
+            return false;
+    }
+    return std::size(kKinds) == kLastKind;
+}
+static_assert(rows_are_in_order(), "one row per kind, by its number");
+
+const KindRow* kind_row(int32_t kind)
+{
+    return kind >= 1 && kind <= kLastKind ? &kKinds[kind - 1] : nullptr;
+}
+
+int32_t count_labels(const char* const* labels)
+{
+    int32_t count = 0;
+    while (labels != nullptr && labels[count] != nullptr && labels[count][0] != '\0')
+        count++;
+    return count;
+}
+
+void take_ground(BView* view)
+{
+    if (view->Parent() != nullptr)
+        view->SetViewColor(view->Parent()->ViewColor());
+}
+
+int32_t pressed_buttons(const BView* view)
+{
+    int32 buttons = 0;
+    if (BMessage* message = view->Window() != nullptr ? view->Window()->CurrentMessage() : nullptr)
+        message->FindInt32("buttons", &buttons);
+    return buttons;
+}
+
+bool is_primary_press(const BView* view) { return pressed_buttons(view) == B_PRIMARY_MOUSE_BUTTON; }
+
+void tell_press(BView* view, const MyGadget& gadget)
+{
+    call_handler(gadget, &MyGadget::action_handler);
+    if ((gadget.flags & kTakesFocus) != 0)
+        view->MakeFocus(true);
+}
+
+void call_key_handler(const MyGadget& gadget, const char* bytes)
+{
+    call_handler(gadget, &MyGadget::key_handler, int32_t{static_cast<signed char>(bytes[0])},
+                 static_cast<int32_t>(modifiers()));
+}

@@ -1,0 +1,63 @@
+#ifndef GADGETS_KINDS_H
+#define GADGETS_KINDS_H
+
+// What CreateGadget knows of each kind.
+
+#include "gadgets/gadget.h"
+
+#include <Rect.h>
+
+// What a create function is told. The record has its ident, and nothing else yet.
+struct GadgetSpec {
+    MyGadget* record;
+    int32_t kind;
+    int32_t window;    // the window's ident, -1 for none
+    BRect frame;       // x, y, x + width, y + height
+    const void* text;  // a string, or an array of strings for kinds that show several
+    int32_t value;     // of the creation
+
+    const char* Text() const { return static_cast<const char*>(text); }
+    const char* const* Texts() const { return static_cast<const char* const*>(text); }
+};
+
+// Returns the view, which belongs to the record then; null if there can be none.
+using CreateGadgetView = BView* (*)(const GadgetSpec& spec);
+
+// What becomes of gadgets whose views are inside the view of a gadget that is killed.
+enum class Inside { None, LetGo };
+
+struct KindRow {
+    int32_t kind;
+    int32_t family;           // the kind that stands for it
+    CreateGadgetView create;  // null: CreateGadget makes none
+    Inside inside;
+};
+
+// Null for a number that is no kind's.
+const KindRow* kind_row(int32_t kind);
+
+// Each makes the views of the kinds whose rows name it.
+BView* create_button(const GadgetSpec& spec);
+BView* create_checkbox(const GadgetSpec& spec);
+BView* create_text(const GadgetSpec& spec);
+BView* create_number(const GadgetSpec& spec);
+BView* create_scroller(const GadgetSpec& spec);
+BView* create_slider(const GadgetSpec& spec);
+BView* create_statusbar(const GadgetSpec& spec);
+BView* create_radio(const GadgetSpec& spec);
+BView* create_bbox(const GadgetSpec& spec);
+
+// How many strings an array has before its null pointer, or before an empty one.
+int32_t count_labels(const char* const* labels);
+// A view on the colour of the one around it. Its window's thread or lock.
+void take_ground(BView* view);
+// The buttons that are down, as the message says that a window's thread works on.
+int32_t pressed_buttons(const BView* view);
+// A press with the primary button alone.
+bool is_primary_press(const BView* view);
+// A control was pressed: calls its handler, and gives it the focus if it takes that.
+void tell_press(BView* view, const MyGadget& gadget);
+// Calls slot 2 with a key's first byte and the modifiers that are held.
+void call_key_handler(const MyGadget& gadget, const char* bytes);
+
+#endif  // GADGETS_KINDS_H

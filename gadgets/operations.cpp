@@ -1,0 +1,128 @@
+// What can be done to a gadget of any kind: showing, hiding, killing, fonts, colours, handlers. Any
+// thread, with the gadget's window locked.
+
+#include "gadgets/gadget.h"
+#include "graphics/fonts.h"
+#include "graphics/raster_port.h"
+#include "plinth.h"
+#include "windows/drawing_view.h"
+#include "windows/window_access.h"
+
+#include <Font.h>
+#include <View.h>
+
+// Acts on the view that shows the gadget; on each button of a radio group, and on the group.
+template <class Action>
+static void on_shown_views(int32_t ident, Action act)
+{
+    const GadgetAccess gadget(ident);
+    if (!gadget || gadget.View() == nullptr)
+        return;
+    BView* view = shown_view(gadget.Record());
+    act(*view);
+    if (gadget.Record().kind != kRadioGroup)
+        return;
+    for (BView* child = view->ChildAt(0); child != nullptr; child = child->NextSibling())
+        act(*child);
+}
+
+BView* FindGadget(int32_t ident)
+{
+    const GadgetAccess gadget(ident);
+    return gadget && gadget.View() != nullptr ? shown_view(gadget.Record()) : nullptr;
+}
+
+extern "C" void HideGadget(int32_t, int32_t ident)
+{
+    on_gadget<BView>(ident, GadgetAccess::kAnyFamily, Unlocked::Act, [](BView& view, MyGadget&) {
+        if (!view.IsHidden(&view))
+            view.Hide();
+    });
+}
+
+extern "C" void SetGadget(int32_t, int32_t ident)
+{
+    on_gadget<BView>(ident, GadgetAccess::kAnyFamily, Unlocked::Act, [](BView& view, MyGadget&) {
+        if (view.IsHidden(&view))
+            view.Show();
+    });
+}
+
+extern "C" void ShowGadget(int32_t window_ident, int32_t ident) { SetGadget(window_ident, ident); }
+
+extern "C" void KillGadget(int32_t, int32_t ident)
+{
+    const GadgetAccess gadget(ident);
+    if (gadget)
+        dispose_gadget(&gadget.Record());
+}
+
+extern "C" void SetFontGadget(int32_t ident, int32_t font_ident)
+{
+    BFont font;
+    if (!Find_Font(font_ident, &font))
+        return;
+    on_shown_views(ident, [&](BView& view) { view.SetFont(&font, B_FONT_ALL); });
+}
+
+extern "C" void SetAntiliasingGadget(int32_t ident, int8_t flag)
+{
+    on_shown_views(ident, [=](BView& view) {
+        BFont font;
+        view.GetFont(&font);
+        font.SetFlags(flag == 0 ? B_DISABLE_ANTIALIASING : 0);
+        view.SetFont(&font, B_FONT_FLAGS);
+    });
+}
+
+extern "C" void SetForeColorGadget(int32_t ident, int32_t high, int32_t low)
+{
+    on_shown_views(ident, [=](BView& view) {
+        view.SetHighColor(GetRgbFromInteger(static_cast<uint32_t>(high)));
+        view.SetLowColor(GetRgbFromInteger(static_cast<uint32_t>(low)));
+    });
+}
+
+extern "C" void SetBackColorGadget(int32_t ident, int32_t color)
+{
+    on_shown_views(ident, [=](BView& view) {
+        view.SetViewColor(GetRgbFromInteger(static_cast<uint32_t>(color)));
+    });
+}
+
+extern "C" void FocusOnClick(int32_t ident, int8_t flag)
+{
+    const GadgetAccess gadget(ident);
+    if (!gadget)
+        return;
+    uint32_t& flags = gadget.Record().flags;
+    flags = flag != 0 ? flags | kTakesFocus : flags & ~uint32_t{kTakesFocus};
+}
+
+// By slot; the text slots are not the record's.
+static void* MyGadget::*const kSlots[] = {
+    nullptr, &MyGadget::action_handler, &MyGadget::key_handler,  &MyGadget::value_handler,  nullptr,
+    nullptr, &MyGadget::list_handler,   &MyGadget::drop_handler, &MyGadget::unused_handler,
+};
+
+extern "C" void SetHandlerForGadget(int32_t ident, int32_t slot, void* handler)
+{
+    if (slot < 1 || slot > 8 || kSlots[slot] == nullptr)
+        return;
+    RegistryLock registry;
+    if (auto* gadget = ident < 1 ? nullptr : find_record<MyGadget>(registry, ident))
+        gadget->*kSlots[slot] = handler;
+}
+
+extern "C" void RemoveAll(int32_t window_ident)
+{
+    WindowAccess window(window_ident, __func__);
+    if (!window)
+        return;
+    BView* top = window->fTopView;
+    // Every second one stays, for the later ones move up: kept on purpose.
+    for (int32 i = 0; i < top->CountChildren(); i++)
+        top->RemoveChild(top->ChildAt(i));
+}
+
+extern "C" bool is_gadget_ident(int32_t ident) { return gadget_record(ident) != nullptr; }

@@ -1,0 +1,163 @@
+// Radio groups: a view that holds one button for each label. Hooks run on the window's thread, or
+// on that of a call that has the window locked.
+
+#include "gadgets/kinds.h"
+#include "plinth.h"
+
+#include <InterfaceDefs.h>
+#include <RadioButton.h>
+#include <Window.h>
+
+#include <algorithm>
+#include <math.h>
+
+static const float kSpacing = 0;         // between two buttons
+static const float kFirstRight = 32767;  // until the first one has told its size
+static const float kFirstBottom = 32;
+
+class MyRadio : public BRadioButton {
+public:
+    MyRadio(MyGadget* gadget, int32_t index, BRect frame, const char* label)
+        : BRadioButton(frame, nullptr, label, nullptr), fGadget(gadget), fIndex(index)
+    {
+    }
+
+    void AttachedToWindow() override
+    {
+        BRadioButton::AttachedToWindow();
+        take_ground(this);
+    }
+    void MouseDown(BPoint where) override
+    {
+        if (!IsEnabled() || !is_primary_press(this))
+            return;
+        BRadioButton::MouseDown(where);
+        tell_press(this, *fGadget);
+    }
+    void KeyDown(const char* bytes, int32 count) override;
+    void SetValue(int32 value) override;
+
+private:
+    bool _FocusIsInGroup() const;
+    void _Leave(bool backwards);
+
+    MyGadget* const fGadget;
+    const int32 fIndex;
+};
+
+bool MyRadio::_FocusIsInGroup() const
+{
+    const BView* focus = Window() != nullptr ? Window()->CurrentFocus() : nullptr;
+    return focus != nullptr && focus->Parent() == Parent();
+}
+
+void MyRadio::SetValue(int32 value)
+{
+    if (value != B_CONTROL_OFF) {
+        fGadget->selection = fIndex;
+        call_handler(*fGadget, &MyGadget::value_handler, int32_t{fIndex});
+        if ((fGadget->flags & kTakesFocus) != 0 || _FocusIsInGroup())
+            MakeFocus(true);
+    }
+    BRadioButton::SetValue(value);
+}
+
+static void choose(BView* view)
+{
+    auto* radio = dynamic_cast<BRadioButton*>(view);
+    if (radio == nullptr)
+        return;
+    radio->SetValue(B_CONTROL_ON);
+    radio->MakeFocus(true);
+}
+
+static BView* last_child(const BView* view) { return view->ChildAt(view->CountChildren() - 1); }
+
+// Tab goes on behind the group, Shift and Tab to the last control beside it that is enabled.
+void MyRadio::_Leave(bool backwards)
+{
+    BView* group = Parent();
+    if (!backwards) {
+        if (BView* next = group->NextSibling())
+            next->MakeFocus(true);
+        return;
+    }
+    BView* around = group->Parent();
+    for (BView* view = around != nullptr ? last_child(around) : nullptr; view != nullptr;
+         view = view->PreviousSibling()) {
+        auto* control = dynamic_cast<BControl*>(view);
+        if (control != nullptr && control->IsEnabled()) {
+            control->MakeFocus(true);
+            return;
+        }
+    }
+}
+
+// The base is not asked: Space and Enter choose nothing, which Tab's way and the arrows do.
+void MyRadio::KeyDown(const char* bytes, int32 count)
+{
+    if (count != 1 || Parent() == nullptr)
+        return;
+    switch (bytes[0]) {
+        case B_UP_ARROW:
+            choose(PreviousSibling() != nullptr ? PreviousSibling() : last_child(Parent()));
+            break;
+        case B_DOWN_ARROW:
+            choose(NextSibling() != nullptr ? NextSibling() : Parent()->ChildAt(0));
+            break;
+        case B_TAB:
+            _Leave((modifiers() & B_SHIFT_KEY) != 0);
+            break;
+        default:
+            call_key_handler(*fGadget, bytes);
+    }
+}
+
+// Holds the buttons of a group.
+class MyBView : public BView {
+public:
+    explicit MyBView(BRect frame) : BView(frame, nullptr, B_FOLLOW_LEFT_TOP, B_WILL_DRAW) {}
+    void AttachedToWindow() override { take_ground(this); }
+};
+
+BView* create_radio(const GadgetSpec& spec)
+{
+    const char* const* labels = spec.Texts();
+    const int32_t count = count_labels(labels);
+    if (count < 1)
+        return nullptr;
+    auto* group = new MyBView(spec.frame);
+    BRect frame(0, 0, kFirstRight, kFirstBottom);
+    float widest = 0, height = 0;
+    for (int32_t i = 0; i < count; i++) {
+        auto* radio = new MyRadio(spec.record, i, frame, labels[i]);
+        float width, own_height;
+        radio->GetPreferredSize(&width, &own_height);
+        if (i == 0) {
+            radio->ResizeTo(width, own_height);
+            height = own_height;
+            frame.right = roundf(width);
+            frame.bottom = roundf(own_height);
+        }
+        frame.OffsetBy(0, height + kSpacing);
+        widest = std::max(widest, width);
+        group->AddChild(radio);
+    }
+    // One row short, so that the last button shows as far as the frame lets it: kept on purpose.
+    group->ResizeTo(widest, height * static_cast<float>(count - 1));
+    for (BView* radio = group->ChildAt(0); radio != nullptr; radio = radio->NextSibling())
+        radio->ResizeTo(widest, height);
+    return group;
+}
+
+extern "C" void RadSelected(int32_t ident, int32_t index)
+{
+    on_gadget<BView>(ident, kRadioGroup, Unlocked::Skip, [=](BView& group, MyGadget& gadget) {
+        int32_t i = 0;
+        for (BView* view = group.ChildAt(0); view != nullptr; view = view->NextSibling(), i++) {
+            if (auto* radio = dynamic_cast<BRadioButton*>(view))
+                radio->SetValue(i == index ? B_CONTROL_ON : B_CONTROL_OFF);
+        }
+        gadget.selection = index;
+    });
+}

@@ -1,0 +1,148 @@
+// What gadgets of several kinds have in common: labels, values, the enabled state, the focus,
+// sizes, and the window that they are in. Any thread, with the gadget's window locked.
+
+#include "gadgets/gadget.h"
+#include "plinth.h"
+#include "runtime/strings.h"
+#include "runtime/whole.h"
+#include "windows/drawing_view.h"
+#include "windows/window_access.h"
+
+#include <CheckBox.h>
+#include <Control.h>
+#include <ScrollBar.h>
+#include <Slider.h>
+#include <StatusBar.h>
+
+#include <string>
+
+template <class View, class Action>
+static void on_any(int32_t ident, Action act)
+{
+    on_gadget<View>(ident, GadgetAccess::kAnyFamily, Unlocked::Act,
+                    [&](View& view, MyGadget&) { act(view); });
+}
+
+extern "C" void SetLabel(int32_t ident, const char* text)
+{
+    on_any<BControl>(ident, [=](BControl& control) { control.SetLabel(text); });
+}
+
+extern "C" const char* GetLabel(int32_t ident)
+{
+    static auto* const label = new std::string;
+    label->clear();
+    on_any<BControl>(ident, [](BControl& control) { *label = text_or_empty(control.Label()); });
+    return label->c_str();
+}
+
+extern "C" void SetEnabled(int32_t ident, int8_t flag)
+{
+    const GadgetAccess gadget(ident);
+    if (!gadget || gadget.View() == nullptr)
+        return;
+    const bool enabled = flag != 0;
+    uint32_t& flags = gadget.Record().flags;
+    flags = enabled ? flags & ~uint32_t{kDisabled} : flags | kDisabled;
+    if (gadget.Record().kind != kRadioGroup) {
+        if (auto* control = dynamic_cast<BControl*>(gadget.View()))
+            control->SetEnabled(enabled);
+        return;
+    }
+    for (BView* view = gadget.View()->ChildAt(0); view != nullptr; view = view->NextSibling()) {
+        if (auto* radio = dynamic_cast<BControl*>(view))
+            radio->SetEnabled(enabled);
+    }
+}
+
+extern "C" int32_t GetEnabled(int32_t ident)
+{
+    const GadgetAccess gadget(ident);
+    if (!gadget)
+        return 0;
+    if (const auto* control = dynamic_cast<BControl*>(gadget.View()))
+        return control->IsEnabled() ? 1 : 0;
+    return (gadget.Record().flags & kDisabled) == 0 ? 1 : 0;
+}
+
+extern "C" void ActivateGadget(int32_t ident)
+{
+    const GadgetAccess gadget(ident);
+    if (!gadget || gadget.View() == nullptr)
+        return;
+    BView* view = shown_view(gadget.Record());
+    view->MakeFocus(true);
+    if (auto* window = dynamic_cast<MyWinClass*>(view->Window()))
+        window->fSavedFocus = view;
+}
+
+extern "C" void SetChecked(int32_t ident, int32_t flag)
+{
+    on_gadget<BCheckBox>(ident, kCheckBox, Unlocked::Act, [=](BCheckBox& box, MyGadget&) {
+        box.SetValue(flag != 0 ? B_CONTROL_ON : B_CONTROL_OFF);
+    });
+}
+
+extern "C" bool GetChecked(int32_t ident)
+{
+    bool checked = false;
+    on_gadget<BCheckBox>(ident, kCheckBox, Unlocked::Act,
+                         [&](BCheckBox& box, MyGadget&) { checked = box.Value() == B_CONTROL_ON; });
+    return checked;
+}
+
+extern "C" void SetValue(int32_t ident, int32_t value)
+{
+    on_any<BStatusBar>(ident, [=](BStatusBar& bar) { bar.Update(static_cast<float>(value)); });
+    on_any<BScrollBar>(ident, [=](BScrollBar& bar) { bar.SetValue(static_cast<float>(value)); });
+    on_any<BSlider>(ident, [=](BSlider& slider) { slider.SetValue(value); });
+}
+
+extern "C" int32_t GetValue(int32_t ident)
+{
+    const GadgetAccess gadget(ident);
+    if (!gadget || gadget.View() == nullptr)
+        return 0;
+    const MyGadget& record = gadget.Record();
+    switch (record.kind) {
+        case kCheckBox:
+        case kSlider:
+        case kVerticalSlider:
+        case kColorControl:
+            return static_cast<BControl*>(gadget.View())->Value();
+        case kScrollBar:
+        case kVerticalScrollBar:
+            return truncated(static_cast<BScrollBar*>(gadget.View())->Value());
+        case kStatusBar:
+            return truncated(static_cast<BStatusBar*>(gadget.View())->CurrentValue());
+        case kRadioGroup:
+            return record.selection;
+        default:
+            return 0;
+    }
+}
+
+extern "C" int32_t ReturnIntFromRgb(int32_t red, int32_t green, int32_t blue)
+{
+    return static_cast<int32_t>((static_cast<uint32_t>(red) << 24) +
+                                (static_cast<uint32_t>(green) << 16) +
+                                (static_cast<uint32_t>(blue) << 8));
+}
+
+extern "C" void AttachGadgetToWindow(int32_t window_ident, int32_t ident)
+{
+    WindowAccess window(window_ident, __func__);
+    if (!window)
+        return;
+    const GadgetAccess gadget(ident);
+    BView* view = gadget ? gadget.View() : nullptr;
+    if (view != nullptr && view->Window() == nullptr && view->Parent() == nullptr)
+        window->fTopView->AddChild(view);
+}
+
+extern "C" void ResizeGadget(int32_t ident, int32_t width, int32_t height)
+{
+    on_any<BView>(ident, [=](BView& view) {
+        view.ResizeTo(static_cast<float>(width), static_cast<float>(height));
+    });
+}

@@ -1,0 +1,524 @@
+// Gadgets as the program makes, changes and kills them.
+
+#include "gadget_window.h"
+
+#include <Box.h>
+#include <CheckBox.h>
+#include <Slider.h>
+#include <StatusBar.h>
+#include <StringView.h>
+
+#include <thread>
+#include <vector>
+
+static const char* const kLabels[] = {"one", "two", "", "never", nullptr};
+
+// --- creation
+
+TEST_F(GadgetTest, KindsThatAreNoneMakeNothing)
+{
+    for (int32_t kind : {0, -1, 35, 36, 37, 45, 46, 47, INT32_MAX, INT32_MIN})
+        EXPECT_EQ(Make(kind, 0, 0, 10, 10), 0) << kind;
+    EXPECT_EQ(Make(34, 0, 0, 10, 10), 0);
+    EXPECT_EQ(CountViews(), 0);
+}
+
+TEST_F(GadgetTest, WindowsThatAreNoneTakeNoGadget)
+{
+    for (int32_t window_ident : {0, -2, 1, INT32_MAX, INT32_MIN})
+        EXPECT_EQ(CreateGadget(1, window_ident, 0, 0, 10, 10, "a", 0), 0) << window_ident;
+    const int32_t gadget = Make(1, 0, 0, 10, 10);
+    EXPECT_EQ(CreateGadget(1, gadget, 0, 0, 10, 10, "a", 0), 0);
+}
+
+TEST_F(GadgetTest, EachKindIsMadeInItsFrame)
+{
+    const struct {
+        int32_t kind;
+        BRect frame;
+    } rows[] = {
+        {1, BRect(10, 20, 90, 44)},  {2, BRect(10, 20, 90, 44)},  {11, BRect(10, 20, 90, 44)},
+        {12, BRect(10, 20, 90, 44)}, {13, BRect(10, 20, 90, 34)}, {14, BRect(10, 20, 24, 44)},
+        {24, BRect(10, 20, 90, 44)},
+    };
+    std::vector<int32_t> idents;
+    for (const auto& row : rows) {
+        idents.push_back(Make(row.kind, 10, 20, 80, 24));
+        EXPECT_NE(idents.back(), 0) << row.kind;
+        EXPECT_TRUE(is_gadget_ident(idents.back()));
+        EXPECT_EQ(FrameOf(int32(idents.size()) - 1), row.frame) << row.kind;
+    }
+    for (size_t i = 1; i < idents.size(); i++)
+        EXPECT_GT(idents[i], idents[i - 1]);
+}
+
+TEST_F(GadgetTest, DegenerateSizesArePassedOn)
+{
+    for (int32_t kind : {1, 2, 11, 12, 13, 14, 15, 16, 17, 24}) {
+        for (int32_t size : {0, -1, -100, INT32_MAX, INT32_MIN})
+            EXPECT_NE(Make(kind, 5, 5, size, size), 0) << kind << " of " << size;
+    }
+    Settle();
+}
+
+TEST_F(GadgetTest, RadioGroupEndsAtItsFirstEmptyLabel)
+{
+    ASSERT_NE(Make(18, 0, 0, 100, 100, kLabels), 0);
+    EXPECT_EQ(WithView(0, [](BView* view) { return view->CountChildren(); }), 2);
+    const char* const none[] = {"", "a", nullptr};
+    EXPECT_EQ(Make(18, 0, 0, 100, 100, none), 0);
+    EXPECT_EQ(Make(18, 0, 0, 100, 100, nullptr), 0);
+}
+
+TEST_F(GadgetTest, RadioGroupIsOneRowShortKept)
+{
+    const char* const labels[] = {"a", "longer", "b", nullptr};
+    ASSERT_NE(Make(18, 7, 9, 100, 100, labels), 0);
+    WithView(0, [](BView* group) {
+        float width, height;
+        group->ChildAt(1)->GetPreferredSize(&width, &height);
+        EXPECT_EQ(group->Frame(), BRect(7, 9, 7 + width, 9 + 2 * height));
+        EXPECT_EQ(group->ChildAt(2)->Frame(), BRect(0, 2 * height, width, 3 * height));
+        return 0;
+    });
+}
+
+TEST_F(GadgetTest, StatusBarStartsAtNoneOfAHundred)
+{
+    const int32_t bar = Make(17, 10, 10, 100, 40);
+    EXPECT_EQ(GetValue(bar), 0);
+    EXPECT_EQ(WithView(0, [](BView* view) { return dynamic_cast<BStatusBar*>(view)->MaxValue(); }),
+              100);
+}
+
+TEST_F(GadgetTest, LabelsAreTheTextOfTheCreation)
+{
+    const int32_t button = Make(1, 10, 10, 80, 24, "press");
+    EXPECT_STREQ(GetLabel(button), "press");
+    SetLabel(button, nullptr);
+    EXPECT_STREQ(GetLabel(button), "");
+    SetLabel(button, std::string(100000, 'x').c_str());
+    EXPECT_EQ(strlen(GetLabel(button)), 100000u);
+    const int32_t text = Make(11, 10, 50, 80, 24, "text");
+    SetLabel(text, "text");
+    EXPECT_STREQ(GetLabel(text), "");
+    EXPECT_STREQ(GetLabel(0), "");
+    const int32_t number = Make(12, 10, 50, 80, 24);
+    EXPECT_NE(number, 0);
+    EXPECT_STREQ(WithView(2, [](BView* view) { return dynamic_cast<BStringView*>(view)->Text(); }),
+                 "0");
+}
+
+TEST_F(GadgetTest, GadgetsStandOnTheColourOfTheirWindow)
+{
+    Make(2, 10, 10, 80, 24);
+    Make(18, 10, 40, 80, 24, kLabels);
+    Make(11, 10, 80, 80, 24);
+    Make(24, 10, 120, 80, 24);
+    Make(17, 10, 150, 80, 24);
+    for (int32 i = 0; i < 5; i++) {
+        WithView(i, [=](BView* view) {
+            EXPECT_EQ(view->ViewColor(), make_color(216, 216, 216)) << i;
+            return 0;
+        });
+    }
+    WithView(1, [](BView* view) {
+        EXPECT_EQ(view->ChildAt(0)->ViewColor(), make_color(216, 216, 216));
+        return 0;
+    });
+}
+
+// --- without a window
+
+TEST_F(GadgetTest, GadgetWithoutAWindowIsPutIntoOneLater)
+{
+    const int32_t button = CreateGadget(1, -1, 10, 10, 80, 24, "a", 0);
+    ASSERT_NE(button, 0);
+    EXPECT_EQ(CountViews(), 0);
+    SetLabel(button, "b");
+    EXPECT_STREQ(GetLabel(button), "b");
+    AttachGadgetToWindow(window, button);
+    EXPECT_EQ(CountViews(), 1);
+    AttachGadgetToWindow(window, button);
+    EXPECT_EQ(CountViews(), 1);
+    const int32_t other = CreateGadget(1, -1, 10, 10, 80, 24, "a", 0);
+    for (int32_t ident : {other, button}) {
+        HideGadget(0, ident);
+        ShowGadget(0, ident);
+        KillGadget(0, ident);
+        EXPECT_FALSE(is_gadget_ident(ident));
+    }
+    EXPECT_EQ(CountViews(), 0);
+}
+
+// --- showing, killing
+
+TEST_F(GadgetTest, HidingCountsOnce)
+{
+    const int32_t button = Make(1, 10, 10, 80, 24);
+    HideGadget(0, button);
+    HideGadget(0, button);
+    Click(20, 20);
+    EXPECT_EQ(Calls(), "");
+    SetGadget(window, button);
+    Click(20, 20);
+    EXPECT_EQ(Calls(), "action");
+    ShowGadget(0, button);
+    HideGadget(0, button);
+    Click(20, 20);
+    EXPECT_EQ(Calls(), "");
+}
+
+TEST_F(GadgetTest, RemoveAllLeavesEverySecondGadgetKept)
+{
+    std::vector<int32_t> buttons;
+    for (int32_t i = 0; i < 4; i++)
+        buttons.push_back(Make(1, 10, 10 + 30 * i, 80, 24));
+    RemoveAll(window);
+    EXPECT_EQ(CountViews(), 2);
+    EXPECT_EQ(FrameOf(0).top, 40);
+    EXPECT_EQ(FrameOf(1).top, 100);
+    AttachGadgetToWindow(window, buttons[0]);
+    EXPECT_EQ(CountViews(), 3);
+    for (int32_t button : buttons)
+        KillGadget(0, button);
+    EXPECT_EQ(CountViews(), 0);
+}
+
+static int32_t sVictim;
+static int32_t kill_victim()
+{
+    KillGadget(0, sVictim);
+    gHandlers.Add("killed");
+    return 0;
+}
+static int32_t kill_victim_by_value(int32_t) { return kill_victim(); }
+
+TEST_F(GadgetTest, GadgetMayKillItselfFromItsHandlers)
+{
+    const struct {
+        int32_t kind, slot;
+        int32_t x, y;
+    } rows[] = {{1, 1, 20, 20},  {2, 1, 20, 20},  {2, 3, 20, 20},  {13, 3, 87, 15},
+                {14, 3, 15, 40}, {15, 3, 60, 40}, {18, 1, 15, 20}, {18, 3, 15, 20}};
+    for (const auto& row : rows) {
+        const void* text = row.kind == 18 ? static_cast<const void*>(kLabels) : "label";
+        sVictim = Make(row.kind, 10, 10, 80, 40, text);
+        for (int32_t slot : {1, 2, 3})
+            SetHandlerForGadget(sVictim, slot, nullptr);
+        SetHandlerForGadget(sVictim, row.slot,
+                            row.slot == 3 ? reinterpret_cast<void*>(kill_victim_by_value)
+                                          : reinterpret_cast<void*>(kill_victim));
+        Click(row.x, row.y);
+        EXPECT_EQ(Calls(), "killed") << row.kind << " by slot " << row.slot;
+        EXPECT_FALSE(is_gadget_ident(sVictim));
+        EXPECT_EQ(CountViews(), 0);
+        gHandlers.Take();
+    }
+}
+
+TEST_F(GadgetTest, GadgetMayBeKilledByTheHandlerOfAnotherWindow)
+{
+    const int32_t button = Make(1, 10, 10, 80, 24);
+    sVictim = button;
+    TestWindow other(500, 100, 100, 100);
+    const int32_t killer = CreateGadget(1, other.Ident(), 10, 10, 80, 24, "kill", 0);
+    SetHandlerForGadget(killer, 1, reinterpret_cast<void*>(kill_victim));
+    other.Click(20, 20);
+    EXPECT_TRUE(eventually([&] { return !is_gadget_ident(button); }));
+}
+
+TEST_F(GadgetTest, GadgetsMayBeKilledWhileTheUserClicksThem)
+{
+    for (int round = 0; round < 30; round++) {
+        const int32_t button = Make(1, 10, 10, 80, 24);
+        const int32_t slider = Make(15, 10, 50, 80, 24, nullptr);
+        std::thread program([=] {
+            KillGadget(0, button);
+            KillGadget(0, slider);
+        });
+        Click(20, 20);
+        Press(40, 60);
+        window.Point(70, 60);
+        Release();
+        program.join();
+    }
+    Settle();
+    EXPECT_EQ(CountViews(), 0);
+}
+
+TEST_F(GadgetTest, WindowThatClosesInAHandlerTakesItsKilledGadgetsAlong)
+{
+    static int32_t window_ident;
+    auto* other = new TestWindow(500, 100, 100, 100);
+    window_ident = other->Ident();
+    sVictim = CreateGadget(1, window_ident, 10, 10, 80, 24, "kill", 0);
+    SetHandlerForGadget(sVictim, 1, reinterpret_cast<void*>(+[]() -> int32_t {
+                            KillGadget(0, sVictim);
+                            CloseWindow(window_ident);
+                            return 0;
+                        }));
+    other->Click(20, 20);
+    EXPECT_TRUE(eventually([] { return !is_window_ident(window_ident); }));
+    EXPECT_FALSE(is_gadget_ident(sVictim));
+    delete other;
+}
+
+// --- boxes
+
+TEST_F(GadgetTest, BoxTakesGadgetsAndGivesThemBackWhenItIsKilled)
+{
+    const int32_t box = Make(24, 100, 100, 150, 150, "box");
+    const int32_t button = Make(1, 20, 30, 80, 24);
+    const int32_t check = Make(2, 20, 60, 80, 24);
+    BBoxAddGadget(box, button);
+    BBoxAddGadgetTitle(box, check);
+    EXPECT_EQ(CountViews(), 1);
+    Click(125, 140);
+    EXPECT_EQ(Calls(), "action");
+    WithView(0, [](BView* view) {
+        EXPECT_EQ(view->CountChildren(), 2);
+        EXPECT_NE(dynamic_cast<BBox*>(view)->LabelView(), nullptr);
+        return 0;
+    });
+    KillGadget(0, box);
+    EXPECT_TRUE(is_gadget_ident(button));
+    EXPECT_TRUE(is_gadget_ident(check));
+    EXPECT_EQ(CountViews(), 0);
+    AttachGadgetToWindow(window, button);
+    EXPECT_EQ(FrameOf(0), BRect(20, 30, 100, 54));
+    KillGadget(0, check);
+}
+
+TEST_F(GadgetTest, BoxIsNeverPutIntoItselfOrItsOwn)
+{
+    const int32_t outer = Make(24, 10, 10, 150, 150, nullptr);
+    const int32_t inner = Make(24, 10, 10, 100, 100, nullptr);
+    BBoxAddGadget(outer, outer);
+    BBoxAddGadgetTitle(outer, outer);
+    EXPECT_EQ(CountViews(), 2);
+    BBoxAddGadget(outer, inner);
+    EXPECT_EQ(CountViews(), 1);
+    BBoxAddGadget(inner, outer);
+    BBoxAddGadgetTitle(inner, outer);
+    EXPECT_EQ(CountViews(), 1);
+    BBoxAddGadget(outer, inner);
+    const int32_t other = Make(24, 10, 10, 150, 150, nullptr);
+    BBoxAddGadget(other, inner);
+    WithView(0, [](BView* view) {
+        EXPECT_EQ(view->CountChildren(), 0);
+        return 0;
+    });
+    BBoxAddGadget(inner, 0);
+    BBoxAddGadget(0, inner);
+    BBoxAddGadget(Make(1, 0, 0, 10, 10), inner);
+}
+
+TEST_F(GadgetTest, BoxLabelReplacesATitleWithoutKillingIt)
+{
+    const int32_t box = Make(24, 10, 10, 150, 150, "box");
+    const int32_t check = Make(2, 20, 60, 80, 24);
+    BBoxAddGadgetTitle(box, check);
+    BBoxAddGadgetTitle(box, check);
+    SetLabelBBox(box, "text");
+    EXPECT_TRUE(is_gadget_ident(check));
+    SetChecked(check, 1);
+    EXPECT_TRUE(GetChecked(check));
+    SetBorder(box, 0);
+    SetBorder(box, 99);
+    SetLabelBBox(box, nullptr);
+    KillGadget(0, check);
+}
+
+// --- values
+
+TEST_F(GadgetTest, ChecksCallTheirValueHandler)
+{
+    const int32_t check = Make(2, 10, 10, 80, 24);
+    SetChecked(check, 5);
+    EXPECT_TRUE(GetChecked(check));
+    EXPECT_EQ(GetValue(check), 1);
+    SetChecked(check, 0);
+    EXPECT_EQ(Calls(), "value 1, value 0");
+    SetChecked(Make(1, 50, 50, 80, 24), 1);
+    EXPECT_FALSE(GetChecked(0));
+}
+
+TEST_F(GadgetTest, SlidersCallAgainForEachValueBeyondTheirEndsKept)
+{
+    const int32_t slider = Make(15, 10, 10, 100, 24, "s", 50);
+    SetValue(slider, 20);
+    SetValue(slider, 20);
+    SetSliderPosition(slider, 99);
+    SetSliderPosition(slider, 99);
+    SetValue(slider, -5);
+    EXPECT_EQ(Calls(), "value 20, value 50, value 50, value 0");
+    EXPECT_EQ(GetValue(slider), 0);
+    SetSliderProportion(slider, 50);
+    EXPECT_EQ(GetValue(slider), 25);
+    EXPECT_EQ(Calls(), "value 25, value 0");
+    SetEnabled(slider, 0);
+    SetValue(slider, 30);
+    EXPECT_EQ(GetValue(slider), 30);
+    EXPECT_EQ(Calls(), "");
+}
+
+TEST_F(GadgetTest, SlidersTakeTheirStyle)
+{
+    const int32_t slider = Make(16, 10, 10, 24, 150, "s", 50);
+    SetStyle(slider, 0);
+    SetBarColor(slider, 0x11223344);
+    SetFillColor(slider, int32_t(0xAABBCCFF));
+    SetHashCount(slider, INT32_MAX);
+    SetHashType(slider, 3);
+    SetLimitsLabel(slider, "low", nullptr);
+    WithView(0, [](BView* view) {
+        auto* object = dynamic_cast<BSlider*>(view);
+        EXPECT_EQ(object->Style(), B_TRIANGLE_THUMB);
+        EXPECT_EQ(object->BarColor().green, 0x22);
+        rgb_color fill;
+        EXPECT_TRUE(object->FillColor(&fill));
+        EXPECT_EQ(fill.blue, 0xCC);
+        EXPECT_EQ(object->HashMarks(), B_HASH_MARKS_BOTH);
+        EXPECT_STREQ(object->MinLimitLabel(), "low");
+        EXPECT_EQ(object->Orientation(), B_VERTICAL);
+        return 0;
+    });
+    Settle();
+    SetStyle(slider, 7);
+    WithView(0, [](BView* view) {
+        EXPECT_EQ(dynamic_cast<BSlider*>(view)->Style(), B_BLOCK_THUMB);
+        return 0;
+    });
+}
+
+TEST_F(GadgetTest, ScrollBarsCallForValuesAndProportions)
+{
+    const int32_t bar = Make(14, 10, 10, 24, 150);
+    SetValue(bar, 7);
+    SetValue(bar, 99);
+    EXPECT_EQ(GetValue(bar), 15);
+    SetProportion(bar, 100);
+    SetProportion(bar, 50);
+    EXPECT_EQ(Calls(), "value 7, value 15, value 1, value 0");
+    SetRange(bar, 20, 30);
+    EXPECT_EQ(GetValue(bar), 20);
+    SetSteps(bar, 2, 5);
+    Click(17, 155);
+    EXPECT_EQ(Calls(), "value 20, value 22");
+}
+
+TEST_F(GadgetTest, StatusBarsAdvanceByTheValueKept)
+{
+    const int32_t bar = Make(17, 10, 10, 100, 40);
+    SetStatusValue(bar, 10);
+    SetStatusValue(bar, 10);
+    EXPECT_EQ(GetValue(bar), 20);
+    SetValue(bar, 30);
+    EXPECT_EQ(GetValue(bar), 50);
+    SetStatusValue(bar, 1000);
+    EXPECT_EQ(GetValue(bar), 100);
+    SetStatusMaxValue(bar, 70);
+    EXPECT_EQ(GetValue(bar), 70);
+    SetStatusLabel(bar, "text");
+    SetStatusTrail(bar, "trail");
+    SetStatusLabel(bar, nullptr);
+    SetStatusValue(bar, -30);
+    SetStatusBarColor(bar, 0x00FF00FF);
+    SetStatusBarHeight(bar, 40);
+    WithView(0, [](BView* view) {
+        auto* object = dynamic_cast<BStatusBar*>(view);
+        EXPECT_STREQ(object->Text(), "");
+        EXPECT_STREQ(object->TrailingText(), "trail");
+        EXPECT_EQ(object->CurrentValue(), 40);
+        EXPECT_EQ(object->BarHeight(), 40);
+        return 0;
+    });
+}
+
+TEST_F(GadgetTest, RadioGroupsSelectByIndex)
+{
+    const char* const labels[] = {"a", "b", "c", nullptr};
+    const int32_t group = Make(18, 10, 10, 100, 100, labels);
+    EXPECT_EQ(GetValue(group), 0);
+    RadSelected(group, 2);
+    EXPECT_EQ(GetValue(group), 2);
+    EXPECT_EQ(Calls(), "value 2");
+    RadSelected(group, 77);
+    EXPECT_EQ(GetValue(group), 77);
+    EXPECT_EQ(Calls(), "");
+    RadSelected(Make(1, 0, 0, 10, 10), 1);
+    SetEnabled(group, 0);
+    EXPECT_EQ(GetEnabled(group), 0);
+    Click(20, 20);
+    EXPECT_EQ(Calls(), "");
+    SetEnabled(group, 1);
+    EXPECT_EQ(GetEnabled(group), 1);
+}
+
+TEST_F(GadgetTest, ColoursArePackedWithoutMasks)
+{
+    EXPECT_EQ(ReturnIntFromRgb(255, 0, 0), int32_t(0xFF000000));
+    EXPECT_EQ(ReturnIntFromRgb(1, 2, 3), 0x01020300);
+    EXPECT_EQ(ReturnIntFromRgb(0, 0, -1), -256);
+}
+
+TEST_F(GadgetTest, StyleSettersReachTheShownView)
+{
+    const int32_t button = Make(1, 10, 10, 80, 24);
+    SetForeColorGadget(button, 0x102030FF, 0x405060FF);
+    SetBackColorGadget(button, 0x708090FF);
+    const auto flags = [&] {
+        return WithView(0, [](BView* view) {
+            BFont font;
+            view->GetFont(&font);
+            return font.Flags();
+        });
+    };
+    WithView(0, [](BView* view) {
+        EXPECT_EQ(view->HighColor(), make_color(0x10, 0x20, 0x30));
+        EXPECT_EQ(view->LowColor(), make_color(0x40, 0x50, 0x60));
+        EXPECT_EQ(view->ViewColor(), make_color(0x70, 0x80, 0x90));
+        return 0;
+    });
+    SetAntiliasingGadget(button, 0);
+    EXPECT_EQ(flags(), uint32(B_DISABLE_ANTIALIASING));
+    SetAntiliasingGadget(button, 1);
+    EXPECT_EQ(flags(), 0u);
+    SetFontGadget(button, 12345);
+    ResizeGadget(button, 33, 44);
+    EXPECT_EQ(FrameOf(0), BRect(10, 10, 43, 54));
+}
+
+// --- idents and slots that are none
+
+TEST_F(GadgetTest, SlotsThatAreNoneStoreNothing)
+{
+    const int32_t button = Make(1, 10, 10, 80, 24);
+    for (int32_t slot : {0, -1, 4, 5, 9, INT32_MAX, INT32_MIN})
+        SetHandlerForGadget(button, slot, reinterpret_cast<void*>(1));
+    Click(20, 20);
+    EXPECT_EQ(Calls(), "action");
+}
+
+TEST_F(GadgetTest, CallsWithOtherIdentsDoNothing)
+{
+    for (int32_t ident : {0, -1, -2, INT32_MIN, INT32_MAX, window.Ident()}) {
+        KillGadget(0, ident);
+        HideGadget(0, ident);
+        SetGadget(0, ident);
+        SetLabel(ident, "x");
+        SetEnabled(ident, 1);
+        SetValue(ident, 1);
+        SetHandlerForGadget(ident, 1, nullptr);
+        FocusOnClick(ident, 1);
+        ActivateGadget(ident);
+        SetFontGadget(ident, ident);
+        BBoxAddGadget(ident, ident);
+        AttachGadgetToWindow(window, ident);
+        ResizeGadget(ident, 1, 1);
+        EXPECT_EQ(GetValue(ident), 0);
+        EXPECT_EQ(GetEnabled(ident), 0);
+        EXPECT_FALSE(is_gadget_ident(ident));
+    }
+}
