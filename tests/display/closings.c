@@ -2,6 +2,7 @@
    channel before is left to be flushed. closings WAY WINDOWS DELAY_MS FILE */
 
 #include <plinth.h>
+#include <stdio.h>
 #include <stdlib.h>
 #include <string.h>
 #include <unistd.h>
@@ -75,6 +76,22 @@ static void close_under_the_pointer(void)
     CloseWindow(keeper);
 }
 
+/* Somebody else ends it all. */
+static void wait_for_the_end(void)
+{
+    open_windows(NULL);
+    puts("ready");
+    fflush(stdout);
+    pause();
+}
+
+static void let_others_wait(void)
+{
+    open_windows(NULL);
+    puts("ready");
+    fflush(stdout);
+}
+
 static const struct {
     const char* name;
     void (*go)(void);
@@ -83,6 +100,8 @@ static const struct {
     {"in-turn", close_in_turn},
     {"in-handler", end_in_handler},
     {"under-pointer", close_under_the_pointer},
+    {"lost-while-busy", wait_for_the_end},
+    {"lost", let_others_wait},
 };
 
 void ProgramMain(void)

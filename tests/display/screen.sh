@@ -49,8 +49,10 @@ expect_not() { ! said "$1" || fail "a line \"$1\""; }
 
 # start_server [MANAGER]: with openbox, unless another word is said.
 start_server() {
+    rm -f "$folder/display"
     Xvfb -displayfd 1 -screen 0 "1024x768x$depth" -nolisten tcp -noreset >"$folder/display" 2>"$folder/xvfb" &
-    started+=($!)
+    server_pid=$!
+    started+=("$server_pid")
     eventually test -s "$folder/display" || fail "no X server: $(cat "$folder/xvfb")"
     server=:$(head -n 1 "$folder/display")
     DISPLAY=$server

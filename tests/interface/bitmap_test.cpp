@@ -3,6 +3,7 @@
 #include "Drawing.h"
 
 #include <Message.h>
+#include <Messenger.h>
 #include <TypeConstants.h>
 #include <Window.h>
 
@@ -179,6 +180,23 @@ TEST(Bitmap, TheLockIsThatOfItsViewsAndRecursive)
     EXPECT_FALSE(bitmap.IsLocked());
     BBitmap plain(BRect(0, 0, 9, 9), B_RGBA32);
     EXPECT_FALSE(plain.Lock());
+}
+
+// Its looper never runs: what would be queued there stayed for ever.
+TEST(Bitmap, TheLooperOfItsViewsTakesNoMessages)
+{
+    BBitmap bitmap(BRect(0, 0, 9, 9), B_RGBA32, true);
+    auto* view = new BView(BRect(0, 0, 9, 9), "", 0, 0);
+    ASSERT_TRUE(bitmap.Lock());
+    bitmap.AddChild(view);
+    BLooper* looper = view->Looper();
+    ASSERT_NE(looper, nullptr);
+    EXPECT_NE(looper->PostMessage('msg '), B_OK);
+    EXPECT_NE(BMessenger(view).SendMessage('msg '), B_OK);
+    BMessage reply;
+    EXPECT_NE(BMessenger(view).SendMessage('msg ', &reply), B_OK);
+    EXPECT_FALSE(looper->IsMessageWaiting());
+    bitmap.Unlock();
 }
 
 TEST(Bitmap, ViewsDrawInAnySpace)

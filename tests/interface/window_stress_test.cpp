@@ -1,6 +1,12 @@
 // Windows that open and close at random while input falls on them.
 
+#include <Bitmap.h>
+
+#include <unistd.h>
+
+#include <algorithm>
 #include <atomic>
+#include <fstream>
 #include <random>
 #include <thread>
 
@@ -73,7 +79,63 @@ BWindow* open_busy(uint32 seed)
     return window;
 }
 
+// What the process holds of the machine's memory, in megabytes.
+int64 resident_mb()
+{
+    std::ifstream file("/proc/self/statm");
+    int64 all = 0, resident = 0;
+    file >> all >> resident;
+    return resident * sysconf(_SC_PAGESIZE) / 1000000;
+}
+
+// A window and a bitmap, both painted from edge to edge.
+struct Painted {
+    explicit Painted(BRect frame) : bitmap(frame, B_RGBA32, true)
+    {
+        window = new BWindow(frame, "painted", B_TITLED_WINDOW, 0);
+        auto* view = new BView(window->Bounds(), "", B_FOLLOW_ALL, B_WILL_DRAW);
+        window->AddChild(view);
+        window->Show();
+        if (window->Lock()) {
+            view->FillRect(view->Bounds());
+            window->Sync();
+            window->Unlock();
+        }
+    }
+    ~Painted()
+    {
+        if (window->Lock())
+            window->Quit();
+    }
+
+    BBitmap bitmap;
+    BWindow* window;
+};
+
 }  // namespace
+
+TEST(WindowStress, PixelsOfClosedWindowsGoBackToTheSystem)
+{
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+    GTEST_SKIP() << "sanitizers keep memory of their own";
+#endif
+    std::mt19937 random(11);
+    std::vector<std::string> kept;
+    auto open_and_close = [&](int32 count) {
+        std::vector<std::unique_ptr<Painted>> windows;
+        for (int32 i = 0; i < count; i++) {
+            const BRect frame(0, 0, float(100 + random() % 900), float(100 + random() % 600));
+            windows.push_back(std::make_unique<Painted>(frame));
+            kept.emplace_back(1000 + random() % 4000, 'x');
+        }
+        std::shuffle(windows.begin(), windows.end(), random);
+    };
+    open_and_close(10);
+    const int64 before = resident_mb();
+    for (int32 round = 0; round < 4; round++)
+        open_and_close(50);
+    EXPECT_LT(resident_mb() - before, 30);
+}
 
 TEST(WindowStress, OpeningAndClosingUnderInput)
 {

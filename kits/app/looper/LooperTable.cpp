@@ -102,7 +102,8 @@ bool LooperTable::Post(LooperSlot* slot, int32 token, BMessage* message)
 {
     slot->queue.Lock();
     const bool there = slot->token.load(std::memory_order_relaxed) == token &&
-                       slot->looper.load(std::memory_order_relaxed) != nullptr;
+                       slot->looper.load(std::memory_order_relaxed) != nullptr &&
+                       !IsOffscreen(slot);
     if (there)
         slot->queue.AddMessage(message);
     slot->queue.Unlock();

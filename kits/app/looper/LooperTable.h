@@ -57,7 +57,7 @@ struct LooperTable {
     static status_t Lock(LooperSlot* slot, int32 token, bigtime_t deadline);
 
     // Queues a message and wakes the loop. False, the message stays the caller's, if the looper
-    // is gone.
+    // is gone, or is that of a bitmap, which never runs.
     static bool Post(LooperSlot* slot, int32 token, BMessage* message);
     static void Wake(LooperSlot* slot);
     // Announced first, so that whatever comes between the two ends the sleep at once.
@@ -70,6 +70,10 @@ struct LooperTable {
     static bool IsWindow(const LooperSlot* slot)
     {
         return slot->kind.load() == static_cast<uint8>(BLooper::Kind::Window);
+    }
+    static bool IsOffscreen(const LooperSlot* slot)
+    {
+        return slot->kind.load() == static_cast<uint8>(BLooper::Kind::Offscreen);
     }
 
 private:

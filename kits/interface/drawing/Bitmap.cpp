@@ -12,10 +12,10 @@
 #include <interface/view/ViewPrivate.h>
 #include <server/painter/Painter.h>
 #include <server/painter/PainterPaths.h>
+#include <server/painter/PixelMemory.h>
 
 #include <algorithm>
 #include <cmath>
-#include <cstdlib>
 #include <cstring>
 #include <new>
 
@@ -63,7 +63,7 @@ void BBitmap::_Init(BRect bounds, color_space colorSpace, uint32 flags, int32 by
         return;
     }
     const size_t length = size_t(row * height);
-    fBits = static_cast<uint8*>(std::aligned_alloc(64, (length + 63) & ~size_t(63)));
+    fBits = server::allocate_pixels(length);
     if (fBits == nullptr) {
         fStatus = B_NO_MEMORY;
         return;
@@ -73,7 +73,6 @@ void BBitmap::_Init(BRect bounds, color_space colorSpace, uint32 flags, int32 by
     fBounds = bounds;
     fSpace = colorSpace;
     fStatus = B_OK;
-    memset(fBits, 0, length);
     if ((flags & (B_BITMAP_CLEAR_TO_WHITE | B_BITMAP_ACCEPTS_VIEWS)) != 0) {
         const server::Surface surface = surface_of(*this);
         const clipping_rect all = {0, 0, surface.width - 1, surface.height - 1};
@@ -93,7 +92,7 @@ void BBitmap::_Free()
         if (window->Lock())
             window->Quit();
     }
-    std::free(std::exchange(fBits, nullptr));
+    server::free_pixels(std::exchange(fBits, nullptr), size_t(fLength));
     fBytesPerRow = fLength = 0;
     fBounds = BRect();
     fSpace = B_NO_COLOR_SPACE;

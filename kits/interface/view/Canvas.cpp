@@ -57,8 +57,7 @@ bool Canvas::Resize(int32 width, int32 height)
         const int64 row = padded_row(roomWidth * 4);
         if (row > INT32_MAX / roomHeight)
             return false;
-        std::unique_ptr<uint8[], FreeBuffer> buffer(
-            static_cast<uint8*>(std::aligned_alloc(64, size_t(row * roomHeight))));
+        server::PixelBuffer buffer = server::make_pixels(size_t(row * roomHeight));
         if (buffer == nullptr)
             return false;
         const int32 keptRows = std::min(height, fSurface.height);

@@ -7,9 +7,7 @@
 
 #include <Region.h>
 
-#include <cstdlib>
-#include <memory>
-
+#include <server/painter/PixelMemory.h>
 #include <server/screen/Display.h>
 #include <server/screen/Surface.h>
 
@@ -70,10 +68,6 @@ public:
     const BRegion* UpdateRegion() const { return fUpdate; }
 
 private:
-    struct FreeBuffer {
-        void operator()(uint8* buffer) const { std::free(buffer); }
-    };
-
     void _KeepInvalidSimple();
     void _GrowDirty(const clipping_rect& box);
     void _DrawView(BView * view);
@@ -87,7 +81,7 @@ private:
     server::Surface fSurface;
     uint32 fGeneration = 1;
     clipping_rect fDirty = {0, 0, -1, -1};  // offscreen: everything, so that no box is outside
-    std::unique_ptr<uint8[], FreeBuffer> fBuffer;
+    server::PixelBuffer fBuffer;
     int32 fCapacityWidth = 0;   // pixels that a row of the buffer has room for
     int32 fCapacityHeight = 0;  // rows
     BRegion fInvalid;

@@ -32,16 +32,13 @@ bool FrontBuffer::Resize(int32 width, int32 height)
     std::lock_guard guard(fLock);
     if (width == fWidth && height == fHeight)
         return true;
-    // Zeroed lazily by the system: a large window costs what is painted of it.
-    std::unique_ptr<uint32, Free> pixels(
-        static_cast<uint32*>(calloc(static_cast<size_t>(width) * height, sizeof(uint32))));
+    const size_t row = size_t(width) * sizeof(uint32);
+    PixelBuffer pixels = make_pixels(row * height);
     if (pixels == nullptr)
         return false;
-    int32 keptWidth = std::min(width, fWidth);
-    for (int32 y = 0; y < std::min(height, fHeight); y++) {
-        memcpy(pixels.get() + size_t(y) * width, fPixels.get() + size_t(y) * fWidth,
-               size_t(keptWidth) * sizeof(uint32));
-    }
+    const size_t kept = size_t(std::min(width, fWidth)) * sizeof(uint32);
+    for (int32 y = 0; y < std::min(height, fHeight); y++)
+        memcpy(pixels.get() + y * row, _Row(y), kept);
     fPixels = std::move(pixels);
     fWidth = width;
     fHeight = height;
@@ -66,7 +63,7 @@ bool FrontBuffer::Copy(const Surface& surface, const clipping_rect* rects, int32
             auto* from =
                 reinterpret_cast<const uint32*>(surface.bits + ptrdiff_t(y) * surface.bytesPerRow) +
                 rect.left;
-            uint32* to = fPixels.get() + size_t(y) * fWidth + rect.left;
+            uint32* to = _Row(y) + rect.left;
             for (int32 x = 0; x < length; x++)
                 to[x] = from[x] | 0xff000000;
         }
@@ -98,7 +95,7 @@ void FrontBuffer::Draw(const clipping_rect& wanted, const Surface& target, int32
     rect.right = std::min(rect.right, target.width - 1 - dx);
     rect.bottom = std::min(rect.bottom, target.height - 1 - dy);
     for (int32 row = rect.top; row <= rect.bottom; row++) {
-        const uint32* from = fPixels.get() + size_t(row) * fWidth;
+        const uint32* from = _Row(row);
         uint8* bits = target.bits + ptrdiff_t(row + dy) * target.bytesPerRow;
         auto* to = reinterpret_cast<uint32*>(bits);
         for (int32 column = rect.left; column <= rect.right; column++) {

@@ -6,11 +6,10 @@
 
 #include <Region.h>
 
-#include <cstdlib>
-#include <memory>
 #include <mutex>
 #include <vector>
 
+#include <server/painter/PixelMemory.h>
 #include <server/screen/Surface.h>
 
 namespace server {
@@ -34,14 +33,11 @@ public:
 
 private:
     void _AddDirty(const clipping_rect& rect);
-
-    struct Free {
-        void operator()(uint32* pixels) const { free(pixels); }
-    };
+    uint32* _Row(int32 y) { return reinterpret_cast<uint32*>(fPixels.get()) + size_t(y) * fWidth; }
 
     std::mutex fLock;  // guards all below
     // B_RGBA32 rows without padding; alpha 0 marks a pixel that nobody painted yet.
-    std::unique_ptr<uint32, Free> fPixels;
+    PixelBuffer fPixels;
     int32 fWidth = 0, fHeight = 0;
     std::vector<clipping_rect> fDirty;
 };

@@ -1,0 +1,33 @@
+#ifndef SERVER_PIXEL_MEMORY_H
+#define SERVER_PIXEL_MEMORY_H
+
+// Memory for the pixels of windows and bitmaps. Large pieces are pages of the system's own, which
+// has them back at once: the heap would keep what lies between the small things that stay. Any
+// thread.
+
+#include <SupportDefs.h>
+
+#include <memory>
+
+namespace server {
+
+// Zeroes, from the start of a cache line on; large pieces cost what is written of them. Null when
+// memory runs out.
+uint8* allocate_pixels(size_t bytes);
+// `bytes` as they were asked for; null is allowed.
+void free_pixels(uint8* pixels, size_t bytes);
+
+struct FreePixels {
+    size_t bytes = 0;
+    void operator()(uint8* pixels) const { free_pixels(pixels, bytes); }
+};
+using PixelBuffer = std::unique_ptr<uint8[], FreePixels>;
+
+inline PixelBuffer make_pixels(size_t bytes)
+{
+    return PixelBuffer(allocate_pixels(bytes), FreePixels{bytes});
+}
+
+}  // namespace server
+
+#endif  // SERVER_PIXEL_MEMORY_H
