@@ -14,6 +14,7 @@ static void moved(int32_t x, int32_t y) { printf("moved %d %d\n", x, y); }
 static void hidden(void) { puts("hidden"); }
 static void shown(void) { puts("shown"); }
 static void resized(int32_t w, int32_t h) { printf("resized %d %d\n", w, h); }
+static void redrawn(int32_t width) { printf("redrawn %d\n", width); }
 static void zoomed(void) { puts("zoomed"); }
 static void sent(int32_t old, int32_t set) { printf("workspaces %x %x\n", old, set); }
 static void key(int32_t code, int32_t modifiers) { printf("key %d %x\n", code, modifiers & 0xff); }
@@ -56,6 +57,7 @@ void ProgramMain(void)
         {PLINTH_HIDDEN, (void*)hidden},
         {PLINTH_SHOWN, (void*)shown},
         {PLINTH_RESIZED, (void*)resized},
+        {PLINTH_REDRAWN, (void*)redrawn},
         {PLINTH_ZOOMED, (void*)zoomed},
         {PLINTH_WORKSPACES_CHANGED, (void*)sent},
         {PLINTH_CLOSE_REQUESTED, (void*)close_requested},

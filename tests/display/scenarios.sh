@@ -47,8 +47,36 @@ picture() {
     start_other
     xdotool windowmove "$other" 150 150
     eventually pixel_is 160 160 '#FF0000' || fail "the other window does not cover"
+    mark
     xdotool windowmove "$other" 600 400
     eventually pixel_is 160 160 '#2060C0' || fail "uncovered pixel is $(pixel 160 160)"
+    expect 'redrawn 299'
+}
+
+# Who is clicked comes in front of other programs' windows.
+front() {
+    start_other
+    xdotool windowmove "$other" 150 150
+    eventually pixel_is 160 160 '#FF0000' || fail "the other window does not cover"
+    xdotool mousemove 110 130 click 1
+    expect 'press 10 10 1 1'
+    eventually pixel_is 160 160 '#2060C0' || fail "it stays behind"
+}
+
+# Two clicks that a person made slowly are two, though the program sees both at once.
+slow_program() {
+    activate "$window"
+    xdotool mousemove 150 170 click 2
+    expect 'press 50 50 4 1'
+    mark
+    kill -STOP "$program"
+    xdotool click 1
+    sleep 0.8
+    xdotool click 1
+    kill -CONT "$program"
+    both() { [ "$(tail -n "+$((mark + 1))" "$log" | grep -c '^press')" = 2 ]; }
+    eventually both || fail "not two presses"
+    expect_not 'press 50 50 1 2'
 }
 
 few_colors() {
@@ -234,7 +262,8 @@ drop() {
 # A display that does not answer: the program runs in memory, says so, and can be ended.
 exit_without_display() {
     : >"$log"
-    DISPLAY=:54321 "$listener" >"$log" 2>"$folder/err" &
+    [ "$scenario" = exit_without_wayland ] || export DISPLAY=:54321
+    "$listener" >"$log" 2>"$folder/err" &
     program=$!
     started+=("$program")
     expect ready
@@ -242,7 +271,14 @@ exit_without_display() {
     [ "$(grep -c 'in memory' "$folder/err")" -eq 1 ] || fail "it says so more than once"
 }
 
-if [ "$scenario" != exit_without_display ]; then
+# The same of a Wayland display alone.
+exit_without_wayland() {
+    unset DISPLAY
+    export WAYLAND_DISPLAY=wayland-not-there
+    exit_without_display
+}
+
+if [[ $scenario != exit_without_* ]]; then
     [ "$scenario" != few_colors ] || depth=16
     start_server
     case $scenario in

@@ -76,6 +76,13 @@ bool BWindow::_DispatchScreenMessage(BMessage* message)
         case B_ZOOM:
             Zoom();
             return true;
+        case BPrivate::kUncoveredMessage: {
+            // The screen has the pixels; a program may want to know.
+            BRect rect;
+            if (message->FindRect("rect", &rect) == B_OK)
+                fData->canvas->Invalidate(BRegion(rect));
+            return true;
+        }
         case BPrivate::kZoomedMessage: {
             const BRect frame = Frame();
             Zoom(frame.LeftTop(), frame.Width(), frame.Height());

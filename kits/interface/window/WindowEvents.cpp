@@ -226,6 +226,12 @@ void WindowData::_DeliverWindowEvent(const server::Event& event)
         case server::EventKind::ZoomRequested:
             Post(B_ZOOM);
             break;
+        case server::EventKind::Uncovered: {
+            auto message = message_at(kUncoveredMessage, event.when);
+            message->AddRect("rect", event.frame);
+            Post(std::move(message));
+            break;
+        }
         case server::EventKind::Zoomed:
             Post(kZoomedMessage);
             break;

@@ -193,10 +193,27 @@ void NativeWindow::_TellFrame()
         {margins.left(), margins.top()});
 }
 
+// The window comes into sight or goes out of it. What is uncovered later is told by paint events.
 void NativeWindow::exposeEvent(QExposeEvent*)
 {
-    if (!isExposed())
+    fWasShown = isExposed();
+    if (fWasShown)
+        _Repaint();
+}
+
+void NativeWindow::paintEvent(QPaintEvent* event)
+{
+    if (std::exchange(fWasShown, false))
         return;
+    const QRect rect = event->rect();
+    const bool uncovered = fStore.size() == size();  // or else it grew
+    _Repaint();
+    if (uncovered)
+        fOwner->NativeUncovered({rect.left(), rect.top(), rect.right(), rect.bottom()});
+}
+
+void NativeWindow::_Repaint()
+{
     _TellFrame();
     fOwner->Pixels().Touch();
     fTimer.stop();
@@ -216,28 +233,30 @@ BPoint NativeWindow::_OnScreen(QPointF where) const
     return fOwner->Frame().LeftTop() + BPoint(float(where.x()), float(where.y()));
 }
 
-void NativeWindow::_MoveTo(QPointF where)
+void NativeWindow::_MoveTo(QPointF where, bigtime_t when)
 {
     BPoint place = _OnScreen(where);
     if (place != stage().Pointer())
-        stage().MovePointer(place, fOwner);
+        stage().MovePointer(place, fOwner, when);
 }
 
 void NativeWindow::mousePressEvent(QMouseEvent* event)
 {
     StageLock lock;
     const int32 button = button_of(event->button());
+    const bigtime_t when = fOwner->TimeOf(event->timestamp());
     stage().SyncModifiers(modifiers_of(event->modifiers()), kKnownModifiers);
     stage().SyncButtons(buttons_of(event->buttons()) & ~button);
-    _MoveTo(event->position());
-    stage().ChangeButton(button, true, fOwner);
+    _MoveTo(event->position(), when);
+    stage().ChangeButton(button, true, fOwner, when);
 }
 
 void NativeWindow::mouseReleaseEvent(QMouseEvent* event)
 {
     StageLock lock;
-    _MoveTo(event->position());
-    stage().ChangeButton(button_of(event->button()), false, fOwner);
+    const bigtime_t when = fOwner->TimeOf(event->timestamp());
+    _MoveTo(event->position(), when);
+    stage().ChangeButton(button_of(event->button()), false, fOwner, when);
 }
 
 void NativeWindow::mouseMoveEvent(QMouseEvent* event)
@@ -245,7 +264,7 @@ void NativeWindow::mouseMoveEvent(QMouseEvent* event)
     StageLock lock;
     const bool hidden = stage().IsCursorHidden();
     stage().SyncButtons(buttons_of(event->buttons()));
-    stage().MovePointer(_OnScreen(event->position()), fOwner);
+    stage().MovePointer(_OnScreen(event->position()), fOwner, fOwner->TimeOf(event->timestamp()));
     if (!hidden || stage().IsCursorHidden())
         return;
     for (ScreenWindow* window : stage().Windows())
@@ -257,8 +276,10 @@ void NativeWindow::wheelEvent(QWheelEvent* event)
     // Qt counts eighths of a degree, 15 degrees a notch, and turning away from the user up.
     const float kNotch = 120.0f;
     StageLock lock;
-    _MoveTo(event->position());
-    stage().TurnWheel(-event->angleDelta().x() / kNotch, -event->angleDelta().y() / kNotch, fOwner);
+    const bigtime_t when = fOwner->TimeOf(event->timestamp());
+    _MoveTo(event->position(), when);
+    stage().TurnWheel(-event->angleDelta().x() / kNotch, -event->angleDelta().y() / kNotch, fOwner,
+                      when);
 }
 
 void NativeWindow::_Key(QKeyEvent* event, bool down)

@@ -35,6 +35,7 @@ public:
 protected:
     bool event(QEvent* event) override;
     void exposeEvent(QExposeEvent* event) override;
+    void paintEvent(QPaintEvent* event) override;
     void moveEvent(QMoveEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
     void timerEvent(QTimerEvent* event) override;
@@ -49,18 +50,20 @@ protected:
 
 private:
     void _TellFrame();
+    void _Repaint();
     void _Flush();
     QRegion _TakeDirty();
     void _Paint(const QRegion& region, QImage& image);
-    BPoint _OnScreen(QPointF where) const;  // stage locked
-    void _MoveTo(QPointF where);            // stage locked
+    BPoint _OnScreen(QPointF where) const;        // stage locked
+    void _MoveTo(QPointF where, bigtime_t when);  // stage locked
     void _Key(QKeyEvent* event, bool down);
     void _TypeCommitted(const QString& text);
     void _Drop(QDropEvent* event);
 
     QtWindow* fOwner;  // null: gone
     QBackingStore fStore;
-    QBasicTimer fTimer;  // runs while something waits for the next frame
+    bool fWasShown = false;  // the next paint event is that of its coming into sight
+    QBasicTimer fTimer;      // runs while something waits for the next frame
     bigtime_t fLastFlush = 0;
 };
 

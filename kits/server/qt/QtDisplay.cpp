@@ -18,6 +18,7 @@
 #include "server/screen/ScreenWindow.h"
 #include "server/screen/Stage.h"
 #include "server/qt/NativeWindow.h"
+#include "server/qt/Platforms.h"
 #include "server/qt/QtClipboard.h"
 #include "server/qt/QtWindow.h"
 #include "server/qt/x11/X11Clipboard.h"
@@ -193,6 +194,20 @@ void QtDisplay::_EndTasks()
         delete window;
 }
 
+// What was on its way the shortest tells how the two clocks differ.
+bigtime_t QtDisplay::TimeOf(uint64 host_ms)
+{
+    const bigtime_t kTooLate_us = 60000000;  // the host's clock has started anew
+    const bigtime_t now = system_time();
+    if (host_ms == 0)
+        return now;
+    const bigtime_t stamp = bigtime_t(host_ms) * 1000;
+    const bigtime_t delay = now - stamp;
+    if (delay < fHostDelay || delay - fHostDelay > kTooLate_us)
+        fHostDelay = delay;
+    return stamp + fHostDelay;
+}
+
 void QtDisplay::SetPointer(BPoint where)
 {
     Post([=] { QCursor::setPos(int(where.x), int(where.y)); });
@@ -246,7 +261,7 @@ void QtDisplay::Shutdown()
 
 Backend* make_qt_display()
 {
-    if (!X11Screen::CanConnect())
+    if (!can_reach_display())
         return nullptr;
     return new QtDisplay;
 }

@@ -43,6 +43,9 @@ public:
     // Deletes a window that has left the stage: on the server's thread, after the tasks that it has
     // posted, or at once when that thread is gone. Stage locked.
     void Discard(QtWindow* window);
+    // The time, in system_time()'s base, of an event with this time stamp of the host's. Stage
+    // locked.
+    bigtime_t TimeOf(uint64 host_ms);
     // The X server's side of things; null elsewhere. Server's thread.
     X11Screen* X11() const { return fX11.get(); }
 
@@ -59,6 +62,7 @@ private:
     std::thread::id fThreadId;  // set before the constructor returns
     std::once_flag fEnded;
     QObject* fQueue = nullptr;  // on the server's thread; null: nothing is taken. Stage locked
+    bigtime_t fHostDelay = B_INFINITE_TIMEOUT;  // least from a time stamp to now; stage locked
     std::vector<std::function<void()>> fTasks;  // stage locked
     std::vector<QtWindow*> fDiscarded;          // whose last task waits; stage locked
     std::unique_ptr<X11Screen> fX11;            // server's thread

@@ -262,17 +262,14 @@ void QtWindow::Present(const Surface& surface, const clipping_rect* rects, int32
     _Post([](NativeWindow& native) { native.ScheduleFlush(); });
 }
 
+// B_AVOID_FRONT does not count here: among other programs' windows, which know nothing of it, it
+// would keep ours behind them all for ever.
 void QtWindow::ActivateByUser()
 {
-    bool raise = (fSpec.flags & B_AVOID_FRONT) == 0;
-    bool focus = (fSpec.flags & B_AVOID_FOCUS) == 0;
-    if (raise)
-        stage().Raise(this);
-    if (stage().Active() == this && !raise)
-        return;
+    const bool focus = (fSpec.flags & B_AVOID_FOCUS) == 0;
+    stage().Raise(this);
     _Post([=](NativeWindow& native) {
-        if (raise)
-            native.raise();
+        native.raise();
         if (focus)
             native.requestActivate();
     });
@@ -306,6 +303,15 @@ void QtWindow::NativeZoomed(bool zoomed)
     Deliver(event);
 }
 
+void QtWindow::NativeUncovered(const clipping_rect& rect)
+{
+    StageLock lock;
+    Event event;
+    event.kind = EventKind::Uncovered;
+    event.frame.Set(float(rect.left), float(rect.top), float(rect.right), float(rect.bottom));
+    Deliver(event);
+}
+
 void QtWindow::NativeWorkspaces(uint32 workspaces)
 {
     if (!fWorkspaces.IsEcho(workspaces))
@@ -326,8 +332,7 @@ void QtWindow::NativeFocus(bool focus)
             blocker->ActivateByUser();
             return;
         }
-        if ((fSpec.flags & B_AVOID_FRONT) == 0)
-            stage().Raise(this);
+        stage().Raise(this);
         stage().SetActive(this);
     } else if (stage().Active() == this) {
         // Releases go to whoever has the keyboard then.
@@ -342,6 +347,8 @@ std::unique_ptr<NativeWindow> QtWindow::TakeNative()
         fNative->Orphan();
     return std::move(fNative);
 }
+
+bigtime_t QtWindow::TimeOf(uint64 host_ms) const { return fDisplay->TimeOf(host_ms); }
 
 bigtime_t QtWindow::FrameInterval() const
 {

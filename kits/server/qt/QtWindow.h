@@ -39,6 +39,7 @@ public:
     void NativeMoved(BRect frame, Border border);
     void NativeMinimized(bool minimized);
     void NativeZoomed(bool zoomed);
+    void NativeUncovered(const clipping_rect& rect);
     void NativeFocus(bool focus);
     // The same, stage locked: the window manager has it on these workspaces.
     void NativeWorkspaces(uint32 workspaces);
@@ -47,6 +48,8 @@ public:
     // The native window, which knows nothing of this one any more. Stage locked; null if none.
     std::unique_ptr<NativeWindow> TakeNative();
     bigtime_t FrameInterval() const;
+    // When something happened of which the host says that it was then; stage locked.
+    bigtime_t TimeOf(uint64 host_ms) const;
 
 private:
     QtWindow(QtDisplay* display, const WindowSpec& spec, EventSink* sink);

@@ -34,6 +34,7 @@ enum class EventKind : uint8 {
     Activated,  // active
     Minimized,  // active: true when minimised, false when restored
     ZoomRequested,
+    Uncovered,           // frame: what came to light, in the window's content
     Zoomed,              // by the screen itself, or back; the frame is told by events of its own
     ScreenChanged,       // frame: the screen
     WorkspaceActivated,  // workspace, active

@@ -220,13 +220,15 @@ void Stage::_Enter(ScreenWindow* window)
     fHover = window;
 }
 
-void Stage::MovePointer(BPoint where, ScreenWindow* target)
+void Stage::_InputAt(bigtime_t when) { fLastInput = when != 0 ? when : system_time(); }
+
+void Stage::MovePointer(BPoint where, ScreenWindow* target, bigtime_t when)
 {
     if (std::isnan(where.x) || std::isnan(where.y))
         return;
     fCursorObscured = fCursorObscured && where == fPointer;
     fPointer = where;
-    fLastInput = system_time();
+    _InputAt(when);
     target = _PointerTarget(target);
     _Enter(target);
     if (target != nullptr && !fSwallow)
@@ -239,11 +241,11 @@ void Stage::LeavePointer(ScreenWindow* window)
         _Enter(nullptr);
 }
 
-void Stage::ChangeButton(int32 button, bool down, ScreenWindow* target)
+void Stage::ChangeButton(int32 button, bool down, ScreenWindow* target, bigtime_t when)
 {
     if (button <= 0 || ((fButtons & button) != 0) == down)
         return;
-    fLastInput = system_time();
+    _InputAt(when);
     fButtons ^= button;
     fPresses += down;
     if (down && fPressed == nullptr && target == nullptr) {
@@ -280,7 +282,7 @@ void Stage::ChangeButton(int32 button, bool down, ScreenWindow* target)
         fSwallow = false;
         // The pointer may be over another window by this time.
         if (held && ContentAt(fPointer) != fHover)
-            MovePointer(fPointer);
+            MovePointer(fPointer, nullptr, fLastInput);
     }
 }
 
@@ -296,9 +298,9 @@ void Stage::SyncButtons(int32 held)
     }
 }
 
-void Stage::TurnWheel(float dx, float dy, ScreenWindow* target)
+void Stage::TurnWheel(float dx, float dy, ScreenWindow* target, bigtime_t when)
 {
-    fLastInput = system_time();
+    _InputAt(when);
     target = _PointerTarget(target);
     if (target == nullptr || Blocker(target) != nullptr)
         return;

@@ -52,13 +52,14 @@ public:
     void ShowWorkspace(int32 workspace);
 
     // Input. `target` is the window that the host names; null: the one at that place. The host may
-    // still speak of a window that has been taken off: nobody hears of that.
-    void MovePointer(BPoint where, ScreenWindow* target = nullptr);
+    // still speak of a window that has been taken off: nobody hears of that. `when` is when it
+    // happened; 0: at this moment.
+    void MovePointer(BPoint where, ScreenWindow* target = nullptr, bigtime_t when = 0);
     void LeavePointer(ScreenWindow* window);
-    void ChangeButton(int32 button, bool down, ScreenWindow* target = nullptr);
+    void ChangeButton(int32 button, bool down, ScreenWindow* target = nullptr, bigtime_t when = 0);
     // Takes over that only the buttons in `held` are down: others went up elsewhere.
     void SyncButtons(int32 held);
-    void TurnWheel(float dx, float dy, ScreenWindow* target = nullptr);
+    void TurnWheel(float dx, float dy, ScreenWindow* target = nullptr, bigtime_t when = 0);
     void ChangeKey(int32 key, bool down, const char* text = nullptr, int32 rawChar = 0);
     void TypeCharacter(const char* utf8);
     void SyncModifiers(uint32 modifiers, uint32 mask);
@@ -82,6 +83,7 @@ public:
     bool acceptsFirstClick = true;
 
 private:
+    void _InputAt(bigtime_t when);
     bool _Has(const ScreenWindow* window) const;
     ScreenWindow* _PointerTarget(ScreenWindow* target) const;
     Event _PointerEvent(EventKind kind, const ScreenWindow* window) const;

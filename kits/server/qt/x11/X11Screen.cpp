@@ -19,22 +19,6 @@ namespace server {
 
 static const uint32 kAllDesktops = 0xffffffff;
 
-bool X11Screen::CanConnect()
-{
-    const char* platform = getenv("QT_QPA_PLATFORM");
-    const char* wayland = getenv("WAYLAND_DISPLAY");
-    const char* display = getenv("DISPLAY");
-    if (platform != nullptr && strncmp(platform, "xcb", 3) != 0)
-        return true;
-    if (wayland != nullptr && wayland[0] != '\0' && platform == nullptr &&
-        (display == nullptr || display[0] == '\0'))
-        return true;
-    xcb_connection_t* connection = xcb_connect(nullptr, nullptr);
-    bool answers = xcb_connection_has_error(connection) == 0;
-    xcb_disconnect(connection);
-    return answers;
-}
-
 std::unique_ptr<X11Screen> X11Screen::Connect()
 {
     auto* native = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();

@@ -2,7 +2,7 @@
 #define SERVER_QT_X11_SCREEN_H
 
 // What Qt leaves to the X server and its window manager: workspaces, and putting windows behind
-// each other. Server's thread, but for CanConnect().
+// each other. Server's thread.
 
 #include <QAbstractNativeEventFilter>
 
@@ -18,8 +18,6 @@ namespace server {
 
 class X11Screen final : public QAbstractNativeEventFilter {
 public:
-    // False if DISPLAY names a server that does not answer: Qt would end the process.
-    static bool CanConnect();
     // Null if Qt does not run on X.
     static std::unique_ptr<X11Screen> Connect();
     ~X11Screen() override;

@@ -1,0 +1,11 @@
+#ifndef SERVER_QT_PLATFORMS_H
+#define SERVER_QT_PLATFORMS_H
+
+namespace server {
+
+// True if Qt will find a screen: it ends a process in which it finds none. Any thread.
+bool can_reach_display();
+
+}  // namespace server
+
+#endif  // SERVER_QT_PLATFORMS_H
