@@ -75,7 +75,7 @@ void MyButton::KeyDown(const char* bytes, int32 count)
             call_handler(*fGadget, &MyGadget::action_handler);
         return;
     }
-    call_key_handler(*fGadget, bytes);
+    call_key_handler(this, *fGadget, bytes);
 }
 
 BView* create_button(const GadgetSpec& spec)

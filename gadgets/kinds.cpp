@@ -90,12 +90,24 @@ void take_ground(BView* view)
         view->SetViewColor(view->Parent()->ViewColor());
 }
 
-int32_t pressed_buttons(const BView* view)
+// A number of the message that the view's window works on; `otherwise` if there is none.
+static int32_t current_number(const BView* view, const char* field, int32_t otherwise)
 {
-    int32 buttons = 0;
-    if (BMessage* message = view->Window() != nullptr ? view->Window()->CurrentMessage() : nullptr)
-        message->FindInt32("buttons", &buttons);
-    return buttons;
+    int32 number = otherwise;
+    BWindow* window = view->Window();
+    BMessage* message = window != nullptr && window->Thread() == find_thread(nullptr)
+                            ? window->CurrentMessage()
+                            : nullptr;
+    if (message != nullptr)
+        message->FindInt32(field, &number);
+    return number;
+}
+
+int32_t pressed_buttons(const BView* view) { return current_number(view, "buttons", 0); }
+
+int32_t held_modifiers(const BView* view)
+{
+    return current_number(view, "modifiers", static_cast<int32_t>(modifiers()));
 }
 
 bool is_primary_press(const BView* view) { return pressed_buttons(view) == B_PRIMARY_MOUSE_BUTTON; }
@@ -107,8 +119,8 @@ void tell_press(BView* view, const MyGadget& gadget)
         view->MakeFocus(true);
 }
 
-void call_key_handler(const MyGadget& gadget, const char* bytes)
+void call_key_handler(const BView* view, const MyGadget& gadget, const char* bytes)
 {
     call_handler(gadget, &MyGadget::key_handler, int32_t{static_cast<signed char>(bytes[0])},
-                 static_cast<int32_t>(modifiers()));
+                 held_modifiers(view));
 }

@@ -53,11 +53,13 @@ int32_t count_labels(const char* const* labels);
 void take_ground(BView* view);
 // The buttons that are down, as the message says that a window's thread works on.
 int32_t pressed_buttons(const BView* view);
+// The modifiers that are held, as that message says; as they are at present without one.
+int32_t held_modifiers(const BView* view);
 // A press with the primary button alone.
 bool is_primary_press(const BView* view);
 // A control was pressed: calls its handler, and gives it the focus if it takes that.
 void tell_press(BView* view, const MyGadget& gadget);
-// Calls slot 2 with a key's first byte and the modifiers that are held.
-void call_key_handler(const MyGadget& gadget, const char* bytes);
+// Calls slot 2 with the first byte of a key that `view` got, and the modifiers held.
+void call_key_handler(const BView* view, const MyGadget& gadget, const char* bytes);
 
 #endif  // GADGETS_KINDS_H

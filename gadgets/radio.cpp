@@ -106,10 +106,10 @@ void MyRadio::KeyDown(const char* bytes, int32 count)
             choose(NextSibling() != nullptr ? NextSibling() : Parent()->ChildAt(0));
             break;
         case B_TAB:
-            _Leave((modifiers() & B_SHIFT_KEY) != 0);
+            _Leave((held_modifiers(this) & B_SHIFT_KEY) != 0);
             break;
         default:
-            call_key_handler(*fGadget, bytes);
+            call_key_handler(this, *fGadget, bytes);
     }
 }
 
