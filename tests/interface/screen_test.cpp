@@ -7,6 +7,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdlib>
 #include <cstring>
 #include <limits>
 #include <memory>
@@ -162,4 +163,60 @@ TEST(Screen, WaitingForTheRetraceEnds)
     float brightness;
     EXPECT_EQ(screen.GetBrightness(&brightness), B_UNSUPPORTED);
     EXPECT_EQ(screen.SetDPMS(4), B_UNSUPPORTED);
+}
+
+TEST(ScreenModes, ThereIsTheOneOfTheScreen)
+{
+    BScreen screen;
+    display_mode mode, other;
+    ASSERT_EQ(screen.GetMode(&mode), B_OK);
+    EXPECT_EQ(mode.timing.h_display, 1024);
+    EXPECT_EQ(mode.timing.v_display, 768);
+    EXPECT_EQ(mode.virtual_width, 1024);
+    EXPECT_EQ(mode.space, static_cast<uint32>(screen.ColorSpace()));
+    const double frames =
+        mode.timing.pixel_clock * 1000.0 / mode.timing.h_total / mode.timing.v_total;
+    EXPECT_NEAR(frames, 60, 1);
+    EXPECT_EQ(screen.GetMode(static_cast<uint32>(count_workspaces()) - 1, &other), B_OK);
+    EXPECT_EQ(memcmp(&mode, &other, sizeof(mode)), 0);
+    EXPECT_EQ(screen.GetMode(static_cast<uint32>(count_workspaces()), &other), B_BAD_VALUE);
+    EXPECT_EQ(screen.GetMode(nullptr), B_BAD_VALUE);
+    EXPECT_EQ(BScreen(screen_id{7}).GetMode(&mode), B_ERROR);
+
+    display_mode* list = nullptr;
+    uint32 count = 0;
+    ASSERT_EQ(screen.GetModeList(&list, &count), B_OK);
+    ASSERT_EQ(count, 1u);
+    EXPECT_EQ(list->timing.h_display, 1024);
+    free(list);
+    EXPECT_EQ(screen.GetModeList(nullptr, &count), B_BAD_VALUE);
+}
+
+TEST(ScreenModes, OthersCanNotBeSet)
+{
+    BScreen screen;
+    display_mode mode;
+    ASSERT_EQ(screen.GetMode(&mode), B_OK);
+    EXPECT_EQ(screen.SetMode(&mode), B_OK);
+    EXPECT_EQ(screen.SetMode(0, &mode, true), B_OK);
+    EXPECT_EQ(screen.SetMode(99, &mode), B_BAD_VALUE);
+    display_mode low = mode, high = mode, target = mode;
+    EXPECT_EQ(screen.ProposeMode(&target, &low, &high), B_OK);
+    high.timing.h_display = 800;
+    target.timing.h_display = 800;
+    EXPECT_EQ(screen.ProposeMode(&target, &low, &high), B_BAD_VALUE);
+    EXPECT_EQ(target.timing.h_display, 1024) << "what there is";
+    mode.timing.h_display = 800;
+    EXPECT_EQ(screen.SetMode(&mode), B_UNSUPPORTED);
+    EXPECT_EQ(screen.SetMode(nullptr), B_BAD_VALUE);
+}
+
+TEST(ScreenModes, MemoryHasNoMonitorAndNoCard)
+{
+    BScreen screen;
+    monitor_info monitor;
+    accelerant_device_info device;
+    EXPECT_EQ(screen.GetMonitorInfo(&monitor), B_UNSUPPORTED);
+    EXPECT_EQ(screen.GetMonitorInfo(nullptr), B_BAD_VALUE);
+    EXPECT_EQ(screen.GetDeviceInfo(&device), B_UNSUPPORTED);
 }

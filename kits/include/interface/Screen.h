@@ -1,6 +1,7 @@
 #ifndef _SCREEN_H
 #define _SCREEN_H
 
+#include <Accelerant.h>
 #include <GraphicsDefs.h>
 #include <Rect.h>
 #include <SupportDefs.h>
@@ -43,6 +44,23 @@ public:
     rgb_color DesktopColor(uint32 workspace);
     void SetDesktopColor(rgb_color color, bool stick = true);
     void SetDesktopColor(rgb_color color, uint32 workspace, bool stick = true);
+    /* The mode that the host has chosen is the only one: the list, which is the caller's to free(),
+       has it alone, and to set another one is B_UNSUPPORTED. ProposeMode() writes it to `target`
+       and returns B_OK if it lies between `low` and `high` and has the target's colours, else
+       B_BAD_VALUE. All workspaces have it. Its timing beside the number of pixels and frames is a
+       usual monitor's. */
+    status_t ProposeMode(display_mode* target, const display_mode* low, const display_mode* high);
+    status_t GetModeList(display_mode** _modeList, uint32* _count);
+    status_t GetMode(display_mode* mode);
+    status_t GetMode(uint32 workspace, display_mode* mode);
+    status_t SetMode(display_mode* mode, bool makeDefault = false);
+    status_t SetMode(uint32 workspace, display_mode* mode, bool makeDefault = false);
+    /* B_UNSUPPORTED: hosts keep the card to themselves. */
+    status_t GetDeviceInfo(accelerant_device_info* info);
+    status_t GetPixelClockLimits(display_mode* mode, uint32* _low, uint32* _high);
+    status_t GetTimingConstraints(display_timing_constraints* timingConstraints);
+    /* Names and size, as far as the host knows them; B_UNSUPPORTED in memory. */
+    status_t GetMonitorInfo(monitor_info* info);
     /* Power and brightness are the host's: B_UNSUPPORTED, and always on. */
     status_t SetDPMS(uint32 state);
     uint32 DPMSState();

@@ -13,8 +13,6 @@
 #include "server/screen/Display.h"
 #include "server/painter/Painter.h"
 
-static const uint32 kDpmsOn = 1;
-
 BScreen::BScreen(screen_id id) : fId(id) {}
 
 BScreen::BScreen(BWindow*) : fId(B_MAIN_SCREEN_ID) {}
@@ -110,7 +108,7 @@ void BScreen::SetDesktopColor(rgb_color color, uint32, bool) { server::SetDeskto
 
 status_t BScreen::SetDPMS(uint32) { return B_UNSUPPORTED; }
 
-uint32 BScreen::DPMSState() { return kDpmsOn; }
+uint32 BScreen::DPMSState() { return B_DPMS_ON; }
 
 uint32 BScreen::DPMSCapabilites() { return 0; }
 

@@ -122,6 +122,11 @@ void QtDisplay::_ReadScreen()
     QRect geometry = screen->geometry();
     fScreen.Set(float(geometry.left()), float(geometry.top()), float(geometry.right()),
                 float(geometry.bottom()));
+    fMonitor = {screen->manufacturer().toStdString(), screen->model().toStdString(),
+                screen->serialNumber().toStdString(), float(screen->physicalSize().width() / 10),
+                float(screen->physicalSize().height() / 10)};
+    if (fMonitor.name.empty())
+        fMonitor.name = screen->name().toStdString();
     qreal rate = screen->refreshRate();
     fFrameInterval = rate > 20 && rate < 500 ? bigtime_t(1000000 / rate) : 1000000 / 60;
 }

@@ -29,6 +29,7 @@ public:
     ScreenWindow* Create(const WindowSpec& spec, EventSink* sink) override;
     BRect ScreenFrame() const override { return fScreen; }
     bigtime_t FrameInterval() const override { return fFrameInterval; }
+    Monitor ScreenMonitor() const override { return fMonitor; }
     void SetPointer(BPoint where) override;
     int32 CountWorkspaces() override;
     int32 CurrentWorkspace() override;
@@ -66,6 +67,7 @@ private:
     std::vector<std::function<void()>> fTasks;  // stage locked
     std::vector<QtWindow*> fDiscarded;          // whose last task waits; stage locked
     std::unique_ptr<X11Screen> fX11;            // server's thread
+    Monitor fMonitor;                           // stage locked
     BRect fScreen{0, 0, 1023, 767};             // stage locked
     std::shared_ptr<Clipboard> fClipboard;      // set before the constructor returns
     bigtime_t fFrameInterval = 1000000 / 60;

@@ -16,6 +16,7 @@ public:
     virtual ScreenWindow* Create(const WindowSpec& spec, EventSink* sink) = 0;
     virtual BRect ScreenFrame() const = 0;
     virtual bigtime_t FrameInterval() const = 0;
+    virtual Monitor ScreenMonitor() const { return {}; }
     virtual void SetPointer(BPoint where) = 0;
     virtual int32 CountWorkspaces() = 0;
     virtual int32 CurrentWorkspace() = 0;

@@ -86,6 +86,13 @@ bigtime_t FrameInterval()
     return display->FrameInterval();
 }
 
+Monitor ScreenMonitor()
+{
+    Backend* display = backend();
+    StageLock lock;
+    return display->ScreenMonitor();
+}
+
 status_t SaveScreen(const char* pngPath)
 {
     std::vector<uint32> pixels;

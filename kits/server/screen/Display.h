@@ -136,6 +136,12 @@ protected:
 BRect ScreenFrame();
 color_space ScreenSpace();
 bigtime_t FrameInterval();  // microseconds between two screen updates
+// What stands behind the screen; without a name it is none.
+struct Monitor {
+    std::string vendor, name, serial;
+    float width_cm = 0, height_cm = 0;  // 0: not known
+};
+Monitor ScreenMonitor();
 // All windows in stacking order over the desktop colour. Returns a PNG file's status.
 status_t SaveScreen(const char* pngPath);
 // Pixels of the screen or, on a real display, of our own windows: B_RGBA32, resized to `rect`.
