@@ -1,6 +1,7 @@
 // What a program does to its open windows: place, size, title, look, flags, workspaces. Any thread,
 // but for GetWindowTitle, whose text belongs to the main thread.
 
+#include "gadgets/gadget.h"
 #include "plinth.h"
 #include "runtime/registry.h"
 #include "runtime/trace.h"
@@ -9,6 +10,7 @@
 #include "windows/window_lock.h"
 
 #include <Application.h>
+#include <Button.h>
 #include <InterfaceDefs.h>
 #include <Screen.h>
 #include <String.h>
@@ -288,6 +290,17 @@ extern "C" intptr_t GetAdress(int32_t ident)
 {
     WindowRecord* record = LLFindWindow(ident, __func__);
     return record != nullptr ? reinterpret_cast<intptr_t>(record->window) : 0;
+}
+
+extern "C" void SetDefaultButton(int32_t ident, int32_t gadget_ident)
+{
+    WindowRecord* record = LLFindWindow(ident, __func__);
+    GadgetAccess gadget(gadget_ident);
+    if (record == nullptr || !gadget || !gadget.Held())
+        return;
+    auto* button = dynamic_cast<BButton*>(gadget.View());
+    if (button != nullptr && button->Window() == record->window)
+        record->window->SetDefaultButton(button);
 }
 
 extern "C" void SetCursor(int32_t flag)

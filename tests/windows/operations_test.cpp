@@ -3,10 +3,14 @@
 
 #include "support/program.h"
 
+#include "gadgets/gadget.h"
+
 #include <gtest/gtest.h>
 
 #include <Application.h>
+#include <Button.h>
 #include <InterfaceDefs.h>
+#include <List.h>
 #include <Screen.h>
 #include <Window.h>
 
@@ -378,6 +382,38 @@ TEST_F(WindowOperations, UnknownWindowsHaveNothing)
     }
     CloseFont(font);
     EXPECT_EQ(place_of(fWindow), (Place{100, 120, 199, 149}));
+}
+
+TEST_F(WindowOperations, EnterPressesTheDefaultButton)
+{
+    TestWindow other(400, 120);
+    const auto put_button = [](BWindow* window) {
+        auto* button = new BButton(BRect(10, 10, 90, 40), "", "", nullptr);
+        window->Lock();
+        window->AddChild(button);
+        window->Unlock();
+        return button;
+    };
+    MyGadget button = {}, stranger = {}, view = {};
+    button.kind = stranger.kind = kButton;
+    button.ident = static_cast<int32_t>(GetUniqueID());
+    stranger.ident = static_cast<int32_t>(GetUniqueID());
+    view.ident = static_cast<int32_t>(GetUniqueID());
+    auto* wanted = put_button(Platform());
+    button.view = wanted;
+    stranger.view = put_button(reinterpret_cast<BWindow*>(GetAdress(other)));
+    view.view = wanted->Parent();
+    auto* gadgets = static_cast<BList*>(gRegistry[4]);
+    for (MyGadget* gadget : {&button, &stranger, &view})
+        gadgets->AddItem(gadget);
+    for (int32_t none : {stranger.ident, view.ident, 0, -1, static_cast<int32_t>(fWindow)})
+        SetDefaultButton(fWindow, none);
+    EXPECT_EQ(Platform()->DefaultButton(), nullptr);
+    SetDefaultButton(0, button.ident);
+    SetDefaultButton(fWindow, button.ident);
+    EXPECT_EQ(Platform()->DefaultButton(), wanted);
+    EXPECT_TRUE(wanted->IsDefault());
+    gadgets->MakeEmpty();
 }
 
 TEST(Cursor, TakesBothShapes)
