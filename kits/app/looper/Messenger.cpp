@@ -39,12 +39,12 @@ team_id current_team()
 
 BMessenger MessengerAccess::Make(int32 looper, int32 handler)
 {
-    return BMessenger(current_team(), looper, handler);
+    return BMessenger(BMessenger::Address{current_team(), looper, handler});
 }
 
 BMessenger MessengerAccess::MakeFor(team_id team, int32 looper, int32 handler)
 {
-    return BMessenger(team, looper, handler);
+    return BMessenger(BMessenger::Address{team, looper, handler});
 }
 
 BMessenger MessengerAccess::ForHandler(int32 handler)
@@ -177,10 +177,10 @@ BMessenger MessengerAccess::ReplyAddress(const BMessage* message)
 
 }  // namespace BPrivate
 
-BMessenger::BMessenger() : BMessenger(-1, kNoToken, kNoToken) {}
+BMessenger::BMessenger() : BMessenger(Address{-1, kNoToken, kNoToken}) {}
 
-BMessenger::BMessenger(team_id team, int32 looper, int32 handler)
-    : fTeam(team), fLooper(looper), fHandler(handler)
+BMessenger::BMessenger(const Address& address)
+    : fTeam(address.team), fLooper(address.looper), fHandler(address.handler)
 {
 }
 

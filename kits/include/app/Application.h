@@ -2,9 +2,16 @@
 #define _APPLICATION_H
 
 #include <AppDefs.h>
+#include <Entry.h>
+#include <InterfaceDefs.h>
+#include <List.h>
 #include <Looper.h>
+#include <Message.h>
 #include <Messenger.h>
 #include <OS.h>
+#include <Point.h>
+#include <Rect.h>
+#include <String.h>
 #include <SupportDefs.h>
 
 #include <atomic>
@@ -13,7 +20,6 @@
 class BArchivable;
 class BCursor;
 class BHandler;
-class BMessage;
 class BResources;
 class BWindow;
 struct app_info;
@@ -37,7 +43,8 @@ public:
 
     /* Runs the loop and returns when it has quit. The object stays. */
     virtual thread_id Run();
-    /* Ends the loop without asking; any thread, and before Run() too. Returns at once. */
+    /* Ends the loop without asking, and returns at once; any thread. Before Run() it deletes the
+       application, which must come from `new`. */
     virtual void Quit();
     /* Asks every window; the first refusal is the answer. The windows of a program that agreed
        are closed before Run() returns. The application is not locked meanwhile. */

@@ -1,14 +1,15 @@
 #ifndef _CLIPBOARD_H
 #define _CLIPBOARD_H
 
+#include <Message.h>
 #include <Messenger.h>
 #include <SupportDefs.h>
 
 #include <memory>
 
-class BMessage;
-
-enum { B_CLIPBOARD_CHANGED = 'CLCH' };
+enum {
+    B_CLIPBOARD_CHANGED = 0x434C4348  // 'CLCH'
+};
 
 /* A clipboard, known by its name. "system" is the desktop's: text goes both ways between this and
    other programs, as the field "text/plain" (B_MIME_TYPE, UTF-8, no terminator); a picture of

@@ -2,11 +2,11 @@
 #define _CURSOR_H
 
 #include <Archivable.h>
+#include <InterfaceDefs.h>
 #include <SupportDefs.h>
 
 #include <memory>
 
-class BArchivable;
 class BBitmap;
 class BMessage;
 class BCursor;

@@ -2,6 +2,7 @@
 #define _HANDLER_H
 
 #include <Archivable.h>
+#include <Message.h>
 #include <Messenger.h>
 #include <SupportDefs.h>
 
@@ -11,7 +12,6 @@
 
 class BList;
 class BLooper;
-class BMessage;
 class BMessageFilter;
 
 namespace BPrivate {

@@ -2,6 +2,7 @@
 #define _INVOKER_H
 
 #include <AppDefs.h>
+#include <Message.h>
 #include <Messenger.h>
 #include <SupportDefs.h>
 
@@ -10,7 +11,6 @@
 
 class BHandler;
 class BLooper;
-class BMessage;
 
 /* A message and where to send it; mixed into controls and menu items. */
 class BInvoker {

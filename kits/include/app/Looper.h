@@ -2,6 +2,8 @@
 #define _LOOPER_H
 
 #include <Handler.h>
+#include <List.h>
+#include <Message.h>
 #include <OS.h>
 #include <SupportDefs.h>
 
@@ -9,8 +11,6 @@
 #include <vector>
 
 class BArchivable;
-class BList;
-class BMessage;
 class BMessageFilter;
 class BMessageQueue;
 
@@ -147,6 +147,7 @@ private:
     void _QuitAsked(BMessage* message);
     // Queues the message itself, for the looper as its target. Adopts it, even when it fails.
     status_t _Queue(BMessage* message);
+    BHandler* _FilterHandler(BMessage* message, BHandler* target);
 
     BPrivate::LooperSlot* fSlot;  // lock, queue and thread; outlives the looper
     BMessage* fCurrent;           // loop's thread; the loop owns it

@@ -1,21 +1,23 @@
 #ifndef _MESSAGE_H
 #define _MESSAGE_H
 
-#include <Messenger.h>
 #include <Alignment.h>
+#include <AppDefs.h>
+#include <DataIO.h>
+#include <Entry.h>
+#include <Flattenable.h>
 #include <GraphicsDefs.h>
 #include <InterfaceDefs.h>
+#include <Messenger.h>
+#include <OS.h>
 #include <Point.h>
 #include <Rect.h>
 #include <Size.h>
-#include <Entry.h>
+#include <SupportDefs.h>
+#include <TypeConstants.h>
 
 #include <new>
 
-#include <SupportDefs.h>
-
-class BDataIO;
-class BFlattenable;
 class BHandler;
 class BString;
 class BStringList;

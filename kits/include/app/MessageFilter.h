@@ -1,9 +1,9 @@
 #ifndef _MESSAGEFILTER_H
 #define _MESSAGEFILTER_H
 
+#include <Handler.h>
 #include <SupportDefs.h>
 
-class BHandler;
 class BLooper;
 class BMessage;
 class BMessageFilter;

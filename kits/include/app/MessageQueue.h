@@ -1,9 +1,9 @@
 #ifndef _MESSAGEQUEUE_H
 #define _MESSAGEQUEUE_H
 
+#include <Locker.h>
+#include <Message.h>
 #include <SupportDefs.h>
-
-class BMessage;
 
 /* Messages, oldest first; a message is in one queue at most. The queue owns what is in it. Any
    thread: each call takes the queue's lock, which Lock() holds over several of them. */

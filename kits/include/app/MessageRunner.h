@@ -1,10 +1,9 @@
 #ifndef _MESSAGERUNNER_H
 #define _MESSAGERUNNER_H
 
+#include <Message.h>
 #include <Messenger.h>
 #include <SupportDefs.h>
-
-class BMessage;
 
 /* Sends copies of a message again and again. One thread serves all runners. */
 class BMessageRunner {
@@ -26,8 +25,8 @@ public:
     status_t InitCheck() const;
 
     /* B_BAD_VALUE once all messages are sent or the target is gone, too. */
-    status_t SetInterval(bigtime_t interval);  // counts from now
-    status_t SetCount(int32 count);
+    status_t SetInterval(bigtime_t interval);                   // counts from now
+    status_t SetCount(int32 count);                             // 0 ends it
     status_t GetInfo(bigtime_t* interval, int32* count) const;  // count: messages left
 
     /* A runner without object: it ends by its count, or when the target is gone. */

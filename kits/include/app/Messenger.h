@@ -63,7 +63,13 @@ private:
     friend struct BPrivate::MessengerAccess;
     friend bool operator<(const BMessenger& a, const BMessenger& b);
 
-    BMessenger(team_id team, int32 looper, int32 handler);
+    struct Address {
+        team_id team;
+        int32 looper;
+        int32 handler;
+    };
+
+    explicit BMessenger(const Address& address);
 
     team_id fTeam;
     int32 fLooper;   // token of the looper, or of a sender that waits for a reply
@@ -72,5 +78,8 @@ private:
 
 bool operator<(const BMessenger& a, const BMessenger& b);
 bool operator!=(const BMessenger& a, const BMessenger& b);
+
+// Programs that include this header expect messages, too.
+#include <Message.h>
 
 #endif  // _MESSENGER_H

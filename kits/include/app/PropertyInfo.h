@@ -3,6 +3,7 @@
 
 #include <Flattenable.h>
 #include <SupportDefs.h>
+#include <TypeConstants.h>
 
 class BMessage;
 

@@ -2,12 +2,11 @@
 #define _ROSTER_H
 
 #include <Entry.h>
+#include <List.h>
+#include <Message.h>
 #include <Messenger.h>
 #include <OS.h>
 #include <SupportDefs.h>
-
-class BList;
-class BMessage;
 
 // How a program wants to be launched, in app_info::flags.
 #define B_SINGLE_LAUNCH 0
@@ -32,7 +31,11 @@ struct app_info {
 
 enum watching_request_flags { B_REQUEST_LAUNCHED = 1, B_REQUEST_QUIT = 2, B_REQUEST_ACTIVATED = 4 };
 
-enum { B_SOME_APP_LAUNCHED = 'BRAS', B_SOME_APP_QUIT = 'BRAQ', B_SOME_APP_ACTIVATED = 'BRAW' };
+enum {
+    B_SOME_APP_LAUNCHED = 0x42524153,  // 'BRAS'
+    B_SOME_APP_QUIT = 0x42524151,      // 'BRAQ'
+    B_SOME_APP_ACTIVATED = 0x42524157  // 'BRAW'
+};
 
 /* Which programs run, how others are started, and what was used lately. Running are those with a
    BApplication; startable are all programs, by path, and those that have a desktop entry, by
@@ -77,7 +80,9 @@ public:
        "refs" of the messages, are what it is to open; "argv" of a B_ARGV_RECEIVED message, behind
        the first, and `args` (argc of them, without the program) are its arguments. Where the
        application runs, and wants to run but once, it gets the messages instead:
-       B_ALREADY_RUNNING. The errors of FindApp(), B_LAUNCH_FAILED_EXECUTABLE, and those of
+       B_ALREADY_RUNNING. An application that wants its arguments only gets no messages. Returns
+       when the application is known and can be sent messages; a program that is none is waited for
+       half a second at most. The errors of FindApp(), B_LAUNCH_FAILED_EXECUTABLE, and those of
        load_image(). */
     status_t Launch(const char* mimeType, BMessage* initialMessage = nullptr,
                     team_id* _appTeam = nullptr) const;

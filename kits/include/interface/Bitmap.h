@@ -3,6 +3,7 @@
 
 #include <Archivable.h>
 #include <GraphicsDefs.h>
+#include <InterfaceDefs.h>
 #include <OS.h>
 #include <Point.h>
 #include <Rect.h>

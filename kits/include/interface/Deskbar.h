@@ -1,6 +1,7 @@
 #ifndef _DESKBAR_H
 #define _DESKBAR_H
 
+#include <List.h>
 #include <Rect.h>
 #include <SupportDefs.h>
 

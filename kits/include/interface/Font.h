@@ -1,6 +1,8 @@
 #ifndef _FONT_H
 #define _FONT_H
 
+#include <InterfaceDefs.h>
+
 // Fonts: what text looks like and how much room it takes. Sizes are pixels. A BFont may be used by
 // one thread at a time; the default fonts and all measuring by any number of threads.
 

@@ -2,6 +2,7 @@
 #define _INTERFACEDEFS_H
 
 #include <GraphicsDefs.h>
+#include <OS.h>
 #include <SupportDefs.h>
 
 class BBitmap;

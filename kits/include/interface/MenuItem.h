@@ -4,11 +4,11 @@
 #include <Archivable.h>
 #include <InterfaceDefs.h>
 #include <Invoker.h>
+#include <Menu.h>
 #include <Rect.h>
 
 #include <string>
 
-class BMenu;
 class BMessage;
 
 /* One line of a menu: a label with a message, or the way to a submenu. Belongs to the menu it was

@@ -2,6 +2,8 @@
 #define _PICTURE_H
 
 #include <Archivable.h>
+#include <InterfaceDefs.h>
+#include <Rect.h>
 #include <SupportDefs.h>
 
 #include <memory>

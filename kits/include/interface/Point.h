@@ -1,6 +1,8 @@
 #ifndef _POINT_H
 #define _POINT_H
 
+#include <SupportDefs.h>
+
 class BRect;
 
 // A place, in pixels unless the context says otherwise; y grows downwards.

@@ -1,6 +1,7 @@
 #ifndef _POLYGON_H
 #define _POLYGON_H
 
+#include <InterfaceDefs.h>
 #include <Point.h>
 #include <Rect.h>
 #include <SupportDefs.h>

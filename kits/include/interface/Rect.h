@@ -5,6 +5,8 @@
 #include <Size.h>
 #include <SupportDefs.h>
 
+#include <math.h>
+
 // A rectangle whose right and bottom edges belong to it: (0, 0, 10, 10) covers 11 x 11 pixels and
 // has a width of 10. It is valid if it covers at least one pixel.
 class BRect {

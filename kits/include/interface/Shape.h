@@ -2,6 +2,7 @@
 #define _SHAPE_H
 
 #include <Archivable.h>
+#include <List.h>
 #include <Point.h>
 #include <Rect.h>
 #include <SupportDefs.h>

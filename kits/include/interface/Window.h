@@ -8,7 +8,9 @@
 #include <Point.h>
 #include <Rect.h>
 #include <Size.h>
+#include <StorageDefs.h>
 #include <SupportDefs.h>
+#include <View.h>
 
 class BArchivable;
 class BBitmap;
@@ -18,7 +20,6 @@ class BLayout;
 class BLayoutItem;
 class BMenuBar;
 class BMessage;
-class BView;
 
 namespace BPrivate {
 class Canvas;

@@ -242,6 +242,7 @@ struct thread_info {
 };
 
 typedef status_t (*thread_func)(void*);
+typedef thread_func thread_entry;  // its name in older programs
 
 struct cpu_info {
     bigtime_t active_time;  // microseconds
@@ -289,6 +290,46 @@ struct cpu_topology_package_info {
 struct cpu_topology_core_info {
     uint32 model;
     uint64 default_frequency;
+};
+
+// What a processor tells of itself, by the number asked for.
+union cpuid_info {
+    struct {
+        uint32 max_eax;
+        char vendor_id[12];
+    } eax_0;
+    struct {
+        uint32 stepping : 4;
+        uint32 model : 4;
+        uint32 family : 4;
+        uint32 type : 2;
+        uint32 reserved_0 : 2;
+        uint32 extended_model : 4;
+        uint32 extended_family : 8;
+        uint32 reserved_1 : 4;
+        uint32 brand_index : 8;
+        uint32 clflush : 8;
+        uint32 logical_cpus : 8;
+        uint32 apic_id : 8;
+        uint32 features;
+        uint32 extended_features;
+    } eax_1;
+    struct {
+        uint8 call_num;
+        uint8 cache_descriptors[15];
+    } eax_2;
+    struct {
+        uint32 reserved[2];
+        uint32 serial_number_high;
+        uint32 serial_number_low;
+    } eax_3;
+    char as_chars[16];
+    struct {
+        uint32 eax;
+        uint32 ebx;
+        uint32 edx;
+        uint32 ecx;
+    } regs;
 };
 
 struct object_wait_info {
@@ -450,6 +491,9 @@ void ktrace_vprintf(const char* format, va_list args);
 status_t get_system_info(system_info* info);
 // Fills `info` for `cpuCount` processors from the first one on; B_BAD_VALUE beyond the last.
 status_t _get_cpu_info_etc(uint32 firstCPU, uint32 cpuCount, cpu_info* info, size_t size);
+// What the processor's own instruction tells under that number; B_BAD_VALUE for a processor that
+// there is not and for numbers that it does not know, B_UNSUPPORTED where it has none.
+status_t get_cpuid(cpuid_info* info, uint32 eaxRegister, uint32 cpuNum);
 int32 is_computer_on();
 double is_computer_on_fire();
 

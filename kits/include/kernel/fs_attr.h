@@ -25,6 +25,14 @@ ssize_t fs_write_attr(int fd, const char* attribute, uint32 type, off_t pos, con
 int fs_remove_attr(int fd, const char* attribute);
 int fs_stat_attr(int fd, const char* attribute, struct attr_info* attrInfo);
 
+// A descriptor of one attribute, for read(), write(), lseek(), ftruncate() and fstat(). `openMode`
+// is that of open(): O_CREAT makes an attribute that is not there, with O_EXCL only then, O_TRUNC
+// empties it. What was written stands in the attribute once fs_close_attr() has returned 0; close()
+// throws it away.
+int fs_open_attr(const char* path, const char* attribute, uint32 type, int openMode);
+int fs_fopen_attr(int fd, const char* attribute, uint32 type, int openMode);
+int fs_close_attr(int fd);
+
 // The names of a node's attributes, as they were when the list was opened or rewound. A DIR of
 // these calls goes to no other call. `fs_lopen_attr_dir` opens a link itself.
 DIR* fs_open_attr_dir(const char* path);

@@ -1,10 +1,11 @@
 #ifndef _FS_INFO_H
 #define _FS_INFO_H
 
-#include <sys/types.h>
-
+#include <OS.h>
 #include <StorageDefs.h>
 #include <SupportDefs.h>
+
+#include <sys/types.h>
 
 // fs_info.flags: a set.
 #define B_FS_IS_READONLY 0x00000001

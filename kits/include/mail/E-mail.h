@@ -1,16 +1,40 @@
 #ifndef _E_MAIL_H
 #define _E_MAIL_H
 
+#include <Entry.h>
+#include <StorageDefs.h>
 #include <SupportDefs.h>
 #include <UTF8.h>
 
 #include <memory>
 
-struct entry_ref;
-
 namespace BPrivate {
 struct MailContent;
 }
+
+// Attributes of mails.
+#define B_MAIL_ATTR_NAME "MAIL:name"
+#define B_MAIL_ATTR_LABEL "MAIL:label"
+#define B_MAIL_ATTR_STATUS "MAIL:status"
+#define B_MAIL_ATTR_PRIORITY "MAIL:priority"
+#define B_MAIL_ATTR_TO "MAIL:to"
+#define B_MAIL_ATTR_CC "MAIL:cc"
+#define B_MAIL_ATTR_BCC "MAIL:bcc"
+#define B_MAIL_ATTR_FROM "MAIL:from"
+#define B_MAIL_ATTR_SUBJECT "MAIL:subject"
+#define B_MAIL_ATTR_REPLY "MAIL:reply"
+#define B_MAIL_ATTR_WHEN "MAIL:when"
+#define B_MAIL_ATTR_FLAGS "MAIL:flags"
+#define B_MAIL_ATTR_RECIPIENTS "MAIL:recipients"
+#define B_MAIL_ATTR_MIME "MAIL:mime"
+#define B_MAIL_ATTR_HEADER "MAIL:header_length"
+#define B_MAIL_ATTR_CONTENT "MAIL:content_length"
+#define B_MAIL_ATTR_READ "MAIL:read"
+#define B_MAIL_ATTR_ACCOUNT_ID "MAIL:account_id"
+
+enum read_flags { B_UNREAD = 0, B_SEEN = 1, B_READ = 2 };
+// Of B_MAIL_ATTR_FLAGS: a set.
+enum mail_flags { B_MAIL_PENDING = 1, B_MAIL_SENT = 2, B_MAIL_SAVE = 4 };
 
 // Names of header fields, as AddHeaderField() takes them.
 #define B_MAIL_TO "To: "
@@ -24,6 +48,43 @@ struct MailContent;
 
 #define B_MAIL_TYPE "text/x-email"
 #define B_PARTIAL_MAIL_TYPE "text/x-partial-email"
+
+// On which days an account is to be asked for mail.
+#define B_CHECK_NEVER 0
+#define B_CHECK_WEEKDAYS 1
+#define B_CHECK_DAILY 2
+#define B_CHECK_CONTINUOUSLY 3
+#define B_CHECK_CONTINUOSLY 3
+
+#define B_MAX_USER_NAME_LENGTH 32
+#define B_MAX_HOST_NAME_LENGTH 64
+
+// Where and how the user fetches mail. Texts end with a zero byte, or are cut off.
+struct mail_pop_account {
+    char pop_name[B_MAX_USER_NAME_LENGTH];
+    char pop_password[B_MAX_USER_NAME_LENGTH];
+    char pop_host[B_MAX_HOST_NAME_LENGTH];
+    char real_name[128];
+    char reply_to[128];
+    int32 days;        // B_CHECK_...
+    int32 interval;    // seconds between two looks
+    int32 begin_time;  // seconds of the day
+    int32 end_time;
+};
+
+struct mail_notification {
+    bool alert;
+    bool beep;
+};
+
+/* The user's accounts, shared by all programs: a file of the user's configuration that nobody else
+   can read, where passwords do not stand in clear text. Any thread.
+   There is no account behind the last: B_BAD_INDEX; B_BAD_VALUE for null. Setting the account
+   behind the last adds one; without `save` only this program knows of it. B_IO_ERROR, or another
+   status of the storage kit, if it could not be written. */
+int32 count_pop_accounts();
+status_t get_pop_account(mail_pop_account* account, int32 index = 0);
+status_t set_pop_account(mail_pop_account* account, int32 index = 0, bool save = true);
 
 /* A mail on its way out. Texts are UTF-8 (bytes that are not count as Latin-1); an encoding, one of
    the B_..._CONVERSION numbers, is the character set that they are sent in, where that holds all of

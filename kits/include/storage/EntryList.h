@@ -1,10 +1,11 @@
 #ifndef _ENTRYLIST_H
 #define _ENTRYLIST_H
 
+#include <SupportDefs.h>
+
+#include <dirent.h>
 #include <limits.h>
 #include <stddef.h>
-
-#include <SupportDefs.h>
 
 class BEntry;
 struct dirent;

@@ -104,6 +104,45 @@ enum directory_which {
     B_BEOS_SOUNDS_DIRECTORY = 1014
 };
 
+// Where find_path() looks, below a place where software is installed.
+typedef enum path_base_directory {
+    B_FIND_PATH_INSTALLATION_LOCATION_DIRECTORY = 0,
+    B_FIND_PATH_ADD_ONS_DIRECTORY = 1,
+    B_FIND_PATH_APPS_DIRECTORY = 2,
+    B_FIND_PATH_BIN_DIRECTORY = 3,
+    B_FIND_PATH_BOOT_DIRECTORY = 4,
+    B_FIND_PATH_CACHE_DIRECTORY = 5,
+    B_FIND_PATH_DATA_DIRECTORY = 6,
+    B_FIND_PATH_DEVELOP_DIRECTORY = 7,
+    B_FIND_PATH_DEVELOP_LIB_DIRECTORY = 8,
+    B_FIND_PATH_DOCUMENTATION_DIRECTORY = 9,
+    B_FIND_PATH_ETC_DIRECTORY = 10,
+    B_FIND_PATH_FONTS_DIRECTORY = 11,
+    B_FIND_PATH_HEADERS_DIRECTORY = 12,
+    B_FIND_PATH_LIB_DIRECTORY = 13,
+    B_FIND_PATH_LOG_DIRECTORY = 14,
+    B_FIND_PATH_MEDIA_NODES_DIRECTORY = 15,
+    B_FIND_PATH_PACKAGES_DIRECTORY = 16,
+    B_FIND_PATH_PREFERENCES_DIRECTORY = 17,
+    B_FIND_PATH_SERVERS_DIRECTORY = 18,
+    B_FIND_PATH_SETTINGS_DIRECTORY = 19,
+    B_FIND_PATH_SOUNDS_DIRECTORY = 20,
+    B_FIND_PATH_SPOOL_DIRECTORY = 21,
+    B_FIND_PATH_TRANSLATORS_DIRECTORY = 22,
+    B_FIND_PATH_VAR_DIRECTORY = 23,
+    B_FIND_PATH_IMAGE_PATH = 1000,
+    B_FIND_PATH_PACKAGE_PATH = 1001
+} path_base_directory;
+
+// How paths are looked for.
+enum {
+    B_FIND_PATH_CREATE_DIRECTORY = 0x1,
+    B_FIND_PATH_CREATE_PARENT_DIRECTORY = 0x2,
+    B_FIND_PATH_EXISTING_ONLY = 0x4,
+    B_FIND_PATHS_SYSTEM_ONLY = 0x10,
+    B_FIND_PATHS_USER_ONLY = 0x20
+};
+
 // Where the host keeps the files of that kind: the desktop's base directories for the user's own
 // ("XDG_CONFIG_HOME" ...), the usual ones for the system's. Nothing need be there unless
 // `createIt`. `volume` is not looked at. B_BAD_VALUE for a number without meaning here.
@@ -114,11 +153,37 @@ class BVolume;
 status_t find_directory(directory_which which, BPath* path, bool createIt = false,
                         BVolume* volume = nullptr);
 
-extern "C"
+extern "C" {
 #endif
-    // `length` bytes at `pathString`; B_BUFFER_OVERFLOW if the path does not fit.
-    status_t
-    find_directory(directory_which which, dev_t volume, bool createIt, char* pathString,
-                   int32 length);
+// `length` bytes at `pathString`; B_BUFFER_OVERFLOW if the path does not fit.
+status_t find_directory(directory_which which, dev_t volume, bool createIt, char* pathString,
+                        int32 length);
+
+/* The path of `subPath`, which may be null, below a directory of the installation that something
+   belongs to: the image that `codePointer` lies in (null: the program), or the file at `path`. That
+   is the folder above its "bin", "lib" or "sbin": the system's "/usr", "/usr/local", the user's
+   "~/.local", or one of its own. The image or file itself is B_FIND_PATH_IMAGE_PATH; there are no
+   packages. `architecture` and `dependency` name nothing here: null, or B_ENTRY_NOT_FOUND.
+   B_ENTRY_NOT_FOUND with B_FIND_PATH_EXISTING_ONLY for what is not there, B_BUFFER_OVERFLOW if the
+   path does not fit into `bufferSize` bytes, B_BAD_VALUE. Any thread. */
+status_t find_path(const void* codePointer, path_base_directory baseDirectory, const char* subPath,
+                   char* pathBuffer, size_t bufferSize);
+status_t find_path_etc(const void* codePointer, const char* dependency, const char* architecture,
+                       path_base_directory baseDirectory, const char* subPath, uint32 flags,
+                       char* pathBuffer, size_t bufferSize);
+status_t find_path_for_path(const char* path, path_base_directory baseDirectory,
+                            const char* subPath, char* pathBuffer, size_t bufferSize);
+status_t find_path_for_path_etc(const char* path, const char* dependency, const char* architecture,
+                                path_base_directory baseDirectory, const char* subPath,
+                                uint32 flags, char* pathBuffer, size_t bufferSize);
+/* The same below every place where software is installed, the user's first: an array that one
+   free() gives back. B_ENTRY_NOT_FOUND if it is empty. */
+status_t find_paths(path_base_directory baseDirectory, const char* subPath, char*** _paths,
+                    size_t* _pathCount);
+status_t find_paths_etc(const char* architecture, path_base_directory baseDirectory,
+                        const char* subPath, uint32 flags, char*** _paths, size_t* _pathCount);
+#ifdef __cplusplus
+}
+#endif
 
 #endif  // _FIND_DIRECTORY_H

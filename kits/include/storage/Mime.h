@@ -1,8 +1,8 @@
 #ifndef _MIME_H
 #define _MIME_H
 
+#include <StorageDefs.h>
 #include <SupportDefs.h>
-
 #include <TypeConstants.h>
 
 #include <sys/types.h>

@@ -39,7 +39,11 @@ enum {
     B_EVERYTHING_CHANGED = static_cast<int>(0xFFFFFFFF)
 };
 
-enum { B_META_MIME_CHANGED = 'MMCH', B_META_MIME_MODIFIED = 'MMMD', B_META_MIME_DELETED = 'MMDL' };
+enum {
+    B_META_MIME_CHANGED = 0x4D4D4348,   // 'MMCH'
+    B_META_MIME_MODIFIED = 0x4D4D4D44,  // 'MMMD'
+    B_META_MIME_DELETED = 0x4D4D444C    // 'MMDL'
+};
 
 // A MIME type and what the type database says of it. The database is the desktop's: its system
 // part is only read, what is set lands in the user's own part, where other programs see it;

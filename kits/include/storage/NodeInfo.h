@@ -1,13 +1,14 @@
 #ifndef _NODE_INFO_H
 #define _NODE_INFO_H
 
+#include <Entry.h>
+#include <Message.h>
 #include <Mime.h>
 #include <MimeType.h>
 #include <SupportDefs.h>
 
 class BBitmap;
 class BNode;
-struct entry_ref;
 
 // What a file says of itself: its type, who opens it, its icon. Kept as attributes with the
 // platform's names; the type is the desktop's own attribute "user.mime_type". The node belongs to

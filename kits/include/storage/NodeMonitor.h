@@ -2,6 +2,7 @@
 #define _NODE_MONITOR_H
 
 #include <Messenger.h>
+#include <Node.h>
 #include <StorageDefs.h>
 #include <SupportDefs.h>
 
@@ -9,7 +10,6 @@
 
 class BHandler;
 class BLooper;
-struct node_ref;
 
 // What to watch: a set.
 enum {

@@ -3,6 +3,7 @@
 
 #include <Entry.h>
 #include <Flattenable.h>
+#include <StorageDefs.h>
 #include <SupportDefs.h>
 
 class BDirectory;

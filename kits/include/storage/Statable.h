@@ -1,11 +1,14 @@
 #ifndef _STATABLE_H
 #define _STATABLE_H
 
+#include <StorageDefs.h>
 #include <SupportDefs.h>
+
+#include <sys/stat.h>
+#include <sys/types.h>
 
 class BVolume;
 struct node_ref;
-struct stat;
 
 // What files, directories and links have in common. Failures also leave the host's number in errno.
 class BStatable {

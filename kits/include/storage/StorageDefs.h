@@ -1,6 +1,11 @@
 #ifndef _STORAGEDEFS_H
 #define _STORAGEDEFS_H
 
+#include <SupportDefs.h>
+
+#include <fcntl.h>
+#include <limits.h>
+
 #define B_DEV_NAME_LENGTH 128
 #define B_FILE_NAME_LENGTH 0x100
 #define B_PATH_NAME_LENGTH 0x400

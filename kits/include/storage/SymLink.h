@@ -1,7 +1,9 @@
 #ifndef _SYM_LINK_H
 #define _SYM_LINK_H
 
+#include <Entry.h>
 #include <Node.h>
+#include <StorageDefs.h>
 #include <SupportDefs.h>
 
 class BPath;

@@ -1,10 +1,12 @@
 #ifndef _VOLUME_H
 #define _VOLUME_H
 
-#include <sys/types.h>
-
+#include <Entry.h>
 #include <Mime.h>
+#include <StorageDefs.h>
 #include <SupportDefs.h>
+
+#include <sys/types.h>
 
 class BBitmap;
 class BDirectory;

@@ -4,8 +4,7 @@
 #include <Application.h>
 #include <Messenger.h>
 #include <SupportDefs.h>
-
-class BVolume;
+#include <Volume.h>
 
 // The mounted volumes: the file systems of block devices, each once, and the root's.
 class BVolumeRoster {

@@ -2,6 +2,7 @@
 #define _BYTEORDER_H
 
 #include <SupportDefs.h>
+#include <TypeConstants.h>
 
 #define B_HOST_IS_LENDIAN 1
 #define B_HOST_IS_BENDIAN 0

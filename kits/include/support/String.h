@@ -1,10 +1,10 @@
 #ifndef _B_STRING_H
 #define _B_STRING_H
 
-#include <stdarg.h>
-
 #include <SupportDefs.h>
 
+#include <stdarg.h>
+#include <string.h>
 #include <string>
 
 class BStringList;
@@ -143,7 +143,7 @@ public:
     int ICompare(const char* string, int32 length) const;
 
     /* The byte offset, B_ERROR if there is none, B_BAD_VALUE for null. What FindLast() finds ends
-       at `beforeOffset` or before. */
+       at `beforeOffset` or before; a character may stand there. */
     int32 FindFirst(const BString& string) const;
     int32 FindFirst(const char* string) const;
     int32 FindFirst(const BString& string, int32 fromOffset) const;

@@ -1,11 +1,13 @@
 #ifndef _SUPPORT_DEFS_H
 #define _SUPPORT_DEFS_H
 
+#include <BeBuild.h>
+#include <Errors.h>
+#include <FormatMacros.h>
+
 #include <stddef.h>
 #include <stdint.h>
 #include <sys/types.h>
-
-#include <Errors.h>
 
 // The kits' own integer names. Everything else in the headers is built from these.
 typedef int8_t int8;
@@ -43,6 +45,12 @@ typedef int64 nanotime_t;  // nanoseconds
 typedef uint32 type_code;
 typedef uint32 perform_code;
 
+typedef uintptr_t addr_t;
+typedef uint64 phys_addr_t;
+typedef phys_addr_t phys_size_t;
+typedef uint64 generic_addr_t;
+typedef generic_addr_t generic_size_t;
+
 #ifndef FALSE
 #define FALSE 0
 #endif
@@ -55,6 +63,9 @@ extern const char* B_EMPTY_STRING;  // ""
 #define min_c(a, b) ((a) > (b) ? (b) : (a))
 #define max_c(a, b) ((a) > (b) ? (a) : (b))
 #define B_COUNT_OF(a) (sizeof(a) / sizeof((a)[0]))
+
+// Where the frame of the calling function lies on the stack.
+[[gnu::always_inline]] inline void* get_stack_frame() { return __builtin_frame_address(0); }
 
 // Sequentially consistent operations; all but atomic_set return the value before the change.
 

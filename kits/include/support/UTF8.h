@@ -1,6 +1,7 @@
 #ifndef _UTF8_H
 #define _UTF8_H
 
+#include <InterfaceDefs.h>
 #include <SupportDefs.h>
 
 // Character sets.
@@ -34,8 +35,6 @@ enum {
     B_UTF16_CONVERSION = 26,
     B_MS_WINDOWS_1250_CONVERSION = 27
 };
-
-#define B_SUBSTITUTE 0x1a
 
 /* Convert text, in pieces if need be. `sourceLength` and `destLength` tell the bytes that there
    are, and afterwards those that were used; text that is no character of its set becomes

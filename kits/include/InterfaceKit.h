@@ -1,0 +1,35 @@
+#ifndef _INTERFACE_KIT_H
+#define _INTERFACE_KIT_H
+
+// Everything of the Interface Kit.
+
+#include <AffineTransform.h>
+#include <Alignment.h>
+#include <Bitmap.h>
+#include <Deskbar.h>
+#include <Font.h>
+#include <Gradient.h>
+#include <GradientConic.h>
+#include <GradientDiamond.h>
+#include <GradientLinear.h>
+#include <GradientRadial.h>
+#include <GradientRadialFocus.h>
+#include <GraphicsDefs.h>
+#include <InterfaceDefs.h>
+#include <Menu.h>
+#include <MenuItem.h>
+#include <Picture.h>
+#include <Point.h>
+#include <Polygon.h>
+#include <PopUpMenu.h>
+#include <Rect.h>
+#include <Region.h>
+#include <Screen.h>
+#include <SeparatorItem.h>
+#include <Shape.h>
+#include <Size.h>
+#include <UnicodeBlockObjects.h>
+#include <View.h>
+#include <Window.h>
+
+#endif  // _INTERFACE_KIT_H
