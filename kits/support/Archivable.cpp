@@ -96,12 +96,13 @@ BArchivable* instantiate_object(BMessage* from) { return instantiate_object(from
 
 bool validate_instantiation(BMessage* from, const char* className)
 {
-    if (from == nullptr || className == nullptr) {
+    if (from == nullptr) {
         errno = B_BAD_VALUE;
         return false;
     }
     const char* name;
-    for (int32 i = 0; from->FindString(kClassField, i, &name) == B_OK; ++i) {
+    for (int32 i = 0; className != nullptr && from->FindString(kClassField, i, &name) == B_OK;
+         ++i) {
         if (strcmp(name, className) == 0)
             return true;
     }

@@ -89,4 +89,19 @@ status_t swap_data(type_code type, void* data, size_t length, swap_action action
     return B_OK;
 }
 
-bool is_type_swapped(type_code type) { return unit_size(type) != 0; }
+// Whether values of the type are the system's own, which holds them in the host's order.
+bool is_type_swapped(type_code type)
+{
+    switch (type) {
+        case B_MESSAGE_TYPE:
+        case B_MIME_TYPE:
+        case B_PATTERN_TYPE:
+        case B_REF_TYPE:
+        case B_RGB_32_BIT_TYPE:
+        case B_RGB_COLOR_TYPE:
+        case B_STRING_TYPE:
+            return true;
+        default:
+            return unit_size(type) != 0;
+    }
+}

@@ -1,54 +1,101 @@
-// BLocker over the lock that all of the kits share.
+// BLocker: a count of those who hold or want it, and a semaphore for those who have to wait.
 
 #include <Locker.h>
 
-#include <new>
-
 #include "support/RecursiveLock.h"
 
-using BPrivate::RecursiveLock;
+BLocker::BLocker() { _Init(nullptr, true); }
 
-static RecursiveLock& lock_in(const unsigned char* bytes)
+BLocker::BLocker(const char* name) { _Init(name, true); }
+
+BLocker::BLocker(bool benaphoreStyle) { _Init(nullptr, benaphoreStyle); }
+
+BLocker::BLocker(const char* name, bool benaphoreStyle) { _Init(name, benaphoreStyle); }
+
+BLocker::~BLocker() { delete_sem(fSemaphore); }
+
+void BLocker::_Init(const char* name, bool benaphoreStyle)
 {
-    static_assert(sizeof(RecursiveLock) <= 32 && alignof(RecursiveLock) <= 8);
-    return *std::launder(reinterpret_cast<RecursiveLock*>(const_cast<unsigned char*>(bytes)));
+    fBenaphore = benaphoreStyle;
+    fSemaphore = create_sem(benaphoreStyle ? 0 : 1, name != nullptr ? name : "a locker");
 }
 
-BLocker::BLocker() { new (fLock) RecursiveLock; }
+status_t BLocker::InitCheck() const { return fSemaphore >= 0 ? B_OK : fSemaphore; }
 
-BLocker::BLocker(const char*) : BLocker() {}
-
-BLocker::BLocker(bool) : BLocker() {}
-
-BLocker::BLocker(const char*, bool) : BLocker() {}
-
-BLocker::~BLocker() { lock_in(fLock).~RecursiveLock(); }
-
-status_t BLocker::InitCheck() const { return B_OK; }
-
-bool BLocker::Lock()
-{
-    lock_in(fLock).Lock();
-    return true;
-}
+bool BLocker::Lock() { return LockWithTimeout(B_INFINITE_TIMEOUT) == B_OK; }
 
 status_t BLocker::LockWithTimeout(bigtime_t timeout)
 {
-    return lock_in(fLock).LockUntil(BPrivate::deadline_after(timeout)) ? B_OK : B_TIMED_OUT;
+    const thread_id me = BPrivate::current_thread();
+    if (fOwner.load(std::memory_order_relaxed) == me) {
+        fDepth.fetch_add(1, std::memory_order_relaxed);
+        return B_OK;
+    }
+    const status_t status = _Acquire(timeout);
+    if (status != B_OK)
+        return status;
+    fOwner.store(me, std::memory_order_relaxed);
+    fDepth.store(1, std::memory_order_relaxed);
+    return B_OK;
 }
 
-void BLocker::Unlock() { lock_in(fLock).Unlock(); }
+// A locker whose semaphore went while this thread waited is gone: nothing of it is read then.
+status_t BLocker::_Acquire(bigtime_t timeout)
+{
+    const sem_id semaphore = fSemaphore;
+    if (fRequests.fetch_add(1, std::memory_order_acquire) == 0 && fBenaphore)
+        return B_OK;
+    const status_t status =
+        timeout == B_INFINITE_TIMEOUT
+            ? acquire_sem(semaphore)
+            : acquire_sem_etc(semaphore, 1, B_RELATIVE_TIMEOUT, max_c(timeout, 0));
+    if (status == B_OK || status == B_BAD_SEM_ID)
+        return status;
+    return _Withdraw() ? B_TIMED_OUT : B_OK;
+}
+
+// Ends a request that was not granted in time. False if there is nobody left who holds or wants the
+// lock: then it is on its way to this thread.
+bool BLocker::_Withdraw()
+{
+    if (!fBenaphore) {
+        fRequests.fetch_sub(1, std::memory_order_relaxed);
+        return true;
+    }
+    int32 requests = fRequests.load(std::memory_order_relaxed);
+    while (requests > 1) {
+        if (fRequests.compare_exchange_weak(requests, requests - 1, std::memory_order_relaxed))
+            return true;
+    }
+    return acquire_sem(fSemaphore) != B_OK;
+}
+
+void BLocker::Unlock()
+{
+    if (fOwner.load(std::memory_order_relaxed) == 0 ||
+        fDepth.fetch_sub(1, std::memory_order_relaxed) > 1)
+        return;
+    fOwner.store(0, std::memory_order_relaxed);
+    // The next one may delete the locker as soon as it has it.
+    const sem_id semaphore = fSemaphore;
+    const bool always = !fBenaphore;
+    if (fRequests.fetch_sub(1, std::memory_order_release) > 1 || always)
+        release_sem(semaphore);
+}
 
 thread_id BLocker::LockingThread() const
 {
-    const thread_id owner = lock_in(fLock).Owner();
+    const thread_id owner = fOwner.load(std::memory_order_relaxed);
     return owner != 0 ? owner : B_ERROR;
 }
 
-bool BLocker::IsLocked() const { return lock_in(fLock).IsMine(); }
+bool BLocker::IsLocked() const
+{
+    return fOwner.load(std::memory_order_relaxed) == BPrivate::current_thread();
+}
 
-int32 BLocker::CountLocks() const { return lock_in(fLock).Depth(); }
+int32 BLocker::CountLocks() const { return fDepth.load(std::memory_order_relaxed); }
 
-int32 BLocker::CountLockRequests() const { return lock_in(fLock).Requests(); }
+int32 BLocker::CountLockRequests() const { return fRequests.load(std::memory_order_relaxed); }
 
-sem_id BLocker::Sem() const { return B_BAD_SEM_ID; }
+sem_id BLocker::Sem() const { return fSemaphore; }

@@ -158,7 +158,9 @@ int32 BString::FindLast(char c) const { return _FindLast(&c, 1, Length(), false)
 
 int32 BString::FindLast(char c, int32 beforeOffset) const
 {
-    return _FindLast(&c, 1, beforeOffset, false);
+    // Unlike a text, a character may stand at the offset itself.
+    return beforeOffset < 0 ? B_ERROR
+                            : _FindLast(&c, 1, std::min(beforeOffset, Length()) + 1, false);
 }
 
 int32 BString::FindLastChars(const BString& string, int32 beforeCharOffset) const

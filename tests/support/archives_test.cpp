@@ -13,6 +13,7 @@
 
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <string>
 #include <thread>
 #include <vector>
@@ -27,8 +28,9 @@ TEST(Locker, IsRecursiveAndKeepsOthersOut)
     std::thread([&] {
         EXPECT_FALSE(locker.IsLocked());
         EXPECT_EQ(B_TIMED_OUT, locker.LockWithTimeout(1000));
-        locker.Unlock();  // it is not this thread's
+        EXPECT_EQ(B_TIMED_OUT, locker.LockWithTimeout(0));
     }).join();
+    EXPECT_EQ(1, locker.CountLockRequests()) << "who gave up wants it no more";
     locker.Unlock();
     EXPECT_TRUE(locker.IsLocked());
     locker.Unlock();
@@ -36,6 +38,66 @@ TEST(Locker, IsRecursiveAndKeepsOthersOut)
     locker.Unlock();
     EXPECT_EQ(B_OK, locker.LockWithTimeout(0));
     locker.Unlock();
+}
+
+TEST(Locker, AnyThreadGivesItBack)
+{
+    for (const bool quick : {true, false}) {
+        BLocker locker("given back", quick);
+        ASSERT_TRUE(locker.Lock());
+        sem_info info;
+        ASSERT_EQ(B_OK, get_sem_info(locker.Sem(), &info));
+        EXPECT_STREQ("given back", info.name);
+        std::thread([&] { locker.Unlock(); }).join();
+        EXPECT_FALSE(locker.IsLocked());
+        EXPECT_EQ(B_ERROR, locker.LockingThread());
+        std::thread([&] { EXPECT_EQ(B_OK, locker.LockWithTimeout(0)); }).join();
+        EXPECT_EQ(B_TIMED_OUT, locker.LockWithTimeout(1000));
+    }
+}
+
+TEST(Locker, DeletingItWakesWhoWaits)
+{
+    for (const bool quick : {true, false}) {
+        auto* locker = new BLocker("going", quick);
+        ASSERT_TRUE(locker->Lock());
+        status_t timed = B_OK;
+        bool locked = true;
+        std::thread one([&] { timed = locker->LockWithTimeout(60'000'000); });
+        std::thread other([&] { locked = locker->Lock(); });
+        sem_info info;
+        while (get_sem_info(locker->Sem(), &info) == B_OK && info.count > -2)
+            snooze(500);
+        delete locker;
+        one.join();
+        other.join();
+        EXPECT_EQ(B_BAD_SEM_ID, timed);
+        EXPECT_FALSE(locked);
+    }
+}
+
+TEST(Locker, NobodyIsLeftBehindWhereSomeGiveUp)
+{
+    BLocker locker;
+    std::atomic<int> inside{0}, turns{0};
+    std::vector<std::thread> threads;
+    for (int i = 0; i < 4; ++i) {
+        threads.emplace_back([&, i] {
+            for (int turn = 0; turn < 2000; ++turn) {
+                if (locker.LockWithTimeout(i % 2 == 0 ? B_INFINITE_TIMEOUT : 20) != B_OK)
+                    continue;
+                EXPECT_EQ(1, ++inside);
+                turns++;
+                inside--;
+                locker.Unlock();
+            }
+        });
+    }
+    for (std::thread& thread : threads)
+        thread.join();
+    EXPECT_GE(turns, 4000);
+    EXPECT_EQ(0, locker.CountLockRequests());
+    EXPECT_EQ(B_OK, locker.LockWithTimeout(0));
 }
 
 TEST(Locker, CountsRightUnderContention)
@@ -225,4 +287,23 @@ TEST(ByteOrder, SwapsByTheTypesUnits)
     EXPECT_EQ(B_BAD_VALUE, swap_data(B_STRING_TYPE, bytes, 8, B_SWAP_ALWAYS));
     EXPECT_EQ(B_OK, swap_data(B_INT16_TYPE, bytes, 8, B_SWAP_HOST_TO_LENDIAN));
     EXPECT_EQ(4, bytes[0]);
+}
+
+TEST(Archives, NullIsNoClass)
+{
+    BMessage archive;
+    archive.AddString("class", "Node");
+    errno = 0;
+    EXPECT_FALSE(validate_instantiation(&archive, nullptr));
+    EXPECT_EQ(B_MISMATCHED_VALUES, errno);
+    EXPECT_FALSE(validate_instantiation(nullptr, "Node"));
+    EXPECT_EQ(B_BAD_VALUE, errno);
+}
+
+TEST(ByteOrder, SystemTypesAreHeldInTheHostsOrder)
+{
+    for (const type_code type : {B_INT32_TYPE, B_STRING_TYPE, B_BOOL_TYPE, B_RGB_COLOR_TYPE})
+        EXPECT_TRUE(is_type_swapped(type)) << type;
+    for (const type_code type : {uint32(B_RAW_TYPE), uint32(B_ANY_TYPE), uint32('mine'), 0u})
+        EXPECT_FALSE(is_type_swapped(type)) << type;
 }

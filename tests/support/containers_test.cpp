@@ -114,6 +114,9 @@ TEST(String, FindingFromBothEnds)
     EXPECT_EQ(B_ERROR, text.FindFirst("one", 99));
     EXPECT_EQ(11, text.FindFirst("", 11));
     EXPECT_EQ(B_ERROR, text.FindLast("one", -5));
+    EXPECT_EQ(2, text.FindLast('e', 2)) << "a character may stand at the offset";
+    EXPECT_EQ(B_ERROR, text.FindLast('e', 1));
+    EXPECT_EQ(B_ERROR, text.FindLast('e', -1));
     EXPECT_TRUE(text.StartsWith("one") && text.IEndsWith("ONE") && !text.EndsWith("ONE"));
     EXPECT_FALSE(text.StartsWith("one two One and more"));
 }
