@@ -117,6 +117,11 @@ TEST(Bitmap, SetBitsKnowsPackedTripletsKept)
     const uint32* pixels = static_cast<const uint32*>(bitmap.Bits());
     EXPECT_EQ(pixels[1] & 0xFFFFFF, 0x040506u);
     EXPECT_EQ(pixels[3] & 0xFFFFFF, 0x0A0B0Cu);
+    const uint8 row[] = {21, 22, 23, 24, 25, 26};
+    bitmap.SetBits(row, sizeof(row), bitmap.BytesPerRow(), B_RGB32);
+    EXPECT_EQ(pixels[1] & 0xFFFFFF, 0x040506u);
+    EXPECT_EQ(pixels[2] & 0xFFFFFF, 0x151617u);
+    EXPECT_EQ(pixels[3] & 0xFFFFFF, 0x18191Au) << "a part of the bitmap";
     const uint32 words[] = {0x11223344, 0x55667788, 0x99AABBCC, 0xDDEEFF00};
     bitmap.SetBits(words, sizeof(words), 0, B_RGBA32);
     EXPECT_EQ(memcmp(pixels, words, sizeof(words)), 0);

@@ -76,6 +76,9 @@ void enter_bezier(void** table, const char* name)
 
 const int32 kEntries = 48;
 
+// The state of a fresh view, which every picture brings along.
+const std::string kStart = "high 0,0,0\nlow 255,255,255\nmode 0\npen size 1\npen at 0,0\n";
+
 void fill_table(void** table)
 {
     enter<2, BPoint, BPoint>(table, "line");
@@ -151,27 +154,27 @@ TEST(PictureTable, CallsArriveWithTheirArguments)
     view.SetLowColor(4, 5, 6);
     view.PopState();
     view.EndPicture();
-    EXPECT_EQ(
-        "pen at 9,8\n"
-        "pattern high\nline 1,1 2,3\n"
-        "high 7,8,9\nline 4,4 5,5\n"
-        "pattern mixed\nrect 1,2,3,4\n"
-        "pattern high\nfill rect 1,2,3,4\n"
-        "pattern high\nround 1,2,30,40 5,6\n"
-        "pattern high\nfill round 1,2,30,40 7,8\n"
-        "pattern high\nbezier 0,1 2,3 4,5 6,7\n"
-        "pattern high\nfill bezier 0,1 2,3 4,5 6,7\n"
-        "pattern high\narc 1,2 3,4 10 20\n"
-        "pattern high\nfill arc 1,2 3,4 30 40\n"
-        "pattern high\nellipse 1,2 3,4\n"
-        "pattern high\nfill ellipse 5,6 7,8\n"
-        "pattern high\npolygon 1,2 3,4 5,6 yes\n"
-        "pattern high\npolygon 1,2 3,4 no\n"
-        "pattern high\nfill polygon 1,2 3,4 5,6\n"
-        "pen at 3,9\ntext \"Hi\" 0 0\n"
-        "push\norigin 2,3\nscale 2\nmode " +
-            std::to_string(B_OP_INVERT) + "\npen size 4\nhigh 1,2,3\nlow 4,5,6\npop\n",
-        played(picture));
+    EXPECT_EQ(kStart +
+                  "pen at 9,8\n"
+                  "pattern high\nline 1,1 2,3\n"
+                  "high 7,8,9\nline 4,4 5,5\n"
+                  "pattern mixed\nrect 1,2,3,4\n"
+                  "pattern high\nfill rect 1,2,3,4\n"
+                  "pattern high\nround 1,2,30,40 5,6\n"
+                  "pattern high\nfill round 1,2,30,40 7,8\n"
+                  "pattern high\nbezier 0,1 2,3 4,5 6,7\n"
+                  "pattern high\nfill bezier 0,1 2,3 4,5 6,7\n"
+                  "pattern high\narc 1,2 3,4 10 20\n"
+                  "pattern high\nfill arc 1,2 3,4 30 40\n"
+                  "pattern high\nellipse 1,2 3,4\n"
+                  "pattern high\nfill ellipse 5,6 7,8\n"
+                  "pattern high\npolygon 1,2 3,4 5,6 yes\n"
+                  "pattern high\npolygon 1,2 3,4 no\n"
+                  "pattern high\nfill polygon 1,2 3,4 5,6\n"
+                  "pen at 3,9\ntext \"Hi\" 0 0\n"
+                  "push\norigin 2,3\nscale 2\nmode " +
+                  std::to_string(B_OP_INVERT) + "\npen size 4\nhigh 1,2,3\nlow 4,5,6\npop\n",
+              played(picture));
 }
 
 TEST(PictureTable, PassesOverWhatItHasNoEntryFor)
@@ -206,5 +209,6 @@ TEST(PictureTable, PassesOverWhatItHasNoEntryFor)
     view.DrawString("ab", places, 2);
     view.DrawPicture(&inner, BPoint(4, 5));
     view.EndPicture();
-    EXPECT_EQ("push\norigin 4,5\npattern high\nfill rect 1,1,2,2\npop\n", played(picture));
+    EXPECT_EQ(kStart + "push\norigin 4,5\n" + kStart + "pattern high\nfill rect 1,1,2,2\npop\n",
+              played(picture));
 }

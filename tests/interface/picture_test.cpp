@@ -176,6 +176,27 @@ TEST(Picture, PicturesNestAndAppend)
     EXPECT_EQ(board.Row(0), ".#.#.##...");
 }
 
+TEST(Picture, KeepsTheStateThatTheRecordingBeganWith)
+{
+    Board board(9, 0);
+    BPicture picture;
+    board.view->SetHighColor(255, 0, 0);
+    board.view->SetLowColor(0, 255, 0);
+    board.view->SetPenSize(3);
+    board.view->SetDrawingMode(B_OP_OVER);
+    board.view->BeginPicture(&picture);
+    board.view->FillRect(BRect(0, 0, 1, 0));
+    board.view->FillRect(BRect(2, 0, 3, 0), B_SOLID_LOW);
+    board.view->EndPicture();
+    board.view->SetHighColor(0, 0, 255);
+    board.view->SetLowColor(0, 0, 0);
+    board.view->SetDrawingMode(B_OP_COPY);
+    board.view->DrawPicture(&picture, BPoint(1, 0));
+    EXPECT_EQ(board.Row(0), ".rr.......") << "the low colour is left out by the recording's mode";
+    board.view->FillRect(BRect(8, 0, 9, 0));
+    EXPECT_EQ(board.Row(0), ".rr.....bb") << "the view's own state is as it was";
+}
+
 TEST(Picture, TablesAreCalledInOrder)
 {
     Board board;
@@ -200,7 +221,7 @@ TEST(Picture, TablesAreCalledInOrder)
         static_cast<Calls>(user)->push_back("high " + std::to_string(color.green));
     });
     EXPECT_EQ(picture.Play(table, 40, &calls), B_OK);
-    EXPECT_EQ(calls, (std::vector<std::string>{"high 2", "fill 4", "pen 7"}));
+    EXPECT_EQ(calls, (std::vector<std::string>{"high 0", "pen 1", "high 2", "fill 4", "pen 7"}));
     calls.clear();
     EXPECT_EQ(picture.Play(table, 32, &calls), B_OK);
     EXPECT_EQ(calls, (std::vector<std::string>{"fill 4"}));

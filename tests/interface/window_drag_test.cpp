@@ -1,8 +1,10 @@
 // Drags from view to view and from window to window, and files that fall in.
 
+#include <Bitmap.h>
 #include <Entry.h>
 #include <Handler.h>
 
+#include <atomic>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
@@ -187,6 +189,80 @@ TEST_F(WindowDrag, ClosedSourceTakesItsDragAlong)
     EXPECT_EQ(other_log.Count("other dropped"), 0);
     EXPECT_EQ(other_log.Count("other drag"), 0);
     Close(other);
+}
+
+namespace {
+
+// Tells when it goes, and with it the bitmap that it is in.
+class ImageView : public BView {
+public:
+    explicit ImageView(std::atomic<int>& gone)
+        : BView(BRect(0, 0, 15, 15), "image", B_FOLLOW_NONE, B_WILL_DRAW), fGone(gone)
+    {
+    }
+    ~ImageView() override { fGone++; }
+
+private:
+    std::atomic<int>& fGone;
+};
+
+class ImageDrag : public WindowDrag {
+protected:
+    void SetUp() override
+    {
+        WindowDrag::SetUp();
+        OpenPair();
+        a->onDown = [this] {
+            BMessage message('drag');
+            auto* image = new BBitmap(BRect(0, 0, 15, 15), B_RGBA32, true);
+            image->AddChild(new ImageView(gone));
+            a->DragMessage(&message, image, BPoint(4, 4));
+        };
+    }
+
+    std::atomic<int> gone{0};
+};
+
+}  // namespace
+
+TEST_F(ImageDrag, ImageThatTakesViewsGoesWithTheRelease)
+{
+    for (int turn = 1; turn <= 3; turn++) {
+        inject_pointer(115, 116);
+        inject_button(1, true);
+        Settle();
+        inject_pointer(165, 118);
+        Settle();
+        EXPECT_EQ(gone, turn - 1);
+        inject_button(1, false);
+        Settle();
+        EXPECT_EQ(log.Count("b dropped drag"), turn);
+        Settle();
+        EXPECT_EQ(gone, turn);
+    }
+}
+
+TEST_F(ImageDrag, ImageThatTakesViewsGoesWithAFlick)
+{
+    WhileBusy([] {
+        inject_pointer(115, 116);
+        inject_button(1, true);
+        inject_pointer(165, 118);
+        inject_button(1, false);
+    });
+    Settle();
+    EXPECT_EQ(log.Count("b dropped drag"), 1);
+    EXPECT_EQ(gone, 1);
+}
+
+TEST_F(ImageDrag, ImageThatTakesViewsGoesWithItsSource)
+{
+    inject_pointer(115, 116);
+    inject_button(1, true);
+    Settle();
+    Close(window);
+    EXPECT_EQ(gone, 1);
+    inject_button(1, false);
 }
 
 TEST_F(WindowDrag, DroppedFilesHaveTheDesktopsFields)

@@ -182,10 +182,28 @@ static void begin_recording(BPrivate::ViewData& data, BPicture* picture,
     data.Outdate();
 }
 
+// The state that drawing begins with is that of the recording, wherever the picture is played;
+// places stay those of the view that plays it.
 void BView::BeginPicture(BPicture* a_picture)
 {
-    if (a_picture != nullptr)
-        begin_recording(*fData, a_picture, std::make_unique<PictureData>());
+    if (a_picture == nullptr)
+        return;
+    begin_recording(*fData, a_picture, std::make_unique<PictureData>());
+    PictureData& recording = *fData->recording;
+    recording.Add(PictureOp::HighColor, HighColor());
+    recording.Add(PictureOp::LowColor, LowColor());
+    recording.Add(PictureOp::DrawingMode, DrawingMode());
+    source_alpha source;
+    alpha_function function;
+    GetBlendingMode(&source, &function);
+    recording.Add(PictureOp::BlendingMode, source, function);
+    recording.Add(PictureOp::PenSize, PenSize());
+    recording.Add(PictureOp::LineMode, LineCapMode(), LineJoinMode(), LineMiterLimit());
+    recording.Add(PictureOp::FillRule, FillRule());
+    recording.Add(PictureOp::MovePenTo, PenLocation());
+    BFont font;
+    GetFont(&font);
+    recording.AddFont(font);
 }
 
 void BView::AppendToPicture(BPicture* a_picture)

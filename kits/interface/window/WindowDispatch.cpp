@@ -42,6 +42,8 @@ bool BWindow::_DispatchToWindow(BMessage* message)
             _Update();
             fData->nextUpdate = system_time() + server::FrameInterval();
             return true;
+        case BPrivate::kDragEndMessage:
+            return true;  // it goes with what it carries
         case B_PULSE:
             return _Pulse();
         case B_KEY_DOWN:

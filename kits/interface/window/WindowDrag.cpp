@@ -18,6 +18,8 @@
 
 namespace [[gnu::visibility("hidden")]] BPrivate {
 
+// A drag goes only where neither lock nor stage is held: its image may have a window of its own,
+// which wants both to go.
 struct Drag {
     std::shared_ptr<const BMessage> message;
     std::unique_ptr<BBitmap> image;
@@ -30,6 +32,17 @@ static std::mutex sLock;  // a window is posted to under it only; before the loc
 // Windows may close while the process is already leaving, so neither is ever destroyed.
 static std::vector<WindowData*>& sSites = *new std::vector<WindowData*>;
 static std::unique_ptr<Drag>& sDrag = *new std::unique_ptr<Drag>;
+
+// Brings the end of a drag to the thread of its source.
+class DragEnd : public BMessage {
+public:
+    explicit DragEnd(std::unique_ptr<Drag> drag) : BMessage(kDragEndMessage), fDrag(std::move(drag))
+    {
+    }
+
+private:
+    std::unique_ptr<Drag> fDrag;
+};
 
 DropMessage::DropMessage(const BMessage& dropped, BPoint where, BPoint screenWhere, BPoint offset)
     : BMessage(dropped), fWhere(where)
@@ -51,6 +64,7 @@ void add_drop_site(WindowData* window)
 
 void remove_drop_site(WindowData* window)
 {
+    std::unique_ptr<Drag> ended;
     std::lock_guard<std::mutex> lock(sLock);
     sSites.erase(std::remove(sSites.begin(), sSites.end(), window), sSites.end());
     if (sDrag == nullptr)
@@ -58,7 +72,7 @@ void remove_drop_site(WindowData* window)
     if (sDrag->over == window)
         sDrag->over = nullptr;
     if (sDrag->source == window)
-        sDrag.reset();
+        ended = std::move(sDrag);
 }
 
 // Under the lock: the window that an event names, null if it is gone.
@@ -87,13 +101,13 @@ void start_drag(WindowData* source, std::unique_ptr<BMessage> message,
     server::PointerState(&screenWhere, &buttons);
     const server::EventSink* under = server::SinkAt(screenWhere, &where);
 
-    std::lock_guard<std::mutex> lock(sLock);
     std::unique_ptr<Drag> drag(
         new Drag{std::move(message), std::move(image), offset, source, source});
+    std::lock_guard<std::mutex> lock(sLock);
     if (buttons == 0)
         drop(*drag, site_of(under), where, screenWhere);  // a flick, over before it was seen
     else
-        sDrag = std::move(drag);
+        std::swap(sDrag, drag);
 }
 
 bool drag_event(WindowData* grabbed, const server::Event& event)
@@ -121,7 +135,8 @@ bool drag_event(WindowData* grabbed, const server::Event& event)
         over->PostInput(below, false, sDrag->message);
     if (event.kind == server::EventKind::MouseUp && event.buttons == 0) {
         drop(*sDrag, over, event.underWhere, event.screenWhere);
-        sDrag.reset();
+        WindowData* const source = sDrag->source;
+        source->Post(std::make_unique<DragEnd>(std::move(sDrag)));
     }
     return true;
 }
