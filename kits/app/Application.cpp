@@ -10,6 +10,7 @@
 #include <Cursor.h>
 #include <Entry.h>
 #include <Message.h>
+#include <MessageQueue.h>
 #include <PropertyInfo.h>
 #include <Roster.h>
 #include <Window.h>
@@ -90,6 +91,8 @@ static bool is_passed_on(const char* signature)
     const BPrivate::RunningApp app = BPrivate::only_instance(BPrivate::own_executable(), signature);
     if (app.team < 0)
         return false;
+    if ((app.flags & B_ARGV_ONLY) != 0)
+        return true;
     const BMessenger messenger = BPrivate::messenger_to(app);
     std::vector<BMessage> messages = launch_messages();
     if (messages.empty())
@@ -186,9 +189,12 @@ thread_id BApplication::Run()
 
 void BApplication::Quit()
 {
-    const bool locked = Lock();
-    if (!locked)
+    if (!Lock())
         return;
+    if (!fRunCalled) {
+        delete this;
+        return;
+    }
     fTerminating = true;
     _Wake();
     Unlock();
@@ -469,11 +475,21 @@ status_t BApplication::GetSupportedSuites(BMessage* data)
 
 status_t BApplication::Perform(perform_code d, void* arg) { return BLooper::Perform(d, arg); }
 
+// What was posted before comes behind them.
 void BApplication::_PostLaunchMessages()
 {
-    for (BMessage message : launch_messages())
+    std::vector<BMessage> messages = launch_messages();
+    BMessageQueue& queue = fSlot->queue;
+    queue.Lock();
+    std::vector<BMessage*> waiting;
+    while (BMessage* message = queue.NextMessage())
+        waiting.push_back(message);
+    for (BMessage& message : messages)
         PostMessage(&message);
     PostMessage(B_READY_TO_RUN);
+    for (BMessage* message : waiting)
+        queue.AddMessage(message);
+    queue.Unlock();
 }
 
 // argv[argc] is null; the strings belong to the message.

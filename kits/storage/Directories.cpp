@@ -99,6 +99,22 @@ status_t find_directory_path(dev_t device, ino_t inode, std::string* path)
     return look_up(known().directories, key_of(device, inode), path);
 }
 
+std::string known_directory_path(dev_t device, ino_t inode)
+{
+    std::lock_guard guard(known().lock);
+    std::string path;
+    return known().directories.Find(key_of(device, inode), &path) ? path : std::string();
+}
+
+void learn_directory(dev_t device, ino_t inode, const std::string& path)
+{
+    struct stat info;
+    if (known_directory_path(device, inode).empty() && path[0] == '/' &&
+        lstat(path.c_str(), &info) == 0 && S_ISDIR(info.st_mode) &&
+        key_of(info.st_dev, info.st_ino) == key_of(device, inode))
+        remember_node(path, info);
+}
+
 status_t find_node_path(dev_t device, ino_t inode, std::string* path)
 {
     const KnownPaths::Key key = key_of(device, inode);

@@ -104,10 +104,10 @@ TEST(Application, HooksRunInOrderFromArgumentsToQuit)
     EXPECT_FALSE(app.IsLaunching());
     EXPECT_TRUE(app.fWasLaunching);
     if (app.fArguments > 0) {
-        EXPECT_EQ("fvrmAb", app.fNotes);
+        EXPECT_EQ("vrfmAb", app.fNotes);
         EXPECT_TRUE(app.fEndsWithNull);
     } else
-        EXPECT_EQ("frmAb", app.fNotes) << "no argument beyond the program's name";
+        EXPECT_EQ("rfmAb", app.fNotes) << "no argument beyond the program's name";
     EXPECT_EQ(B_ALREADY_RUNNING, app.Run());
 }
 
@@ -140,12 +140,30 @@ TEST(Application, OneAtATimeWithAGoodSignature)
     EXPECT_EQ(B_BAD_VALUE, app.GetAppInfo(nullptr));
 }
 
-TEST(Application, QuitBeforeRunMakesRunReturn)
+TEST(Application, QuitBeforeRunDeletesIt)
+{
+    struct App : BApplication {
+        explicit App(bool& gone) : BApplication(kSignature), fGone(gone) {}
+        ~App() override { fGone = true; }
+        bool& fGone;
+    };
+    bool gone = false;
+    auto* app = new App(gone);
+    app->PostMessage('note');
+    app->Quit();
+    EXPECT_TRUE(gone);
+    EXPECT_EQ(nullptr, be_app);
+    BApplication next(kSignature);
+    EXPECT_EQ(B_OK, next.InitCheck());
+}
+
+TEST(Application, IsReadyBeforeItQuitsAsItWasAskedToBeforeRun)
 {
     NotingApp app;
-    app.Quit();
+    app.PostMessage('note');
+    app.PostMessage(B_QUIT_REQUESTED);
     app.Run();
-    EXPECT_EQ("", app.fNotes);
+    EXPECT_EQ(app.fArguments > 0 ? "vrm" : "rm", app.fNotes);
 }
 
 TEST(Application, PulseComesAtItsRate)

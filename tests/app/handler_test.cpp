@@ -73,6 +73,32 @@ TEST(Handler, UnhandledMessageGoesUpTheChain)
     EXPECT_EQ(nullptr, inner.NextHandler());
 }
 
+TEST(Handler, NextHandlersFiltersSeeWhatIsPassedOn)
+{
+    Mailbox mail, aside;
+    auto* looper = new ListeningLooper(mail);
+    BHandler inner("inner"), middle("middle");
+    ListeningHandler other(aside);
+    for (BHandler* handler : {&inner, &middle, static_cast<BHandler*>(&other)})
+        looper->AddHandler(handler);
+    inner.SetNextHandler(&middle);
+    middle.AddFilter(new BMessageFilter(
+        'drop', [](BMessage*, BHandler**, BMessageFilter*) { return B_SKIP_MESSAGE; }));
+    static BHandler* sAside;
+    sAside = &other;
+    looper->AddFilter(new BMessageFilter('turn', [](BMessage*, BHandler** target, BMessageFilter*) {
+        *target = sAside;
+        return B_DISPATCH_MESSAGE;
+    }));
+    looper->Run();
+    looper->PostMessage('drop', &inner);
+    looper->PostMessage('turn', &inner);
+    EXPECT_EQ(uint32('turn'), aside.TakeWhat());
+    looper->PostMessage('last', &inner);
+    EXPECT_EQ(uint32('last'), mail.TakeWhat()) << "and nothing before";
+    quit(looper);
+}
+
 TEST(Handler, DeletedHandlerLeavesItsLooper)
 {
     Mailbox mail;

@@ -308,6 +308,32 @@ TEST(Roster, FindsApplicationsBySignatureTypeAndFile)
     EXPECT_EQ(B_BAD_VALUE, be_roster->FindApp("text/plain", nullptr));
 }
 
+TEST(Roster, LinksToDocumentsAreFollowed)
+{
+    DesktopFolder folder;
+    setenv("PROBE_SIGNATURE", kOther, 1);
+    setenv("PROBE_REPORT", folder.At("/heard").c_str(), 1);
+    folder.PutEntry(folder.UserEntry("probe.desktop"), "probe",
+                    std::string("X-BeOS-Signature=") + kOther + "\n", app_probe_path() + " %F");
+    folder.PutEntry(folder.UserEntry("editor.desktop"), "editor",
+                    "X-BeOS-Signature=application/x-vnd.Test-Editor\nMimeType=text/plain;\n");
+    folder.Put("/home/config/mimeapps.list", "[Default Applications]\ntext/plain=editor.desktop\n");
+    const std::string letter = folder.Put("/letter.txt", "Dear");
+    BNode node(letter.c_str());
+    if (BNodeInfo(&node).SetPreferredApp(kOther) != B_OK)
+        GTEST_SKIP() << "no attributes here";
+    symlink("letter.txt", folder.At("/link").c_str());
+    entry_ref link = ref_for(folder.At("/link")), app;
+    EXPECT_EQ(B_OK, be_roster->FindApp(&link, &app));
+    EXPECT_EQ(app_probe_path(), path_of(app));
+    team_id team = -1;
+    ASSERT_EQ(B_OK, be_roster->Launch(&link, 0, nullptr, &team));
+    EXPECT_TRUE(eventually([&] { return std::filesystem::exists(folder.At("/heard")); }));
+    EXPECT_EQ((Texts{"ref letter.txt"}), probe_report(folder.At("/heard")));
+    kill_team(team);
+    wait_for_thread(team, nullptr);
+}
+
 TEST(Roster, LaunchGivesArgumentsAndFilesToADesktopProgram)
 {
     DesktopFolder folder;
@@ -401,6 +427,9 @@ TEST(Roster, LaunchHandsMessagesToAnApplicationOfOurs)
         messages.AddItem(message);
     team_id team = -1;
     ASSERT_EQ(B_OK, be_roster->Launch(&program, &messages, &team));
+    app_info info;
+    EXPECT_EQ(B_OK, be_roster->GetRunningAppInfo(team, &info)) << "it is known on return";
+    EXPECT_TRUE(BMessenger(nullptr, team).IsValid());
     EXPECT_TRUE(eventually([&] { return std::filesystem::exists(folder.At("/heard")); }));
     const Texts lines = probe_report(folder.At("/heard"));
     EXPECT_EQ((Texts{"arg x y", "ref letter.txt", "what " + std::to_string('othr')}), lines);
@@ -651,4 +680,44 @@ TEST(Roster, SingleLaunchPassesMessagesToTheOneThatRuns)
     EXPECT_EQ(B_BAD_TEAM_ID, be_roster->ActivateApp(INT32_MAX));
     kill_team(first);
     wait_for_thread(first, nullptr);
+}
+
+TEST(Roster, WhatWantsArgumentsOnlyGetsNoMessages)
+{
+    DesktopFolder folder;
+    BApplication app(kSignature);
+    setenv("PROBE_SIGNATURE", kOther, 1);
+    setenv("PROBE_REPORT", folder.At("/heard").c_str(), 1);
+    if (!copy_app_probe(folder.At("/one"), B_SINGLE_LAUNCH | B_ARGV_ONLY))
+        GTEST_SKIP() << "no attributes here";
+    const entry_ref program = ref_for(folder.At("/one"));
+    BMessage refs(B_REFS_RECEIVED), other('othr');
+    const entry_ref letter = ref_for(folder.Put("/letter.txt", "Dear"));
+    refs.AddRef("refs", &letter);
+    BList messages;
+    messages.AddItem(&refs);
+    messages.AddItem(&other);
+    team_id team = -1, again = -1;
+    ASSERT_EQ(B_OK, be_roster->Launch(&program, &messages, &team));
+    EXPECT_TRUE(eventually([&] { return std::filesystem::exists(folder.At("/heard")); }));
+    EXPECT_EQ(Texts{"arg " + folder.At("/letter.txt")}, probe_report(folder.At("/heard")));
+    EXPECT_EQ(B_ALREADY_RUNNING, be_roster->Launch(&program, &messages, &again));
+    EXPECT_EQ(team, again);
+    BMessage question('echo'), answer;
+    EXPECT_EQ(B_OK, BMessenger(nullptr, team).SendMessage(&question, &answer));
+    EXPECT_EQ(1u, probe_report(folder.At("/heard")).size()) << "what came before the question";
+    kill_team(team);
+    wait_for_thread(team, nullptr);
+}
+
+TEST(Roster, NullNamesNoApplication)
+{
+    const char* const no_name = nullptr;
+    entry_ref* const no_ref = nullptr;
+    app_info info;
+    EXPECT_EQ(B_BAD_VALUE, be_roster->TeamFor(no_name));
+    EXPECT_EQ(B_BAD_VALUE, be_roster->TeamFor(no_ref));
+    EXPECT_EQ(B_BAD_VALUE, be_roster->GetAppInfo(no_name, &info));
+    EXPECT_EQ(B_BAD_VALUE, be_roster->GetAppInfo(no_ref, &info));
+    EXPECT_FALSE(be_roster->IsRunning(no_name));
 }

@@ -103,8 +103,9 @@ TEST_F(RunnerTest, BadValuesAreRefused)
     BMessageRunner longest(target, &fTick, INT64_MAX, INT32_MAX);
     EXPECT_EQ(B_OK, longest.InitCheck());
     EXPECT_EQ(B_BAD_VALUE, longest.SetInterval(0));
-    EXPECT_EQ(B_BAD_VALUE, longest.SetCount(0));
     EXPECT_EQ(B_OK, longest.SetCount(INT32_MIN)) << "for ever";
+    EXPECT_EQ(B_OK, longest.SetCount(0)) << "no more";
+    EXPECT_EQ(B_BAD_VALUE, longest.SetCount(1)) << "it has ended";
 }
 
 TEST_F(RunnerTest, RunsWithoutAnObject)

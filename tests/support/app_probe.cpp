@@ -32,7 +32,8 @@ public:
     {
         entry_ref ref;
         for (int32 i = 0; message->FindRef("refs", i, &ref) == B_OK; ++i)
-            fText += std::string("ref ") + ref.name + "\n";
+            fText += (BEntry(&ref).InitCheck() == B_OK ? "ref " : "unknown ") +
+                     std::string(ref.name) + "\n";
         Write();
     }
     void MessageReceived(BMessage* message) override

@@ -86,7 +86,12 @@ void BHandler::MessageReceived(BMessage* message)
         return;
     }
     if (fNextHandler != nullptr) {
-        fNextHandler->MessageReceived(message);
+        // Its filters are asked as if the message had come to it alone.
+        BLooper* const looper = Looper();
+        BHandler* const next =
+            looper != nullptr ? looper->_FilterHandler(message, fNextHandler) : fNextHandler;
+        if (next != nullptr && next != this)
+            next->MessageReceived(message);
         return;
     }
     if (message->what == B_MESSAGE_NOT_UNDERSTOOD || message->what == B_REPLY ||

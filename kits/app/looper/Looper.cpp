@@ -582,6 +582,12 @@ BHandler* BLooper::_Target(BMessage* message) const
 BHandler* BLooper::_Filter(BMessage* message, BHandler* target)
 {
     target = _ApplyFilters(fCommonFilters.get(), message, target);
+    return _FilterHandler(message, target);
+}
+
+// The filters of the target, and of those that these change it to.
+BHandler* BLooper::_FilterHandler(BMessage* message, BHandler* target)
+{
     for (int i = 0; target != nullptr && i < kMaxRedirections; i++) {
         BHandler* const changed = _ApplyFilters(target->fFilters.get(), message, target);
         if (changed == target)

@@ -186,8 +186,11 @@ status_t BMessageRunner::SetInterval(bigtime_t interval)
 
 status_t BMessageRunner::SetCount(int32 count)
 {
-    if (count == 0)
-        return B_BAD_VALUE;
+    if (count == 0) {
+        Runners& list = runners();
+        std::lock_guard<std::mutex> guard(list.lock);
+        return list.entries.erase(fToken) > 0 ? B_OK : B_BAD_VALUE;
+    }
     return change_runner(fToken, [=](Runner& runner) { runner.count = max_c(count, -1); });
 }
 

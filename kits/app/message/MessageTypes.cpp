@@ -13,7 +13,10 @@
 
 #include <memory>
 #include <new>
+#include <string>
 #include <vector>
+
+#include "storage/Directories.h"
 
 template <class Value>
 static status_t find_value(const BMessage& message, const char* name, type_code type, int32 index,
@@ -393,7 +396,9 @@ status_t BMessage::FindMessenger(const char* name, int32 index, BMessenger* mess
     if (messenger == nullptr)
         return B_BAD_VALUE;
     const status_t status = find_value(*this, name, B_MESSENGER_TYPE, index, &flat);
-    *messenger = status == B_OK ? BMessenger(flat.team, flat.looper, flat.handler) : BMessenger();
+    *messenger = status == B_OK
+                     ? BMessenger(BMessenger::Address{flat.team, flat.looper, flat.handler})
+                     : BMessenger();
     return status;
 }
 
@@ -413,15 +418,21 @@ bool BMessage::HasMessenger(const char* name, int32 n) const
     return HasData(name, B_MESSENGER_TYPE, n);
 }
 
-// A ref is device and directory, 8 bytes each, and the name with its terminator, if it has one.
+// A ref is device and directory, 8 bytes each, and the name with its terminator, if it has one;
+// then the path of the directory, also ended, where it is known: the host finds no directory by its
+// number for another program that has not met it.
 
 static std::vector<char> flat_ref(const entry_ref& ref)
 {
     const uint64 numbers[2] = {static_cast<uint64>(ref.device), static_cast<uint64>(ref.directory)};
-    std::vector<char> flat(sizeof(numbers) + string_size(ref.name));
+    std::vector<char> flat(sizeof(numbers));
     memcpy(flat.data(), numbers, sizeof(numbers));
-    if (ref.name != nullptr)
-        strcpy(flat.data() + sizeof(numbers), ref.name);
+    if (ref.name == nullptr)
+        return flat;
+    flat.insert(flat.end(), ref.name, ref.name + strlen(ref.name) + 1);
+    const std::string folder = storage::known_directory_path(ref.device, ref.directory);
+    if (!folder.empty())
+        flat.insert(flat.end(), folder.c_str(), folder.c_str() + folder.size() + 1);
     return flat;
 }
 
@@ -453,7 +464,12 @@ status_t BMessage::FindRef(const char* name, int32 index, entry_ref* ref) const
     memcpy(numbers, data, sizeof(numbers));
     ref->device = static_cast<dev_t>(numbers[0]);
     ref->directory = static_cast<ino_t>(numbers[1]);
-    return ref->set_name(name_size > 0 ? ref_name : nullptr);
+    if (name_size == 0)
+        return ref->set_name(nullptr);
+    const ssize_t folder_at = static_cast<ssize_t>(strlen(ref_name)) + 1;
+    if (folder_at < name_size)
+        storage::learn_directory(ref->device, ref->directory, ref_name + folder_at);
+    return ref->set_name(ref_name);
 }
 
 status_t BMessage::ReplaceRef(const char* name, const entry_ref* ref)

@@ -150,7 +150,7 @@ status_t find_target(const entry_ref* ref, LaunchTarget* target)
         storage::find_application_by_id(path.substr(path.rfind('/') + 1));
     if (named != nullptr && named->path == path)
         return use(named, target);
-    return find_for_document(entry.Path(), target);
+    return find_for_document(path, target);
 }
 
 }  // namespace BPrivate

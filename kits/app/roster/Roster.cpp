@@ -78,9 +78,15 @@ bool BRoster::IsRunning(const char* signature) const { return TeamFor(signature)
 
 bool BRoster::IsRunning(entry_ref* ref) const { return TeamFor(ref) >= 0; }
 
-team_id BRoster::TeamFor(const char* signature) const { return find_running(signature).team; }
+team_id BRoster::TeamFor(const char* signature) const
+{
+    return signature != nullptr ? find_running(signature).team : B_BAD_VALUE;
+}
 
-team_id BRoster::TeamFor(entry_ref* ref) const { return find_running(ref).team; }
+team_id BRoster::TeamFor(entry_ref* ref) const
+{
+    return ref != nullptr ? find_running(ref).team : B_BAD_VALUE;
+}
 
 template <class Claim>
 static void list_teams(BList* list, Claim is_wanted)
@@ -107,12 +113,12 @@ void BRoster::GetAppList(const char* signature, BList* teamIDList) const
 
 status_t BRoster::GetAppInfo(const char* signature, app_info* info) const
 {
-    return fill_info(find_running(signature), info, B_ERROR);
+    return fill_info(find_running(signature), info, signature != nullptr ? B_ERROR : B_BAD_VALUE);
 }
 
 status_t BRoster::GetAppInfo(entry_ref* ref, app_info* info) const
 {
-    return fill_info(find_running(ref), info, B_ERROR);
+    return fill_info(find_running(ref), info, ref != nullptr ? B_ERROR : B_BAD_VALUE);
 }
 
 status_t BRoster::GetRunningAppInfo(team_id team, app_info* info) const

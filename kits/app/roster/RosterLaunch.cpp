@@ -12,6 +12,7 @@
 #include <strings.h>
 #include <unistd.h>
 
+#include <fstream>
 #include <string>
 #include <vector>
 
@@ -21,6 +22,7 @@
 #include "app/roster/LaunchTargets.h"
 #include "app/roster/RecentItems.h"
 #include "app/roster/RunningApps.h"
+#include "kernel/programs/HostProcess.h"
 #include "kernel/programs/Programs.h"
 
 using BPrivate::find_target;
@@ -121,6 +123,47 @@ static std::vector<Line> lines_for(const LaunchTarget& target, const Order& orde
     return lines;
 }
 
+static bool wants_arguments_only(const std::string& executable)
+{
+    return (BPrivate::launch_flags_of(executable.c_str()) & B_ARGV_ONLY) != 0;
+}
+
+// How long a program may take until it is known: one that has mapped the kits, and one that has
+// not.
+static const bigtime_t kKitsWait = 5'000'000;
+static const bigtime_t kStrangerWait = 500'000;
+
+static bool has_ended(team_id team)
+{
+    BPrivate::HostProcess host;
+    return !BPrivate::read_host_process(team, team, &host) || host.HasEnded();
+}
+
+static bool has_mapped_kits(team_id team)
+{
+    std::ifstream maps("/proc/" + std::to_string(team) + "/maps");
+    for (std::string line; std::getline(maps, line);) {
+        if (line.find("/libbe.so") != std::string::npos)
+            return true;
+    }
+    return false;
+}
+
+// Returns when the application is registered, has ended, or seems to be none.
+static void wait_until_known(team_id team)
+{
+    const bigtime_t begin = system_time();
+    bigtime_t limit = begin + kStrangerWait;
+    while (!BPrivate::is_registered(team) && !has_ended(team)) {
+        const bigtime_t now = system_time();
+        if (now >= limit && (limit >= begin + kKitsWait || !has_mapped_kits(team)))
+            return;
+        if (now >= limit)
+            limit = begin + kKitsWait;
+        snooze(1000);
+    }
+}
+
 // Starts one line; the team, or why not.
 static team_id start(const LaunchTarget& target, Line line, const Order& order)
 {
@@ -138,8 +181,10 @@ static team_id start(const LaunchTarget& target, Line line, const Order& order)
     if (thread == B_PERMISSION_DENIED || thread == B_NOT_AN_EXECUTABLE)
         return B_LAUNCH_FAILED_EXECUTABLE;
     if (thread > 0) {
-        BPrivate::leave_messages(thread, order.messages);
+        if (!wants_arguments_only(target.executable))
+            BPrivate::leave_messages(thread, order.messages);
         resume_thread(thread);
+        wait_until_known(thread);
     }
     return thread;
 }
@@ -186,6 +231,8 @@ static RunningApp find_only_one(const LaunchTarget& target)
 // Has an application that runs do what it would have been started for.
 static void pass_on(const RunningApp& app, const Order& order, const std::string& executable)
 {
+    if ((app.flags & B_ARGV_ONLY) != 0)
+        return;
     const BMessenger messenger = BPrivate::messenger_to(app);
     for (BMessage message : order.messages)
         messenger.SendMessage(&message);
@@ -214,7 +261,8 @@ static status_t launch(const LaunchTarget& target, const Order& told, team_id* t
             *team = started;
         is_first = false;
     }
-    BPrivate::add_recent_app(target.executable, target.application);
+    if ((BPrivate::launch_flags_of(target.executable.c_str()) & B_BACKGROUND_APP) == 0)
+        BPrivate::add_recent_app(target.executable, target.application);
     return B_OK;
 }
 

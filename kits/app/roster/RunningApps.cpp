@@ -296,6 +296,19 @@ std::vector<RunningApp> running_apps()
     return apps;
 }
 
+bool is_registered(team_id team)
+{
+    const std::string folder = roster_folder();
+    const int fd = folder.empty() ? -1 : open(folder.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC);
+    if (fd < 0)
+        return false;
+    RunningApp app;
+    app.team = team;
+    const bool found = read_entry(fd, std::to_string(team).c_str(), &app);
+    close(fd);
+    return found;
+}
+
 RunningApp only_instance(const std::string& path, const std::string& signature)
 {
     const uint32 mode = launch_flags_of(path.c_str()) & B_LAUNCH_MASK;

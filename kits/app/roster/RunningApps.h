@@ -44,6 +44,9 @@ void unregister_app();
 // asked again, since the program's own threads may change it by then.
 std::string registered_folder();
 
+// Whether the program of another team can be found among those that run.
+bool is_registered(team_id team);
+
 // All that run, this one included, in the order in which they began.
 std::vector<RunningApp> running_apps();
 
