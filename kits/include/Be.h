@@ -11,5 +11,6 @@
 #include <MidiKit.h>
 #include <StorageKit.h>
 #include <SupportKit.h>
+#include <TranslationKit.h>
 
 #endif  // _BE_H

@@ -3,9 +3,14 @@
 
 // Everything of the Interface Kit.
 
+#include <Accelerant.h>
 #include <AffineTransform.h>
 #include <Alignment.h>
 #include <Bitmap.h>
+#include <Box.h>
+#include <Button.h>
+#include <CheckBox.h>
+#include <Control.h>
 #include <Deskbar.h>
 #include <Font.h>
 #include <Gradient.h>
@@ -22,12 +27,18 @@
 #include <Point.h>
 #include <Polygon.h>
 #include <PopUpMenu.h>
+#include <RadioButton.h>
 #include <Rect.h>
 #include <Region.h>
 #include <Screen.h>
+#include <ScrollBar.h>
+#include <ScrollView.h>
 #include <SeparatorItem.h>
 #include <Shape.h>
 #include <Size.h>
+#include <Slider.h>
+#include <StatusBar.h>
+#include <StringView.h>
 #include <UnicodeBlockObjects.h>
 #include <View.h>
 #include <Window.h>

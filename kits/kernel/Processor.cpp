@@ -6,10 +6,12 @@
 #include <string.h>
 #include <unistd.h>
 
+#include <algorithm>
+
 #if defined(__x86_64__) || defined(__i386__)
 #include <cpuid.h>
 
-// Keeps the calling thread on one processor.
+// Keeps the calling thread on one processor, where it may go there; else any speaks for all.
 class OnProcessor {
 public:
     explicit OnProcessor(uint32 number)
@@ -26,7 +28,6 @@ public:
             sched_setaffinity(0, sizeof(fFormer), &fFormer);
     }
     OnProcessor(const OnProcessor&) = delete;
-    bool IsHeld() const { return fHeld; }
 
 private:
     cpu_set_t fFormer;
@@ -35,11 +36,12 @@ private:
 
 status_t get_cpuid(cpuid_info* info, uint32 eaxRegister, uint32 cpuNum)
 {
-    if (info == nullptr || cpuNum >= CPU_SETSIZE)
+    const uint32 count = static_cast<uint32>(std::max(sysconf(_SC_NPROCESSORS_CONF), 1L));
+    if (info == nullptr || cpuNum >= std::min<uint32>(count, CPU_SETSIZE))
         return B_BAD_VALUE;
     const OnProcessor place(cpuNum);
     unsigned eax, ebx, ecx, edx;
-    if (!place.IsHeld() || __get_cpuid_count(eaxRegister, 0, &eax, &ebx, &ecx, &edx) == 0)
+    if (__get_cpuid_count(eaxRegister, 0, &eax, &ebx, &ecx, &edx) == 0)
         return B_BAD_VALUE;
     memset(info, 0, sizeof(*info));
     if (eaxRegister != 0) {

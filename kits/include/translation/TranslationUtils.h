@@ -42,7 +42,9 @@ public:
     /* Adds an item for every format that `fromType` can be turned into. Its message is a copy of
        `model`, or has the code B_TRANSLATION_MENU, with the translator's id in the field `idName`
        ("be:translator") and the format's type in `typeName` ("be:type"). */
-    enum { B_TRANSLATION_MENU = 'BTMN' };
+    enum {
+        B_TRANSLATION_MENU = 0x42544D4E  // 'BTMN'
+    };
     static status_t AddTranslationItems(BMenu* intoMenu, uint32 fromType,
                                         const BMessage* model = nullptr,
                                         const char* idName = nullptr,

@@ -345,11 +345,12 @@ void BBitmap::SetBits(const void* data, int32 length, int32 offset, color_space 
         return;
     const server::Surface surface = surface_of(*this);
     int64 row = word_row(colorSpace, surface.width);
+    const int64 packed = int64(surface.width) * 3;
     if (colorSpace == fSpace && length == fLength) {
         row = fBytesPerRow;  // the bits of a bitmap like this one
-    } else if (colorSpace == B_RGB32) {
+    } else if (colorSpace == B_RGB32 && length <= packed * surface.height) {
         colorSpace = B_RGB24_BIG;  // kept on purpose: R, G, B without a fourth byte
-        row = int64(surface.width) * 3;
+        row = packed;
     }
     ImportBits(data, length, int32(row), offset, colorSpace);
 }

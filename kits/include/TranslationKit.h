@@ -1,6 +1,8 @@
 #ifndef _TRANSLATION_KIT_H
 #define _TRANSLATION_KIT_H
 
+// Everything of the Translation Kit.
+
 #include <BitmapStream.h>
 #include <TranslationDefs.h>
 #include <TranslationUtils.h>
