@@ -180,19 +180,23 @@ void BLooper::_Init(int32 priority)
     AddHandler(this);
 }
 
+static status_t post(LooperSlot* slot, int32 token, BMessage* copy)
+{
+    if (token != BPrivate::kNoToken && LooperTable::Post(slot, token, copy))
+        return B_OK;
+    MessageAccess::Delivery(copy) = 0;
+    delete copy;
+    return B_BAD_PORT_ID;
+}
+
 // The address of the looper may be a stale one here, so nothing of it is read.
 static status_t post(BLooper* looper, BMessage* copy, BHandler* handler)
 {
     LooperSlot* slot = LooperTable::Find(looper);
     const int32 token = slot != nullptr ? slot->token.load() : BPrivate::kNoToken;
-    if (token != BPrivate::kNoToken) {
-        MessageAccess::Target(copy) = handler == looper ? token : MessageAccess::Target(copy);
-        if (LooperTable::Post(slot, token, copy))
-            return B_OK;
-    }
-    MessageAccess::Delivery(copy) = 0;
-    delete copy;
-    return B_BAD_PORT_ID;
+    if (handler == looper)
+        MessageAccess::Target(copy) = token;
+    return post(slot, token, copy);
 }
 
 status_t BLooper::PostMessage(uint32 command)
@@ -225,7 +229,12 @@ status_t BLooper::PostMessage(BMessage* message, BHandler* handler, BHandler* re
     return post(this, MessageAccess::CopyFor(message, target, reply, 0), handler);
 }
 
-status_t BLooper::_Queue(BMessage* message) { return post(this, message, this); }
+// Only while the looper is there: its slot is known then.
+status_t BLooper::_Queue(BMessage* message)
+{
+    MessageAccess::Target(message) = fToken;
+    return post(fSlot, fToken, message);
+}
 
 void BLooper::DispatchMessage(BMessage* message, BHandler* handler)
 {

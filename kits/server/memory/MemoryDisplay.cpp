@@ -26,7 +26,6 @@ public:
             return nullptr;
         }
         window->SettleWorkspaces();
-        stage().Add(window);
         return window;
     }
 

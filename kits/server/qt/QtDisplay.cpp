@@ -80,6 +80,9 @@ void QtDisplay::_Run()
         qputenv("QT_ENABLE_HIGHDPI_SCALING", "0");
     QtMessageHandler before = qInstallMessageHandler(filter_message);
     QGuiApplication application(count, arguments);
+    // Qt's plug-ins are destroyed with the process, and still count down what they know of the
+    // thread that they were loaded on. An object of it that stays keeps that alive.
+    static auto* const kept [[maybe_unused]] = new QObject;
     qInstallMessageHandler(before);
     if (!scaling)
         qunsetenv("QT_ENABLE_HIGHDPI_SCALING");
@@ -133,10 +136,7 @@ void QtDisplay::_ReadScreen()
 
 ScreenWindow* QtDisplay::Create(const WindowSpec& spec, EventSink* sink)
 {
-    auto* window = QtWindow::Make(this, spec, sink);
-    if (window != nullptr)
-        stage().Add(window);
-    return window;
+    return QtWindow::Make(this, spec, sink);
 }
 
 bool QtDisplay::Post(std::function<void()> task)

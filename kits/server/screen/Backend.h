@@ -13,6 +13,7 @@ class ScreenWindow;
 
 class Backend {
 public:
+    // A window that is not on the stage yet; null when the screen can not take another one.
     virtual ScreenWindow* Create(const WindowSpec& spec, EventSink* sink) = 0;
     virtual BRect ScreenFrame() const = 0;
     virtual bigtime_t FrameInterval() const = 0;

@@ -6,13 +6,15 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <fstream>
 #include <mutex>
 #include <new>
 
 #include "app/CursorImage.h"
 #include "kernel/threads/ProcessExit.h"
 #include "server/screen/Backend.h"
-#include "server/screen/Composer.h"
+#include "server/screen/Images.h"
+#include "server/screen/ScreenPicture.h"
 #include "server/screen/ScreenWindow.h"
 #include "server/screen/Stage.h"
 
@@ -67,7 +69,10 @@ Window* Window::Create(const WindowSpec& spec, EventSink* sink)
 {
     Backend* display = backend();
     StageLock lock;
-    return display->Create(spec, sink);
+    ScreenWindow* window = display->Create(spec, sink);
+    if (window != nullptr)
+        stage().Add(window);
+    return window;
 }
 
 BRect ScreenFrame()
@@ -97,8 +102,15 @@ status_t SaveScreen(const char* pngPath)
 {
     std::vector<uint32> pixels;
     int32 width, height;
-    status_t status = ReadScreen(ScreenFrame(), &pixels, &width, &height);
-    return status == B_OK ? write_png(pngPath, pixels.data(), width, height) : status;
+    if (pngPath == nullptr)
+        return B_BAD_VALUE;
+    const status_t status = ReadScreen(ScreenFrame(), &pixels, &width, &height);
+    if (status != B_OK)
+        return status;
+    const std::string bytes = EncodePng(pixels, width, height);
+    std::ofstream file(pngPath, std::ios::binary);
+    file << bytes << std::flush;
+    return file.good() && !bytes.empty() ? B_OK : B_ERROR;
 }
 
 status_t ReadScreen(BRect rect, std::vector<uint32>* pixels, int32* width, int32* height)
@@ -120,7 +132,7 @@ status_t ReadScreen(BRect rect, std::vector<uint32>* pixels, int32* width, int32
     target.height = *height;
     target.bytesPerRow = *width * 4;
     StageLock lock;
-    compose(target, rect.LeftTop());
+    draw_screen(target, rect.LeftTop());
     return B_OK;
 }
 

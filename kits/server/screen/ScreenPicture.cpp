@@ -1,8 +1,6 @@
 // The picture of the screen: windows in stacking order with their decoration.
 
-#include "server/screen/Composer.h"
-
-#include <QImage>
+#include "server/screen/ScreenPicture.h"
 
 #include <algorithm>
 #include <cstdlib>
@@ -167,7 +165,7 @@ void set_desktop_color(rgb_color color)
     sDesktop = 0xff000000 | uint32(color.red) << 16 | uint32(color.green) << 8 | color.blue;
 }
 
-void compose(const Surface& target, BPoint leftTop)
+void draw_screen(const Surface& target, BPoint leftTop)
 {
     Screenshot shot(target, leftTop);
     int32 left = int32(leftTop.x), top = int32(leftTop.y);
@@ -176,16 +174,6 @@ void compose(const Surface& target, BPoint leftTop)
         if (stage().IsVisible(window))
             draw_window(shot, *window, window == stage().Active());
     }
-}
-
-status_t write_png(const char* path, const uint32* pixels, int32 width, int32 height)
-{
-    if (path == nullptr || width < 1 || height < 1)
-        return B_BAD_VALUE;
-    QImage image(reinterpret_cast<const uchar*>(pixels), width, height, width * 4,
-                 QImage::Format_RGB32);
-    ready_image_plugins();
-    return image.save(QString::fromLocal8Bit(path), "PNG") ? B_OK : B_ERROR;
 }
 
 }  // namespace server

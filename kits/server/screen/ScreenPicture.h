@@ -1,5 +1,5 @@
-#ifndef SERVER_COMPOSER_H
-#define SERVER_COMPOSER_H
+#ifndef SERVER_SCREEN_PICTURE_H
+#define SERVER_SCREEN_PICTURE_H
 
 #include <Point.h>
 
@@ -13,11 +13,8 @@ void set_desktop_color(rgb_color color);
 
 // Draws this program's windows with title tabs and borders over the desktop. `leftTop` is the
 // place on the screen of the target's first pixel. Stage locked.
-void compose(const Surface& target, BPoint leftTop);
-
-// Any thread, nothing locked.
-status_t write_png(const char* path, const uint32* pixels, int32 width, int32 height);
+void draw_screen(const Surface& target, BPoint leftTop);
 
 }  // namespace server
 
-#endif  // SERVER_COMPOSER_H
+#endif  // SERVER_SCREEN_PICTURE_H
