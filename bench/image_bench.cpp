@@ -8,6 +8,8 @@
 #include <QImageReader>
 #include <QPainter>
 
+#include <TranslatorRoster.h>
+
 #include <cstdlib>
 #include <filesystem>
 #include <string>
@@ -53,6 +55,7 @@ std::string file_of(const char* format, bool alpha = false, int width = kWidth,
 {
     std::string path =
         folder() + "/" + (alpha ? "clear" : "photo") + std::to_string(width) + "." + format;
+    BTranslatorRoster::Default();  // the kits are to meet Qt's plug-ins before this thread does
     if (!std::filesystem::exists(path))
         make_photo(width, height, alpha).save(QString::fromStdString(path), format, 90);
     return path;

@@ -769,8 +769,7 @@ int32_t CountFontList(void);
    text lives until the next call. Main thread. */
 char *GetFontNameList(int32_t index);
 
-/* ---- Icons and images -------------------------------------------------------------------------
- */
+/* ---- Icons and images ----------------------------------------------------------------------- */
 
 /* An icon is a pair of pictures, the second one for the icon that is selected; an image is an icon
    of any size, up to 64 million pixels. Each has an ident, which drawing calls also take as their

@@ -135,22 +135,19 @@ private:
     BAffineTransform fInverse;
 };
 
-bool has_32_bits(color_space space) { return space == B_RGBA32 || space == B_RGB32; }
-
 // Rows can be copied: in the same space, or where alpha at most is lost or added.
-bool is_plain_copy(color_space from, color_space to)
+bool is_plain_copy(const Surface& from, const Surface& to)
 {
-    return from == to ? from != B_GRAY1 : has_32_bits(from) && has_32_bits(to);
+    return from.space == to.space ? from.space != B_GRAY1
+                                  : can_draw_directly(from) && can_draw_directly(to);
 }
 
-void copy_opaque(const uint8* from, uint8* to, size_t size)
+// Not inline: the loop becomes vector code only where nothing else may point at its pixels.
+[[gnu::noinline]] void copy_opaque(const uint32* __restrict from, uint32* __restrict to,
+                                   int32 count)
 {
-    for (size_t at = 0; at < size; at += 4) {
-        uint32 pixel;
-        memcpy(&pixel, from + at, 4);
-        pixel |= 0xFF000000;
-        memcpy(to + at, &pixel, 4);
-    }
+    for (int32 i = 0; i < count; i++)
+        to[i] = from[i] | 0xFF000000;
 }
 
 // The straight copy of rows of bytes.
@@ -177,7 +174,8 @@ clipping_rect copy_rows(const Target& target, const Surface& source, const Pixel
                                   ptrdiff_t(y - to.top + from.top) * source.bytesPerRow +
                                   ptrdiff_t(box.left - to.left + from.left) * size;
             if (adds_alpha)
-                copy_opaque(pixels, row, bytes);
+                copy_opaque(reinterpret_cast<const uint32*>(pixels), reinterpret_cast<uint32*>(row),
+                            box.right - box.left + 1);
             else
                 memcpy(row, pixels, bytes);
         }
@@ -262,7 +260,7 @@ clipping_rect DrawBitmap(const Target& target, const Paint& paint, const Surface
         return kNoPixels;
     const PixelRect fromPixels = rounded(from), toPixels = rounded(to);
     const bool straight = is_straight(fromPixels, toPixels, paint);
-    const bool smooth = !straight && !has_transform(paint) && has_32_bits(source.space) &&
+    const bool smooth = !straight && !has_transform(paint) && can_draw_directly(source) &&
                         (options & B_FILTER_BITMAP_BILINEAR) != 0;
     if (source.bits == target.surface->bits || (!straight && !smooth && source.space != B_RGBA32)) {
         // A surface drawn onto itself is read from a copy; pixels are picked one by one from a
@@ -277,7 +275,7 @@ clipping_rect DrawBitmap(const Target& target, const Paint& paint, const Surface
                               source.width, source.height, B_RGBA32};
         return DrawBitmap(target, paint, copy, from, to, options);
     }
-    if (paint.mode == B_OP_COPY && straight && is_plain_copy(source.space, target.surface->space))
+    if (paint.mode == B_OP_COPY && straight && is_plain_copy(source, *target.surface))
         return copy_rows(target, source, fromPixels, toPixels);
     if (smooth) {
         const int64 right = fromPixels.left + fromPixels.width - 1;

@@ -265,6 +265,25 @@ void bitmap_row(const Brush& brush, uint32* pixels, const uint32* source, int32 
     }
 }
 
+template <class Mode>
+[[gnu::noinline]] void mix_row(const Brush& brush, uint32* __restrict pixels,
+                               const uint32* __restrict source, int32 count)
+{
+    for (int32 i = 0; i < count; i++)
+        pixels[i] = Mode::Apply(brush, pixels[i], source[i]);
+}
+
+// A bitmap in B_OP_ALPHA by its own alpha, which is all or nothing for most pixels.
+template <class Mode>
+void alpha_row(const Brush& brush, uint32* pixels, const uint32* source, int32 count)
+{
+    by_alpha(
+        source, count,
+        [=](int32 at, int32 part) { memcpy(pixels + at, source + at, size_t(part) * 4); },
+        [](int32, int32) {},
+        [&](int32 at, int32 part) { mix_row<Mode>(brush, pixels + at, source + at, part); });
+}
+
 // A bitmap in B_OP_ALPHA whose own alpha gives way to that of the high colour.
 template <class Mode>
 void constant_alpha_row(const Brush& brush, uint32* pixels, const uint32* source, int32 count)
@@ -344,6 +363,8 @@ void Brush::_Prepare()
     const ModeRow& mode = composite ? kComposite : kModes[index];
     row = mode.row;
     repeats = mode.repeats;
+    if (index == B_OP_ALPHA && (!composite || paint.alphaFunction == B_ALPHA_COMPOSITE))
+        row = composite ? alpha_row<Composite> : alpha_row<Overlay>;
     if (index == B_OP_ALPHA && paint.alphaSource == B_CONSTANT_ALPHA) {
         low = (low & ~kAlpha) | (high & kAlpha);
         row = composite ? constant_alpha_row<Composite> : constant_alpha_row<Overlay>;

@@ -12,7 +12,6 @@ namespace server {
 namespace {
 
 const uint32 kAlpha = 0xFF000000;
-const int32 kBlock = 8;  // pixels looked at together
 
 typedef uint8 Bytes8 __attribute__((vector_size(8)));
 typedef uint16 Words8 __attribute__((vector_size(16)));
@@ -43,45 +42,36 @@ uint32 divided(uint32 pixel)
     return plain;
 }
 
-// Calls opaque, clear or mixed for blocks of pixels, as their alpha is.
-template <class Opaque, class Clear, class Mixed>
-void by_alpha(const uint32* pixels, int32 count, Opaque opaque, Clear clear, Mixed mixed)
-{
-    for (int32 at = 0; at < count; at += kBlock) {
-        const int32 part = std::min(count - at, kBlock);
-        uint32 all = kAlpha, any = 0;
-        for (int32 i = at; i < at + part; i++) {
-            all &= pixels[i];
-            any |= pixels[i];
-        }
-        if (all == kAlpha)
-            opaque(at, part);
-        else if (any < 1u << 24)
-            clear(at, part);
-        else
-            mixed(at, part);
-    }
-}
+// For whole rows, written so that they become vector code: not inline where two pointers have to
+// be known to be apart.
 
-// One after the other, for whole rows: written so that they become vector code.
+[[gnu::noinline]] void multiply_run(const uint32* __restrict from, uint32* __restrict to,
+                                    int32 count)
+{
+    for (int32 i = 0; i < count; i++)
+        to[i] = multiplied(from[i]);
+}
 
 void multiply_row(const uint32* from, uint32* to, int32 count)
 {
     by_alpha(
         from, count, [=](int32 at, int32 part) { memcpy(to + at, from + at, size_t(part) * 4); },
         [=](int32 at, int32 part) { memset(to + at, 0, size_t(part) * 4); },
-        [=](int32 at, int32 part) {
-            for (int32 i = at; i < at + part; i++)
-                to[i] = multiplied(from[i]);
-        });
+        [=](int32 at, int32 part) { multiply_run(from + at, to + at, part); });
 }
 
-void mix_rows(const uint8* __restrict above, const uint8* __restrict below, int32 weight,
-              uint8* __restrict to, int32 bytes)
+[[gnu::noinline]] void mix_rows(const uint8* __restrict above, const uint8* __restrict below,
+                                int32 weight, uint8* __restrict to, int32 bytes)
 {
     const uint16 rest = uint16(256 - weight), part = uint16(weight);
     for (int32 i = 0; i < bytes; i++)
         to[i] = uint8(uint16(uint16(above[i] * rest) + uint16(below[i] * part)) >> 8);
+}
+
+[[gnu::noinline]] void lay_run(uint32* __restrict pixels, const uint32* __restrict row, int32 count)
+{
+    for (int32 i = 0; i < count; i++)
+        pixels[i] = row[i] + mix_pixels(0, pixels[i], 255 - (row[i] >> 24));
 }
 
 // Lays a row that was multiplied over pixels that count as opaque.
@@ -89,11 +79,7 @@ void lay_over(uint32* pixels, const uint32* row, int32 count)
 {
     by_alpha(
         row, count, [=](int32 at, int32 part) { memcpy(pixels + at, row + at, size_t(part) * 4); },
-        [](int32, int32) {},
-        [=](int32 at, int32 part) {
-            for (int32 i = at; i < at + part; i++)
-                pixels[i] = row[i] + mix_pixels(0, pixels[i], 255 - (row[i] >> 24));
-        });
+        [](int32, int32) {}, [=](int32 at, int32 part) { lay_run(pixels + at, row + at, part); });
 }
 
 class Scaler {
@@ -111,7 +97,6 @@ public:
         fMixed.reset(new (std::nothrow) uint32[width]);
         for (Held& held : fHeld)
             held.pixels.reset(new (std::nothrow) uint32[width]);
-        fRow.reset(new (std::nothrow) uint32[size_t(count)]);
         if (!Valid())
             return;
         for (int32 i = 0; i < count; i++) {
@@ -126,28 +111,28 @@ public:
     bool Valid() const
     {
         return fColumns != nullptr && fMixed != nullptr && fHeld[0].pixels != nullptr &&
-               fHeld[1].pixels != nullptr && fRow != nullptr;
+               fHeld[1].pixels != nullptr;
     }
     bool IsOpaque() const { return fOpaque; }
 
-    // The pixels of row `y` of the target, multiplied by their alpha; for a short while.
-    const uint32* Row(int32 y, int32 left, int32 right)
+    // The pixels of row `y` of the target, multiplied by their alpha.
+    void Row(int32 y, int32 left, int32 right, uint32* __restrict pixels)
     {
         const Between place = between(fRows, y);
         const uint32* above = _Multiplied(place.first, place.second);
-        const uint32* mixed = above;
         if (place.weight != 0) {
             const uint32* below = _Multiplied(place.second, place.first);
             mix_rows(reinterpret_cast<const uint8*>(above), reinterpret_cast<const uint8*>(below),
                      place.weight, reinterpret_cast<uint8*>(fMixed.get()), fCount * 4);
-            fMixed[fCount] = fMixed[fCount - 1];
-            mixed = fMixed.get();
+        } else {
+            memcpy(fMixed.get(), above, size_t(fCount) * 4);
         }
+        fMixed[fCount] = fMixed[fCount - 1];
         const Column* columns = fColumns.get() - fLeft;
-        uint32* row = fRow.get() - left;
+        const uint32* mixed = fMixed.get();
+        const uint32 opaque = fOpaque ? kAlpha : 0;
         for (int32 x = left; x <= right; x++)
-            row[x] = _Mix(mixed + columns[x].index, columns[x].weights);
-        return fRow.get();
+            pixels[x - left] = _Mix(mixed + columns[x].index, columns[x].weights) | opaque;
     }
 
 private:
@@ -164,35 +149,30 @@ private:
     {
         Bytes8 bytes;
         memcpy(&bytes, pair, 8);
-        const Words8 words = __builtin_convertvector(bytes, Words8) * weights;
-        uint64 halves[2];
-        memcpy(halves, &words, 16);
-        // No word is more than 255 * 256.
-        const uint64 sum = (halves[0] + halves[1]) >> 8 & 0x00FF00FF00FF00FF;
-        const uint64 pairs = sum | sum >> 8;
-        return uint32(pairs & 0xFFFF) | uint32(pairs >> 16 & 0xFFFF0000);
+        // No sum is more than 255 * 256.
+        Words8 words = __builtin_convertvector(bytes, Words8) * weights;
+        words += __builtin_shuffle(words, Words8{4, 5, 6, 7, 4, 5, 6, 7});
+        bytes = __builtin_convertvector(words >> 8, Bytes8);
+        uint32 pixel;
+        memcpy(&pixel, &bytes, 4);
+        return pixel;
     }
 
     // A row of the bitmap, kept until another is needed; the one of `other` stays.
     const uint32* _Multiplied(int32 index, int32 other)
     {
+        const auto* from = reinterpret_cast<const uint32*>(
+            fSource.bits + ptrdiff_t(index) * fSource.bytesPerRow + ptrdiff_t(fFirst) * 4);
+        if (fOpaque)
+            return from;
         for (Held& held : fHeld) {
             if (held.row == index)
                 return held.pixels.get();
         }
         Held& held = fHeld[fHeld[0].row == other ? 1 : 0];
-        const auto* from = reinterpret_cast<const uint32*>(
-            fSource.bits + ptrdiff_t(index) * fSource.bytesPerRow + ptrdiff_t(fFirst) * 4);
-        uint32* to = held.pixels.get();
-        if (fOpaque) {
-            for (int32 i = 0; i < fCount; i++)
-                to[i] = from[i] | kAlpha;
-        } else {
-            multiply_row(from, to, fCount);
-        }
-        to[fCount] = to[fCount - 1];
+        multiply_row(from, held.pixels.get(), fCount);
         held.row = index;
-        return to;
+        return held.pixels.get();
     }
 
     const Surface& fSource;
@@ -201,7 +181,7 @@ private:
     const bool fOpaque;
     int32 fFirst, fCount;  // of the bitmap's columns
     std::unique_ptr<Column[]> fColumns;
-    std::unique_ptr<uint32[]> fMixed, fRow;
+    std::unique_ptr<uint32[]> fMixed;
     Held fHeld[2];
 };
 
@@ -242,24 +222,25 @@ clipping_rect draw_smoothly(const Target& target, const Paint& paint, const Surf
     Scaler scaler(source, columns, rows, reach.left, reach.right);
     if (!pixels.Valid() || !scaler.Valid())
         return kNoPixels;
-    std::unique_ptr<uint32[]> plain(new (std::nothrow)
-                                        uint32[size_t(reach.right - reach.left) + 1]);
-    if (plain == nullptr)
+    const std::unique_ptr<uint32[]> row(new (std::nothrow)
+                                            uint32[size_t(reach.right - reach.left) + 1]);
+    if (row == nullptr)
         return kNoPixels;
+    const bool copies = paint.mode == B_OP_COPY && scaler.IsOpaque();
     const clipping_rect changed = for_each_box(target, reach, [&](const clipping_rect& box) {
         const int32 count = box.right - box.left + 1;
         for (int32 y = box.top; y <= box.bottom; y++) {
-            const uint32* row = scaler.Row(y, box.left, box.right);
             uint32* to = pixels.raster.At(box.left, y);
+            scaler.Row(y, box.left, box.right, copies ? to : row.get());
+            if (copies)
+                continue;
             if (lies_over(paint)) {
-                lay_over(to, row, count);
+                lay_over(to, row.get(), count);
                 continue;
             }
-            if (!scaler.IsOpaque()) {
-                std::transform(row, row + count, plain.get(), divided);
-                row = plain.get();
-            }
-            brush.row(brush, to, row, count);
+            if (!scaler.IsOpaque())
+                std::transform(row.get(), row.get() + count, row.get(), divided);
+            brush.row(brush, to, row.get(), count);
         }
     });
     pixels.WriteBack();
