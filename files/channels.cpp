@@ -72,7 +72,7 @@ static bool keep_error(int32_t ch, const char* call)
 {
     GetDosErr(errno);
     if (errno != 0)
-        show_dbg(kFileError, ch, call);
+        show_status(kFileError, ch, call, errno);
     return false;
 }
 

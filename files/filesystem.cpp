@@ -42,7 +42,7 @@ static BEntry* sScanEntry;  // main thread; what the scan fills
 bool keep_file_error(const char* call)
 {
     GetDosErr(errno);
-    show_dbg(kFileError, 0, call);
+    show_status(kFileError, 0, call, errno);
     return false;
 }
 

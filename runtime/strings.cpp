@@ -155,8 +155,8 @@ static void map_case(char* to, const char* from, size_t length)
     }
 }
 
-static constexpr auto lower = map_case<'A', 'Z', tolower>;
-static constexpr auto raise = map_case<'a', 'z', toupper>;
+static constexpr auto to_lower_case = map_case<'A', 'Z', tolower>;
+static constexpr auto to_upper_case = map_case<'a', 'z', toupper>;
 
 // A text of 257 bytes has its terminator in the following slot.
 template <auto Map>
@@ -172,17 +172,17 @@ static char* take_mapped(const char* s)
     return slot;
 }
 
-extern "C" char* Lcase(const char* s) { return take_mapped<lower>(s); }
+extern "C" char* Lcase(const char* s) { return take_mapped<to_lower_case>(s); }
 
-extern "C" char* Ucase(const char* s) { return take_mapped<raise>(s); }
+extern "C" char* Ucase(const char* s) { return take_mapped<to_upper_case>(s); }
 
 extern "C" char* TitleCase(const char* s)
 {
     char* slot = GetNextTab();
     bounded_copy(slot, text_or_empty(s), kSlotSize);
     const size_t length = strnlen(slot, kSlotSize);
-    lower(slot, slot, length);
-    raise(slot, slot, std::min<size_t>(length, 1));
+    to_lower_case(slot, slot, length);
+    to_upper_case(slot, slot, std::min<size_t>(length, 1));
     return slot;
 }
 
@@ -464,6 +464,6 @@ char* StrLower(char* text)
 {
     if (text == nullptr)
         return sNothing;
-    lower(text, text, strlen(text));
+    to_lower_case(text, text, strlen(text));
     return text;
 }

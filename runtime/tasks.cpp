@@ -38,9 +38,10 @@ extern "C" int32_t RunProg(const char* path, const char* const* arguments)
         return thread;
     }
     team_id team = 0;
-    if (be_roster->Launch(path, count, argv + 1, &team) == B_OK)
+    const status_t status = be_roster->Launch(path, count, argv + 1, &team);
+    if (status == B_OK)
         return team;
-    show_dbg(kNoSuchProgram, 0, "RunProg");
+    show_status(kNoSuchProgram, 0, "RunProg", status);
     return 0;
 }
 
@@ -49,7 +50,7 @@ extern "C" int32_t KillTask(int32_t thread)
     thread_info info;
     const status_t status = get_thread_info(thread, &info);
     if (status != B_OK) {
-        show_dbg(kNoSuchProgram, thread, "KillTask");
+        show_status(kNoSuchProgram, thread, "KillTask", status);
         return status;
     }
     if (thread != find_thread(nullptr))  // who suspends itself kills nobody

@@ -3,6 +3,7 @@
 #include "runtime/trace.h"
 
 #include "plinth.h"
+#include "runtime/status_names.h"
 
 #include <errno.h>
 #include <stdio.h>
@@ -24,7 +25,7 @@ static const char* reason_of(int32_t code)
         case kNoSuchChannel:
             return "no such channel";
         case kFileError:
-            return "the file operation failed, see dos_err";
+            return "the file operation failed";
         case kNoService:
             return "the system's service is not there, or failed";
         case kNoSuchProgram:
@@ -44,14 +45,24 @@ static bool is_traced()
 #endif
 }
 
-extern "C" void show_dbg(int32_t code, int32_t ident, const char* text)
+static void trace(int32_t code, int32_t ident, const char* call, const char* status)
 {
     if (!is_traced())
         return;
     const int number = errno;
-    fprintf(stderr, "plinth: %s(%d): %s\n", text != nullptr ? text : "?", static_cast<int>(ident),
-            reason_of(code));
+    fprintf(stderr, status != nullptr ? "plinth: %s(%d): %s (%s)\n" : "plinth: %s(%d): %s\n",
+            call != nullptr ? call : "?", static_cast<int>(ident), reason_of(code), status);
     errno = number;  // programs learn of it through dos_err, traced or not
+}
+
+void show_status(TraceCode code, int32_t ident, const char* call, status_t status)
+{
+    trace(code, ident, call, status_name(status));
+}
+
+extern "C" void show_dbg(int32_t code, int32_t ident, const char* text)
+{
+    trace(code, ident, text, nullptr);
 }
 
 extern "C" void OpenDebug(void) {}

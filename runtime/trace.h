@@ -4,6 +4,8 @@
 // Why a call did nothing. Failures are silent; a debug build, and any build while the environment
 // variable PLINTH_TRACE is set, writes one line for each to standard error.
 
+#include <SupportDefs.h>
+
 #include <stdint.h>
 
 enum TraceCode : int32_t {
@@ -17,6 +19,9 @@ enum TraceCode : int32_t {
     kNoService = 8,
     kNoSuchProgram = 9,
 };
+
+// As show_dbg, and says what status the system gave. Any thread.
+void show_status(TraceCode code, int32_t ident, const char* call, status_t status);
 
 extern "C" {
 // `text` names the call. Any thread.

@@ -10,8 +10,9 @@ extern "C" {
 
 void SetExpandDeskBar(uint8_t flag)
 {
-    if (BDeskbar().Expand(flag != 0) != B_OK)
-        show_dbg(kNoService, 0, "SetExpandDeskBar");
+    const status_t status = BDeskbar().Expand(flag != 0);
+    if (status != B_OK)
+        show_status(kNoService, 0, "SetExpandDeskBar", status);
 }
 
 uint8_t IsExpandedDeskBar(void) { return BDeskbar().IsExpanded() ? 1 : 0; }
@@ -24,8 +25,9 @@ void SetPosDeskBar(int32_t location)
         return show_dbg(kBadArgument, 0, "SetPosDeskBar");
     BDeskbar deskbar;
     const auto place = static_cast<deskbar_location>(location);
-    if (deskbar.SetLocation(place, deskbar.IsExpanded()) != B_OK)
-        show_dbg(kNoService, 0, "SetPosDeskBar");
+    const status_t status = deskbar.SetLocation(place, deskbar.IsExpanded());
+    if (status != B_OK)
+        show_status(kNoService, 0, "SetPosDeskBar", status);
 }
 
 }  // extern "C"

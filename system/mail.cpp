@@ -62,8 +62,8 @@ extern "C" bool SendEmail(const char* const* entries, bool send_now)
         add_entry(*mail, entries[i]);
         break;  // kept on purpose: a mail has what its first entry says, and no more
     }
-    const bool sent = mail->Send(send_now, true) == B_OK;
-    if (!sent)
-        show_dbg(kNoService, 0, __func__);
-    return sent;
+    const status_t status = mail->Send(send_now, true);
+    if (status != B_OK)
+        show_status(kNoService, 0, __func__, status);
+    return status == B_OK;
 }

@@ -33,6 +33,8 @@ MyView::MyView(BRect frame, MyWinClass* window)
 
 MyView::MyView(BMessage* archive) : BView(archive) {}
 
+MyView::~MyView() { _FreeDropped(); }
+
 BArchivable* MyView::Instantiate(BMessage* archive)
 {
     puts("le");
@@ -149,36 +151,44 @@ void MyView::Pulse()
     BView::Pulse();
 }
 
+void MyView::_FreeDropped()
+{
+    for (int32 i = 0; fDropped != nullptr && i < fDroppedMost; i++)
+        free(fDropped[i]);
+    MyFree(fDropped);
+    fDropped = nullptr;
+}
+
 // The number of the message's fields, not of its refs, bounds how many files are passed on: kept
 // on purpose.
-static void check_was_dropped(MyWinClass* window, BMessage* message)
+void MyView::_CheckWasDropped(BMessage* message)
 {
     using Handler = int32_t (*)(int32_t, char**);
-    Handler handler = window->HandlerFor<Handler>(kFilesDropped, 0);
+    Handler handler = fWindow->HandlerFor<Handler>(kFilesDropped, 0);
     if (!message->WasDropped() || handler == nullptr || !message->HasRef("refs"))
         return;
     const int32 most = message->CountNames(B_ANY_TYPE);
-    if (most < 1)
+    if (most < 1 || fDropped != nullptr)
         return;
-    auto** paths = static_cast<char**>(MyAlloc((most + 1) * sizeof(char*)));
-    if (paths == nullptr)
+    fDropped = static_cast<char**>(MyAlloc((most + 1) * static_cast<int32_t>(sizeof(char*))));
+    if (fDropped == nullptr)
         return;
+    fDroppedMost = most;
     int32 count = 0;
     entry_ref ref;
     for (int32 i = 0; i < most && message->FindRef("refs", i, &ref) == B_OK; i++) {
         BPath path;
-        if (BEntry(&ref).GetPath(&path) == B_OK)
-            paths[count++] = strdup(path.Path());
+        if (BEntry(&ref).GetPath(&path) == B_OK &&
+            (fDropped[count] = strdup(path.Path())) != nullptr)
+            count++;
     }
-    handler(count, paths);
-    for (int32 i = 0; i < most; i++)
-        free(paths[i]);
-    MyFree(paths);
+    handler(count, fDropped);
+    _FreeDropped();
 }
 
 void MyView::MessageReceived(BMessage* message)
 {
     if (fWindow != nullptr)
-        check_was_dropped(fWindow, message);
+        _CheckWasDropped(message);
     BView::MessageReceived(message);
 }

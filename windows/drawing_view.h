@@ -14,6 +14,7 @@ class MyView : public BView {
 public:
     MyView(BRect frame, MyWinClass* window);
     explicit MyView(BMessage* archive);
+    ~MyView() override;
 
     static BArchivable* Instantiate(BMessage* archive);
     status_t Archive(BMessage* archive, bool deep = true) const override;
@@ -32,11 +33,17 @@ public:
 private:
     void _CountClick(int32 buttons, int32 clicks, int64 when);
     bool _OpenPopUp(BPoint where);
+    void _CheckWasDropped(BMessage* message);
+    void _FreeDropped();
 
     MyWinClass* fWindow = nullptr;  // null in a replicant
     int32 fLastButtons = 0;
     int32 fClickCount = 0;
     int64 fLastClick_us = 0;
+    // The paths of a drop while its handler runs, from MyAlloc, and after one that closed its
+    // window.
+    char** fDropped = nullptr;
+    int32 fDroppedMost = 0;
 };
 
 #endif  // WINDOWS_DRAWING_VIEW_H

@@ -6,6 +6,7 @@
 #include "gadgets/gadget.h"
 #include "gadgets/text_entry.h"
 #include "runtime/ending.h"
+#include "runtime/guarded.h"
 #include "runtime/live_objects.h"
 #include "runtime/trace.h"
 #include "runtime/whole.h"
@@ -41,9 +42,12 @@ MyWinClass::MyWinClass(int32_t ident, BRect frame, window_type type, uint32 flag
       fOriginY(rounded(frame.top))
 {
     Lock();
-    fTopView = new MyView(Bounds(), this);
-    _MakeRaster(frame);
-    AddChild(fTopView);
+    guarded([&] {
+        fTopView = new MyView(Bounds(), this);
+        _MakeRaster(frame);
+        AddChild(fTopView);
+        fIsReady = fRaster != nullptr;
+    });
     Unlock();
 }
 
@@ -85,12 +89,13 @@ static void leave_behind(void* object)
 
 MyWinClass::~MyWinClass()
 {
-    while (BView* child = fTopView->ChildAt(0))
+    while (BView* child = fTopView != nullptr ? fTopView->ChildAt(0) : nullptr)
         fTopView->RemoveChild(child);
     RemoveChild(fTopView);
     bury_gadgets(this);
     if (fRaster != nullptr && fRaster->Lock()) {
-        fRaster->RemoveChild(fOffscreenView);
+        if (fOffscreenView != nullptr)
+            fRaster->RemoveChild(fOffscreenView);
         fRaster->Unlock();
     }
     MyWinClass* self = this;
@@ -353,17 +358,45 @@ bool MyWinClass::QuitRequested()
 
 // --- exported
 
-static void discard(MyWinClass* window)
-{
-    if (window->Lock())
-        window->Quit();
-}
-
 // The display, too, that the first window brought up, is taken down after our own exit handler.
 static void watch_exit_once()
 {
     static const bool watched = (watch_exit(), true);
     static_cast<void>(watched);
+}
+
+// A window that is in the registry, and locked; null if there is no memory for all of it.
+static MyWinClass* make_window(int32_t ident, BRect frame)
+{
+    auto* record = static_cast<WindowRecord*>(MyAlloc(sizeof(WindowRecord)));
+    auto* window = guarded<MyWinClass*>(nullptr, [=] {
+        return record != nullptr ? new (std::nothrow)
+                                       MyWinClass(ident, frame, B_TITLED_WINDOW, 0, "")
+                                 : nullptr;
+    });
+    if (window == nullptr) {
+        MyFree(record);
+        return nullptr;
+    }
+    record->window = window;
+    record->ident = ident;
+    window->fRecord = record;
+    if (window->IsReady() && add_window(record))
+        return window;
+    window->Quit();
+    MyFree(record);
+    return nullptr;
+}
+
+// Shows a new window, whose own thread has it from then on; false if there is none for it.
+static bool run_window(MyWinClass* window)
+{
+    guarded([=] { window->Show(); });
+    if (!window->IsLocked())
+        return true;
+    remove_window(window);  // not as the last one that closes
+    window->Quit();
+    return false;
 }
 
 extern "C" int32_t OpenWindow(int32_t x, int32_t y, int32_t width, int32_t height)
@@ -372,29 +405,20 @@ extern "C" int32_t OpenWindow(int32_t x, int32_t y, int32_t width, int32_t heigh
         show_dbg(kBadArgument, 0, __func__);
         return 0;
     }
-    auto* record = static_cast<WindowRecord*>(MyAlloc(sizeof(WindowRecord)));
-    if (record == nullptr)
-        return 0;
     const auto left = static_cast<float>(x);
     const auto top = static_cast<float>(y);
     const BRect frame(left, top, left + static_cast<float>(width),
                       top + static_cast<float>(height));
     const auto ident = static_cast<int32_t>(GetUniqueID());
-    auto* window = new (std::nothrow) MyWinClass(ident, frame, B_TITLED_WINDOW, 0, "");
+    MyWinClass* window = make_window(ident, frame);
     if (window != nullptr) {
-        record->window = window;
-        record->ident = ident;
-        window->fRecord = record;
-        if (window->IsReady() && add_window(record)) {
-            if (x < 0 || y < 0)
-                window->ResizeTo(static_cast<float>(width), static_cast<float>(height));
-            watch_exit_once();
-            window->Show();
+        if (x < 0 || y < 0)
+            guarded(
+                [=] { window->ResizeTo(static_cast<float>(width), static_cast<float>(height)); });
+        watch_exit_once();
+        if (run_window(window))
             return ident;
-        }
-        discard(window);
     }
-    MyFree(record);
     show_dbg(kNoMemory, ident, __func__);
     return 0;
 }

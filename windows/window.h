@@ -86,8 +86,8 @@ public:
     MyWinClass(int32_t ident, BRect frame, window_type type, uint32 flags, const char* title);
     ~MyWinClass() override;
 
-    // False when there was no memory for the bitmap: the window is of no use.
-    bool IsReady() const { return fRaster != nullptr; }
+    // False when there was no memory for all of it: the window is of no use.
+    bool IsReady() const { return fIsReady; }
 
     void MessageReceived(BMessage* message) override;
     void WindowActivated(bool active) override;
@@ -165,6 +165,7 @@ private:
     // Takes the record out of the registry, if that was not done.
     void _Unlist();
 
+    bool fIsReady = false;
     bool fWasLast = false;     // of the registry, when it was taken out
     bool fIsClosing = false;   // by CloseUnasked()
     bool fIsHiding = false;    // in Hide(), which calls a handler

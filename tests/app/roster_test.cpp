@@ -483,6 +483,30 @@ TEST(Roster, MessagesReachAnotherApplicationAndAnswersComeBack)
     EXPECT_EQ(B_BAD_VALUE, BMessenger().SetTo("application/x-vnd.None"));
 }
 
+TEST(Roster, MessagesOfOtherApplicationsHoldNoPointers)
+{
+    TempFolder folder;
+    BApplication app(kSignature);
+    OtherApp other(folder);
+    const BMessenger messenger(kOther);
+    BMessage question('echo'), inner('in'), answer, kept;
+    for (BMessage* message : {&inner, &question}) {
+        message->AddPointer("gd", &app);
+        message->AddPointer("it", nullptr);
+        message->AddPointer("gd", nullptr);
+        message->AddInt32("number", 7);
+    }
+    question.AddMessage("empty", &kept);
+    question.AddMessage("inner", &kept);
+    question.AddMessage("inner", &inner);
+    ASSERT_EQ(B_OK, messenger.SendMessage(&question, &answer));
+    ASSERT_EQ(B_OK, answer.FindMessage("inner", 1, &kept));
+    for (const BMessage* message : {&answer, &kept}) {
+        EXPECT_EQ(7, message->FindInt32("number"));
+        EXPECT_EQ(0, message->CountNames(B_POINTER_TYPE));
+    }
+}
+
 TEST(Roster, RunnersDoNotWaitForAnApplicationThatStandsStill)
 {
     TempFolder folder;

@@ -6,7 +6,9 @@ build=$1 cc=$2 sanitize=$3
 prefix=$build/install_test/prefix
 rm -rf "$build/install_test"
 mkdir -p "$prefix"
-cmake --install "$build" --prefix "$prefix" >/dev/null
+cmake --install "$build" --prefix "$prefix.made" >/dev/null
+rmdir "$prefix"
+mv "$prefix.made" "$prefix" # what is installed may be moved
 cd "$build/install_test"
 cat >prog.c <<'PROGRAM'
 #include <plinth.h>
@@ -34,5 +36,5 @@ flags=()
 libdir=$(dirname "$(find "$prefix" -name plinth.pc)")
 # shellcheck disable=SC2046
 "$cc" "${flags[@]}" prog.c -o prog \
-    $(PKG_CONFIG_PATH=$libdir pkg-config --define-variable=prefix="$prefix" --cflags --libs plinth)
+    $(PKG_CONFIG_PATH=$libdir pkg-config --cflags --libs plinth)
 env -u DISPLAY -u WAYLAND_DISPLAY timeout 20 ./prog

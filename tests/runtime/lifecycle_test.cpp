@@ -79,6 +79,14 @@ TEST(Lifecycle, TracingLeavesTheErrorNumber)
     EXPECT_EQ(number, 0);
 }
 
+TEST(Lifecycle, TracesNameTheSystemsStatus)
+{
+    setenv("PLINTH_TRACE", "1", 1);
+    testing::internal::CaptureStderr();
+    KillTask(0x7FFFFFFF);
+    EXPECT_NE(testing::internal::GetCapturedStderr().find("B_BAD_THREAD_ID"), std::string::npos);
+}
+
 TEST(Lifecycle, TheDiagnosticCallsDoNothing)
 {
     Redim();

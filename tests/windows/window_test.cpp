@@ -516,6 +516,22 @@ TEST_F(Windows, DroppedFilesReachSlot21AsPaths)
     EXPECT_TRUE(eventually([] { return sLog.Has("2 /etc/passwd /usr"); })) << sLog.All();
 }
 
+TEST_F(Windows, HandlerOfADropMayCloseItsOwnWindow)
+{
+    static int32_t closing;
+    TestWindow window;
+    closing = window;
+    window.Handle(
+        PLINTH_FILES_DROPPED, +[](int32_t, char** paths) {
+            sLog.Add(paths[0]);
+            CloseWindow(closing);
+        });
+    const char* const dropped[] = {"/usr"};
+    inject_file_drop(window.X(30), window.Y(30), dropped, 1);
+    EXPECT_TRUE(eventually([] { return be_app->CountWindows() == 0; }));
+    EXPECT_EQ(sLog.All(), "/usr");
+}
+
 TEST_F(Windows, FieldCountBoundsTheRefsOfADropKeptOnPurpose)
 {
     TestWindow window;

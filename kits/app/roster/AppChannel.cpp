@@ -6,6 +6,7 @@
 #include <AppDefs.h>
 #include <DataIO.h>
 #include <Message.h>
+#include <TypeConstants.h>
 
 #include <errno.h>
 #include <fcntl.h>
@@ -92,6 +93,27 @@ static uid_t sender_of(msghdr& packet)
     return static_cast<uid_t>(-1);
 }
 
+// Addresses of another process lead anywhere in this one: fields that hold some are taken out,
+// those of messages in the message too.
+static void strip_pointers(BMessage& message)
+{
+    char* name;
+    type_code type;
+    int32 count;
+    while (message.GetInfo(B_POINTER_TYPE, 0, &name, &type, &count) == B_OK)
+        message.RemoveName(std::string(name).c_str());
+    for (int32 i = 0; message.GetInfo(B_MESSAGE_TYPE, i, &name, &type, &count) == B_OK; i++) {
+        const std::string field = name;
+        for (int32 j = 0; j < count; j++) {
+            BMessage inner;
+            if (message.FindMessage(field.c_str(), j, &inner) != B_OK)
+                continue;
+            strip_pointers(inner);
+            message.ReplaceMessage(field.c_str(), j, &inner);
+        }
+    }
+}
+
 // Queues what came, if it is a message for somebody here.
 static void take_packet(const char* bytes, size_t size)
 {
@@ -103,6 +125,7 @@ static void take_packet(const char* bytes, size_t size)
     BMessage read;
     if (memcmp(head.magic, kMagic, sizeof(kMagic)) != 0 || read.Unflatten(&stream) != B_OK)
         return;
+    strip_pointers(read);
     const BMessenger reply_to =
         MessengerAccess::MakeFor(head.reply_team, head.reply_looper, head.reply_handler);
     const uint32 delivery = head.delivery & (MessageAccess::kReply | MessageAccess::kSourceWaiting);
