@@ -14,6 +14,7 @@
 #include <Roster.h>
 #include <Volume.h>
 #include <VolumeRoster.h>
+#include <exception>
 #include <fs_info.h>
 
 #include <errno.h>
@@ -46,6 +47,12 @@ bool keep_file_error(const char* call)
     return false;
 }
 
+bool no_memory(const char* call)
+{
+    errno = ENOMEM;
+    return keep_file_error(call);
+}
+
 // Ends an operation: its result, by the error rule.
 static bool report(status_t status, const char* call)
 {
@@ -65,25 +72,29 @@ static bool is_null(const void* argument, const char* call)
 }
 
 extern "C" bool DeleteFile(const char* path)
-{
+try {
     BEntry entry(text_or_empty(path));
     status_t status = entry.InitCheck();
     if (status == B_OK)
         status = entry.Exists() ? entry.Remove() : B_ENTRY_NOT_FOUND;
     return report(status, __func__);
+} catch (const std::exception&) {
+    return no_memory(__func__);
 }
 
 extern "C" bool RenameFile(const char* path, const char* new_name)
-{
+try {
     if (is_null(new_name, __func__))
         return false;
     BEntry entry(text_or_empty(path));
     const status_t status = entry.InitCheck();
     return report(status == B_OK ? entry.Rename(new_name, false) : status, __func__);
+} catch (const std::exception&) {
+    return no_memory(__func__);
 }
 
 extern "C" bool FileMoveTo(const char* path, const char* directory)
-{
+try {
     BEntry entry(text_or_empty(path));
     status_t status = entry.InitCheck();
     if (status == B_OK) {
@@ -93,10 +104,12 @@ extern "C" bool FileMoveTo(const char* path, const char* directory)
             status = entry.MoveTo(&target, nullptr, false);
     }
     return report(status, __func__);
+} catch (const std::exception&) {
+    return no_memory(__func__);
 }
 
 extern "C" bool CreateLink(const char* target, const char* link_name)
-{
+try {
     if (is_null(link_name, __func__))
         return false;
     BEntry entry(text_or_empty(target));
@@ -107,11 +120,15 @@ extern "C" bool CreateLink(const char* target, const char* link_name)
     if (status == B_OK)
         status = directory.CreateSymLink(link_name, target, nullptr);
     return report(status, __func__);
+} catch (const std::exception&) {
+    return no_memory(__func__);
 }
 
 extern "C" bool MakeDir(const char* path)
-{
+try {
     return report(create_directory(text_or_empty(path), kNewDirectoryMode), __func__);
+} catch (const std::exception&) {
+    return no_memory(__func__);
 }
 
 extern "C" bool ChangeDir(const char* path)
@@ -126,20 +143,25 @@ extern "C" bool CopyFile(const char*, const char*)
 }
 
 extern "C" bool CreateFileSize(const char* path, int32_t size)
-{
+try {
     BFile file(text_or_empty(path), B_WRITE_ONLY | B_CREATE_FILE);
     const status_t status = file.InitCheck();
     return report(status == B_OK ? file.SetSize(size) : status, __func__);
+} catch (const std::exception&) {
+    return no_memory(__func__);
 }
 
 extern "C" int32_t GetLengthFile(const char* path)
-{
+try {
     BFile file(text_or_empty(path), B_READ_ONLY);
     off_t size = 0;
     status_t status = file.InitCheck();
     if (status == B_OK)
         status = file.GetSize(&size);
     return report(status, __func__) ? static_cast<int32_t>(size) : -1;
+} catch (const std::exception&) {
+    no_memory(__func__);
+    return -1;
 }
 
 static int32_t type_of(mode_t mode)
@@ -152,17 +174,20 @@ static int32_t type_of(mode_t mode)
 }
 
 extern "C" int32_t GetFileType(const char* path)
-{
+try {
     BFile file(text_or_empty(path), B_READ_ONLY);
     struct stat info = {};
     status_t status = file.InitCheck();
     if (status == B_OK)
         status = file.GetStat(&info);
     return report(status, __func__) ? type_of(info.st_mode) : -1;
+} catch (const std::exception&) {
+    no_memory(__func__);
+    return -1;
 }
 
 extern "C" bool IsEmptyDirectory(const char* path)
-{
+try {
     BDirectory directory(text_or_empty(path));
     int32 count = directory.InitCheck();
     if (count == B_OK)
@@ -170,6 +195,8 @@ extern "C" bool IsEmptyDirectory(const char* path)
     if (count == B_OK)
         count = directory.CountEntries();
     return report(count < 0 ? count : B_OK, __func__) && count == 0;
+} catch (const std::exception&) {
+    return no_memory(__func__);
 }
 
 // Opens what stands at `path`, with its directory part tidied first.
@@ -180,7 +207,7 @@ static status_t open_entry(const char* path, BFile* file)
 }
 
 extern "C" char* GetAttribut(const char* path)
-{
+try {
     static char text[kTextSize];  // main thread
     BFile file;
     mode_t bits = 0;
@@ -193,10 +220,13 @@ extern "C" char* GetAttribut(const char* path)
     for (size_t i = 0; i < kPermissionLetters; i++)
         text[i] = (bits & kPermissions[i].bit) != 0 ? kPermissions[i].letter : '-';
     return text;
+} catch (const std::exception&) {
+    no_memory(__func__);
+    return kNoText;
 }
 
 extern "C" bool SetAttribut(const char* path, const char* text)
-{
+try {
     if (is_null(path, __func__) || is_null(text, __func__))
         return false;
     if (strlen(text) != kPermissionLetters) {
@@ -214,6 +244,8 @@ extern "C" bool SetAttribut(const char* path, const char* text)
     BFile file;
     const status_t status = open_entry(path, &file);
     return report(status == B_OK ? file.SetPermissions(bits) : status, __func__);
+} catch (const std::exception&) {
+    return no_memory(__func__);
 }
 
 void close_scan()
@@ -239,7 +271,7 @@ static char* next_name(const char* call)
 }
 
 extern "C" char* FindFirstEntry(const char* path)
-{
+try {
     close_scan();
     sScan = new BDirectory(text_or_empty(path));
     if (sScan->InitCheck() != B_OK) {
@@ -255,14 +287,20 @@ extern "C" char* FindFirstEntry(const char* path)
         return kNoText;
     }
     return name;
+} catch (const std::exception&) {
+    no_memory(__func__);
+    return kNoText;
 }
 
 extern "C" char* FindNextEntry(void)
-{
+try {
     if (sScan == nullptr || sScanEntry == nullptr)
         return kNoText;
     char* name = next_name(__func__);
     return name != nullptr ? name : kNoText;
+} catch (const std::exception&) {
+    no_memory(__func__);
+    return kNoText;
 }
 
 static status_t directory_of_program(BPath* path)
@@ -277,7 +315,7 @@ static status_t directory_of_program(BPath* path)
 }
 
 extern "C" char* GetPath(int8_t which)
-{
+try {
     static char text[kTextSize];  // main thread
     BPath path;
     const status_t status = which != 0 ? directory_of_program(&path) : path.SetTo(".");
@@ -294,10 +332,13 @@ extern "C" char* GetPath(int8_t which)
     if (text[length - 1] != '/')
         text[length] = '/';
     return text;
+} catch (const std::exception&) {
+    no_memory(__func__);
+    return kNoText;
 }
 
 extern "C" char* GetBootVolumeName(void)
-{
+try {
     static char name[kTextSize];  // main thread
     BVolumeRoster roster;
     BVolume volume;
@@ -306,10 +347,13 @@ extern "C" char* GetBootVolumeName(void)
     if (status == B_OK)
         status = volume.GetName(name);
     return report(status, __func__) ? name : kNoText;
+} catch (const std::exception&) {
+    no_memory(__func__);
+    return kNoText;
 }
 
 extern "C" bool Relabel(const char* path, const char* name)
-{
+try {
     if (is_null(name, __func__))
         return false;
     const dev_t device = dev_for_path(text_or_empty(path));
@@ -318,4 +362,6 @@ extern "C" bool Relabel(const char* path, const char* name)
     BVolume volume(device);
     const status_t status = volume.InitCheck();
     return report(status == B_OK ? volume.SetName(name) : status, __func__);
+} catch (const std::exception&) {
+    return no_memory(__func__);
 }

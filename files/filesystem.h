@@ -9,5 +9,7 @@ void close_scan();
 // The error rule: keeps errno's number, unless it is 0, as dos_err, and traces the failure of
 // `call`. Returns false.
 bool keep_file_error(const char* call);
+// The same, where its memory failed.
+bool no_memory(const char* call);
 
 #endif  // FILES_FILESYSTEM_H

@@ -7,12 +7,13 @@
 #include <Entry.h>
 #include <Roster.h>
 
+#include <exception>
 #include <errno.h>
 
 using Add = void (BRoster::*)(const entry_ref* ref, const char* signature) const;
 
 static void add_recent(const char* path, Add add, const char* call)
-{
+try {
     entry_ref ref;
     if (path == nullptr)
         errno = EINVAL;
@@ -21,6 +22,8 @@ static void add_recent(const char* path, Add add, const char* call)
         return;
     }
     (be_roster->*add)(&ref, nullptr);
+} catch (const std::exception&) {
+    no_memory(call);
 }
 
 extern "C" void AddRecentDocument(const char* path)

@@ -4,6 +4,7 @@
 
 #include "graphics/icons.h"
 #include "plinth.h"
+#include "runtime/guarded.h"
 #include "runtime/registry.h"
 #include "runtime/trace.h"
 
@@ -16,6 +17,7 @@
 #include <Path.h>
 #include <StorageDefs.h>
 
+#include <exception>
 #include <string.h>
 
 static const size_t kTextSize = 1024;  // of a text result, with the terminator
@@ -44,7 +46,7 @@ static bool copy_path(const entry_ref& ref, char* text)
 // Calls `act` with what the file at `path` says of itself. False if there is none.
 template <class Act>
 static bool with_info(const char* path, Act act)
-{
+try {
     if (path == nullptr)
         return false;
     BEntry entry(path, true);
@@ -55,6 +57,8 @@ static bool with_info(const char* path, Act act)
         return false;
     BNodeInfo info(&node);
     return info.InitCheck() == B_OK && act(info);
+} catch (const std::exception&) {
+    return false;
 }
 
 static bool read_info(const BNodeInfo& info, int32_t which, char* text)
@@ -140,11 +144,13 @@ extern "C" void SetFileAppHint(const char* path, const char* application_path)
 // Calls `act` with a type that has the form of one. False else, or if `act` fails.
 template <class Act>
 static bool with_type(const char* type, const char* call, Act act)
-{
+try {
     BMimeType mime(type);
     if (mime.InitCheck() == B_OK && act(mime))
         return true;
     trace(call, type);
+    return false;
+} catch (const std::exception&) {
     return false;
 }
 
@@ -184,18 +190,23 @@ extern "C" char* GetAppHintMime(const char* type)
 }
 
 extern "C" int32_t LoadMimeIcon(const char* type)
-{
+try {
     BMimeType mime(type);
     const bool is_open = RegistryLock().List(kIcons) != nullptr;
     IconRecord* icon = is_open && mime.InitCheck() == B_OK ? MyAllocIcon() : nullptr;
     if (icon == nullptr)
         return 0;
     icon->ident = static_cast<int32_t>(GetUniqueID());
-    if (mime.GetIcon(icon->image, B_MINI_ICON) == B_OK &&
-        mime.GetIcon(icon->selected_image, B_LARGE_ICON) == B_OK &&
-        enter_record(RegistryLock(), icon))
+    const bool loaded = guarded(false, [&] {
+        return mime.GetIcon(icon->image, B_MINI_ICON) == B_OK &&
+               mime.GetIcon(icon->selected_image, B_LARGE_ICON) == B_OK;
+    });
+    if (loaded && enter_record(RegistryLock(), icon))
         return icon->ident;
     MyFreeIcon(icon);
+    trace(__func__, type);
+    return 0;
+} catch (const std::exception&) {
     trace(__func__, type);
     return 0;
 }

@@ -19,6 +19,7 @@
 #include <Volume.h>
 #include <VolumeRoster.h>
 
+#include <exception>
 #include <atomic>
 #include <errno.h>
 #include <map>
@@ -244,7 +245,7 @@ static BMessenger watcher()
 extern "C" void SetHandlerForWatch(void* handler) { sHandler = handler; }
 
 extern "C" bool WatchDir(const char* path, int8_t on)
-{
+try {
     const BEntry entry(text_or_empty(path), true);
     node_ref node;
     if (entry.InitCheck() != B_OK || entry.GetNodeRef(&node) != B_OK)
@@ -260,10 +261,12 @@ extern "C" bool WatchDir(const char* path, int8_t on)
     else
         watched().nodes.erase(key);
     return true;
+} catch (const std::exception&) {
+    return no_memory(__func__);
 }
 
 extern "C" int32_t WatchDevices(int8_t on)
-{
+try {
     const BMessenger target = watcher();
     status_t status;
     if (on != 0) {
@@ -278,4 +281,7 @@ extern "C" int32_t WatchDevices(int8_t on)
     if (status != B_OK)
         keep_file_error(__func__);
     return status;
+} catch (const std::exception&) {
+    no_memory(__func__);
+    return B_NO_MEMORY;
 }

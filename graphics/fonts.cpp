@@ -5,11 +5,13 @@
 
 #include "graphics/raster_port.h"
 #include "plinth.h"
+#include "runtime/guarded.h"
 #include "runtime/registry.h"
 #include "runtime/trace.h"
 
 #include <Font.h>
 
+#include <exception>
 #include <iterator>
 #include <new>
 
@@ -52,18 +54,20 @@ public:
 template <class Change>
 static void change_font(int32_t ident, uint32 mask, const char* call, Change change)
 {
-    FontPort port(ident, call);
-    if (!port)
-        return;
-    BFont font = port.Font();
-    change(font);
-    port->SetFont(&font, mask);
+    guarded([&] {
+        FontPort port(ident, call);
+        if (!port)
+            return;
+        BFont font = port.Font();
+        change(font);
+        port->SetFont(&font, mask);
+    });
 }
 
 // What `ask` tells of the window's font, as a whole number; `unknown` for what is no window.
 template <class Ask>
 static int32_t font_number(int32_t ident, const char* call, int32_t unknown, Ask ask)
-{
+try {
     BFont font;
     {
         FontPort port(ident, call);
@@ -72,12 +76,17 @@ static int32_t font_number(int32_t ident, const char* call, int32_t unknown, Ask
         font = port.Font();
     }
     return truncated(static_cast<double>(ask(font)));
+} catch (const std::exception&) {
+    show_dbg(kNoMemory, ident, call);
+    return unknown;
 }
 
 extern "C" void SetFontSize(int32_t ident, int32_t size)
-{
+try {
     if (FontPort port(ident, __func__); port)
         port->SetFontSize(static_cast<float>(size));
+} catch (const std::exception&) {
+    show_dbg(kNoMemory, ident, __func__);
 }
 
 extern "C" void SetShear(int32_t ident, int32_t degrees)
@@ -136,7 +145,7 @@ extern "C" int32_t GetSpacing(int32_t ident)
 }
 
 extern "C" void SetFontType(int32_t ident, int32_t kind)
-{
+try {
     const BFont* const fonts[] = {be_plain_font, be_bold_font, be_fixed_font};
     FontPort port(ident, __func__);
     if (!port)
@@ -145,6 +154,8 @@ extern "C" void SetFontType(int32_t ident, int32_t kind)
         port->SetFont(fonts[kind], kAllOfFont);
     else
         show_dbg(kBadArgument, ident, __func__);
+} catch (const std::exception&) {
+    show_dbg(kNoMemory, ident, __func__);
 }
 
 static uint16 face_of_flags(int32_t flags)
@@ -174,26 +185,31 @@ extern "C" int32_t GetFontAttribut(int32_t ident)
 }
 
 extern "C" void SetFontName(int32_t ident, const char* family)
-{
+try {
     change_font(ident, B_FONT_FAMILY_AND_STYLE, __func__, [=](BFont& font) {
         font_style style;
         font.GetFamilyAndStyle(nullptr, &style);
         font.SetFamilyAndStyle(family, style);
     });
+} catch (const std::exception&) {
+    show_dbg(kNoMemory, ident, __func__);
 }
 
 extern "C" char* GetFontName(int32_t ident)
-{
+try {
     static font_family name;  // main thread
     FontPort port(ident, __func__);
     if (!port)
         return sNothing;
     port.Font().GetFamilyAndStyle(&name, nullptr);
     return name;
+} catch (const std::exception&) {
+    show_dbg(kNoMemory, 0, __func__);
+    return sNothing;
 }
 
 extern "C" void OpenFontInListe(int32_t ident, const char* family, const char* style, int32_t size)
-{
+try {
     if (!FontExists(family) || size < 1)
         return;
     FontPort port(ident, __func__);
@@ -203,6 +219,8 @@ extern "C" void OpenFontInListe(int32_t ident, const char* family, const char* s
     font.SetSize(static_cast<float>(size));
     font.SetFamilyAndStyle(family, style);
     port->SetFont(&font, kFamilyStyleAndSize);
+} catch (const std::exception&) {
+    show_dbg(kNoMemory, ident, __func__);
 }
 
 // --- fonts by ident
@@ -224,11 +242,13 @@ static void free_font(FontRecord* record)
 
 extern "C" int32_t OpenFont(const char* family, const char* style, int32_t size)
 {
-    auto* font = new (std::nothrow) BFont;
+    auto* font = guarded<BFont*>(nullptr, [] { return new BFont; });
     auto* record = static_cast<FontRecord*>(MyAlloc(sizeof(FontRecord)));
     if (font != nullptr && record != nullptr) {
-        font->SetSize(static_cast<float>(size));
-        font->SetFamilyAndStyle(family, style);
+        guarded([=] {
+            font->SetSize(static_cast<float>(size));
+            font->SetFamilyAndStyle(family, style);
+        });
         *record = {static_cast<int32_t>(GetUniqueID()), font};
         if (enter_record(RegistryLock(), record))
             return static_cast<int32_t>(record->ident);
@@ -265,24 +285,31 @@ void Close_All_Font(BList* fonts)
 // --- families
 
 extern "C" bool FontExists(const char* family)
-{
+try {
     if (family == nullptr || family[0] == '\0')
         return false;
     update_font_families(false);
     return count_font_styles(const_cast<char*>(family)) > 0;
+} catch (const std::exception&) {
+    return false;
 }
 
 extern "C" int32_t CountFontList(void)
-{
+try {
     update_font_families(false);
     return count_font_families();
+} catch (const std::exception&) {
+    return 0;
 }
 
 extern "C" char* GetFontNameList(int32_t index)
-{
+try {
     static font_family name;  // main thread
     if (index < 0)
         return sNothing;
     update_font_families(false);
     return get_font_family(index, &name) == B_OK ? name : sNothing;
+} catch (const std::exception&) {
+    show_dbg(kNoMemory, 0, __func__);
+    return sNothing;
 }

@@ -20,33 +20,33 @@ static uint8* pixel_at(const BBitmap* raster, int32_t x, int32_t y)
 
 extern "C" void WritePixel(intptr_t target, int32_t x, int32_t y)
 {
-    RasterPort port(target, __func__);
-    if (!port)
-        return;
-    if (port.Raster() == nullptr) {
-        const BPoint where(static_cast<float>(x), static_cast<float>(y));
-        port->StrokeRect(BRect(where, where));
-        return;
-    }
-    if (uint8* pixel = pixel_at(port.Raster(), x, y)) {
-        // kept on purpose: the bitmap holds blue first, so red and blue come out exchanged
-        const rgb_color color = port->HighColor();
-        pixel[0] = color.red;
-        pixel[1] = color.green;
-        pixel[2] = color.blue;
-        pixel[3] = color.alpha;
-    }
+    on_port(target, __func__, [=](RasterPort& port) {
+        if (port.Raster() == nullptr) {
+            const BPoint where(static_cast<float>(x), static_cast<float>(y));
+            port->StrokeRect(BRect(where, where));
+            return;
+        }
+        if (uint8* pixel = pixel_at(port.Raster(), x, y)) {
+            // kept on purpose: the bitmap holds blue first, so red and blue come out exchanged
+            const rgb_color color = port->HighColor();
+            pixel[0] = color.red;
+            pixel[1] = color.green;
+            pixel[2] = color.blue;
+            pixel[3] = color.alpha;
+        }
+    });
 }
 
 extern "C" int32_t GetPixel(intptr_t target, int32_t x, int32_t y)
 {
-    RasterPort port(target, __func__);
-    if (!port || port.Raster() == nullptr)
-        return 0;
-    const uint8* pixel = pixel_at(port.Raster(), x, y);
-    if (pixel == nullptr)
-        return 0;
-    BScreen screen(B_MAIN_SCREEN_ID);
-    // kept on purpose: exchanged as WritePixel exchanges them
-    return screen.IsValid() ? screen.IndexForColor(pixel[0], pixel[1], pixel[2], pixel[3]) : 0;
+    return ask_port(target, __func__, [=](RasterPort& port) {
+        if (port.Raster() == nullptr)
+            return 0;
+        const uint8* pixel = pixel_at(port.Raster(), x, y);
+        if (pixel == nullptr)
+            return 0;
+        BScreen screen(B_MAIN_SCREEN_ID);
+        // kept on purpose: exchanged as WritePixel exchanges them
+        return screen.IsValid() ? screen.IndexForColor(pixel[0], pixel[1], pixel[2], pixel[3]) : 0;
+    });
 }

@@ -47,21 +47,19 @@ static BRect stroked(const BView& view, BRect box)
 template <class Draw>
 static inline void fill(intptr_t target, const char* call, BRect box, Draw draw)
 {
-    RasterPort port(target, call);
-    if (!port)
-        return;
-    draw(port.View());
-    port.Refresh(box);
+    on_port(target, call, [&](RasterPort& port) {
+        draw(port.View());
+        port.Refresh(box);
+    });
 }
 
 template <class Draw>
 static inline void stroke(intptr_t target, const char* call, BRect box, Draw draw)
 {
-    RasterPort port(target, call);
-    if (!port)
-        return;
-    draw(port.View());
-    port.Refresh(stroked(port.View(), box));
+    on_port(target, call, [&](RasterPort& port) {
+        draw(port.View());
+        port.Refresh(stroked(port.View(), box));
+    });
 }
 
 // --- rectangles and ellipses
@@ -177,18 +175,16 @@ extern "C" void Line(intptr_t target, int32_t x1, int32_t y1, int32_t x2, int32_
 
 extern "C" void LineTo(intptr_t target, int32_t x, int32_t y)
 {
-    RasterPort port(target, __func__);
-    if (!port)
-        return;
-    const BPoint ends[] = {port->PenLocation(), point_of(x, y)};
-    port->StrokeLine(ends[1]);
-    port.Refresh(stroked(port.View(), box_of(ends, 2)));
+    on_port(target, __func__, [=](RasterPort& port) {
+        const BPoint ends[] = {port->PenLocation(), point_of(x, y)};
+        port->StrokeLine(ends[1]);
+        port.Refresh(stroked(port.View(), box_of(ends, 2)));
+    });
 }
 
 extern "C" void MoveTo(intptr_t target, int32_t x, int32_t y)
 {
-    if (RasterPort port(target, __func__); port)
-        port->MovePenTo(point_of(x, y));
+    on_port(target, __func__, [=](RasterPort& port) { port->MovePenTo(point_of(x, y)); });
 }
 
 extern "C" void GetCurrentPos(intptr_t target, int32_t xy[2])
@@ -299,40 +295,38 @@ extern "C" void Text(intptr_t target, const char* text)
 {
     if (text == nullptr || *text == '\0')
         return;
-    RasterPort port(target, __func__);
-    if (!port)
-        return;
-    font_height height;
-    port->GetFontHeight(&height);
-    BPoint start = port->PenLocation();
-    start.y += height.ascent + height.descent + height.leading;
-    port->MovePenTo(start);
-    port->DrawString(text);
-    port->MovePenTo(start);
-    port.Refresh(port->Bounds());
+    on_port(target, __func__, [=](RasterPort& port) {
+        font_height height;
+        port->GetFontHeight(&height);
+        BPoint start = port->PenLocation();
+        start.y += height.ascent + height.descent + height.leading;
+        port->MovePenTo(start);
+        port->DrawString(text);
+        port->MovePenTo(start);
+        port.Refresh(port->Bounds());
+    });
 }
 
 extern "C" int32_t GetTextWidth(intptr_t target, const char* text)
 {
     if (text == nullptr)
         return 0;
-    RasterPort port(target, __func__);
-    return port ? rounded(port->StringWidth(text)) : 0;
+    return ask_port(target, __func__,
+                    [=](RasterPort& port) { return rounded(port->StringWidth(text)); });
 }
 
 // --- areas
 
 extern "C" void Clear(intptr_t target)
 {
-    RasterPort port(target, __func__);
-    if (!port)
-        return;
-    const BRect bounds = port.WindowBounds();
-    const rgb_color high = port->HighColor();
-    port->SetHighColor(port->ViewColor());
-    port->FillRect(bounds);
-    port->SetHighColor(high);
-    port.Refresh(bounds);
+    on_port(target, __func__, [=](RasterPort& port) {
+        const BRect bounds = port.WindowBounds();
+        const rgb_color high = port->HighColor();
+        port->SetHighColor(port->ViewColor());
+        port->FillRect(bounds);
+        port->SetHighColor(high);
+        port.Refresh(bounds);
+    });
 }
 
 extern "C" void Blit(intptr_t target, int32_t sx, int32_t sy, int32_t w, int32_t h, int32_t dx,

@@ -5,6 +5,7 @@
 
 #include "graphics/icons.h"
 #include "runtime/whole.h"
+#include "runtime/guarded.h"
 #include "windows/drawing_view.h"
 #include "windows/window_access.h"
 
@@ -43,6 +44,27 @@ private:
     BView* fView = nullptr;
     BBitmap* fRaster = nullptr;
 };
+
+// The frame of the drawing calls: resolves the target, acts, gives the locks back. Where memory
+// fails the rest is not drawn.
+template <class Act>
+inline void on_port(intptr_t target, const char* call, Act act)
+{
+    guarded([&] {
+        if (RasterPort port(target, call); port)
+            act(port);
+    });
+}
+
+// The same for calls that tell a number, 0 on failure.
+template <class Ask>
+inline int32_t ask_port(intptr_t target, const char* call, Ask ask)
+{
+    return guarded(int32_t{0}, [&] {
+        RasterPort port(target, call);
+        return port ? static_cast<int32_t>(ask(port)) : 0;
+    });
+}
 
 inline BPoint point_of(int32_t x, int32_t y)
 {

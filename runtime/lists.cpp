@@ -16,9 +16,11 @@
 #include <Volume.h>
 #include <VolumeRoster.h>
 
+#include <exception>
 #include <iterator>
 
 #include "runtime/strings.h"
+#include "runtime/trace.h"
 
 static const int32 kMaxRecent = 64;
 static const size_t kDeviceName = 32;
@@ -80,24 +82,30 @@ static void append_refs(const BMessage& answer)
 }
 
 extern "C" void GetRecentApp(void)
-{
+try {
     BMessage answer;
     be_roster->GetRecentApps(&answer, kMaxRecent);
     append_refs(answer);
+} catch (const std::exception&) {
+    show_dbg(kNoMemory, 0, __func__);
 }
 
 extern "C" void GetRecentDocument(void)
-{
+try {
     BMessage answer;
     be_roster->GetRecentDocuments(&answer, kMaxRecent);
     append_refs(answer);
+} catch (const std::exception&) {
+    show_dbg(kNoMemory, 0, __func__);
 }
 
 extern "C" void GetRecentFolder(void)
-{
+try {
     BMessage answer;
     be_roster->GetRecentFolders(&answer, kMaxRecent);
     append_refs(answer);
+} catch (const std::exception&) {
+    show_dbg(kNoMemory, 0, __func__);
 }
 
 // By kind, as PLINTH_LIST_... numbers them.
@@ -114,10 +122,12 @@ static void (*const kFillers[])() = {
 static_assert(std::size(kFillers) == PLINTH_LIST_RECENT_FOLDERS + 1, "one filler per kind");
 
 extern "C" void GetList(uint32_t kind)
-{
+try {
     FreeList();
     if (kind < std::size(kFillers))
         kFillers[kind]();
+} catch (const std::exception&) {
+    show_dbg(kNoMemory, 0, __func__);
 }
 
 extern "C" int32_t CountList(void) { return system_list().CountItems(); }

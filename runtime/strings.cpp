@@ -8,6 +8,7 @@
 
 #include <Path.h>
 
+#include <exception>
 #include <algorithm>
 #include <ctype.h>
 #include <limits.h>
@@ -422,7 +423,7 @@ extern "C" char* Replace(const char* s, const char* find, const char* repl)
 }
 
 extern "C" char* ExtractPathName(const char* path)
-{
+try {
     static char directory[kPathSize];  // main thread
     memset(directory, 0, kPathSize);
     const BPath object(text_or_empty(path));
@@ -435,16 +436,22 @@ extern "C" char* ExtractPathName(const char* path)
     if (directory[length - 1] != '/' && length < kPathSize - 1)
         directory[length] = '/';
     return directory;
+} catch (const std::exception&) {
+    static char nothing[] = "";
+    return nothing;
 }
 
 extern "C" char* ExtractFileName(const char* path)
-{
+try {
     static char leaf[kPathSize];  // main thread
     memset(leaf, 0, kPathSize);
     const BPath object(text_or_empty(path));
     if (object.InitCheck() == B_OK)
         memcpy(leaf, object.Leaf(), strnlen(object.Leaf(), kPathSize - 1));
     return leaf;
+} catch (const std::exception&) {
+    static char nothing[] = "";
+    return nothing;
 }
 
 char* MyStringStr(const char* text)

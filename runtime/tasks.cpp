@@ -6,6 +6,7 @@
 #include <List.h>
 #include <OS.h>
 #include <Roster.h>
+#include <exception>
 #include <image.h>
 
 #include <unistd.h>
@@ -25,7 +26,7 @@ static int count_arguments(const char* const* arguments)
 }
 
 extern "C" int32_t RunProg(const char* path, const char* const* arguments)
-{
+try {
     if (path == nullptr)
         return 0;
     const int count = count_arguments(arguments);
@@ -42,6 +43,9 @@ extern "C" int32_t RunProg(const char* path, const char* const* arguments)
     if (status == B_OK)
         return team;
     show_status(kNoSuchProgram, 0, "RunProg", status);
+    return 0;
+} catch (const std::exception&) {
+    show_dbg(kNoMemory, 0, __func__);
     return 0;
 }
 

@@ -6,6 +6,7 @@
 #include <Message.h>
 #include <TypeConstants.h>
 
+#include <exception>
 #include <string.h>
 
 #include <string>
@@ -49,7 +50,7 @@ static bool find_text(const void** bytes, ssize_t* size)
 // The stored text has no terminator, and another thread may replace it at any time: each thread
 // gets a copy, which only moves when the text has changed.
 extern "C" char* GetStringClipboard(void)
-{
+try {
     static thread_local std::string text;
     ClipboardLock lock(__func__);
     const void* bytes = "";
@@ -60,10 +61,14 @@ extern "C" char* GetStringClipboard(void)
     if (text != stored)
         text = stored;
     return text.data();
+} catch (const std::exception&) {
+    static char nothing[] = "";
+    show_dbg(kNoMemory, 0, __func__);
+    return nothing;
 }
 
 extern "C" bool SetStringClipboard(const char* s)
-{
+try {
     if (s == nullptr) {
         show_dbg(kBadArgument, 0, __func__);
         return false;
@@ -75,23 +80,33 @@ extern "C" bool SetStringClipboard(const char* s)
     BMessage* data = be_clipboard->Data();
     if (data == nullptr)
         return false;
-    data->AddData(kText, B_MIME_TYPE, s, static_cast<ssize_t>(strlen(s)), false);
+    if (data->AddData(kText, B_MIME_TYPE, s, static_cast<ssize_t>(strlen(s)), false) != B_OK)
+        return false;
     return be_clipboard->Commit() == B_OK;
+} catch (const std::exception&) {
+    show_dbg(kNoMemory, 0, __func__);
+    return false;
 }
 
 extern "C" bool ClearClipboard(void)
-{
+try {
     ClipboardLock lock(__func__);
     if (!lock.Held())
         return false;
     be_clipboard->Clear();  // kept on purpose: other programs keep what is on the clipboard
     return true;
+} catch (const std::exception&) {
+    show_dbg(kNoMemory, 0, __func__);
+    return false;
 }
 
 extern "C" bool IsEmptyClipboard(void)
-{
+try {
     ClipboardLock lock(__func__);
     const void* bytes;
     ssize_t size;
     return lock.Held() && find_text(&bytes, &size);  // kept on purpose: true when there is text
+} catch (const std::exception&) {
+    show_dbg(kNoMemory, 0, __func__);
+    return false;
 }

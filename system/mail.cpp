@@ -4,6 +4,7 @@
 
 #include <E-mail.h>
 
+#include <exception>
 #include <string.h>
 
 #include <memory>
@@ -46,7 +47,7 @@ static void add_entry(BMailMessage& mail, const char* entry)
 }
 
 extern "C" bool SendEmail(const char* const* entries, bool send_now)
-{
+try {
     if (entries == nullptr) {
         show_dbg(kBadArgument, 0, __func__);
         return false;
@@ -66,4 +67,7 @@ extern "C" bool SendEmail(const char* const* entries, bool send_now)
     if (status != B_OK)
         show_status(kNoService, 0, __func__, status);
     return status == B_OK;
+} catch (const std::exception&) {
+    show_dbg(kNoMemory, 0, __func__);
+    return false;
 }

@@ -142,8 +142,10 @@ void MyWinClass::LockRaster()
 void MyWinClass::MyUpdate(BRect rect, bool refresh)
 {
     if (refresh && fTopView->fRefresh) {
-        fOffscreenView->Invalidate(rect);
-        fTopView->Invalidate(rect);
+        guarded([&] {
+            fOffscreenView->Invalidate(rect);
+            fTopView->Invalidate(rect);
+        });
     }
     if (fRaster != nullptr && fRaster->IsLocked())
         fRaster->Unlock();

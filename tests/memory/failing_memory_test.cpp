@@ -123,4 +123,120 @@ TEST_F(FailingMemory, WindowWithoutAThreadIsNotOpen)
     EXPECT_TRUE(is_window_ident(next));
 }
 
+TEST_F(FailingMemory, DrawingGoesOn)
+{
+    TestWindow window(100, 100, 300, 200);
+    static const int16_t points[] = {0, 0, 50, 10, 40, 60, 5, 90};
+    const std::vector<std::function<void()>> calls = {
+        [&] { FRectangle(window, 0, 0, 20, 20); },
+        [&] { SetStrokeRectangle(window, 0, 0, 20, 20, 5, 5); },
+        [&] { SetStrokeFill(window, 0, 0, 20, 20, 5, 5); },
+        [&] { Circle(window, 50, 50, 20); },
+        [&] { FEllipse(window, 50, 50, 20, 10); },
+        [&] { FArc(window, 50, 50, 20, 20, 10, 200); },
+        [&] { FTriangle(window, 0, 0, 30, 30, 0, 30); },
+        [&] { Line(window, 0, 0, 30, 17); },
+        [&] { LineTo(window, 90, 80); },
+        [&] { FillPolygon(window, 4, points); },
+        [&] { StrokePolygon(window, 4, points, 1); },
+        [&] { FillBezier(window, points); },
+        [&] { StrokeBezier(window, points); },
+        [&] { PolyDraw(window, 4, points); },
+        [&] { Text(window, "never seen before \xc3\xa9"); },
+        [&] { GetTextWidth(window, "nor this"); },
+        [&] { Clear(window); },
+        [&] { Blit(window, 0, 0, 50, 50, 60, 60); },
+        [&] { SetClipping(window, 10, 10, 80, 80); },
+        [&] { SetClippingAll(window); },
+        [&] { DrawAcces(window, 0); },
+        [&] { SetForeColor(window, 0xFF, 0xFF00FF); },
+        [&] { SetPenWidth(window, 5); },
+        [&] { SetLineMode(window, 1, 2); },
+        [&] { SetRefreshWindowMode(window, 1); },
+        [&] { SetDefaultGfx(window); },
+        [&] { Line(window, 3, 5, 30, 17); },
+        [&] { Arc(window, 50, 50, 20, 30, 10, 200); },
+        [&] { DrawSeparatorHoriz(window, 0, 0, 30); },
+        [&] { GetPixel(window, 0, 0); },
+    };
+    Text(window, "what a thread has once");
+    for (const auto& call : calls)
+        with_each_failing(call);
+    SetClippingAll(window);
+    Clear(window);
+    FRectangle(window, 0, 0, 20, 20);
+    EXPECT_NE(GetPixel(window, 5, 5), GetPixel(window, 50, 50));
+}
+
+TEST_F(FailingMemory, FilesSayThatTheyFailed)
+{
+    char name[] = "/tmp/plinth-memory-XXXXXX";
+    const std::string folder = mkdtemp(name);
+    const std::string file = folder + "/file";
+    const std::string deep = folder + "/some/more";
+    with_each_failing([&] {
+        const int32_t ch = OpenFile(file.c_str(), 1);
+        EXPECT_TRUE(ch != 0 || tHasFailed);
+        const bool written = WriteFile(ch, "some text");
+        EXPECT_TRUE(written || tHasFailed);
+        CloseFile(ch);
+    });
+    EXPECT_EQ(GetLengthFile(file.c_str()), 9);
+    with_each_failing([&] { EXPECT_TRUE(GetLengthFile(file.c_str()) == 9 || tHasFailed); });
+    with_each_failing([&] { EXPECT_TRUE(GetFileType(file.c_str()) == 0 || tHasFailed); });
+    with_each_failing([&] { FindFirstEntry(folder.c_str()); });
+    with_each_failing([&] { FindNextEntry(); });
+    with_each_failing([&] { MakeDir(deep.c_str()); });
+    with_each_failing([&] { IsEmptyDirectory(folder.c_str()); });
+    with_each_failing([&] { CreateLink(file.c_str(), "link"); });
+    with_each_failing([&] { RenameFile(file.c_str(), "file"); });
+    with_each_failing([&] { FileMoveTo(file.c_str(), folder.c_str()); });
+    with_each_failing([&] { CreateFileSize(file.c_str(), 20); });
+    with_each_failing([&] { GetAttribut(file.c_str()); });
+    with_each_failing([&] { SetAttribut(file.c_str(), "rw-r--r--"); });
+    with_each_failing([&] { GetPath(0); });
+    with_each_failing([&] { GetPath(1); });
+    with_each_failing([&] { GetBootVolumeName(); });
+    with_each_failing([&] { ExtractPathName("a/b/c"); });
+    with_each_failing([&] { ExtractFileName("a/b/c"); });
+    with_each_failing([&] { WatchDir(folder.c_str(), 1); });
+    with_each_failing([&] { WatchDir(folder.c_str(), 0); });
+    with_each_failing([&] { DeleteFile(file.c_str()); });
+    EXPECT_EQ(system(("rm -rf '" + folder + "'").c_str()), 0);
+}
+
+TEST_F(FailingMemory, ClipboardKeepsWhatItHasOrTakesTheNewText)
+{
+    ASSERT_TRUE(SetStringClipboard("before"));
+    EXPECT_STREQ(GetStringClipboard(), "before");  // makes what a thread has once
+    with_each_failing([&] {
+        const bool set = SetStringClipboard("after");
+        tBeforeFailure = -1;
+        EXPECT_TRUE(set || tHasFailed);
+        if (set)
+            EXPECT_STREQ(GetStringClipboard(), "after");
+    });
+    with_each_failing([&] { GetStringClipboard(); });
+    with_each_failing([&] { IsEmptyClipboard(); });
+    with_each_failing([&] { ClearClipboard(); });
+    EXPECT_TRUE(SetStringClipboard("at last"));
+    EXPECT_STREQ(GetStringClipboard(), "at last");
+}
+
+TEST_F(FailingMemory, FontsGoOn)
+{
+    TestWindow window;
+    Text(window, "what a thread has once");
+    with_each_failing([&] {
+        const int32_t font = OpenFont("DejaVu Sans", "Book", 14);
+        tBeforeFailure = -1;
+        EXPECT_TRUE(font != 0 || tHasFailed);
+        CloseFont(font);
+    });
+    with_each_failing([&] { SetFontSize(window, 17); });
+    with_each_failing([&] { FontExists("No Such Font"); });
+    with_each_failing([&] { CountFontList(); });
+    with_each_failing([&] { GetList(PLINTH_LIST_FONTS); });
+}
+
 }  // namespace
