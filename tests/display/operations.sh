@@ -25,6 +25,13 @@ ask() {
     tell "${@:1:$#-1}"
     expect "${*: -1}"
 }
+# Asks again, of what the program may not have heard yet.
+asked() {
+    tell "${@:1:$#-1}"
+    sleep 0.05
+    said "${*: -1}"
+}
+ask_until() { eventually asked "$@" || fail "no answer \"${*: -1}\""; }
 
 property() { xprop -id "$1" "$2" | sed 's/^[^=:]*[=:] *//'; }
 property_is() { [ "$(property "$1" "$2")" = "$3" ]; }
@@ -201,19 +208,19 @@ modal() {
 workspaces() {
     tell count 0 3
     eventually desktops 3 || fail "$(xdotool get_num_desktops) workspaces"
-    ask where 1 'on ffffffff, 0 of 3'
+    ask_until where 1 'on ffffffff, 0 of 3'
     for none in 0 33 -1; do tell count 0 "$none"; done
     tell workspaces 1 2
     expect_property "$first" _NET_WM_DESKTOP 1
     tell workspace 0 1
     eventually desktop 1 || fail "on $(xdotool get_desktop)"
-    ask where 1 'on 2, 1 of 3'
+    ask_until where 1 'on 2, 1 of 3'
     for none in -1 3 33; do tell workspace 0 "$none"; done
     tell workspaces 1 -1
     expect_property "$first" _NET_WM_DESKTOP 4294967295
     tell workspaces 1 0
     expect_property "$first" _NET_WM_DESKTOP 1
-    ask where 1 'on 2, 1 of 3'
+    ask_until where 1 'on 2, 1 of 3'
 }
 desktops() { [ "$(xdotool get_num_desktops)" = "$1" ]; }
 desktop() { [ "$(xdotool get_desktop)" = "$1" ]; }
