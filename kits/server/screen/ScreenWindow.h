@@ -3,6 +3,11 @@
 
 // What the windows of both displays share: their place, state and pixels as the stage knows them.
 // Everything but the front buffer is guarded by the stage's lock.
+//
+// A window's place is the screen's: Frame() is where the screen has it, Wanted() where it will have
+// it when the program's last word is carried out. What BWindow::Frame() says is the program's view
+// of it: its own changes hold there at once, the user's when their message is dispatched, and an
+// echo filter keeps the screen's late answers from taking a newer wish back.
 
 #include <server/screen/Display.h>
 #include <server/screen/FrontBuffer.h>
