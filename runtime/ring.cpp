@@ -189,6 +189,11 @@ static size_t walk_with_care(const char* text, size_t before, const char* find, 
     return position;
 }
 
+void leave_missed_walk(const char* text, size_t length, size_t find_length)
+{
+    leave_walk(text, length, find_length, length);
+}
+
 size_t walk_for(const char* text, size_t before, const char* find, size_t find_length)
 {
     if (in_ring(text) || in_ring(find) || find_length > kSlotSize)

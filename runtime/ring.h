@@ -88,6 +88,18 @@ inline void put_mid_of(char* result, const char* source, int32_t count)
 // position of the first match, 0 if there is none; the ring is left as the walk leaves it.
 size_t walk_for(const char* text, size_t before, const char* find, size_t find_length);
 
+// The same search without the pieces, for walks whose pieces a later one writes over: only a walk
+// to the end of `text`, of `length` bytes, leaves them. For a `find` of one byte and more that is,
+// like the text, not in the ring.
+inline size_t search_only(const char* text, const char* find, size_t find_length)
+{
+    const char* hit = find_length == 1 ? strchr(text, find[0]) : strstr(text, find);
+    const size_t position = hit != nullptr ? hit - text + 1 : 0;
+    StrCnt = (StrCnt + 2 * static_cast<uint32_t>(position)) % kSlots;
+    return position;
+}
+void leave_missed_walk(const char* text, size_t length, size_t find_length);
+
 // Positions of a walk that are further back than this leave nothing: each takes a pair of slots.
 constexpr size_t kPairs = kSlots / 2;
 

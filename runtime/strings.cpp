@@ -334,6 +334,7 @@ public:
     }
     const char* Text() const { return fText; }
     size_t Length() const { return fInRing ? strlen(fText) : fLength; }
+    bool IsInRing() const { return fInRing; }
 
 private:
     const char* fText;
@@ -395,28 +396,67 @@ private:
     char fRing[kRingSize];
 };
 
+// Replaces where nothing comes from the ring and the last search, which finds nothing, writes over
+// all that the others leave there: those leave nothing then. False where that does not hold in the
+// end; the ring then has nothing that replacing once more would not write too.
+static bool replace_with_one_walk(WorkText* work, const Pattern& find, const Pattern& repl,
+                                  int32_t rest_count)
+{
+    const size_t find_length = find.Length();
+    if (find.IsInRing() || repl.IsInRing() || find_length == 0 || find_length >= kSlotSize)
+        return false;
+    for (int substitutions = 0; substitutions < kFewSubstitutions; substitutions++) {
+        const size_t position = search_only(work->Text(), find.Text(), find_length);
+        if (position == 0) {
+            if (work->Length() < kPairs || find_length > work->Length())
+                return false;
+            leave_missed_walk(work->Text(), work->Length(), find_length);
+            return true;
+        }
+        if (position > kSlotSize)
+            return false;
+        substitute(work, position, find, repl, rest_count);
+        if (work->IsFull())
+            return false;
+    }
+    return false;
+}
+
 // Each search begins at the front again, so a replacement that makes new matches might never come
 // to an end: it stops where the text does not fit any more or all comes back to what it was, and at
 // a count that no text which ends by itself comes near.
+static void replace_each(WorkText* work, const Pattern& find, const Pattern& repl,
+                         int32_t rest_count)
+{
+    ReplaceState earlier(find.IsInRing() || repl.IsInRing());  // after the last power of two
+    for (int substitutions = 1; substitutions <= kMaxSubstitutions; substitutions++) {
+        const size_t position = walk_for(work->Text(), 0, find.Text(), find.Length());
+        if (position == 0)
+            break;
+        substitute(work, position, find, repl, rest_count);
+        if (work->IsFull() || (substitutions > kFewSubstitutions && earlier.IsBackAt(*work)))
+            break;
+        if (substitutions >= kFewSubstitutions && (substitutions & (substitutions - 1)) == 0)
+            earlier.Keep(*work);
+    }
+}
+
 extern "C" char* Replace(const char* s, const char* find, const char* repl)
 {
     s = text_or_empty(s);
     const Pattern pattern(find);
     const Pattern replacement(repl);
     char* slot = GetNextTab();
-    const size_t rest_count = strnlen(s, kSlotSize);
+    const uint32_t first_slot = StrCnt;
+    const auto rest_count = static_cast<int32_t>(strnlen(s, kSlotSize));
     WorkText work;
-    ReplaceState earlier(in_ring(find) || in_ring(repl));  // after the last power of two
     work.Append(s, rest_count);
-    for (int substitutions = 1; substitutions <= kMaxSubstitutions; substitutions++) {
-        const size_t position = walk_for(work.Text(), 0, pattern.Text(), pattern.Length());
-        if (position == 0)
-            break;
-        substitute(&work, position, pattern, replacement, static_cast<int32_t>(rest_count));
-        if (work.IsFull() || (substitutions > kFewSubstitutions && earlier.IsBackAt(work)))
-            break;
-        if (substitutions >= kFewSubstitutions && (substitutions & (substitutions - 1)) == 0)
-            earlier.Keep(work);
+    // What is written to the ring may change a text that lies there.
+    if (in_ring(s) || !replace_with_one_walk(&work, pattern, replacement, rest_count)) {
+        StrCnt = first_slot;
+        work = WorkText();
+        work.Append(s, rest_count);
+        replace_each(&work, pattern, replacement, rest_count);
     }
     put_text(slot, work.Text(), work.Length());
     return slot;
