@@ -21,8 +21,11 @@
 #include <GradientRadialFocus.h>
 #include <GraphicsDefs.h>
 #include <InterfaceDefs.h>
+#include <ListItem.h>
+#include <ListView.h>
 #include <Menu.h>
 #include <MenuItem.h>
+#include <OutlineListView.h>
 #include <Picture.h>
 #include <Point.h>
 #include <Polygon.h>
@@ -38,6 +41,7 @@
 #include <Size.h>
 #include <Slider.h>
 #include <StatusBar.h>
+#include <StringItem.h>
 #include <StringView.h>
 #include <UnicodeBlockObjects.h>
 #include <View.h>
