@@ -1,0 +1,73 @@
+#ifndef INTERFACE_LINE_TABLE_H
+#define INTERFACE_LINE_TABLE_H
+
+// The lines of a text as it is broken: how many bytes and how high each is, and which one is at a
+// byte or at a height. Lines are kept in blocks with their sums, so that a change in a long text
+// touches one block, and a search looks at few. A text has one line at least. One thread.
+
+#include <SupportDefs.h>
+
+#include <vector>
+
+namespace [[gnu::visibility("hidden")]] BPrivate {
+
+struct TextLine {
+    int32 length = 0;  // bytes, with a line feed at its end
+    float height = 0;  // pixels
+    float ascent = 0;  // of them
+    float width = 0;
+};
+
+class LineTable {
+public:
+    // A line and where it begins.
+    struct Place {
+        int32 index;
+        int32 offset;
+        double top;
+        TextLine line;
+    };
+
+    LineTable();
+
+    int32 CountLines() const;
+    int32 Length() const;   // bytes
+    double Height() const;  // pixels
+
+    // By number, by a byte that it holds, and by a height. What is outside is in the first or last
+    // line; the text's end is in the last one.
+    Place At(int32 index) const;
+    Place AtOffset(int32 offset) const;
+    Place AtHeight(double height) const;
+
+    // Puts lines in the place of `count` lines from `first` on. Not all may go without others.
+    void Replace(int32 first, int32 count, const std::vector<TextLine>& lines);
+
+private:
+    struct Block {
+        std::vector<TextLine> lines;
+        int32 bytes = 0;
+        double height = 0;
+
+        void Sum();
+    };
+    struct Sums {
+        int32 lines = 0, bytes = 0;
+        double height = 0;
+    };
+
+    const std::vector<Sums>& _Sums() const;
+    template <class Before>
+    Place _Find(Before before) const;
+    void _Remove(int32 first, int32 count);
+    void _Insert(int32 first, const std::vector<TextLine>& lines);
+
+    std::vector<Block> fBlocks;
+    // What lies before each block, and before the end; right up to `fSummed`.
+    mutable std::vector<Sums> fSums;
+    mutable size_t fSummed = 0;
+};
+
+}  // namespace BPrivate
+
+#endif  // INTERFACE_LINE_TABLE_H

@@ -1,0 +1,40 @@
+#ifndef INTERFACE_TEXT_BUFFER_H
+#define INTERFACE_TEXT_BUFFER_H
+
+// The bytes of a text, with a gap where it was edited last: what is typed there moves no other
+// byte. Offsets outside the text are taken as its start or end. One thread.
+
+#include <SupportDefs.h>
+
+#include <memory>
+
+namespace [[gnu::visibility("hidden")]] BPrivate {
+
+class TextBuffer {
+public:
+    int32 Length() const { return fLength; }
+    uint8 At(int32 offset) const;  // 0 outside the text
+    // Copies up to `length` bytes from `offset` on; returns how many there were.
+    int32 Copy(int32 offset, int32 length, char* to) const;
+    // All bytes in one piece, ended by a zero; until the next change. Null without memory.
+    const char* Text();
+    // The offset behind the next line feed at or behind `offset`, the text's end if there is none.
+    int32 LineEnd(int32 offset) const;
+
+    // False, and nothing changed, without memory, and where offsets end.
+    bool Insert(int32 offset, const char* bytes, int32 length);
+    void Remove(int32 from, int32 to);
+
+private:
+    bool _Reserve(int32 more);
+    void _MoveGap(int32 offset);
+
+    std::unique_ptr<char[]> fBytes;  // fLength bytes around a gap, and room for a zero
+    int32 fCapacity = 0;             // without that room
+    int32 fLength = 0;
+    int32 fGap = 0;  // where the gap begins
+};
+
+}  // namespace BPrivate
+
+#endif  // INTERFACE_TEXT_BUFFER_H
