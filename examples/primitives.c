@@ -1,4 +1,5 @@
-/* Every drawing call in a labelled grid, and a page of images. A click on its name shows a page. */
+/* Every drawing call in a labelled grid, and pages of fonts and images. A click on its name shows
+   a page. */
 
 #include <plinth.h>
 
@@ -316,6 +317,7 @@ static const struct {
     void (*draw)(int32_t target, int32_t left, int32_t top);
 } pages[] = {
     {"Shapes", draw_shapes},
+    {"Fonts", draw_fonts_page},
     {"Images", draw_images_page},
 };
 enum { PAGES = sizeof pages / sizeof pages[0] };
@@ -332,6 +334,8 @@ static void draw_tab(int32_t index, int32_t is_shown)
     Text(window, pages[index].name);
 }
 
+static _Atomic int32_t page_shown = -1;
+
 static void show_page(int32_t index)
 {
     SetRefreshWindowMode(window, 0);
@@ -340,6 +344,7 @@ static void show_page(int32_t index)
         draw_tab(i, i == index);
     pages[index].draw(window, MARGIN, TAB_H + MARGIN);
     SetRefreshWindowMode(window, 1);
+    page_shown = index;
 }
 
 static void pressed(int32_t x, int32_t y, int32_t button, int32_t clicks)
@@ -366,8 +371,10 @@ void ProgramMain(void)
     if (picture != NULL) {
         tour_begin(LEFT, TOP);
         /* A further word of the command line is the number of the page. */
-        const int32_t page = (int32_t)Val(__GetCommand(3));
-        tour_click(MARGIN + (page > 0 && page < PAGES ? page : 0) * TAB_W + 10, 10);
+        const int32_t number = (int32_t)Val(__GetCommand(3));
+        const int32_t page = number > 0 && number < PAGES ? number : 0;
+        tour_click(MARGIN + page * TAB_W + 10, 10);
+        tour_wait(&page_shown, page);
         tour_move(200, 200);
         if (tour_end(picture) != 0)
             fprintf(stderr, "primitives: can not write %s\n", picture);

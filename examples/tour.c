@@ -56,6 +56,12 @@ void tour_close(void)
     pause_ms(50);
 }
 
+void tour_wait(const _Atomic int32_t *word, int32_t value)
+{
+    for (int32_t i = 0; i < 2500 && *word != value; i++)
+        pause_ms(4);
+}
+
 int32_t tour_end(const char *picture)
 {
     pause_ms(200);

@@ -18,6 +18,9 @@ void tour_type(const char *text);
 /* Asks the window to close by its close button. */
 void tour_close(void);
 
+/* Waits until a word that another thread writes has a value, ten seconds at most. */
+void tour_wait(const _Atomic int32_t *word, int32_t value);
+
 /* Waits for the windows to draw, and saves the screen. Returns 0, or a negative status. */
 int32_t tour_end(const char *picture);
 
