@@ -29,6 +29,7 @@
 #include "app/message/MessageAccess.h"
 #include "app/looper/MessengerAccess.h"
 #include "app/QuitAsked.h"
+#include "interface/menu/MenuTracker.h"
 #include "app/roster/RunningApps.h"
 #include "app/looper/Scripting.h"
 #include "server/screen/Display.h"
@@ -227,7 +228,11 @@ namespace {
 
 class QuitAsked {
 public:
-    QuitAsked() { sQuitsAsked++; }
+    QuitAsked()
+    {
+        sQuitsAsked++;
+        BPrivate::MenuTracker::CancelAll();
+    }
     ~QuitAsked() { sQuitsAsked--; }
     QuitAsked(const QuitAsked&) = delete;
 };

@@ -7,9 +7,15 @@
 #include <Menu.h>
 #include <Rect.h>
 
+#include <atomic>
 #include <string>
 
 class BMessage;
+
+namespace BPrivate {
+class Look;
+struct MenuPrivate;
+}
 
 /* One line of a menu: a label with a message, or the way to a submenu. Belongs to the menu it was
    added to. All calls want the lock of the menu's window, if it has one. */
@@ -53,22 +59,28 @@ protected:
 
 private:
     friend class BMenu;
+    friend class BMenuBar;
     friend class BPopUpMenu;
+    friend class BSeparatorItem;
+    friend struct BPrivate::MenuPrivate;
 
-    void _DrawMark(BMenu* menu) const;
-    void _DrawShortcut(BMenu* menu) const;
-    void _DrawSubmenuArrow(BMenu* menu) const;
-    std::string _ShortcutText() const;
+    void _Changed();
+    void _Redraw();
+    float _LabelRoom(const BPrivate::Look& look) const;
+    void _DrawTrigger(const BPrivate::Look& look, BPoint baseline, const char* label) const;
 
     std::string fLabel;
     BMenu* fSubmenu = nullptr;
     BMenu* fSuper = nullptr;
     BRect fBounds;
+    float fContentHeight = 0;  // as laid out last
+    int32 fTriggerAt = -1;     // the character of the label that is the trigger; -1 for none
     uint32 fModifiers = 0;
     char fShortcut = 0;
     char fTrigger = 0;
-    bool fMarked = false;
-    bool fEnabled = true;
+    // Read while an open menu draws.
+    std::atomic<bool> fMarked{false};
+    std::atomic<bool> fEnabled{true};
     bool fSelected = false;
 };
 

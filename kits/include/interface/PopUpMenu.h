@@ -4,7 +4,7 @@
 #include <Menu.h>
 #include <OS.h>
 
-#include <atomic>
+#include <memory>
 
 /* A menu that opens anywhere on the screen, in a window of its own. */
 class BPopUpMenu : public BMenu {
@@ -17,7 +17,23 @@ public:
     static BArchivable* Instantiate(BMessage* archive);
     virtual status_t Archive(BMessage* archive, bool deep = true) const;
 
+    virtual void MessageReceived(BMessage* message);
+    virtual void MouseDown(BPoint where);
+    virtual void MouseUp(BPoint where);
+    virtual void MouseMoved(BPoint where, uint32 transit, const BMessage* dragMessage);
     virtual void AttachedToWindow();
+    virtual void DetachedFromWindow();
+    virtual void AllAttached();
+    virtual void AllDetached();
+    virtual void FrameMoved(BPoint newPosition);
+    virtual void FrameResized(float newWidth, float newHeight);
+    virtual BHandler* ResolveSpecifier(BMessage* message, int32 index, BMessage* specifier,
+                                       int32 form, const char* property);
+    virtual status_t GetSupportedSuites(BMessage* data);
+    virtual status_t Perform(perform_code code, void* data);
+    virtual void ResizeToPreferred();
+    virtual void GetPreferredSize(float* _width, float* _height);
+    virtual void MakeFocus(bool state = true);
 
     /* Opens the menu with its left top at `where` on the screen and follows the pointer until an
        item is chosen, or none: a press elsewhere and Escape close it. Returns the item or null;
@@ -34,16 +50,16 @@ public:
 
 protected:
     virtual BPoint ScreenLocation();
+    BPopUpMenu& operator=(const BPopUpMenu& other);
 
 private:
-    class Tracker;
+    class Opening;
 
     void _WaitForTracking();
 
     BPoint fWhere;
     bool fAutoDestruct = false;
-    std::atomic<bool> fOpen{false};
-    std::atomic<bool> fClosing{false};  // no choice is waited for any longer
+    std::shared_ptr<Opening> fOpening;  // whether it is open; shared with who follows the user
     thread_id fTracking = -1;           // of the last asynchronous Go()
 };
 

@@ -347,7 +347,9 @@ private:
     void _Navigate(bool backwards, bool jump);
     BView* _DefaultButtonView() const;
     void _AddDefaultShortcuts();
-    void _RunShortcut(BMessage* key);
+    void _RunShortcut(BMessage* key, uint32 held);
+    bool _RunControlShortcut(BMessage* key, uint32 held);
+    bool _EnterMenuBar();
     void _SendShortcut(const BPrivate::Shortcut& shortcut, const BMessage* key);
     void _CloseByKey(const BMessage* key);
     void _Resized(float width, float height);

@@ -22,6 +22,7 @@ class Look {
 public:
     // What a control is like at present; together in a word.
     enum State : uint32 {
+        kPlain = 0,
         kDisabled = 1,
         kPressed = 2,  // held down by the pointer
         kOn = 4,
@@ -136,6 +137,25 @@ public:
     void DrawHashMarks(BRect rect, orientation direction, int32 count) const;
     // `filled` pixels of the inside are done.
     void DrawStatusBar(BRect bar, float filled, rgb_color color) const;
+
+    // --- menus
+
+    // The ground of an open menu, with its frame; of a bar, with its lower edge.
+    void DrawMenu(BRect bounds, rgb_color ground) const;
+    void DrawMenuBar(BRect bounds, rgb_color ground) const;
+    // The ground of an item; `ground` is the menu's.
+    void DrawMenuItem(BRect frame, rgb_color ground, uint32 state) const;
+    // What stands on the ground of an item: kOn is the selected one.
+    rgb_color MenuText(rgb_color ground, uint32 state) const;
+    // The line between items, lying or standing.
+    void DrawMenuLine(BRect frame, rgb_color ground, bool standing) const;
+    // In the room left of an item's label: a tick, or the dot of one of several choices.
+    void DrawMenuMark(BRect room, bool dot) const;
+    void DrawSubmenuArrow(BRect room) const;
+    // The title of a field, `frame` being all of it: a raised face, and the sign that a menu opens.
+    void DrawMenuTitle(BRect frame, bool marker, uint32 state) const;
+    // The strip at the end of a menu that is too tall for the screen.
+    void DrawMenuScroller(BRect frame, rgb_color ground, Way way, bool ended) const;
 
     // --- labels
 

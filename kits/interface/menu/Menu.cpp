@@ -1,4 +1,4 @@
-// Menus: their items, layout and drawing.
+// Menus: their items and modes. Layout and drawing have a file of their own.
 
 #include <Menu.h>
 
@@ -11,37 +11,15 @@
 #include <math.h>
 #include <string.h>
 
-static const float kItemGap = 1;  // pixels between two items
-static const float kBorder = 1;   // around all of them
+#include <interface/controls/Look.h>
+#include <interface/menu/MenuPrivate.h>
+#include <interface/menu/MenuTracker.h>
+#include <interface/menu/MenuWindow.h>
+#include <interface/view/ViewPrivate.h>
 
-static menu_info* menu_settings()
-{
-    static menu_info* const settings = [] {
-        auto* info = new menu_info();
-        info->font_size = be_plain_font->Size();
-        be_plain_font->GetFamilyAndStyle(&info->f_family, &info->f_style);
-        info->background_color = ui_color(B_MENU_BACKGROUND_COLOR);
-        info->click_to_open = true;
-        return info;
-    }();
-    return settings;
-}
-
-status_t get_menu_info(menu_info* info)
-{
-    if (info == nullptr)
-        return B_BAD_VALUE;
-    *info = *menu_settings();
-    return B_OK;
-}
-
-status_t set_menu_info(menu_info* info)
-{
-    if (info == nullptr)
-        return B_BAD_VALUE;
-    *menu_settings() = *info;
-    return B_OK;
-}
+using BPrivate::MenuPrivate;
+using BPrivate::MenuTracker;
+using BPrivate::ViewLock;
 
 BMenu::BMenu(const char* name, menu_layout layout)
     : BView(BRect(0, 0, 0, 0), name, B_FOLLOW_NONE, B_WILL_DRAW), fLayout(layout)
@@ -85,14 +63,22 @@ BMenu::BMenu(BMessage* archive) : BView(archive)
 
 void BMenu::_InitMenu()
 {
-    const float spacing = ceilf(be_plain_font->Size() / 2);  // the spacing of controls' labels
-    SetItemMargins(ceilf(2.3f * spacing), ceilf(spacing / 3), ceilf(spacing / 3 * 10), 0);
+    const menu_info info = BPrivate::menu_settings();
+    BFont font(be_plain_font);
+    font.SetFamilyAndStyle(info.f_family, info.f_style);
+    font.SetSize(info.font_size);
+    SetFont(&font, B_FONT_FAMILY_AND_STYLE | B_FONT_SIZE);
+    const BSize spacing(BPrivate::Look(font).LabelSpacing(), 0);
+    SetItemMargins(ceilf(2.3f * spacing.width), ceilf(spacing.width / 3),
+                   ceilf(spacing.width / 3 * 10), 0);
     SetViewColor(B_TRANSPARENT_COLOR);
-    SetLowColor(menu_settings()->background_color);
+    SetLowColor(info.background_color);
 }
 
 BMenu::~BMenu()
 {
+    MenuTracker::Forget(this);
+    RemoveSelf();  // of the window that it is open in
     RemoveItems(0, CountItems(), true);
     if (fSuperitem != nullptr)
         fSuperitem->fSubmenu = nullptr;
@@ -134,14 +120,27 @@ bool BMenu::_IsBelow(const BMenu* menu) const
     return menu != nullptr && above == menu;
 }
 
+// The window that the bar above stands in; null if there is none.
+BWindow* BMenu::_RootWindow() const
+{
+    const BMenu* root = this;
+    while (root->Supermenu() != nullptr)
+        root = root->Supermenu();
+    BWindow* const window = root->Window();
+    return dynamic_cast<BPrivate::MenuWindow*>(window) == nullptr ? window : nullptr;
+}
+
 bool BMenu::AddItem(BMenuItem* item, int32 index)
 {
     if (item == nullptr || item->fSuper != nullptr || index < 0 || index > CountItems() ||
         _IsBelow(item->Submenu()))
         return false;
+    ViewLock lock(this);
     if (!fItems.AddItem(item, index))
         return false;
     item->fSuper = this;
+    if (BWindow* window = _RootWindow())
+        MenuPrivate::SetDefaultTarget(item, nullptr, window);
     _ItemsChanged();
     if (item->IsMarked())
         _ItemMarked(item);
@@ -191,9 +190,13 @@ bool BMenu::AddSeparatorItem() { return AddItem(new BSeparatorItem()); }
 
 BMenuItem* BMenu::RemoveItem(int32 index)
 {
+    ViewLock lock(this);
     auto* item = static_cast<BMenuItem*>(fItems.RemoveItem(index));
     if (item == nullptr)
         return nullptr;
+    MenuTracker::Forget(item);
+    if (item->fSubmenu != nullptr)
+        MenuTracker::Forget(item->fSubmenu);
     if (fSelected == item)
         fSelected = nullptr;
     item->fSelected = false;
@@ -302,6 +305,7 @@ status_t BMenu::SetTargetForItems(BMessenger messenger)
 
 void BMenu::SetEnabled(bool enable)
 {
+    ViewLock lock(this);
     fEnabled = enable;
     if (fSuperitem != nullptr && fSuperitem->fEnabled != enable)
         fSuperitem->SetEnabled(enable);
@@ -376,6 +380,7 @@ void BMenu::SetTrackingHook(menu_tracking_hook hook, void* state)
 
 void BMenu::SortItems(int (*compare)(const BMenuItem*, const BMenuItem*))
 {
+    ViewLock lock(this);
     auto** items = static_cast<BMenuItem**>(fItems.Items());
     std::stable_sort(items, items + CountItems(),
                      [=](BMenuItem* a, BMenuItem* b) { return compare(a, b) < 0; });
@@ -384,6 +389,7 @@ void BMenu::SortItems(int (*compare)(const BMenuItem*, const BMenuItem*))
 
 bool BMenu::SwapItems(int32 indexA, int32 indexB)
 {
+    ViewLock lock(this);
     const bool swapped = fItems.SwapItems(indexA, indexB);
     _ItemsChanged();
     return swapped;
@@ -391,163 +397,85 @@ bool BMenu::SwapItems(int32 indexA, int32 indexB)
 
 bool BMenu::MoveItem(int32 indexFrom, int32 indexTo)
 {
+    ViewLock lock(this);
     const bool moved = fItems.MoveItem(indexFrom, indexTo);
     _ItemsChanged();
     return moved;
 }
 
-// --- layout and drawing
+bool BMenu::AddDynamicItem(add_state) { return false; }
 
-void BMenu::SetItemMargins(float left, float top, float right, float bottom)
+// --- opening
+
+void BMenu::Show() { Show(false); }
+
+void BMenu::Show(bool selectFirstItem)
 {
-    fMargins = BRect(left, top, right, bottom);
+    if (Window() == nullptr)
+        BPrivate::MenuWindow::Open(this, ScreenLocation());
+    ViewLock lock(this);
+    if (selectFirstItem)
+        _Select(MenuPrivate::NextChoice(this, nullptr, 1));
 }
 
-void BMenu::GetItemMargins(float* _left, float* _top, float* _right, float* _bottom) const
+void BMenu::Hide()
 {
-    if (_left != nullptr)
-        *_left = fMargins.left;
-    if (_top != nullptr)
-        *_top = fMargins.top;
-    if (_right != nullptr)
-        *_right = fMargins.right;
-    if (_bottom != nullptr)
-        *_bottom = fMargins.bottom;
+    if (!MenuTracker::Cancel(this))
+        BPrivate::MenuWindow::Close(this);
 }
 
-BPoint BMenu::ScreenLocation()
+BMenuItem* BMenu::Track(bool startOpened, BRect* specialRect)
 {
-    const BMenu* super = Supermenu();
-    if (super == nullptr)
-        return ConvertToScreen(BPoint(0, 0));
-    const BRect frame = fSuperitem->Frame();
-    return super->ConvertToScreen(super->Layout() == B_ITEMS_IN_ROW
-                                      ? BPoint(frame.left, frame.bottom + 1)
-                                      : BPoint(frame.right + 1, frame.top - kBorder));
+    MenuTracker::Options options;
+    options.sticky = startOpened;
+    if (specialRect != nullptr)
+        options.openRect = *specialRect;
+    options.where = Window() == nullptr ? ScreenLocation() : BPoint();
+    options.caller = dynamic_cast<BWindow*>(BLooper::LooperForThread(find_thread(nullptr)));
+    return MenuTracker::Make(this, options)->Run();
 }
 
-// Places the items in a row or column and tells the size of all; a matrix stays as it was made.
-void BMenu::_LayoutItems(float* _width, float* _height)
-{
-    BPoint end(kBorder, kBorder);
-    float breadth = 0;
-    const bool row = fLayout == B_ITEMS_IN_ROW;
-    for (int32 i = 0; fLayout != B_ITEMS_IN_MATRIX && i < CountItems(); i++) {
-        BMenuItem* item = ItemAt(i);
-        float width = 0;
-        float height = 0;
-        item->GetContentSize(&width, &height);
-        if (fMaxContentWidth > 0)
-            width = std::min(width, fMaxContentWidth);
-        width += fMargins.left + fMargins.right;
-        if (dynamic_cast<BSeparatorItem*>(item) == nullptr)
-            height += fMargins.top + fMargins.bottom;
-        item->fBounds = BRect(end.x, end.y, end.x + width - 1, end.y + height - 1);
-        breadth = std::max(breadth, row ? height : width);
-        (row ? end.x : end.y) += (row ? width : height) + (row ? 0 : kItemGap);
-    }
-    for (int32 i = 0; fLayout != B_ITEMS_IN_MATRIX && i < CountItems(); i++) {
-        BRect& bounds = ItemAt(i)->fBounds;
-        (row ? bounds.bottom : bounds.right) = kBorder + breadth - 1;
-    }
-    if (fLayout == B_ITEMS_IN_MATRIX) {
-        *_width = Bounds().Width();
-        *_height = Bounds().Height();
-    } else {
-        *_width = row ? end.x : 2 * kBorder + breadth - 1;
-        *_height = row ? 2 * kBorder + breadth - 1 : end.y - kItemGap + kBorder - 1;
-    }
-}
+// --- hooks of the view
 
-void BMenu::_ItemsChanged()
+// What is chosen in a menu or its submenus goes to the window unless a target was set, and no
+// longer once the menu has left it.
+void BMenu::_SetDefaultTargets(BWindow* before, BWindow* after)
 {
-    if (Window() != nullptr && fResizeToFit)
-        ResizeToPreferred();
-    Invalidate();
-}
-
-void BMenu::GetPreferredSize(float* _width, float* _height)
-{
-    float width;
-    float height;
-    _LayoutItems(&width, &height);
-    if (_width != nullptr)
-        *_width = width;
-    if (_height != nullptr)
-        *_height = height;
-}
-
-void BMenu::ResizeToPreferred()
-{
-    float width;
-    float height;
-    GetPreferredSize(&width, &height);
-    ResizeTo(width, height);
-}
-
-// What is chosen in a menu or its submenus goes to the window unless a target was set.
-void BMenu::_SetDefaultTargets(BWindow* window)
-{
-    for (int32 i = 0; i < CountItems(); i++) {
-        BMenuItem* item = ItemAt(i);
-        if (!item->Messenger().IsValid())
-            item->SetTarget(static_cast<BHandler*>(window));
-        if (item->Submenu() != nullptr)
-            item->Submenu()->_SetDefaultTargets(window);
-    }
+    for (int32 i = 0; i < CountItems(); i++)
+        MenuPrivate::SetDefaultTarget(ItemAt(i), before, after);
 }
 
 void BMenu::AttachedToWindow()
 {
     BView::AttachedToWindow();
-    if (fSuperitem == nullptr)
-        _SetDefaultTargets(Window());
+    if (fSuperitem == nullptr && dynamic_cast<BPrivate::MenuWindow*>(Window()) == nullptr)
+        _SetDefaultTargets(nullptr, Window());
     if (fResizeToFit)
         ResizeToPreferred();
 }
 
-void BMenu::DrawBackground(BRect)
+void BMenu::DetachedFromWindow()
 {
-    const rgb_color background = menu_settings()->background_color;
-    const BRect bounds = Bounds();
-    SetLowColor(background);
-    FillRect(bounds, B_SOLID_LOW);
-    SetHighColor(tint_color(background, B_DARKEN_3_TINT));
-    StrokeRect(bounds);
+    if (fSuperitem == nullptr && dynamic_cast<BPrivate::MenuWindow*>(Window()) == nullptr)
+        _SetDefaultTargets(Window(), nullptr);
+    BView::DetachedFromWindow();
 }
 
-void BMenu::DrawItems(BRect updateRect)
+void BMenu::AllAttached() { BView::AllAttached(); }
+void BMenu::AllDetached() { BView::AllDetached(); }
+void BMenu::MessageReceived(BMessage* message) { BView::MessageReceived(message); }
+void BMenu::KeyDown(const char* bytes, int32 numBytes) { BView::KeyDown(bytes, numBytes); }
+void BMenu::FrameMoved(BPoint where) { BView::FrameMoved(where); }
+void BMenu::FrameResized(float width, float height) { BView::FrameResized(width, height); }
+void BMenu::MakeFocus(bool focus) { BView::MakeFocus(focus); }
+void BMenu::LayoutInvalidated(bool descendants) { BView::LayoutInvalidated(descendants); }
+void BMenu::DoLayout() { BView::DoLayout(); }
+status_t BMenu::Perform(perform_code code, void* data) { return BView::Perform(code, data); }
+
+BHandler* BMenu::ResolveSpecifier(BMessage* message, int32 index, BMessage* specifier, int32 form,
+                                  const char* property)
 {
-    for (int32 i = 0; i < CountItems(); i++) {
-        if (ItemAt(i)->Frame().Intersects(updateRect))
-            ItemAt(i)->Draw();
-    }
+    return BView::ResolveSpecifier(message, index, specifier, form, property);
 }
 
-void BMenu::Draw(BRect updateRect)
-{
-    DrawBackground(updateRect);
-    DrawItems(updateRect);
-}
-
-BMenuItem* BMenu::_HitTest(BPoint where) const
-{
-    for (int32 i = 0; i < CountItems(); i++) {
-        if (ItemAt(i)->Frame().Contains(where))
-            return ItemAt(i);
-    }
-    return nullptr;
-}
-
-void BMenu::_Select(BMenuItem* item)
-{
-    if (item == fSelected)
-        return;
-    for (BMenuItem* changed : {fSelected, item}) {
-        if (changed != nullptr) {
-            changed->fSelected = changed == item;
-            changed->Highlight(changed->fSelected);
-        }
-    }
-    fSelected = item;
-}
+status_t BMenu::GetSupportedSuites(BMessage* data) { return BView::GetSupportedSuites(data); }

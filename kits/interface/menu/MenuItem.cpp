@@ -7,11 +7,18 @@
 #include <Message.h>
 #include <Window.h>
 
+#include <algorithm>
 #include <math.h>
 #include <string.h>
+#include <vector>
 
-static const rgb_color kText = {0, 0, 0, 255};
-static const float kSubmenuArrow = 10;
+#include <interface/controls/Look.h>
+#include <interface/menu/MenuPrivate.h>
+#include <interface/view/ViewPrivate.h>
+
+using BPrivate::Look;
+using BPrivate::MenuPrivate;
+using BPrivate::ViewLock;
 
 BMenuItem::BMenuItem(const char* label, BMessage* message, char shortcut, uint32 modifiers)
     : BInvoker(message, nullptr, nullptr),
@@ -90,32 +97,50 @@ status_t BMenuItem::Archive(BMessage* archive, bool deep) const
     return status;
 }
 
-void BMenuItem::SetLabel(const char* name)
+// The label has another size, or the item another look. The items of an open submenu are guarded by
+// the lock of its window as well.
+void BMenuItem::_Changed()
 {
-    fLabel = name != nullptr ? name : "";
     if (fSuper != nullptr)
         fSuper->_ItemsChanged();
 }
 
+void BMenuItem::_Redraw()
+{
+    if (fSuper != nullptr && fSuper->Window() != nullptr)
+        fSuper->Invalidate(Frame());
+}
+
+void BMenuItem::SetLabel(const char* name)
+{
+    std::string label(name != nullptr ? name : "");
+    if (fSuper == nullptr) {
+        fLabel = std::move(label);
+        return;
+    }
+    ViewLock lock(fSuper);
+    fLabel = std::move(label);
+    _Changed();
+}
+
 void BMenuItem::SetEnabled(bool enable)
 {
-    if (fEnabled == enable)
+    if (fEnabled.exchange(enable) == enable)
         return;
-    fEnabled = enable;
     if (fSubmenu != nullptr)
         fSubmenu->SetEnabled(enable);
-    if (fSuper != nullptr)
-        fSuper->Invalidate(fBounds);
+    _Redraw();
 }
 
 void BMenuItem::SetMarked(bool mark)
 {
-    fMarked = mark;
+    const bool changed = fMarked.exchange(mark) != mark;
     if (fSuper == nullptr)
         return;
     if (mark)
         fSuper->_ItemMarked(this);
-    fSuper->Invalidate(fBounds);
+    if (changed)
+        _Redraw();
 }
 
 void BMenuItem::SetTrigger(char trigger) { fTrigger = trigger; }
@@ -124,8 +149,7 @@ void BMenuItem::SetShortcut(char shortcut, uint32 modifiers)
 {
     fShortcut = shortcut;
     fModifiers = shortcut != 0 ? modifiers | B_COMMAND_KEY : 0;
-    if (fSuper != nullptr)
-        fSuper->_ItemsChanged();
+    _Changed();
 }
 
 const char* BMenuItem::Label() const { return fLabel.c_str(); }
@@ -133,7 +157,13 @@ bool BMenuItem::IsMarked() const { return fMarked; }
 char BMenuItem::Trigger() const { return fTrigger; }
 BMenu* BMenuItem::Submenu() const { return fSubmenu; }
 BMenu* BMenuItem::Menu() const { return fSuper; }
-BRect BMenuItem::Frame() const { return fBounds; }
+
+BRect BMenuItem::Frame() const
+{
+    if (fSuper != nullptr && !fSuper->fLaidOut)
+        fSuper->_LayoutItems();
+    return fBounds;
+}
 bool BMenuItem::IsSelected() const { return fSelected; }
 
 bool BMenuItem::IsEnabled() const { return fEnabled && (fSuper == nullptr || fSuper->IsEnabled()); }
@@ -145,40 +175,27 @@ char BMenuItem::Shortcut(uint32* _modifiers) const
     return fShortcut;
 }
 
-std::string BMenuItem::_ShortcutText() const
-{
-    if (fShortcut == 0)
-        return std::string();
-    std::string text;
-    if ((fModifiers & B_SHIFT_KEY) != 0)
-        text += "Shift+";
-    if ((fModifiers & B_CONTROL_KEY) != 0)
-        text += "Ctrl+";
-    if ((fModifiers & B_OPTION_KEY) != 0)
-        text += "Opt+";
-    return text + "Alt+" + fShortcut;
-}
+// --- drawing
 
 void BMenuItem::GetContentSize(float* _width, float* _height)
 {
     BFont font;
     if (fSuper != nullptr)
         fSuper->GetFont(&font);
-    font_height height;
-    font.GetHeight(&height);
-    float width = ceilf(font.StringWidth(Label()));
+    const Look look(font);
+    float width = look.TextWidth(Label());
     if (fShortcut != 0)
-        width += font.Size() + ceilf(font.StringWidth(_ShortcutText().c_str()));
-    if (fSubmenu != nullptr)
-        width += kSubmenuArrow;
+        width += font.Size() + look.TextWidth(MenuPrivate::ShortcutText(this).c_str());
     if (_width != nullptr)
         *_width = width;
     if (_height != nullptr)
-        *_height = ceilf(height.ascent + height.descent + height.leading);
+        *_height = look.LineHeight();
 }
 
 void BMenuItem::TruncateLabel(float maxWidth, char* newLabel)
 {
+    if (newLabel == nullptr)
+        return;
     BFont font;
     if (fSuper != nullptr)
         fSuper->GetFont(&font);
@@ -187,12 +204,24 @@ void BMenuItem::TruncateLabel(float maxWidth, char* newLabel)
     strcpy(newLabel, label.String());
 }
 
+// In the middle of a line that other items made higher.
 BPoint BMenuItem::ContentLocation() const
 {
-    BPoint where = fBounds.LeftTop();
-    if (fSuper != nullptr)
-        where += BPoint(fSuper->fMargins.left, fSuper->fMargins.top);
-    return where;
+    if (fSuper == nullptr)
+        return fBounds.LeftTop();
+    const BRect& margins = fSuper->fMargins;
+    const float room = fBounds.Height() + 1 - margins.top - margins.bottom;
+    const float spare = std::max(0.0f, floorf((room - fContentHeight) / 2));
+    return fBounds.LeftTop() + BPoint(margins.left, margins.top + spare);
+}
+
+// The room for the label between the margins, without that of the shortcut.
+float BMenuItem::_LabelRoom(const Look& look) const
+{
+    float room = fBounds.Width() + 1 - fSuper->fMargins.left - fSuper->fMargins.right;
+    if (fShortcut != 0)
+        room -= look.Size() + look.TextWidth(MenuPrivate::ShortcutText(this).c_str());
+    return room;
 }
 
 void BMenuItem::DrawContent()
@@ -200,40 +229,30 @@ void BMenuItem::DrawContent()
     BMenu* menu = Menu();
     if (menu == nullptr)
         return;
-    font_height height;
-    menu->GetFontHeight(&height);
+    const Look look(menu);
     const BPoint where = ContentLocation();
-    menu->MovePenTo(where.x, where.y + ceilf(height.ascent));
-    menu->DrawString(Label());
-}
-
-void BMenuItem::_DrawMark(BMenu* menu) const
-{
-    const float middle = floorf((fBounds.top + fBounds.bottom) / 2);
-    const float left = fBounds.left + 3;
-    for (float row = 0; row < 2; row++) {  // a tick, two pixels thick
-        menu->StrokeLine(BPoint(left, middle + row), BPoint(left + 2, middle + 2 + row));
-        menu->StrokeLine(BPoint(left + 2, middle + 2 + row), BPoint(left + 7, middle - 3 + row));
+    const BPoint baseline(where.x, where.y + look.Ascent());
+    const float room = _LabelRoom(look);
+    if (look.TextWidth(Label()) <= room) {
+        look.DrawText(Label(), baseline, 0);
+        _DrawTrigger(look, baseline, Label());
+        return;
     }
+    std::vector<char> shorter(fLabel.size() + sizeof("\u2026"));
+    TruncateLabel(room, shorter.data());
+    look.DrawText(shorter.data(), baseline, 0);
 }
 
-void BMenuItem::_DrawShortcut(BMenu* menu) const
+void BMenuItem::_DrawTrigger(const Look& look, BPoint baseline, const char* label) const
 {
-    const std::string text = _ShortcutText();
-    font_height height;
-    menu->GetFontHeight(&height);
-    const float width = menu->StringWidth(text.c_str());
-    menu->MovePenTo(fBounds.right - menu->fMargins.right / 2 - width,
-                    ContentLocation().y + ceilf(height.ascent));
-    menu->DrawString(text.c_str());
-}
-
-void BMenuItem::_DrawSubmenuArrow(BMenu* menu) const
-{
-    const float middle = floorf((fBounds.top + fBounds.bottom) / 2);
-    const float right = fBounds.right - 5;
-    menu->FillTriangle(BPoint(right - 4, middle - 4), BPoint(right, middle),
-                       BPoint(right - 4, middle + 4));
+    if (!fSuper->fShowsTriggers || fTriggerAt < 0)
+        return;
+    const std::string text(label);
+    const float left = look.TextWidth(text.substr(0, fTriggerAt).c_str());
+    const float width = look.TextWidth(text.substr(fTriggerAt, 1).c_str());
+    const float top = baseline.y + 1 + look.Line();
+    look.Fill(BRect(baseline.x + left, top, baseline.x + left + width - 1, top + look.Line() - 1),
+              fSuper->HighColor());
 }
 
 void BMenuItem::Draw()
@@ -241,25 +260,39 @@ void BMenuItem::Draw()
     BMenu* menu = Menu();
     if (menu == nullptr)
         return;
-    const rgb_color background =
-        ui_color(fSelected ? B_MENU_SELECTED_BACKGROUND_COLOR : B_MENU_BACKGROUND_COLOR);
-    menu->SetLowColor(background);
-    menu->FillRect(fBounds, B_SOLID_LOW);
-    menu->SetHighColor(IsEnabled() ? kText : tint_color(background, B_DISABLED_LABEL_TINT));
+    const rgb_color ground = BPrivate::menu_ground();
+    const uint32 state = MenuPrivate::State(IsEnabled(), fSelected);
+    Look(menu).DrawMenuItem(fBounds, ground, state);
+    const rgb_color text = Look(menu).MenuText(ground, state);
+    menu->SetHighColor(text);
+    menu->MovePenTo(ContentLocation());
     DrawContent();
+    // What the item draws itself may have left any colour.
+    menu->SetDrawingMode(B_OP_COPY);
+    menu->SetHighColor(text);
+    const Look look(menu);
+    const BRect& margins = menu->fMargins;
+    const BRect frame = fBounds;
     if (fMarked)
-        _DrawMark(menu);
-    if (fShortcut != 0)
-        _DrawShortcut(menu);
-    if (fSubmenu != nullptr)
-        _DrawSubmenuArrow(menu);
+        look.DrawMenuMark(BRect(frame.left, frame.top, frame.left + margins.left - 1, frame.bottom),
+                          menu->IsRadioMode());
+    const float right = frame.right - margins.right;
+    if (fShortcut != 0) {
+        const std::string keys = MenuPrivate::ShortcutText(this);
+        menu->SetHighColor(text);
+        look.DrawText(
+            keys.c_str(),
+            BPoint(right + 1 - look.TextWidth(keys.c_str()), ContentLocation().y + look.Ascent()),
+            0);
+    }
+    if (fSubmenu != nullptr && menu->Layout() != B_ITEMS_IN_ROW) {
+        menu->SetHighColor(text);
+        look.DrawSubmenuArrow(
+            BRect(frame.right - margins.right + 1, frame.top, frame.right, frame.bottom));
+    }
 }
 
-void BMenuItem::Highlight(bool)
-{
-    if (fSuper != nullptr)
-        fSuper->Invalidate(fBounds);
-}
+void BMenuItem::Highlight(bool) { _Redraw(); }
 
 status_t BMenuItem::Invoke(BMessage* message)
 {

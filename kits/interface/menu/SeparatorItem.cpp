@@ -8,6 +8,9 @@
 #include <algorithm>
 #include <math.h>
 
+#include <interface/controls/Look.h>
+#include <interface/menu/MenuPrivate.h>
+
 BSeparatorItem::BSeparatorItem() : BMenuItem("", nullptr) { BMenuItem::SetEnabled(false); }
 
 BSeparatorItem::BSeparatorItem(BMessage* data) : BMenuItem(data) { BMenuItem::SetEnabled(false); }
@@ -43,13 +46,6 @@ void BSeparatorItem::Draw()
     BMenu* menu = Menu();
     if (menu == nullptr)
         return;
-    const BRect frame = Frame();
-    const rgb_color background = ui_color(B_MENU_BACKGROUND_COLOR);
-    menu->SetLowColor(background);
-    menu->FillRect(frame, B_SOLID_LOW);
-    const float y = floorf((frame.top + frame.bottom) / 2);
-    menu->SetHighColor(tint_color(background, B_DARKEN_2_TINT));
-    menu->StrokeLine(BPoint(frame.left + 1, y), BPoint(frame.right - 1, y));
-    menu->SetHighColor(tint_color(background, B_LIGHTEN_2_TINT));
-    menu->StrokeLine(BPoint(frame.left + 1, y + 1), BPoint(frame.right - 1, y + 1));
+    BPrivate::Look(menu).DrawMenuLine(Frame(), BPrivate::menu_ground(),
+                                      menu->Layout() == B_ITEMS_IN_ROW);
 }

@@ -44,6 +44,9 @@ bool BWindow::_DispatchToWindow(BMessage* message)
             return true;
         case BPrivate::kDragEndMessage:
             return true;  // it goes with what it carries
+        case BPrivate::kMenusEnded:
+            MenusEnded();
+            return true;
         case B_PULSE:
             return _Pulse();
         case B_KEY_DOWN:

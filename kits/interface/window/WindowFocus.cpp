@@ -16,6 +16,7 @@ using BPrivate::InputMessage;
 using BPrivate::ViewPrivate;
 
 static const int32 kTabKey = 0x26;
+static const int32 kF10Key = 0x0b;
 static const int32 kHeldModifiers =
     B_SHIFT_KEY | B_COMMAND_KEY | B_CONTROL_KEY | B_OPTION_KEY | B_MENU_KEY;
 
@@ -61,10 +62,16 @@ bool BWindow::_KeyDown(BMessage* message)
     int32 key = 0;
     message->FindInt32("key", &key);
     const int32 held = held_modifiers(message);
+    if (held == B_COMMAND_KEY && types(message, B_ESCAPE) && _EnterMenuBar())
+        return true;
     if ((held & B_COMMAND_KEY) != 0) {
-        _RunShortcut(message);
+        _RunShortcut(message, held);
         return true;
     }
+    if ((held & B_CONTROL_KEY) != 0 && _RunControlShortcut(message, held))
+        return true;
+    if (key == kF10Key && held == 0 && _EnterMenuBar())
+        return true;
     if (key == kTabKey && (held & ~B_SHIFT_KEY) == B_OPTION_KEY) {
         _Navigate((held & B_SHIFT_KEY) != 0, true);
         return true;

@@ -33,6 +33,7 @@ const uint32 kUpdateMessage = '_UPD';
 const uint32 kUncoveredMessage = '_UNC';  // "rect" of the window
 const uint32 kZoomedMessage = '_ZMD';     // by the screen; place and size are messages of their own
 const uint32 kDragEndMessage = '_DRE';
+const uint32 kMenusEnded = '_MND';
 
 // The move at the end of a window's queue, as long as a newer one may still take its place.
 struct OpenMove {
@@ -98,6 +99,7 @@ struct [[gnu::visibility("hidden")]] WindowData : public server::EventSink
 {
     explicit WindowData(BWindow * window);
     virtual ~WindowData();
+    static WindowData* Of(const BWindow* window) { return window->fData; }
 
     void Deliver(const server::Event& event) override;
 
@@ -169,6 +171,7 @@ struct [[gnu::visibility("hidden")]] WindowData : public server::EventSink
     std::map<ShortcutKey, Shortcut> shortcuts;
     BButton* defaultButton = nullptr;  // only compared with the views that are there
     BMenuBar* keyMenuBar = nullptr;
+    std::vector<BMenuBar*> menuBars;  // those in the window, whose shortcuts its keys are
     BLayout* layout = nullptr;
     int32 alignment[9] = {};  // mode, then SetWindowAlignment()'s numbers in order
     std::map<BWindow*, server::Window*> subset;  // only compared: they may be gone

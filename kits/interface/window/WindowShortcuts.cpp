@@ -9,8 +9,12 @@
 #include <Messenger.h>
 #include <View.h>
 
+#include <algorithm>
+
+#include <interface/menu/MenuPrivate.h>
 #include <interface/window/WindowPrivate.h>
 
+using BPrivate::MenuPrivate;
 using BPrivate::Shortcut;
 using BPrivate::ShortcutKey;
 
@@ -30,6 +34,7 @@ static const DefaultShortcut kDefaults[] = {
     {'c', Shortcut::To::Focus, B_COPY},
     {'v', Shortcut::To::Focus, B_PASTE},
     {'a', Shortcut::To::Focus, B_SELECT_ALL},
+    {'z', Shortcut::To::Focus, B_UNDO},
 };
 
 static ShortcutKey shortcut_key(uint32 key, uint32 modifiers)
@@ -37,6 +42,19 @@ static ShortcutKey shortcut_key(uint32 key, uint32 modifiers)
     if (key >= 'A' && key <= 'Z')
         key += 'a' - 'A';
     return {key, (modifiers & kShortcutModifiers) | B_COMMAND_KEY};
+}
+
+// The item of the window's bars that a key stands for; null if none.
+static BMenuItem* find_menu_item(const std::vector<BMenuBar*>& bars,
+                                 const std::vector<ShortcutKey>& keys)
+{
+    for (const ShortcutKey& key : keys) {
+        for (const BMenuBar* bar : bars) {
+            if (BMenuItem* item = MenuPrivate::ByShortcut(bar, key.first, key.second))
+                return item;
+        }
+    }
+    return nullptr;
 }
 
 void BWindow::_AddDefaultShortcuts()
@@ -70,7 +88,9 @@ void BWindow::AddShortcut(uint32 key, uint32 modifiers, BMessage* message, BHand
 bool BWindow::HasShortcut(uint32 key, uint32 modifiers)
 {
     BAutolock lock(this);
-    return lock.IsLocked() && fData->shortcuts.count(shortcut_key(key, modifiers)) != 0;
+    const ShortcutKey wanted = shortcut_key(key, modifiers);
+    return lock.IsLocked() && (fData->shortcuts.count(wanted) != 0 ||
+                               find_menu_item(fData->menuBars, {wanted}) != nullptr);
 }
 
 void BWindow::RemoveShortcut(uint32 key, uint32 modifiers)
@@ -81,24 +101,23 @@ void BWindow::RemoveShortcut(uint32 key, uint32 modifiers)
 }
 
 // The keys that a press may stand for: the one without modifiers first, then the character typed,
-// for which Shift may have been needed.
-static const Shortcut* find_shortcut(const std::map<ShortcutKey, Shortcut>& shortcuts,
-                                     const BMessage* message)
+// for which Shift may have been needed. `held` are the modifiers, as they are or as they count.
+static std::vector<ShortcutKey> candidates(const BMessage* message, uint32 held)
 {
-    int32 modifiers = 0, raw = 0;
+    int32 raw = 0;
     int8 byte = 0;
-    message->FindInt32("modifiers", &modifiers);
     message->FindInt32("raw_char", &raw);
     message->FindInt8("byte", &byte);
-    const uint32 held = static_cast<uint32>(modifiers) & kShortcutModifiers;
     const uint32 typed = static_cast<uint8>(byte);
-    const ShortcutKey candidates[] = {
-        shortcut_key(static_cast<uint32>(raw), held),
-        shortcut_key(typed, held),
-        shortcut_key(typed, held & ~B_SHIFT_KEY),
-    };
-    for (const ShortcutKey& candidate : candidates) {
-        const auto found = shortcuts.find(candidate);
+    return {shortcut_key(static_cast<uint32>(raw), held), shortcut_key(typed, held),
+            shortcut_key(typed, held & ~B_SHIFT_KEY)};
+}
+
+static const Shortcut* find_shortcut(const std::map<ShortcutKey, Shortcut>& shortcuts,
+                                     const std::vector<ShortcutKey>& keys)
+{
+    for (const ShortcutKey& key : keys) {
+        const auto found = shortcuts.find(key);
         if (found != shortcuts.end())
             return &found->second;
     }
@@ -123,13 +142,43 @@ void BWindow::_CloseByKey(const BMessage* key)
     PostMessage(&request);
 }
 
-void BWindow::_RunShortcut(BMessage* key)
+// Menus have the first word; what they have disabled is nobody's.
+void BWindow::_RunShortcut(BMessage* key, uint32 held)
 {
+    const std::vector<ShortcutKey> keys = candidates(key, held);
     // The program may bring its menus, and with them its shortcuts, up to date.
     MenusBeginning();
-    if (const Shortcut* shortcut = find_shortcut(fData->shortcuts, key))
+    if (BMenuItem* item = find_menu_item(fData->menuBars, keys))
+        MenuPrivate::Invoke(item);
+    else if (const Shortcut* shortcut = find_shortcut(fData->shortcuts, keys))
         _SendShortcut(*shortcut, key);
     MenusEnded();
+}
+
+// A Control key that is a shortcut counts as the Command key, which is where users of this host
+// look for it; every other one stays what it is.
+bool BWindow::_RunControlShortcut(BMessage* key, uint32 held)
+{
+    if (!BPrivate::control_is_command())
+        return false;
+    const uint32 counted = (held & ~static_cast<uint32>(B_CONTROL_KEY)) | B_COMMAND_KEY;
+    const std::vector<ShortcutKey> keys = candidates(key, counted);
+    if (find_menu_item(fData->menuBars, keys) == nullptr &&
+        find_shortcut(fData->shortcuts, keys) == nullptr)
+        return false;
+    _RunShortcut(key, counted);
+    return true;
+}
+
+// The key that enters the bar. False if there is none to be entered.
+bool BWindow::_EnterMenuBar()
+{
+    const std::vector<BMenuBar*>& bars = fData->menuBars;
+    const auto bar = std::find(bars.begin(), bars.end(), fData->keyMenuBar);
+    if (bar == bars.end() || (*bar)->CountItems() == 0)
+        return false;
+    MenuPrivate::StartBar(*bar);
+    return true;
 }
 
 void BWindow::_SendShortcut(const Shortcut& shortcut, const BMessage* key)

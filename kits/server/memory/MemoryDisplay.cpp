@@ -85,6 +85,7 @@ public:
     void ActivateWorkspace(int32 workspace) override { stage().ShowWorkspace(workspace); }
     void SetWorkspaceCount(int32 count) override { stage().SetWorkspaceCount(count); }
     void UpdateCursors() override {}
+    void InputHeld(bool) override {}
     std::shared_ptr<Clipboard> SystemClipboard() override { return fClipboard; }
 
     // There is nothing to be ended: the windows stay with their owners, who destroy them.

@@ -193,6 +193,22 @@ void NativeWindow::_TellFrame()
         {margins.left(), margins.top()});
 }
 
+bool NativeWindow::Grab(bool grab)
+{
+    if (grab == fGrabbing)
+        return grab;
+    fGrabbing = setMouseGrabEnabled(grab) && grab;
+    return fGrabbing;
+}
+
+// The grab of a window that is not to be seen has ended: another menu takes it.
+void NativeWindow::hideEvent(QHideEvent*)
+{
+    if (Grab(false) || !IsMenu())
+        return;
+    fOwner->UpdateGrab();
+}
+
 // The window comes into sight or goes out of it. What is uncovered later is told by paint events.
 void NativeWindow::exposeEvent(QExposeEvent*)
 {
@@ -214,6 +230,8 @@ void NativeWindow::paintEvent(QPaintEvent* event)
 
 void NativeWindow::_Repaint()
 {
+    if (IsMenu())
+        fOwner->UpdateGrab();
     _TellFrame();
     fOwner->Pixels().Touch();
     fTimer.stop();

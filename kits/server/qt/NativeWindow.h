@@ -27,6 +27,11 @@ public:
     void SetPlace(BRect frame);
     void SetLimits(const WindowSpec& spec);
     void SetCursorImage(const Cursor& image, bool hidden);
+    // A menu's window, which may grab the pointer: presses on other programs' windows then come
+    // here too.
+    bool IsMenu() const { return (flags() & Qt::BypassWindowManagerHint) != 0; }
+    bool IsGrabbing() const { return fGrabbing; }
+    bool Grab(bool grab);
     // Brings what waits to the screen with its next frame.
     void ScheduleFlush();
     // From here on nobody is told of anything: the owner goes.
@@ -34,6 +39,7 @@ public:
 
 protected:
     bool event(QEvent* event) override;
+    void hideEvent(QHideEvent* event) override;
     void exposeEvent(QExposeEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
     void moveEvent(QMoveEvent* event) override;
@@ -63,6 +69,7 @@ private:
     QtWindow* fOwner;  // null: gone
     QBackingStore fStore;
     bool fWasShown = false;  // the next paint event is that of its coming into sight
+    bool fGrabbing = false;
     QBasicTimer fTimer;      // runs while something waits for the next frame
     bigtime_t fLastFlush = 0;
 };

@@ -8,6 +8,7 @@
 #include <QScreen>
 #include <QWindow>
 
+#include <algorithm>
 #include <clocale>
 #include <cerrno>
 #include <cstdlib>
@@ -247,6 +248,36 @@ void QtDisplay::UpdateCursors()
 {
     for (ScreenWindow* window : stage().Windows())
         static_cast<QtWindow*>(window)->UpdateCursor();
+}
+
+void QtDisplay::InputHeld(bool)
+{
+    Post([this] { UpdateGrab(); });
+}
+
+void QtDisplay::UpdateGrab()
+{
+    // Nothing is deleted but on this thread.
+    std::vector<NativeWindow*> menus;
+    bool held;
+    {
+        StageLock lock;
+        held = stage().IsInputHeld();
+        for (ScreenWindow* window : stage().Windows()) {
+            NativeWindow* native = static_cast<QtWindow*>(window)->Native();
+            if (native != nullptr && native->IsMenu())
+                menus.push_back(native);
+        }
+    }
+    const bool grabbed =
+        held && std::any_of(menus.begin(), menus.end(),
+                            [](const NativeWindow* native) { return native->IsGrabbing(); });
+    for (NativeWindow* native : menus) {
+        if (!held)
+            native->Grab(false);
+        else if (!grabbed && native->isExposed() && native->Grab(true))
+            return;
+    }
 }
 
 void QtDisplay::Shutdown()

@@ -36,6 +36,7 @@ public:
     void ActivateWorkspace(int32 workspace) override;
     void SetWorkspaceCount(int32 count) override;
     void UpdateCursors() override;
+    void InputHeld(bool held) override;
     std::shared_ptr<Clipboard> SystemClipboard() override { return fClipboard; }
     void Shutdown() override;
 
@@ -47,6 +48,8 @@ public:
     // The time, in system_time()'s base, of an event with this time stamp of the host's. Stage
     // locked.
     bigtime_t TimeOf(uint64 host_ms);
+    // While menus hold the input one of their windows grabs the pointer. Server's thread.
+    void UpdateGrab();
     // The X server's side of things; null elsewhere. Server's thread.
     X11Screen* X11() const { return fX11.get(); }
 

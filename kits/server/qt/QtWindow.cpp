@@ -350,6 +350,8 @@ std::unique_ptr<NativeWindow> QtWindow::TakeNative()
 
 bigtime_t QtWindow::TimeOf(uint64 host_ms) const { return fDisplay->TimeOf(host_ms); }
 
+void QtWindow::UpdateGrab() { fDisplay->UpdateGrab(); }
+
 bigtime_t QtWindow::FrameInterval() const
 {
     StageLock lock;

@@ -47,6 +47,9 @@ public:
     bool IsNative(uint32 id) const;
     // The native window, which knows nothing of this one any more. Stage locked; null if none.
     std::unique_ptr<NativeWindow> TakeNative();
+    NativeWindow* Native() const { return fNative.get(); }
+    // Which window of the menus takes the pointer may have changed.
+    void UpdateGrab();
     bigtime_t FrameInterval() const;
     // When something happened of which the host says that it was then; stage locked.
     bigtime_t TimeOf(uint64 host_ms) const;

@@ -25,6 +25,8 @@ public:
     virtual void SetWorkspaceCount(int32 count) = 0;
     // The cursor of the application, or of no window at all, changed.
     virtual void UpdateCursors() = 0;
+    // Menus hold the input, or no one does any more: presses on other programs' windows count too.
+    virtual void InputHeld(bool held) = 0;
     // Not locked.
     virtual std::shared_ptr<Clipboard> SystemClipboard() = 0;
     // Ends threads and native windows; not locked, waits. Other threads may still be inside calls,

@@ -188,6 +188,24 @@ EventSink* SinkAt(BPoint screenWhere, BPoint* where)
     return window->Sink();
 }
 
+void HoldInput(EventSink* sink, EventSink* owner, BPoint* screenWhere, uint32* buttons)
+{
+    Backend* display = backend();
+    StageLock lock;
+    stage().HoldInput(sink, owner);
+    *screenWhere = stage().Pointer();
+    *buttons = static_cast<uint32>(stage().Buttons());
+    display->InputHeld(true);
+}
+
+void ReleaseInput(EventSink* sink)
+{
+    Backend* display = backend();
+    StageLock lock;
+    if (stage().ReleaseInput(sink))
+        display->InputHeld(false);
+}
+
 int32 CountWorkspaces()
 {
     Backend* display = backend();

@@ -160,6 +160,15 @@ void SetClickSpeed(bigtime_t speed);
 // used while the caller knows that the window lives.
 EventSink* SinkAt(BPoint screenWhere, BPoint* where);
 
+// Takes all input from here on, as an open menu does: presses anywhere on the screen, the keys, and
+// moves; `where` of the events is their place on the screen. The newest of several sinks gets the
+// keys, all get the pointer. A press that began before still ends at its window as well.
+// `Activated` tells that `owner`, or where that is null the window that is active at present, no
+// longer is. Returns pointer and buttons of this moment.
+void HoldInput(EventSink* sink, EventSink* owner, BPoint* screenWhere, uint32* buttons);
+// No event reaches the sink once this returns.
+void ReleaseInput(EventSink* sink);
+
 // Workspaces. The host's where it has some, else one; those in memory are four.
 int32 CountWorkspaces();
 int32 CurrentWorkspace();

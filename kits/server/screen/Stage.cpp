@@ -44,6 +44,7 @@ void Stage::Remove(ScreenWindow* window)
     for (ScreenWindow* other : fWindows)
         other->Forget(window);
     fClicks.Forget(window);
+    fHolders.Deactivated(window);
     if (fHover == window)
         fHover = nullptr;
     if (fPressed == window)
@@ -92,8 +93,10 @@ void Stage::SetActive(ScreenWindow* window)
     Event event;
     event.kind = EventKind::Activated;
     ScreenWindow* before = std::exchange(fActive, window);
-    if (before != nullptr)
+    if (before != nullptr) {
         before->Deliver(event);
+        fHolders.Deactivated(before);
+    }
     event.active = true;
     if (window != nullptr)
         window->Deliver(event);
@@ -229,6 +232,10 @@ void Stage::MovePointer(BPoint where, ScreenWindow* target, bigtime_t when)
     fCursorObscured = fCursorObscured && where == fPointer;
     fPointer = where;
     _InputAt(when);
+    if (IsInputHeld())
+        fHolders.Tell(_ScreenEvent(EventKind::MouseMoved));
+    if (IsInputHeld() || fHeldPress)
+        return;
     target = _PointerTarget(target);
     _Enter(target);
     if (target != nullptr && !fSwallow)
@@ -241,6 +248,59 @@ void Stage::LeavePointer(ScreenWindow* window)
         _Enter(nullptr);
 }
 
+void Stage::HoldInput(EventSink* sink, const EventSink* owner)
+{
+    const ScreenWindow* window = fActive;
+    for (const ScreenWindow* each : fWindows) {
+        if (owner != nullptr && each->Sink() == owner)
+            window = each;
+    }
+    if (fPressed == nullptr)
+        _Enter(nullptr);
+    fHolders.Add(sink, window);
+}
+
+bool Stage::ReleaseInput(EventSink* sink)
+{
+    fHolders.Remove(sink);
+    if (IsInputHeld())
+        return false;
+    if (!fHeldPress && fPressed == nullptr)
+        MovePointer(fPointer, nullptr, fLastInput);  // the windows see it again
+    return true;
+}
+
+Event Stage::_ScreenEvent(EventKind kind) const
+{
+    Event event;
+    event.kind = kind;
+    event.when = fLastInput;
+    event.where = event.screenWhere = fPointer;
+    event.buttons = fButtons;
+    event.modifiers = fKeyboard.Modifiers();
+    return event;
+}
+
+// True if the change of a button is nothing to any window.
+bool Stage::_HeldButton(int32 button, bool down)
+{
+    if (down && fButtons == button)
+        fHeldPress = IsInputHeld();
+    if (IsInputHeld()) {
+        Event event = _ScreenEvent(down ? EventKind::MouseDown : EventKind::MouseUp);
+        event.button = button;
+        fHolders.Tell(event);
+    }
+    const bool ends_at_window = fPressed != nullptr && fButtons == 0;
+    const bool is_held = fHeldPress || (IsInputHeld() && !ends_at_window);
+    if (fHeldPress && fButtons == 0) {
+        fHeldPress = false;
+        if (!IsInputHeld())
+            MovePointer(fPointer, nullptr, fLastInput);
+    }
+    return is_held;
+}
+
 void Stage::ChangeButton(int32 button, bool down, ScreenWindow* target, bigtime_t when)
 {
     if (button <= 0 || ((fButtons & button) != 0) == down)
@@ -248,6 +308,8 @@ void Stage::ChangeButton(int32 button, bool down, ScreenWindow* target, bigtime_
     _InputAt(when);
     fButtons ^= button;
     fPresses += down;
+    if (_HeldButton(button, down))
+        return;
     if (down && fPressed == nullptr && target == nullptr) {
         // The title and the border belong to the window, but not to its content.
         target = FrameAt(fPointer);
@@ -289,7 +351,7 @@ void Stage::ChangeButton(int32 button, bool down, ScreenWindow* target, bigtime_
 void Stage::SyncButtons(int32 held)
 {
     // Without a window that saw the press, nobody waits for the release.
-    if (fPressed == nullptr)
+    if (fPressed == nullptr && !fHeldPress)
         fButtons &= held;
     fSwallow = fSwallow && fButtons != 0;
     for (int32 button = 1; (fButtons & ~held) != 0; button <<= 1) {
@@ -301,6 +363,13 @@ void Stage::SyncButtons(int32 held)
 void Stage::TurnWheel(float dx, float dy, ScreenWindow* target, bigtime_t when)
 {
     _InputAt(when);
+    if (IsInputHeld()) {
+        Event event = _ScreenEvent(EventKind::MouseWheel);
+        event.wheelX = dx;
+        event.wheelY = dy;
+        fHolders.Tell(event);
+        return;
+    }
     target = _PointerTarget(target);
     if (target == nullptr || Blocker(target) != nullptr)
         return;
@@ -317,7 +386,7 @@ void Stage::_DeliverKeys(const std::vector<Event>& events)
     if (target != nullptr && Blocker(target) != nullptr)
         target = Blocker(target);  // which the host has not made the active one yet
     for (const Event& event : events) {
-        if (target != nullptr)
+        if (!fHolders.TakeKey(event) && target != nullptr)
             target->Deliver(event);
     }
 }

@@ -14,6 +14,7 @@
 
 #include <server/screen/Display.h>
 #include <server/screen/Input.h>
+#include <server/screen/InputHolders.h>
 
 namespace server {
 
@@ -66,6 +67,12 @@ public:
     void ReleaseKeys();
     void Drop(BPoint where, Event event, ScreenWindow* target = nullptr);
 
+    // Menus take the input from the windows; `owner` is the window whose loss of activity they are
+    // told of, null for the active one. ReleaseInput() is true once nobody holds it.
+    void HoldInput(EventSink* sink, const EventSink* owner);
+    bool ReleaseInput(EventSink* sink);
+    bool IsInputHeld() const { return !fHolders.IsEmpty(); }
+
     BPoint Pointer() const { return fPointer; }
     int32 Buttons() const { return fButtons; }
     uint32 CountPresses() const { return fPresses; }
@@ -87,7 +94,9 @@ private:
     bool _Has(const ScreenWindow* window) const;
     ScreenWindow* _PointerTarget(ScreenWindow* target) const;
     Event _PointerEvent(EventKind kind, const ScreenWindow* window) const;
+    Event _ScreenEvent(EventKind kind) const;
     void _Enter(ScreenWindow* window);
+    bool _HeldButton(int32 button, bool down);
     void _DeliverKeys(const std::vector<Event>& events);
 
     std::vector<ScreenWindow*> fWindows;
@@ -95,6 +104,8 @@ private:
     ScreenWindow* fHover = nullptr;    // last one that the pointer moved in
     ScreenWindow* fPressed = nullptr;  // gets all pointer events until the buttons are up
     bool fSwallow = false;             // the press that only activated: nobody hears of it
+    InputHolders fHolders;
+    bool fHeldPress = false;  // began while input was held: no window hears of its end
     BPoint fPointer;
     int32 fButtons = 0;
     uint32 fPresses = 0;  // of buttons, so far

@@ -1,0 +1,61 @@
+// A queue of input events. The server fills it, who follows the user empties it.
+
+#include <interface/menu/MenuInput.h>
+
+#include <algorithm>
+#include <chrono>
+
+namespace BPrivate {
+
+using server::EventKind;
+
+void MenuInput::Deliver(const server::Event& event)
+{
+    std::lock_guard guard(fLock);
+    const bool follows = event.kind == EventKind::MouseMoved && !fEvents.empty() &&
+                         fEvents.back().kind == EventKind::MouseMoved;
+    if (follows)
+        fEvents.back() = event;
+    else
+        fEvents.push_back(event);
+    fChanged.notify_one();
+}
+
+void MenuInput::Cancel()
+{
+    std::lock_guard guard(fLock);
+    fCancelled = true;
+    fChanged.notify_one();
+}
+
+bool MenuInput::IsCancelled() const
+{
+    std::lock_guard guard(fLock);
+    return fCancelled;
+}
+
+bool MenuInput::Next(bigtime_t deadline, server::Event* event)
+{
+    std::unique_lock guard(fLock);
+    const auto is_ready = [this] { return fCancelled || !fEvents.empty(); };
+    if (deadline == B_INFINITE_TIMEOUT)
+        fChanged.wait(guard, is_ready);
+    else
+        fChanged.wait_for(guard, std::chrono::microseconds(deadline - system_time()), is_ready);
+    if (fCancelled || fEvents.empty())
+        return false;
+    *event = fEvents.front();
+    fEvents.pop_front();
+    return true;
+}
+
+bool MenuInput::HasLeft(BRect area) const
+{
+    std::lock_guard guard(fLock);
+    return fCancelled ||
+           std::any_of(fEvents.begin(), fEvents.end(), [=](const server::Event& event) {
+               return event.kind != EventKind::MouseMoved || !area.Contains(event.screenWhere);
+           });
+}
+
+}  // namespace BPrivate

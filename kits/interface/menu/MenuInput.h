@@ -1,0 +1,37 @@
+#ifndef INTERFACE_MENU_INPUT_H
+#define INTERFACE_MENU_INPUT_H
+
+// The input of the whole screen on its way to who follows the user through menus.
+
+#include <OS.h>
+
+#include <condition_variable>
+#include <deque>
+#include <mutex>
+
+#include <server/screen/Display.h>
+
+namespace [[gnu::visibility("hidden")]] BPrivate {
+
+class MenuInput final : public server::EventSink {
+public:
+    void Deliver(const server::Event& event) override;
+
+    // Ends the waiting, now and from now on. Any thread.
+    void Cancel();
+    bool IsCancelled() const;
+    // The next event, waited for until `deadline`; false if there was none, or no more are wanted.
+    bool Next(bigtime_t deadline, server::Event* event);
+    // True if the user has gone elsewhere: pressed or typed something, or left `area`.
+    bool HasLeft(BRect area) const;
+
+private:
+    mutable std::mutex fLock;  // a leaf
+    std::condition_variable fChanged;
+    std::deque<server::Event> fEvents;
+    bool fCancelled = false;
+};
+
+}  // namespace BPrivate
+
+#endif  // INTERFACE_MENU_INPUT_H

@@ -1,0 +1,329 @@
+// From the opening of a menu to the choice. The locks: that of a bar's window comes before those of
+// the menus' own windows, of which one at a time is held.
+
+#include <interface/menu/MenuTracker.h>
+
+#include <MenuItem.h>
+#include <Window.h>
+
+#include <algorithm>
+#include <mutex>
+
+#include <app/QuitAsked.h>
+#include <interface/menu/MenuLevels.h>
+#include <interface/menu/MenuPrivate.h>
+#include <interface/menu/MenuWindow.h>
+#include <interface/window/WindowPrivate.h>
+
+namespace BPrivate {
+
+using server::EventKind;
+
+namespace {
+
+// Those that follow the user at present.
+struct Trackers {
+    std::mutex lock;  // a leaf, but for the queues of input
+    std::vector<MenuTracker*> running;
+};
+
+// Never destroyed: threads may outlive main().
+Trackers& trackers()
+{
+    static auto* const trackers = new Trackers;
+    return *trackers;
+}
+
+}  // namespace
+
+std::shared_ptr<MenuTracker> MenuTracker::Make(BMenu* root, const Options& options)
+{
+    return std::shared_ptr<MenuTracker>(new MenuTracker(root, options));
+}
+
+MenuTracker::MenuTracker(BMenu* root, const Options& options)
+    : fRoot(root),
+      fRootWindow(dynamic_cast<MenuWindow*>(root->Window()) != nullptr ? nullptr : root->Window()),
+      fOptions(options),
+      fMenus{root}
+{
+    std::lock_guard guard(trackers().lock);
+    trackers().running.push_back(this);
+}
+
+MenuTracker::~MenuTracker()
+{
+    std::lock_guard guard(trackers().lock);
+    std::erase(trackers().running, this);
+}
+
+void MenuTracker::Forget(const BMenu* menu)
+{
+    std::lock_guard guard(trackers().lock);
+    for (MenuTracker* tracker : trackers().running) {
+        if (std::erase(tracker->fMenus, menu) == 0)
+            continue;
+        if (menu == tracker->fRoot)
+            tracker->fRootGone = true;
+        tracker->fInput.Cancel();
+    }
+}
+
+bool MenuTracker::Cancel(const BMenu* menu)
+{
+    bool some = false;
+    std::lock_guard guard(trackers().lock);
+    for (MenuTracker* tracker : trackers().running) {
+        const auto& menus = tracker->fMenus;
+        if (std::find(menus.begin(), menus.end(), menu) == menus.end())
+            continue;
+        tracker->fInput.Cancel();
+        some = true;
+    }
+    return some;
+}
+
+void MenuTracker::Forget(const BMenuItem* item)
+{
+    std::lock_guard guard(trackers().lock);
+    for (MenuTracker* tracker : trackers().running) {
+        auto* chosen = const_cast<BMenuItem*>(item);
+        tracker->fChosen.compare_exchange_strong(chosen, nullptr);
+    }
+}
+
+void MenuTracker::CancelAll()
+{
+    std::lock_guard guard(trackers().lock);
+    for (MenuTracker* tracker : trackers().running)
+        tracker->fInput.Cancel();
+}
+
+bool MenuTracker::_LockRoot()
+{
+    if (fRootWindow == nullptr)
+        return !fRootGone;
+    if (!fRootWindow->Lock())
+        return false;
+    if (!fRootGone)
+        return true;
+    fRootWindow->Unlock();
+    return false;
+}
+
+void MenuTracker::_UnlockRoot()
+{
+    if (fRootWindow != nullptr)
+        fRootWindow->Unlock();
+}
+
+bool MenuTracker::_IsRow(size_t level)
+{
+    bool row = false;
+    _With(level, [&](BMenu& menu) { row = MenuPrivate::Layout(&menu) == B_ITEMS_IN_ROW; });
+    return row;
+}
+
+// --- opening and closing
+
+BMenuItem* MenuTracker::Run()
+{
+    if (is_quit_asked())
+        fInput.Cancel();
+    BWindow* const owner = fRootWindow != nullptr ? fRootWindow : fOptions.caller;
+    uint32 buttons = 0;
+    if (_LockRoot()) {
+        server::HoldInput(&fInput, owner != nullptr ? WindowData::Of(owner) : nullptr, &fPointer,
+                          &buttons);
+        fHeld = fOpening = buttons != 0;
+        fSticky = fOptions.sticky || !fHeld;
+        fPressedAt = fPointer;
+        fPressedWhen = system_time();
+        _Begin();
+        _UnlockRoot();
+    } else {
+        fEnded = true;
+    }
+    BWindow* const caller = fOptions.caller;
+    while (!fEnded && !fInput.IsCancelled()) {
+        if (caller != nullptr && caller->IsLocked())
+            caller->UpdateIfNeeded();
+        server::Event event;
+        if (fInput.Next(_Deadline(), &event))
+            _Handle(event);
+        _TimesUp();
+    }
+    if (fInput.IsCancelled())
+        fChosen = nullptr;
+    _Finish();
+    return fChosen;
+}
+
+void MenuTracker::_Begin()
+{
+    if (fRootWindow == nullptr && fRoot->Window() == nullptr) {
+        if (!_Open(fRoot, fOptions.where, BRect()))
+            fEnded = true;
+    } else {
+        fLevels.push_back(
+            {dynamic_cast<MenuWindow*>(fRoot->Window()), fRoot->ConvertToScreen(fRoot->Bounds())});
+        BMenuItem* const title = fRoot->ItemAt(fOptions.index);
+        if (title == nullptr)
+            _BeginAtPointer();
+        else if (MenuPrivate::IsChoice(title))
+            MenuPrivate::Select(fRoot, title);
+        if (title != nullptr && fOptions.showMenu)
+            _OpenSelected(0);
+    }
+    if (fOptions.byKey) {
+        _UseKeyboard();
+        if (fLevels.size() > 1)
+            _Step(1);
+    }
+}
+
+// The click on a title without a menu may be over by now.
+void MenuTracker::_BeginAtPointer()
+{
+    _PointAt(0, fPointer, true);
+    BMenuItem* const title = MenuPrivate::Selected(fRoot);
+    if (!fHeld && !fOptions.sticky && title != nullptr && title->Submenu() == nullptr)
+        _End(title);
+}
+
+void MenuTracker::_End(BMenuItem* chosen)
+{
+    fChosen = chosen;
+    fEnded = true;
+}
+
+void MenuTracker::_Finish()
+{
+    _CloseTo(0);
+    server::ReleaseInput(&fInput);
+    if (fRootWindow != nullptr && _LockRoot()) {
+        MenuPrivate::Select(fRoot, nullptr);
+        MenuPrivate::ShowTriggers(fRoot, false);
+        _UnlockRoot();
+    }
+    fDone = true;
+}
+
+void MenuTracker::InvokeChosen()
+{
+    if (!_LockRoot())
+        return;
+    if (BMenuItem* item = fChosen)
+        MenuPrivate::Invoke(item);
+    _UnlockRoot();
+}
+
+// Root locked. False if the menu is not to be opened.
+bool MenuTracker::_Open(BMenu* menu, BPoint where, BRect from)
+{
+    if (menu->Window() != nullptr || !_AddDynamicItems(menu, from))
+        return false;
+    if (menu != fRoot) {
+        std::lock_guard guard(trackers().lock);
+        fMenus.push_back(menu);
+    }
+    MenuWindow* const window = MenuWindow::Open(menu, where);
+    fLevels.push_back({window, window->Frame()});
+    if (fKeyboard || menu_settings().triggers_always_shown)
+        _With(fLevels.size() - 1, [](BMenu& opened) { MenuPrivate::ShowTriggers(&opened, true); });
+    return true;
+}
+
+// `from`: the item whose menu it is, on the screen. The user may go elsewhere meanwhile.
+bool MenuTracker::_AddDynamicItems(BMenu* menu, BRect from) const
+{
+    bool more = menu->AddDynamicItem(BMenu::B_INITIAL_ADD);
+    while (more) {
+        if (fInput.HasLeft(from.IsValid() ? from : BRect(fPointer, fPointer))) {
+            menu->AddDynamicItem(BMenu::B_ABORT);
+            return false;
+        }
+        more = menu->AddDynamicItem(BMenu::B_PROCESSING);
+    }
+    return true;
+}
+
+// Opens the menu of what is selected in the last level; true if there is one.
+bool MenuTracker::_OpenSelected(size_t level)
+{
+    fOpenAt = B_INFINITE_TIMEOUT;
+    if (level + 1 != fLevels.size() || !_LockRoot())
+        return false;
+    BMenu* submenu = nullptr;
+    BRect from;
+    _With(level, [&](BMenu& menu) {
+        BMenuItem* const item = MenuPrivate::Selected(&menu);
+        if (!MenuPrivate::IsChoice(item) || item->Submenu() == nullptr)
+            return;
+        submenu = item->Submenu();
+        from = menu.ConvertToScreen(item->Frame());
+    });
+    const bool opened =
+        submenu != nullptr && _Open(submenu, MenuPrivate::ScreenLocation(submenu), from);
+    _UnlockRoot();
+    return opened;
+}
+
+void MenuTracker::_CloseTo(size_t count)
+{
+    while (fLevels.size() > count) {
+        MenuWindow* const window = fLevels.back().window;
+        fLevels.pop_back();
+        if (window == nullptr)
+            continue;
+        if (window->Lock()) {
+            if (BMenu* menu = window->Menu(); menu != nullptr && menu != fRoot) {
+                std::lock_guard guard(trackers().lock);
+                std::erase(fMenus, menu);
+            }
+            window->End();
+            window->Unlock();
+        }
+    }
+    if (fScrollLevel >= count)
+        fScrollAt = B_INFINITE_TIMEOUT;
+    fSettleAt = B_INFINITE_TIMEOUT;
+}
+
+// --- what is due
+
+bigtime_t MenuTracker::_Deadline() const
+{
+    static const bigtime_t kHookInterval_us = 50000;
+    bigtime_t next = std::min({fOpenAt, fSettleAt, fScrollAt});
+    std::lock_guard guard(trackers().lock);
+    if (std::any_of(fMenus.begin(), fMenus.end(), MenuPrivate::HasHook))
+        next = std::min(next, system_time() + kHookInterval_us);
+    return next;
+}
+
+void MenuTracker::_TimesUp()
+{
+    const bigtime_t now = system_time();
+    if (now >= fOpenAt)
+        _OpenSelected(fLevels.size() - 1);
+    if (now >= fSettleAt) {
+        fSettleAt = B_INFINITE_TIMEOUT;
+        fTrail.clear();
+        _Follow();
+    }
+    if (now >= fScrollAt)
+        _ScrollOn();
+    _CallHooks();
+}
+
+void MenuTracker::_CallHooks()
+{
+    bool ends = false;
+    for (size_t level = 0; level < fLevels.size(); level++)
+        _With(level, [&](BMenu& menu) { ends = MenuPrivate::CallHook(&menu) || ends; });
+    if (ends)
+        _End(nullptr);
+}
+
+}  // namespace BPrivate
