@@ -50,6 +50,8 @@ void tour_type(const char *text)
     pause_ms(20);
 }
 
+void tour_wait(int32_t ms) { pause_ms(ms); }
+
 void tour_close(void)
 {
     inject_window_close((float)(origin_x + 10), (float)(origin_y + 10));

@@ -15,6 +15,8 @@ void tour_begin(int32_t left, int32_t top);
 void tour_click(int32_t x, int32_t y);
 void tour_move(int32_t x, int32_t y);
 void tour_type(const char *text);
+/* Gives windows time to come up. */
+void tour_wait(int32_t ms);
 /* Asks the window to close by its close button. */
 void tour_close(void);
 

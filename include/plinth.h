@@ -456,6 +456,61 @@ intptr_t GetAdress(int32_t window);
 /* Sets the cursor of the application: the bar for texts (`flag` not 0), or the hand. */
 void SetCursor(int32_t flag);
 
+/* ---- Menus ----------------------------------------------------------------------------------- */
+
+/* A menu is described by an array of lines, up to one with "q" behind a menu, or to a null pointer.
+   A line has fixed columns; one that is shorter goes on with blanks:
+
+   0      what it is, see below
+   1      shortcut: the key that chooses the item together with Command (which the user types as
+          Ctrl, or as Alt where PLINTH_COMMAND_KEY=alt is set); "*" for none
+   2      "1": disabled
+   3      "1": marked, if column 4 is "1"
+   4      "1": checkable; each choice inverts the mark, and one that is not loses it when drawn
+   5      "1": a menu of which one item at most is marked ("t" and "x")
+   6..9   code, four decimal digits
+   10...  label ("t", "x", "i")
+
+   t      a new menu in the bar, or in the pop-up menu; the next lines add to it
+   x      a submenu of the present menu; the next lines add to it
+   i      an item
+   e      an item of the submenu that was opened last, with its label from column 7
+   s      the same, and back to the menu above
+   -      a line between items
+   q      the end, behind a menu; before the first one it is skipped
+
+   Items before the first menu are ignored. The title of a menu takes on the code of the last item
+   in it, and stands for it in the Set...Label calls. */
+
+/* Builds a menu bar, or a menu that pops up at a click. Returns its ident; 0 for null, for an array
+   without a menu, for a line of another kind, and without memory. Main thread. */
+int32_t CreateMenu(const char *const *description);
+int32_t CreatePopUpMenu(const char *const *description);
+
+/* Puts a bar on top of a window, in place of the one that it had; the content moves down by the
+   bar's height. A chosen item calls the window's handler PLINTH_MENU_ITEM with its code. Returns 1;
+   0 for an unknown window, for an ident that is no bar's, and for a bar that another window shows.
+   Main thread. */
+int32_t AttachMenuToWin(int32_t window, int32_t menu);
+
+/* Has the secondary button open a pop-up menu in a window, in place of the one that it had; 0 for
+   none. Choices are told as those of a bar. Returns 1; 0 for an unknown window, for an ident that is
+   no pop-up menu's, and for one that another window has. Main thread. */
+int32_t AttachPopUpToWindow(int32_t window, int32_t menu);
+
+/* Takes the bar off a window, which may be attached again. Main thread. */
+void RemoveMenu(int32_t window);
+
+/* Frees a menu that no window shows; another one stays. Main thread. */
+void KillMenu(int32_t menu);
+
+/* Change the first item with a code under each title of a window's bar: its mark; whether it can be
+   chosen (1 disables it, 0 enables it); its label. An unknown window, a window without a bar, an
+   unknown code and a null text change nothing. Main thread. */
+void SetCheckedLabel(int32_t window, int32_t code, int32_t flag);
+void SetEnableLabel(int32_t window, int32_t code, int32_t flag);
+void SetNameLabel(int32_t window, int32_t code, const char *text);
+
 /* ---- Gadgets --------------------------------------------------------------------------------- */
 
 /* A gadget is a control in a window, named by its ident; its place counts from the window's left

@@ -66,7 +66,6 @@ static void free_records(BList* list)
     list->MakeEmpty();
 }
 
-void Close_All_Menu(BList* menus) { free_records(menus); }
 void Close_All_MediaKit(BList* media) { free_records(media); }
 void Close_All_Serial(BList* ports) { free_records(ports); }
 void Close_All_Midi(BList* files) { free_records(files); }

@@ -1,18 +1,34 @@
 #ifndef WINDOWS_MENUS_H
 #define WINDOWS_MENUS_H
 
-// What windows do with menus: the chosen item's mark, and the pop-up menu.
+// Menus of a program: their records, the class of their items, and what windows do with them.
 
 #include "runtime/live_objects.h"
+#include "runtime/registry.h"
 
 #include <MenuItem.h>
 #include <Point.h>
 
+#include <stdint.h>
+
+class BMenu;
+class BMenuBar;
 class BPopUpMenu;
 class BWindow;
+class MyWinClass;
+
+// One block of four words from MyAlloc, in the list kMenus.
+struct MenuRecord {
+    static const RegistrySlot kSlot = kMenus;
+
+    void* owner;  // null for those of CreateMenu and CreatePopUpMenu
+    BMenu* menu;  // a BMenuBar or a MyPopUpMenu
+    intptr_t ident;
+    intptr_t attached;  // windows that show it; registry lock
+};
 
 // A menu item whose mark changes with each choice while it is checkable. Its message names it by
-// this address; it is deleted with the window that it targets locked.
+// this address; it is deleted with the window that it targets locked, or with the MenuLock held.
 class MyMenuItem : public BMenuItem {
 public:
     MyMenuItem(const char* label, BMessage* message, char shortcut, bool checkable);
@@ -27,12 +43,45 @@ private:
     const Live<BMenuItem> fLive{this};
 };
 
-// Moves the mark of a menu in radio mode to `item`, inverts that of a checkable item, and marks
-// any other. Window locked.
-void mark_chosen_item(BMenuItem* item);
+// Keeps the menus that no window shows from being deleted, for as long as it lives. Taken after a
+// window's lock, never held while one is waited for.
+class [[nodiscard]] MenuLock {
+public:
+    MenuLock();
+    ~MenuLock();
+    MenuLock(const MenuLock&) = delete;
+    MenuLock& operator=(const MenuLock&) = delete;
+};
+
+// Builds what a description says into `root`, which is a pop-up menu or a bar, and enters it.
+// Returns the new ident; 0, and `root` is deleted, for a description that is none. Main thread.
+int32_t CreateMenuRtn(const char* const* desc, BMenu* root, bool popup, void* owner);
+
+// The first child of the window that is a menu bar and nothing more; null if none. Window locked.
+BMenuBar* FindMenuBView(const BWindow* window);
+
+// Finds the item that a message names and changes its mark: moves that of a menu in radio mode,
+// inverts that of a checkable item, and marks any other. False if it names none. Window locked.
+bool mark_chosen_item(const BMessage& message);
 
 // Opens the menu at a place on the screen and returns when it is closed; an item chosen has sent
 // its message to `window`. The window's thread.
 void open_pop_up(BPopUpMenu* menu, BWindow* window, BPoint where);
+
+// Closes the pop-up menu of a window, whose thread waits for it with the lock, and keeps it from
+// opening one while this lives. The window may be gone. Any thread.
+class [[nodiscard]] NoPopUp {
+public:
+    explicit NoPopUp(BWindow* window);
+    ~NoPopUp();
+    NoPopUp(const NoPopUp&) = delete;
+    NoPopUp& operator=(const NoPopUp&) = delete;
+
+private:
+    BWindow* const fWindow;  // only compared
+};
+
+// The window goes: its menus are no longer shown, and those without a record go with it.
+void release_menus(MyWinClass* window);
 
 #endif  // WINDOWS_MENUS_H

@@ -89,6 +89,7 @@ static void leave_behind(void* object)
 
 MyWinClass::~MyWinClass()
 {
+    release_menus(this);
     while (BView* child = fTopView != nullptr ? fTopView->ChildAt(0) : nullptr)
         fTopView->RemoveChild(child);
     RemoveChild(fTopView);
@@ -175,11 +176,8 @@ static void call_input_handler(BMessage* message)
 
 void MyWinClass::_ChooseMenuItem(BMessage* message)
 {
-    auto* item = live_pointer<BMenuItem>(*message, "it");
-    if (item == nullptr)
-        return;
-    mark_chosen_item(item);
-    CallHandler(kMenuItem, static_cast<int32_t>(message->what));
+    if (mark_chosen_item(*message))
+        CallHandler(kMenuItem, static_cast<int32_t>(message->what));
 }
 
 static void call_gadget(const BMessage& message)
@@ -425,10 +423,16 @@ extern "C" int32_t OpenWindow(int32_t x, int32_t y, int32_t width, int32_t heigh
     return 0;
 }
 
+static bool lock_to_close(MyWinClass* window)
+{
+    NoPopUp none(window);
+    return lock_window(window);
+}
+
 extern "C" void CloseWindow(int32_t ident)
 {
     WindowRecord* record = LLFindWindow(ident, __func__);
-    if (record == nullptr || !lock_window(record->window))
+    if (record == nullptr || !lock_to_close(record->window))
         return;
     if (is_window_ident(ident))
         record->window->CloseUnasked();
