@@ -494,8 +494,8 @@ int32_t CreatePopUpMenu(const char *const *description);
 int32_t AttachMenuToWin(int32_t window, int32_t menu);
 
 /* Has the secondary button open a pop-up menu in a window, in place of the one that it had; 0 for
-   none. Choices are told as those of a bar. Returns 1; 0 for an unknown window, for an ident that is
-   no pop-up menu's, and for one that another window has. Main thread. */
+   none. Choices are told as those of a bar. Returns 1; 0 for an unknown window, for an ident that
+   is no pop-up menu's, and for one that another window has. Main thread. */
 int32_t AttachPopUpToWindow(int32_t window, int32_t menu);
 
 /* Takes the bar off a window, which may be attached again. Main thread. */

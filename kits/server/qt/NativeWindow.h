@@ -70,7 +70,7 @@ private:
     QBackingStore fStore;
     bool fWasShown = false;  // the next paint event is that of its coming into sight
     bool fGrabbing = false;
-    QBasicTimer fTimer;      // runs while something waits for the next frame
+    QBasicTimer fTimer;  // runs while something waits for the next frame
     bigtime_t fLastFlush = 0;
 };
 
