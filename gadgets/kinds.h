@@ -46,6 +46,8 @@ BView* create_slider(const GadgetSpec& spec);
 BView* create_statusbar(const GadgetSpec& spec);
 BView* create_radio(const GadgetSpec& spec);
 BView* create_bbox(const GadgetSpec& spec);
+BView* create_color(const GadgetSpec& spec);
+BView* create_picture(const GadgetSpec& spec);
 
 // How many strings an array has before its null pointer, or before an empty one.
 int32_t count_labels(const char* const* labels);

@@ -647,6 +647,16 @@ void SetLabelBBox(int32_t ident, const char *text);
 void BBoxAddGadget(int32_t box_ident, int32_t ident);
 void BBoxAddGadgetTitle(int32_t box_ident, int32_t ident);
 
+/* Colour controls: the size of the cells in pixels, and their columns: 4, 8, 16, 32 or 64 of 256.
+   The colour is set as 0xRRGGBBAA, or by the control's own number, which is packed in the same way;
+   both call the value handler. GetColor returns it with a low byte of 0, 0 for other gadgets and
+   without a window. */
+void SetCellSize(int32_t ident, int32_t size);
+void SetLayout(int32_t ident, int32_t layout);
+void SetColorRgb(int32_t ident, int32_t color);
+void SetColorInt(int32_t ident, int32_t value);
+int32_t GetColor(int32_t ident);
+
 /* Returns (red << 24) + (green << 16) + (blue << 8). */
 int32_t ReturnIntFromRgb(int32_t red, int32_t green, int32_t blue);
 

@@ -3,6 +3,9 @@
 #include <Box.h>
 #include <Button.h>
 #include <CheckBox.h>
+#include <ColorControl.h>
+#include <Picture.h>
+#include <PictureButton.h>
 #include <RadioButton.h>
 #include <StringView.h>
 
@@ -546,4 +549,117 @@ TEST(StringViews, WantTheRoomOfTheirWidestLine)
     EXPECT_EQ(height, 3 * ceilf(font.ascent + font.descent + font.leading));
     view.SetText(nullptr);
     EXPECT_EQ(view.Text(), nullptr);
+}
+
+// --- colours and pictures
+
+TEST_F(ControlTest, ColourIsDraggedOnItsRampAndTyped)
+{
+    auto* color = new BColorControl(BPoint(10, 10), B_CELLS_16x16, 8, "color", new BMessage(kGo));
+    window->AddChild(color);
+    Start();
+    // Ramps of 128 by 32 pixels: grey, red, green, blue.
+    Down(10 + 2 + 127, 10 + 2 + 70);
+    Settle();
+    EXPECT_EQ(ValueOf(color), 0x00FF0000);
+    Move(0, 200);
+    Up();
+    EXPECT_EQ(ValueOf(color), 0);
+    ClickAt(10 + 2 + 127, 15);
+    EXPECT_EQ(uint32(ValueOf(color)), 0xFFFFFF00);
+    EXPECT_EQ(Invocations(), 3);
+    Focus(color);
+    const int32_t one = 0x12, two = 0x13, down = 0x62, left = 0x61;
+    Press(one);
+    Press(two);
+    Press(down);
+    Press(two);
+    Press(left);
+    Settle();
+    EXPECT_EQ(ValueOf(color), 0x0C01FF00);
+    window->Lock();
+    color->SetEnabled(false);
+    window->Unlock();
+    ClickAt(20, 15);
+    Press(one);
+    Settle();
+    EXPECT_EQ(ValueOf(color), 0x0C01FF00);
+}
+
+TEST_F(ControlTest, ColourDroppedIsTaken)
+{
+    auto* color = new BColorControl(BPoint(10, 10), B_CELLS_16x16, 8, "color", new BMessage(kGo));
+    window->AddChild(color);
+    TestView* source = Add(BRect(10, 145, 30, 149), "source");
+    source->onDown = [=] {
+        BMessage drag(B_PASTE);
+        const rgb_color red = {200, 1, 2, 255};
+        drag.AddData("RGBColor", B_RGB_COLOR_TYPE, &red, sizeof(red));
+        source->DragMessage(&drag, BRect(0, 0, 5, 5));
+    };
+    Start();
+    Down(20, 147);
+    Settle();
+    Move(40, 40);
+    Up();
+    EXPECT_TRUE(log.Wait("message GOGO"));
+    EXPECT_EQ(uint32(ValueOf(color)), 0xC8010200);
+}
+
+TEST(ColorControlSizes, FollowCellsAndLayout)
+{
+    BColorControl color(BPoint(10, 10), B_CELLS_16x16, 8, "color");
+    EXPECT_GE(color.Bounds().Height(), 131);
+    color.SetCellSize(1);  // counts as 6
+    color.SetLayout(B_CELLS_64x4);
+    EXPECT_GT(color.Bounds().Width(), 64 * 6);
+    BMessage archive;
+    color.SetValue(0x10203000);
+    ASSERT_EQ(color.Archive(&archive), B_OK);
+    BColorControl copy(&archive);
+    EXPECT_EQ(copy.Layout(), B_CELLS_64x4);
+    EXPECT_EQ(copy.CellSize(), 1);
+    EXPECT_EQ(copy.ValueAsColor(), make_color(0x10, 0x20, 0x30));
+}
+
+TEST_F(ControlTest, PictureButtonsOfOneAndTwoStates)
+{
+    auto* button =
+        new BPictureButton(BRect(10, 10, 50, 50), "picture", nullptr, nullptr, new BMessage(kGo));
+    window->AddChild(button);
+    Start();
+    Down(20, 20);
+    Settle();
+    EXPECT_EQ(ValueOf(button), B_CONTROL_ON);
+    Move(100, 100);
+    Settle();
+    EXPECT_EQ(ValueOf(button), B_CONTROL_OFF);
+    Up();
+    EXPECT_EQ(Invocations(), 0);
+    ClickAt(20, 20);
+    EXPECT_EQ(LastValue(), B_CONTROL_ON);
+    EXPECT_EQ(ValueOf(button), B_CONTROL_OFF);
+    window->Lock();
+    button->SetBehavior(B_TWO_STATE_BUTTON);
+    window->Unlock();
+    ClickAt(20, 20);
+    EXPECT_EQ(ValueOf(button), B_CONTROL_ON);
+    ClickAt(20, 20);
+    EXPECT_EQ(LastValue(), B_CONTROL_OFF);
+}
+
+TEST(PictureButtons, KeepCopies)
+{
+    BPictureButton button(BRect(0, 0, 20, 20), "picture", nullptr, nullptr, nullptr);
+    {
+        BPicture picture;
+        button.SetEnabledOn(&picture);
+        EXPECT_NE(button.EnabledOn(), &picture);
+    }
+    EXPECT_NE(button.EnabledOn(), nullptr);
+    EXPECT_EQ(button.EnabledOff(), nullptr);
+    button.SetEnabledOn(button.EnabledOn());
+    EXPECT_NE(button.EnabledOn(), nullptr);
+    button.SetEnabledOn(nullptr);
+    EXPECT_EQ(button.EnabledOn(), nullptr);
 }

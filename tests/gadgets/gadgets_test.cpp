@@ -522,3 +522,53 @@ TEST_F(GadgetTest, CallsWithOtherIdentsDoNothing)
         EXPECT_FALSE(is_gadget_ident(ident));
     }
 }
+
+// --- colours and pictures
+
+static int32_t on_color(int32_t red, int32_t green, int32_t blue)
+{
+    gHandlers.Add(std::to_string(red) + "-" + std::to_string(green) + "-" + std::to_string(blue));
+    return 0;
+}
+
+TEST_F(GadgetTest, ColourControlTellsThreeParts)
+{
+    const int32_t color = Make(30, 10, 10, 0, 0, nullptr);
+    ASSERT_NE(color, 0);
+    SetHandlerForGadget(color, 3, reinterpret_cast<void*>(on_color));
+    SetColorRgb(color, 0x102030FF);
+    SetColorInt(color, 0x405060FF);
+    SetColorInt(color, 0x405060FF);
+    EXPECT_EQ(Calls(), "16-32-48, 64-80-96, 64-80-96");
+    EXPECT_EQ(GetColor(color), 0x40506000);
+    EXPECT_EQ(GetValue(color), 0x405060FF);
+    EXPECT_EQ(GetColor(Make(1, 0, 0, 10, 10)), 0);
+    // A press at the right end of the red ramp.
+    Click(10 + 2 + 127, 10 + 2 + 40);
+    EXPECT_EQ(Calls(), "action, 255-80-96, 255-80-96");
+    SetHandlerForGadget(color, 3, nullptr);
+    SetColorRgb(color, 0);
+    for (int32_t number : {0, -1, 3, INT32_MAX, INT32_MIN, 4}) {
+        SetCellSize(color, number);
+        SetLayout(color, number);
+    }
+    Settle();
+    const int32_t loose = CreateGadget(30, -1, 0, 0, 0, 0, nullptr, 0);
+    SetColorRgb(loose, 0x102030FF);
+    EXPECT_EQ(GetColor(loose), 0);
+    EXPECT_EQ(GetValue(loose), 0);
+    KillGadget(0, loose);
+}
+
+TEST_F(GadgetTest, PictureButtonNeedsItsIcon)
+{
+    EXPECT_EQ(Make(33, 10, 10, 16, 16, nullptr, 0), 0);
+    EXPECT_EQ(Make(33, 10, 10, 16, 16, nullptr, window.Ident()), 0);
+    const int32_t icon = LoadMimeIcon("text/plain");
+    if (icon == 0)
+        GTEST_SKIP() << "no icon here";
+    ASSERT_NE(Make(33, 10, 10, 16, 16, nullptr, icon), 0);
+    EXPECT_EQ(FrameOf(0), BRect(10, 10, 30, 30));
+    Click(15, 15);
+    EXPECT_EQ(Calls(), "");
+}

@@ -157,6 +157,10 @@ public:
     // The strip at the end of a menu that is too tall for the screen.
     void DrawMenuScroller(BRect frame, rgb_color ground, Way way, bool ended) const;
 
+    // From one colour at the left to another at the right; and the mark of a place on it.
+    void DrawRamp(BRect rect, rgb_color from, rgb_color to, uint32 state) const;
+    void DrawRampMark(BRect rect, float place) const;
+
     // --- labels
 
     // One line, in the height's middle, with an ellipsis if it does not fit.

@@ -201,4 +201,36 @@ void Look::DrawStatusBar(BRect bar, float filled, rgb_color color) const
                        tint_color(color, B_DARKEN_1_TINT));
 }
 
+// --- colour ramps
+
+void Look::DrawRamp(BRect rect, rgb_color from, rgb_color to, uint32 state) const
+{
+    const int32 columns = int32(rect.Width()) + 1;
+    if (!rect.IsValid())
+        return;
+    fView->BeginLineArray(columns);
+    for (int32 x = 0; x < columns; x++) {
+        rgb_color color = Mix(from, to, columns > 1 ? float(x) / float(columns - 1) : 0);
+        if ((state & kDisabled) != 0)
+            color = Mix(color, fBase, 0.6f);
+        const float at = rect.left + float(x);
+        fView->AddLine(BPoint(at, rect.top), BPoint(at, rect.bottom), color);
+    }
+    fView->EndLineArray();
+}
+
+// A light box in a dark one, so that it shows on every colour.
+void Look::DrawRampMark(BRect rect, float place) const
+{
+    const float half = 2 * fLine;
+    BRect mark(place - half, rect.top + fLine, place + half, rect.bottom - fLine);
+    if (!mark.IsValid())
+        return;
+    mark.OffsetBy(
+        std::clamp(mark.left, rect.left, std::max(rect.left, rect.right - 2 * half)) - mark.left,
+        0);
+    DrawRoundEdges(mark, make_color(0, 0, 0));
+    DrawEdges(mark.InsetByCopy(fLine, fLine), make_color(255, 255, 255));
+}
+
 }  // namespace BPrivate
