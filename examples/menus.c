@@ -156,17 +156,17 @@ static int32_t play(const char *picture)
     tour_begin(LEFT, TOP);
     tour_type("\x1b");
     tour_click(100, 10); /* Shape */
-    tour_wait(200);
+    tour_pause(200);
     tour_click(130, 52); /* Square */
-    tour_wait(200);
+    tour_pause(200);
     tour_click(160, 10); /* Options */
-    tour_wait(200);
+    tour_pause(200);
     tour_click(180, 32); /* Filled */
-    tour_wait(200);
+    tour_pause(200);
     tour_click(100, 10);
-    tour_wait(200);
+    tour_pause(200);
     tour_move(120, 95); /* Size */
-    tour_wait(400);
+    tour_pause(400);
     return tour_end(picture);
 }
 

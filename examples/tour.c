@@ -50,7 +50,7 @@ void tour_type(const char *text)
     pause_ms(20);
 }
 
-void tour_wait(int32_t ms) { pause_ms(ms); }
+void tour_pause(int32_t ms) { pause_ms(ms); }
 
 void tour_close(void)
 {

@@ -16,7 +16,7 @@ void tour_click(int32_t x, int32_t y);
 void tour_move(int32_t x, int32_t y);
 void tour_type(const char *text);
 /* Gives windows time to come up. */
-void tour_wait(int32_t ms);
+void tour_pause(int32_t ms);
 /* Asks the window to close by its close button. */
 void tour_close(void);
 

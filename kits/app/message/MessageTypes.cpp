@@ -425,14 +425,17 @@ bool BMessage::HasMessenger(const char* name, int32 n) const
 static std::vector<char> flat_ref(const entry_ref& ref)
 {
     const uint64 numbers[2] = {static_cast<uint64>(ref.device), static_cast<uint64>(ref.directory)};
-    std::vector<char> flat(sizeof(numbers));
+    const size_t name = ref.name != nullptr ? strlen(ref.name) + 1 : 0;
+    std::string folder;
+    if (name > 0)
+        folder = storage::known_directory_path(ref.device, ref.directory);
+    const size_t path = folder.empty() ? 0 : folder.size() + 1;
+    std::vector<char> flat(sizeof(numbers) + name + path);
     memcpy(flat.data(), numbers, sizeof(numbers));
-    if (ref.name == nullptr)
-        return flat;
-    flat.insert(flat.end(), ref.name, ref.name + strlen(ref.name) + 1);
-    const std::string folder = storage::known_directory_path(ref.device, ref.directory);
-    if (!folder.empty())
-        flat.insert(flat.end(), folder.c_str(), folder.c_str() + folder.size() + 1);
+    if (name > 0)
+        memcpy(flat.data() + sizeof(numbers), ref.name, name);
+    if (path > 0)
+        memcpy(flat.data() + sizeof(numbers) + name, folder.c_str(), path);
     return flat;
 }
 
