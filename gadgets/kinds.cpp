@@ -19,10 +19,10 @@ static constexpr KindRow kKinds[] = {
     {4, kStringField, nullptr, Inside::None},
     {5, kStringField, nullptr, Inside::None},
     {6, kStringField, nullptr, Inside::None},
-    {7, kListView, nullptr, Inside::None},
-    {8, kListView, nullptr, Inside::None},
-    {9, kListView, nullptr, Inside::None},
-    {10, kListView, nullptr, Inside::None},
+    {7, kListView, create_listview, Inside::None},
+    {8, kListView, create_listview, Inside::None},
+    {9, kListView, create_listview, Inside::None},
+    {10, kListView, create_listview, Inside::None},
     {11, kTextLabel, create_text, Inside::None},
     {12, kNumberLabel, create_number, Inside::None},
     {13, kScrollBar, create_scroller, Inside::None},
@@ -32,10 +32,10 @@ static constexpr KindRow kKinds[] = {
     {17, kStatusBar, create_statusbar, Inside::None},
     {18, kRadioGroup, create_radio, Inside::None},
     {19, kChoiceField, nullptr, Inside::None},
-    {20, kListView, nullptr, Inside::None},
-    {21, kListView, nullptr, Inside::None},
-    {22, kListView, nullptr, Inside::None},
-    {23, kListView, nullptr, Inside::None},
+    {20, kListView, create_outlistview, Inside::None},
+    {21, kListView, create_outlistview, Inside::None},
+    {22, kListView, create_outlistview, Inside::None},
+    {23, kListView, create_outlistview, Inside::None},
     {24, kBox, create_bbox, Inside::LetGo},
     {25, kTabView, nullptr, Inside::LetGo},
     {26, kTextEditor, nullptr, Inside::None},
@@ -104,6 +104,8 @@ static int32_t current_number(const BView* view, const char* field, int32_t othe
 }
 
 int32_t pressed_buttons(const BView* view) { return current_number(view, "buttons", 0); }
+
+int32_t current_clicks(const BView* view) { return current_number(view, "clicks", 0); }
 
 int32_t held_modifiers(const BView* view)
 {

@@ -48,6 +48,8 @@ BView* create_radio(const GadgetSpec& spec);
 BView* create_bbox(const GadgetSpec& spec);
 BView* create_color(const GadgetSpec& spec);
 BView* create_picture(const GadgetSpec& spec);
+BView* create_listview(const GadgetSpec& spec);
+BView* create_outlistview(const GadgetSpec& spec);
 
 // How many strings an array has before its null pointer, or before an empty one.
 int32_t count_labels(const char* const* labels);
@@ -55,6 +57,8 @@ int32_t count_labels(const char* const* labels);
 void take_ground(BView* view);
 // The buttons that are down, as the message says that a window's thread works on.
 int32_t pressed_buttons(const BView* view);
+// How often they were pressed in a row, as that message says; 0 without one.
+int32_t current_clicks(const BView* view);
 // The modifiers that are held, as that message says; as they are at present without one.
 int32_t held_modifiers(const BView* view);
 // A press with the primary button alone.

@@ -15,6 +15,18 @@ static const intptr_t kDefaultTarget = -1;
 // The image that a target of -1 draws into while no window is that; 0 for none. Any thread.
 static std::atomic<int32_t> sDefaultImage = 0;
 
+// The view that a target of -1 draws into on this thread; null for none.
+static thread_local BView* tOutput = nullptr;
+
+DefaultOutput::DefaultOutput(BView* view) { tOutput = view; }
+
+DefaultOutput::~DefaultOutput()
+{
+    tOutput = nullptr;
+    defaultoutput.store(nullptr,
+                        std::memory_order_release);  // kept on purpose: none, not the former
+}
+
 // Where pointers are wider than idents, no address looks like an ident.
 static bool may_be_ident(intptr_t target) { return target > 0 && target <= INT32_MAX; }
 
@@ -39,7 +51,7 @@ static BView* plain_view(intptr_t target)
 static WindowAccess get_rastport_write(intptr_t target, const char* call)
 {
     if (target == kDefaultTarget)
-        return WindowAccess::ToDefaultOutput();
+        return tOutput != nullptr ? WindowAccess() : WindowAccess::ToDefaultOutput();
     return may_be_ident(target) ? WindowAccess(static_cast<int32_t>(target), call) : WindowAccess();
 }
 
@@ -61,6 +73,8 @@ RasterPort::RasterPort(intptr_t target, const char* call)
     }
     if (may_be_ident(target))
         _OpenImage(static_cast<int32_t>(target));
+    else if (target == kDefaultTarget && tOutput != nullptr)
+        fView = tOutput;
     else if (target == kDefaultTarget)
         _OpenImage(sDefaultImage.load(std::memory_order_relaxed));
     else

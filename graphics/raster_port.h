@@ -66,6 +66,14 @@ inline int32_t ask_port(intptr_t target, const char* call, Ask ask)
     });
 }
 
+// While it lives, a target of -1 is this view on this thread; nothing is the default output then.
+class DefaultOutput {
+public:
+    explicit DefaultOutput(BView* view);
+    ~DefaultOutput();
+    DefaultOutput(const DefaultOutput&) = delete;
+};
+
 inline BPoint point_of(int32_t x, int32_t y)
 {
     return BPoint(static_cast<float>(x), static_cast<float>(y));

@@ -619,6 +619,67 @@ void SetProportion(int32_t ident, int32_t percent);
 void SetRange(int32_t ident, int32_t minimum, int32_t maximum);
 void SetSteps(int32_t ident, int32_t small_step, int32_t large_step);
 
+/* List views (kinds 7 to 10) and outline list views (20 to 23), whose rows are numbered from 0; in
+   outlines only those that show count. A list owns its rows. Slot 2 gets keys, slot 3 the first
+   selected row, or -1, when the selection changes, slot 6 the row of a double click.
+
+   Adds a row at the end; in an outline, as the last row below its `n`th top row. Texts are copied;
+   null and empty ones add nothing. */
+void AddLvEntry(int32_t ident, const char *text);
+void AddEntryInSub(int32_t ident, int32_t n, const char *text);
+
+/* Removes a row with all below it, or all rows. */
+void RemoveItem(int32_t ident, int32_t index);
+void ClearListView(int32_t ident);
+
+/* Change a row: its text; its own colours 0xRRGGBBAA, in the order of ChangeLvColor's first four;
+   whether it can be selected. */
+void ChangeEntryStr(int32_t ident, int32_t index, const char *text);
+void ChangeItemColor(int32_t ident, int32_t index, int32_t c0, int32_t c1, int32_t c2, int32_t c3);
+void EnableItemLv(int32_t ident, int32_t index, int32_t flag);
+
+/* The list's colours: ground and text of rows, text and ground of selected ones, ground and text of
+   disabled ones. -1 keeps a colour. */
+void ChangeLvColor(int32_t ident, int32_t c0, int32_t c1, int32_t c2, int32_t c3, int32_t c4,
+                   int32_t c5);
+
+/* Selection: of several rows or one, which is then the first; of a row alone; of all rows, or the
+   first where one is all. GetLvSelected gives the first selected row, or -1. */
+void SetMultiSelect(int32_t ident, int32_t flag);
+void SetSelectEntry(int32_t ident, int32_t index);
+void SetDeSelectEntry(int32_t ident, int32_t index);
+void LvSelectAll(int32_t ident);
+void LvSelectNone(int32_t ident);
+bool IsItemSelected(int32_t ident, int32_t index);
+int32_t CountEntry(int32_t ident);
+int32_t GetLvSelected(int32_t ident);
+
+/* Order. Rows of an outline move with those below them, among those below the same row; SortLv, by
+   the texts without case, moves its top rows. */
+void SwapItem(int32_t ident, int32_t a, int32_t b);
+void MoveItem(int32_t ident, int32_t from, int32_t to);
+void SortLv(int32_t ident);
+
+/* The text of a row, of the first and of the last one; "" if there is none. Its first 1,023 bytes
+   stand in a buffer that the next such call uses again. Main thread. */
+char *GetLvItem(int32_t ident, int32_t index);
+char *GetLvFirstItem(int32_t ident);
+char *GetLvLastItem(int32_t ident);
+
+/* Show or hide what is below a row, or below all. What is hidden is not selected. */
+void LvExpand(int32_t ident, int32_t index);
+void LvCollapse(int32_t ident, int32_t index);
+void LvExpandAll(int32_t ident);
+void LvCollapseAll(int32_t ident);
+
+/* Whether rows of a flat list can be dragged out: as a message 'DATA' with pointers "it" to the row
+   and "gd" to the list, and the row's number "sl". */
+void SetDragLv(int32_t ident, int32_t flag);
+
+/* Has `function` called with 0, 0 before a row is drawn, with the list as default output, which is
+   none afterwards. Null for no function. The window's thread. */
+void SetDrawHookLv(int32_t ident, int32_t index, void *function);
+
 /* Sliders: the value; the place in percent; a triangle as thumb for a flag of 0, else a block; the
    colours of the bar and of its filled part; how many hash marks there are, and where: 0 nowhere, 1
    above or left, 2 below or right, 3 both; the labels of the ends. */

@@ -33,8 +33,6 @@ MyView::MyView(BRect frame, MyWinClass* window)
 
 MyView::MyView(BMessage* archive) : BView(archive) {}
 
-MyView::~MyView() { _FreeDropped(); }
-
 BArchivable* MyView::Instantiate(BMessage* archive)
 {
     puts("le");
@@ -151,44 +149,43 @@ void MyView::Pulse()
     BView::Pulse();
 }
 
-void MyView::_FreeDropped()
+DroppedFiles::~DroppedFiles() { _Free(); }
+
+void DroppedFiles::_Free()
 {
-    for (int32 i = 0; fDropped != nullptr && i < fDroppedMost; i++)
-        free(fDropped[i]);
-    MyFree(fDropped);
-    fDropped = nullptr;
+    for (int32 i = 0; fPaths != nullptr && i < fMost; i++)
+        free(fPaths[i]);
+    MyFree(fPaths);
+    fPaths = nullptr;
 }
 
 // The number of the message's fields, not of its refs, bounds how many files are passed on: kept
 // on purpose.
-void MyView::_CheckWasDropped(BMessage* message)
+void DroppedFiles::Pass(BMessage* message, Handler handler)
 {
-    using Handler = int32_t (*)(int32_t, char**);
-    Handler handler = fWindow->HandlerFor<Handler>(kFilesDropped, 0);
     if (!message->WasDropped() || handler == nullptr || !message->HasRef("refs"))
         return;
     const int32 most = message->CountNames(B_ANY_TYPE);
-    if (most < 1 || fDropped != nullptr)
+    if (most < 1 || fPaths != nullptr)
         return;
-    fDropped = static_cast<char**>(MyAlloc((most + 1) * static_cast<int32_t>(sizeof(char*))));
-    if (fDropped == nullptr)
+    fPaths = static_cast<char**>(MyAlloc((most + 1) * static_cast<int32_t>(sizeof(char*))));
+    if (fPaths == nullptr)
         return;
-    fDroppedMost = most;
+    fMost = most;
     int32 count = 0;
     entry_ref ref;
     for (int32 i = 0; i < most && message->FindRef("refs", i, &ref) == B_OK; i++) {
         BPath path;
-        if (BEntry(&ref).GetPath(&path) == B_OK &&
-            (fDropped[count] = strdup(path.Path())) != nullptr)
+        if (BEntry(&ref).GetPath(&path) == B_OK && (fPaths[count] = strdup(path.Path())) != nullptr)
             count++;
     }
-    handler(count, fDropped);
-    _FreeDropped();
+    handler(count, fPaths);
+    _Free();
 }
 
 void MyView::MessageReceived(BMessage* message)
 {
     if (fWindow != nullptr)
-        _CheckWasDropped(message);
+        fDropped.Pass(message, fWindow->HandlerFor<DroppedFiles::Handler>(kFilesDropped, 0));
     BView::MessageReceived(message);
 }

@@ -9,6 +9,29 @@
 
 class MyWinClass;
 
+class BMessage;
+
+// The paths of a drop, while a program's handler looks at them; a member of the view that hears it,
+// so that they go also after a handler that closed its window and never came back.
+class DroppedFiles {
+public:
+    using Handler = int32_t (*)(int32_t, char**);
+    DroppedFiles() = default;
+    ~DroppedFiles();
+    DroppedFiles(const DroppedFiles&) = delete;
+    DroppedFiles& operator=(const DroppedFiles&) = delete;
+
+    // Calls the handler with the number and the paths of the files that a message has dropped;
+    // nothing if it was not dropped, has none, or there is no handler. On the window's thread.
+    void Pass(BMessage* message, Handler handler);
+
+private:
+    void _Free();
+
+    char** fPaths = nullptr;  // from MyAlloc
+    int32 fMost = 0;
+};
+
 // All fields belong to the window's lock.
 class MyView : public BView {
 public:
@@ -33,17 +56,12 @@ public:
 private:
     void _CountClick(int32 buttons, int32 clicks, int64 when);
     bool _OpenPopUp(BPoint where);
-    void _CheckWasDropped(BMessage* message);
-    void _FreeDropped();
 
     MyWinClass* fWindow = nullptr;  // null in a replicant
     int32 fLastButtons = 0;
     int32 fClickCount = 0;
     int64 fLastClick_us = 0;
-    // The paths of a drop while its handler runs, from MyAlloc, and after one that closed its
-    // window.
-    char** fDropped = nullptr;
-    int32 fDroppedMost = 0;
+    DroppedFiles fDropped;
 };
 
 #endif  // WINDOWS_DRAWING_VIEW_H

@@ -1,0 +1,567 @@
+// List gadgets, flat and outline. Hooks run on the window's thread, or on that of a call that has
+// the window locked; a handler may kill the gadget, whose view then has no window any more.
+
+#include "gadgets/kinds.h"
+#include "gadgets/list_item.h"
+#include "graphics/raster_port.h"
+#include "plinth.h"
+#include "windows/drawing_view.h"
+#include "windows/menus.h"
+
+#include <OutlineListView.h>
+#include <PopUpMenu.h>
+#include <ScrollBar.h>
+#include <ScrollView.h>
+#include <Window.h>
+
+#include <strings.h>
+
+#include <algorithm>
+#include <vector>
+
+static const uint32_t kDragMessage = 'DATA';
+static const size_t kTextSize = 1024;
+
+// --- what both kinds of lists share
+
+// Selects as a click on a row with these modifiers does.
+template <class List>
+static void choose(List& list, int32 index, int32_t held)
+{
+    if (list.ListType() == B_SINGLE_SELECTION_LIST) {
+        list.fAnchor = index;
+        list.Select(index, false);
+    } else if ((held & B_SHIFT_KEY) != 0) {
+        const auto [low, high] = std::minmax(int32{list.fAnchor}, index);
+        list.fAnchor = low;
+        list.DeselectExcept(low, high);
+        list.Select(low, high, true);
+    } else if ((held & B_CONTROL_KEY) == 0) {
+        list.DeselectAll();
+        list.fAnchor = index;
+        list.Select(index, false);
+    } else {
+        list.Select(index, true);
+    }
+}
+
+template <class Base>
+class ListOf : public Base, public ListFrame {
+public:
+    ListOf(MyGadget* gadget, BRect frame)
+        : Base(frame, nullptr, B_SINGLE_SELECTION_LIST, B_FOLLOW_ALL_SIDES,
+               B_WILL_DRAW | B_NAVIGABLE | B_FRAME_EVENTS)
+    {
+        fGadget = gadget;
+    }
+    ~ListOf() override
+    {
+        fGadget = nullptr;
+        MakeEmpty();
+    }
+
+    void SelectionChanged() override
+    {
+        Base::SelectionChanged();
+        if (fGadget != nullptr)
+            call_handler(*fGadget, &MyGadget::value_handler, int32_t{this->CurrentSelection(0)});
+    }
+    void MessageReceived(BMessage* message) override
+    {
+        if (fGadget != nullptr)
+            fDropped.Pass(message, reinterpret_cast<DroppedFiles::Handler>(
+                                       handler_in(*fGadget, &MyGadget::drop_handler)));
+        Base::MessageReceived(message);
+    }
+    void MakeEmpty() override
+    {
+        while (BListItem* item = this->ItemAt(0))
+            Drop(item);
+    }
+    // Deletes a row, and those below it.
+    void Drop(BListItem* item)
+    {
+        std::vector<BListItem*> gone = {item};
+        if constexpr (std::is_same_v<Base, BOutlineListView>) {
+            const int32 row = this->FullListIndexOf(item);
+            for (int32 i = this->CountItemsUnder(item, false); i > 0; i--)
+                gone.push_back(this->FullListItemAt(row + i));
+        }
+        fRemovals++;
+        if (!this->RemoveItem(item))
+            return;
+        for (BListItem* one : gone)
+            delete one;
+    }
+    void RefreshBars()
+    {
+        for (const orientation direction : {B_HORIZONTAL, B_VERTICAL}) {
+            if (BScrollBar* bar = this->ScrollBar(direction))
+                bar->Invalidate();
+        }
+    }
+};
+
+// --- flat lists
+
+class MyListView : public ListOf<BListView> {
+public:
+    using ListOf::ListOf;
+
+    void Draw(BRect update) override
+    {
+        SetHighColor(GetRgbFromInteger(fColors[kUnselectedGround]));
+        FillRect(update, B_SOLID_HIGH);
+        BListView::Draw(update);
+        RefreshBars();
+    }
+    void MouseDown(BPoint where) override;
+    void MouseMoved(BPoint where, uint32 transit, const BMessage* dragged) override;
+    void MouseUp(BPoint where) override
+    {
+        fPressed = false;
+        BListView::MouseUp(where);
+    }
+    void KeyDown(const char* bytes, int32 count) override;
+    void MyDeselectAll();
+
+private:
+    void _StartDrag();
+
+    bool fPressed = false;  // and not moved since
+    BPoint fPlace;
+};
+
+void MyListView::MyDeselectAll()
+{
+    while (CurrentSelection(0) >= 0) {
+        const int32 index = CurrentSelection(0);
+        ItemAt(index)->Deselect();
+        InvalidateItem(index);
+    }
+    if (fGadget != nullptr)
+        call_handler(*fGadget, &MyGadget::value_handler, int32_t{-1});
+}
+
+void MyListView::MouseDown(BPoint where)
+{
+    const int32_t held = held_modifiers(this);
+    const int32_t buttons = pressed_buttons(this);
+    if (fGadget == nullptr)
+        return;
+    if ((buttons & B_PRIMARY_MOUSE_BUTTON) == 0) {
+        if (buttons == B_SECONDARY_MOUSE_BUTTON && fGadget->popup != nullptr)
+            open_pop_up(fGadget->popup, Window(), ConvertToScreen(where));
+        return;
+    }
+    const int32_t clicks = current_clicks(this);
+    if (clicks == 0)
+        return;
+    if ((fGadget->flags & kTakesFocus) != 0)
+        MakeFocus(true);
+    const int32 index = IndexOf(where);
+    if (index < 0) {
+        MyDeselectAll();
+        return;
+    }
+    if (clicks == 2) {
+        call_handler(*fGadget, &MyGadget::list_handler, int32_t{index});
+        return;
+    }
+    fPressed = true;
+    fPlace = where;
+    SetMouseEventMask(B_POINTER_EVENTS, B_NO_POINTER_HISTORY);
+    choose(*this, index, held);
+}
+
+// The first move with the button down drags the row of the last plain click.
+void MyListView::MouseMoved(BPoint where, uint32 transit, const BMessage* dragged)
+{
+    if (fPressed && where != fPlace) {
+        fPressed = false;
+        if (fDragEnabled && pressed_buttons(this) != 0)
+            _StartDrag();
+        return;
+    }
+    BListView::MouseMoved(where, transit, dragged);
+}
+
+void MyListView::_StartDrag()
+{
+    BListItem* item = ItemAt(fAnchor);
+    if (item == nullptr)
+        return;
+    BFont font;
+    GetFont(&font);
+    item->Update(this, &font);
+    BMessage message(kDragMessage);
+    message.AddPointer("it", item);
+    message.AddPointer("gd", this);
+    message.AddInt32("sl", fAnchor);
+    DragMessage(&message, BRect(0, fPlace.y, item->Width(), fPlace.y + item->Height() + 1));
+}
+
+void MyListView::KeyDown(const char* bytes, int32 count)
+{
+    BListView::KeyDown(bytes, count);
+    const bool is_tab = count == 1 && bytes[0] == B_TAB;
+    if (!is_tab && Window() != nullptr && fGadget != nullptr)
+        call_key_handler(this, *fGadget, bytes);
+}
+
+// --- outline lists
+
+class MyOutListView : public ListOf<BOutlineListView> {
+public:
+    using ListOf::ListOf;
+
+    void Draw(BRect update) override
+    {
+        RefreshBars();
+        BOutlineListView::Draw(update);
+    }
+    bool InitiateDrag(BPoint, int32, bool was_selected) override { return was_selected; }
+    void MouseDown(BPoint where) override;
+    void KeyDown(const char* bytes, int32 count) override;
+
+private:
+    bool _IsOnLatch(BPoint where);
+
+    int32_t fLastButtons = 0, fClickCount = 0;
+};
+
+bool MyOutListView::_IsOnLatch(BPoint where)
+{
+    const int32 index = IndexOf(where);
+    BListItem* item = ItemAt(index);
+    return item != nullptr && CountItemsUnder(item, true) > 0 &&
+           LatchRect(ItemFrame(index), static_cast<int32>(item->OutlineLevel())).Contains(where);
+}
+
+void MyOutListView::MouseDown(BPoint where)
+{
+    const int32_t held = held_modifiers(this);
+    // What else the platform does with a press would select a second time.
+    if (_IsOnLatch(where))
+        BOutlineListView::MouseDown(where);
+    const int32_t buttons = pressed_buttons(this);
+    const int32_t clicks = current_clicks(this);
+    if (fGadget == nullptr || (buttons & B_PRIMARY_MOUSE_BUTTON) == 0 || clicks == 0)
+        return;
+    fClickCount = buttons != fLastButtons || clicks < 2 ? 1 : fClickCount + 1;
+    fLastButtons = buttons;
+    if ((fGadget->flags & kTakesFocus) != 0)
+        MakeFocus(true);
+    const int32 index = IndexOf(where);
+    if (index < 0)
+        return;
+    if (fClickCount > 1 && handler_in(*fGadget, &MyGadget::list_handler) != nullptr) {
+        call_handler(*fGadget, &MyGadget::list_handler, int32_t{index});
+        return;
+    }
+    choose(*this, index, held);
+}
+
+void MyOutListView::KeyDown(const char* bytes, int32 count)
+{
+    const char key = count == 1 ? bytes[0] : '\0';
+    if (key != B_ENTER && key != B_LEFT_ARROW && key != B_RIGHT_ARROW) {
+        BOutlineListView::KeyDown(bytes, count);
+        if (count == 1 && Window() != nullptr && fGadget != nullptr)
+            call_key_handler(this, *fGadget, bytes);
+        return;
+    }
+    BListItem* item = ItemAt(CurrentSelection(0));
+    if (item == nullptr || item->OutlineLevel() != 0)
+        return;
+    const bool expanded = item->IsExpanded();
+    if (expanded && key != B_RIGHT_ARROW) {
+        Collapse(item);
+    } else if (!expanded && key != B_LEFT_ARROW) {
+        Expand(item);
+        if (key == B_ENTER && CountItemsUnder(item, true) > 0)
+            Select(IndexOf(item) + 1);
+    }
+}
+
+// --- creation
+
+template <class List>
+static BView* create_list(const GadgetSpec& spec, bool vertical, bool horizontal)
+{
+    BRect frame = spec.frame;
+    if (vertical)
+        frame.right -= B_V_SCROLL_BAR_WIDTH;
+    if (horizontal)
+        frame.bottom -= B_H_SCROLL_BAR_HEIGHT;
+    auto* list = new List(spec.record, frame);
+    if (!vertical && !horizontal)
+        return list;
+    auto* scroller = new BScrollView(nullptr, list, B_FOLLOW_ALL_SIDES, B_WILL_DRAW, horizontal,
+                                     vertical, B_FANCY_BORDER);
+    for (const orientation direction : {B_HORIZONTAL, B_VERTICAL}) {
+        if (BScrollBar* bar = scroller->ScrollBar(direction))
+            bar->SetRange(0, 0);
+    }
+    return scroller;
+}
+
+BView* create_listview(const GadgetSpec& spec)
+{
+    const int32_t bars = spec.kind - kListView;
+    return create_list<MyListView>(spec, (bars & 1) != 0, (bars & 2) != 0);
+}
+
+BView* create_outlistview(const GadgetSpec& spec)
+{
+    const int32_t bars = spec.kind - kOutlineListView;
+    return create_list<MyOutListView>(spec, (bars & 1) != 0, (bars & 2) != 0);
+}
+
+// --- calls
+
+// Acts on the list of a gadget, flat or outline, as a BListView and as what both share.
+template <class Action>
+static void on_list(int32_t ident, Action act)
+{
+    const GadgetAccess gadget(ident, kListView);
+    if (!gadget)
+        return;
+    BView* view = shown_view(gadget.View());
+    auto* list = dynamic_cast<BListView*>(view);
+    auto* frame = dynamic_cast<ListFrame*>(view);
+    if (list != nullptr && frame != nullptr)
+        act(*list, *frame);
+}
+
+template <class Action>
+static void on_item(int32_t ident, int32_t index, Action act)
+{
+    on_list(ident, [&](BListView& list, ListFrame&) {
+        if (auto* item = dynamic_cast<TListItem*>(list.ItemAt(index)))
+            act(list, *item);
+    });
+}
+
+template <class Action>
+static void on_outline(int32_t ident, Action act)
+{
+    on_list(ident, [&](BListView& list, ListFrame&) {
+        if (auto* outline = dynamic_cast<BOutlineListView*>(&list))
+            act(*outline);
+    });
+}
+
+extern "C" void AddLvEntry(int32_t ident, const char* text)
+{
+    if (text == nullptr || text[0] == '\0')
+        return;
+    on_list(ident, [=](BListView& list, ListFrame&) { list.AddItem(new TListItem(text)); });
+}
+
+extern "C" void AddEntryInSub(int32_t ident, int32_t n, const char* text)
+{
+    if (text == nullptr || text[0] == '\0')
+        return;
+    on_outline(ident, [=](BOutlineListView& list) {
+        if (BListItem* top = list.ItemUnderAt(nullptr, true, n))
+            list.AddUnder(new TListItem(text), top);
+    });
+}
+
+extern "C" void RemoveItem(int32_t ident, int32_t index)
+{
+    on_item(ident, index, [](BListView& list, TListItem& item) {
+        if (auto* flat = dynamic_cast<MyListView*>(&list))
+            flat->Drop(&item);
+        else if (auto* outline = dynamic_cast<MyOutListView*>(&list))
+            outline->Drop(&item);
+    });
+}
+
+extern "C" void ClearListView(int32_t ident)
+{
+    on_list(ident, [](BListView& list, ListFrame&) { list.MakeEmpty(); });
+}
+
+extern "C" void ChangeEntryStr(int32_t ident, int32_t index, const char* text)
+{
+    on_item(ident, index, [=](BListView& list, TListItem& item) {
+        item.fText = text != nullptr ? text : "";
+        list.InvalidateItem(index);
+    });
+}
+
+extern "C" void ChangeItemColor(int32_t ident, int32_t index, int32_t c0, int32_t c1, int32_t c2,
+                                int32_t c3)
+{
+    on_item(ident, index, [=](BListView& list, TListItem& item) {
+        item.fOwnColors = std::make_unique<std::array<uint32_t, 4>>(
+            std::array<uint32_t, 4>{static_cast<uint32_t>(c0), static_cast<uint32_t>(c1),
+                                    static_cast<uint32_t>(c2), static_cast<uint32_t>(c3)});
+        BFont font;
+        list.GetFont(&font);
+        item.Update(&list, &font);
+        list.InvalidateItem(index);
+    });
+}
+
+extern "C" void EnableItemLv(int32_t ident, int32_t index, int32_t flag)
+{
+    on_item(ident, index, [=](BListView& list, TListItem& item) {
+        item.SetEnabled(flag != 0);
+        list.InvalidateItem(index);
+    });
+}
+
+extern "C" void ChangeLvColor(int32_t ident, int32_t c0, int32_t c1, int32_t c2, int32_t c3,
+                              int32_t c4, int32_t c5)
+{
+    on_list(ident, [=](BListView& list, ListFrame& frame) {
+        const int32_t colors[kListColors] = {c0, c1, c2, c3, c4, c5};
+        for (int32_t i = 0; i < kListColors; i++) {
+            if (colors[i] != -1)
+                frame.fColors[i] = static_cast<uint32_t>(colors[i]);
+        }
+        list.Invalidate();
+    });
+}
+
+extern "C" void SetMultiSelect(int32_t ident, int32_t flag)
+{
+    on_list(ident, [=](BListView& list, ListFrame&) {
+        list.SetListType(flag != 0 ? B_MULTIPLE_SELECTION_LIST : B_SINGLE_SELECTION_LIST);
+    });
+}
+
+extern "C" void SetSelectEntry(int32_t ident, int32_t index)
+{
+    on_list(ident, [=](BListView& list, ListFrame&) { list.Select(index, false); });
+}
+
+extern "C" void SetDeSelectEntry(int32_t ident, int32_t index)
+{
+    on_list(ident, [=](BListView& list, ListFrame&) { list.Deselect(index); });
+}
+
+extern "C" void LvSelectAll(int32_t ident)
+{
+    on_list(ident,
+            [](BListView& list, ListFrame&) { list.Select(0, list.CountItems() - 1, false); });
+}
+
+extern "C" void LvSelectNone(int32_t ident)
+{
+    on_list(ident, [](BListView& list, ListFrame&) { list.DeselectAll(); });
+}
+
+extern "C" bool IsItemSelected(int32_t ident, int32_t index)
+{
+    bool selected = false;
+    on_list(ident, [&](BListView& list, ListFrame&) { selected = list.IsItemSelected(index); });
+    return selected;
+}
+
+extern "C" int32_t CountEntry(int32_t ident)
+{
+    int32_t count = 0;
+    on_list(ident, [&](BListView& list, ListFrame&) { count = list.CountItems(); });
+    return count;
+}
+
+extern "C" int32_t GetLvSelected(int32_t ident)
+{
+    int32_t index = 0;  // of what is no list: kept on purpose
+    on_list(ident, [&](BListView& list, ListFrame&) { index = list.CurrentSelection(0); });
+    return index;
+}
+
+extern "C" void SwapItem(int32_t ident, int32_t a, int32_t b)
+{
+    on_list(ident, [=](BListView& list, ListFrame&) { list.SwapItems(a, b); });
+}
+
+extern "C" void MoveItem(int32_t ident, int32_t from, int32_t to)
+{
+    on_list(ident, [=](BListView& list, ListFrame&) { list.MoveItem(from, to); });
+}
+
+static int compare_texts(const void* a, const void* b)
+{
+    const auto text = [](const void* item) {
+        return static_cast<const TListItem*>(*static_cast<BListItem* const*>(item))->fText.c_str();
+    };
+    return strcasecmp(text(a), text(b));
+}
+
+extern "C" void SortLv(int32_t ident)
+{
+    on_list(ident, [](BListView& list, ListFrame&) { list.SortItems(compare_texts); });
+}
+
+// The text of the row that `find` answers; longer ones are cut.
+template <class Find>
+static char* text_of_row(int32_t ident, Find find)
+{
+    static char sText[kTextSize];  // the program's thread
+    sText[0] = '\0';
+    on_list(ident, [&](BListView& list, ListFrame&) {
+        if (auto* item = dynamic_cast<TListItem*>(find(list)))
+            sText[item->fText.copy(sText, kTextSize - 1)] = '\0';
+    });
+    return sText;
+}
+
+extern "C" char* GetLvItem(int32_t ident, int32_t index)
+{
+    return text_of_row(ident, [=](BListView& list) { return list.ItemAt(index); });
+}
+
+extern "C" char* GetLvFirstItem(int32_t ident)
+{
+    return text_of_row(ident, [](BListView& list) { return list.FirstItem(); });
+}
+
+extern "C" char* GetLvLastItem(int32_t ident)
+{
+    return text_of_row(ident, [](BListView& list) { return list.LastItem(); });
+}
+
+extern "C" void LvExpand(int32_t ident, int32_t index)
+{
+    on_outline(ident, [=](BOutlineListView& list) { list.Expand(list.ItemAt(index)); });
+}
+
+extern "C" void LvCollapse(int32_t ident, int32_t index)
+{
+    on_outline(ident, [=](BOutlineListView& list) { list.Collapse(list.ItemAt(index)); });
+}
+
+extern "C" void LvExpandAll(int32_t ident)
+{
+    on_outline(ident, [](BOutlineListView& list) {
+        for (int32 i = 0; i < list.CountItems(); i++)
+            list.Expand(list.ItemAt(i));
+    });
+}
+
+extern "C" void LvCollapseAll(int32_t ident)
+{
+    on_outline(ident, [](BOutlineListView& list) {
+        for (int32 i = 0; i < list.CountItems(); i++)
+            list.Collapse(list.ItemAt(i));
+    });
+}
+
+extern "C" void SetDragLv(int32_t ident, int32_t flag)
+{
+    on_list(ident, [=](BListView&, ListFrame& frame) { frame.fDragEnabled = flag != 0; });
+}
+
+extern "C" void SetDrawHookLv(int32_t ident, int32_t index, void* function)
+{
+    on_item(ident, index, [=](BListView& list, TListItem& item) {
+        item.fDrawHook = reinterpret_cast<ListDrawHook>(function);
+        list.InvalidateItem(index);
+    });
+}
