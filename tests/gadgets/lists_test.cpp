@@ -62,7 +62,7 @@ TEST_F(ListGadgets, RowsComeAndGoInEveryKind)
         EXPECT_EQ(Rows(ident), "new C");
         ClearListView(ident);
         EXPECT_EQ(CountEntry(ident), 0);
-        KillGadget(ident);
+        KillGadget(0, ident);
     }
 }
 
