@@ -149,6 +149,8 @@ void MyView::Pulse()
     BView::Pulse();
 }
 
+MyView::~MyView() = default;
+
 DroppedFiles::~DroppedFiles() { _Free(); }
 
 void DroppedFiles::_Free()
