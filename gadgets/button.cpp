@@ -5,9 +5,7 @@
 #include <Button.h>
 #include <CheckBox.h>
 #include <InterfaceDefs.h>
-#include <MenuItem.h>
 #include <Message.h>
-#include <PopUpMenu.h>
 #include <Window.h>
 
 #include <math.h>
@@ -25,20 +23,9 @@ public:
     void KeyDown(const char* bytes, int32 count) override;
 
 private:
-    void _OpenPopUp(BPoint where);
-
     MyGadget* const fGadget;
     int32 fButtons = 0;  // of the last press
 };
-
-void MyButton::_OpenPopUp(BPoint where)
-{
-    if (fGadget->popup == nullptr)
-        return;
-    BMenuItem* item = fGadget->popup->Go(ConvertToScreen(where), false);
-    if (item != nullptr && item->Message() != nullptr && Window() != nullptr)
-        Window()->PostMessage(item->Message(), item->Target());
-}
 
 void MyButton::MouseDown(BPoint where)
 {
@@ -50,7 +37,7 @@ void MyButton::MouseDown(BPoint where)
     if (!IsEnabled())
         return;
     if (fButtons == B_SECONDARY_MOUSE_BUTTON)
-        _OpenPopUp(where);
+        open_attached_menu(this, *fGadget, where);
     else
         BButton::MouseDown(where);
 }

@@ -11,7 +11,6 @@
 
 #include <stdint.h>
 
-class BPopUpMenu;
 class BView;
 class BWindow;
 
@@ -64,7 +63,7 @@ struct MyGadget {
     int32_t ident;
     uint32_t flags;  // GadgetFlags
     BView* view;     // the control, or the scroll view around it
-    BPopUpMenu* popup;
+    intptr_t popup;  // ident of the menu that the secondary button opens; registry lock
     intptr_t reserved10[2];
     int32_t selection;
     int32_t minimum, maximum, value;

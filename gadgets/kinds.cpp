@@ -2,6 +2,8 @@
 
 #include "gadgets/kinds.h"
 
+#include "windows/menus.h"
+
 #include <InterfaceDefs.h>
 #include <Message.h>
 #include <View.h>
@@ -31,7 +33,7 @@ static constexpr KindRow kKinds[] = {
     {16, kSlider, create_slider, Inside::None},
     {17, kStatusBar, create_statusbar, Inside::None},
     {18, kRadioGroup, create_radio, Inside::None},
-    {19, kChoiceField, nullptr, Inside::None},
+    {19, kChoiceField, create_mx, Inside::None},
     {20, kListView, create_outlistview, Inside::None},
     {21, kListView, create_outlistview, Inside::None},
     {22, kListView, create_outlistview, Inside::None},
@@ -110,6 +112,19 @@ int32_t current_clicks(const BView* view) { return current_number(view, "clicks"
 int32_t held_modifiers(const BView* view)
 {
     return current_number(view, "modifiers", static_cast<int32_t>(modifiers()));
+}
+
+static int32_t attached_menu(const MyGadget& gadget)
+{
+    RegistryLock registry;
+    return static_cast<int32_t>(gadget.popup);
+}
+
+void open_attached_menu(const BView* view, const MyGadget& gadget, BPoint where)
+{
+    const int32_t menu = attached_menu(gadget);
+    if (menu != 0 && view->Window() != nullptr)
+        open_pop_up(menu, view->Window(), view->ConvertToScreen(where));
 }
 
 bool is_primary_press(const BView* view) { return pressed_buttons(view) == B_PRIMARY_MOUSE_BUTTON; }

@@ -45,6 +45,7 @@ BView* create_scroller(const GadgetSpec& spec);
 BView* create_slider(const GadgetSpec& spec);
 BView* create_statusbar(const GadgetSpec& spec);
 BView* create_radio(const GadgetSpec& spec);
+BView* create_mx(const GadgetSpec& spec);
 BView* create_bbox(const GadgetSpec& spec);
 BView* create_color(const GadgetSpec& spec);
 BView* create_picture(const GadgetSpec& spec);
@@ -61,6 +62,9 @@ int32_t pressed_buttons(const BView* view);
 int32_t current_clicks(const BView* view);
 // The modifiers that are held, as that message says; as they are at present without one.
 int32_t held_modifiers(const BView* view);
+// Opens the pop-up menu attached to the gadget, if there is one, at a place in its view. Returns
+// when it is closed. The window's thread.
+void open_attached_menu(const BView* view, const MyGadget& gadget, BPoint where);
 // A press with the primary button alone.
 bool is_primary_press(const BView* view);
 // A control was pressed: calls its handler, and gives it the focus if it takes that.

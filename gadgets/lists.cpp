@@ -6,10 +6,8 @@
 #include "graphics/raster_port.h"
 #include "plinth.h"
 #include "windows/drawing_view.h"
-#include "windows/menus.h"
 
 #include <OutlineListView.h>
-#include <PopUpMenu.h>
 #include <ScrollBar.h>
 #include <ScrollView.h>
 #include <Window.h>
@@ -150,8 +148,8 @@ void MyListView::MouseDown(BPoint where)
     if (fGadget == nullptr)
         return;
     if ((buttons & B_PRIMARY_MOUSE_BUTTON) == 0) {
-        if (buttons == B_SECONDARY_MOUSE_BUTTON && fGadget->popup != nullptr)
-            open_pop_up(fGadget->popup, Window(), ConvertToScreen(where));
+        if (buttons == B_SECONDARY_MOUSE_BUTTON)
+            open_attached_menu(this, *fGadget, where);
         return;
     }
     const int32_t clicks = current_clicks(this);

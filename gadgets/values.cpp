@@ -6,10 +6,14 @@
 #include "runtime/strings.h"
 #include "runtime/whole.h"
 #include "windows/drawing_view.h"
+#include "windows/menus.h"
 #include "windows/window_access.h"
 
 #include <CheckBox.h>
 #include <Control.h>
+#include <Menu.h>
+#include <MenuField.h>
+#include <MenuBar.h>
 #include <ScrollBar.h>
 #include <Slider.h>
 #include <StatusBar.h>
@@ -44,6 +48,11 @@ extern "C" void SetEnabled(int32_t ident, int8_t flag)
     const bool enabled = flag != 0;
     uint32_t& flags = gadget.Record().flags;
     flags = enabled ? flags & ~uint32_t{kDisabled} : flags | kDisabled;
+    if (auto* field = dynamic_cast<BMenuField*>(gadget.View())) {
+        field->SetEnabled(enabled);
+        field->MenuBar()->SetEnabled(enabled);
+        return;
+    }
     if (gadget.Record().kind != kRadioGroup) {
         if (auto* control = dynamic_cast<BControl*>(gadget.View()))
             control->SetEnabled(enabled);
@@ -96,6 +105,7 @@ extern "C" void SetValue(int32_t ident, int32_t value)
     on_any<BStatusBar>(ident, [=](BStatusBar& bar) { bar.Update(static_cast<float>(value)); });
     on_any<BScrollBar>(ident, [=](BScrollBar& bar) { bar.SetValue(static_cast<float>(value)); });
     on_any<BSlider>(ident, [=](BSlider& slider) { slider.SetValue(value); });
+    MxSelected(ident, value);
 }
 
 extern "C" int32_t GetValue(int32_t ident)
@@ -117,6 +127,10 @@ extern "C" int32_t GetValue(int32_t ident)
             return truncated(static_cast<BStatusBar*>(gadget.View())->CurrentValue());
         case kRadioGroup:
             return record.selection;
+        case kChoiceField: {
+            BMenu* menu = static_cast<BMenuField*>(gadget.View())->Menu();
+            return menu != nullptr ? menu->FindMarkedIndex() : 0;
+        }
         default:
             return 0;
     }
@@ -138,6 +152,14 @@ extern "C" void AttachGadgetToWindow(int32_t window_ident, int32_t ident)
     BView* view = gadget ? gadget.View() : nullptr;
     if (view != nullptr && view->Window() == nullptr && view->Parent() == nullptr)
         window->fTopView->AddChild(view);
+}
+
+extern "C" void AttachPopUpToGadget(int32_t ident, int32_t menu_ident)
+{
+    RegistryLock registry;
+    auto* gadget = ident < 1 ? nullptr : find_record<MyGadget>(registry, ident);
+    if (gadget != nullptr && (menu_ident == 0 || is_pop_up(registry, menu_ident)))
+        gadget->popup = menu_ident;
 }
 
 extern "C" void ResizeGadget(int32_t ident, int32_t width, int32_t height)

@@ -596,6 +596,11 @@ int32_t GetEnabled(int32_t ident);
 /* Gives a gadget the keyboard. */
 void ActivateGadget(int32_t ident);
 
+/* Has the secondary button open a pop-up menu on a button or a list; 0 for none. Choices are told
+   as those of a window's menu. The menu stays the program's: several gadgets may have it, and one
+   that was killed opens no more. An ident that is no pop-up menu's changes nothing. */
+void AttachPopUpToGadget(int32_t ident, int32_t menu);
+
 /* Changes a gadget's size. */
 void ResizeGadget(int32_t ident, int32_t width, int32_t height);
 
@@ -612,6 +617,14 @@ int32_t GetValue(int32_t ident);
 /* Chooses the button `index` of a radio group, whose value handler is called; none if there is no
    such button. */
 void RadSelected(int32_t ident, int32_t index);
+
+/* Choice fields. MxSelected marks the item at a place of its menu, from 0; without such an item
+   none is marked. No handler is called. ChangeMxData replaces the items by those of an array, which
+   ends with a null pointer; an empty label takes a number and makes no item. Then nothing is
+   marked, and the field shows the former choice until another. The value handler gets the number of
+   the item that the user chooses. */
+void MxSelected(int32_t ident, int32_t index);
+void ChangeMxData(int32_t ident, const char *const *labels);
 
 /* Scroll bars: how much of the whole can be seen, in percent; the range of values; what arrows and
    presses beside the thumb move it by. */

@@ -209,7 +209,7 @@ void open_pop_up(BPopUpMenu* menu, BWindow* window, BPoint where)
     target_items(menu, BMessenger(window));
     {
         MenuLock lock;
-        if (windows_without_pop_up().HasItem(window))
+        if (windows_without_pop_up().HasItem(window) || open_pop_ups().HasItem(menu))
             return;
         static_cast<MyPopUpMenu*>(menu)->fIsClosed = false;
         open_pop_ups().AddItem(menu);
@@ -218,6 +218,32 @@ void open_pop_up(BPopUpMenu* menu, BWindow* window, BPoint where)
     menu->Go(where, true);
     MenuLock lock;
     open_pop_ups().RemoveItems(open_pop_ups().IndexOf(menu), 2);
+}
+
+static MyPopUpMenu* find_pop_up(MenuRecord* record)
+{
+    return record != nullptr ? dynamic_cast<MyPopUpMenu*>(record->menu) : nullptr;
+}
+
+bool is_pop_up(const RegistryLock& registry, int32_t ident)
+{
+    return find_pop_up(FindMenu(registry, ident)) != nullptr;
+}
+
+void open_pop_up(int32_t ident, BWindow* window, BPoint where)
+{
+    MyPopUpMenu* menu;
+    {
+        RegistryLock registry;
+        MenuRecord* record = FindMenu(registry, ident);
+        menu = find_pop_up(record);
+        if (menu == nullptr)
+            return;
+        record->attached++;
+    }
+    open_pop_up(menu, window, where);
+    if (!unshow_menu(menu))
+        delete_menu(menu);
 }
 
 NoPopUp::NoPopUp(BWindow* window) : fWindow(window)

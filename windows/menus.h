@@ -68,6 +68,11 @@ bool mark_chosen_item(const BMessage& message);
 // its message to `window`. The window's thread.
 void open_pop_up(BPopUpMenu* menu, BWindow* window, BPoint where);
 
+// Opens the menu of that ident, which stays for so long, if there is one. The window's thread.
+void open_pop_up(int32_t ident, BWindow* window, BPoint where);
+// True for the ident of a pop-up menu.
+bool is_pop_up(const RegistryLock& registry, int32_t ident);
+
 // Closes the pop-up menu of a window, whose thread waits for it with the lock, and keeps it from
 // opening one while this lives. The window may be gone. Any thread.
 class [[nodiscard]] NoPopUp {
