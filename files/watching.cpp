@@ -234,10 +234,10 @@ static BMessenger watcher()
     if (be_app == nullptr)
         return BMessenger();
     if (handler->Looper() != be_app) {
-        if (!be_app->Lock())
+        BAutolock guard(be_app);  // given back also where no memory is left for the handler
+        if (!guard.IsLocked())
             return BMessenger();
         be_app->AddHandler(handler);
-        be_app->Unlock();
     }
     return BMessenger(handler);
 }

@@ -138,7 +138,7 @@ press_with() {
 modifiers() {
     activate "$window"
     press_with shift b 'key 66 1'
-    press_with ctrl c 'key 3 4'
+    press_with ctrl g 'key 7 4'
     press_with shift F2 'key 203 1'
     mark
     xdotool key b

@@ -382,6 +382,7 @@ TEST_F(Bars, TwoBarsOfTwoWindowsTakeTurns)
     PressTitle(0);  // closes the other's menu
     inject_button(1, false);
     EXPECT_TRUE(WaitClosed(menu));
+    EXPECT_TRUE(log.Wait("menus ended")) << log.Lines();  // a press would still close it
     ClickTitle(0, file);
     ClickOn(file->ItemAt(0));
     EXPECT_TRUE(log.Wait("message open")) << log.Lines();

@@ -213,8 +213,9 @@ TEST_F(FailingMemory, ClipboardKeepsWhatItHasOrTakesTheNewText)
         const bool set = SetStringClipboard("after");
         tBeforeFailure = -1;
         EXPECT_TRUE(set || tHasFailed);
-        if (set)
+        if (set) {
             EXPECT_STREQ(GetStringClipboard(), "after");
+        }
     });
     with_each_failing([&] { GetStringClipboard(); });
     with_each_failing([&] { IsEmptyClipboard(); });

@@ -3,7 +3,7 @@
 
 #include <Control.h>
 
-enum { B_OPTION_CONTROL_VALUE = '_BMV' };
+enum { B_OPTION_CONTROL_VALUE = 0x5f424d56 };  // _BMV
 
 /* A choice among named numbers; a class below shows it. Its value is the number of the option
    chosen. A message with "be:value" chooses, and is sent on as the control's own. */
