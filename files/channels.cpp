@@ -48,13 +48,17 @@ static size_t write_stream(const void* bytes, size_t size, Stream* stream)
         return fwrite(bytes, 1, size, stream);
 }
 
-template <class Stream>
-static size_t read_stream(void* bytes, size_t size, Stream* stream)
+// A number's bytes one by one: they come out of the stream's buffer without a call.
+template <size_t Size>
+static bool read_bytes(char* bytes, FILE* stream)
 {
-    if constexpr (requires { fread_unlocked(bytes, 1, size, stream); })
-        return fread_unlocked(bytes, 1, size, stream);
-    else
-        return fread(bytes, 1, size, stream);
+    for (size_t i = 0; i < Size; i++) {
+        const int c = getc_unlocked(stream);
+        if (c == EOF)
+            return false;
+        bytes[i] = static_cast<char>(c);
+    }
+    return true;
 }
 
 template <class Stream>
@@ -329,10 +333,10 @@ static bool read_number(int32_t ch, Number* out, const char* call)
     const Channel channel(ch, call);
     if (!channel || out == nullptr)
         return false;
-    Number number;
-    if (read_stream(&number, sizeof(number), channel.Stream()) != sizeof(number))
+    char bytes[sizeof(Number)];
+    if (!read_bytes<sizeof(bytes)>(bytes, channel.Stream()))
         return keep_error(ch, call);
-    *out = number;
+    memcpy(out, bytes, sizeof(bytes));
     return true;
 }
 
