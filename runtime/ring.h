@@ -25,6 +25,14 @@ inline char* GetNextTab()
     return ring_slot(StrCnt);
 }
 
+// The slot of a Mid, which reserves the following one too.
+inline char* take_mid()
+{
+    char* slot = GetNextTab();
+    GetNextTab();
+    return slot;
+}
+
 inline bool in_ring(const char* text)
 {
     return reinterpret_cast<uintptr_t>(text) - reinterpret_cast<uintptr_t>(StrFunction) < kRingSize;

@@ -14,9 +14,6 @@
 #include <limits.h>
 #include <string.h>
 
-static const size_t kWorkText = 263;      // what the work buffer of Replace holds
-static const int kFewSubstitutions = 64;  // a power of two; so many need no watch
-static const int kMaxSubstitutions = 100000;
 static const size_t kPathSize = 1024;
 
 static char sNothing[1];  // a "" that is no constant, for results that callers may write to
@@ -46,13 +43,6 @@ extern "C" char* Right(const char* s, int32_t n)
     const int64_t start = std::clamp<int64_t>(length - n, 0, length);
     char* slot = GetNextTab();
     bounded_copy(slot, s + start, slot_limit(n));
-    return slot;
-}
-
-static char* take_mid()
-{
-    char* slot = GetNextTab();
-    GetNextTab();
     return slot;
 }
 
@@ -285,180 +275,6 @@ extern "C" char* Extract(const char* s, const char* sep)
     terminate(left, count);
     copy_bytes(slot, s, left_length);
     slot[left_length] = '\0';
-    return slot;
-}
-
-// The work buffer of Replace. What does not fit is cut off.
-class WorkText {
-public:
-    const char* Text() const { return fText; }
-    size_t Length() const { return fLength; }
-    bool IsFull() const { return fIsFull; }
-
-    void Append(const char* text, size_t length)
-    {
-        const size_t taken = std::min(length, kWorkText - fLength);
-        copy_bytes(fText + fLength, text, taken);
-        fLength += taken;
-        fText[fLength] = '\0';
-        fIsFull |= taken < length;
-    }
-    // Puts `text` between the first `left` bytes and the `kept` bytes at `after`.
-    void Splice(size_t left, const char* text, size_t length, size_t after, size_t kept)
-    {
-        const size_t taken = std::min(length, kWorkText - left);
-        const size_t rest = std::min(kept, kWorkText - left - taken);
-        copy_bytes(fText + left + taken, fText + after, rest);
-        copy_bytes(fText + left, text, taken);
-        fLength = left + taken + rest;
-        fText[fLength] = '\0';
-        fIsFull |= taken + rest < length + kept;
-    }
-    bool operator==(const WorkText& other) const
-    {
-        return fLength == other.fLength && memcmp(fText, other.fText, fLength) == 0;
-    }
-
-private:
-    char fText[kWorkText + 1];
-    size_t fLength = 0;
-    bool fIsFull = false;
-};
-
-// A text whose length is measured once, unless it lies in the ring and may change.
-class Pattern {
-public:
-    explicit Pattern(const char* text)
-        : fText(text_or_empty(text)), fLength(strlen(fText)), fInRing(in_ring(fText))
-    {
-    }
-    const char* Text() const { return fText; }
-    size_t Length() const { return fInRing ? strlen(fText) : fLength; }
-    bool IsInRing() const { return fInRing; }
-
-private:
-    const char* fText;
-    size_t fLength;
-    bool fInRing;
-};
-
-// Replaces the match at `position` as two Mids and their joining do. The search and the first of
-// them may have written over a pattern in the ring, whose length then is no longer the match's.
-static void substitute(WorkText* work, size_t position, const Pattern& find, const Pattern& repl,
-                       int32_t rest_count)
-{
-    const size_t left_length = position - 1;
-    char* left = take_mid();
-    put_mid(left, work->Text(), work->Length(), static_cast<int32_t>(left_length));
-    const size_t after = std::min(left_length + find.Length(), work->Length());
-    const size_t right_length = work->Length() - after;
-    char* rest = take_mid();
-    if (right_length > 0)
-        put_mid(rest, work->Text() + after, right_length, rest_count);
-    else
-        put_empty_mid(rest, rest_count);
-
-    const size_t kept = std::min<size_t>(right_length, rest_count);
-    if (left_length < kSlotSize) {
-        work->Splice(left_length, repl.Text(), repl.Length(), after, kept);
-        return;
-    }
-    WorkText joined;  // the left piece goes on with what follows its slot
-    joined.Append(left, strlen(left));
-    joined.Append(repl.Text(), repl.Length());
-    joined.Append(rest, kept);
-    *work = joined;
-}
-
-// All that the further substitutions of a Replace depend on: its text and, where its arguments lie
-// in the ring, the ring.
-class ReplaceState {
-public:
-    explicit ReplaceState(bool has_ring) : fHasRing(has_ring) {}
-    void Keep(const WorkText& work)
-    {
-        fWork = work;
-        if (!fHasRing)
-            return;
-        memcpy(fRing, StrFunction, kRingSize);
-        fLastSlot = StrCnt;
-    }
-    bool IsBackAt(const WorkText& work) const
-    {
-        return work == fWork &&
-               (!fHasRing || (StrCnt == fLastSlot && memcmp(fRing, StrFunction, kRingSize) == 0));
-    }
-
-private:
-    const bool fHasRing;
-    WorkText fWork;
-    uint32_t fLastSlot = 0;
-    char fRing[kRingSize];
-};
-
-// Replaces where nothing comes from the ring and the last search, which finds nothing, writes over
-// all that the others leave there: those leave nothing then. False where that does not hold in the
-// end; the ring then has nothing that replacing once more would not write too.
-static bool replace_with_one_walk(WorkText* work, const Pattern& find, const Pattern& repl,
-                                  int32_t rest_count)
-{
-    const size_t find_length = find.Length();
-    if (find.IsInRing() || repl.IsInRing() || find_length == 0 || find_length >= kSlotSize)
-        return false;
-    for (int substitutions = 0; substitutions < kFewSubstitutions; substitutions++) {
-        const size_t position = search_only(work->Text(), find.Text(), find_length);
-        if (position == 0) {
-            if (work->Length() < kPairs || find_length > work->Length())
-                return false;
-            leave_missed_walk(work->Text(), work->Length(), find_length);
-            return true;
-        }
-        if (position > kSlotSize)
-            return false;
-        substitute(work, position, find, repl, rest_count);
-        if (work->IsFull())
-            return false;
-    }
-    return false;
-}
-
-// Each search begins at the front again, so a replacement that makes new matches might never come
-// to an end: it stops where the text does not fit any more or all comes back to what it was, and at
-// a count that no text which ends by itself comes near.
-static void replace_each(WorkText* work, const Pattern& find, const Pattern& repl,
-                         int32_t rest_count)
-{
-    ReplaceState earlier(find.IsInRing() || repl.IsInRing());  // after the last power of two
-    for (int substitutions = 1; substitutions <= kMaxSubstitutions; substitutions++) {
-        const size_t position = walk_for(work->Text(), 0, find.Text(), find.Length());
-        if (position == 0)
-            break;
-        substitute(work, position, find, repl, rest_count);
-        if (work->IsFull() || (substitutions > kFewSubstitutions && earlier.IsBackAt(*work)))
-            break;
-        if (substitutions >= kFewSubstitutions && (substitutions & (substitutions - 1)) == 0)
-            earlier.Keep(*work);
-    }
-}
-
-extern "C" char* Replace(const char* s, const char* find, const char* repl)
-{
-    s = text_or_empty(s);
-    const Pattern pattern(find);
-    const Pattern replacement(repl);
-    char* slot = GetNextTab();
-    const uint32_t first_slot = StrCnt;
-    const auto rest_count = static_cast<int32_t>(strnlen(s, kSlotSize));
-    WorkText work;
-    work.Append(s, rest_count);
-    // What is written to the ring may change a text that lies there.
-    if (in_ring(s) || !replace_with_one_walk(&work, pattern, replacement, rest_count)) {
-        StrCnt = first_slot;
-        work = WorkText();
-        work.Append(s, rest_count);
-        replace_each(&work, pattern, replacement, rest_count);
-    }
-    put_text(slot, work.Text(), work.Length());
     return slot;
 }
 

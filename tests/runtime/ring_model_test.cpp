@@ -366,6 +366,20 @@ protected:
         place.own = fPattern.c_str();
         return place;
     }
+    // Often what has nothing in common with the texts, so that no match touches a replacement.
+    Place RandomReplacement()
+    {
+        static const char* const kApart[] = {"-",
+                                             "",
+                                             "--",
+                                             "=+=+=",
+                                             "0123456789012345",
+                                             "01234567890123456",
+                                             "(((((((((((((((((((((((((((("};
+        if (Random(3) == 0)
+            return RandomPlace();
+        return {false, 0, kApart[Random(std::size(kApart))]};
+    }
     const char* Library(Place place) const { return place.in_ring ? fBase + place.at : place.own; }
 
     // One random call of both. Returns false when they differ.
@@ -435,7 +449,7 @@ bool RingModel::Step()
         case 18:
         case 19: {
             Place find = RandomPattern(s);
-            Place repl = RandomPlace();
+            Place repl = RandomReplacement();
             return Same(Replace(text, Library(find), Library(repl)), fModel.Replace(s, find, repl));
         }
         case 20:
