@@ -48,7 +48,7 @@ void MyButton::MouseUp(BPoint where)
     if (clicked && IsEnabled() && fButtons == B_PRIMARY_MOUSE_BUTTON &&
         handler_in(*fGadget, &MyGadget::action_handler) != nullptr) {
         BMessage message(kClickMessage);
-        message.AddPointer("gd", fGadget);
+        name_gadget(&message, fGadget);
         Window()->PostMessage(&message);
     }
     BButton::MouseUp(where);

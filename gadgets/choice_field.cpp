@@ -16,7 +16,7 @@ static const int32_t kNothing = -1;
 static BMenuItem* new_choice(MyGadget* gadget, int32_t index, const char* label)
 {
     auto* message = new BMessage(kChoiceMessage + static_cast<uint32_t>(index));
-    message->AddPointer("gd", gadget);
+    name_gadget(message, gadget);
     return new BMenuItem(label, message);
 }
 

@@ -1,17 +1,14 @@
-// The gadget registry: look-ups, and the end of all gadgets. Any thread.
+// The gadget registry: look-ups, and gadgets held for a call. Any thread.
 
 #include "gadgets/gadget.h"
 
 #include "gadgets/kinds.h"
-#include "plinth.h"
 
-#include <Messenger.h>
+#include <Locker.h>
 #include <ScrollView.h>
 #include <View.h>
-#include <Window.h>
 
-#include <unordered_set>
-#include <vector>
+#include <utility>
 
 static int32_t family_of(int32_t kind)
 {
@@ -40,13 +37,26 @@ BView* Find_Gadget(int32_t ident, int32_t family)
     return gadget != nullptr && family_of(gadget->kind) == family ? gadget->view : nullptr;
 }
 
+static const char* const kIdentField = "id";
+
+void name_gadget(BMessage* message, MyGadget* gadget)
+{
+    message->AddPointer("gd", gadget);
+    message->AddInt32(kIdentField, gadget->ident);
+}
+
 void* gadget_handler(const BMessage& message, void* MyGadget::*slot)
 {
     RegistryLock registry;  // keeps the record
     void* pointer = nullptr;
-    if (message.FindPointer("gd", &pointer) != B_OK || !is_listed<MyGadget>(registry, pointer))
+    int32 ident;
+    if (message.FindPointer("gd", &pointer) != B_OK)
         return nullptr;
-    return static_cast<MyGadget*>(pointer)->*slot;
+    // Another gadget may stand where a killed one stood: the ident tells them apart.
+    const bool is_meant = message.FindInt32(kIdentField, &ident) == B_OK
+                              ? find_gadget(registry, ident) == pointer
+                              : is_listed<MyGadget>(registry, pointer);
+    return is_meant ? static_cast<MyGadget*>(pointer)->*slot : nullptr;
 }
 
 static bool is_meant(const MyGadget* gadget, int32_t family)
@@ -55,21 +65,82 @@ static bool is_meant(const MyGadget* gadget, int32_t family)
            (family == GadgetAccess::kAnyFamily || family_of(gadget->kind) == family);
 }
 
-static BWindow* window_of(int32_t ident, int32_t family)
+// --- gadgets in no window
+
+static BLocker& loose_lock()
 {
-    RegistryLock registry;
-    const MyGadget* gadget = find_gadget(registry, ident);
-    const bool has_view = is_meant(gadget, family) && gadget->view != nullptr;
-    return has_view ? gadget->view->Window() : nullptr;
+    static auto* const lock = new BLocker("loose gadgets");
+    return *lock;
 }
 
-// The registry is not kept while the window is waited for: what was found is looked up again.
-GadgetAccess::GadgetAccess(int32_t ident, int32_t family) : fLock(window_of(ident, family))
+void LooseLock::Take() { fHeld = loose_lock().Lock(); }
+
+void LooseLock::Release()
 {
-    RegistryLock registry;
-    MyGadget* gadget = find_gadget(registry, ident);
-    if (is_meant(gadget, family))
+    if (fHeld)
+        loose_lock().Unlock();
+    fHeld = false;
+}
+
+LooseGivenUp::LooseGivenUp() : fLevels(loose_lock().IsLocked() ? loose_lock().CountLocks() : 0)
+{
+    for (int32_t i = 0; i < fLevels; i++)
+        loose_lock().Unlock();
+}
+
+LooseGivenUp::~LooseGivenUp()
+{
+    for (int32_t i = 0; i < fLevels; i++)
+        loose_lock().Lock();
+}
+
+// --- gadgets for a call
+
+static BWindow* window_of(const MyGadget& gadget)
+{
+    return gadget.view != nullptr ? gadget.view->Window() : nullptr;
+}
+
+// False if the gadget is in another window by now.
+bool GadgetAccess::_Lock(BWindow* window)
+{
+    if (window == nullptr) {
+        fLoose.Take();
+        if (window_of(*fGadget) == nullptr)
+            return true;
+        fLoose.Release();
+        return false;
+    }
+    {
+        const LooseGivenUp given_up;
+        fLock = WindowLock(window);
+    }
+    if (window_of(*fGadget) == window)
+        return true;
+    fLock = WindowLock();
+    return false;
+}
+
+GadgetAccess::GadgetAccess(int32_t ident, int32_t family)
+{
+    {
+        RegistryLock registry;
+        MyGadget* gadget = find_gadget(registry, ident);
+        if (!is_meant(gadget, family))
+            return;
+        hold_gadget(gadget);
         fGadget = gadget;
+    }
+    while (!_Lock(window_of(*fGadget))) {
+    }
+    if (fGadget->ident == 0)
+        release_gadget(std::exchange(fGadget, nullptr));
+}
+
+GadgetAccess::~GadgetAccess()
+{
+    if (fGadget != nullptr)
+        release_gadget(fGadget);
 }
 
 BView* shown_view(BView* view)
@@ -82,126 +153,4 @@ void* handler_in(const MyGadget& gadget, void* MyGadget::*slot)
 {
     RegistryLock registry;
     return gadget.*slot;
-}
-
-// --- the end of gadgets
-
-namespace {
-
-// A gadget that was killed on its window's own thread, where its view may be in the middle of a
-// call that goes on when the handler has returned.
-struct Grave {
-    const BWindow* window;
-    MyGadget* gadget;
-};
-
-}  // namespace
-
-static std::vector<Grave>& graves()  // registry's lock
-{
-    static auto* const all = new std::vector<Grave>;
-    return *all;
-}
-
-// The views of all gadgets in a list.
-static std::unordered_set<const BView*> views_of(const BList& gadgets)
-{
-    std::unordered_set<const BView*> views;
-    for (int32 i = 0; i < gadgets.CountItems(); i++)
-        views.insert(static_cast<const MyGadget*>(gadgets.ItemAtFast(i))->view);
-    return views;
-}
-
-// Takes the gadgets' views out that hang below a view: they are deleted with their own records.
-static void let_go(BView* view, const std::unordered_set<const BView*>& views)
-{
-    for (BView* child = view->ChildAt(0); child != nullptr;) {
-        BView* next = child->NextSibling();
-        if (views.count(child) != 0)
-            child->RemoveSelf();
-        else
-            let_go(child, views);
-        child = next;
-    }
-}
-
-static void empty_of_gadgets(const MyGadget& gadget, BList* list)
-{
-    const KindRow* row = kind_row(gadget.kind);
-    if (gadget.view == nullptr || list == nullptr || row == nullptr || row->inside == Inside::None)
-        return;
-    std::unordered_set<const BView*> views;
-    {
-        RegistryLock registry;
-        views = views_of(*list);
-    }
-    let_go(gadget.view, views);
-}
-
-static void free_gadget(MyGadget* gadget)
-{
-    delete gadget->view;
-    MyFree(gadget);
-}
-
-static BList* listed_gadgets()
-{
-    RegistryLock registry;
-    return registry.List(kGadgets);
-}
-
-void dispose_gadget(MyGadget* gadget)
-{
-    {
-        RegistryLock registry;
-        if (!remove_record(registry, gadget))
-            return;  // another thread was first
-    }
-    empty_of_gadgets(*gadget, listed_gadgets());
-    BWindow* window = gadget->view != nullptr ? gadget->view->Window() : nullptr;
-    if (gadget->view != nullptr)
-        gadget->view->RemoveSelf();
-    if (window == nullptr || window->Thread() != find_thread(nullptr)) {
-        free_gadget(gadget);
-        return;
-    }
-    {
-        RegistryLock registry;
-        graves().push_back({window, gadget});
-    }
-    window->PostMessage(kBuryMessage);
-}
-
-void bury_gadgets(const BWindow* window)
-{
-    std::vector<MyGadget*> dead;
-    {
-        RegistryLock registry;
-        std::erase_if(graves(), [&](const Grave& grave) {
-            if (grave.window == window)
-                dead.push_back(grave.gadget);
-            return grave.window == window;
-        });
-    }
-    for (MyGadget* gadget : dead)
-        free_gadget(gadget);
-}
-
-void Close_All_Gadget(BList* gadgets)
-{
-    for (;;) {
-        MyGadget* gadget;
-        {
-            RegistryLock registry;
-            gadget = static_cast<MyGadget*>(gadgets->RemoveItem(int32{0}));
-        }
-        if (gadget == nullptr)
-            return;
-        // None of the handlers in its window runs meanwhile.
-        WindowLock lock(gadget->view);
-        empty_of_gadgets(*gadget, gadgets);
-        if (gadget->view != nullptr)
-            gadget->view->RemoveSelf();
-        free_gadget(gadget);
-    }
 }

@@ -17,8 +17,6 @@ class BWindow;
 // What-codes of the messages that gadgets post to their window.
 static const uint32_t kClickMessage = 753;
 static const uint32_t kChoiceMessage = 75000;  // plus the index chosen
-// Of the library itself: views that were killed wait to be deleted.
-static const uint32_t kBuryMessage = '_BUR';
 
 // Kinds as CreateGadget numbers them. Families have a kind that stands for them, which Find_Gadget
 // asks for; see kinds.h.
@@ -53,21 +51,22 @@ enum GadgetFlags : uint32_t {
 };
 
 // One block of 26 words from MyAlloc, in the list kGadgets (enter_record and remove_record). It is
-// taken out with the registry's lock held, then freed with its window locked, if it has one: who
-// holds either may read it.
+// taken out with the registry's lock held and its window locked, if it has one, and freed when
+// nothing holds it any more; see the end of gadgets below.
 struct MyGadget {
     static const RegistrySlot kSlot = kGadgets;
 
     int32_t left, top, width, height;  // as created, window coordinates
     int32_t kind;                      // GadgetKind
-    int32_t ident;
-    uint32_t flags;  // GadgetFlags
-    BView* view;     // the control, or the scroll view around it
+    int32_t ident;                     // 0 once it is killed
+    uint32_t flags;                    // GadgetFlags
+    BView* view;                       // the control, or the scroll view around it
     intptr_t popup;  // ident of the menu that the secondary button opens; registry lock
     intptr_t reserved10[2];
     int32_t selection;
     int32_t minimum, maximum, value;
-    intptr_t reserved16[4];
+    intptr_t holds;  // calls and windows' threads, beside the registry: atomic
+    intptr_t reserved17[3];
     void* action_handler;  // slot 1
     void* key_handler;     // slot 2
     void* value_handler;   // slot 3
@@ -86,25 +85,43 @@ BView* FindGadget(int32_t ident);
 // Its view if its kind belongs to the family that the kind `family` stands for, else null.
 BView* Find_Gadget(int32_t ident, int32_t family);
 
-// A gadget for a call: found, and its window locked as long as this lives. A gadget whose view is
-// in no window is found too, without a lock.
+// Holds the gadgets that are in no window. Who has it waits for no window: those are locked before.
+class [[nodiscard]] LooseLock {
+public:
+    LooseLock() = default;
+    ~LooseLock() { Release(); }
+    LooseLock(const LooseLock&) = delete;
+    void Take();
+    void Release();
+
+private:
+    bool fHeld = false;
+};
+
+// A gadget for a call: found, and its window locked as long as this lives; if it is in none, the
+// lock of such gadgets. It stays in memory as long, even if a handler kills it.
 class GadgetAccess {
 public:
     explicit GadgetAccess(int32_t ident) : GadgetAccess(ident, kAnyFamily) {}
     // Finds only gadgets of a family, as Find_Gadget does.
     GadgetAccess(int32_t ident, int32_t family);
+    ~GadgetAccess();
+    GadgetAccess(const GadgetAccess&) = delete;
 
     explicit operator bool() const { return fGadget != nullptr; }
     MyGadget& Record() const { return *fGadget; }
     BView* View() const { return fGadget->view; }
-    // False if the view is in no window: nothing holds it then.
+    // False if the view is in no window.
     bool Held() const { return fLock.Held(); }
 
     static const int32_t kAnyFamily = -1;
 
 private:
-    WindowLock fLock;
+    bool _Lock(BWindow* window);
+
     MyGadget* fGadget = nullptr;
+    WindowLock fLock;
+    LooseLock fLoose;
 };
 
 // The view that shows what the gadget is about: its view, or the one in a scroll view.
@@ -126,22 +143,54 @@ void on_gadget(int32_t ident, int32_t family, Unlocked rule, Action act)
         act(*view, gadget.Record());
 }
 
+// Gives the lock of gadgets in no window up as long as it lives, if the calling thread has it: a
+// handler may wait for windows.
+class LooseGivenUp {
+public:
+    LooseGivenUp();
+    ~LooseGivenUp();
+    LooseGivenUp(const LooseGivenUp&) = delete;
+
+private:
+    int32_t fLevels;
+};
+
 // Calls the handler in a slot, if there is one, with 32-bit integers or pointers. The thread of the
 // gadget's window, or who has that locked.
 void* handler_in(const MyGadget& gadget, void* MyGadget::*slot);
 template <class... Words>
 void call_handler(const MyGadget& gadget, void* MyGadget::*slot, Words... words)
 {
-    if (auto* handler = reinterpret_cast<int32_t (*)(Words...)>(handler_in(gadget, slot)))
-        handler(words...);
+    auto* handler = reinterpret_cast<int32_t (*)(Words...)>(handler_in(gadget, slot));
+    if (handler == nullptr)
+        return;
+    const LooseGivenUp given_up;
+    handler(words...);
 }
 
-// Takes a gadget's record out of the registry and its view out of its window, and deletes both:
-// later, if one of the view's own calls may be under way. Its window locked, if it has one.
-void dispose_gadget(MyGadget* gadget);
-// Deletes what was left for later in this window. The window's thread, in none of its views' calls.
-void bury_gadgets(const BWindow* window);
+// --- the end of gadgets
+//
+// A gadget may be killed while its view is in the middle of a call: by its own handler, by that of
+// another window that it was moved to meanwhile, by the program's thread while a handler waits for
+// a window. So calls hold the gadgets that they are about, and every killed gadget is held by the
+// threads of windows that dispatch a message at the time, until they have done so.
 
+void hold_gadget(MyGadget* gadget);
+void release_gadget(MyGadget* gadget);
+
+// Takes a gadget's record out of the registry and its view out of its window, and lets go of it.
+// Its window locked, or the lock of gadgets in no window.
+void dispose_gadget(MyGadget* gadget);
+
+// A window's thread begins to dispatch a message, and has done so: it is in no call of a view. The
+// window's thread.
+void begin_dispatch(const BWindow* window);
+void end_dispatch(const BWindow* window);
+// The window dispatches nothing any more: its thread may have left inside a handler.
+void forget_dispatches(const BWindow* window);
+
+// Puts into a message which gadget it is about.
+void name_gadget(BMessage* message, MyGadget* gadget);
 // What stands in a slot of the gadget that field "gd" of a message points to; null if that is no
 // gadget. Any thread.
 void* gadget_handler(const BMessage& message, void* MyGadget::*slot);

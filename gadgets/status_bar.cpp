@@ -6,6 +6,7 @@
 #include "windows/window.h"
 
 #include <StatusBar.h>
+#include <String.h>
 
 class MyBStatusBar : public BStatusBar {
 public:
@@ -49,10 +50,14 @@ extern "C" void SetStatusMaxValue(int32_t ident, int32_t maximum)
     on_status_bar(ident, [=](BStatusBar& bar) { bar.SetMaxValue(static_cast<float>(maximum)); });
 }
 
-// Goes on by the number rather than to it: kept on purpose.
+// Goes on by the number rather than to it, and longer texts lose their ends: kept on purpose.
 extern "C" void SetStatusValue(int32_t ident, int32_t delta)
 {
-    on_status_bar(ident, [=](BStatusBar& bar) { bar.Update(static_cast<float>(delta)); });
+    const int32 kKeptBytes = 299;
+    on_status_bar(ident, [=](BStatusBar& bar) {
+        const BString text(bar.Text(), kKeptBytes), trailing(bar.TrailingText(), kKeptBytes);
+        bar.Update(static_cast<float>(delta), text.String(), trailing.String());
+    });
 }
 
 extern "C" void SetStatusBarColor(int32_t ident, int32_t color)

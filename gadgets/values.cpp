@@ -102,10 +102,28 @@ extern "C" bool GetChecked(int32_t ident)
 
 extern "C" void SetValue(int32_t ident, int32_t value)
 {
-    on_any<BStatusBar>(ident, [=](BStatusBar& bar) { bar.Update(static_cast<float>(value)); });
-    on_any<BScrollBar>(ident, [=](BScrollBar& bar) { bar.SetValue(static_cast<float>(value)); });
-    on_any<BSlider>(ident, [=](BSlider& slider) { slider.SetValue(value); });
-    MxSelected(ident, value);
+    const GadgetAccess gadget(ident);
+    BView* view = gadget ? gadget.View() : nullptr;
+    if (view == nullptr)
+        return;
+    switch (gadget.Record().kind) {
+        case kStatusBar:  // goes on by it: kept on purpose
+            static_cast<BStatusBar*>(view)->Update(static_cast<float>(value));
+            break;
+        case kScrollBar:
+        case kVerticalScrollBar:
+            static_cast<BScrollBar*>(view)->SetValue(static_cast<float>(value));
+            break;
+        case kSlider:
+        case kVerticalSlider:
+            static_cast<BSlider*>(view)->SetValue(value);
+            break;
+        case kChoiceField:
+            MxSelected(ident, value);
+            break;
+        default:
+            break;
+    }
 }
 
 extern "C" int32_t GetValue(int32_t ident)

@@ -554,18 +554,18 @@ int32_t CreateGadget(int32_t kind, int32_t window_ident, int32_t x, int32_t y, i
                      int32_t height, const void *text, int32_t value);
 
 /* Hide a gadget, and show it again. Kill it: it is gone, and its ident names nothing; gadgets
-   inside a box that is killed stay, without a window. The first argument does not matter. A gadget
-   may kill itself from its own handler. */
+   inside a box that is killed stay, without a window. The first argument does not matter. Any
+   handler may kill any gadget, also its own. */
 void HideGadget(int32_t window_ident, int32_t ident);
 void SetGadget(int32_t window_ident, int32_t ident);
 void ShowGadget(int32_t window_ident, int32_t ident);
 void KillGadget(int32_t window_ident, int32_t ident);
 
 /* Takes every other gadget out of a window, beginning with the first: they stay gadgets, without a
-   window. */
+   window. Nothing stays locked, so that other threads can draw into the window at once. */
 void RemoveAll(int32_t window_ident);
 
-/* Puts a gadget that is in no window into one. */
+/* Puts a gadget that is in no window into one. Nothing stays locked. */
 void AttachGadgetToWindow(int32_t window_ident, int32_t ident);
 
 /* Stores the handler of a slot, null for none. */
@@ -706,7 +706,7 @@ void SetHashType(int32_t ident, int32_t location);
 void SetLimitsLabel(int32_t ident, const char *minimum, const char *maximum);
 
 /* Status bars: the texts above the bar, the maximum, a step to go on by, the bar's colour and its
-   height. */
+   height. SetStatusValue cuts texts off behind their first 299 bytes. */
 void SetStatusLabel(int32_t ident, const char *text);
 void SetStatusTrail(int32_t ident, const char *text);
 void SetStatusMaxValue(int32_t ident, int32_t maximum);

@@ -93,7 +93,7 @@ MyWinClass::~MyWinClass()
     while (BView* child = fTopView != nullptr ? fTopView->ChildAt(0) : nullptr)
         fTopView->RemoveChild(child);
     RemoveChild(fTopView);
-    bury_gadgets(this);
+    forget_dispatches(this);
     if (fRaster != nullptr && fRaster->Lock()) {
         if (fOffscreenView != nullptr)
             fRaster->RemoveChild(fOffscreenView);
@@ -192,12 +192,17 @@ static void call_gadget(const BMessage& message)
     }
 }
 
+// Gadgets that are killed meanwhile stay in memory: the message may be in a call of theirs. The
+// window may be gone behind it, with its thread.
+void MyWinClass::DispatchMessage(BMessage* message, BHandler* handler)
+{
+    begin_dispatch(this);
+    BWindow::DispatchMessage(message, handler);
+    end_dispatch(this);
+}
+
 void MyWinClass::MessageReceived(BMessage* message)
 {
-    if (message->what == kBuryMessage) {
-        bury_gadgets(this);
-        return;
-    }
     if (message->what == kDragMessage)
         print_drag(message, this);
     call_input_handler(message);

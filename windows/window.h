@@ -89,6 +89,7 @@ public:
     // False when there was no memory for all of it: the window is of no use.
     bool IsReady() const { return fIsReady; }
 
+    void DispatchMessage(BMessage* message, BHandler* handler) override;
     void MessageReceived(BMessage* message) override;
     void WindowActivated(bool active) override;
     void FrameResized(float width, float height) override;

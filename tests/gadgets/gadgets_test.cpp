@@ -3,7 +3,6 @@
 #include "gadget_window.h"
 
 #include <Box.h>
-#include <CheckBox.h>
 #include <Slider.h>
 #include <StatusBar.h>
 #include <StringView.h>
@@ -151,7 +150,7 @@ TEST_F(GadgetTest, GadgetWithoutAWindowIsPutIntoOneLater)
     EXPECT_EQ(CountViews(), 0);
 }
 
-// --- showing, killing
+// --- showing
 
 TEST_F(GadgetTest, HidingCountsOnce)
 {
@@ -183,85 +182,6 @@ TEST_F(GadgetTest, RemoveAllLeavesEverySecondGadgetKept)
     for (int32_t button : buttons)
         KillGadget(0, button);
     EXPECT_EQ(CountViews(), 0);
-}
-
-static int32_t sVictim;
-static int32_t kill_victim()
-{
-    KillGadget(0, sVictim);
-    gHandlers.Add("killed");
-    return 0;
-}
-static int32_t kill_victim_by_value(int32_t) { return kill_victim(); }
-
-TEST_F(GadgetTest, GadgetMayKillItselfFromItsHandlers)
-{
-    const struct {
-        int32_t kind, slot;
-        int32_t x, y;
-    } rows[] = {{1, 1, 20, 20},  {2, 1, 20, 20},  {2, 3, 20, 20},  {13, 3, 87, 15},
-                {14, 3, 15, 40}, {15, 3, 60, 40}, {18, 1, 15, 20}, {18, 3, 15, 20}};
-    for (const auto& row : rows) {
-        const void* text = row.kind == 18 ? static_cast<const void*>(kLabels) : "label";
-        sVictim = Make(row.kind, 10, 10, 80, 40, text);
-        for (int32_t slot : {1, 2, 3})
-            SetHandlerForGadget(sVictim, slot, nullptr);
-        SetHandlerForGadget(sVictim, row.slot,
-                            row.slot == 3 ? reinterpret_cast<void*>(kill_victim_by_value)
-                                          : reinterpret_cast<void*>(kill_victim));
-        Click(row.x, row.y);
-        EXPECT_EQ(Calls(), "killed") << row.kind << " by slot " << row.slot;
-        EXPECT_FALSE(is_gadget_ident(sVictim));
-        EXPECT_EQ(CountViews(), 0);
-        gHandlers.Take();
-    }
-}
-
-TEST_F(GadgetTest, GadgetMayBeKilledByTheHandlerOfAnotherWindow)
-{
-    const int32_t button = Make(1, 10, 10, 80, 24);
-    sVictim = button;
-    TestWindow other(500, 100, 100, 100);
-    const int32_t killer = CreateGadget(1, other.Ident(), 10, 10, 80, 24, "kill", 0);
-    SetHandlerForGadget(killer, 1, reinterpret_cast<void*>(kill_victim));
-    other.Click(20, 20);
-    EXPECT_TRUE(eventually([&] { return !is_gadget_ident(button); }));
-}
-
-TEST_F(GadgetTest, GadgetsMayBeKilledWhileTheUserClicksThem)
-{
-    for (int round = 0; round < 30; round++) {
-        const int32_t button = Make(1, 10, 10, 80, 24);
-        const int32_t slider = Make(15, 10, 50, 80, 24, nullptr);
-        std::thread program([=] {
-            KillGadget(0, button);
-            KillGadget(0, slider);
-        });
-        Click(20, 20);
-        Press(40, 60);
-        window.Point(70, 60);
-        Release();
-        program.join();
-    }
-    Settle();
-    EXPECT_EQ(CountViews(), 0);
-}
-
-TEST_F(GadgetTest, WindowThatClosesInAHandlerTakesItsKilledGadgetsAlong)
-{
-    static int32_t window_ident;
-    auto* other = new TestWindow(500, 100, 100, 100);
-    window_ident = other->Ident();
-    sVictim = CreateGadget(1, window_ident, 10, 10, 80, 24, "kill", 0);
-    SetHandlerForGadget(sVictim, 1, reinterpret_cast<void*>(+[]() -> int32_t {
-                            KillGadget(0, sVictim);
-                            CloseWindow(window_ident);
-                            return 0;
-                        }));
-    other->Click(20, 20);
-    EXPECT_TRUE(eventually([] { return !is_window_ident(window_ident); }));
-    EXPECT_FALSE(is_gadget_ident(sVictim));
-    delete other;
 }
 
 // --- boxes
@@ -434,6 +354,48 @@ TEST_F(GadgetTest, StatusBarsAdvanceByTheValueKept)
         EXPECT_EQ(object->BarHeight(), 40);
         return 0;
     });
+}
+
+TEST_F(GadgetTest, StatusTextsEndAfter299BytesWhenTheBarGoesOnKept)
+{
+    const int32_t bar = Make(17, 10, 10, 100, 40);
+    const auto texts = [&] {
+        return WithView(0, [](BView* view) {
+            auto* object = dynamic_cast<BStatusBar*>(view);
+            return std::make_pair(std::string(object->Text()), std::string(object->TrailingText()));
+        });
+    };
+    SetStatusLabel(bar, std::string(299, 'a').c_str());
+    SetStatusTrail(bar, std::string(300, 'b').c_str());
+    SetValue(bar, 1);
+    EXPECT_EQ(texts().second.size(), 300u);
+    SetStatusValue(bar, 1);
+    EXPECT_EQ(texts(), std::make_pair(std::string(299, 'a'), std::string(299, 'b')));
+    SetStatusLabel(bar, std::string(100000, 'c').c_str());
+    SetStatusValue(bar, 0);
+    EXPECT_EQ(texts().first, std::string(299, 'c'));
+}
+
+// Another thread draws into the window at once: nothing that the calls lock stays locked.
+TEST_F(GadgetTest, OthersDrawAfterGadgetsWereTakenOutAndPutBack)
+{
+    const int32_t button = Make(1, 10, 10, 80, 24);
+    const auto draw = [&] {
+        std::atomic<bool> drawn = false;
+        std::thread other([&] {
+            FRectangle(window, 0, 0, 10, 10);
+            drawn = true;
+        });
+        EXPECT_TRUE(eventually([&] { return drawn.load(); }));
+        other.join();
+    };
+    RemoveAll(window);
+    draw();
+    AttachGadgetToWindow(window, button);
+    draw();
+    AttachGadgetToWindow(window, button);
+    AttachGadgetToWindow(window, 0);
+    draw();
 }
 
 TEST_F(GadgetTest, RadioGroupsSelectByIndex)

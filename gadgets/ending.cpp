@@ -1,0 +1,192 @@
+// The end of gadgets: when the views of killed ones are deleted, and the end of all. Any thread.
+
+#include "gadgets/gadget.h"
+
+#include "gadgets/kinds.h"
+#include "plinth.h"
+#include "windows/window.h"
+
+#include <View.h>
+
+#include <algorithm>
+#include <atomic>
+#include <unordered_set>
+#include <utility>
+#include <vector>
+
+// --- what holds a gadget
+
+void hold_gadget(MyGadget* gadget)
+{
+    std::atomic_ref<intptr_t>(gadget->holds).fetch_add(1, std::memory_order_relaxed);
+}
+
+// Views lock nothing when they are deleted: the last one to hold it is the only one to know it.
+void release_gadget(MyGadget* gadget)
+{
+    if (std::atomic_ref<intptr_t>(gadget->holds).fetch_sub(1, std::memory_order_acq_rel) > 0)
+        return;
+    delete gadget->view;
+    MyFree(gadget);
+}
+
+// A window whose thread may be in a call of a view, as often as it dispatches.
+static std::vector<const BWindow*>& dispatching()  // registry's lock
+{
+    static auto* const all = new std::vector<const BWindow*>;
+    return *all;
+}
+
+// Killed gadgets with the windows that hold them.
+static std::vector<std::pair<const BWindow*, MyGadget*>>& held()  // registry's lock
+{
+    static auto* const all = new std::vector<std::pair<const BWindow*, MyGadget*>>;
+    return *all;
+}
+
+void begin_dispatch(const BWindow* window)
+{
+    RegistryLock registry;
+    dispatching().push_back(window);
+}
+
+// The gadgets that the window holds no more.
+static std::vector<MyGadget*> let_go(const RegistryLock&, const BWindow* window)
+{
+    std::vector<MyGadget*> released;
+    std::erase_if(held(), [&](const auto& pair) {
+        if (pair.first == window)
+            released.push_back(pair.second);
+        return pair.first == window;
+    });
+    return released;
+}
+
+static void release_all(const std::vector<MyGadget*>& gadgets)
+{
+    for (MyGadget* gadget : gadgets)
+        release_gadget(gadget);
+}
+
+void end_dispatch(const BWindow* window)
+{
+    std::vector<MyGadget*> released;
+    {
+        RegistryLock registry;
+        auto& all = dispatching();
+        const auto last = std::find(all.rbegin(), all.rend(), window);
+        if (last != all.rend())
+            all.erase(std::next(last).base());
+        if (!held().empty() && std::find(all.begin(), all.end(), window) == all.end())
+            released = let_go(registry, window);
+    }
+    release_all(released);
+}
+
+void forget_dispatches(const BWindow* window)
+{
+    std::vector<MyGadget*> released;
+    {
+        RegistryLock registry;
+        std::erase(dispatching(), window);
+        released = let_go(registry, window);
+    }
+    release_all(released);
+}
+
+// A window's own thread may be in a call before the first dispatch, in a filter.
+static void hold_for_windows(const RegistryLock&, MyGadget* gadget)
+{
+    std::vector<const BWindow*> windows = dispatching();
+    if (auto* own = dynamic_cast<MyWinClass*>(BLooper::LooperForThread(find_thread(nullptr))))
+        windows.push_back(own);
+    std::sort(windows.begin(), windows.end());
+    windows.erase(std::unique(windows.begin(), windows.end()), windows.end());
+    for (const BWindow* window : windows) {
+        hold_gadget(gadget);
+        held().emplace_back(window, gadget);
+    }
+}
+
+// --- gadgets in others
+
+// The views of all gadgets in a list.
+static std::unordered_set<const BView*> views_of(const BList& gadgets)
+{
+    std::unordered_set<const BView*> views;
+    for (int32 i = 0; i < gadgets.CountItems(); i++)
+        views.insert(static_cast<const MyGadget*>(gadgets.ItemAtFast(i))->view);
+    return views;
+}
+
+// Takes the gadgets' views out that hang below a view: they are deleted with their own records.
+static void take_out(BView* view, const std::unordered_set<const BView*>& views)
+{
+    for (BView* child = view->ChildAt(0); child != nullptr;) {
+        BView* next = child->NextSibling();
+        if (views.count(child) != 0)
+            child->RemoveSelf();
+        else
+            take_out(child, views);
+        child = next;
+    }
+}
+
+static void empty_of_gadgets(const MyGadget& gadget, BList* list)
+{
+    const KindRow* row = kind_row(gadget.kind);
+    if (gadget.view == nullptr || list == nullptr || row == nullptr || row->inside == Inside::None)
+        return;
+    std::unordered_set<const BView*> views;
+    {
+        RegistryLock registry;
+        views = views_of(*list);
+    }
+    take_out(gadget.view, views);
+}
+
+// --- the end
+
+// Of one that is in no list any more.
+static void end_gadget(MyGadget* gadget, BList* others)
+{
+    empty_of_gadgets(*gadget, others);
+    if (gadget->view != nullptr)
+        gadget->view->RemoveSelf();
+    {
+        RegistryLock registry;
+        gadget->ident = 0;
+        hold_for_windows(registry, gadget);
+    }
+    release_gadget(gadget);
+}
+
+void dispose_gadget(MyGadget* gadget)
+{
+    BList* others;
+    {
+        RegistryLock registry;
+        if (!remove_record(registry, gadget))
+            return;  // a handler of its own was first
+        others = registry.List(kGadgets);
+    }
+    end_gadget(gadget, others);
+}
+
+void Close_All_Gadget(BList* gadgets)
+{
+    for (;;) {
+        MyGadget* gadget;
+        {
+            RegistryLock registry;
+            gadget = static_cast<MyGadget*>(gadgets->RemoveItem(int32{0}));
+        }
+        if (gadget == nullptr)
+            return;
+        const WindowLock lock(gadget->view);
+        LooseLock loose;
+        if (!lock.Held())
+            loose.Take();
+        end_gadget(gadget, gadgets);
+    }
+}
