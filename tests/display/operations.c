@@ -71,6 +71,13 @@ static void tell_workspaces(int32_t window)
     printf("on %x, %d of %d\n", GetWorkspaceWin(window), GetCurrentWorkspace(), CountWorkspace());
 }
 
+// Through two thousand places to the last.
+static void flood(int32_t window, int32_t x, int32_t y)
+{
+    for (int32_t i = 2000; i >= 0; i--)
+        MoveWindow(window, x + i % 50, y + i % 70);
+}
+
 #define IS(text) (strcmp(name, text) == 0)
 
 static void obey(const char* name, int32_t window, int32_t x, int32_t y, const char* rest)
@@ -84,6 +91,8 @@ static void obey(const char* name, int32_t window, int32_t x, int32_t y, const c
     for (unsigned i = 0; i < sizeof actions / sizeof *actions; i++)
         if (IS(actions[i].name))
             actions[i].call(window);
+    if (IS("flood"))
+        flood(window, x, y);
     if (IS("title"))
         SetWindowTitle(window, rest);
     if (IS("workspaces"))

@@ -131,6 +131,10 @@ limits() {
     expect 'resized 400 80'
     expect_frame "$first" '100 120 401 81'
     ask place 1 'at 100 120, 400 by 80'
+    # A size, and then no other for the user: the limits are those of the new one.
+    tell $'size 1 199 149\nresizable 1 0'
+    expect_has "$first" WM_NORMAL_HINTS 'maximum size: 200 by 150'
+    expect_frame "$first" '100 120 200 150'
 }
 
 # Where the program puts a window it is, whatever its frame adds, shown for the first time or again.
@@ -141,6 +145,11 @@ places() {
         expect_frame "$first" "$place 300 200"
         ask place 1 "at $place, 299 by 199"
     done
+    tell flood 1 220 260
+    expect 'moved 220 260'
+    expect_frame "$first" '220 260 300 200'
+    ask place 1 'at 220 260, 299 by 199'
+    tell move 1 -50 60
     tell size 1 149 99
     expect_frame "$first" '-50 60 150 100'
     tell hide 1

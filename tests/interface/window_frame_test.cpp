@@ -3,6 +3,8 @@
 #include <cmath>
 #include <limits>
 
+#include <MessageQueue.h>
+
 #include "window_harness.h"
 
 using namespace window_test;
@@ -54,6 +56,21 @@ TEST_F(WindowFrame, ProgramsChangeHoldsAtOnceAndItsHookComesOnce)
     window->MoveBy(-10, 5);
     window->ResizeBy(1, -1);
     EXPECT_EQ(FrameLines(), "moved 130,140; resized 99,79; moved 120,145; resized 100,78");
+}
+
+TEST_F(WindowFrame, MovesByTheThousandFillNoQueueAndEndAtTheLast)
+{
+    OpenFilled();
+    WhileBusy([&] {
+        for (int32 i = 1; i <= 10000; i++)
+            window->MoveTo(static_cast<float>(i), 7);
+        EXPECT_LT(window->MessageQueue()->CountMessages(), 100);
+    });
+    const std::string lines = FrameLines();
+    EXPECT_EQ(lines.substr(0, 24), "moved 1,7; moved 2,7; mo") << "a few are told one by one";
+    EXPECT_EQ(lines.substr(lines.rfind("moved")), "moved 10000,7");
+    window->MoveTo(5, 6);
+    EXPECT_EQ(FrameLines().substr(lines.size()), "; moved 5,6");
 }
 
 TEST_F(WindowFrame, UsersChangeArrivesAsHooksAndMovesTheViews)

@@ -60,8 +60,10 @@ bool BWindow::_DispatchToWindow(BMessage* message)
         }
         case B_WINDOW_MOVED: {
             BPoint where;
-            if (message->FindPoint("where", &where) == B_OK)
-                _Moved(where);
+            if (message->FindPoint("where", &where) != B_OK)
+                return true;
+            const auto* own = dynamic_cast<BPrivate::OwnMove*>(message);
+            _Moved(own != nullptr && own->IsLast() ? Frame().LeftTop() : where);
             return true;
         }
         case B_WINDOW_ACTIVATED: {

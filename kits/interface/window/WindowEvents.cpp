@@ -153,6 +153,16 @@ void WindowData::PostMoved(BPoint place, bigtime_t when)
     Post(std::move(message));
 }
 
+void WindowData::PostOwnMove(BPoint place)
+{
+    if (*ownMoves >= OwnMove::kMost)
+        return;
+    auto message = std::make_unique<OwnMove>(ownMoves);
+    message->AddInt64("when", system_time());
+    message->AddPoint("where", place);
+    Post(std::move(message));
+}
+
 void WindowData::PostResized(float width, float height, bigtime_t when)
 {
     auto message = message_at(B_WINDOW_RESIZED, when);

@@ -77,7 +77,7 @@ void BWindow::MoveTo(BPoint place)
     }
     if (fData->display == nullptr)
         return;
-    fData->PostMoved(place, system_time());
+    fData->PostOwnMove(place);
     fData->display->MoveTo(place);
 }
 

@@ -71,6 +71,25 @@ private:
     bool fIsStale = false;
 };
 
+// A move that the program asked for, on its way to FrameMoved(). A few are told one by one; while
+// that many wait no more are queued, and the last of them has the newest place.
+class [[gnu::visibility("hidden")]] OwnMove : public BMessage
+{
+public:
+    using Counter = std::shared_ptr<std::atomic<int32>>;
+    static const int32 kMost = 64;
+
+    explicit OwnMove(const Counter& waiting) : BMessage(B_WINDOW_MOVED), fWaiting(waiting)
+    {
+        ++*fWaiting;
+    }
+    virtual ~OwnMove() { --*fWaiting; }
+    bool IsLast() const { return *fWaiting == 1; }
+
+private:
+    const Counter fWaiting;
+};
+
 struct WindowStyle {
     window_look look;
     window_feel feel;
@@ -107,6 +126,7 @@ struct [[gnu::visibility("hidden")]] WindowData : public server::EventSink
     void Post(std::unique_ptr<BMessage> message);
     void Post(uint32 what) { Post(std::make_unique<BMessage>(what)); }
     void PostMoved(BPoint place, bigtime_t when);
+    void PostOwnMove(BPoint place);
     void PostResized(float width, float height, bigtime_t when);
     void PostInput(const server::Event& event, bool isOutside,
                    const InputMessage::Dragged& dragged = nullptr);
@@ -124,6 +144,7 @@ struct [[gnu::visibility("hidden")]] WindowData : public server::EventSink
     std::unique_ptr<Canvas> canvas;
     BView* topView = nullptr;
 
+    const OwnMove::Counter ownMoves = std::make_shared<std::atomic<int32>>(0);
     mutable std::mutex stateLock;  // frame, echo filters and title; a leaf
     BRect frame;
     server::EchoFilter<BPoint> moves;

@@ -199,17 +199,26 @@ void QtWindow::Place(BRect frame)
         frame.bottom = frame.top + fWanted.Height();
     }
     fWanted = frame;
-    fPlacing++;
-    WindowSpec spec = fSpec;
-    spec.frame = frame;
-    _Post([this, spec](NativeWindow& native) {
+    if (std::exchange(fPlacing, true))
+        return;  // the task that waits takes it along
+    _Post([this](NativeWindow& native) {
+        WindowSpec spec;
         {
             StageLock lock;
-            fPlacing--;
+            fPlacing = false;
+            spec = _WantedSpec();
         }
         native.SetLimits(spec);
         native.SetPlace(spec.frame);
     });
+}
+
+// What the window is to be, there where it is to be.
+WindowSpec QtWindow::_WantedSpec() const
+{
+    WindowSpec spec = fSpec;
+    spec.frame = fWanted;
+    return spec;
 }
 
 void QtWindow::Retitled()
@@ -223,8 +232,12 @@ void QtWindow::Retitled()
 
 void QtWindow::Restyled()
 {
-    WindowSpec spec = fSpec;
-    _Post([spec, this](NativeWindow& native) {
+    _Post([this](NativeWindow& native) {
+        WindowSpec spec;
+        {
+            StageLock lock;
+            spec = _WantedSpec();
+        }
         native.SetKind(kind_of(spec));
         native.SetLimits(spec);
         _TellHints(spec);
@@ -283,7 +296,7 @@ void QtWindow::NativeMoved(BRect frame, Border border)
     if (frame.Width() != before.Width() || frame.Height() != before.Height())
         ResizePixels(frame);
     ReportFrame(before);
-    if (fPlacing == 0)
+    if (!fPlacing)
         fWanted = frame;
 }
 

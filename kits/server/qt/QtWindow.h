@@ -65,6 +65,7 @@ private:
     void _TellTitle(const std::string& title);
     uint32 _SubsetOwner() const;
     BRect Wanted() const override { return fWanted; }
+    WindowSpec _WantedSpec() const;
     void Place(BRect frame) override;
     void Iconify(bool minimize) override;
     void Retitled() override;
@@ -75,7 +76,7 @@ private:
     std::unique_ptr<NativeWindow> fNative;  // server's thread; made by the first task
     bool fDestroyed = false;                // stage locked: its last task is posted
     BRect fWanted;                          // stage locked: where the program last put it
-    int32 fPlacing = 0;                     // stage locked: tasks that will put it there
+    bool fPlacing = false;                  // stage locked: a task that waits will put it there
     bool fZoomed = false;                   // stage locked: by the window manager
     EchoFilter<uint32> fWorkspaces;         // stage locked
     Border fBorder{5, 26};                  // stage locked: a guess until the window is mapped
