@@ -6,6 +6,7 @@
 #include <new>
 
 #include "server/painter/PainterPaths.h"
+#include "server/painter/PainterRows.h"
 #include "server/painter/PainterScale.h"
 
 namespace server {
@@ -73,17 +74,25 @@ public:
             --*end;
     }
 
-    void Row(int32 x, int32 y, int32 count, uint32* pixels) const
+    // The pixels from `x` on, where they are or read into `room`. Lowers `count` to what it has.
+    const uint32* Row(int32 x, int32 y, int32* count, uint32* room) const
     {
+        const int32 column = int32(x - fTo.left + fFrom.left);
+        const int32 row = int32(y - fTo.top + fFrom.top);
+        if (fStraight && fSource.space == B_RGBA32 && can_draw_directly(fSource))
+            return reinterpret_cast<const uint32*>(fSource.bits +
+                                                   ptrdiff_t(row) * fSource.bytesPerRow) +
+                   column;
+        *count = std::min(*count, kChunk);
         if (fStraight) {
-            read_pixels(fSource, int32(x - fTo.left + fFrom.left), int32(y - fTo.top + fFrom.top),
-                        count, pixels);
-            return;
+            read_pixels(fSource, column, row, *count, room);
+            return room;
         }
-        for (int32 i = 0; i < count; i++) {
+        for (int32 i = 0; i < *count; i++) {
             const DPoint place = _Place(x + i, y);
-            pixels[i] = fSmooth ? _Mixed(place) : _Pixel(_Floor(place.x), _Floor(place.y));
+            room[i] = fSmooth ? _Mixed(place) : _Pixel(_Floor(place.x), _Floor(place.y));
         }
+        return room;
     }
 
 private:
@@ -142,14 +151,6 @@ bool is_plain_copy(const Surface& from, const Surface& to)
                                   : can_draw_directly(from) && can_draw_directly(to);
 }
 
-// Not inline: the loop becomes vector code only where nothing else may point at its pixels.
-[[gnu::noinline]] void copy_opaque(const uint32* __restrict from, uint32* __restrict to,
-                                   int32 count)
-{
-    for (int32 i = 0; i < count; i++)
-        to[i] = from[i] | 0xFF000000;
-}
-
 // The straight copy of rows of bytes.
 clipping_rect copy_rows(const Target& target, const Surface& source, const PixelRect& from,
                         const PixelRect& to)
@@ -174,8 +175,8 @@ clipping_rect copy_rows(const Target& target, const Surface& source, const Pixel
                                   ptrdiff_t(y - to.top + from.top) * source.bytesPerRow +
                                   ptrdiff_t(box.left - to.left + from.left) * size;
             if (adds_alpha)
-                copy_opaque(reinterpret_cast<const uint32*>(pixels), reinterpret_cast<uint32*>(row),
-                            box.right - box.left + 1);
+                row_code().copyOpaque(reinterpret_cast<const uint32*>(pixels),
+                                      reinterpret_cast<uint32*>(row), box.right - box.left + 1);
             else
                 memcpy(row, pixels, bytes);
         }
@@ -203,9 +204,9 @@ clipping_rect draw_sampled(const Target& target, const Paint& paint, const Sampl
             int32 x = box.left, end = box.right + 1;
             sampler.Cut(y, &x, &end);
             while (x < end) {
-                const int32 count = std::min(end - x, kChunk);
-                sampler.Row(x, y, count, row);
-                brush.row(brush, pixels.raster.At(x, y), row, count);
+                int32 count = end - x;
+                const uint32* from = sampler.Row(x, y, &count, row);
+                brush.row(brush, pixels.raster.At(x, y), from, count);
                 x += count;
             }
         }

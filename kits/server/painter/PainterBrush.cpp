@@ -9,6 +9,7 @@
 #include <cstring>
 
 #include "server/painter/PainterGradient.h"
+#include "server/painter/PainterRows.h"
 
 namespace server {
 
@@ -273,6 +274,36 @@ template <class Mode>
         pixels[i] = Mode::Apply(brush, pixels[i], source[i]);
 }
 
+// Calls opaque(at, count), clear(at, count) or mixed(at, count) for runs of pixels that are so.
+template <class Opaque, class Clear, class Mixed>
+void by_alpha(const uint32* pixels, int32 count, Opaque opaque, Clear clear, Mixed mixed)
+{
+    const int32 block = 8;
+    const auto kind_at = [=](int32 at) {
+        uint64 pairs[block / 2];
+        memcpy(pairs, pixels + at, sizeof(pairs));
+        const uint64 alpha = 0xFF000000FF000000;
+        if ((pairs[0] & pairs[1] & pairs[2] & pairs[3] & alpha) == alpha)
+            return 2;
+        return ((pairs[0] | pairs[1] | pairs[2] | pairs[3]) & alpha) == 0 ? 0 : 1;
+    };
+    int32 at = 0;
+    while (at + block <= count) {
+        const int32 start = at, kind = kind_at(at);
+        do {
+            at += block;
+        } while (at + block <= count && kind_at(at) == kind);
+        if (kind == 2)
+            opaque(start, at - start);
+        else if (kind == 0)
+            clear(start, at - start);
+        else
+            mixed(start, at - start);
+    }
+    if (at < count)
+        mixed(at, count - at);
+}
+
 // A bitmap in B_OP_ALPHA by its own alpha, which is all or nothing for most pixels.
 template <class Mode>
 void alpha_row(const Brush& brush, uint32* pixels, const uint32* source, int32 count)
@@ -282,6 +313,11 @@ void alpha_row(const Brush& brush, uint32* pixels, const uint32* source, int32 c
         [=](int32 at, int32 part) { memcpy(pixels + at, source + at, size_t(part) * 4); },
         [](int32, int32) {},
         [&](int32 at, int32 part) { mix_row<Mode>(brush, pixels + at, source + at, part); });
+}
+
+void overlay_row(const Brush&, uint32* pixels, const uint32* source, int32 count)
+{
+    row_code().layOver(source, pixels, count);
 }
 
 // A bitmap in B_OP_ALPHA whose own alpha gives way to that of the high colour.
@@ -364,7 +400,7 @@ void Brush::_Prepare()
     row = mode.row;
     repeats = mode.repeats;
     if (index == B_OP_ALPHA && (!composite || paint.alphaFunction == B_ALPHA_COMPOSITE))
-        row = composite ? alpha_row<Composite> : alpha_row<Overlay>;
+        row = composite ? alpha_row<Composite> : overlay_row;
     if (index == B_OP_ALPHA && paint.alphaSource == B_CONSTANT_ALPHA) {
         low = (low & ~kAlpha) | (high & kAlpha);
         row = composite ? constant_alpha_row<Composite> : constant_alpha_row<Overlay>;

@@ -65,36 +65,6 @@ inline uint32 mix_pixels(uint32 below, uint32 above, uint32 weight)
     return even | odd;
 }
 
-// Calls opaque(at, count), clear(at, count) or mixed(at, count) for runs of pixels that are so.
-template <class Opaque, class Clear, class Mixed>
-inline void by_alpha(const uint32* pixels, int32 count, Opaque opaque, Clear clear, Mixed mixed)
-{
-    const int32 block = 8;
-    const auto kind_at = [=](int32 at) {
-        uint64 pairs[block / 2];
-        memcpy(pairs, pixels + at, sizeof(pairs));
-        const uint64 alpha = 0xFF000000FF000000;
-        if ((pairs[0] & pairs[1] & pairs[2] & pairs[3] & alpha) == alpha)
-            return 2;
-        return ((pairs[0] | pairs[1] | pairs[2] | pairs[3]) & alpha) == 0 ? 0 : 1;
-    };
-    int32 at = 0;
-    while (at + block <= count) {
-        const int32 start = at, kind = kind_at(at);
-        do {
-            at += block;
-        } while (at + block <= count && kind_at(at) == kind);
-        if (kind == 2)
-            opaque(start, at - start);
-        else if (kind == 0)
-            clear(start, at - start);
-        else
-            mixed(start, at - start);
-    }
-    if (at < count)
-        mixed(at, count - at);
-}
-
 inline void fill_row(uint32* pixels, uint32 color, int32 count)
 {
     static_assert(sizeof(wchar_t) == sizeof(uint32));

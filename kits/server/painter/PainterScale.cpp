@@ -1,20 +1,19 @@
-// Bitmaps larger or smaller than they are, with colours mixed between pixels. Rows are mixed first,
-// then columns; both with colours multiplied by alpha, so that what is transparent has no colour.
+// Bitmaps larger or smaller than they are, with colours mixed between pixels: the pixels of a row
+// with one another, and rows with rows. Both with colours multiplied by alpha, so that what is
+// transparent has no colour.
 
 #include "server/painter/PainterScale.h"
 
-#include <cstring>
 #include <memory>
 #include <new>
+
+#include "server/painter/PainterRows.h"
 
 namespace server {
 
 namespace {
 
 const uint32 kAlpha = 0xFF000000;
-
-typedef uint8 Bytes8 __attribute__((vector_size(8)));
-typedef uint16 Words8 __attribute__((vector_size(16)));
 
 // The two pixels that one of the target lies between, and how much of 256 the second one counts.
 struct Between {
@@ -29,8 +28,6 @@ Between between(const Axis& axis, int64 at)
     return {first, std::min(first + 1, axis.last), int32((place - first) * 256 + 0.5)};
 }
 
-uint32 multiplied(uint32 pixel) { return mix_pixels(0, pixel | kAlpha, pixel >> 24); }
-
 uint32 divided(uint32 pixel)
 {
     const uint32 alpha = pixel >> 24;
@@ -42,146 +39,136 @@ uint32 divided(uint32 pixel)
     return plain;
 }
 
-// For whole rows, written so that they become vector code: not inline where two pointers have to
-// be known to be apart.
-
-[[gnu::noinline]] void multiply_run(const uint32* __restrict from, uint32* __restrict to,
-                                    int32 count)
+template <class Item>
+std::unique_ptr<Item[]> array_of(int32 count)
 {
-    for (int32 i = 0; i < count; i++)
-        to[i] = multiplied(from[i]);
+    return std::unique_ptr<Item[]>(new (std::nothrow) Item[size_t(count)]);
 }
 
-void multiply_row(const uint32* from, uint32* to, int32 count)
-{
-    by_alpha(
-        from, count, [=](int32 at, int32 part) { memcpy(to + at, from + at, size_t(part) * 4); },
-        [=](int32 at, int32 part) { memset(to + at, 0, size_t(part) * 4); },
-        [=](int32 at, int32 part) { multiply_run(from + at, to + at, part); });
-}
-
-[[gnu::noinline]] void mix_rows(const uint8* __restrict above, const uint8* __restrict below,
-                                int32 weight, uint8* __restrict to, int32 bytes)
-{
-    const uint16 rest = uint16(256 - weight), part = uint16(weight);
-    for (int32 i = 0; i < bytes; i++)
-        to[i] = uint8(uint16(uint16(above[i] * rest) + uint16(below[i] * part)) >> 8);
-}
-
-[[gnu::noinline]] void lay_run(uint32* __restrict pixels, const uint32* __restrict row, int32 count)
-{
-    for (int32 i = 0; i < count; i++)
-        pixels[i] = row[i] + mix_pixels(0, pixels[i], 255 - (row[i] >> 24));
-}
-
-// Lays a row that was multiplied over pixels that count as opaque.
-void lay_over(uint32* pixels, const uint32* row, int32 count)
-{
-    by_alpha(
-        row, count, [=](int32 at, int32 part) { memcpy(pixels + at, row + at, size_t(part) * 4); },
-        [](int32, int32) {}, [=](int32 at, int32 part) { lay_run(pixels + at, row + at, part); });
-}
-
+// The target's rows from one column to another. Where it has more of them than the bitmap, each row
+// of the bitmap becomes as wide as the target once, before rows are mixed; else rows are first.
 class Scaler {
 public:
     Scaler(const Surface& source, const Axis& columns, const Axis& rows, int32 left, int32 right)
-        : fSource(source), fRows(rows), fLeft(left), fOpaque(source.space == B_RGB32)
+        : fCode(row_code()),
+          fSource(source),
+          fRows(rows),
+          fFirst(between(columns, left).first),
+          fUsed(between(columns, right).second - fFirst + 1),
+          fCount(right - left + 1),
+          fOpaque(source.space == B_RGB32),
+          fColumnsFirst(rows.to_size >= rows.size),
+          fPicks(fUsed == 1 || fUsed / 3 > fCount),
+          fWidth(fPicks ? 2 * fCount : fUsed),
+          fIndexes(array_of<int32>(fCount)),
+          fWeights(array_of<uint32>(fCount)),
+          fPicked(array_of<int32>(fPicks ? fWidth : 0)),
+          fMixed(array_of<uint32>(fWidth))
     {
-        const int32 count = right - left + 1;
-        fFirst = between(columns, left).first;
-        const int32 last = between(columns, right).second;
-        fCount = last - fFirst + 1;
-        // One more than there are, so that a pixel always has one behind it.
-        const size_t width = size_t(fCount) + 1;
-        fColumns.reset(new (std::nothrow) Column[size_t(count)]);
-        fMixed.reset(new (std::nothrow) uint32[width]);
         for (Held& held : fHeld)
-            held.pixels.reset(new (std::nothrow) uint32[width]);
-        if (!Valid())
-            return;
-        for (int32 i = 0; i < count; i++) {
-            const Between place = between(columns, int64(left) + i);
-            const uint16 weight = uint16(place.weight), rest = uint16(256 - place.weight);
-            fColumns[i].index = place.first - fFirst;
-            for (int k = 0; k < 8; k++)
-                fColumns[i].weights[k] = k < 4 ? rest : weight;
-        }
+            held.pixels = array_of<uint32>(fColumnsFirst ? fCount : fWidth);
+        if (Valid())
+            _PlaceColumns(columns, left);
     }
 
     bool Valid() const
     {
-        return fColumns != nullptr && fMixed != nullptr && fHeld[0].pixels != nullptr &&
-               fHeld[1].pixels != nullptr;
+        return fIndexes != nullptr && fWeights != nullptr && fPicked != nullptr &&
+               fMixed != nullptr && fHeld[0].pixels != nullptr && fHeld[1].pixels != nullptr;
     }
     bool IsOpaque() const { return fOpaque; }
 
     // The pixels of row `y` of the target, multiplied by their alpha.
-    void Row(int32 y, int32 left, int32 right, uint32* __restrict pixels)
+    void Row(int32 y, uint32* pixels)
     {
         const Between place = between(fRows, y);
-        const uint32* above = _Multiplied(place.first, place.second);
-        if (place.weight != 0) {
-            const uint32* below = _Multiplied(place.second, place.first);
-            mix_rows(reinterpret_cast<const uint8*>(above), reinterpret_cast<const uint8*>(below),
-                     place.weight, reinterpret_cast<uint8*>(fMixed.get()), fCount * 4);
+        const uint32* above = _Row(place.first, place.second);
+        const uint32* below = _Row(place.second, place.first);
+        if (fColumnsFirst) {
+            fCode.mixRows(above, below, place.weight, _Set(), pixels, fCount);
         } else {
-            memcpy(fMixed.get(), above, size_t(fCount) * 4);
+            fCode.mixRows(above, below, place.weight, 0, fMixed.get(), fWidth);
+            _MixColumns(fMixed.get(), pixels);
         }
-        fMixed[fCount] = fMixed[fCount - 1];
-        const Column* columns = fColumns.get() - fLeft;
-        const uint32* mixed = fMixed.get();
-        const uint32 opaque = fOpaque ? kAlpha : 0;
-        for (int32 x = left; x <= right; x++)
-            pixels[x - left] = _Mix(mixed + columns[x].index, columns[x].weights) | opaque;
     }
 
 private:
-    struct Column {
-        Words8 weights;
-        int32 index;
-    };
     struct Held {
         std::unique_ptr<uint32[]> pixels;
         int32 row = -1;
     };
 
-    static uint32 _Mix(const uint32* pair, const Words8& weights)
+    uint32 _Set() const { return fOpaque ? kAlpha : 0; }
+
+    void _PlaceColumns(const Axis& columns, int32 left)
     {
-        Bytes8 bytes;
-        memcpy(&bytes, pair, 8);
-        // No sum is more than 255 * 256.
-        Words8 words = __builtin_convertvector(bytes, Words8) * weights;
-        words += __builtin_shuffle(words, Words8{4, 5, 6, 7, 4, 5, 6, 7});
-        bytes = __builtin_convertvector(words >> 8, Bytes8);
-        uint32 pixel;
-        memcpy(&pixel, &bytes, 4);
-        return pixel;
+        for (int32 i = 0; i < fCount; i++) {
+            Between place = between(columns, int64(left) + i);
+            if (fPicks) {
+                fPicked[2 * i] = place.first - fFirst;
+                fPicked[2 * i + 1] = place.second - fFirst;
+                place.first = fFirst + 2 * i;
+            } else if (place.second == place.first) {
+                // The bitmap's last column has none behind it.
+                place.first--;
+                place.weight = 256;
+            }
+            fIndexes[i] = place.first - fFirst;
+            fWeights[i] = uint32(place.weight) << 16 | uint32(place.weight);
+        }
     }
 
-    // A row of the bitmap, kept until another is needed; the one of `other` stays.
-    const uint32* _Multiplied(int32 index, int32 other)
+    void _MixColumns(const uint32* from, uint32* to) const
+    {
+        fCode.mixColumns(from, {fIndexes.get(), fWeights.get()}, _Set(), to, fCount);
+    }
+
+    // The pixels of a row of the bitmap that count, multiplied. May use `to`, and fMixed.
+    const uint32* _Pixels(int32 index, uint32* to) const
     {
         const auto* from = reinterpret_cast<const uint32*>(
             fSource.bits + ptrdiff_t(index) * fSource.bytesPerRow + ptrdiff_t(fFirst) * 4);
+        if (fPicks) {
+            for (int32 i = 0; i < fWidth; i++)
+                to[i] = from[fPicked[i]];
+            from = to;
+        }
         if (fOpaque)
             return from;
-        for (Held& held : fHeld) {
+        fCode.multiply(from, to, fWidth);
+        return to;
+    }
+
+    // A row of the bitmap, ready to be mixed with another; that of row `other` stays.
+    const uint32* _Row(int32 index, int32 other)
+    {
+        if (fOpaque && !fColumnsFirst && !fPicks)
+            return _Pixels(index, nullptr);
+        for (const Held& held : fHeld) {
             if (held.row == index)
                 return held.pixels.get();
         }
         Held& held = fHeld[fHeld[0].row == other ? 1 : 0];
-        multiply_row(from, held.pixels.get(), fCount);
         held.row = index;
+        if (fColumnsFirst)
+            _MixColumns(_Pixels(index, fMixed.get()), held.pixels.get());
+        else
+            _Pixels(index, held.pixels.get());
         return held.pixels.get();
     }
 
+    const RowCode& fCode;
     const Surface& fSource;
     const Axis& fRows;
-    const int32 fLeft;
-    const bool fOpaque;
-    int32 fFirst, fCount;  // of the bitmap's columns
-    std::unique_ptr<Column[]> fColumns;
-    std::unique_ptr<uint32[]> fMixed;
+    const int32 fFirst, fUsed;  // of the bitmap's columns
+    const int32 fCount;         // of the target's
+    const bool fOpaque, fColumnsFirst;
+    const bool fPicks;                        // of so many columns only those that are mixed count
+    const int32 fWidth;                       // of a row of the bitmap, as far as it counts
+    const std::unique_ptr<int32[]> fIndexes;  // a pixel's columns among those that count
+    const std::unique_ptr<uint32[]> fWeights;
+    const std::unique_ptr<int32[]> fPicked;
+    const std::unique_ptr<uint32[]> fMixed;
     Held fHeld[2];
 };
 
@@ -219,23 +206,22 @@ clipping_rect draw_smoothly(const Target& target, const Paint& paint, const Surf
     bitmapPaint.gradient = nullptr;
     const Brush brush(bitmapPaint);
     Pixels32 pixels(*target.surface, reach);
-    Scaler scaler(source, columns, rows, reach.left, reach.right);
-    if (!pixels.Valid() || !scaler.Valid())
+    const auto row = array_of<uint32>(reach.right - reach.left + 1);
+    if (!pixels.Valid() || row == nullptr)
         return kNoPixels;
-    const std::unique_ptr<uint32[]> row(new (std::nothrow)
-                                            uint32[size_t(reach.right - reach.left) + 1]);
-    if (row == nullptr)
-        return kNoPixels;
-    const bool copies = paint.mode == B_OP_COPY && scaler.IsOpaque();
     const clipping_rect changed = for_each_box(target, reach, [&](const clipping_rect& box) {
+        Scaler scaler(source, columns, rows, box.left, box.right);
+        if (!scaler.Valid())
+            return;
+        const bool copies = paint.mode == B_OP_COPY && scaler.IsOpaque();
         const int32 count = box.right - box.left + 1;
         for (int32 y = box.top; y <= box.bottom; y++) {
             uint32* to = pixels.raster.At(box.left, y);
-            scaler.Row(y, box.left, box.right, copies ? to : row.get());
+            scaler.Row(y, copies ? to : row.get());
             if (copies)
                 continue;
             if (lies_over(paint)) {
-                lay_over(to, row.get(), count);
+                row_code().layMultiplied(row.get(), to, count);
                 continue;
             }
             if (!scaler.IsOpaque())
