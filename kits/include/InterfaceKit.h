@@ -43,6 +43,7 @@
 #include <StatusBar.h>
 #include <StringItem.h>
 #include <StringView.h>
+#include <TextView.h>
 #include <UnicodeBlockObjects.h>
 #include <View.h>
 #include <Window.h>

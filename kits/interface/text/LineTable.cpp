@@ -15,8 +15,10 @@ void LineTable::Block::Sum()
 {
     bytes = 0;
     height = 0;
+    width = 0;
     for (const TextLine& line : lines) {
         bytes += line.length;
+        width = std::max(width, line.width);
         height += double(line.height);
     }
 }
@@ -28,7 +30,7 @@ const std::vector<LineTable::Sums>& LineTable::_Sums() const
         const Block& block = fBlocks[fSummed];
         const Sums& before = fSums[fSummed];
         fSums[fSummed + 1] = {before.lines + int32(block.lines.size()), before.bytes + block.bytes,
-                              before.height + block.height};
+                              before.height + block.height, std::max(before.width, block.width)};
     }
     return fSums;
 }
@@ -38,6 +40,18 @@ int32 LineTable::CountLines() const { return _Sums().back().lines; }
 int32 LineTable::Length() const { return _Sums().back().bytes; }
 
 double LineTable::Height() const { return _Sums().back().height; }
+
+float LineTable::Width() const { return _Sums().back().width; }
+
+// The block that holds a line.
+size_t LineTable::_BlockOf(int32 index) const
+{
+    const std::vector<Sums>& sums = _Sums();
+    const auto after =
+        std::upper_bound(sums.begin() + 1, sums.end() - 1, index,
+                         [](int32 number, const Sums& before) { return number < before.lines; });
+    return size_t(std::distance(sums.begin(), after)) - 1;
+}
 
 // The last line that `before` holds for, of what lies before it; the first if it holds for none.
 template <class Before>
@@ -51,7 +65,7 @@ LineTable::Place LineTable::_Find(Before before) const
     size_t line = 0;
     for (; line + 1 < lines.size(); line++) {
         const Sums next = {at.lines + 1, at.bytes + lines[line].length,
-                           at.height + double(lines[line].height)};
+                           at.height + double(lines[line].height), 0};
         if (!before(next))
             break;
         at = next;
@@ -89,12 +103,8 @@ void LineTable::_Insert(int32 first, const std::vector<TextLine>& lines)
 {
     if (lines.empty())
         return;
-    const std::vector<Sums>& sums = _Sums();
-    const auto after =
-        std::upper_bound(sums.begin() + 1, sums.end() - 1, first,
-                         [](int32 index, const Sums& before) { return index < before.lines; });
-    const auto index = size_t(std::distance(sums.begin(), after)) - 1;
-    const int32 place = first - sums[index].lines;
+    const size_t index = _BlockOf(first);
+    const int32 place = first - fSums[index].lines;
     fSummed = std::min(fSummed, index);
     std::vector<TextLine>& held = fBlocks[index].lines;
     held.insert(held.begin() + place, lines.begin(), lines.end());

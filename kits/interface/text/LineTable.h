@@ -33,6 +33,27 @@ public:
     int32 CountLines() const;
     int32 Length() const;   // bytes
     double Height() const;  // pixels
+    float Width() const;    // of the widest line
+
+    // Lines from one on, as long as `visit` is true of a Place.
+    template <class Visit>
+    void EachFrom(int32 index, Visit visit) const
+    {
+        Place place = At(index);
+        size_t block = _BlockOf(place.index);
+        size_t line = size_t(place.index - fSums[block].lines);
+        for (; visit(place); line++) {
+            place.index++;
+            place.offset += place.line.length;
+            place.top += double(place.line.height);
+            if (line + 1 == fBlocks[block].lines.size()) {
+                if (++block == fBlocks.size())
+                    return;
+                line = size_t(-1);
+            }
+            place.line = fBlocks[block].lines[line + 1];
+        }
+    }
 
     // By number, by a byte that it holds, and by a height. What is outside is in the first or last
     // line; the text's end is in the last one.
@@ -48,22 +69,26 @@ private:
         std::vector<TextLine> lines;
         int32 bytes = 0;
         double height = 0;
+        float width = 0;
 
         void Sum();
     };
     struct Sums {
         int32 lines = 0, bytes = 0;
         double height = 0;
+        float width = 0;
     };
 
     const std::vector<Sums>& _Sums() const;
+    size_t _BlockOf(int32 index) const;
     template <class Before>
     Place _Find(Before before) const;
     void _Remove(int32 first, int32 count);
     void _Insert(int32 first, const std::vector<TextLine>& lines);
 
     std::vector<Block> fBlocks;
-    // What lies before each block, and before the end; right up to `fSummed`.
+    // What lies before each block, and before the end; right up to `fSummed`. The width is the
+    // greatest of them.
     mutable std::vector<Sums> fSums;
     mutable size_t fSummed = 0;
 };

@@ -9,7 +9,7 @@
 
 namespace BPrivate {
 
-static const int32 kLeastGap = 256;
+static const int64 kLeastGap = 256;
 static const int32 kMostBytes = INT32_MAX - 1;
 
 uint8 TextBuffer::At(int32 offset) const
@@ -30,6 +30,17 @@ int32 TextBuffer::Copy(int32 offset, int32 length, char* to) const
         memcpy(to + before, fBytes.get() + offset + before + (fCapacity - fLength),
                size_t(length - before));
     return length;
+}
+
+const char* TextBuffer::Bytes(int32 offset, int32 length, std::string* copy) const
+{
+    if (offset + length <= fGap)
+        return fBytes.get() + offset;
+    if (offset >= fGap)
+        return fBytes.get() + offset + (fCapacity - fLength);
+    copy->resize(size_t(length));
+    Copy(offset, length, copy->data());
+    return copy->data();
 }
 
 const char* TextBuffer::Text()
@@ -55,6 +66,22 @@ int32 TextBuffer::LineEnd(int32 offset) const
     const char* behind = fBytes.get() + (fCapacity - fLength);
     const void* found = memchr(behind + offset, '\n', size_t(fLength - offset));
     return found != nullptr ? int32(static_cast<const char*>(found) - behind) + 1 : fLength;
+}
+
+int32 TextBuffer::LineStart(int32 offset) const
+{
+    offset = std::clamp(offset, int32(0), fLength);
+    if (offset > fGap) {
+        const char* behind = fBytes.get() + (fCapacity - fLength);
+        const void* found = memrchr(behind + fGap, '\n', size_t(offset - fGap));
+        if (found != nullptr)
+            return int32(static_cast<const char*>(found) - behind) + 1;
+        offset = fGap;
+    }
+    if (offset == 0)
+        return 0;
+    const void* found = memrchr(fBytes.get(), '\n', size_t(offset));
+    return found != nullptr ? int32(static_cast<const char*>(found) - fBytes.get()) + 1 : 0;
 }
 
 bool TextBuffer::Insert(int32 offset, const char* bytes, int32 length)
@@ -90,7 +117,7 @@ bool TextBuffer::_Reserve(int32 more)
         return false;
     if (fBytes != nullptr && fLength + more <= fCapacity)
         return true;
-    const int64 wanted = int64(fLength) + more + std::max(kLeastGap, fLength / 4);
+    const int64 wanted = int64(fLength) + more + std::max(kLeastGap, (int64(fLength) + more) / 8);
     const auto capacity = int32(std::min<int64>(wanted, kMostBytes));
     std::unique_ptr<char[]> bytes(new (std::nothrow) char[size_t(capacity) + 1]);
     if (bytes == nullptr)

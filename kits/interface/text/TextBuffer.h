@@ -7,6 +7,7 @@
 #include <SupportDefs.h>
 
 #include <memory>
+#include <string>
 
 namespace [[gnu::visibility("hidden")]] BPrivate {
 
@@ -16,10 +17,14 @@ public:
     uint8 At(int32 offset) const;  // 0 outside the text
     // Copies up to `length` bytes from `offset` on; returns how many there were.
     int32 Copy(int32 offset, int32 length, char* to) const;
+    // The bytes from `offset` on, which the text has, in one piece: where they are, or copied.
+    const char* Bytes(int32 offset, int32 length, std::string* copy) const;
     // All bytes in one piece, ended by a zero; until the next change. Null without memory.
     const char* Text();
     // The offset behind the next line feed at or behind `offset`, the text's end if there is none.
     int32 LineEnd(int32 offset) const;
+    // The offset behind the last line feed before `offset`.
+    int32 LineStart(int32 offset) const;
 
     // False, and nothing changed, without memory, and where offsets end.
     bool Insert(int32 offset, const char* bytes, int32 length);

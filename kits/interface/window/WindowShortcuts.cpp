@@ -25,6 +25,7 @@ struct DefaultShortcut {
     char key;
     Shortcut::To to;
     uint32 what;
+    uint32 modifiers = 0;
 };
 
 static const DefaultShortcut kDefaults[] = {
@@ -35,6 +36,7 @@ static const DefaultShortcut kDefaults[] = {
     {'v', Shortcut::To::Focus, B_PASTE},
     {'a', Shortcut::To::Focus, B_SELECT_ALL},
     {'z', Shortcut::To::Focus, B_UNDO},
+    {'z', Shortcut::To::Focus, B_REDO, B_SHIFT_KEY},
 };
 
 static ShortcutKey shortcut_key(uint32 key, uint32 modifiers)
@@ -60,7 +62,7 @@ static BMenuItem* find_menu_item(const std::vector<BMenuBar*>& bars,
 void BWindow::_AddDefaultShortcuts()
 {
     for (const DefaultShortcut& row : kDefaults) {
-        Shortcut& shortcut = fData->shortcuts[shortcut_key(row.key, 0)];
+        Shortcut& shortcut = fData->shortcuts[shortcut_key(row.key, row.modifiers)];
         shortcut.to = row.to;
         shortcut.message = std::make_unique<BMessage>(row.what);
     }

@@ -357,6 +357,8 @@ bool IsSpace(uint32 character)
            (character >= 0x2000 && character <= 0x200A) || character == 0x3000;
 }
 
+bool StandsAlone(uint32 character) { return is_simple(character); }
+
 int32 NextCharacter(const FontSpec& font, const char* text, int32 length, uint32* code)
 {
     const uint8* bytes = reinterpret_cast<const uint8*>(text);

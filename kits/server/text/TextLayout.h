@@ -40,6 +40,8 @@ int32 TextLength(const char* text, int32 length);
 int32 PieceLength(const FontSpec& font, const char* text, int32 length);
 
 bool IsSpace(uint32 character);
+// What has its width whatever its neighbours are, in a font of whole-pixel spacing.
+bool StandsAlone(uint32 character);
 
 }  // namespace server
 

@@ -1,0 +1,48 @@
+#ifndef INTERFACE_GLYPH_WIDTHS_H
+#define INTERFACE_GLYPH_WIDTHS_H
+
+// How wide the characters of one font are, looked up once each. Characters whose width depends on
+// their neighbours are measured together with them. One thread.
+
+#include <Font.h>
+#include <SupportDefs.h>
+
+#include <memory>
+#include <vector>
+
+#include <server/text/Fonts.h>
+
+namespace [[gnu::visibility("hidden")]] BPrivate {
+
+class GlyphWidths {
+public:
+    explicit GlyphWidths(const BFont& font);
+
+    const BFont& Font() const { return fFont; }
+    const server::FontSpec& Spec() const { return fSpec; }
+    // Of characters below 128; all are known, and positive or 0, if IsSimple().
+    const float* Ascii() const { return fAscii; }
+    bool IsSimple() const { return fSimple; }
+
+    // Pixels of a character, negative if it depends on what stands beside it.
+    float Of(uint32 code);
+    // Of a text without tabs, line feeds and zero bytes.
+    float Sum(const char* text, int32 length);
+    // Where each byte's character begins from the start, `length` + 1 places.
+    void Starts(const char* text, int32 length, std::vector<float>* starts);
+
+private:
+    static const uint32 kPage = 256;
+
+    float _Measure(uint32 code) const;
+
+    BFont fFont;
+    server::FontSpec fSpec;
+    bool fSimple;  // widths of characters stand for themselves
+    float fAscii[128];
+    std::vector<std::unique_ptr<float[]>> fPages;
+};
+
+}  // namespace BPrivate
+
+#endif  // INTERFACE_GLYPH_WIDTHS_H

@@ -1,0 +1,131 @@
+#ifndef INTERFACE_TEXT_BODY_H
+#define INTERFACE_TEXT_BODY_H
+
+// A text with its styles, broken into lines: what of a text view has no window. Offsets that come
+// in are right. One thread.
+
+#include <InterfaceDefs.h>
+#include <SupportDefs.h>
+
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "interface/text/LineTable.h"
+#include "interface/text/StyleRuns.h"
+#include "interface/text/TextBuffer.h"
+
+namespace [[gnu::visibility("hidden")]] BPrivate {
+
+// Lines that are not as they were: `count` of them from `first` on took the place of `before`.
+struct LineChange {
+    int32 first;
+    int32 count;
+    int32 before;
+    bool sameHeight;  // as a whole
+};
+
+// A part of a line that is drawn in one go.
+struct TextPiece {
+    int32 offset;
+    int32 length;
+    int32 style;
+    const char* bytes;  // what is drawn, for a hidden text not what there is
+    int32 drawn;        // bytes of it; 0 for tabs and what cannot be seen
+    float x;            // from the line's start
+    float width;
+};
+
+class TextBody {
+public:
+    TextBody(const BFont& font, rgb_color color);
+
+    const TextBuffer& Buffer() const { return fBuffer; }
+    const StyleTable& Styles() const { return fStyles; }
+    const StyleRuns& Runs() const { return fRuns; }
+    const LineTable& Lines() const { return fLines; }
+    int32 Length() const { return fBuffer.Length(); }
+    const char* Text() { return fBuffer.Text(); }
+    int32 StyleFor(const BFont& font, rgb_color color) { return fStyles.Find(font, color); }
+    const TextStyle& StyleAt(int32 offset) const;
+
+    // Asked for each place where a line might end, about the character at an offset.
+    std::function<bool(int32)> canEndLine;
+
+    // How lines are broken; the lines are to be broken anew by Break() after.
+    void SetWidth(float width) { fWidth = width; }  // 0 and less: not at all
+    float Width() const { return fWidth; }
+    void SetTabWidth(float width) { fTabWidth = width; }
+    float TabWidth() const { return fTabWidth; }
+    void SetHidden(bool hidden) { fHidden = hidden; }
+    bool Hidden() const { return fHidden; }
+    LineChange Break();
+
+    // False, and nothing changed, without memory.
+    bool Replace(const char* text, int32 length, int32 style);  // all of it
+    bool Insert(int32 offset, const char* text, int32 length, LineChange* change);
+    void Remove(int32 from, int32 to, LineChange* change);
+    // Styles, for which the lines are to be broken anew by Rebreak() after.
+    void SetStyle(int32 from, int32 to, int32 style) { fRuns.Set(from, to, style); }
+    void PutRuns(int32 from, const std::vector<StyleRun>& runs) { fRuns.Put(from, runs); }
+    void SetOnlyStyle(int32 style) { fRuns.Reset(Length(), style); }
+    LineChange Rebreak(int32 from, int32 to);
+
+    // The pieces of a line, as long as `visit` is true.
+    template <class Visit>
+    void EachPiece(const LineTable::Place& line, Visit visit) const;
+
+    // From a line's start to a byte in it.
+    float XAt(const LineTable::Place& line, int32 offset) const;
+    // The place between characters of a line that is nearest to a distance from its start.
+    int32 OffsetAt(const LineTable::Place& line, float x) const;
+
+    // Borders of what a reader calls a character: at or before, before and behind an offset.
+    int32 Aligned(int32 offset) const;
+    int32 Previous(int32 offset) const;
+    int32 Next(int32 offset) const;
+    // The character at a byte, and the byte behind it; of the text's end 0. For a byte within a
+    // character, the character that it begins itself.
+    uint32 CharacterAt(int32 offset, int32* end = nullptr) const;
+    // The one that ends there, and where it begins.
+    uint32 CharacterBefore(int32 offset, int32* start = nullptr) const;
+
+private:
+    struct Breaker;
+
+    TextLine _BreakAt(int32 start);
+    int32 _PieceAt(int32 offset, int32 end, float x, TextPiece* piece) const;
+    float _TabWidth(float x) const;
+    void _SetHeight(int32 from, int32 to, TextLine* line) const;
+    LineChange _Rebreak(int32 from, int32 to, int32 removed);
+    void _PlaceStarts(const TextPiece& piece) const;
+    int32 _Window(int32 offset) const;
+
+    TextBuffer fBuffer;
+    StyleTable fStyles;
+    StyleRuns fRuns;
+    LineTable fLines;
+    float fWidth = 0;
+    float fTabWidth = 28;
+    bool fHidden = false;
+    mutable std::string fCopy, fDots, fWindow;  // rooms of the moment
+    mutable std::vector<float> fStarts;
+};
+
+template <class Visit>
+void TextBody::EachPiece(const LineTable::Place& line, Visit visit) const
+{
+    const int32 end = line.offset + line.line.length;
+    TextPiece piece;
+    float x = 0;
+    for (int32 at = line.offset; at < end; at = piece.offset + piece.length) {
+        _PieceAt(at, end, x, &piece);
+        x += piece.width;
+        if (!visit(piece))
+            return;
+    }
+}
+
+}  // namespace BPrivate
+
+#endif  // INTERFACE_TEXT_BODY_H

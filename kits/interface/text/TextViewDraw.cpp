@@ -1,0 +1,75 @@
+// BTextView: drawing. Everything is drawn in Draw(): what changes is only made invalid, and what a
+// window draws shows when it is complete.
+
+#include <TextView.h>
+
+#include <Region.h>
+#include <Window.h>
+
+#include <algorithm>
+
+#include "interface/text/TextData.h"
+
+using BPrivate::LineTable;
+using BPrivate::TextData;
+using BPrivate::TextPiece;
+using BPrivate::TextStyle;
+
+static void draw_line(BTextView* view, const TextData& text, const LineTable::Place& line,
+                      BRect update, int32* style)
+{
+    const float left = text.Left(line);
+    const float base = text.Top(line) + line.line.ascent;
+    text.body.EachPiece(line, [&](const TextPiece& piece) {
+        const float x = left + piece.x;
+        // Letters reach into their neighbours' room.
+        const float slack = line.line.height;
+        if (x > update.right + slack)
+            return false;
+        if (piece.drawn == 0 || x + piece.width < update.left - slack)
+            return true;
+        if (*style != piece.style) {
+            *style = piece.style;
+            const TextStyle& held = text.body.Styles().At(piece.style);
+            view->SetFont(&held.font);
+            view->SetHighColor(held.color);
+        }
+        view->DrawString(piece.bytes, piece.drawn, BPoint(x, base));
+        return true;
+    });
+}
+
+void BTextView::Draw(BRect updateRect)
+{
+    TextData& text = *fText;
+    PushState();
+    SetDrawingMode(B_OP_OVER);
+    SetLowColor(ViewColor());
+    int32 style = -1;
+    const double y = double(updateRect.top - text.textRect.top);
+    const LineTable& lines = text.body.Lines();
+    lines.EachFrom(lines.AtHeight(y).index, [&](const LineTable::Place& line) {
+        if (text.Top(line) > updateRect.bottom)
+            return false;
+        draw_line(this, text, line, updateRect, &style);
+        return true;
+    });
+    SetDrawingMode(B_OP_INVERT);
+    if (text.active && text.selectable)
+        text.EachRect(text.selStart, text.selEnd, updateRect,
+                      [&](BRect rect) { FillRect(rect & updateRect); });
+    if (text.caretOn && text.selStart == text.selEnd)
+        FillRect(text.CaretRect(text.selStart));
+    if (text.dropAt >= 0)
+        FillRect(text.CaretRect(text.dropAt));
+    PopState();
+}
+
+void BTextView::Highlight(int32 startOffset, int32 endOffset)
+{
+    if (Window() == nullptr)
+        return;
+    const BRect bounds = Bounds();
+    fText->EachRect(fText->Clamp(startOffset), fText->Clamp(endOffset), bounds,
+                    [&](BRect rect) { InvertRect(rect & bounds); });
+}

@@ -1,0 +1,179 @@
+// Steps of undo: how typing becomes words, and what is kept.
+
+#include "interface/text/UndoHistory.h"
+
+#include <algorithm>
+#include <string_view>
+
+#include <server/text/Characters.h>
+#include <support/ValidUTF8.h>
+
+namespace BPrivate {
+
+// What is done before so many bytes of later steps is forgotten.
+static const size_t kMostBytes = size_t(64) << 20;
+
+size_t TextEdit::Size() const
+{
+    return sizeof(TextEdit) + removed.size() + inserted.size() +
+           (removedRuns.size() + insertedRuns.size()) * sizeof(StyleRun);
+}
+
+void UndoHistory::Enable(bool enabled)
+{
+    fEnabled = enabled;
+    if (!enabled)
+        Clear();
+}
+
+void UndoHistory::Clear()
+{
+    fDone.clear();
+    fUndone.clear();
+    fSize = 0;
+    fGeneration++;
+}
+
+void UndoHistory::Close()
+{
+    if (!fDone.empty())
+        fDone.back().open = false;
+}
+
+void UndoHistory::Begin(undo_state kind, TextSelection selection)
+{
+    if (fDepth++ > 0)
+        return;
+    fStep = UndoStep();
+    fStep.kind = kind;
+    fStep.before = selection;
+}
+
+static bool is_blank(const std::string& text)
+{
+    uint32 code = 0;
+    if (!text.empty())
+        next_character(text, &code);
+    return server::ClassOf(code) == server::CharacterClass::Blank || code == '\n';
+}
+
+// A word ends with the blanks behind it; words that are deleted, with those before.
+bool UndoHistory::_GoesOn(const UndoStep& step) const
+{
+    if (fDone.empty() || step.kind != B_UNDO_TYPING || step.edits.size() != 1)
+        return false;
+    const UndoStep& last = fDone.back();
+    const TextEdit& edit = step.edits[0];
+    if (!last.open || last.edits.empty() || edit.styles || last.edits.back().styles)
+        return false;
+    const TextEdit& before = last.edits.back();
+    if (edit.removed.empty())
+        return !before.inserted.empty() &&
+               edit.offset == before.offset + int32(before.inserted.size()) &&
+               (!last.blank || is_blank(edit.inserted));
+    return edit.inserted.empty() && before.inserted.empty() &&
+           (edit.offset + int32(edit.removed.size()) == before.offset ||
+            edit.offset == before.offset) &&
+           (last.blank || !is_blank(edit.removed));
+}
+
+static void join(TextEdit& before, const TextEdit& edit)
+{
+    if (edit.removed.empty()) {
+        before.inserted += edit.inserted;
+        return;
+    }
+    const bool forward = edit.offset == before.offset;
+    before.offset = edit.offset;
+    before.removed = forward ? before.removed + edit.removed : edit.removed + before.removed;
+    std::vector<StyleRun> runs = forward ? before.removedRuns : edit.removedRuns;
+    const std::vector<StyleRun>& more = forward ? edit.removedRuns : before.removedRuns;
+    runs.insert(runs.end(), more.begin(), more.end());
+    before.removedRuns = std::move(runs);
+}
+
+void UndoHistory::End(TextSelection selection)
+{
+    if (--fDepth > 0 || fStep.edits.empty() || !Records())
+        return;
+    fUndone.clear();
+    fStep.after = selection;
+    fStep.open = fStep.kind == B_UNDO_TYPING;
+    const TextEdit& edit = fStep.edits.back();
+    fStep.blank = is_blank(edit.inserted.empty() ? edit.removed : edit.inserted);
+    if (_GoesOn(fStep)) {
+        UndoStep& last = fDone.back();
+        join(last.edits.back(), edit);
+        last.blank = fStep.blank;
+        last.after = selection;
+        last.size += edit.Size();
+        fSize += edit.Size();
+    } else {
+        for (const TextEdit& each : fStep.edits)
+            fStep.size += each.Size();
+        fSize += fStep.size;
+        fDone.push_back(std::move(fStep));
+    }
+    _Trim();
+}
+
+void UndoHistory::_Trim()
+{
+    while (fSize > kMostBytes && fDone.size() > 1) {
+        fSize -= fDone.front().size;
+        fDone.pop_front();
+    }
+}
+
+TextEdit& UndoHistory::_Add(int32 offset)
+{
+    TextEdit& edit = fStep.edits.emplace_back();
+    edit.offset = offset;
+    return edit;
+}
+
+void UndoHistory::AddInsertion(int32 offset, const char* text, int32 length)
+{
+    if (Records())
+        _Add(offset).inserted.assign(text, size_t(length));
+}
+
+void UndoHistory::AddRemoval(int32 offset, std::string text, std::vector<StyleRun> runs)
+{
+    if (!Records())
+        return;
+    TextEdit& edit = _Add(offset);
+    edit.removed = std::move(text);
+    edit.removedRuns = std::move(runs);
+}
+
+void UndoHistory::AddStyles(int32 offset, std::vector<StyleRun> before, std::vector<StyleRun> after)
+{
+    if (!Records() || before == after)
+        return;
+    TextEdit& edit = _Add(offset);
+    edit.styles = true;
+    edit.removedRuns = std::move(before);
+    edit.insertedRuns = std::move(after);
+}
+
+UndoStep UndoHistory::Take(Side side)
+{
+    std::deque<UndoStep>& steps = side == Side::Done ? fDone : fUndone;
+    UndoStep step = std::move(steps.back());
+    steps.pop_back();
+    if (side == Side::Done)
+        fSize -= step.size;
+    Close();
+    return step;
+}
+
+void UndoHistory::Put(Side side, UndoStep step)
+{
+    step.open = false;
+    if (side == Side::Done)
+        fSize += step.size;
+    (side == Side::Done ? fDone : fUndone).push_back(std::move(step));
+}
+
+}  // namespace BPrivate
