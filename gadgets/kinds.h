@@ -52,6 +52,9 @@ BView* create_picture(const GadgetSpec& spec);
 BView* create_listview(const GadgetSpec& spec);
 BView* create_outlistview(const GadgetSpec& spec);
 
+// Places the buttons of a group anew, whose font has changed.
+void fit_radio(BView* group);
+
 // How many strings an array has before its null pointer, or before an empty one.
 int32_t count_labels(const char* const* labels);
 // A view on the colour of the one around it. Its window's thread or lock.

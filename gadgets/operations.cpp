@@ -1,7 +1,7 @@
 // What can be done to a gadget of any kind: showing, hiding, killing, fonts, colours, handlers. Any
 // thread, with the gadget's window locked.
 
-#include "gadgets/gadget.h"
+#include "gadgets/kinds.h"
 #include "graphics/fonts.h"
 #include "graphics/raster_port.h"
 #include "plinth.h"
@@ -9,9 +9,16 @@
 #include "windows/window_access.h"
 
 #include <Font.h>
+#include <MenuField.h>
 #include <View.h>
 
-// Acts on the view that shows the gadget; on each button of a radio group, and on the group.
+// Views that are parts of the gadget: the buttons of a radio group, the title of a choice field.
+static bool has_parts(const MyGadget& gadget)
+{
+    return gadget.kind == kRadioGroup || gadget.kind == kChoiceField;
+}
+
+// Acts on the view that shows the gadget, and on its parts.
 template <class Action>
 static void on_shown_views(int32_t ident, Action act)
 {
@@ -20,7 +27,7 @@ static void on_shown_views(int32_t ident, Action act)
         return;
     BView* view = shown_view(gadget.Record());
     act(*view);
-    if (gadget.Record().kind != kRadioGroup)
+    if (!has_parts(gadget.Record()))
         return;
     for (BView* child = view->ChildAt(0); child != nullptr; child = child->NextSibling())
         act(*child);
@@ -63,6 +70,10 @@ extern "C" void SetFontGadget(int32_t ident, int32_t font_ident)
     if (!Find_Font(font_ident, &font))
         return;
     on_shown_views(ident, [&](BView& view) { view.SetFont(&font, B_FONT_ALL); });
+    on_gadget<BView>(ident, kRadioGroup, Unlocked::Act,
+                     [](BView& group, MyGadget&) { fit_radio(&group); });
+    on_gadget<BMenuField>(ident, kChoiceField, Unlocked::Act,
+                          [](BMenuField& field, MyGadget&) { field.SetDivider(field.Divider()); });
 }
 
 extern "C" void SetAntiliasingGadget(int32_t ident, int8_t flag)

@@ -9,11 +9,8 @@
 #include <Window.h>
 
 #include <algorithm>
-#include <math.h>
 
-static const float kSpacing = 0;         // between two buttons
-static const float kFirstRight = 32767;  // until the first one has told its size
-static const float kFirstBottom = 32;
+static const float kSpacing = 0;  // between two buttons
 
 class MyRadio : public BRadioButton {
 public:
@@ -120,6 +117,36 @@ public:
     void AttachedToWindow() override { take_ground(this); }
 };
 
+// The size that the buttons take: each as wide as the widest and as high as the first.
+static BSize button_size(const BView* group)
+{
+    BSize size(0, 0);
+    for (BView* radio = group->ChildAt(0); radio != nullptr; radio = radio->NextSibling()) {
+        float width, height;
+        radio->GetPreferredSize(&width, &height);
+        size.width = std::max(size.width, width);
+        if (radio == group->ChildAt(0))
+            size.height = height;
+    }
+    return size;
+}
+
+// One row short, so that the last button shows as far as the frame lets it: kept on purpose.
+static BSize group_size(const BView* group, BSize button)
+{
+    return BSize(button.width, button.height * static_cast<float>(group->CountChildren() - 1));
+}
+
+static void place_buttons(const BView* group, BSize size)
+{
+    float top = 0;
+    for (BView* radio = group->ChildAt(0); radio != nullptr; radio = radio->NextSibling()) {
+        radio->MoveTo(0, top);
+        radio->ResizeTo(size.width, size.height);
+        top += size.height + kSpacing;
+    }
+}
+
 BView* create_radio(const GadgetSpec& spec)
 {
     const char* const* labels = spec.Texts();
@@ -127,27 +154,22 @@ BView* create_radio(const GadgetSpec& spec)
     if (count < 1)
         return nullptr;
     auto* group = new MyBView(spec.frame);
-    BRect frame(0, 0, kFirstRight, kFirstBottom);
-    float widest = 0, height = 0;
-    for (int32_t i = 0; i < count; i++) {
-        auto* radio = new MyRadio(spec.record, i, frame, labels[i]);
-        float width, own_height;
-        radio->GetPreferredSize(&width, &own_height);
-        if (i == 0) {
-            radio->ResizeTo(width, own_height);
-            height = own_height;
-            frame.right = roundf(width);
-            frame.bottom = roundf(own_height);
-        }
-        frame.OffsetBy(0, height + kSpacing);
-        widest = std::max(widest, width);
-        group->AddChild(radio);
-    }
-    // One row short, so that the last button shows as far as the frame lets it: kept on purpose.
-    group->ResizeTo(widest, height * static_cast<float>(count - 1));
-    for (BView* radio = group->ChildAt(0); radio != nullptr; radio = radio->NextSibling())
-        radio->ResizeTo(widest, height);
+    for (int32_t i = 0; i < count; i++)
+        group->AddChild(new MyRadio(spec.record, i, BRect(0, 0, 0, 0), labels[i]));
+    const BSize button = button_size(group), size = group_size(group, button);
+    group->ResizeTo(size.width, size.height);
+    place_buttons(group, button);
     return group;
+}
+
+// A group that the program made larger or smaller stays so by as much.
+void fit_radio(BView* group)
+{
+    const BView* first = group->ChildAt(0);
+    const BSize before = group_size(group, BSize(first->Frame().Width(), first->Frame().Height()));
+    const BSize button = button_size(group), size = group_size(group, button);
+    group->ResizeBy(size.width - before.width, size.height - before.height);
+    place_buttons(group, button);
 }
 
 extern "C" void RadSelected(int32_t ident, int32_t index)

@@ -133,6 +133,43 @@ TEST(LookParts, MarkOfACheckBoxIsTheSameMirrored)
     }
 }
 
+TEST(LookParts, CrossOfACheckBoxHasThinStrokesAtEverySize)
+{
+    for (float size : kSizes) {
+        LookBoard board(size);
+        const BRect box = Look(board.view).MarkFrame().OffsetByCopy(10, 10);
+        Look(board.view).DrawCheckBox(box, Look::kOn);
+        const auto row = int32(box.top + box.Height() / 3);
+        int32 first = int32(box.left), last = int32(box.right);
+        while (board.At(first, row) != 0x1B528C)
+            first++;
+        while (board.At(last, row) != 0x1B528C)
+            last--;
+        int32 run = first;
+        while (board.At(run, row) == 0x1B528C)
+            run++;
+        EXPECT_LT(run, last) << "two strokes, at " << size;
+        EXPECT_LE(run - first, (last - first + 1) / 2) << size;
+    }
+}
+
+TEST(LookParts, HashMarksAreAllOfTheSameThickness)
+{
+    for (float size : kSizes) {
+        LookBoard board(size);
+        const Look look(board.view);
+        look.DrawHashMarks(BRect(10, 10, 70, 20), B_HORIZONTAL, 4);
+        const uint32 dark = board.At(10, 15);
+        EXPECT_NE(dark, 0xD8D8D8u);
+        for (int32 at : {10, 30, 50, 70}) {
+            float thick = 0;
+            for (int32 x = at - 5; x <= at + 5; x++)
+                thick += board.At(x, 15) == dark ? 1 : 0;
+            EXPECT_EQ(thick, look.Line()) << at << " at " << size;
+        }
+    }
+}
+
 TEST(LookEdges, FillTheWidthOfABorder)
 {
     LookBoard board(36);

@@ -452,6 +452,53 @@ TEST_F(GadgetTest, StyleSettersReachTheShownView)
     EXPECT_EQ(FrameOf(0), BRect(10, 10, 43, 54));
 }
 
+TEST_F(GadgetTest, RadioGroupHasRoomForTheFontThatItIsGiven)
+{
+    const int32_t font = OpenFont(nullptr, nullptr, 36);
+    const int32_t group = Make(18, 10, 10, 80, 24, kLabels);
+    SetFontGadget(group, font);
+    WithView(0, [](BView* view) {
+        float top = 0;
+        for (BView* radio = view->ChildAt(0); radio != nullptr; radio = radio->NextSibling()) {
+            float width, height;
+            radio->GetPreferredSize(&width, &height);
+            EXPECT_GE(radio->Frame().Width(), width);
+            EXPECT_GT(height, 36);
+            EXPECT_EQ(radio->Frame().top, top);
+            top += radio->Frame().Height();
+        }
+        EXPECT_EQ(view->Frame().Height(), top / 2) << "one row short of two";
+        return 0;
+    });
+    // What the program made of it remains.
+    ResizeGadget(group, 300, 200);
+    const BRect before = FrameOf(0);
+    SetFontGadget(group, font);
+    EXPECT_EQ(FrameOf(0), before);
+    CloseFont(font);
+}
+
+TEST_F(GadgetTest, ChoiceFieldHasRoomForTheFontThatItIsGiven)
+{
+    const int32_t font = OpenFont(nullptr, nullptr, 36);
+    const int32_t field = Make(19, 10, 10, 400, 24, kLabels);
+    MxSelected(field, 0);
+    SetFontGadget(field, font);
+    WithView(0, [](BView* view) {
+        const BFont large = [&] {
+            BFont each;
+            view->GetFont(&each);
+            return each;
+        }();
+        BView* title = view->ChildAt(0);
+        EXPECT_GT(title->Frame().Height(), 36);
+        EXPECT_TRUE(view->Bounds().Contains(title->Frame()));
+        EXPECT_GT(title->Frame().Width(), large.StringWidth("one") + 36) << "and the marker";
+        return 0;
+    });
+    CloseFont(font);
+}
+
 // --- idents and slots that are none
 
 TEST_F(GadgetTest, SlotsThatAreNoneStoreNothing)

@@ -81,6 +81,7 @@ private:
 
     void _Init(const char* label, BMenu* menu, bool fixedSize);
     void _PlaceBar();
+    void _FitBar();
     void _Open(bool byKey);
 
     std::string fLabel;

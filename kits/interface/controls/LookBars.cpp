@@ -172,14 +172,16 @@ void Look::DrawHashMarks(BRect rect, orientation direction, int32 count) const
     const float marks = std::min(float(count), length + 1);
     const float pitch = marks > 1 ? length / (marks - 1) : 0;
     const bool room = pitch >= 3 * fLine || marks == 1;
+    const float thick = room ? fLine : 1;
+    const float half = std::floor(thick / 2);  // the ends' marks reach beyond them
     for (float i = 0; i < marks; i++) {
-        const float at = std::floor((across ? rect.left : rect.top) + i * pitch + 0.5f);
-        const BRect mark = across ? BRect(at, rect.top, at + fLine - 1, rect.bottom)
-                                  : BRect(rect.left, at, rect.right, at + fLine - 1);
+        const float at = std::floor((across ? rect.left : rect.top) + i * pitch + 0.5f) - half;
+        const BRect mark = across ? BRect(at, rect.top, at + thick - 1, rect.bottom)
+                                  : BRect(rect.left, at, rect.right, at + thick - 1);
         if (room)
             Fill(mark.OffsetByCopy(across ? fLine : 0, across ? 0 : fLine),
                  Shade(B_LIGHTEN_2_TINT));
-        Fill(mark & rect, Shade(B_DARKEN_3_TINT));
+        Fill(mark, Shade(B_DARKEN_3_TINT));
     }
 }
 

@@ -76,7 +76,7 @@ void Look::DrawCheckBox(BRect box, uint32 state) const
     } else if ((state & kOn) != 0) {
         // A cross, whose strokes are as thick as those of a bold font.
         const float side = std::min(mark.Width(), mark.Height());
-        const float thick = Scaled(2) - 1;
+        const float thick = std::max(1.0f, std::round((side + 1) * 2 / 9)) - 1;
         for (float step = 0; step <= side; step++) {
             const float from = std::max(0.0f, step - thick);
             fView->StrokeLine(BPoint(mark.left + from, mark.top + step),

@@ -24,6 +24,11 @@ public:
         : BMenuBar(BRect(0, 0, 10, 10), "_mc_mb_", B_FOLLOW_LEFT | B_FOLLOW_TOP, B_ITEMS_IN_ROW,
                    !fixedSize)
     {
+        MakeRoom();
+    }
+    // Beside the title for the marker, as the font has it.
+    void MakeRoom()
+    {
         BFont font;
         GetFont(&font);
         const Look look(font);
@@ -179,6 +184,7 @@ status_t BMenuField::AllUnarchived(const BMessage* from) { return BView::AllUnar
 
 void BMenuField::_PlaceBar()
 {
+    fBar->MakeRoom();
     fBar->MoveTo(fDivider + kMargin, kMargin);
     if (fFixedSize)
         fBar->ResizeTo(std::max(0.0f, Bounds().Width() - fDivider - 2 * kMargin),
@@ -186,6 +192,13 @@ void BMenuField::_PlaceBar()
     else
         fBar->ResizeToPreferred();
     Invalidate();
+}
+
+// As high as the title.
+void BMenuField::_FitBar()
+{
+    _PlaceBar();
+    ResizeTo(Bounds().Width(), fBar->Bounds().Height() + 2 * kMargin);
 }
 
 void BMenuField::AttachedToWindow()
@@ -197,8 +210,7 @@ void BMenuField::AttachedToWindow()
 void BMenuField::AllAttached()
 {
     BView::AllAttached();
-    _PlaceBar();
-    ResizeTo(Bounds().Width(), fBar->Bounds().Height() + 2 * kMargin);
+    _FitBar();
 }
 
 void BMenuField::GetPreferredSize(float* width, float* height)
@@ -248,7 +260,10 @@ void BMenuField::DoLayout() { BView::DoLayout(); }
 void BMenuField::SetDivider(float position)
 {
     fDivider = roundf(position);
-    _PlaceBar();
+    if (Window() != nullptr)
+        _FitBar();  // its font may be another by now
+    else
+        _PlaceBar();
 }
 
 float BMenuField::Divider() const { return fDivider; }

@@ -1,0 +1,238 @@
+/* Every kind of gadget, live, in three windows: this one has sliders that set the size and the
+   colours of all samples, a box that gadgets are moved into, pictures, a pop-up menu, and the log
+   of all handler calls. */
+
+#include <plinth.h>
+
+#include <stdio.h>
+
+#include "gallery.h"
+#include "tour.h"
+
+enum { LEFT = 20, TOP = 40, WIDTH = 379, HEIGHT = 659 };
+enum { SMALLEST = 8, LARGEST = 36 };
+
+static int32_t window, log_list, size_slider, colors[3], part_field, color_control;
+static int32_t box, title_check, moved_button, disable_check, hide_check;
+static int32_t pictures[2], icons[2];
+
+/* --- the log: handlers of any window */
+
+void gallery_log(const char *gadget, const char *event, int32_t value)
+{
+    enum { MOST_LINES = 100 };
+    char line[80];
+    if (value == -1)
+        snprintf(line, sizeof line, "%s %s", gadget, event);
+    else
+        snprintf(line, sizeof line, "%s %s %d", gadget, event, value);
+    AddLvEntry(log_list, line);
+    if (CountEntry(log_list) > MOST_LINES)
+        RemoveItem(log_list, 0);
+    SetSelectEntry(log_list, CountEntry(log_list) - 1);
+}
+
+LOGGED(moved)
+LOGGED(title)
+LOGGED(picture)
+
+/* --- sizes and colours */
+
+static void on_size(int32_t value)
+{
+    gallery_log("size", "value", SMALLEST + value);
+    states_show(SMALLEST + value);
+}
+
+static void show_color(int32_t red, int32_t green, int32_t blue)
+{
+    const uint32_t color = (uint32_t)ReturnIntFromRgb(red, green, blue) | 0xFF;
+    const int32_t part = GetValue(part_field);
+    states_color(part < 0 ? BARS : part, color);
+}
+
+static void on_color_slider(int32_t value)
+{
+    gallery_log("colour", "value", value);
+    show_color(GetValue(colors[0]), GetValue(colors[1]), GetValue(colors[2]));
+}
+
+static void on_color_control(int32_t red, int32_t green, int32_t blue)
+{
+    gallery_log("control", "red", red);
+    show_color(red, green, blue);
+}
+
+static void on_part(int32_t part) { gallery_log("part", "value", part); }
+
+static void make_sliders(void)
+{
+    static const int32_t fills[] = {(int32_t)0xD03030FF, 0x30A040FF, 0x3060C0FF};
+    static const char *const parts[] = {"Texts", "Ground", "Bars", NULL};
+    size_slider = CreateGadget(PLINTH_SLIDER, window, 10, 8, 359, 54, "Size of the samples",
+                               LARGEST - SMALLEST);
+    SetHashCount(size_slider, LARGEST - SMALLEST + 1);
+    SetHashType(size_slider, 2);
+    SetLimitsLabel(size_slider, "8 points", "36 points");
+    SetSliderPosition(size_slider, 12 - SMALLEST);
+    SetHandlerForGadget(size_slider, PLINTH_GADGET_VALUE, (void *)on_size);
+    for (int32_t i = 0; i < 3; i++) {
+        colors[i] = CreateGadget(PLINTH_SLIDER, window, 10, 84 + 24 * i, 150, 20, NULL, 255);
+        SetStyle(colors[i], 0);
+        SetFillColor(colors[i], fills[i]);
+        SetSliderPosition(colors[i], 96);
+        SetHandlerForGadget(colors[i], PLINTH_GADGET_VALUE, (void *)on_color_slider);
+    }
+    part_field = CreateGadget(PLINTH_CHOICE_FIELD, window, 10, 162, 150, 24, parts, 0);
+    MxSelected(part_field, BARS);
+    SetHandlerForGadget(part_field, PLINTH_GADGET_VALUE, (void *)on_part);
+    color_control = CreateGadget(PLINTH_COLOR_CONTROL, window, 168, 84, 0, 0, NULL, 0);
+    SetLayout(color_control, 16);
+    SetCellSize(color_control, 6);
+    SetHandlerForGadget(color_control, PLINTH_GADGET_VALUE, (void *)on_color_control);
+}
+
+/* --- the box, and what is moved */
+
+static void on_into_box(void)
+{
+    gallery_log("move", "pressed", -1);
+    BBoxAddGadget(box, moved_button);
+}
+
+static void on_out_of_box(void)
+{
+    gallery_log("out", "pressed", -1);
+    KillGadget(window, box);
+    box = CreateGadget(PLINTH_BOX, window, 10, 240, 150, 80, NULL, 0);
+    BBoxAddGadgetTitle(box, title_check);
+    AttachGadgetToWindow(window, moved_button);
+}
+
+static void on_disable(int32_t value)
+{
+    gallery_log("disable", "value", value);
+    const int32_t all[] = {moved_button, part_field,  color_control, colors[0],  colors[1],
+                           colors[2],    title_check, pictures[0],   pictures[1]};
+    for (uint32_t i = 0; i < sizeof all / sizeof all[0]; i++)
+        SetEnabled(all[i], !value);
+}
+
+static void on_hide(int32_t value)
+{
+    gallery_log("hide", "value", value);
+    for (int32_t i = 0; i < 2; i++) {
+        (value ? HideGadget : ShowGadget)(window, pictures[i]);
+        (value ? HideGadget : ShowGadget)(window, icons[i]);
+    }
+}
+
+static int32_t push(int32_t x, int32_t y, int32_t w, const char *label, void (*handler)(void))
+{
+    const int32_t ident = CreateGadget(PLINTH_BUTTON, window, x, y, w, 24, label, 0);
+    SetHandlerForGadget(ident, PLINTH_GADGET_ACTION, (void *)handler);
+    return ident;
+}
+
+static int32_t check(int32_t x, int32_t y, const char *label, void (*handler)(int32_t))
+{
+    const int32_t ident = CreateGadget(PLINTH_CHECK_BOX, window, x, y, 150, 18, label, 0);
+    SetHandlerForGadget(ident, PLINTH_GADGET_VALUE, (void *)handler);
+    return ident;
+}
+
+static void make_boxes(void)
+{
+    static const char *const pop_up[] = {"i*00000001Into the box", "i*00000002Out of it", "q",
+                                         NULL};
+    push(10, 200, 70, "Move", on_into_box);
+    push(90, 200, 70, "Out", on_out_of_box);
+    box = CreateGadget(PLINTH_BOX, window, 10, 240, 150, 80, NULL, 0);
+    title_check = CreateGadget(PLINTH_CHECK_BOX, window, 0, 0, 80, 18, "Title", 0);
+    title_log(title_check);
+    BBoxAddGadgetTitle(box, title_check);
+    moved_button = CreateGadget(PLINTH_BUTTON, window, 170, 200, 100, 24, "Moved", 0);
+    moved_log(moved_button);
+    AttachPopUpToGadget(moved_button, CreatePopUpMenu(pop_up));
+    disable_check = check(170, 240, "Disable some", on_disable);
+    hide_check = check(170, 262, "Hide pictures", on_hide);
+    FocusOnClick(disable_check, 1);
+}
+
+static void on_menu(int32_t code)
+{
+    gallery_log("menu", "item", code);
+    if (code == 1)
+        on_into_box();
+    else if (code == 2)
+        on_out_of_box();
+}
+
+/* --- pictures */
+
+static int32_t make_ball(int32_t side, uint32_t hue)
+{
+    const int32_t ball = CreateImage(side, side);
+    for (int32_t i = 0; i < side / 2; i++) {
+        const uint32_t light = (uint32_t)(80 + 170 * 2 * i / side);
+        SetForeColor(ball,
+                     (light * (hue >> 8) / 255) << 24 | (light * (hue & 255) / 255) << 8 | 255, 0);
+        FCircle(ball, side / 2 - i / 3, side / 2 - i / 3, side / 2 - 1 - i);
+    }
+    return ball;
+}
+
+static void make_pictures(void)
+{
+    enum { SMALL_ICON = 31, LARGE_ICON = 32 };
+    const int32_t red = make_ball(32, 0xFF40), blue = make_ball(32, 0x40FF);
+    pictures[0] = CreateGadget(PLINTH_PICTURE_BUTTON, window, 170, 284, 32, 32, NULL, red);
+    pictures[1] = CreateGadget(PLINTH_PICTURE_BUTTON, window, 214, 284, 32, 32, NULL, blue);
+    for (int32_t i = 0; i < 2; i++)
+        picture_log(pictures[i]);
+    icons[0] = CreateGadget(SMALL_ICON, window, 262, 294, 0, 0, NULL, LoadIcon("/"));
+    icons[1] = CreateGadget(LARGE_ICON, window, 290, 286, 0, 0, NULL, LoadIcon("/"));
+    CloseIcon(red);
+    CloseIcon(blue);
+}
+
+static void make_panel(void)
+{
+    window = OpenWindow(LEFT, TOP, WIDTH, HEIGHT);
+    SetWindowTitle(window, "Gallery");
+    log_list = CreateGadget(8, window, 10, 336, 359, 313, NULL, 0);
+    make_sliders();
+    make_boxes();
+    make_pictures();
+    SetHandlerForWindow(window, PLINTH_MENU_ITEM, (void *)on_menu);
+}
+
+/* A visit: another size, a colour, gadgets into the box, and a choice. */
+static int32_t play(const char *picture)
+{
+    tour_begin(LEFT, TOP);
+    tour_pause(100);
+    tour_click(150, 30); /* size */
+    tour_click(100, 92); /* red */
+    tour_click(40, 210); /* Move */
+    tour_click(180, 250);
+    tour_pause(100);
+    tour_click(180, 250);
+    tour_click(40, 170); /* the parts */
+    tour_pause(200);
+    return tour_end(picture);
+}
+
+void ProgramMain(void)
+{
+    const char *picture = tour_picture();
+    Open_Sys(0);
+    make_panel();
+    states_open(LEFT + WIDTH + 30, TOP);
+    texts_open(LEFT + WIDTH + 30, 768 - 268);
+    if (picture != NULL) {
+        if (play(picture) != 0)
+            fprintf(stderr, "gallery: cannot save %s\n", picture);
+        End();
+    }
+}
