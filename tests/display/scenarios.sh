@@ -10,6 +10,8 @@ client_frame() {
         /Width:/ {w = $2} /Height:/ {h = $2} END {print x, y, w, h}'
 }
 frame_is() { [ "$(client_frame)" = "$1" ]; }
+scale=1  # of the screen: its pixels a pixel of the program's
+scaled() { echo "$@" | awk -v s="$scale" '{ for (i = 1; i <= NF; i++) printf "%s%d", (i > 1 ? " " : ""), $i * s + 0.5 }'; }
 expect_frame() { eventually frame_is "$1" || fail "client area $(client_frame), not $1"; }
 pixel() { import -window root -crop "1x1+$1+$2" -depth 8 txt:- | grep -oE '#[0-9A-F]{6}'; }
 pixel_is() { [ "$(pixel "$1" "$2")" = "$3" ]; }
@@ -19,12 +21,12 @@ start_listener() {
     program=$!
     started+=("$program")
     eventually listener_shows || fail "no window"
-    eventually find_window || fail "client area $(client_frame), not 100 120 300 200"
+    eventually find_window || fail "client area $(client_frame), not $(scaled 100 120 300 200)"
     expect ready
 }
 find_window() {
     for window in $(xdotool search --onlyvisible --pid "$program"); do
-        ! frame_is "100 120 300 200" || return 0
+        ! frame_is "$(scaled 100 120 300 200)" || return 0
     done
     return 1
 }
@@ -78,6 +80,28 @@ slow_program() {
     eventually both || fail "not two presses"
     expect_not 'press 50 50 1 2'
 }
+
+# A screen of smaller pixels: the program's numbers are its own, and its picture fills the window.
+scaled_screen() {
+    local right bottom
+    right=$(($(scaled 400) - 1)) bottom=$(($(scaled 320) - 1))
+    eventually pixel_is "$(scaled 100)" "$(scaled 120)" '#2060C0' || fail "no picture at its left top"
+    eventually pixel_is "$right" "$bottom" '#2060C0' || fail "right bottom is $(pixel "$right" "$bottom")"
+    xdotool mousemove "$(scaled 150)" "$(scaled 170)" click 1
+    expect 'press 50 50 1 1'
+    xdotool mousemove "$right" "$bottom" click 1
+    expect 'press 299 199 1 1'
+    xdotool windowmove "$window" "$(scaled 20)" "$(scaled 40)"
+    expect 'moved 20 40'
+    expect_frame "$(scaled 20 40 300 200)"
+    xdotool windowsize "$window" "$(scaled 320)" "$(scaled 220)"
+    expect 'resized 319 219'
+    right=$(($(scaled 340) - 1)) bottom=$(($(scaled 260) - 1))
+    eventually pixel_is "$right" "$bottom" '#D8D8D8' || fail "what it grew by is $(pixel "$right" "$bottom")"
+    eventually pixel_is "$(scaled 20)" "$(scaled 40)" '#2060C0' || fail "its picture is gone"
+}
+scaled_twice() { scaled_screen; }
+scaled_between() { scaled_screen; }
 
 few_colors() {
     eventually pixel_is 100 120 '#2061C5' || fail "left top pixel is $(pixel 100 120)"
@@ -279,7 +303,12 @@ exit_without_wayland() {
 }
 
 if [[ $scenario != exit_without_* ]]; then
-    [ "$scenario" != few_colors ] || depth=16
+    case $scenario in
+    few_colors) depth=16 ;;
+    scaled_twice) scale=2 ;;
+    scaled_between) scale=1.5 ;;
+    esac
+    export QT_SCALE_FACTOR=$scale
     start_server
     case $scenario in
     self_closing) start_listener with-a-second ;;

@@ -12,6 +12,7 @@
 #include <View.h>
 
 #include <algorithm>
+#include <cmath>
 #include <utility>
 
 #include "app/CursorImage.h"
@@ -137,7 +138,8 @@ void NativeWindow::_Flush()
     fLastFlush = system_time();
     if (!isExposed())
         return;
-    if (fStore.size() != size()) {
+    if (fStore.size() != size() || fScale != devicePixelRatio()) {
+        fScale = devicePixelRatio();
         fStore.resize(size());
         fOwner->Pixels().Touch();
     }
@@ -152,36 +154,52 @@ void NativeWindow::_Flush()
 
 QRegion NativeWindow::_TakeDirty()
 {
+    // Between whole scales a pixel of the window shares pixels of the screen with its neighbours.
+    const int around = fScale == std::floor(fScale) ? 0 : 1;
     QRegion region;
     for (const clipping_rect& rect : fOwner->Pixels().TakeDirty())
-        region += QRect(QPoint(rect.left, rect.top), QPoint(rect.right, rect.bottom));
+        region += QRect(QPoint(rect.left - around, rect.top - around),
+                        QPoint(rect.right + around, rect.bottom + around));
     return region & QRect(QPoint(0, 0), size());
 }
 
 // Lays the window's pixels over `image`, which is the whole window as the screen stores it.
 void NativeWindow::_Paint(const QRegion& region, QImage& image)
 {
-    const bool is_straight = image.depth() == 32;
-    QImage other;
-    if (!is_straight)
-        other = QImage(image.size(), QImage::Format_RGB32);
-    QImage& pixels = is_straight ? image : other;
-    if (pixels.isNull()) {  // no memory for it at this moment
-        fOwner->Pixels().Touch();
-        fTimer.start(kRetry_ms, this);
+    if (image.depth() == 32 && fScale == 1) {
+        for (const QRect& rect : region)
+            _CopyPixels(rect, image, rect.topLeft());
         return;
     }
-    Surface target;
-    target.bits = pixels.bits();
-    target.bytesPerRow = int32(pixels.bytesPerLine());
-    target.width = pixels.width();
-    target.height = pixels.height();
+    // Another depth, or pixels of another size.
+    QPainter painter(&image);
+    const bool smooth = fScale != std::floor(fScale);
+    painter.setRenderHint(QPainter::SmoothPixmapTransform, smooth);
+    painter.setCompositionMode(QPainter::CompositionMode_Source);
     for (const QRect& rect : region) {
-        fOwner->Pixels().Draw({rect.left(), rect.top(), rect.right(), rect.bottom()}, target,
-                              rect.left(), rect.top());
-        if (!is_straight)
-            QPainter(&image).drawImage(rect.topLeft(), other, rect);
+        const int around = smooth ? 2 : 0;
+        const QRect source = rect.adjusted(-around, -around, around, around) & QRect({}, size());
+        QImage pixels(source.size(), QImage::Format_RGB32);
+        if (pixels.isNull()) {  // no memory for it at this moment
+            fOwner->Pixels().Touch();
+            fTimer.start(kRetry_ms, this);
+            return;
+        }
+        _CopyPixels(source, pixels, QPoint(0, 0));
+        painter.setClipRect(rect);
+        painter.drawImage(QRect(source), pixels);
     }
+}
+
+void NativeWindow::_CopyPixels(const QRect& rect, QImage& image, QPoint to)
+{
+    Surface target;
+    target.bits = image.bits();
+    target.bytesPerRow = int32(image.bytesPerLine());
+    target.width = image.width();
+    target.height = image.height();
+    fOwner->Pixels().Draw({rect.left(), rect.top(), rect.right(), rect.bottom()}, target, to.x(),
+                          to.y());
 }
 
 void NativeWindow::_TellFrame()

@@ -60,6 +60,7 @@ private:
     void _Flush();
     QRegion _TakeDirty();
     void _Paint(const QRegion& region, QImage& image);
+    void _CopyPixels(const QRect& rect, QImage& image, QPoint to);
     BPoint _OnScreen(QPointF where) const;        // stage locked
     void _MoveTo(QPointF where, bigtime_t when);  // stage locked
     void _Key(QKeyEvent* event, bool down);
@@ -68,6 +69,7 @@ private:
 
     QtWindow* fOwner;  // null: gone
     QBackingStore fStore;
+    double fScale = 1;  // the screen's pixels a pixel of the window, as the store has them
     bool fWasShown = false;  // the next paint event is that of its coming into sight
     bool fGrabbing = false;
     QBasicTimer fTimer;  // runs while something waits for the next frame
