@@ -69,7 +69,7 @@ private:
 
     QtWindow* fOwner;  // null: gone
     QBackingStore fStore;
-    double fScale = 1;  // the screen's pixels a pixel of the window, as the store has them
+    double fScale = 1;       // the screen's pixels a pixel of the window, as the store has them
     bool fWasShown = false;  // the next paint event is that of its coming into sight
     bool fGrabbing = false;
     QBasicTimer fTimer;  // runs while something waits for the next frame
