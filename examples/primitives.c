@@ -363,6 +363,7 @@ void ProgramMain(void)
                         TAB_H + 2 * MARGIN + ROWS * CELL_H - 9);
     if (window == 0)
         return;
+    SetWindowTitle(window, "Primitives");
     SetHandlerForWindow(window, PLINTH_MOUSE_DOWN, (void *)pressed);
     SetBackColor(window, PANEL);
     show_page(0);

@@ -277,6 +277,7 @@ void ProgramMain(void)
     window = OpenWindow(LEFT, TOP, WIDTH, HEIGHT);
     if (registry == NULL || window == 0)
         return;
+    SetWindowTitle(window, "Sketch");
     measure_text();
     clear_paper();
     draw_bar();
