@@ -45,6 +45,7 @@
 #include <StringView.h>
 #include <TextView.h>
 #include <UnicodeBlockObjects.h>
+#include <TextControl.h>
 #include <View.h>
 #include <Window.h>
 
