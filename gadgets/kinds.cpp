@@ -6,6 +6,8 @@
 
 #include <InterfaceDefs.h>
 #include <Message.h>
+#include <ScrollBar.h>
+#include <ScrollView.h>
 #include <View.h>
 #include <Window.h>
 
@@ -13,14 +15,14 @@
 
 static const int32_t kLastKind = 46;
 
-// By kind, from 1. Kinds that are only numbers of fields cannot be created: kept on purpose.
+// By kind, from 1. CreateGadget does not come to those behind 34: kept on purpose.
 static constexpr KindRow kKinds[] = {
     {1, kButton, create_button, Inside::None},
     {2, kCheckBox, create_checkbox, Inside::None},
-    {3, kStringField, nullptr, Inside::None},
-    {4, kStringField, nullptr, Inside::None},
-    {5, kStringField, nullptr, Inside::None},
-    {6, kStringField, nullptr, Inside::None},
+    {3, kStringField, create_string, Inside::None},
+    {4, kStringField, create_integer, Inside::None},
+    {5, kStringField, create_integer, Inside::None},
+    {6, kStringField, create_integer, Inside::None},
     {7, kListView, create_listview, Inside::None},
     {8, kListView, create_listview, Inside::None},
     {9, kListView, create_listview, Inside::None},
@@ -40,18 +42,18 @@ static constexpr KindRow kKinds[] = {
     {23, kListView, create_outlistview, Inside::None},
     {24, kBox, create_bbox, Inside::LetGo},
     {25, kTabView, nullptr, Inside::LetGo},
-    {26, kTextEditor, nullptr, Inside::None},
-    {27, kTextEditor, nullptr, Inside::None},
-    {28, kTextEditor, nullptr, Inside::None},
-    {29, kTextEditor, nullptr, Inside::None},
+    {26, kTextEditor, create_tedit, Inside::None},
+    {27, kTextEditor, create_tedit, Inside::None},
+    {28, kTextEditor, create_tedit, Inside::None},
+    {29, kTextEditor, create_tedit, Inside::None},
     {30, kColorControl, create_color, Inside::None},
     {31, kDraggableIcon, nullptr, Inside::None},
     {32, kSecondDraggableIcon, nullptr, Inside::None},
     {33, kPictureButton, create_picture, Inside::None},
     {34, kVideoView, nullptr, Inside::None},
     {35, 35, nullptr, Inside::None},
-    {36, kStringField, nullptr, Inside::None},
-    {37, kStringField, nullptr, Inside::None},
+    {36, kStringField, create_integer, Inside::None},
+    {37, kStringField, create_integer, Inside::None},
     {38, 38, nullptr, Inside::None},
     {39, 39, nullptr, Inside::None},
     {40, 40, nullptr, Inside::None},
@@ -59,8 +61,8 @@ static constexpr KindRow kKinds[] = {
     {42, 42, nullptr, Inside::None},
     {43, 43, nullptr, Inside::None},
     {44, 44, nullptr, Inside::None},
-    {45, kStringField, nullptr, Inside::None},
-    {46, kStringField, nullptr, Inside::None},
+    {45, kStringField, create_integer, Inside::None},
+    {46, kStringField, create_integer, Inside::None},
 };
 
 static constexpr bool rows_are_in_order()
@@ -76,6 +78,19 @@ static_assert(rows_are_in_order(), "one row per kind, by its number");
 const KindRow* kind_row(int32_t kind)
 {
     return kind >= 1 && kind <= kLastKind ? &kKinds[kind - 1] : nullptr;
+}
+
+BView* with_bars(BView* view, bool vertical, bool horizontal)
+{
+    if (!vertical && !horizontal)
+        return view;
+    auto* scroller = new BScrollView(nullptr, view, B_FOLLOW_ALL_SIDES, B_WILL_DRAW, horizontal,
+                                     vertical, B_FANCY_BORDER);
+    for (const orientation direction : {B_HORIZONTAL, B_VERTICAL}) {
+        if (BScrollBar* bar = scroller->ScrollBar(direction))
+            bar->SetRange(0, 0);
+    }
+    return scroller;
 }
 
 int32_t count_labels(const char* const* labels)

@@ -51,6 +51,13 @@ BView* create_color(const GadgetSpec& spec);
 BView* create_picture(const GadgetSpec& spec);
 BView* create_listview(const GadgetSpec& spec);
 BView* create_outlistview(const GadgetSpec& spec);
+BView* create_string(const GadgetSpec& spec);
+BView* create_integer(const GadgetSpec& spec);
+BView* create_tedit(const GadgetSpec& spec);
+
+// Puts a frame with scroll bars around a view, which is returned itself if it gets none. The bars
+// have nothing to scroll until the view says so.
+BView* with_bars(BView* view, bool vertical, bool horizontal);
 
 // Places the buttons of a group anew, whose font has changed.
 void fit_radio(BView* group);

@@ -292,16 +292,7 @@ static BView* create_list(const GadgetSpec& spec, bool vertical, bool horizontal
         frame.right -= B_V_SCROLL_BAR_WIDTH;
     if (horizontal)
         frame.bottom -= B_H_SCROLL_BAR_HEIGHT;
-    auto* list = new List(spec.record, frame);
-    if (!vertical && !horizontal)
-        return list;
-    auto* scroller = new BScrollView(nullptr, list, B_FOLLOW_ALL_SIDES, B_WILL_DRAW, horizontal,
-                                     vertical, B_FANCY_BORDER);
-    for (const orientation direction : {B_HORIZONTAL, B_VERTICAL}) {
-        if (BScrollBar* bar = scroller->ScrollBar(direction))
-            bar->SetRange(0, 0);
-    }
-    return scroller;
+    return with_bars(new List(spec.record, frame), vertical, horizontal);
 }
 
 BView* create_listview(const GadgetSpec& spec)

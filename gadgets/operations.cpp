@@ -10,6 +10,8 @@
 
 #include <Font.h>
 #include <MenuField.h>
+#include <TextControl.h>
+#include <TextView.h>
 #include <View.h>
 
 // Views that are parts of the gadget: the buttons of a radio group, the title of a choice field.
@@ -64,16 +66,35 @@ extern "C" void KillGadget(int32_t, int32_t ident)
         dispose_gadget(&gadget.Record());
 }
 
+// Texts have fonts of their own.
+static void set_font(BView& view, const BFont& font, uint32 mask)
+{
+    view.SetFont(&font, mask);
+    if (auto* field = dynamic_cast<BTextControl*>(&view))
+        set_font(*field->TextView(), font, mask);
+    else if (auto* text = dynamic_cast<BTextView*>(&view))
+        text->SetFontAndColor(0, text->TextLength(), &font, mask);
+}
+
+static void fit_height(BTextControl& field)
+{
+    float height;
+    field.GetPreferredSize(nullptr, &height);
+    field.ResizeTo(field.Bounds().Width(), height);
+}
+
 extern "C" void SetFontGadget(int32_t ident, int32_t font_ident)
 {
     BFont font;
     if (!Find_Font(font_ident, &font))
         return;
-    on_shown_views(ident, [&](BView& view) { view.SetFont(&font, B_FONT_ALL); });
+    on_shown_views(ident, [&](BView& view) { set_font(view, font, B_FONT_ALL); });
     on_gadget<BView>(ident, kRadioGroup, Unlocked::Act,
                      [](BView& group, MyGadget&) { fit_radio(&group); });
     on_gadget<BMenuField>(ident, kChoiceField, Unlocked::Act,
                           [](BMenuField& field, MyGadget&) { field.SetDivider(field.Divider()); });
+    on_gadget<BTextControl>(ident, kStringField, Unlocked::Act,
+                            [](BTextControl& field, MyGadget&) { fit_height(field); });
 }
 
 extern "C" void SetAntiliasingGadget(int32_t ident, int8_t flag)
@@ -82,7 +103,7 @@ extern "C" void SetAntiliasingGadget(int32_t ident, int8_t flag)
         BFont font;
         view.GetFont(&font);
         font.SetFlags(flag == 0 ? B_DISABLE_ANTIALIASING : 0);
-        view.SetFont(&font, B_FONT_FLAGS);
+        set_font(view, font, B_FONT_FLAGS);
     });
 }
 
@@ -110,7 +131,7 @@ extern "C" void FocusOnClick(int32_t ident, int8_t flag)
     flags = flag != 0 ? flags | kTakesFocus : flags & ~uint32_t{kTakesFocus};
 }
 
-// By slot; the text slots are not the record's.
+// By slot; those of entry fields are not the record's.
 static void* MyGadget::*const kSlots[] = {
     nullptr, &MyGadget::action_handler, &MyGadget::key_handler,  &MyGadget::value_handler,  nullptr,
     nullptr, &MyGadget::list_handler,   &MyGadget::drop_handler, &MyGadget::unused_handler,
@@ -118,6 +139,10 @@ static void* MyGadget::*const kSlots[] = {
 
 extern "C" void SetHandlerForGadget(int32_t ident, int32_t slot, void* handler)
 {
+    if (slot == PLINTH_GADGET_INPUT)
+        SetStringInputHandler(ident, handler);
+    else if (slot == PLINTH_GADGET_ENTER)
+        SetStringEnterHandler(ident, handler);
     if (slot < 1 || slot > 8 || kSlots[slot] == nullptr)
         return;
     RegistryLock registry;

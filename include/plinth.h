@@ -522,6 +522,10 @@ void SetNameLabel(int32_t window, int32_t code, const char *text);
 enum {
     PLINTH_BUTTON = 1,
     PLINTH_CHECK_BOX = 2,
+    PLINTH_STRING_FIELD = 3,
+    PLINTH_INTEGER_FIELD = 4,
+    PLINTH_PASSWORD_FIELD = 5,
+    PLINTH_DECIMAL_FIELD = 6,
     PLINTH_TEXT_LABEL = 11,
     PLINTH_NUMBER_LABEL = 12,
     PLINTH_SCROLL_BAR = 13, /* horizontal */
@@ -532,6 +536,7 @@ enum {
     PLINTH_RADIO_GROUP = 18,
     PLINTH_CHOICE_FIELD = 19,
     PLINTH_BOX = 24,
+    PLINTH_TEXT_EDITOR = 26, /* 27 to 29: with a vertical, a horizontal, both scroll bars */
     PLINTH_COLOR_CONTROL = 30,
     PLINTH_PICTURE_BUTTON = 33
 };
@@ -542,6 +547,8 @@ enum {
     PLINTH_GADGET_ACTION = 1, /* (): a button was clicked, a check box or radio button pressed */
     PLINTH_GADGET_KEY = 2,    /* (int32_t key, int32_t modifiers) */
     PLINTH_GADGET_VALUE = 3,  /* (int32_t value); a colour's are (red, green, blue) */
+    PLINTH_GADGET_INPUT = 4,  /* (const char *text): a key was typed in an entry field */
+    PLINTH_GADGET_ENTER = 5,  /* (const char *text): Enter, in an entry field */
     PLINTH_GADGET_LIST = 6,   /* (int32_t item) */
     PLINTH_GADGET_DROP = 7    /* (int32_t count, char **paths) */
 };
@@ -692,6 +699,143 @@ void SetDragLv(int32_t ident, int32_t flag);
 /* Has `function` called with 0, 0 before a row is drawn, with the list as default output, which is
    none afterwards. Null for no function. The window's thread. */
 void SetDrawHookLv(int32_t ident, int32_t index, void *function);
+
+/* Entry fields (kinds 3 to 6) for one line of text, a whole number, a password and a decimal
+   number. A new one takes 15 bytes, its label stands in its left half, and its frame has the height
+   that its font wants. A field takes only the keys that its filter lets through: of ASCII
+   characters all in a text and a password; digits, a "-" in front and, in a decimal number, one "."
+   in a number. Other characters come by pasting. A password shows "*" for each key.
+
+   The input handler gets the shown text after each key that was let through, the enter handler the
+   shown text, or what the keys of a password field typed. Both texts live during the call. Tab goes
+   on to the next gadget, Shift and Tab back. The calls leave a field that is in no window as it is.
+
+   Shows a text, also in a password field; bytes behind the maximum are left out. Null is empty. */
+void SetString(int32_t ident, const char *text);
+
+/* Shows a number without its sign in a field for whole numbers; other fields stay. */
+void SetInteger(int32_t ident, int32_t value);
+
+/* Returns the shown text, "" if there is none. It lives until the thread's next call. */
+const char *GetString(int32_t ident);
+
+/* How many bytes a field takes; a longer text is cut. */
+void SetMaxSizeString(int32_t ident, int32_t maximum);
+
+/* Gives a field another filter: 0 whole number, 1 password, 2 decimal number, 3 text, 4 date
+   (digits and two "/"), 7 time (digits and two ":"), 5 and 6 none: any key of any alphabet, and no
+   hidden text. Another type changes nothing. A password field takes 256 bytes at most. */
+void SetFilterString(int32_t ident, int32_t type);
+
+/* Where a field begins beside its label, in pixels; a negative place counts from the label's end.
+   For choice fields too. */
+void SetDiviser(int32_t ident, int32_t place);
+
+/* The handlers; slots 4 and 5 of SetHandlerForGadget. Null for none. */
+void SetStringInputHandler(int32_t ident, void *handler);
+void SetStringEnterHandler(int32_t ident, void *handler);
+
+/* Whether the user may change the text, or select it. The first call does either: mode 0 for
+   changing, 1 for selecting; another mode does nothing. */
+void MakeStringSelectable(int32_t ident, int32_t mode, int8_t flag);
+void MakeEditable(int32_t ident, int8_t flag);
+void MakeSelectable(int32_t ident, int8_t flag);
+
+/* The selection of an entry field or a text editor: removes it (command 0), cuts it into the
+   clipboard (1), copies it there (2), puts the clipboard's text in its place (3); selects all (4);
+   leaves the caret at the selection's start (5). Another command does nothing. */
+void SelectCommand(int32_t ident, int32_t command);
+void ClearString(int32_t ident);
+void CutString(int32_t ident);
+void CopyString(int32_t ident);
+void PasteString(int32_t ident);
+void SelectAll(int32_t ident);
+void SelectNone(int32_t ident);
+
+/* The text of a text label, and that of a number label. */
+void SetTextString(int32_t ident, const char *text);
+void SetNumberString(int32_t ident, int32_t value);
+
+/* Text editors (kinds 26 to 29). Texts are UTF-8, of any bytes; offsets count bytes from 0, and
+   what lies outside of the text means its nearest end. Lines are counted from 0 as they show: a
+   long one is broken into several unless wrapping is off, an empty text has one, and a line feed at
+   the end begins another. Slot 3 gets the length of the text when the user has changed it, slot 2
+   each key when it has done what it does, slot 7 files that were dropped on the editor; they come
+   to its window, too.
+
+   Put a text in place of the whole, of which bytes behind the maximum are left out; or insert one
+   before the selection, with the caret behind it, or nothing if it would exceed the maximum.
+   TEditSetTextCommand does the second with a flag of 1, else the first. */
+void TEditSetText(int32_t ident, const char *text);
+void TEditInsertText(int32_t ident, const char *text);
+void TEditSetTextCommand(int32_t ident, const char *text, int8_t insert);
+
+/* How many bytes the text may have; a longer one is cut. */
+void TEditSetMaxSize(int32_t ident, int32_t maximum);
+
+/* Puts the caret at the start of a line, and shows it. */
+void TEditGotoLine(int32_t ident, int32_t line);
+
+/* From one tab stop to the next, pixels. */
+void TEditSetTabWidth(int32_t ident, int32_t width);
+
+/* Modes: whether lines are broken at the right edge; whether a new line begins with the blanks of
+   the one before; whether the user may change the text, and select it. TEditCommand sets them by
+   number, 0 to 3. */
+void TEditWordWrap(int32_t ident, int8_t flag);
+void TEditAutoIdent(int32_t ident, int8_t flag);
+void TEditMakeEditable(int32_t ident, int8_t flag);
+void TEditMakeSelectable(int32_t ident, int8_t flag);
+void TEditCommand(int32_t ident, int32_t command, int8_t flag);
+
+/* How many lines, and how many bytes the text has; 0 for what is no editor. */
+int32_t TEditCountLines(int32_t ident);
+int32_t TEditGetSize(int32_t ident);
+
+/* Returns the text from the start of a line up to its line feed, 256 bytes at most, "" for a line
+   past the end; a negative one is the first. It stands in the ring's first slot. Main thread. */
+char *TEditGetLine(int32_t ident, int32_t line);
+
+/* As GetString: the text of an entry field, "" for an editor. */
+const char *TEditGetText(int32_t ident);
+
+/* Returns the whole text with a zero behind it, a block that the program frees with MyFree; null
+   for what is no editor, and without memory. */
+char *TEditGetAll(int32_t ident);
+
+/* Return the line that shows an offset, and the offset where a line starts: the text's end for one
+   past the last. */
+int32_t TEditLineAt(int32_t ident, int32_t offset);
+int32_t TEditLineStart(int32_t ident, int32_t line);
+
+/* The selection: where it starts (`which` 0) and ends (1), which end of it the keys move, and the
+   part to be selected, which is scrolled to. Without a selection all three are the caret. */
+int32_t TEditGetSelection(int32_t ident, int32_t which);
+int32_t TEditCaret(int32_t ident);
+void TEditSelect(int32_t ident, int32_t from, int32_t to);
+
+/* Puts a text in place of the selection, with the caret behind it. */
+void TEditReplaceSelection(int32_t ident, const char *text);
+
+/* Returns where a text stands: first at `from` or behind it, or, with 2 in `flags`, last of those
+   that end at `from` or before it; -1 if nowhere. Letters of any case are the same unless 1 is in
+   `flags`; with 4 there is no letter or digit beside it. */
+int32_t TEditFind(int32_t ident, const char *text, int32_t from, int32_t flags);
+
+/* Take the last step back, typing, pasting ..., and bring it back. */
+void TEditUndo(int32_t ident);
+void TEditRedo(int32_t ident);
+
+/* The colour 0xRRGGBBAA, and the font, of a part of the text. */
+void TEditSetColor(int32_t ident, int32_t from, int32_t to, int32_t color);
+void TEditSetFont(int32_t ident, int32_t from, int32_t to, int32_t font_ident);
+
+/* Read a file as the whole text, and write the text to a file, links followed. Return true if they
+   did; else false, and the text or the old file stays whole, with the C library's number of the
+   reason in dos_err: for what is no plain file, one that has more bytes than the maximum, a full
+   disk ... A file that was written keeps its permissions and attributes. */
+bool TEditLoadFile(int32_t ident, const char *path);
+bool TEditSaveFile(int32_t ident, const char *path);
 
 /* Sliders: the value; the place in percent; a triangle as thumb for a flag of 0, else a block; the
    colours of the bar and of its filled part; how many hash marks there are, and where: 0 nowhere, 1

@@ -104,6 +104,22 @@ TEST_F(Timer, HandlerMayStopItsOwnTimer)
     EXPECT_EQ(1, sCalls);
 }
 
+TEST_F(Timer, GoesOnInSecondsBesideCarets)
+{
+    SetTimerCount(fWindow, 1);
+    SetTimerStart(fWindow, 1);
+    for (int32_t kind : {3, 26, 29}) {
+        CreateGadget(kind, fWindow, 10, 10, 100, 40, nullptr, 0);
+        EXPECT_EQ(1000000, Rate()) << "kind " << kind;
+    }
+    SetTimerStart(fWindow, 0);
+    EXPECT_EQ(500000, Rate()) << "for the carets";
+    SetTimerStart(fWindow, 1);
+    EXPECT_EQ(1000000, Rate());
+    SetTimerCount(fWindow, 0);
+    EXPECT_EQ(500000, Rate());
+}
+
 TEST(TimerCalls, UnknownWindowsChangeNothing)
 {
     for (int32_t ident : {0, -1, 12345}) {
