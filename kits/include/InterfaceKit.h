@@ -44,6 +44,7 @@
 #include <StringItem.h>
 #include <StringView.h>
 #include <TextView.h>
+#include <TabView.h>
 #include <UnicodeBlockObjects.h>
 #include <TextControl.h>
 #include <View.h>

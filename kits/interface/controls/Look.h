@@ -11,6 +11,7 @@
 #include <Rect.h>
 
 class BBitmap;
+class BString;
 class BView;
 
 namespace [[gnu::visibility("hidden")]] BPrivate {
@@ -33,6 +34,7 @@ public:
     };
     enum class Way { Left, Up, Right, Down };
     enum class Thumb { Block, Triangle };
+    enum class Side { Left, Top, Right, Bottom };
 
     // Draws in `view`, with its font, its high colour for text, on its view colour.
     explicit Look(BView* view);
@@ -77,6 +79,10 @@ public:
     BRect SliderThumb(BRect bar, float center, orientation direction, Thumb thumb) const;
     // Below that, such a control would cut its box or its label.
     float MarkHeight() const;
+    // Across the side that tabs are on, and along it: of any, and of one as wide as its label.
+    float TabHeight() const;
+    float UsualTabWidth() const;
+    float TabWidth(const char* label) const;
 
     // --- colours
 
@@ -157,6 +163,15 @@ public:
     // The strip at the end of a menu that is too tall for the screen.
     void DrawMenuScroller(BRect frame, rgb_color ground, Way way, bool ended) const;
 
+    // --- tabs, at a side of the box that they belong to
+
+    // kOn is the one in front. Without `full` the end is left to the next tab.
+    void DrawTab(BRect frame, Side side, uint32 state, bool full) const;
+    void DrawTabLabel(const char* label, BRect frame, Side side, uint32 state) const;
+    void DrawTabFocus(const char* label, BRect frame, Side side) const;
+    // GroupInset() on each side. `front` is the frame of the tab in front, or not valid.
+    BRect DrawTabBox(BRect box, BRect front, Side side, border_style border) const;
+
     // From one colour at the left to another at the right; and the mark of a place on it.
     void DrawRamp(BRect rect, rgb_color from, rgb_color to, uint32 state) const;
     void DrawRampMark(BRect rect, float place) const;
@@ -174,6 +189,7 @@ private:
     void _Measure();
     void _DrawTriangle(BRect rect, bool up, rgb_color face, uint32 state) const;
     void _DrawKnob(BRect thumb, orientation direction, int32 knob) const;
+    BRect _TabLabelFrame(BString* text, BRect frame, Side side) const;
 
     // A view to be left as it was found; a copy has none.
     struct Keeper {
