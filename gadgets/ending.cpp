@@ -3,6 +3,7 @@
 #include "gadgets/gadget.h"
 
 #include "gadgets/kinds.h"
+#include "gadgets/tabs.h"
 #include "plinth.h"
 #include "windows/window.h"
 
@@ -143,6 +144,7 @@ static void empty_of_gadgets(const MyGadget& gadget, BList* list)
         views = views_of(*list);
     }
     take_out(gadget.view, views);
+    for_each_page(gadget.view, [&](BView* page) { take_out(page, views); });
 }
 
 // --- the end

@@ -10,6 +10,8 @@
 
 #include <utility>
 
+static const int32_t kMostHolders = 100;  // gadgets in one another; links may be out of date
+
 static int32_t family_of(int32_t kind)
 {
     const KindRow* row = kind_row(kind);
@@ -96,9 +98,21 @@ LooseGivenUp::~LooseGivenUp()
 
 // --- gadgets for a call
 
+// The window that a gadget is in, or would be in if its page were shown.
 static BWindow* window_of(const MyGadget& gadget)
 {
-    return gadget.view != nullptr ? gadget.view->Window() : nullptr;
+    BWindow* window = gadget.view != nullptr ? gadget.view->Window() : nullptr;
+    if (window != nullptr)
+        return window;
+    RegistryLock registry;
+    const MyGadget* holder = &gadget;
+    for (int32_t steps = 0; steps < kMostHolders && window == nullptr; steps++) {
+        holder = find_gadget(registry, static_cast<int32_t>(holder->holder));
+        if (holder == nullptr)
+            return nullptr;
+        window = holder->view != nullptr ? holder->view->Window() : nullptr;
+    }
+    return window;
 }
 
 // False if the gadget is in another window by now.
@@ -143,6 +157,12 @@ GadgetAccess::~GadgetAccess()
         release_gadget(fGadget);
 }
 
+void GadgetAccess::SetHolder(int32_t ident) const
+{
+    RegistryLock registry;
+    fGadget->holder = ident;
+}
+
 BView* shown_view(BView* view)
 {
     auto* scroll = dynamic_cast<BScrollView*>(view);
@@ -152,5 +172,5 @@ BView* shown_view(BView* view)
 void* handler_in(const MyGadget& gadget, void* MyGadget::*slot)
 {
     RegistryLock registry;
-    return gadget.*slot;
+    return gadget.ident != 0 ? gadget.*slot : nullptr;
 }

@@ -65,8 +65,9 @@ struct MyGadget {
     intptr_t reserved10[2];
     int32_t selection;
     int32_t minimum, maximum, value;
-    intptr_t holds;  // calls and windows' threads, beside the registry: atomic
-    intptr_t reserved17[3];
+    intptr_t holds;   // calls and windows' threads, beside the registry: atomic
+    intptr_t holder;  // ident of the gadget that it was put into, 0 for none; registry lock
+    intptr_t reserved18[2];
     void* action_handler;  // slot 1
     void* key_handler;     // slot 2
     void* value_handler;   // slot 3
@@ -98,8 +99,9 @@ private:
     bool fHeld = false;
 };
 
-// A gadget for a call: found, and its window locked as long as this lives; if it is in none, the
-// lock of such gadgets. It stays in memory as long, even if a handler kills it.
+// A gadget for a call: found, and its window locked as long as this lives, or that of the tabs on
+// whose page it waits; if it is in none, the lock of such gadgets. It stays in memory as long, even
+// if a handler kills it.
 class GadgetAccess {
 public:
     explicit GadgetAccess(int32_t ident) : GadgetAccess(ident, kAnyFamily) {}
@@ -113,6 +115,8 @@ public:
     BView* View() const { return fGadget->view; }
     // False if the view is in no window.
     bool Held() const { return fLock.Held(); }
+    // Its view was put into that of another gadget, or, for 0, into a window.
+    void SetHolder(int32_t ident) const;
 
     static const int32_t kAnyFamily = -1;
 
@@ -155,8 +159,8 @@ private:
     int32_t fLevels;
 };
 
-// Calls the handler in a slot, if there is one, with 32-bit integers or pointers. The thread of the
-// gadget's window, or who has that locked.
+// Calls the handler in a slot, if there is one, with 32-bit integers or pointers; none of a gadget
+// that was killed. The thread of the gadget's window, or who has that locked.
 void* handler_in(const MyGadget& gadget, void* MyGadget::*slot);
 template <class... Words>
 void call_handler(const MyGadget& gadget, void* MyGadget::*slot, Words... words)

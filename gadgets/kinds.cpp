@@ -41,7 +41,7 @@ static constexpr KindRow kKinds[] = {
     {22, kListView, create_outlistview, Inside::None},
     {23, kListView, create_outlistview, Inside::None},
     {24, kBox, create_bbox, Inside::LetGo},
-    {25, kTabView, nullptr, Inside::LetGo},
+    {25, kTabView, create_tab, Inside::LetGo},
     {26, kTextEditor, create_tedit, Inside::None},
     {27, kTextEditor, create_tedit, Inside::None},
     {28, kTextEditor, create_tedit, Inside::None},

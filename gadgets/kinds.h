@@ -51,6 +51,7 @@ BView* create_color(const GadgetSpec& spec);
 BView* create_picture(const GadgetSpec& spec);
 BView* create_listview(const GadgetSpec& spec);
 BView* create_outlistview(const GadgetSpec& spec);
+BView* create_tab(const GadgetSpec& spec);
 BView* create_string(const GadgetSpec& spec);
 BView* create_integer(const GadgetSpec& spec);
 BView* create_tedit(const GadgetSpec& spec);

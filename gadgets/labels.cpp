@@ -1,6 +1,7 @@
 // Labels and boxes: views that only show, or hold others.
 
 #include "gadgets/kinds.h"
+#include "gadgets/tabs.h"
 #include "plinth.h"
 
 #include <Box.h>
@@ -70,15 +71,6 @@ extern "C" void SetLabelBBox(int32_t ident, const char* text)
 
 // --- gadgets in boxes
 
-static bool is_inside(const BView* view, const BView* outer)
-{
-    for (; view != nullptr; view = view->Parent()) {
-        if (view == outer)
-            return true;
-    }
-    return false;
-}
-
 enum class Place { Content, Label };
 
 static void put_into_box(int32_t box_ident, int32_t ident, Place place)
@@ -100,6 +92,7 @@ static void put_into_box(int32_t box_ident, int32_t ident, Place place)
     } else {
         box->AddChild(view);
     }
+    inner.SetHolder(box_ident);
 }
 
 extern "C" void BBoxAddGadget(int32_t box_ident, int32_t ident)

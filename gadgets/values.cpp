@@ -17,6 +17,7 @@
 #include <ScrollBar.h>
 #include <Slider.h>
 #include <StatusBar.h>
+#include <TabView.h>
 
 #include <string>
 
@@ -149,6 +150,8 @@ extern "C" int32_t GetValue(int32_t ident)
             BMenu* menu = static_cast<BMenuField*>(gadget.View())->Menu();
             return menu != nullptr ? menu->FindMarkedIndex() : 0;
         }
+        case kTabView:
+            return static_cast<BTabView*>(gadget.View())->Selection();
         default:
             return 0;
     }
@@ -168,8 +171,10 @@ extern "C" void AttachGadgetToWindow(int32_t window_ident, int32_t ident)
         return;
     const GadgetAccess gadget(ident);
     BView* view = gadget ? gadget.View() : nullptr;
-    if (view != nullptr && view->Window() == nullptr && view->Parent() == nullptr)
+    if (view != nullptr && view->Window() == nullptr && view->Parent() == nullptr) {
         window->fTopView->AddChild(view);
+        gadget.SetHolder(0);
+    }
 }
 
 extern "C" void AttachPopUpToGadget(int32_t ident, int32_t menu_ident)

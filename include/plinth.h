@@ -616,8 +616,8 @@ void SetChecked(int32_t ident, int32_t flag);
 bool GetChecked(int32_t ident);
 
 /* The value of a gadget: of a slider, scroll bar or check box; the index of a radio button or a
-   choice, -1 for no choice; a colour control's number. A status bar goes on by the value that is
-   set. 0 for all other kinds. */
+   choice, -1 for no choice; the tab in front; a colour control's number. A status bar goes on by
+   the value that is set. 0 for all other kinds. */
 void SetValue(int32_t ident, int32_t value);
 int32_t GetValue(int32_t ident);
 
@@ -699,6 +699,28 @@ void SetDragLv(int32_t ident, int32_t flag);
 /* Has `function` called with 0, 0 before a row is drawn, with the list as default output, which is
    none afterwards. Null for no function. The window's thread. */
 void SetDrawHookLv(int32_t ident, int32_t index, void *function);
+
+/* Tabs (kind 25), numbered from 0, each with a page. A new tab comes last and brings the first one
+   to the front. Slot 3 gets the number whenever a tab is brought to the front, also if it was
+   there. Gadgets are put on a page with their place reckoned from its left top; tabs are not put
+   into themselves nor onto their own pages. A removed tab leaves its gadgets as they are, but in no
+   window; another tab comes to the front. A disabled one can not be brought there. */
+void AddTab(int32_t ident, const char *label);
+void RemoveTab(int32_t ident, int32_t index);
+void AddGadgetInTab(int32_t ident, int32_t tab_ident, int32_t index);
+void TabEnable(int32_t ident, int32_t index, int32_t flag);
+
+/* The tab in front, -1 without tabs; 0 for a gadget that is none or in no window. */
+void TabSelect(int32_t ident, int32_t index);
+int32_t TabSelection(int32_t ident);
+
+/* The tab, or the one in front, that the keyboard would bring to the front. */
+void TabSetFocus(int32_t ident, int32_t index, int32_t focused);
+void TabSetFocus2(int32_t ident, int32_t focused);
+
+/* Tabs are all as wide as the widest label wants, for 0, or as usual, for 1. */
+void SetTabHeight(int32_t ident, int32_t height);
+void SetTabWidth(int32_t ident, int32_t width);
 
 /* Entry fields (kinds 3 to 6) for one line of text, a whole number, a password and a decimal
    number. A new one takes 15 bytes, its label stands in its left half, and its frame has the height

@@ -4,6 +4,7 @@
 #include "windows/window.h"
 
 #include "gadgets/gadget.h"
+#include "gadgets/tabs.h"
 #include "gadgets/text_entry.h"
 #include "runtime/ending.h"
 #include "runtime/guarded.h"
@@ -90,8 +91,10 @@ static void leave_behind(void* object)
 MyWinClass::~MyWinClass()
 {
     release_menus(this);
-    while (BView* child = fTopView != nullptr ? fTopView->ChildAt(0) : nullptr)
+    while (BView* child = fTopView != nullptr ? fTopView->ChildAt(0) : nullptr) {
+        empty_of_tabs(child);
         fTopView->RemoveChild(child);
+    }
     RemoveChild(fTopView);
     forget_dispatches(this);
     if (fRaster != nullptr && fRaster->Lock()) {

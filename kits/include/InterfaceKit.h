@@ -43,8 +43,8 @@
 #include <StatusBar.h>
 #include <StringItem.h>
 #include <StringView.h>
-#include <TextView.h>
 #include <TabView.h>
+#include <TextView.h>
 #include <UnicodeBlockObjects.h>
 #include <TextControl.h>
 #include <View.h>

@@ -76,7 +76,7 @@ protected:
     void ClickTab(int32 index)
     {
         const BRect frame = Locked([&] { return tabs->TabFrame(index); });
-        Click(100 + frame.left + 30, 100 + (frame.top + frame.bottom) / 2);
+        Click(100 + (frame.left + frame.right) / 2, 100 + (frame.top + frame.bottom) / 2);
         Settle();
     }
     int32 Selection()
@@ -225,6 +225,10 @@ TEST_F(TabViewTest, HookMayRemoveTabsOrDeleteTheTabView)
 TEST_F(TabViewTest, LabelsAndFramesHaveTheirColours)
 {
     Open({"one", "two"});
+    Do([&] {
+        tabs->SetViewColor(0xD0, 0xD4, 0xD8);
+        tabs->Invalidate();
+    });
     const auto pixel = [](float x, float y) {
         BBitmap* shot = nullptr;
         BRect frame(x, y, x, y);
@@ -235,18 +239,19 @@ TEST_F(TabViewTest, LabelsAndFramesHaveTheirColours)
     // Waits until a pixel has the ground's colour, or has it no more.
     const auto becomes = [&](float x, float y, bool ground) {
         const bigtime_t end = system_time() + 20000000;
-        while ((pixel(x, y) == 0xD8D8D8) != ground && system_time() < end)
+        while ((pixel(x, y) == 0xD0D4D8) != ground && system_time() < end)
             snooze(2000);
-        return (pixel(x, y) == 0xD8D8D8) == ground;
+        return (pixel(x, y) == 0xD0D4D8) == ground;
     };
-    const float foot = 100 + Locked([&] { return tabs->TabHeight(); });
-    EXPECT_TRUE(becomes(260, 110, false)) << "darker than the one in front";
-    EXPECT_TRUE(becomes(260, foot, false)) << "and shut off by the edge of the box";
-    EXPECT_TRUE(becomes(115, 110, true));
-    EXPECT_TRUE(becomes(160, foot, true));
+    const BRect front = Locked([&] { return tabs->TabFrame(0); }).OffsetByCopy(100, 100);
+    const BRect behind = Locked([&] { return tabs->TabFrame(1); }).OffsetByCopy(100, 100);
+    EXPECT_TRUE(becomes(behind.right - 6, behind.top + 6, false)) << "darker than that in front";
+    EXPECT_TRUE(becomes(behind.right - 6, behind.bottom, false)) << "behind the edge of the box";
+    EXPECT_TRUE(becomes(front.left + 6, front.top + 6, true));
+    EXPECT_TRUE(becomes(front.left + 6, front.bottom, true));
     ClickTab(1);
-    EXPECT_TRUE(becomes(260, foot, true));
-    EXPECT_TRUE(becomes(160, foot, false));
+    EXPECT_TRUE(becomes(behind.right - 6, behind.bottom, true));
+    EXPECT_TRUE(becomes(front.left + 6, front.bottom, false));
 }
 
 TEST(TabViews, LabelIsTheNameOfTheView)
