@@ -446,8 +446,9 @@ int32_t CountWorkspace(void);
 void SetWindowDefault(int32_t window);
 int32_t GetWindowDefault(void);
 
-/* Makes a button of a window the one that Enter presses, whichever view has the focus. Another
-   gadget, or one of another window, does nothing. */
+/* Makes a gadget of a window the one that gets Enter, whichever view has the focus: a button is
+   pressed, a check box changes, a list invokes its selection. A button shows that it is the one.
+   A gadget of another window does nothing. */
 void SetDefaultButton(int32_t window, int32_t gadget);
 
 /* Returns the address of the window object, 0 if it is not open. It is good until that closes. */

@@ -298,9 +298,12 @@ extern "C" void SetDefaultButton(int32_t ident, int32_t gadget_ident)
     GadgetAccess gadget(gadget_ident);
     if (record == nullptr || !gadget || !gadget.Held())
         return;
-    auto* button = dynamic_cast<BButton*>(gadget.View());
-    if (button != nullptr && button->Window() == record->window)
-        record->window->SetDefaultButton(button);
+    BView* view = shown_view(gadget.Record());
+    if (view->Window() != record->window)
+        return;
+    // Any view can be the default: the window sends Enter to it, and no more is asked of it.
+    auto* button = dynamic_cast<BButton*>(view);
+    record->window->SetDefaultButton(button != nullptr ? button : reinterpret_cast<BButton*>(view));
 }
 
 extern "C" void SetCursor(int32_t flag)

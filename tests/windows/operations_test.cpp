@@ -3,14 +3,11 @@
 
 #include "support/program.h"
 
-#include "gadgets/gadget.h"
-
 #include <gtest/gtest.h>
 
 #include <Application.h>
 #include <Button.h>
 #include <InterfaceDefs.h>
-#include <List.h>
 #include <Screen.h>
 #include <Window.h>
 
@@ -384,36 +381,76 @@ TEST_F(WindowOperations, UnknownWindowsHaveNothing)
     EXPECT_EQ(place_of(fWindow), (Place{100, 120, 199, 149}));
 }
 
-TEST_F(WindowOperations, EnterPressesTheDefaultButton)
+namespace {
+
+std::atomic<int32_t> sActions;
+int32_t count_action()
+{
+    sActions++;
+    return 0;
+}
+
+int32_t gadget_in(int32_t window, int32_t kind, int32_t top)
+{
+    const int32_t ident = CreateGadget(kind, window, 10, top, 80, 30, "text", 0);
+    SetHandlerForGadget(ident, PLINTH_GADGET_ACTION, reinterpret_cast<void*>(count_action));
+    return ident;
+}
+
+void press_enter()
+{
+    inject_key(0x47, true);
+    inject_key(0x47, false);
+}
+
+}  // namespace
+
+TEST_F(WindowOperations, EnterGoesToTheDefaultGadgetOfAnyKind)
+{
+    sActions = sKeys = 0;
+    fWindow.Handle(PLINTH_KEY, count_key);
+    const int32_t button = gadget_in(fWindow, PLINTH_BUTTON, 10);
+    const int32_t box = gadget_in(fWindow, PLINTH_CHECK_BOX, 50);
+    const int32_t text = gadget_in(fWindow, PLINTH_TEXT_LABEL, 90);
+    ActivateWindow(fWindow);
+    EXPECT_TRUE(eventually([&] { return Platform()->IsActive(); }));
+    SetDefaultButton(fWindow, button);
+    EXPECT_TRUE(Platform()->DefaultButton()->IsDefault());
+    press_enter();
+    EXPECT_TRUE(eventually([] { return sActions == 1; }));
+    SetDefaultButton(fWindow, box);
+    EXPECT_FALSE(GetChecked(box));
+    press_enter();
+    EXPECT_TRUE(eventually([&] { return GetChecked(box); }));
+    SetDefaultButton(fWindow, text);  // has no use for it
+    press_enter();
+    inject_text("x");
+    EXPECT_TRUE(eventually([] { return sKeys == 1; }));
+    SetDefaultButton(fWindow, button);
+    press_enter();
+    EXPECT_TRUE(eventually([] { return sActions == 2; }));
+    KillGadget(fWindow, button);
+    EXPECT_TRUE(eventually([&] { return Platform()->DefaultButton() == nullptr; }));
+    press_enter();
+    inject_text("x");
+    EXPECT_TRUE(eventually([] { return sKeys == 3; })) << "Enter is a key like others";
+    EXPECT_EQ(sActions, 2);
+}
+
+TEST_F(WindowOperations, DefaultGadgetsAreThoseOfTheWindow)
 {
     TestWindow other(400, 120);
-    const auto put_button = [](BWindow* window) {
-        auto* button = new BButton(BRect(10, 10, 90, 40), "", "", nullptr);
-        window->Lock();
-        window->AddChild(button);
-        window->Unlock();
-        return button;
-    };
-    MyGadget button = {}, stranger = {}, view = {};
-    button.kind = stranger.kind = kButton;
-    button.ident = static_cast<int32_t>(GetUniqueID());
-    stranger.ident = static_cast<int32_t>(GetUniqueID());
-    view.ident = static_cast<int32_t>(GetUniqueID());
-    auto* wanted = put_button(Platform());
-    button.view = wanted;
-    stranger.view = put_button(reinterpret_cast<BWindow*>(GetAdress(other)));
-    view.view = wanted->Parent();
-    auto* gadgets = static_cast<BList*>(gRegistry[4]);
-    for (MyGadget* gadget : {&button, &stranger, &view})
-        gadgets->AddItem(gadget);
-    for (int32_t none : {stranger.ident, view.ident, 0, -1, static_cast<int32_t>(fWindow)})
+    const int32_t button = gadget_in(fWindow, PLINTH_BUTTON, 10);
+    const int32_t stranger = gadget_in(other, PLINTH_BUTTON, 10);
+    const int32_t loose = gadget_in(-1, PLINTH_BUTTON, 10);
+    for (int32_t none : {stranger, loose, 0, -1, INT32_MIN, static_cast<int32_t>(fWindow)})
         SetDefaultButton(fWindow, none);
+    SetDefaultButton(0, button);
+    SetDefaultButton(button, button);
     EXPECT_EQ(Platform()->DefaultButton(), nullptr);
-    SetDefaultButton(0, button.ident);
-    SetDefaultButton(fWindow, button.ident);
-    EXPECT_EQ(Platform()->DefaultButton(), wanted);
-    EXPECT_TRUE(wanted->IsDefault());
-    gadgets->MakeEmpty();
+    SetDefaultButton(fWindow, button);
+    EXPECT_NE(Platform()->DefaultButton(), nullptr);
+    KillGadget(-1, loose);
 }
 
 TEST(Cursor, TakesBothShapes)
