@@ -57,6 +57,9 @@ std::atomic<int32_t> sBeginnings;
 void on_choice(int32_t code) { sChoices.Add(code); }
 void on_menus() { sBeginnings++; }
 
+std::atomic<bool> sKeyHeard;
+void on_key(int32_t, int32_t) { sKeyHeard = true; }
+
 void press(int32_t key)
 {
     inject_key(key, true);
@@ -564,6 +567,131 @@ TEST_F(ProgramMenus, TwoWindowsMenusOpenOneAfterTheOther)
         RemoveMenu(*window);
     KillMenu(one);
     KillMenu(two);
+}
+
+namespace {
+
+// Windows whose handlers have arrived, and wait for each other.
+std::atomic<int32_t> sMeeting;
+
+void meet()
+{
+    sMeeting++;
+    EXPECT_TRUE(eventually([] { return sMeeting >= 2; }));
+}
+// Keeps the window busy until both have been pressed with the other button too.
+void meet_pressed(int32_t, int32_t, int32_t, int32_t)
+{
+    EXPECT_TRUE(eventually([] { return sMeeting == 2; }));
+}
+
+// Two windows whose menus open at the same moment: each waits, before it follows the user, for the
+// press in the other.
+class TwoWindows {
+public:
+    TwoWindows()
+    {
+        for (MenuWindow* window : {&first, &second})
+            AttachMenuToWin(*window, window == &first ? one : two);
+    }
+    ~TwoWindows()
+    {
+        // Closed menus keep the keys a moment longer.
+        sKeyHeard = false;
+        for (MenuWindow* window : {&first, &second})
+            window->Handle(PLINTH_KEY, on_key);
+        EXPECT_TRUE(eventually([] {
+            inject_text("x");
+            return sKeyHeard.load();
+        }));
+        for (const MenuWindow* window : {&first, &second})
+            RemoveMenu(*window);
+        KillMenu(one);
+        KillMenu(two);
+    }
+    void OpenBoth()
+    {
+        sMeeting = 0;
+        for (MenuWindow* window : {&first, &second})
+            window->Handle(PLINTH_MENUS_BEGINNING, meet);
+        for (const MenuWindow* window : {&first, &second}) {
+            inject_pointer(window->X(10), window->Y(8));
+            inject_button(1, true);
+            inject_button(1, false);
+            if (window == &first) {
+                EXPECT_TRUE(eventually([] { return sMeeting == 1; }));
+            }
+        }
+        first.OpenMenu({0});
+        second.OpenMenu({0});
+    }
+    // The item of a window's open menu.
+    static void Choose(const MenuWindow& window, int32 index)
+    {
+        const BRect frame =
+            window.WithItem({0, index}, [](BMenuItem* item) { return item->Frame(); });
+        window.ClickAt(window.OpenMenu({0}).LeftTop() + BPoint(frame.left + 8, frame.top + 5));
+    }
+
+    MenuWindow first, second{500, 100};
+    const int32_t one = CreateMenu(kFile), two = CreateMenu(kFile);
+};
+
+}  // namespace
+
+TEST_F(ProgramMenus, MenusOfTwoWindowsAreOpenAtTheSameMoment)
+{
+    for (const bool takes_first : {true, false}) {
+        TwoWindows windows;
+        const int32 before = be_app->CountWindows();
+        windows.OpenBoth();
+        EXPECT_EQ(be_app->CountWindows(), before + 2);
+        sChoices.Clear();
+        // A press outside for the other one.
+        TwoWindows::Choose(takes_first ? windows.first : windows.second, 0);
+        EXPECT_TRUE(sChoices.Wait("101")) << sChoices.All();
+        EXPECT_TRUE(eventually([=] { return be_app->CountWindows() == before; }));
+    }
+    EXPECT_EQ(sChoices.All(), "101");
+}
+
+TEST_F(ProgramMenus, EscapeClosesTheMenusOfTwoWindowsOneByOne)
+{
+    TwoWindows windows;
+    const int32 before = be_app->CountWindows();
+    windows.OpenBoth();
+    press(kKeyEscape);
+    EXPECT_TRUE(eventually([=] { return be_app->CountWindows() == before + 1; }));
+    EXPECT_TRUE(eventually([=] {
+        press(kKeyEscape);
+        return be_app->CountWindows() == before;
+    }));
+    EXPECT_EQ(sChoices.All(), "");
+}
+
+TEST_F(ProgramMenus, PopUpMenusOfTwoWindowsAreOpenAtTheSameMoment)
+{
+    const char* lines[] = {"i*00000001First", "i*00000002Second", "q", nullptr};
+    TwoWindows windows;
+    const int32_t menus[] = {CreatePopUpMenu(lines), CreatePopUpMenu(lines)};
+    AttachPopUpToWindow(windows.first, menus[0]);
+    AttachPopUpToWindow(windows.second, menus[1]);
+    const int32 before = be_app->CountWindows();
+    sMeeting = 0;
+    for (MenuWindow* window : {&windows.first, &windows.second}) {
+        window->Handle(PLINTH_MOUSE_DOWN, meet_pressed);
+        window->Click(60, 60);
+        window->Click(60, 60, 2);
+    }
+    sMeeting = 2;
+    ASSERT_TRUE(eventually([=] { return be_app->CountWindows() == before + 2; }));
+    windows.first.ClickAt(BPoint(windows.first.X(70), windows.first.Y(68)));
+    EXPECT_TRUE(sChoices.Wait("1")) << sChoices.All();
+    EXPECT_TRUE(eventually([=] { return be_app->CountWindows() == before; }));
+    for (MenuWindow* window : {&windows.first, &windows.second})
+        EXPECT_EQ(AttachPopUpToWindow(*window, 0), 1);
+    for (int32_t menu : menus)
+        KillMenu(menu);
 }
 
 TEST_F(ProgramMenus, HundredsComeAndGo)

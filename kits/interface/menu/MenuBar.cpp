@@ -209,7 +209,13 @@ void BMenuBar::Draw(BRect updateRect)
 
 // --- tracking
 
-void BMenuBar::MouseDown(BPoint) { StartMenuBar(-1, false, true); }
+// The title that was pressed, wherever the pointer is by the time that the program has prepared its
+// menus.
+void BMenuBar::MouseDown(BPoint where)
+{
+    BMenuItem* const title = BPrivate::MenuPrivate::HitTest(this, where);
+    StartMenuBar(title != nullptr ? IndexOf(title) : -1, false, true);
+}
 
 namespace {
 

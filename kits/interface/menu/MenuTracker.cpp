@@ -168,12 +168,12 @@ void MenuTracker::_Begin()
         fLevels.push_back(
             {dynamic_cast<MenuWindow*>(fRoot->Window()), fRoot->ConvertToScreen(fRoot->Bounds())});
         BMenuItem* const title = fRoot->ItemAt(fOptions.index);
-        if (title == nullptr)
-            _BeginAtPointer();
-        else if (MenuPrivate::IsChoice(title))
+        if (MenuPrivate::IsChoice(title))
             MenuPrivate::Select(fRoot, title);
         if (title != nullptr && fOptions.showMenu)
             _OpenSelected(0);
+        if (!fOptions.sticky)
+            _BeginAtPointer();
     }
     if (fOptions.byKey) {
         _UseKeyboard();
@@ -182,12 +182,14 @@ void MenuTracker::_Begin()
     }
 }
 
-// The click on a title without a menu may be over by now.
+// The pointer may be elsewhere, and the click on a title without a menu may be over by now.
 void MenuTracker::_BeginAtPointer()
 {
     _PointAt(0, fPointer, true);
+    if (fHeld || fLevels.size() > 1)
+        return;
     BMenuItem* const title = MenuPrivate::Selected(fRoot);
-    if (!fHeld && !fOptions.sticky && title != nullptr && title->Submenu() == nullptr)
+    if (title == nullptr || title->Submenu() == nullptr)
         _End(title);
 }
 
