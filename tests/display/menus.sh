@@ -10,8 +10,11 @@ shows() { [ "$(windows)" -eq "$1" ]; }
 # The window itself is one of them.
 expect_menus() { eventually shows $(($1 + 1)) || fail "$(windows) windows, not $1 menus"; }
 
+# start_program [X Y]: where its window opens.
 start_program() {
-    "$program" >"$log" 2>&1 &
+    mkfifo "$folder/calls"
+    "$program" "$@" <"$folder/calls" >"$log" 2>&1 &
+    exec {calls}>"$folder/calls"
     pid=$!
     started+=("$pid")
     eventually window_shows "$pid" || fail "no window"
@@ -112,6 +115,103 @@ pop_up() {
     expect 'press 150 .*'
 }
 
+# Only Alt is the Command key then, and Ctrl makes control characters again.
+command_key() {
+    PLINTH_COMMAND_KEY=alt start_program
+    xdotool key ctrl+o
+    expect 'key 15 .*'
+    expect_not 'choice .*'
+    xdotool key alt+o
+    expect 'choice 101'
+}
+
+ended() { ! kill -0 "$pid"; }
+closing_item() {
+    open_file
+    xdotool mousemove 130 211 click 1
+    expect 'choice 105'
+    eventually ended || fail "the program goes on without a window"
+}
+
+closed_meanwhile() {
+    open_file
+    echo close >&"$calls"
+    eventually ended || fail "the program goes on"
+    expect_not 'choice .*'
+}
+
+freeing_item() {
+    open_file
+    xdotool mousemove 130 231 click 1
+    expect 'choice 106'
+    expect 'attached 0'
+    expect_menus 0
+    xdotool mousemove 112 131 click 1
+    expect 'press 12 11 1 1'
+}
+
+# At the corner of the screen, and taller than it.
+file_menu=none
+menu() {
+    xdotool search --onlyvisible --pid "$pid" | grep -vxe "$window" -e "$file_menu" | head -n 1
+}
+menu_frame() {
+    xwininfo -id "$(menu)" | awk '/Absolute upper-left X/ {x = $4} /Absolute upper-left Y/ {y = $4}
+        /Width:/ {w = $2} /Height:/ {h = $2} END {print x, y, x + w, y + h}'
+}
+within_screen() {
+    local frame
+    read -r -a frame <<<"$(menu_frame)"
+    [ "${frame[0]}" -ge 0 ] && [ "${frame[1]}" -eq 0 ] && [ "${frame[2]}" -eq 1011 ] &&
+        [ "${frame[3]}" -eq 768 ]
+}
+tall() {
+    start_program 720 560
+    xdotool mousemove 1010 750 click 3
+    expect_menus 1
+    eventually within_screen || fail "the menu is at $(menu_frame)"
+    xdotool key End Return
+    expect 'choice 100'
+    expect_menus 0
+    xdotool click 3
+    expect_menus 1
+    # Ten times three lines down; the items below the strip follow each other every 20 pixels or so.
+    xdotool mousemove 1000 300
+    for _ in 1 2 3 4 5 6 7 8 9 10; do xdotool click 5; done
+    xdotool click 1
+    expect 'choice [45][0-9]'
+    expect_menus 0
+}
+
+# A title in the corner: its menu opens above it, and the submenu to the left of that.
+edges() {
+    start_program 950 690
+    xdotool mousemove 962 701 click 1
+    expect_menus 1
+    eventually above || fail "the menu is at $(menu_frame)"
+    read -r -a file_frame <<<"$(menu_frame)"
+    file_menu=$(menu)
+    xdotool key Down Down Down Right
+    expect_menus 2
+    eventually beside || fail "the submenu is at $(menu_frame), not beside ${file_frame[*]}"
+    xdotool key Return
+    expect 'choice 103'
+    expect_menus 0
+}
+above() {
+    local frame
+    read -r -a frame <<<"$(menu_frame)"
+    [ "${frame[1]}" -gt 500 ] && [ "${frame[3]}" -le 691 ] && [ "${frame[2]}" -le 1024 ]
+}
+beside() {
+    local frame
+    read -r -a frame <<<"$(menu_frame)"
+    [ "${frame[0]}" -gt 800 ] && [ "${frame[2]}" -le $((file_frame[0] + 1)) ]
+}
+
 start_server
-start_program
+case $scenario in
+    command_key | tall | edges) ;;
+    *) start_program ;;
+esac
 "$scenario"
