@@ -66,7 +66,7 @@ static int32_t window, editor, status_label;
 static int32_t question, name_field; /* a window that blocks the others, or 0 */
 static int32_t fonts[LARGE - SMALL + 2];
 static char path[PATH];
-static _Atomic int32_t changed;
+static _Atomic int32_t changed, shown_caret;
 static int32_t wrapped = 1, indented;
 
 static _Atomic int32_t searching; /* the window for searching, 0 while there is none */
@@ -108,6 +108,7 @@ static void show_status(const char *remark)
     char text[200];
     const int32_t caret = TEditCaret(editor);
     const int32_t line = TEditLineAt(editor, caret);
+    shown_caret = caret;
     snprintf(text, sizeof text, "Line %d of %d, column %d. %d bytes. %s", line + 1,
              TEditCountLines(editor), column_of(caret, line), TEditGetSize(editor), remark);
     SetTextString(status_label, text);
@@ -135,7 +136,12 @@ static void on_key(int32_t key, int32_t modifiers)
     show_status("");
 }
 
-static void on_timer(void) { show_status(""); }
+/* The pointer has moved the caret; nothing else tells. */
+static void on_timer(void)
+{
+    if (TEditCaret(editor) != shown_caret)
+        show_status("");
+}
 
 /* ---- files ----------------------------------------------------------------------------------- */
 
@@ -219,27 +225,23 @@ static void open_question(const char *title)
     SetHandlerForWindow(question, PLINTH_CLOSE_REQUESTED, (void *)on_question_close);
 }
 
+static void open_or_ask(const char *file);
+
 static void on_name(void)
 {
-    char name[PATH];
-    snprintf(name, sizeof name, "%s", GetString(name_field));
+    const int32_t closed = question;
+    const char *name = GetString(name_field);
     if (name[0] == '\0')
         return;
+    question = 0;
     if (pending == OPEN) {
-        snprintf(pending_path, sizeof pending_path, "%s", name);
-        go_on();
+        open_or_ask(name);
     } else {
         snprintf(path, sizeof path, "%s", name);
         if (save())
             go_on();
     }
-    close_question();
-}
-
-static void on_name_entered(const char *text)
-{
-    (void)text;
-    on_name();
+    CloseWindow(closed);
 }
 
 static void ask_name(const char *title, const char *label)
@@ -250,9 +252,8 @@ static void ask_name(const char *title, const char *label)
     SetMaxSizeString(name_field, PATH - 1);
     SetDiviser(name_field, -8);
     SetString(name_field, path);
-    SetStringEnterHandler(name_field, (void *)on_name_entered);
-    add_button(label, 200, on_name);
-    add_button("Cancel", 310, close_question);
+    add_button("Cancel", 200, close_question);
+    SetDefaultButton(question, add_button(label, 310, on_name));
     ActivateGadget(name_field);
 }
 
