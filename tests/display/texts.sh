@@ -1,0 +1,105 @@
+#!/usr/bin/env bash
+# Entry fields and an editor on a real screen: texts.sh SCENARIO PROGRAM. Starts its own X server
+# and window manager, runs the program, types, clicks and cuts, and compares what the program
+# prints. Ends what it started and nothing else.
+scenario=$1 program=$2
+. "$(dirname "$0")/screen.sh"
+
+start_program() {
+    "$program" >"$log" 2>&1 &
+    pid=$!
+    started+=("$pid")
+    eventually window_shows "$pid" || fail "no window"
+    expect ready
+    window=$(xdotool search --onlyvisible --pid "$pid" | head -n 1)
+    activate "$window"
+}
+click_editor() { xdotool mousemove 150 240 click 1; }
+# Another program's word for what is selected or was copied.
+clip_is() { [ "$(timeout 5 xclip -o -selection "$1" 2>/dev/null)" = "$2" ]; }
+
+field() {
+    xdotool type 'Hello 1.'
+    expect 'input Hello 1\.'
+    xdotool key BackSpace
+    expect 'input Hello 1'
+    xdotool key Return
+    expect 'enter Hello 1'
+    expect_not 'changed .*'
+}
+
+# What is typed is told, and stars are shown.
+password() {
+    xdotool key Tab
+    xdotool type 'pass'
+    expect 'input \*\*\*\*'
+    xdotool key Return
+    expect 'enter pass'
+    xdotool mousemove 270 135 click 1
+    xdotool type 'x'
+    expect 'input x'
+}
+
+tabs() {
+    xdotool key Tab
+    xdotool type 'p'
+    expect 'input \*'
+    xdotool key shift+Tab
+    xdotool type 'f'
+    expect 'input f'
+}
+
+editor() {
+    click_editor
+    xdotool type 'one two'
+    expect 'changed 7 one two'
+    xdotool key Return
+    xdotool type 'three'
+    expect 'changed 13 one two\|three'
+    xdotool key ctrl+BackSpace
+    expect 'changed 8 one two\|'
+    xdotool key ctrl+z
+    expect 'changed 13 one two\|three'
+}
+
+# A double click takes a word; the next key takes its place. On a machine that has much to do the
+# second press may come too late.
+pointer() {
+    local tries
+    click_editor
+    for tries in 1 2 3 4 5; do
+        xdotool key ctrl+a
+        xdotool type 'one two'
+        expect 'changed 7 one two'
+        mark
+        xdotool mousemove 122 208 click --repeat 2 --delay 10 1
+        xdotool type 'x'
+        expect 'changed .*'
+        ! said 'changed 5 x two' || break
+    done
+    expect 'changed 5 x two'
+    mark
+    click_editor
+    xdotool mousemove 111 208 mousedown 1 mousemove 180 209 mousemove 300 210 mouseup 1
+    xdotool type 'y'
+    expect 'changed 1 y'
+}
+
+clipboard() {
+    printf 'from another' | timeout 60 xclip -i -selection clipboard
+    click_editor
+    xdotool key ctrl+v
+    expect 'changed 12 from another'
+    xdotool key ctrl+a ctrl+c
+    eventually clip_is clipboard 'from another' || fail "no copy"
+    xdotool key ctrl+x
+    expect 'changed 0 '
+    xdotool mousemove 270 135 click 1
+    xdotool key ctrl+v
+    xdotool type '!'
+    expect 'input from another!'
+}
+
+start_server
+start_program
+"$scenario"
