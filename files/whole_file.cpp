@@ -10,7 +10,9 @@
 
 #include <algorithm>
 #include <errno.h>
+#include <stdio.h>
 #include <sys/stat.h>
+#include <unistd.h>
 #include <utility>
 #include <vector>
 
@@ -64,33 +66,35 @@ bool read_whole_file(const char* path, size_t most, std::string* bytes)
 
 namespace {
 
-// A file beside another one, which is removed unless it takes that one's name.
+// A file beside another one, which is removed unless it takes that one's name: also where there is
+// no memory left.
 class Successor {
 public:
     explicit Successor(const char* path);
     ~Successor()
     {
         const int number = errno;
-        if (fEntry.InitCheck() == B_OK)
-            fEntry.Remove();
+        if (fIsThere)
+            unlink(fName.c_str());
         errno = number;
     }
     Successor(const Successor&) = delete;
 
-    bool IsReady() const { return fFile.InitCheck() == B_OK; }
+    bool IsReady() const { return fIsThere; }
     void TakeAfter(BNode& old, const struct stat& info);
     bool Write(std::string_view bytes);
     bool Replace(const char* path)
     {
-        if (fFile.Sync() != B_OK || fEntry.Rename(path, true) != B_OK)
+        if (fFile.Sync() != B_OK || rename(fName.c_str(), path) != 0)
             return false;
-        fEntry.Unset();
+        fIsThere = false;
         return true;
     }
 
 private:
     BFile fFile;
-    BEntry fEntry;
+    std::string fName;
+    bool fIsThere = false;
 };
 
 }  // namespace
@@ -103,14 +107,12 @@ Successor::Successor(const char* path)
         return;
     const std::string base =
         std::string(folder.Path()) + "/.saved~" + std::to_string(find_thread(nullptr)) + "-";
-    for (int i = 0; i < kTries; i++) {
-        const std::string name = base + std::to_string(i);
-        const status_t status = fFile.SetTo(name.c_str(), kMode);
-        if (status == B_OK)
-            fEntry.SetTo(name.c_str());
-        if (status != B_FILE_EXISTS)
-            return;
+    status_t status = B_FILE_EXISTS;
+    for (int i = 0; i < kTries && status == B_FILE_EXISTS; i++) {
+        fName = base + std::to_string(i);
+        status = fFile.SetTo(fName.c_str(), kMode);
     }
+    fIsThere = status == B_OK;
 }
 
 static void copy_attribute(BNode& from, BNode& to, const char* name)

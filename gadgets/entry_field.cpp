@@ -302,7 +302,7 @@ template <class Action>
 static void on_field(int32_t ident, Action act)
 {
     on_gadget<PassControl>(ident, kStringField, Unlocked::Skip,
-                           [&](PassControl& field, MyGadget&) { act(field); });
+                           [&](PassControl& field, MyGadget&) { guarded([&] { act(field); }); });
 }
 
 extern "C" void SetString(int32_t ident, const char* text)
@@ -373,20 +373,22 @@ static void set_divider(Labelled& view, int32_t place)
 extern "C" void SetDiviser(int32_t ident, int32_t place)
 {
     on_field(ident, [=](PassControl& field) { set_divider(field, place); });
-    on_gadget<BMenuField>(ident, kChoiceField, Unlocked::Skip,
-                          [=](BMenuField& field, MyGadget&) { set_divider(field, place); });
+    on_gadget<BMenuField>(ident, kChoiceField, Unlocked::Skip, [=](BMenuField& field, MyGadget&) {
+        guarded([&] { set_divider(field, place); });
+    });
 }
 
 extern "C" void SetTextString(int32_t ident, const char* text)
 {
-    on_gadget<BStringView>(ident, kTextLabel, Unlocked::Skip,
-                           [=](BStringView& view, MyGadget&) { view.SetText(text); });
+    on_gadget<BStringView>(ident, kTextLabel, Unlocked::Skip, [=](BStringView& view, MyGadget&) {
+        guarded([&] { view.SetText(text); });
+    });
 }
 
 extern "C" void SetNumberString(int32_t ident, int32_t value)
 {
     on_gadget<BStringView>(ident, kNumberLabel, Unlocked::Skip, [=](BStringView& view, MyGadget&) {
-        view.SetText(std::to_string(value).c_str());
+        guarded([&] { view.SetText(std::to_string(value).c_str()); });
     });
 }
 
@@ -420,7 +422,7 @@ extern "C" void SelectCommand(int32_t ident, int32_t command)
         auto* text =
             field != nullptr ? field->TextView() : dynamic_cast<BTextView*>(shown_view(&view));
         if (text != nullptr)
-            kCommands[command](*text);
+            guarded([&] { kCommands[command](*text); });
     });
 }
 

@@ -11,6 +11,8 @@
 #include <fstream>
 #include <iterator>
 
+#include <signal.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/xattr.h>
 #include <unistd.h>
@@ -57,6 +59,39 @@ std::string contents(const std::string& path)
     std::ifstream file(path, std::ios::binary);
     return {std::istreambuf_iterator<char>(file), {}};
 }
+
+// Who may not do everything, for as long as it lives.
+class AsNobody {
+public:
+    AsNobody() { EXPECT_TRUE(!fWasRoot || seteuid(65534) == 0); }
+    ~AsNobody() { EXPECT_TRUE(!fWasRoot || seteuid(0) == 0); }
+    AsNobody(const AsNobody&) = delete;
+
+private:
+    const bool fWasRoot = geteuid() == 0;
+};
+
+// Files cannot grow beyond some bytes, for as long as it lives.
+class NoRoom {
+public:
+    explicit NoRoom(rlim_t bytes)
+    {
+        fFormer = signal(SIGXFSZ, SIG_IGN);
+        getrlimit(RLIMIT_FSIZE, &fLimit);
+        const rlimit limit = {bytes, fLimit.rlim_max};
+        EXPECT_EQ(setrlimit(RLIMIT_FSIZE, &limit), 0);
+    }
+    ~NoRoom()
+    {
+        setrlimit(RLIMIT_FSIZE, &fLimit);
+        signal(SIGXFSZ, fFormer);
+    }
+    NoRoom(const NoRoom&) = delete;
+
+private:
+    rlimit fLimit;
+    void (*fFormer)(int);
+};
 
 int error_of(bool done)
 {
@@ -570,10 +605,10 @@ TEST_F(TextEditorTest, WhatIsNoPlainFileIsNotRead)
     TEditSetMaxSize(editor, INT32_MAX);
     EXPECT_EQ(error_of(TEditLoadFile(editor, sparse.c_str())), EFBIG);
     EXPECT_EQ(All(editor), "1234567890");
-    if (geteuid() != 0) {
-        chmod(folder.At("/fits").c_str(), 0);
-        EXPECT_EQ(error_of(TEditLoadFile(editor, folder.At("/fits").c_str())), EACCES);
-    }
+    chmod(folder.Path().c_str(), 0755);
+    chmod(folder.At("/fits").c_str(), 0);
+    const AsNobody nobody;
+    EXPECT_EQ(error_of(TEditLoadFile(editor, folder.At("/fits").c_str())), EACCES);
 }
 
 TEST_F(TextEditorTest, AFileThatIsReplacedKeepsWhatItWas)
@@ -618,14 +653,36 @@ TEST_F(TextEditorTest, AFileThatCannotBeReplacedStaysWhole)
     EXPECT_FALSE(TEditSaveFile(editor, nullptr));
     EXPECT_FALSE(TEditSaveFile(editor, folder.At("/pipe").c_str()));
     EXPECT_FALSE(TEditSaveFile(editor, "/dev/null"));
-    if (geteuid() != 0) {
-        chmod(file.c_str(), 0400);
-        EXPECT_EQ(error_of(TEditSaveFile(editor, file.c_str())), EACCES);
-        chmod(file.c_str(), 0600);
-        chmod(folder.Path().c_str(), 0500);
-        EXPECT_EQ(error_of(TEditSaveFile(editor, file.c_str())), EACCES);
-        chmod(folder.Path().c_str(), 0700);
+    chmod(folder.Path().c_str(), 0777);
+    chmod(file.c_str(), 0444);
+    {
+        const AsNobody nobody;
+        EXPECT_EQ(error_of(TEditSaveFile(editor, file.c_str())), EACCES) << "a file to be read";
     }
+    chmod(folder.Path().c_str(), 0555);
+    chmod(file.c_str(), 0666);
+    {
+        const AsNobody nobody;
+        EXPECT_EQ(error_of(TEditSaveFile(editor, file.c_str())), EACCES) << "no room beside it";
+    }
+    chmod(folder.Path().c_str(), 0755);
     EXPECT_EQ(contents(file), "old");
     EXPECT_EQ(All(editor), "new");
+}
+
+TEST_F(TextEditorTest, ADiskThatIsFullLeavesTheOldFileWhole)
+{
+    TempFolder folder;
+    const int32_t editor = Editor(26, std::string(100000, 'n').c_str());
+    const std::string file = folder.Put("/file", std::string(50000, 'o'));
+    {
+        const NoRoom full(60000);
+        EXPECT_EQ(error_of(TEditSaveFile(editor, file.c_str())), EFBIG);
+        EXPECT_EQ(error_of(TEditSaveFile(editor, folder.At("/new").c_str())), EFBIG);
+    }
+    EXPECT_EQ(contents(file), std::string(50000, 'o'));
+    const auto entries = std::filesystem::directory_iterator(folder.Path());
+    EXPECT_EQ(std::distance(begin(entries), end(entries)), 1) << "nothing is left behind";
+    EXPECT_TRUE(TEditSaveFile(editor, file.c_str()));
+    EXPECT_EQ(contents(file).size(), 100000u);
 }

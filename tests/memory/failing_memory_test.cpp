@@ -13,6 +13,7 @@
 
 #include <dlfcn.h>
 #include <pthread.h>
+#include <unistd.h>
 
 #if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
 #define HAS_OWN_MEMORY 1
@@ -238,6 +239,63 @@ TEST_F(FailingMemory, FontsGoOn)
     with_each_failing([&] { FontExists("No Such Font"); });
     with_each_failing([&] { CountFontList(); });
     with_each_failing([&] { GetList(PLINTH_LIST_FONTS); });
+}
+
+TEST_F(FailingMemory, TextsStayOrAreTheNewOnes)
+{
+    TestWindow window(100, 100, 300, 200);
+    const int32_t field = CreateGadget(3, window, 10, 10, 200, 24, "Name", 0);
+    const int32_t editor = CreateGadget(27, window, 10, 40, 200, 100, nullptr, 0);
+    const int32_t font = OpenFont(nullptr, nullptr, 20);
+    const std::string file = "/tmp/plinth-memory-text-" + std::to_string(getpid());
+    const std::string words = "some words that are broken into lines, and more of them\n";
+    GetString(field);  // makes what a thread has once
+    TEditSetText(editor, words.c_str());
+    ASSERT_TRUE(TEditSaveFile(editor, file.c_str()));
+    const std::vector<std::function<void()>> calls = {
+        [&] { SetString(field, "a text that is longer than what is held in place"); },
+        [&] { SetInteger(field, 42); },
+        [&] { GetString(field); },
+        [&] { SetDiviser(field, -10); },
+        [&] { SelectCommand(field, 4); },
+        [&] { SelectCommand(field, 2); },
+        [&] { TEditSetText(editor, words.c_str()); },
+        [&] { TEditInsertText(editor, words.c_str()); },
+        [&] { TEditWordWrap(editor, 0); },
+        [&] { TEditWordWrap(editor, 1); },
+        [&] { TEditSelect(editor, 5, 10); },
+        [&] { TEditReplaceSelection(editor, "other"); },
+        [&] { TEditUndo(editor); },
+        [&] { TEditRedo(editor); },
+        [&] { TEditSetColor(editor, 3, 20, 0x112233FF); },
+        [&] { TEditSetFont(editor, 3, 20, font); },
+        [&] { TEditGetLine(editor, 1); },
+        [&] { TEditFind(editor, "lines", 0, 0); },
+        [&] { TEditSetMaxSize(editor, 100); },
+        [&] { MyFree(TEditGetAll(editor)); },
+    };
+    for (size_t i = 0; i < calls.size(); i++) {
+        SCOPED_TRACE(i);
+        with_each_failing(calls[i]);
+        TEditGetSize(editor);
+    }
+    TEditSetText(editor, "kept");
+    with_each_failing([&] {
+        const bool loaded = TEditLoadFile(editor, file.c_str());
+        tBeforeFailure = -1;
+        EXPECT_TRUE(loaded || tHasFailed);
+        if (loaded) {
+            EXPECT_EQ(TEditGetSize(editor), static_cast<int32_t>(words.size()));
+        }
+    });
+    with_each_failing([&] {
+        const bool saved = TEditSaveFile(editor, file.c_str());
+        tBeforeFailure = -1;
+        EXPECT_TRUE(saved || tHasFailed);
+        EXPECT_EQ(GetLengthFile(file.c_str()), static_cast<int32_t>(words.size()));
+    });
+    CloseFont(font);
+    DeleteFile(file.c_str());
 }
 
 }  // namespace
