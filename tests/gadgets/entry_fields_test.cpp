@@ -49,6 +49,29 @@ TEST_F(EntryFieldTest, KeysByFilter)
     }
 }
 
+TEST_F(EntryFieldTest, EachPrintableKeyByFilter)
+{
+    const struct {
+        int32_t filter;
+        const char* taken;  // null: all
+    } rows[] = {{0, "-0123456789"}, {1, nullptr},      {2, "-.0123456789"}, {3, nullptr},
+                {4, "0123456789"},  {7, "0123456789"}, {5, nullptr},        {6, nullptr}};
+    for (const auto& row : rows) {
+        const int32_t field = FilteredField(row.filter);
+        for (char key = ' '; key < 127; key++) {
+            const std::string typed(1, key);
+            Type(typed);
+            const bool taken = row.taken == nullptr || strchr(row.taken, key) != nullptr;
+            const std::string shown = !taken ? "" : row.filter == 1 ? "*" : typed;
+            const bool is_told = taken && row.filter != 5 && row.filter != 6;
+            EXPECT_EQ(GetString(field), shown) << key << ", filter " << row.filter;
+            EXPECT_EQ(gHandlers.Take(), is_told ? "input " + shown : "") << key;
+            SetString(field, "");
+        }
+        KillGadget(0, field);
+    }
+}
+
 TEST_F(EntryFieldTest, KeysThatAreNoCharactersByFilter)
 {
     for (int32_t filter : {0, 1, 2, 3, 4, 7}) {
