@@ -62,7 +62,7 @@ bool TextData::ReplaceSelection(const char* text, int32 length, const text_run_a
         if (self.View() == nullptr)
             return false;
         // What takes the place of other text looks like it.
-        if (stylable && runs == nullptr)
+        if (stylable && runs == nullptr && length > 0)
             caretStyle = style;
     }
     if (length > 0)
