@@ -7,7 +7,7 @@
 
 namespace BPrivate {
 
-static const size_t kFull = 256;  // lines of a block as it is made; it is split at twice as many
+static const size_t kFull = 64;  // lines of a block as it is made; it is split at twice as many
 
 LineTable::LineTable() : fBlocks(1) { fBlocks[0].lines.resize(1); }
 
