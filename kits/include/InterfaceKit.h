@@ -20,6 +20,7 @@
 #include <GradientRadial.h>
 #include <GradientRadialFocus.h>
 #include <GraphicsDefs.h>
+#include <Input.h>
 #include <InterfaceDefs.h>
 #include <ListItem.h>
 #include <ListView.h>

@@ -9,7 +9,10 @@
 
 #include <tests/interface/window_harness.h>
 
+#include <server/screen/Display.h>
+
 #include <string>
+#include <vector>
 
 namespace text_test {
 
@@ -102,6 +105,18 @@ protected:
             point.y += height / 2;
         });
         return point;
+    }
+    // Pixels of the screen in a row, whose middle is what is asked for.
+    std::vector<uint32> ScreenRow(float from, float to, float y)
+    {
+        window->Lock();
+        window->UpdateIfNeeded();
+        window->Sync();
+        window->Unlock();
+        std::vector<uint32> pixels;
+        int32 width, height;
+        server::ReadScreen(BRect(from, y, to, y), &pixels, &width, &height);
+        return pixels;
     }
 
     BApplication application{"application/x-vnd.plinth-text-test"};

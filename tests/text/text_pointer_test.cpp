@@ -2,7 +2,7 @@
 
 #include "tests/text/text_harness.h"
 
-#include <Bitmap.h>
+#include <Clipboard.h>
 
 using namespace text_test;
 
@@ -187,6 +187,10 @@ TEST_F(PointerTest, HiddenTypingIsNeitherDraggedNorCopied)
     MakeText("secret");
     Do([](BTextView& view) { view.HideTyping(true); });
     Start();
+    ASSERT_TRUE(be_clipboard->Lock());
+    be_clipboard->Clear();
+    be_clipboard->Commit();
+    be_clipboard->Unlock();
     Select(0, 6);
     Press(kKeyC, {kKeyCommand});
     Drag(1, 6);
@@ -217,4 +221,36 @@ TEST_F(PointerTest, SelectionGoesOnWhileThePointerIsBelow)
     Do([&](BTextView& view) { view.GetSelection(&from, &to); });
     EXPECT_EQ(from, 0);
     EXPECT_GT(to, 100);
+}
+
+TEST_F(PointerTest, MiddleButtonInsertsWhatWasSelectedLast)
+{
+    MakeText("one two three");
+    Start();
+    Drag(4, 7);
+    EXPECT_EQ(State(), "one [two] three");
+    Click(13, 1, 4);
+    EXPECT_EQ(State(), "one two threetwo|");
+    // Selecting by keys counts too; what a program selects does not.
+    Press(kKeyHome);
+    Press(kKeyRight, {kKeyShift});
+    EXPECT_EQ(State(), "[o]ne two threetwo");
+    Select(4, 8);
+    Click(0, 1, 4);
+    EXPECT_EQ(State(), "o|one two threetwo");
+    Press(kKeyZ, {kKeyCommand});
+    EXPECT_EQ(State(), "|one two threetwo");
+}
+
+TEST_F(PointerTest, HiddenTypingIsNoSelectionForOthers)
+{
+    MakeText("one secret");
+    Start();
+    Drag(0, 3);
+    Settle();
+    Do([](BTextView& view) { view.HideTyping(true); });
+    Press(kKeyA, {kKeyCommand});
+    Settle();
+    Click(10, 1, 4);
+    EXPECT_EQ(State(), "one secretone|");
 }

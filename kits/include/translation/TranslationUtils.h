@@ -34,6 +34,23 @@ public:
     static void SetBitmapColorSpace(color_space space);
     static color_space BitmapColorSpace();
 
+    /* Put a stream's text into a view, with its styles if the view is stylable: styled text
+       (B_STYLED_TEXT_FORMAT), what a translator makes that of, or plain text in an encoding that
+       iconv() knows (UTF-8 if null). A file's attribute "styles" counts too. B_NO_TRANSLATOR, and
+       the view unchanged, for what is no text. */
+    static status_t GetStyledText(BPositionIO* fromStream, BTextView* intoView,
+                                  BTranslatorRoster* roster = nullptr);
+    static status_t GetStyledText(BPositionIO* fromStream, BTextView* intoView,
+                                  const char* encoding, BTranslatorRoster* roster = nullptr);
+    // Writes a view's text with its styles, as B_STYLED_TEXT_FORMAT.
+    static status_t PutStyledText(BTextView* fromView, BPositionIO* intoStream,
+                                  BTranslatorRoster* roster = nullptr);
+    /* Writes the text alone, in an encoding, and its styles, alignment and wrapping as the file's
+       attributes. The file is emptied first, but not for a text that the encoding cannot hold:
+       B_BAD_DATA. */
+    static status_t WriteStyledEditFile(BTextView* fromView, BFile* intoFile);
+    static status_t WriteStyledEditFile(BTextView* fromView, BFile* intoFile, const char* encoding);
+
     /* A message of the translator's settings, the caller's; null without any. */
     static BMessage* GetDefaultSettings(translator_id translator,
                                         BTranslatorRoster* roster = nullptr);

@@ -9,8 +9,11 @@
 #include <TextView.h>
 
 #include <memory>
+#include <optional>
 #include <set>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include "interface/text/TextBody.h"
 #include "interface/text/UndoHistory.h"
@@ -51,6 +54,14 @@ struct [[gnu::visibility("hidden")]] TextData
     bool active = false;         // selection and caret show
     bool caretOn = false;
     bigtime_t blinkedAt = 0;
+
+    // ---- What an input method makes
+    struct Composed {
+        BMessenger method;
+        int32 offset = 0, length = 0;
+        std::vector<std::pair<int32, int32>> clauses;  // from the offset
+    };
+    std::optional<Composed> composed;
 
     // ---- The pointer
     enum class Press { None, Selects, MayDrag };
@@ -126,8 +137,19 @@ struct [[gnu::visibility("hidden")]] TextData
     void AutoScroll();
     void ShowDrop(int32 offset);
     bool TakeDrop(BMessage * message);
+    // What is selected, for other programs' middle button, and of theirs for ours.
+    void TellSelected() const;
+    bool InsertSelected(int32 offset);
     bool TakeData(const BMessage* data, undo_state kind);
     void PutData(BMessage * data, int32 from, int32 to) const;
+
+    // ---- Input methods (TextViewComposition.cpp)
+    void InputMethodEvent(const BMessage& message);
+    void Compose(const BMessage& message);
+    bool SetComposed(const std::string& text);
+    void EndComposition();
+    void TellPlaces(const BMessage& request) const;
+    void DrawComposed(BRect update) const;
 
     // ---- Styles
     void Restyle(int32 from, int32 to, const BFont* font, uint32 mode, const rgb_color* color);

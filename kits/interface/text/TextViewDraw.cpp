@@ -54,6 +54,7 @@ void BTextView::Draw(BRect updateRect)
         draw_line(this, text, line, updateRect, &style);
         return true;
     });
+    text.DrawComposed(updateRect);
     SetDrawingMode(B_OP_INVERT);
     if (text.active && text.selectable)
         text.EachRect(text.selStart, text.selEnd, updateRect,

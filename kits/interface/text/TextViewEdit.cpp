@@ -24,6 +24,8 @@ void TextData::Added(int32 offset, int32 length)
         selStart += length;
     if (selEnd > offset || (caret && selEnd == offset))
         selEnd += length;
+    if (composed && composed->offset >= offset)
+        composed->offset += length;
     anchor = selStart;
     lead = selEnd;
     caretStyle = -1;
@@ -37,6 +39,8 @@ void TextData::Removed(int32 from, int32 to)
     };
     selStart = moved(selStart);
     selEnd = moved(selEnd);
+    if (composed)
+        composed->offset = moved(composed->offset);
     anchor = selStart;
     lead = selEnd;
     goalX = -1;

@@ -207,6 +207,24 @@ bool TextData::RunKey(const char* bytes, int32 count, uint32 held)
     return true;
 }
 
+// True for the keys that select.
+static bool moves(char key)
+{
+    switch (key) {
+        case B_LEFT_ARROW:
+        case B_RIGHT_ARROW:
+        case B_UP_ARROW:
+        case B_DOWN_ARROW:
+        case B_HOME:
+        case B_END:
+        case B_PAGE_UP:
+        case B_PAGE_DOWN:
+            return true;
+        default:
+            return false;
+    }
+}
+
 }  // namespace BPrivate
 
 using BPrivate::held_keys;
@@ -231,6 +249,9 @@ void BTextView::KeyDown(const char* bytes, int32 numBytes)
     const char key = numBytes == 1 ? meant_key(this, bytes[0], held) : bytes[0];
     const bool navigates = key == B_TAB && (held & B_OPTION_KEY) != 0;
     const bool means_nothing = numBytes == 1 && key == '\0';
+    const BPrivate::ViewRef self(this);
     if (navigates || means_nothing || !fText->RunKey(numBytes == 1 ? &key : bytes, numBytes, held))
         BView::KeyDown(bytes, numBytes);
+    else if (self.View() != nullptr && (held & B_SHIFT_KEY) != 0 && BPrivate::moves(key))
+        fText->TellSelected();
 }

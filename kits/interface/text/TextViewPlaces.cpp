@@ -99,6 +99,8 @@ void TextData::Activate(bool activate)
     if (active == activate)
         return;
     active = activate;
+    if (!activate)
+        EndComposition();
     InvalidateRange(selStart, selEnd);
     SetCaretOn(activate);
 }

@@ -11,6 +11,11 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstring>
+#include <string>
+
+#include <server/clipboard/Clipboard.h>
+#include <support/ValidUTF8.h>
 
 #include "interface/text/TextData.h"
 #include "interface/view/ViewPrivate.h"
@@ -65,6 +70,34 @@ void TextData::ShowDrop(int32 offset)
         view->Invalidate(CaretRect(dropAt));
 }
 
+void TextData::TellSelected() const
+{
+    if (hidesTyping || !selectable || selStart == selEnd)
+        return;
+    const std::shared_ptr<server::Clipboard> primary = server::PrimarySelection();
+    if (primary == nullptr)
+        return;
+    std::string bytes(size_t(selEnd - selStart), '\0');
+    body.Buffer().Copy(selStart, selEnd - selStart, bytes.data());
+    uint32 changes;
+    primary->Write({{server::kTextForm, valid_utf8(bytes)}}, nullptr, &changes);
+}
+
+// False where nothing is selected anywhere.
+bool TextData::InsertSelected(int32 offset)
+{
+    const std::shared_ptr<server::Clipboard> primary = server::PrimarySelection();
+    server::ClipboardForm form;
+    if (primary == nullptr || primary->Read({server::kTextForm}, &form) != B_OK)
+        return false;
+    const ViewRef self(view);
+    SelectFrom(offset, offset);
+    const size_t length = strnlen(form.bytes.c_str(), form.bytes.size());
+    if (self.View() != nullptr && length > 0 && length < size_t(INT32_MAX))
+        ReplaceSelection(form.bytes.data(), int32(length), nullptr, B_UNDO_PASTE);
+    return true;
+}
+
 void TextData::StartDrag()
 {
     press = Press::None;
@@ -103,7 +136,11 @@ void BTextView::MouseDown(BPoint where)
     if (self.View() == nullptr)
         return;
     const BMessage* event = Looper() != nullptr ? Looper()->CurrentMessage() : nullptr;
+    text.EndComposition();
     text.history.Close();
+    const int32 pressed = event != nullptr ? event->GetInt32("buttons", 0) : 0;
+    if (pressed == B_TERTIARY_MOUSE_BUTTON && text.editable && text.InsertSelected(OffsetAt(where)))
+        return;
     text.clicks = event != nullptr ? std::max(event->GetInt32("clicks", 1), int32(1)) : 1;
     if (text.clicks > 3)
         text.clicks = 1 + (text.clicks - 1) % 3;
@@ -164,9 +201,13 @@ void BTextView::MouseUp(BPoint where)
     text.ShowDrop(-1);
     const ViewRef self(this);
     BView::MouseUp(where);
-    if (self.View() != nullptr && press == TextData::Press::MayDrag) {
+    if (self.View() == nullptr)
+        return;
+    if (press == TextData::Press::MayDrag) {
         const int32 offset = OffsetAt(where);
         text.SelectFrom(offset, offset);
+    } else if (press == TextData::Press::Selects) {
+        text.TellSelected();
     }
 }
 
@@ -250,8 +291,13 @@ void BTextView::MessageReceived(BMessage* message)
             text.Redo();
             break;
         case B_SELECT_ALL:
-            if (text.selectable)
+            if (text.selectable) {
                 SelectAll();
+                text.TellSelected();
+            }
+            break;
+        case B_INPUT_METHOD_EVENT:
+            text.InputMethodEvent(*message);
             break;
         case BPrivate::kAutoScroll:
             text.AutoScroll();

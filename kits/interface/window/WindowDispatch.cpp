@@ -51,6 +51,9 @@ bool BWindow::_DispatchToWindow(BMessage* message)
             return _Pulse();
         case B_KEY_DOWN:
             return _KeyDown(message);
+        case B_INPUT_METHOD_EVENT:
+            BPrivate::dispatch_composition(this, message);
+            return true;
         case B_WINDOW_RESIZED: {
             int32 width, height;
             if (message->FindInt32("width", &width) == B_OK &&

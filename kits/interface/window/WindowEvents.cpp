@@ -295,6 +295,9 @@ void WindowData::_DeliverWindowEvent(const server::Event& event)
         case server::EventKind::TextDropped:
             post_text_drop(this, event);
             break;
+        case server::EventKind::Composed:
+            Post(std::make_unique<ComposedMessage>(*event.composition));
+            break;
         default:
             break;
     }

@@ -71,6 +71,17 @@ private:
     bool fIsStale = false;
 };
 
+// What an input method says, on its way to the view with the focus.
+class [[gnu::visibility("hidden")]] ComposedMessage : public BMessage
+{
+public:
+    explicit ComposedMessage(const server::Composition& composition);
+    const server::Composition composition;
+};
+
+// Dispatches what an input method says to a view, and what a view answers to the input method.
+void dispatch_composition(BWindow* window, BMessage* message);
+
 // A move that the program asked for, on its way to FrameMoved(). A few are told one by one; while
 // that many wait no more are queued, and the last of them has the newest place.
 class [[gnu::visibility("hidden")]] OwnMove : public BMessage

@@ -50,6 +50,10 @@ public:
 // The one that all programs of the screen share.
 std::shared_ptr<Clipboard> SystemClipboard();
 
+// What is selected at present, where the screen's programs hand that on without a command, and the
+// middle button inserts it; null where they do not.
+std::shared_ptr<Clipboard> PrimarySelection();
+
 // One of this process alone.
 std::shared_ptr<Clipboard> make_memory_clipboard();
 

@@ -87,6 +87,7 @@ public:
     void UpdateCursors() override {}
     void InputHeld(bool) override {}
     std::shared_ptr<Clipboard> SystemClipboard() override { return fClipboard; }
+    std::shared_ptr<Clipboard> PrimarySelection() override { return fPrimary; }
 
     // There is nothing to be ended: the windows stay with their owners, who destroy them.
     void Shutdown() override {}
@@ -94,6 +95,7 @@ public:
 private:
     BRect fScreen{0, 0, 1023, 767};
     const std::shared_ptr<Clipboard> fClipboard = make_memory_clipboard();
+    const std::shared_ptr<Clipboard> fPrimary = make_memory_clipboard();
 };
 
 void MemoryWindow::Place(BRect frame)

@@ -2,6 +2,8 @@
 
 #include "server/qt/NativeWindow.h"
 
+#include <QGuiApplication>
+#include <QInputMethod>
 #include <QInputMethodEvent>
 #include <QInputMethodQueryEvent>
 #include <QMimeData>
@@ -353,13 +355,56 @@ void NativeWindow::keyReleaseEvent(QKeyEvent* event)
         _Key(event, false);
 }
 
-void NativeWindow::_TypeCommitted(const QString& text)
+static int32 bytes_before(const QString& text, int place)
 {
-    StageLock lock;
-    for (uint character : text.toUcs4()) {
-        char32_t one = character;
-        stage().TypeCharacter(QString::fromUcs4(&one, 1).toUtf8().constData());
+    return int32(text.left(place).toUtf8().size());
+}
+
+// Keys that are composed without a trace, as accents are, come as committed text alone.
+void NativeWindow::_Compose(const QInputMethodEvent& event)
+{
+    const QString& text = event.preeditString();
+    Composition composing;
+    composing.text = text.toStdString();
+    composing.selectionStart = composing.selectionEnd = int32(composing.text.size());
+    for (const QInputMethodEvent::Attribute& part : event.attributes()) {
+        const int32 from = bytes_before(text, part.start);
+        if (part.type == QInputMethodEvent::Cursor) {
+            composing.selectionStart = composing.selectionEnd = from;
+        } else if (part.type == QInputMethodEvent::TextFormat && part.length > 0) {
+            composing.clauses.push_back(from);
+            composing.clauses.push_back(bytes_before(text, part.start + part.length));
+        }
     }
+    StageLock lock;
+    stage().Compose(std::move(composing), event.commitString().toStdString());
+}
+
+QVariant NativeWindow::_InputProperty(Qt::InputMethodQuery query) const
+{
+    switch (query) {
+        case Qt::ImEnabled:
+            return true;
+        case Qt::ImCursorRectangle:
+        case Qt::ImAnchorRectangle:
+            return fInputPlace;
+        default:
+            return QVariant();
+    }
+}
+
+void NativeWindow::SetInputPlace(BRect place)
+{
+    fInputPlace =
+        QRect(QPoint(int(place.left), int(place.top)), QPoint(int(place.right), int(place.bottom)));
+    if (QGuiApplication::focusWindow() == this)
+        QGuiApplication::inputMethod()->update(Qt::ImCursorRectangle | Qt::ImAnchorRectangle);
+}
+
+void NativeWindow::EndInput()
+{
+    if (QGuiApplication::focusWindow() == this)
+        QGuiApplication::inputMethod()->reset();
 }
 
 void NativeWindow::_Drop(QDropEvent* event)
@@ -420,13 +465,16 @@ bool NativeWindow::event(QEvent* event)
             return true;
         case QEvent::InputMethodQuery: {
             auto* query = static_cast<QInputMethodQueryEvent*>(event);
-            if ((query->queries() & Qt::ImEnabled) != 0)
-                query->setValue(Qt::ImEnabled, true);
+            for (Qt::InputMethodQuery one :
+                 {Qt::ImEnabled, Qt::ImCursorRectangle, Qt::ImAnchorRectangle}) {
+                if ((query->queries() & one) != 0)
+                    query->setValue(one, _InputProperty(one));
+            }
             query->accept();
             return true;
         }
         case QEvent::InputMethod:
-            _TypeCommitted(static_cast<QInputMethodEvent*>(event)->commitString());
+            _Compose(*static_cast<QInputMethodEvent*>(event));
             return true;
         default:
             return QWindow::event(event);

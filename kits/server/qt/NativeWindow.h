@@ -12,6 +12,7 @@
 #include "server/screen/Stage.h"
 
 class QDropEvent;
+class QInputMethodEvent;
 
 namespace server {
 
@@ -27,6 +28,9 @@ public:
     void SetPlace(BRect frame);
     void SetLimits(const WindowSpec& spec);
     void SetCursorImage(const Cursor& image, bool hidden);
+    // Where composed text is.
+    void SetInputPlace(BRect place);
+    void EndInput();
     // A menu's window, which may grab the pointer: presses on other programs' windows then come
     // here too.
     bool IsMenu() const { return (flags() & Qt::BypassWindowManagerHint) != 0; }
@@ -64,7 +68,8 @@ private:
     BPoint _OnScreen(QPointF where) const;        // stage locked
     void _MoveTo(QPointF where, bigtime_t when);  // stage locked
     void _Key(QKeyEvent* event, bool down);
-    void _TypeCommitted(const QString& text);
+    void _Compose(const QInputMethodEvent& event);
+    QVariant _InputProperty(Qt::InputMethodQuery query) const;
     void _Drop(QDropEvent* event);
 
     QtWindow* fOwner;  // null: gone
@@ -74,6 +79,7 @@ private:
     bool fGrabbing = false;
     QBasicTimer fTimer;  // runs while something waits for the next frame
     bigtime_t fLastFlush = 0;
+    QRect fInputPlace;
 };
 
 }  // namespace server

@@ -94,10 +94,12 @@ void QtDisplay::_Run()
     {
         TaskQueue queue(this);
         fX11 = X11Screen::Connect();
-        if (fX11 != nullptr)
-            fClipboard = std::make_shared<X11Clipboard>();
-        else
+        if (fX11 != nullptr) {
+            fClipboard = std::make_shared<X11Clipboard>("CLIPBOARD");
+            fPrimary = std::make_shared<X11Clipboard>("PRIMARY");
+        } else {
             fClipboard = std::make_shared<QtClipboard>(this, &queue);
+        }
         {
             StageLock lock;
             fQueue = &queue;
@@ -287,6 +289,8 @@ void QtDisplay::Shutdown()
         return;
     std::call_once(fEnded, [this] {
         fClipboard->End();
+        if (fPrimary != nullptr)
+            fPrimary->End();
         {
             StageLock lock;
             Post([] { QGuiApplication::exit(); });  // quit() would ask the windows

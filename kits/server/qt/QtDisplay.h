@@ -38,6 +38,7 @@ public:
     void UpdateCursors() override;
     void InputHeld(bool held) override;
     std::shared_ptr<Clipboard> SystemClipboard() override { return fClipboard; }
+    std::shared_ptr<Clipboard> PrimarySelection() override { return fPrimary; }
     void Shutdown() override;
 
     // Runs `task` on the server's thread, in order. Stage locked. False when the thread is gone.
@@ -73,6 +74,7 @@ private:
     Monitor fMonitor;                           // stage locked
     BRect fScreen{0, 0, 1023, 767};             // stage locked
     std::shared_ptr<Clipboard> fClipboard;      // set before the constructor returns
+    std::shared_ptr<Clipboard> fPrimary;        // as well; null beside X11
     bigtime_t fFrameInterval = 1000000 / 60;
 };
 

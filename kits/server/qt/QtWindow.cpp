@@ -250,6 +250,17 @@ void QtWindow::WorkspacesSet()
     _Post([=, this](NativeWindow& native) { _TellWorkspaces(native, workspaces); });
 }
 
+void QtWindow::CompositionMoved()
+{
+    const BRect place = fCompositionPlace;
+    _Post([=](NativeWindow& native) { native.SetInputPlace(place); });
+}
+
+void QtWindow::CompositionEnded()
+{
+    _Post([](NativeWindow& native) { native.EndInput(); });
+}
+
 void QtWindow::SetCursor(const BCursor* cursor)
 {
     StageLock lock;

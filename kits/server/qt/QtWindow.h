@@ -71,6 +71,8 @@ private:
     void Retitled() override;
     void Restyled() override;
     void WorkspacesSet() override;
+    void CompositionMoved() override;
+    void CompositionEnded() override;
 
     QtDisplay* fDisplay;
     std::unique_ptr<NativeWindow> fNative;  // server's thread; made by the first task

@@ -29,6 +29,7 @@ public:
     virtual void InputHeld(bool held) = 0;
     // Not locked.
     virtual std::shared_ptr<Clipboard> SystemClipboard() = 0;
+    virtual std::shared_ptr<Clipboard> PrimarySelection() { return nullptr; }
     // Ends threads and native windows; not locked, waits. Other threads may still be inside calls,
     // and windows be left: the object stays.
     virtual void Shutdown() = 0;

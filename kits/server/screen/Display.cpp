@@ -303,6 +303,12 @@ std::shared_ptr<Clipboard> SystemClipboard()
     return chosen_backend()->SystemClipboard();
 }
 
+std::shared_ptr<Clipboard> PrimarySelection()
+{
+    std::lock_guard guard(choice_mutex());
+    return chosen_backend()->PrimarySelection();
+}
+
 void Shutdown()
 {
     Backend* display;

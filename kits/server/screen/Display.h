@@ -12,6 +12,7 @@
 #include <Region.h>
 #include <Window.h>
 
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -41,9 +42,20 @@ enum class EventKind : uint8 {
     WorkspacesChanged,   // workspaces, oldWorkspaces
     FilesDropped,        // paths, where, screenWhere, buttons, modifiers
     TextDropped,         // text, where, screenWhere, buttons, modifiers
+    Composed,            // composition
 };
 
 class EventSink;
+
+// What an input method makes of keys. Places are bytes of the text.
+struct Composition {
+    enum class Step : uint8 { Started, Changed, Stopped };
+    Step step = Step::Changed;
+    std::string text;
+    bool confirmed = false;  // it is done, and to be kept
+    int32 selectionStart = 0, selectionEnd = 0;
+    std::vector<int32> clauses;  // start and end of each
+};
 
 struct Event {
     EventKind kind;
@@ -72,6 +84,7 @@ struct Event {
     uint32 workspaces = 0, oldWorkspaces = 0;
     std::vector<std::string> paths;
     std::string text;
+    std::shared_ptr<const Composition> composition;
 };
 
 // Where a window's events go. Called on the server's thread, or on the thread that injects input;
@@ -122,6 +135,10 @@ public:
     virtual void AddToSubset(Window* other) = 0;
     virtual void RemoveFromSubset(Window* other) = 0;
     virtual void SetCursor(const BCursor* cursor) = 0;  // null: the default
+    // Where the text is that an input method makes, in the window: its list of words goes there.
+    virtual void SetCompositionPlace(BRect place) = 0;
+    // What is being composed stays where it is, and nothing more of it comes.
+    virtual void EndComposition() = 0;
     // Hands finished pixels over: `rects` of `surface` (a B_RGBA32 back buffer of the window's
     // size) are copied before the call returns, and reach the screen with its next frame.
     virtual void Present(const Surface& surface, const clipping_rect* rects, int32 count) = 0;

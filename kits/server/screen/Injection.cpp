@@ -76,6 +76,30 @@ void inject_text(const char* text)
     }
 }
 
+void inject_composition(const char* text, int32_t caret, const char* committed)
+{
+    Composition composing;
+    composing.text = text != nullptr ? text : "";
+    composing.selectionStart = composing.selectionEnd = caret;
+    composing.clauses = {0, int32(composing.text.size())};
+    StageLock lock;
+    stage().Compose(std::move(composing), committed != nullptr ? committed : "");
+}
+
+bool inject_composition_place(float place[4])
+{
+    StageLock lock;
+    const ScreenWindow* window = stage().Active();
+    if (window == nullptr || !window->CompositionPlace().IsValid())
+        return false;
+    const BRect rect = window->CompositionPlace().OffsetByCopy(window->Frame().LeftTop());
+    place[0] = rect.left;
+    place[1] = rect.top;
+    place[2] = rect.right;
+    place[3] = rect.bottom;
+    return true;
+}
+
 void inject_wheel(float dx, float dy)
 {
     StageLock lock;

@@ -296,4 +296,18 @@ bool ScreenWindow::ReportWorkspaces(uint32 workspaces)
     return true;
 }
 
+void ScreenWindow::SetCompositionPlace(BRect place)
+{
+    StageLock lock;
+    fCompositionPlace = place;
+    CompositionMoved();
+}
+
+void ScreenWindow::EndComposition()
+{
+    StageLock lock;
+    stage().ForgetComposition();
+    CompositionEnded();
+}
+
 }  // namespace server

@@ -75,6 +75,10 @@ public:
     void AddToSubset(Window* other) override;
     void RemoveFromSubset(Window* other) override;
     BRect DecoratorFrame(BRect content) const override;
+    void SetCompositionPlace(BRect place) override;
+    void EndComposition() override;
+    // Stage locked.
+    BRect CompositionPlace() const { return fCompositionPlace; }
 
 protected:
     ~ScreenWindow() override = default;
@@ -89,6 +93,9 @@ protected:
     virtual void Retitled() {}
     virtual void Restyled() {}
     virtual void WorkspacesSet() {}
+    // The composition's place; it is over.
+    virtual void CompositionMoved() {}
+    virtual void CompositionEnded() {}
 
     bool ResizePixels(BRect frame);
     // The workspaces of a new window are those of the moment.
@@ -105,6 +112,7 @@ protected:
     bool fShown = false;
     bool fMinimized = false;
     FrontBuffer fPixels;
+    BRect fCompositionPlace;
 };
 
 }  // namespace server

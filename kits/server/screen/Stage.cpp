@@ -51,6 +51,8 @@ void Stage::Remove(ScreenWindow* window)
         fPressed = nullptr;
     if (fActive == window)
         fActive = nullptr;
+    if (fComposer == window)
+        fComposer = nullptr;
 }
 
 void Stage::Raise(ScreenWindow* window)
@@ -403,6 +405,66 @@ void Stage::TypeCharacter(const char* utf8)
     std::vector<Event> events;
     fKeyboard.Type(utf8, &events);
     _DeliverKeys(events);
+}
+
+void Stage::_Tell(ScreenWindow* window, Composition composition)
+{
+    Event event;
+    event.kind = EventKind::Composed;
+    event.composition = std::make_shared<const Composition>(std::move(composition));
+    window->Deliver(event);
+}
+
+static Composition composition_step(Composition::Step step, std::string text = "",
+                                    bool confirmed = false)
+{
+    Composition composition;
+    composition.step = step;
+    composition.text = std::move(text);
+    composition.confirmed = confirmed;
+    return composition;
+}
+
+static void type_all(Stage& stage, const std::string& text)
+{
+    for (size_t at = 0; at < text.size();) {
+        size_t end = at + 1;
+        while (end < text.size() && (text[end] & 0xc0) == 0x80)
+            end++;
+        stage.TypeCharacter(text.substr(at, end - at).c_str());
+        at = end;
+    }
+}
+
+void Stage::Compose(Composition composing, const std::string& committed)
+{
+    using Step = Composition::Step;
+    fLastInput = system_time();
+    if (!_Has(fComposer) || fComposer != fActive || IsInputHeld()) {
+        if (_Has(fComposer))
+            _Tell(fComposer, composition_step(Step::Stopped));
+        fComposer = nullptr;
+    }
+    if (fComposer == nullptr && !committed.empty())
+        type_all(*this, committed);
+    if (fComposer == nullptr && (fActive == nullptr || IsInputHeld() || composing.text.empty()))
+        return;
+    if (fComposer != nullptr && !committed.empty())
+        _Tell(fComposer, composition_step(Step::Changed, committed, true));
+    else if (fComposer != nullptr && composing.text.empty())
+        _Tell(fComposer, composition_step(Step::Changed));
+    if (fComposer != nullptr && (composing.text.empty() || !committed.empty())) {
+        _Tell(fComposer, composition_step(Step::Stopped));
+        fComposer = nullptr;
+    }
+    if (composing.text.empty())
+        return;
+    if (fComposer == nullptr) {
+        fComposer = fActive;
+        _Tell(fComposer, composition_step(Step::Started));
+    }
+    composing.step = Step::Changed;
+    _Tell(fComposer, std::move(composing));
 }
 
 void Stage::SyncModifiers(uint32 modifiers, uint32 mask)

@@ -63,6 +63,11 @@ public:
     void TurnWheel(float dx, float dy, ScreenWindow* target = nullptr, bigtime_t when = 0);
     void ChangeKey(int32 key, bool down, const char* text = nullptr, int32 rawChar = 0);
     void TypeCharacter(const char* utf8);
+    // What an input method has made of keys so far, which may be nothing any more, and what it is
+    // done with. Text that nobody saw being composed is typed.
+    void Compose(Composition composing, const std::string& committed);
+    // The window that takes part knows of its end.
+    void ForgetComposition() { fComposer = nullptr; }
     void SyncModifiers(uint32 modifiers, uint32 mask);
     void ReleaseKeys();
     void Drop(BPoint where, Event event, ScreenWindow* target = nullptr);
@@ -98,6 +103,7 @@ private:
     void _Enter(ScreenWindow* window);
     bool _HeldButton(int32 button, bool down);
     void _DeliverKeys(const std::vector<Event>& events);
+    void _Tell(ScreenWindow* window, Composition composition);
 
     std::vector<ScreenWindow*> fWindows;
     ScreenWindow* fActive = nullptr;
@@ -110,6 +116,7 @@ private:
     int32 fButtons = 0;
     uint32 fPresses = 0;  // of buttons, so far
     Keyboard fKeyboard;
+    ScreenWindow* fComposer = nullptr;  // where text is being composed
     ClickCounter fClicks;
     Cursor fAppCursor;
     bool fCursorHidden = false;

@@ -30,7 +30,11 @@ struct X11Clipboard::Task {
     bool done = false;  // fMutex
 };
 
-X11Clipboard::X11Clipboard() : fWakeUp(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK))
+// What is only selected goes with who selected it.
+static const char* const kKeptSelection = "CLIPBOARD";
+
+X11Clipboard::X11Clipboard(const char* selection)
+    : fName(selection), fWakeUp(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK))
 {
     const char* display = getenv("DISPLAY");
     fDisplayName = display != nullptr ? display : "";
@@ -155,7 +159,7 @@ bool X11Clipboard::_Connect()
 
     fAtoms = std::make_unique<X11Atoms>(fConnection);
     fOffer = std::make_unique<X11Offer>(fConnection, *fAtoms);
-    fSelection = fAtoms->Find("CLIPBOARD");
+    fSelection = fAtoms->Find(fName);
     fProperty = fAtoms->Find("_BEOS_CLIPBOARD");
     auto screens = xcb_setup_roots_iterator(xcb_get_setup(fConnection));
     for (; screens.rem > 1 && number > 0; number--)
@@ -455,7 +459,7 @@ xcb_atom_t X11Clipboard::_TakeProperty(std::string* bytes)
 void X11Clipboard::_SaveWithManager()
 {
     _Sync();
-    if (fOwner != fWindow)
+    if (fOwner != fWindow || fName != kKeptSelection)
         return;
     const xcb_atom_t manager = fAtoms->Find("CLIPBOARD_MANAGER");
     auto cookie = xcb_get_selection_owner(fConnection, manager);

@@ -1,9 +1,9 @@
 #ifndef SERVER_QT_X11_CLIPBOARD_H
 #define SERVER_QT_X11_CLIPBOARD_H
 
-// The X server's clipboard, on a connection and a thread of its own: other programs are asked and
-// answered while windows go on, whose thread would have to wait for them inside Qt. The thread
-// starts with the first use.
+// One of the X server's selections as a clipboard, on a connection and a thread of its own: other
+// programs are asked and answered while windows go on, whose thread would have to wait for them
+// inside Qt. The thread starts with the first use.
 
 #include <xcb/xcb.h>
 
@@ -26,7 +26,7 @@ namespace server {
 
 class X11Clipboard final : public WaitingClipboard {
 public:
-    X11Clipboard();
+    explicit X11Clipboard(const char* selection);
     ~X11Clipboard() override;
 
     uint32 Changes() override;
@@ -63,6 +63,7 @@ private:
     xcb_atom_t _TakeProperty(std::string* bytes);
     void _SaveWithManager();
 
+    const std::string fName;  // of the selection
     std::string fDisplayName;
     int fWakeUp = -1;
     std::thread fThread;
