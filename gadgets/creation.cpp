@@ -9,6 +9,8 @@
 #include <Control.h>
 #include <StatusBar.h>
 
+#include <memory>
+
 static const int32_t kFirstKind = 1;
 static const int32_t kLastCreated = 34;
 
@@ -22,7 +24,17 @@ static BRect frame_of(int32_t x, int32_t y, int32_t width, int32_t height)
 static BView* create_view(const GadgetSpec& spec)
 {
     const KindRow* row = kind_row(spec.kind);
-    return row != nullptr && row->create != nullptr ? row->create(spec) : nullptr;
+    if (row == nullptr || row->create == nullptr)
+        return nullptr;
+    return guarded<BView*>(nullptr, [&] {
+        std::unique_ptr<BView> view(row->create(spec));
+        if (view == nullptr)
+            return view.release();
+        view->SetResizingMode(B_FOLLOW_NONE);
+        if (auto* control = dynamic_cast<BControl*>(view.get()))
+            control->SetLabel(spec.Text());
+        return view.release();
+    });
 }
 
 static bool enter_gadget(MyGadget* gadget)
@@ -31,7 +43,18 @@ static bool enter_gadget(MyGadget* gadget)
     return enter_record(registry, gadget);
 }
 
-// Puts the gadget into the registry and its view into a window's top view, or none.
+static bool add_to(MyWinClass& window, const MyGadget& gadget)
+{
+    window.fTopView->AddChild(gadget.view);
+    if (gadget.kind == kStatusBar) {
+        if (auto* bar = dynamic_cast<BStatusBar*>(gadget.view))
+            bar->Update(static_cast<float>(gadget.value), bar->Label(), bar->TrailingText());
+    }
+    return true;
+}
+
+// Puts the gadget into the registry and its view into a window's top view, or none. False, and it
+// is in neither, if that can not be.
 static bool attach(MyGadget* gadget, int32_t window_ident, const char* call)
 {
     if (window_ident == -1)
@@ -39,12 +62,11 @@ static bool attach(MyGadget* gadget, int32_t window_ident, const char* call)
     WindowAccess window(window_ident, call);
     if (!window || !enter_gadget(gadget))
         return false;
-    window->fTopView->AddChild(gadget->view);
-    if (gadget->kind == kStatusBar) {
-        if (auto* bar = dynamic_cast<BStatusBar*>(gadget->view))
-            bar->Update(static_cast<float>(gadget->value), bar->Label(), bar->TrailingText());
-    }
-    return true;
+    if (guarded(false, [&] { return add_to(*window.Window(), *gadget); }))
+        return true;
+    remove_record(RegistryLock(), gadget);
+    gadget->view->RemoveSelf();
+    return false;
 }
 
 extern "C" int32_t CreateGadget(int32_t kind, int32_t window_ident, int32_t x, int32_t y,
@@ -71,10 +93,8 @@ extern "C" int32_t CreateGadget(int32_t kind, int32_t window_ident, int32_t x, i
     gadget->width = width;
     gadget->height = height;
     gadget->view = view;
-    view->SetResizingMode(B_FOLLOW_NONE);
-    if (auto* control = dynamic_cast<BControl*>(view))
-        control->SetLabel(spec.Text());
-    if (!attach(gadget, window_ident, __func__)) {
+    const char* const call = __func__;
+    if (!guarded(false, [=] { return attach(gadget, window_ident, call); })) {
         delete view;
         MyFree(gadget);
         return 0;

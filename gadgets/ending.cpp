@@ -133,26 +133,25 @@ static void take_out(BView* view, const std::unordered_set<const BView*>& views)
     }
 }
 
-static void empty_of_gadgets(const MyGadget& gadget, BList* list)
+// Those of them that may be inside the gadget.
+static std::unordered_set<const BView*> views_inside(const MyGadget& gadget, const BList* list)
 {
     const KindRow* row = kind_row(gadget.kind);
     if (gadget.view == nullptr || list == nullptr || row == nullptr || row->inside == Inside::None)
-        return;
-    std::unordered_set<const BView*> views;
-    {
-        RegistryLock registry;
-        views = views_of(*list);
-    }
-    take_out(gadget.view, views);
-    for_each_page(gadget.view, [&](BView* page) { take_out(page, views); });
+        return {};
+    RegistryLock registry;
+    return views_of(*list);
 }
 
 // --- the end
 
 // Of one that is in no list any more.
-static void end_gadget(MyGadget* gadget, BList* others)
+static void end_gadget(MyGadget* gadget, const std::unordered_set<const BView*>& inside)
 {
-    empty_of_gadgets(*gadget, others);
+    if (!inside.empty()) {
+        take_out(gadget->view, inside);
+        for_each_page(gadget->view, [&](BView* page) { take_out(page, inside); });
+    }
     if (gadget->view != nullptr)
         gadget->view->RemoveSelf();
     {
@@ -165,14 +164,11 @@ static void end_gadget(MyGadget* gadget, BList* others)
 
 void dispose_gadget(MyGadget* gadget)
 {
-    BList* others;
-    {
-        RegistryLock registry;
-        if (!remove_record(registry, gadget))
-            return;  // a handler of its own was first
-        others = registry.List(kGadgets);
-    }
-    end_gadget(gadget, others);
+    BList* const others = RegistryLock().List(kGadgets);
+    const auto inside = views_inside(*gadget, others);  // while nothing is lost without memory
+    if (remove_record(RegistryLock(), gadget))
+        end_gadget(gadget, inside);
+    // else a handler of its own was first
 }
 
 void Close_All_Gadget(BList* gadgets)
@@ -189,6 +185,6 @@ void Close_All_Gadget(BList* gadgets)
         LooseLock loose;
         if (!lock.Held())
             loose.Take();
-        end_gadget(gadget, gadgets);
+        guarded([=] { end_gadget(gadget, views_inside(*gadget, gadgets)); });
     }
 }

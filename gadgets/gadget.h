@@ -4,6 +4,7 @@
 // The record of a gadget: what the program placed in a window, beside the view that shows it; and
 // the ways to find it.
 
+#include "runtime/guarded.h"
 #include "runtime/registry.h"
 #include "windows/window_lock.h"
 
@@ -135,16 +136,28 @@ inline BView* shown_view(const MyGadget& gadget) { return shown_view(gadget.view
 // Whether a call goes on when the window of its gadget refused the lock.
 enum class Unlocked { Act, Skip };
 
-// Acts on the view of a gadget of a family, as `View`, with its window locked. The frame of most
-// calls: it looks the gadget up, locks, and does nothing if there is none.
+// Acts on a gadget of a family, with its window locked. Does nothing if there is none, and stops
+// where memory fails.
+template <class Action>
+void with_gadget(int32_t ident, int32_t family, Action act)
+{
+    guarded([&] {
+        const GadgetAccess gadget(ident, family);
+        if (gadget)
+            act(gadget);
+    });
+}
+
+// The same on its view, as `View`: the frame of most calls.
 template <class View, class Action>
 void on_gadget(int32_t ident, int32_t family, Unlocked rule, Action act)
 {
-    const GadgetAccess gadget(ident, family);
-    if (!gadget || (rule == Unlocked::Skip && !gadget.Held()))
-        return;
-    if (auto* view = dynamic_cast<View*>(gadget.View()))
-        act(*view, gadget.Record());
+    with_gadget(ident, family, [&](const GadgetAccess& gadget) {
+        if (rule == Unlocked::Skip && !gadget.Held())
+            return;
+        if (auto* view = dynamic_cast<View*>(gadget.View()))
+            act(*view, gadget.Record());
+    });
 }
 
 // Gives the lock of gadgets in no window up as long as it lives, if the calling thread has it: a

@@ -73,26 +73,28 @@ extern "C" void SetLabelBBox(int32_t ident, const char* text)
 
 enum class Place { Content, Label };
 
-static void put_into_box(int32_t box_ident, int32_t ident, Place place)
+static void put_into(BBox& box, int32_t box_ident, int32_t ident, Place place)
 {
-    const GadgetAccess outer(box_ident, kBox);
-    auto* box = outer ? dynamic_cast<BBox*>(outer.View()) : nullptr;
-    if (box == nullptr)
-        return;
     const GadgetAccess inner(ident);  // its window as well, after the box's
     BView* view = inner ? inner.View() : nullptr;
-    if (view == nullptr || is_inside(box, view))
+    if (view == nullptr || is_inside(&box, view))
         return;
-    if (place == Place::Label && view == box->LabelView())
+    if (place == Place::Label && view == box.LabelView())
         return;
     view->RemoveSelf();
     if (place == Place::Label) {
-        clear_label(*box);
-        box->SetLabel(view);
+        clear_label(box);
+        box.SetLabel(view);
     } else {
-        box->AddChild(view);
+        box.AddChild(view);
     }
     inner.SetHolder(box_ident);
+}
+
+static void put_into_box(int32_t box_ident, int32_t ident, Place place)
+{
+    on_gadget<BBox>(box_ident, kBox, Unlocked::Act,
+                    [=](BBox& box, MyGadget&) { put_into(box, box_ident, ident, place); });
 }
 
 extern "C" void BBoxAddGadget(int32_t box_ident, int32_t ident)

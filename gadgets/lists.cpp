@@ -313,14 +313,13 @@ BView* create_outlistview(const GadgetSpec& spec)
 template <class Action>
 static void on_list(int32_t ident, Action act)
 {
-    const GadgetAccess gadget(ident, kListView);
-    if (!gadget)
-        return;
-    BView* view = shown_view(gadget.View());
-    auto* list = dynamic_cast<BListView*>(view);
-    auto* frame = dynamic_cast<ListFrame*>(view);
-    if (list != nullptr && frame != nullptr)
-        act(*list, *frame);
+    with_gadget(ident, kListView, [&](const GadgetAccess& gadget) {
+        BView* view = shown_view(gadget.View());
+        auto* list = dynamic_cast<BListView*>(view);
+        auto* frame = dynamic_cast<ListFrame*>(view);
+        if (list != nullptr && frame != nullptr)
+            act(*list, *frame);
+    });
 }
 
 template <class Action>

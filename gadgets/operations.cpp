@@ -24,15 +24,16 @@ static bool has_parts(const MyGadget& gadget)
 template <class Action>
 static void on_shown_views(int32_t ident, Action act)
 {
-    const GadgetAccess gadget(ident);
-    if (!gadget || gadget.View() == nullptr)
-        return;
-    BView* view = shown_view(gadget.Record());
-    act(*view);
-    if (!has_parts(gadget.Record()))
-        return;
-    for (BView* child = view->ChildAt(0); child != nullptr; child = child->NextSibling())
-        act(*child);
+    with_gadget(ident, GadgetAccess::kAnyFamily, [&](const GadgetAccess& gadget) {
+        if (gadget.View() == nullptr)
+            return;
+        BView* view = shown_view(gadget.Record());
+        act(*view);
+        if (!has_parts(gadget.Record()))
+            return;
+        for (BView* child = view->ChildAt(0); child != nullptr; child = child->NextSibling())
+            act(*child);
+    });
 }
 
 BView* FindGadget(int32_t ident)
@@ -61,9 +62,8 @@ extern "C" void ShowGadget(int32_t window_ident, int32_t ident) { SetGadget(wind
 
 extern "C" void KillGadget(int32_t, int32_t ident)
 {
-    const GadgetAccess gadget(ident);
-    if (gadget)
-        dispose_gadget(&gadget.Record());
+    with_gadget(ident, GadgetAccess::kAnyFamily,
+                [](const GadgetAccess& gadget) { dispose_gadget(&gadget.Record()); });
 }
 
 // Texts have fonts of their own.
@@ -85,10 +85,12 @@ static void fit_height(BTextControl& field)
 
 extern "C" void SetFontGadget(int32_t ident, int32_t font_ident)
 {
-    BFont font;
-    if (!Find_Font(font_ident, &font))
-        return;
-    on_shown_views(ident, [&](BView& view) { set_font(view, font, B_FONT_ALL); });
+    guarded([=] {
+        BFont font;
+        if (!Find_Font(font_ident, &font))
+            return;
+        on_shown_views(ident, [&](BView& view) { set_font(view, font, B_FONT_ALL); });
+    });
     on_gadget<BView>(ident, kRadioGroup, Unlocked::Act,
                      [](BView& group, MyGadget&) { fit_radio(&group); });
     on_gadget<BMenuField>(ident, kChoiceField, Unlocked::Act,
@@ -152,13 +154,12 @@ extern "C" void SetHandlerForGadget(int32_t ident, int32_t slot, void* handler)
 
 extern "C" void RemoveAll(int32_t window_ident)
 {
-    WindowAccess window(window_ident, __func__);
-    if (!window)
-        return;
-    BView* top = window->fTopView;
-    // Every second one stays, for the later ones move up: kept on purpose.
-    for (int32 i = 0; i < top->CountChildren(); i++)
-        top->RemoveChild(top->ChildAt(i));
+    on_window(window_ident, __func__, [](WindowAccess& window) {
+        BView* top = window->fTopView;
+        // Every second one stays, for the later ones move up: kept on purpose.
+        for (int32 i = 0; i < top->CountChildren(); i++)
+            top->RemoveChild(top->ChildAt(i));
+    });
 }
 
 extern "C" bool is_gadget_ident(int32_t ident) { return gadget_record(ident) != nullptr; }

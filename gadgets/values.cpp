@@ -35,18 +35,18 @@ extern "C" void SetLabel(int32_t ident, const char* text)
 
 extern "C" const char* GetLabel(int32_t ident)
 {
-    static auto* const label = new std::string;
-    label->clear();
-    on_any<BControl>(ident, [](BControl& control) { *label = text_or_empty(control.Label()); });
-    return label->c_str();
+    return guarded("", [=]() -> const char* {
+        static auto* const label = new std::string;
+        label->clear();
+        on_any<BControl>(ident, [](BControl& control) { *label = text_or_empty(control.Label()); });
+        return label->c_str();
+    });
 }
 
-extern "C" void SetEnabled(int32_t ident, int8_t flag)
+static void set_enabled(const GadgetAccess& gadget, bool enabled)
 {
-    const GadgetAccess gadget(ident);
-    if (!gadget || gadget.View() == nullptr)
+    if (gadget.View() == nullptr)
         return;
-    const bool enabled = flag != 0;
     uint32_t& flags = gadget.Record().flags;
     flags = enabled ? flags & ~uint32_t{kDisabled} : flags | kDisabled;
     if (auto* field = dynamic_cast<BMenuField*>(gadget.View())) {
@@ -65,6 +65,12 @@ extern "C" void SetEnabled(int32_t ident, int8_t flag)
     }
 }
 
+extern "C" void SetEnabled(int32_t ident, int8_t flag)
+{
+    with_gadget(ident, GadgetAccess::kAnyFamily,
+                [=](const GadgetAccess& gadget) { set_enabled(gadget, flag != 0); });
+}
+
 extern "C" int32_t GetEnabled(int32_t ident)
 {
     const GadgetAccess gadget(ident);
@@ -77,13 +83,14 @@ extern "C" int32_t GetEnabled(int32_t ident)
 
 extern "C" void ActivateGadget(int32_t ident)
 {
-    const GadgetAccess gadget(ident);
-    if (!gadget || gadget.View() == nullptr)
-        return;
-    BView* view = shown_view(gadget.Record());
-    view->MakeFocus(true);
-    if (auto* window = dynamic_cast<MyWinClass*>(view->Window()))
-        window->fSavedFocus = view;
+    with_gadget(ident, GadgetAccess::kAnyFamily, [](const GadgetAccess& gadget) {
+        if (gadget.View() == nullptr)
+            return;
+        BView* view = shown_view(gadget.Record());
+        view->MakeFocus(true);
+        if (auto* window = dynamic_cast<MyWinClass*>(view->Window()))
+            window->fSavedFocus = view;
+    });
 }
 
 extern "C" void SetChecked(int32_t ident, int32_t flag)
@@ -166,15 +173,14 @@ extern "C" int32_t ReturnIntFromRgb(int32_t red, int32_t green, int32_t blue)
 
 extern "C" void AttachGadgetToWindow(int32_t window_ident, int32_t ident)
 {
-    WindowAccess window(window_ident, __func__);
-    if (!window)
-        return;
-    const GadgetAccess gadget(ident);
-    BView* view = gadget ? gadget.View() : nullptr;
-    if (view != nullptr && view->Window() == nullptr && view->Parent() == nullptr) {
-        window->fTopView->AddChild(view);
-        gadget.SetHolder(0);
-    }
+    on_window(window_ident, __func__, [=](WindowAccess& window) {
+        const GadgetAccess gadget(ident);
+        BView* view = gadget ? gadget.View() : nullptr;
+        if (view != nullptr && view->Window() == nullptr && view->Parent() == nullptr) {
+            window->fTopView->AddChild(view);
+            gadget.SetHolder(0);
+        }
+    });
 }
 
 extern "C" void AttachPopUpToGadget(int32_t ident, int32_t menu_ident)

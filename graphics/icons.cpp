@@ -17,6 +17,7 @@
 #include <View.h>
 
 #include <algorithm>
+#include <exception>
 #include <memory>
 #include <new>
 #include <string.h>
@@ -228,7 +229,7 @@ static BBitmap* load_bitmap(const char* path)
 }
 
 extern "C" int32_t LoadIcon(const char* path)
-{
+try {
     const BEntry entry(path, true);
     BNode node(&entry);
     BNodeInfo info(&node);
@@ -241,17 +242,26 @@ extern "C" int32_t LoadIcon(const char* path)
         return enter_icon(icon);
     MyFreeIcon(icon);
     return 0;
+} catch (const std::exception&) {
+    show_dbg(kNoMemory, 0, __func__);
+    return 0;
 }
 
 extern "C" int32_t LoadImage(const char* path)
-{
+try {
     BBitmap* image = load_bitmap(path);
     return image != nullptr ? enter_image(image, __func__) : 0;
+} catch (const std::exception&) {
+    show_dbg(kNoMemory, 0, __func__);
+    return 0;
 }
 
 extern "C" int32_t CreateImage(int32_t width, int32_t height)
-{
+try {
     return enter_image(new_bitmap(width, height, B_RGBA32), __func__);
+} catch (const std::exception&) {
+    show_dbg(kNoMemory, 0, __func__);
+    return 0;
 }
 
 // The part of a raster from (left, top) to (right, bottom), all inside it.
@@ -279,7 +289,7 @@ static void make_opaque(BBitmap* bitmap)
 }
 
 extern "C" int32_t ImageFromWindow(int32_t window, int32_t x1, int32_t y1, int32_t x2, int32_t y2)
-{
+try {
     BBitmap* part = nullptr;
     {
         RasterPort port(window, __func__);
@@ -296,10 +306,13 @@ extern "C" int32_t ImageFromWindow(int32_t window, int32_t x1, int32_t y1, int32
             make_opaque(part);
     }
     return part != nullptr ? enter_image(part, __func__) : 0;
+} catch (const std::exception&) {
+    show_dbg(kNoMemory, window, __func__);
+    return 0;
 }
 
 extern "C" bool LoadSecondImage(int32_t ident, const char* path)
-{
+try {
     if (find_icon(ImagesLock(), ident) == nullptr)
         return false;
     std::unique_ptr<BBitmap> image(load_bitmap(path));
@@ -311,6 +324,9 @@ extern "C" bool LoadSecondImage(int32_t ident, const char* path)
     icon->selected_image = image.release();
     icon->has_own_second = true;
     return true;
+} catch (const std::exception&) {
+    show_dbg(kNoMemory, ident, __func__);
+    return false;
 }
 
 extern "C" int32_t GetImageWidth(int32_t ident)
@@ -344,7 +360,7 @@ static BBitmap* flat_copy(int32_t ident)
 }
 
 extern "C" void SaveImageFile(const char* path, int32_t ident, int32_t format)
-{
+try {
     const auto count = static_cast<int32_t>(sizeof(kSavedFormats) / sizeof(kSavedFormats[0]));
     if (path == nullptr || format < 0 || format >= count) {
         show_dbg(kBadArgument, format, __func__);
@@ -359,4 +375,6 @@ extern "C" void SaveImageFile(const char* path, int32_t ident, int32_t format)
     BBitmapStream stream(copy);  // deletes the copy
     BTranslatorRoster::Default()->Translate(&stream, nullptr, nullptr, &file,
                                             kSavedFormats[format]);
+} catch (const std::exception&) {
+    show_dbg(kNoMemory, ident, __func__);
 }

@@ -4,28 +4,36 @@
 
 #include <Deskbar.h>
 
+#include "runtime/guarded.h"
 #include "runtime/trace.h"
 
 extern "C" {
 
 void SetExpandDeskBar(uint8_t flag)
 {
-    const status_t status = BDeskbar().Expand(flag != 0);
+    const status_t status = guarded(B_NO_MEMORY, [=] { return BDeskbar().Expand(flag != 0); });
     if (status != B_OK)
         show_status(kNoService, 0, "SetExpandDeskBar", status);
 }
 
-uint8_t IsExpandedDeskBar(void) { return BDeskbar().IsExpanded() ? 1 : 0; }
+uint8_t IsExpandedDeskBar(void)
+{
+    return guarded(uint8_t{0}, [] { return uint8_t{BDeskbar().IsExpanded()}; });
+}
 
-int32_t GetPosDeskBar(void) { return BDeskbar().Location(nullptr); }
+int32_t GetPosDeskBar(void)
+{
+    return guarded(0, [] { return int32_t{BDeskbar().Location(nullptr)}; });
+}
 
 void SetPosDeskBar(int32_t location)
 {
     if (location < B_DESKBAR_TOP || location > B_DESKBAR_RIGHT_BOTTOM)
         return show_dbg(kBadArgument, 0, "SetPosDeskBar");
-    BDeskbar deskbar;
-    const auto place = static_cast<deskbar_location>(location);
-    const status_t status = deskbar.SetLocation(place, deskbar.IsExpanded());
+    const status_t status = guarded(B_NO_MEMORY, [=] {
+        BDeskbar deskbar;
+        return deskbar.SetLocation(static_cast<deskbar_location>(location), deskbar.IsExpanded());
+    });
     if (status != B_OK)
         show_status(kNoService, 0, "SetPosDeskBar", status);
 }

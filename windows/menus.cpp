@@ -267,11 +267,8 @@ NoPopUp::~NoPopUp()
 template <class Make>
 static int32_t create_menu(const char* const* desc, Make make, bool popup, const char* call)
 {
-    int32_t ident = 0;
-    try {
-        ident = desc != nullptr ? CreateMenuRtn(desc, make(), popup, nullptr) : 0;
-    } catch (const std::bad_alloc&) {
-    }
+    const int32_t ident = guarded(
+        0, [&] { return desc != nullptr ? CreateMenuRtn(desc, make(), popup, nullptr) : 0; });
     if (ident == 0)
         show_dbg(kBadArgument, 0, call);
     return ident;
@@ -292,18 +289,15 @@ extern "C" int32_t CreatePopUpMenu(const char* const* desc)
         desc, [] { return new MyPopUpMenu; }, true, __func__);
 }
 
-extern "C" int32_t AttachMenuToWin(int32_t window_ident, int32_t menu_ident)
+static int32_t attach_bar(WindowAccess& window, int32_t menu_ident, const char* call)
 {
-    WindowAccess window(window_ident, __func__);
-    if (!window)
-        return 0;
     BMenuBar* before = FindMenuBView(window.Window());
     BMenuBar* bar = show_menu<BMenuBar>(menu_ident);
     if (bar == nullptr) {
         RegistryLock registry;
         const MenuRecord* record = FindMenu(registry, menu_ident);
         if (record == nullptr || record->menu != before) {
-            show_dbg(kBadArgument, menu_ident, __func__);
+            show_dbg(kBadArgument, menu_ident, call);
             return 0;
         }
     }
@@ -314,21 +308,26 @@ extern "C" int32_t AttachMenuToWin(int32_t window_ident, int32_t menu_ident)
     return 1;
 }
 
-extern "C" void RemoveMenu(int32_t window_ident)
+extern "C" int32_t AttachMenuToWin(int32_t window_ident, int32_t menu_ident)
 {
-    WindowAccess window(window_ident, __func__);
-    BMenuBar* bar = window ? FindMenuBView(window.Window()) : nullptr;
-    if (bar == nullptr)
-        return;
-    take_bar_off(window.Window(), bar);
-    window.Refresh(window->fTopView->Bounds());
+    const char* const call = __func__;
+    return ask_window(window_ident, call, 0,
+                      [=](WindowAccess& window) { return attach_bar(window, menu_ident, call); });
 }
 
-extern "C" int32_t AttachPopUpToWindow(int32_t window_ident, int32_t menu_ident)
+extern "C" void RemoveMenu(int32_t window_ident)
 {
-    WindowAccess window(window_ident, __func__);
-    if (!window)
-        return 0;
+    on_window(window_ident, __func__, [](WindowAccess& window) {
+        BMenuBar* bar = FindMenuBView(window.Window());
+        if (bar == nullptr)
+            return;
+        take_bar_off(window.Window(), bar);
+        window.Refresh(window->fTopView->Bounds());
+    });
+}
+
+static int32_t attach_pop_up(WindowAccess& window, int32_t menu_ident, const char* call)
+{
     MyPopUpMenu* menu = nullptr;
     if (menu_ident != 0) {
         {
@@ -339,13 +338,21 @@ extern "C" int32_t AttachPopUpToWindow(int32_t window_ident, int32_t menu_ident)
         }
         menu = show_menu<MyPopUpMenu>(menu_ident);
         if (menu == nullptr) {
-            show_dbg(kBadArgument, menu_ident, __func__);
+            show_dbg(kBadArgument, menu_ident, call);
             return 0;
         }
     }
     take_pop_up_off(window.Window());
     window->fPopUp = menu;
     return 1;
+}
+
+extern "C" int32_t AttachPopUpToWindow(int32_t window_ident, int32_t menu_ident)
+{
+    const char* const call = __func__;
+    return ask_window(window_ident, call, 0, [=](WindowAccess& window) {
+        return attach_pop_up(window, menu_ident, call);
+    });
 }
 
 extern "C" void KillMenu(int32_t ident)
@@ -360,7 +367,7 @@ extern "C" void KillMenu(int32_t ident)
         remove_record(registry, record);
         MyFree(record);
     }
-    delete_menu(menu);
+    guarded([=] { delete_menu(menu); });
 }
 
 void Close_All_Menu(BList* menus)
@@ -406,17 +413,19 @@ static BMenuItem* check_menu(const BMenu* menu, uint32 code)
 template <class Change>
 static void on_items(int32_t window_ident, int32_t code, const char* call, Change change)
 {
-    WindowAccess window(window_ident, call);
-    BMenuBar* bar = window ? FindMenuBView(window.Window()) : nullptr;
-    if (bar == nullptr)
-        return;
-    for (int32 i = 0; i < bar->CountItems(); i++) {
-        const BMenu* menu = bar->SubmenuAt(i);
-        BMenuItem* item = menu != nullptr ? check_menu(menu, static_cast<uint32>(code)) : nullptr;
-        if (item != nullptr)
-            change(*item);
-    }
-    window.Refresh(window->fTopView->Bounds());
+    on_window(window_ident, call, [=](WindowAccess& window) {
+        BMenuBar* bar = FindMenuBView(window.Window());
+        if (bar == nullptr)
+            return;
+        for (int32 i = 0; i < bar->CountItems(); i++) {
+            const BMenu* menu = bar->SubmenuAt(i);
+            BMenuItem* item =
+                menu != nullptr ? check_menu(menu, static_cast<uint32>(code)) : nullptr;
+            if (item != nullptr)
+                change(*item);
+        }
+        window.Refresh(window->fTopView->Bounds());
+    });
 }
 
 extern "C" void SetCheckedLabel(int32_t window, int32_t code, int32_t flag)

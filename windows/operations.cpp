@@ -35,47 +35,44 @@ static float as_float(int32_t number) { return static_cast<float>(number); }
 
 extern "C" void MoveWindow(int32_t ident, int32_t x, int32_t y)
 {
-    if (WindowAccess window(ident, __func__); window)
-        window->MoveTo(as_float(x), as_float(y));
+    on_window(ident, __func__,
+              [=](WindowAccess& window) { window->MoveTo(as_float(x), as_float(y)); });
 }
 
 extern "C" void ChangeWindow(int32_t ident, int32_t width, int32_t height)
 {
-    if (WindowAccess window(ident, __func__); window)
-        window->ResizeTo(as_float(width), as_float(height));
+    on_window(ident, __func__,
+              [=](WindowAccess& window) { window->ResizeTo(as_float(width), as_float(height)); });
 }
 
 extern "C" void ChangeWidthWindow(int32_t ident, int32_t width)
 {
-    if (WindowAccess window(ident, __func__); window)
+    on_window(ident, __func__, [=](WindowAccess& window) {
         window->ResizeTo(as_float(width), window->Frame().Height());
+    });
 }
 
 extern "C" void ChangeHeightWindow(int32_t ident, int32_t height)
 {
-    if (WindowAccess window(ident, __func__); window)
+    on_window(ident, __func__, [=](WindowAccess& window) {
         window->ResizeTo(window->Frame().Width(), as_float(height));
+    });
 }
 
 extern "C" void CenterWindow(int32_t ident)
 {
-    WindowAccess window(ident, __func__);
-    if (!window)
-        return;
-    const BRect screen = BScreen().Frame();
-    const BRect bounds = window->Bounds();
-    const BPoint place(screen.Width() * 0.5f - bounds.Width() * 0.5f,
-                       screen.Height() * 0.5f - bounds.Height() * 0.5f);
-    if (screen.Contains(place))
-        window->MoveTo(place);
+    on_window(ident, __func__, [](WindowAccess& window) {
+        const BRect screen = BScreen().Frame();
+        const BRect bounds = window->Bounds();
+        const BPoint place(screen.Width() * 0.5f - bounds.Width() * 0.5f,
+                           screen.Height() * 0.5f - bounds.Height() * 0.5f);
+        if (screen.Contains(place))
+            window->MoveTo(place);
+    });
 }
 
-extern "C" int32_t GetWindowPosition(int32_t ident, int32_t selector)
+static int32_t part_of(BRect frame, int32_t selector)
 {
-    WindowAccess window(ident, __func__);
-    if (!window)
-        return 0;
-    const BRect frame = window->Frame();
     switch (selector) {
         case 0:
             return truncated(frame.left);
@@ -90,42 +87,44 @@ extern "C" int32_t GetWindowPosition(int32_t ident, int32_t selector)
     }
 }
 
+extern "C" int32_t GetWindowPosition(int32_t ident, int32_t selector)
+{
+    return ask_window(ident, __func__, 0,
+                      [=](WindowAccess& window) { return part_of(window->Frame(), selector); });
+}
+
 extern "C" void SetMinSize(int32_t ident, int32_t width, int32_t height)
 {
-    WindowAccess window(ident, __func__);
-    if (!window)
-        return;
-    float most_wide, most_high;
-    window->GetSizeLimits(nullptr, &most_wide, nullptr, &most_high);
-    window->SetSizeLimits(as_float(width), most_wide, as_float(height), most_high);
+    on_window(ident, __func__, [=](WindowAccess& window) {
+        float most_wide, most_high;
+        window->GetSizeLimits(nullptr, &most_wide, nullptr, &most_high);
+        window->SetSizeLimits(as_float(width), most_wide, as_float(height), most_high);
+    });
 }
 
 extern "C" void SetMaxSize(int32_t ident, int32_t width, int32_t height)
 {
-    WindowAccess window(ident, __func__);
-    if (!window)
-        return;
-    float least_wide, least_high;
-    window->GetSizeLimits(&least_wide, nullptr, &least_high, nullptr);
-    window->SetSizeLimits(least_wide, as_float(width), least_high, as_float(height));
+    on_window(ident, __func__, [=](WindowAccess& window) {
+        float least_wide, least_high;
+        window->GetSizeLimits(&least_wide, nullptr, &least_high, nullptr);
+        window->SetSizeLimits(least_wide, as_float(width), least_high, as_float(height));
+    });
 }
 
 // --- title
 
 extern "C" void SetWindowTitle(int32_t ident, const char* title)
 {
-    if (WindowAccess window(ident, __func__); window)
-        window->SetTitle(title);
+    on_window(ident, __func__, [=](WindowAccess& window) { window->SetTitle(title); });
 }
 
 extern "C" const char* GetWindowTitle(int32_t ident)
 {
-    static BString* const title = new BString;  // main thread
-    WindowAccess window(ident, __func__);
-    if (!window)
-        return "";
-    title->SetTo(window->Title());
-    return title->String();
+    return ask_window(ident, __func__, "", [](WindowAccess& window) {
+        static BString* const title = new BString;  // main thread
+        title->SetTo(window->Title());
+        return title->String();
+    });
 }
 
 // --- visibility
@@ -135,14 +134,12 @@ extern "C" const char* GetWindowTitle(int32_t ident)
 template <class Action>
 static void on_window_with_handlers(int32_t ident, const char* call, Action act)
 {
-    MyWinClass* window;
-    {
-        WindowAccess access(ident, call);
-        if (!access || !lock_window(access.Window()))
-            return;
-        window = access.Window();
-    }
-    act(*window);
+    MyWinClass* window = ask_window(
+        ident, call, static_cast<MyWinClass*>(nullptr),
+        [](auto& found) { return lock_window(found.Window()) ? found.Window() : nullptr; });
+    if (window == nullptr)
+        return;
+    guarded([&] { act(*window); });
     if (window->IsLocked())
         window->Unlock();
 }
@@ -176,37 +173,38 @@ extern "C" bool IsOpenedWindow(int32_t ident) { return LLFindWindow(ident, __fun
 
 extern "C" bool IsVisibleWindow(int32_t ident)
 {
-    WindowAccess window(ident, __func__);
-    return window && window->IsHidden();  // kept on purpose: true means hidden
+    // kept on purpose: true means hidden
+    return ask_window(ident, __func__, false,
+                      [](WindowAccess& window) { return window->IsHidden(); });
 }
 
 // --- type, look and features
 
 extern "C" void BlockWindow(int32_t ident, int32_t flag)
 {
-    if (WindowAccess window(ident, __func__); window)
+    on_window(ident, __func__, [=](WindowAccess& window) {
         window->SetType(flag != 0 ? B_MODAL_WINDOW : B_TITLED_WINDOW);
+    });
 }
 
 extern "C" void SetWindowLook(int32_t ident, int32_t look)
 {
-    WindowAccess window(ident, __func__);
-    if (!window)
-        return;
-    if (static_cast<uint32_t>(look) < std::size(kLooks))
-        window->SetLook(kLooks[look]);
-    else
-        show_dbg(kBadArgument, ident, __func__);
+    const char* const call = __func__;
+    on_window(ident, call, [=](WindowAccess& window) {
+        if (static_cast<uint32_t>(look) < std::size(kLooks))
+            window->SetLook(kLooks[look]);
+        else
+            show_dbg(kBadArgument, ident, call);
+    });
 }
 
 // Each feature has a flag that forbids it.
 static void allow(int32_t ident, const char* call, uint32 forbidding, bool allowed)
 {
-    WindowAccess window(ident, call);
-    if (!window)
-        return;
-    const uint32 flags = window->Flags() & ~forbidding;
-    window->SetFlags(allowed ? flags : flags | forbidding);
+    on_window(ident, call, [=](WindowAccess& window) {
+        const uint32 flags = window->Flags() & ~forbidding;
+        window->SetFlags(allowed ? flags : flags | forbidding);
+    });
 }
 
 extern "C" void WindowResizable(int32_t ident, int32_t flag)
@@ -245,39 +243,40 @@ extern "C" void SetWindowMode(uint32_t bits) { sModeWindow = bits; }
 
 extern "C" uint32_t GetWorkspaceWin(int32_t ident)
 {
-    WindowAccess window(ident, __func__);
-    return window ? window->Workspaces() : 0;
+    return ask_window(ident, __func__, uint32_t{0},
+                      [](WindowAccess& window) { return window->Workspaces(); });
 }
 
 extern "C" void SetWorkspaceWin(int32_t ident, uint32_t workspaces)
 {
-    if (WindowAccess window(ident, __func__); window)
-        window->SetWorkspaces(workspaces);
+    on_window(ident, __func__, [=](WindowAccess& window) { window->SetWorkspaces(workspaces); });
 }
 
 extern "C" void SetMaxWorkspace(int32_t count)
 {
     if (count >= 1 && count <= kMostWorkspaces)
-        set_workspace_count(count);
+        guarded([=] { set_workspace_count(count); });
     else
         show_dbg(kBadArgument, count, __func__);
 }
 
-extern "C" void SetCurrentWorkspace(int32_t number) { activate_workspace(number); }
+extern "C" void SetCurrentWorkspace(int32_t number)
+{
+    guarded([=] { activate_workspace(number); });
+}
 
-extern "C" int32_t GetCurrentWorkspace(void) { return current_workspace(); }
+extern "C" int32_t GetCurrentWorkspace(void) { return guarded(0, current_workspace); }
 
-extern "C" int32_t CountWorkspace(void) { return count_workspaces(); }
+extern "C" int32_t CountWorkspace(void) { return guarded(0, count_workspaces); }
 
 // --- defaults
 
 extern "C" void SetWindowDefault(int32_t ident)
 {
-    WindowAccess window(ident, __func__);
-    if (!window)
-        return;
-    RegistryLock registry;
-    DefWin = window.Window();
+    on_window(ident, __func__, [](WindowAccess& window) {
+        RegistryLock registry;
+        DefWin = window.Window();
+    });
 }
 
 extern "C" int32_t GetWindowDefault(void)
@@ -295,19 +294,23 @@ extern "C" intptr_t GetAdress(int32_t ident)
 extern "C" void SetDefaultButton(int32_t ident, int32_t gadget_ident)
 {
     WindowRecord* record = LLFindWindow(ident, __func__);
-    GadgetAccess gadget(gadget_ident);
-    if (record == nullptr || !gadget || !gadget.Held())
+    if (record == nullptr)
         return;
-    BView* view = shown_view(gadget.Record());
-    if (view->Window() != record->window)
-        return;
-    // Any view can be the default: the window sends Enter to it, and no more is asked of it.
-    auto* button = dynamic_cast<BButton*>(view);
-    record->window->SetDefaultButton(button != nullptr ? button : reinterpret_cast<BButton*>(view));
+    with_gadget(gadget_ident, GadgetAccess::kAnyFamily, [=](const GadgetAccess& gadget) {
+        if (!gadget.Held())
+            return;
+        BView* view = shown_view(gadget.Record());
+        if (view->Window() != record->window)
+            return;
+        // Any view can be the default: the window sends Enter to it, and no more is asked of it.
+        auto* button = dynamic_cast<BButton*>(view);
+        record->window->SetDefaultButton(button != nullptr ? button
+                                                           : reinterpret_cast<BButton*>(view));
+    });
 }
 
 extern "C" void SetCursor(int32_t flag)
 {
     if (be_app != nullptr)
-        be_app->SetCursor(flag != 0 ? B_I_BEAM_CURSOR : B_HAND_CURSOR);
+        guarded([=] { be_app->SetCursor(flag != 0 ? B_I_BEAM_CURSOR : B_HAND_CURSOR); });
 }

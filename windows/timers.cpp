@@ -37,29 +37,27 @@ void keep_timer_rate(const BView* view)
 
 extern "C" void SetTimerStart(int32_t ident, uint8_t on)
 {
-    WindowAccess window(ident, __func__);
-    if (!window)
-        return;
-    window.Record().timer_running = on;
-    if (on != 0) {
-        window->SetPulseRate(kPulseRate);
-        return;
-    }
-    stop_pulse(window.Window());
-    window.Record().pulse_count = 0;
+    on_window(ident, __func__, [=](WindowAccess& window) {
+        window.Record().timer_running = on;
+        if (on != 0) {
+            window->SetPulseRate(kPulseRate);
+            return;
+        }
+        stop_pulse(window.Window());
+        window.Record().pulse_count = 0;
+    });
 }
 
 extern "C" void SetTimerCount(int32_t ident, int32_t period)
 {
     if (period < 0)
         return;
-    WindowAccess window(ident, __func__);
-    if (!window)
-        return;
-    window.Record().period = period;
-    window.Record().pulse_count = 0;
-    if (period == 0) {
-        window.Record().timer_running = 0;
-        stop_pulse(window.Window());
-    }
+    on_window(ident, __func__, [=](WindowAccess& window) {
+        window.Record().period = period;
+        window.Record().pulse_count = 0;
+        if (period == 0) {
+            window.Record().timer_running = 0;
+            stop_pulse(window.Window());
+        }
+    });
 }

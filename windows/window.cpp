@@ -302,7 +302,7 @@ void MyWinClass::Hide()
         CallHandler(kHidden);
     if (!IsLocked())
         return;
-    BWindow::Hide();
+    guarded([this] { BWindow::Hide(); });
     fIsHiding = nested;
 }
 
@@ -440,21 +440,25 @@ static bool lock_to_close(MyWinClass* window)
 extern "C" void CloseWindow(int32_t ident)
 {
     WindowRecord* record = LLFindWindow(ident, __func__);
-    if (record == nullptr || !lock_to_close(record->window))
+    if (record == nullptr || !guarded(false, [=] { return lock_to_close(record->window); }))
         return;
-    if (is_window_ident(ident))
+    const auto close = [=] {
         record->window->CloseUnasked();
-    else
+        return true;
+    };
+    if (is_window_ident(ident) && guarded(false, close))
+        return;
+    if (record->window->IsLocked())
         record->window->Unlock();
 }
 
 extern "C" void SetHandlerForWindow(int32_t ident, int32_t slot, void* handler)
 {
-    WindowAccess window(ident, __func__);
-    if (!window)
-        return;
-    if (static_cast<uint32_t>(slot) < kWindowSlots)
-        window->fHandlers[slot].store(handler, std::memory_order_release);
-    else
-        show_dbg(kBadArgument, ident, __func__);
+    const char* const call = __func__;
+    on_window(ident, call, [=](WindowAccess& window) {
+        if (static_cast<uint32_t>(slot) < kWindowSlots)
+            window->fHandlers[slot].store(handler, std::memory_order_release);
+        else
+            show_dbg(kBadArgument, ident, call);
+    });
 }

@@ -6,10 +6,10 @@
 //
 //     extern "C" void SetWindowTitle(int32_t ident, const char* title)
 //     {
-//         if (WindowAccess window(ident, __func__); window)
-//             window->SetTitle(text_or_empty(title));
+//         on_window(ident, __func__, [=](WindowAccess& window) { window->SetTitle(title); });
 //     }
 
+#include "runtime/guarded.h"
 #include "windows/window.h"
 
 #include <Rect.h>
@@ -51,5 +51,26 @@ private:
     BRect fTouched;
     bool fRefresh = false;
 };
+
+// The frame of the calls on windows: finds the window, acts, gives it back. Does nothing if there
+// is no such window, and stops where memory fails.
+template <class Act>
+void on_window(int32_t ident, const char* call, Act act)
+{
+    guarded([&] {
+        if (WindowAccess window(ident, call); window)
+            act(window);
+    });
+}
+
+// The same for calls with a result, which is `failed` then.
+template <class Result, class Ask>
+Result ask_window(int32_t ident, const char* call, Result failed, Ask ask)
+{
+    return guarded(failed, [&]() -> Result {
+        WindowAccess window(ident, call);
+        return window ? ask(window) : failed;
+    });
+}
 
 #endif  // WINDOWS_WINDOW_ACCESS_H

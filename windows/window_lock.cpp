@@ -8,6 +8,7 @@
 
 #include "windows/window_lock.h"
 
+#include "runtime/guarded.h"
 #include "windows/window.h"
 
 #include <Autolock.h>
@@ -157,7 +158,7 @@ bool lock_window(BWindow* window)
     if (window == nullptr)
         return false;
     const status_t status = window->LockWithTimeout(0);
-    return status == B_OK || (is_taken(status) && wait_for(window));
+    return status == B_OK || (is_taken(status) && guarded(false, [=] { return wait_for(window); }));
 }
 
 WindowLock::WindowLock(BWindow* window) : fWindow(lock_window(window) ? window : nullptr) {}

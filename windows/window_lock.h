@@ -6,7 +6,8 @@
 class BView;
 class BWindow;
 
-// Locks a window that may be gone; false, and nothing locked, if it is. Any thread.
+// Locks a window that may be gone; false, and nothing locked, if it is, and where memory fails. Any
+// thread.
 bool lock_window(BWindow* window);
 
 // Holds a window, or that of a view; gives back only a lock that it got.

@@ -1,85 +1,14 @@
 // Calls whose memory fails: each gives its failure value, or does its work without, and the program
 // goes on. Every allocation of a call fails once, the first to the last.
 
-#include "support/program.h"
+#include "memory/support/failing_memory.h"
 
-#include <gtest/gtest.h>
-
-#include <cerrno>
-#include <cstdlib>
-#include <functional>
-#include <new>
 #include <string>
+#include <vector>
 
-#include <dlfcn.h>
-#include <pthread.h>
 #include <unistd.h>
 
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-#define HAS_OWN_MEMORY 1
-#else
-#define HAS_OWN_MEMORY 0
-#endif
-
-// Of the calling thread: how many allocations succeed before one fails, -1 for all; and whether one
-// did.
-static thread_local int tBeforeFailure = -1;
-static thread_local bool tHasFailed = false;
-static thread_local bool tThreadsFail = false;
-
-static bool fails()
-{
-    if (tBeforeFailure < 0 || tBeforeFailure-- > 0)
-        return false;
-    tHasFailed = true;
-    errno = ENOMEM;
-    return true;
-}
-
-#if !HAS_OWN_MEMORY
-extern "C" {
-void* __libc_malloc(size_t);
-void* __libc_calloc(size_t, size_t);
-void* __libc_realloc(void*, size_t);
-
-void* malloc(size_t size) { return fails() ? nullptr : __libc_malloc(size); }
-void* calloc(size_t count, size_t size) { return fails() ? nullptr : __libc_calloc(count, size); }
-void* realloc(void* block, size_t size) { return fails() ? nullptr : __libc_realloc(block, size); }
-
-int pthread_create(pthread_t* thread, const pthread_attr_t* attributes, void* (*entry)(void*),
-                   void* argument)
-{
-    using Create = int (*)(pthread_t*, const pthread_attr_t*, void* (*)(void*), void*);
-    static const auto create = reinterpret_cast<Create>(dlsym(RTLD_NEXT, "pthread_create"));
-    return tThreadsFail ? EAGAIN : create(thread, attributes, entry, argument);
-}
-}
-#endif
-
 namespace {
-
-// Calls with the first allocation failing, then with the second ..., until none is left to fail.
-void with_each_failing(const std::function<void()>& call)
-{
-    for (int before = 0; before < 100000; before++) {
-        tHasFailed = false;
-        tBeforeFailure = before;
-        call();
-        tBeforeFailure = -1;
-        if (!tHasFailed)
-            return;
-    }
-    FAIL() << "there is always one more";
-}
-
-class FailingMemory : public testing::Test {
-protected:
-    void SetUp() override
-    {
-        if (HAS_OWN_MEMORY)
-            GTEST_SKIP() << "the sanitizer's own memory does not fail";
-    }
-};
 
 TEST_F(FailingMemory, RegistryIsNullThen)
 {
@@ -88,7 +17,7 @@ TEST_F(FailingMemory, RegistryIsNullThen)
     with_each_failing([&] {
         failures++;
         table = Open_Sys(1);
-        EXPECT_EQ(table == nullptr, tHasFailed);
+        EXPECT_EQ(table == nullptr, has_failed());
     });
     EXPECT_GT(failures, 9);
     Close_Sys(table);
@@ -101,8 +30,8 @@ TEST_F(FailingMemory, WindowIsNotOpenThen)
     int opened = 0;
     with_each_failing([&] {
         const int32_t window = OpenWindow(100, 100, 200, 100);
-        tBeforeFailure = -1;
-        EXPECT_TRUE(window != 0 || tHasFailed);
+        stop_failing();
+        EXPECT_TRUE(window != 0 || has_failed());
         if (window != 0) {
             opened++;
             EXPECT_TRUE(is_window_ident(window));
@@ -116,9 +45,9 @@ TEST_F(FailingMemory, WindowIsNotOpenThen)
 
 TEST_F(FailingMemory, WindowWithoutAThreadIsNotOpen)
 {
-    tThreadsFail = true;
+    fail_threads(true);
     const int32_t window = OpenWindow(100, 100, 200, 100);
-    tThreadsFail = false;
+    fail_threads(false);
     EXPECT_EQ(window, 0);
     TestWindow next;
     EXPECT_TRUE(is_window_ident(next));
@@ -177,14 +106,14 @@ TEST_F(FailingMemory, FilesSayThatTheyFailed)
     const std::string deep = folder + "/some/more";
     with_each_failing([&] {
         const int32_t ch = OpenFile(file.c_str(), 1);
-        EXPECT_TRUE(ch != 0 || tHasFailed);
+        EXPECT_TRUE(ch != 0 || has_failed());
         const bool written = WriteFile(ch, "some text");
-        EXPECT_TRUE(written || tHasFailed);
+        EXPECT_TRUE(written || has_failed());
         CloseFile(ch);
     });
     EXPECT_EQ(GetLengthFile(file.c_str()), 9);
-    with_each_failing([&] { EXPECT_TRUE(GetLengthFile(file.c_str()) == 9 || tHasFailed); });
-    with_each_failing([&] { EXPECT_TRUE(GetFileType(file.c_str()) == 0 || tHasFailed); });
+    with_each_failing([&] { EXPECT_TRUE(GetLengthFile(file.c_str()) == 9 || has_failed()); });
+    with_each_failing([&] { EXPECT_TRUE(GetFileType(file.c_str()) == 0 || has_failed()); });
     with_each_failing([&] { FindFirstEntry(folder.c_str()); });
     with_each_failing([&] { FindNextEntry(); });
     with_each_failing([&] { MakeDir(deep.c_str()); });
@@ -212,8 +141,8 @@ TEST_F(FailingMemory, ClipboardKeepsWhatItHasOrTakesTheNewText)
     EXPECT_STREQ(GetStringClipboard(), "before");  // makes what a thread has once
     with_each_failing([&] {
         const bool set = SetStringClipboard("after");
-        tBeforeFailure = -1;
-        EXPECT_TRUE(set || tHasFailed);
+        stop_failing();
+        EXPECT_TRUE(set || has_failed());
         if (set) {
             EXPECT_STREQ(GetStringClipboard(), "after");
         }
@@ -231,8 +160,8 @@ TEST_F(FailingMemory, FontsGoOn)
     Text(window, "what a thread has once");
     with_each_failing([&] {
         const int32_t font = OpenFont("DejaVu Sans", "Book", 14);
-        tBeforeFailure = -1;
-        EXPECT_TRUE(font != 0 || tHasFailed);
+        stop_failing();
+        EXPECT_TRUE(font != 0 || has_failed());
         CloseFont(font);
     });
     with_each_failing([&] { SetFontSize(window, 17); });
@@ -282,16 +211,16 @@ TEST_F(FailingMemory, TextsStayOrAreTheNewOnes)
     TEditSetText(editor, "kept");
     with_each_failing([&] {
         const bool loaded = TEditLoadFile(editor, file.c_str());
-        tBeforeFailure = -1;
-        EXPECT_TRUE(loaded || tHasFailed);
+        stop_failing();
+        EXPECT_TRUE(loaded || has_failed());
         if (loaded) {
             EXPECT_EQ(TEditGetSize(editor), static_cast<int32_t>(words.size()));
         }
     });
     with_each_failing([&] {
         const bool saved = TEditSaveFile(editor, file.c_str());
-        tBeforeFailure = -1;
-        EXPECT_TRUE(saved || tHasFailed);
+        stop_failing();
+        EXPECT_TRUE(saved || has_failed());
         EXPECT_EQ(GetLengthFile(file.c_str()), static_cast<int32_t>(words.size()));
     });
     CloseFont(font);

@@ -383,6 +383,7 @@ struct [[gnu::visibility("hidden")]] ViewPrivate
     // A branch comes to or leaves its parent's window, with hooks.
     static void Attach(BView * branch, BWindow * window, Canvas * canvas);
     static void Detach(BView * branch);
+    static void Forget(BView * branch, BWindow * window);
     // New place in the parent and new size; children follow. Pixels of a view that only moves are
     // kept where they can be.
     static void SetFrame(BView * view, BPoint leftTop, float width, float height);

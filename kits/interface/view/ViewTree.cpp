@@ -7,6 +7,7 @@
 #include <interface/view/ViewPrivate.h>
 
 #include <cstring>
+#include <new>
 
 namespace BPrivate {
 
@@ -72,39 +73,55 @@ void ViewPrivate::Attach(BView* branch, BWindow* window, Canvas* canvas)
     }
 }
 
-void ViewPrivate::Detach(BView* branch)
+// Calls the hooks of a branch that leaves its window; a hook may change the branch.
+static void tell_detached(BView* branch, const BWindow* window)
 {
-    BWindow* window = branch->fData->window;
-    if (window == nullptr)
-        return;
     auto still_here = [&](const ViewRef& ref) { return ref.Data()->window == window; };
     std::vector<ViewRef> views;
-    Collect(branch, &views);
+    ViewPrivate::Collect(branch, &views);
     for (const ViewRef& ref : views) {
         if (still_here(ref) && std::exchange(ref.Data()->attached, false))
             ref.Data()->self->DetachedFromWindow();
     }
     views.clear();
-    CollectUpwards(branch, &views);
+    ViewPrivate::CollectUpwards(branch, &views);
     for (const ViewRef& ref : views) {
         if (still_here(ref) && std::exchange(ref.Data()->allAttached, false))
             ref.Data()->self->AllDetached();
     }
-    views.clear();
-    Collect(branch, &views);
-    Canvas* canvas = branch->fData->canvas;
-    for (const ViewRef& ref : views) {
-        ViewData& data = *ref.Data();
-        if (!still_here(ref))
-            continue;
-        window->_ForgetView(data.self);
-        data.tracking = RectTracking();
-        data.window = nullptr;
-        data.SetCanvas(nullptr);
-        data.self->SetNextHandler(nullptr);
-        window->RemoveHandler(data.self);
+}
+
+// The window forgets the views of a branch. Nothing here needs memory: who deletes a view can not
+// do without.
+void ViewPrivate::Forget(BView* branch, BWindow* window)
+{
+    ViewData& data = *branch->fData;
+    for (BView* child = data.first; child != nullptr; child = child->fData->next)
+        Forget(child, window);
+    if (data.window != window)
+        return;
+    window->_ForgetView(branch);
+    data.attached = data.allAttached = false;
+    data.tracking = RectTracking();
+    data.window = nullptr;
+    data.SetCanvas(nullptr);
+    branch->SetNextHandler(nullptr);
+    window->RemoveHandler(branch);
+}
+
+void ViewPrivate::Detach(BView* branch)
+{
+    BWindow* window = branch->fData->window;
+    if (window == nullptr)
+        return;
+    try {
+        tell_detached(branch, window);
+    } catch (const std::bad_alloc&) {  // the hooks are left out
     }
-    canvas->NextGeneration();
+    Canvas* canvas = branch->fData->canvas;
+    Forget(branch, window);
+    if (canvas != nullptr)
+        canvas->NextGeneration();
 }
 
 BView* ViewPrivate::NewTop(BWindow* window, Canvas* canvas, float width, float height)
@@ -162,7 +179,10 @@ bool BView::RemoveSelf()
     BPrivate::ViewLock lock(this);
     if (fData->parent == nullptr)
         return false;
-    fData->InvalidateVisible(true);
+    try {
+        fData->InvalidateVisible(true);
+    } catch (const std::bad_alloc&) {  // the place is drawn with the next change
+    }
     ViewPrivate::Detach(this);
     BView* parent = fData->parent;
     if (parent == nullptr)

@@ -1,0 +1,184 @@
+// Gadgets whose memory fails.
+
+#include "memory/support/failing_memory.h"
+
+#include <functional>
+#include <string>
+#include <vector>
+
+namespace {
+
+const char* const kLong = "A text that is too long to be kept in any small buffer of a string";
+const char* const kChoices[] = {"first", kLong, "third", nullptr};
+
+bool has_labels(int32_t kind) { return kind == 18 || kind == 19; }
+
+const void* text_of(int32_t kind)
+{
+    return has_labels(kind) ? static_cast<const void*>(kChoices) : kLong;
+}
+
+// Every kind there is, and some that are none.
+const int32_t kLastKind = 36;
+
+TEST_F(FailingMemory, GadgetsAreWholeOrNone)
+{
+    TestWindow window(100, 100, 400, 300);
+    for (int32_t kind = 0; kind <= kLastKind; kind++) {
+        const bool exists = [&] {
+            const int32_t gadget = CreateGadget(kind, window, 10, 10, 200, 100, text_of(kind), 5);
+            KillGadget(window, gadget);
+            return gadget != 0;
+        }();
+        SCOPED_TRACE(kind);
+        with_each_failing([&] {
+            const int32_t gadget = CreateGadget(kind, window, 10, 10, 200, 100, text_of(kind), 5);
+            EXPECT_TRUE(gadget != 0 || has_failed() || !exists);
+            stop_failing();
+            EXPECT_EQ(is_gadget_ident(gadget), gadget != 0);
+            KillGadget(window, gadget);
+        });
+    }
+}
+
+class GadgetCalls : public FailingMemory {
+protected:
+    int32_t Make(int32_t kind)
+    {
+        return CreateGadget(kind, fWindow, 10, 10, 200, 100, text_of(kind), 5);
+    }
+    TestWindow fWindow{100, 100, 400, 300};
+};
+
+// Each call on a gadget of each kind.
+TEST_F(GadgetCalls, OfAllKindsGoOn)
+{
+    const std::vector<std::function<void(int32_t)>> calls = {
+        [&](int32_t g) { HideGadget(fWindow, g); },
+        [&](int32_t g) { SetGadget(fWindow, g); },
+        [&](int32_t g) { SetFontGadget(g, 0); },
+        [&](int32_t g) { SetAntiliasingGadget(g, 1); },
+        [&](int32_t g) { SetForeColorGadget(g, 0xFF, 0xFF00); },
+        [&](int32_t g) { SetBackColorGadget(g, 0xFF00FF); },
+        [&](int32_t g) { FocusOnClick(g, 1); },
+        [&](int32_t g) { SetHandlerForGadget(g, 1, nullptr); },
+        [&](int32_t g) { SetLabel(g, kLong); },
+        [&](int32_t g) { GetLabel(g); },
+        [&](int32_t g) { SetEnabled(g, 0); },
+        [&](int32_t g) { SetEnabled(g, 1); },
+        [&](int32_t g) { GetEnabled(g); },
+        [&](int32_t g) { ActivateGadget(g); },
+        [&](int32_t g) { SetChecked(g, 1); },
+        [&](int32_t g) { GetChecked(g); },
+        [&](int32_t g) { SetValue(g, 3); },
+        [&](int32_t g) { GetValue(g); },
+        [&](int32_t g) { RadSelected(g, 1); },
+        [&](int32_t g) { MxSelected(g, 1); },
+        [&](int32_t g) { ChangeMxData(g, kChoices); },
+        [&](int32_t g) { SetProportion(g, 50); },
+        [&](int32_t g) { SetRange(g, 0, 50); },
+        [&](int32_t g) { SetSteps(g, 1, 5); },
+        [&](int32_t g) { SetSliderPosition(g, 2); },
+        [&](int32_t g) { SetSliderProportion(g, 50); },
+        [&](int32_t g) { SetStyle(g, 1); },
+        [&](int32_t g) { SetBarColor(g, 0xFF00); },
+        [&](int32_t g) { SetFillColor(g, 0xFF00); },
+        [&](int32_t g) { SetHashCount(g, 5); },
+        [&](int32_t g) { SetHashType(g, 3); },
+        [&](int32_t g) { SetLimitsLabel(g, kLong, kLong); },
+        [&](int32_t g) { SetStatusLabel(g, kLong); },
+        [&](int32_t g) { SetStatusTrail(g, kLong); },
+        [&](int32_t g) { SetStatusMaxValue(g, 10); },
+        [&](int32_t g) { SetStatusValue(g, 3); },
+        [&](int32_t g) { SetBorder(g, 1); },
+        [&](int32_t g) { SetLabelBBox(g, kLong); },
+        [&](int32_t g) { SetCellSize(g, 6); },
+        [&](int32_t g) { SetLayout(g, 8); },
+        [&](int32_t g) { SetColorRgb(g, 0x336698FF); },
+        [&](int32_t g) { SetColorInt(g, 0x336698FF); },
+        [&](int32_t g) { GetColor(g); },
+        [&](int32_t g) { AddLvEntry(g, kLong); },
+        [&](int32_t g) { AddLvEntry(g, "short"); },
+        [&](int32_t g) { AddEntryInSub(g, 0, kLong); },
+        [&](int32_t g) { ChangeEntryStr(g, 0, kLong); },
+        [&](int32_t g) { ChangeItemColor(g, 0, 1, 2, 3, 4); },
+        [&](int32_t g) { EnableItemLv(g, 0, 0); },
+        [&](int32_t g) { SetMultiSelect(g, 1); },
+        [&](int32_t g) { SetSelectEntry(g, 0); },
+        [&](int32_t g) { SetDeSelectEntry(g, 0); },
+        [&](int32_t g) { LvSelectAll(g); },
+        [&](int32_t g) { LvSelectNone(g); },
+        [&](int32_t g) { IsItemSelected(g, 0); },
+        [&](int32_t g) { CountEntry(g); },
+        [&](int32_t g) { SwapItem(g, 0, 1); },
+        [&](int32_t g) { MoveItem(g, 0, 1); },
+        [&](int32_t g) { SortLv(g); },
+        [&](int32_t g) { GetLvItem(g, 0); },
+        [&](int32_t g) { LvExpandAll(g); },
+        [&](int32_t g) { LvCollapseAll(g); },
+        [&](int32_t g) { SetDragLv(g, 1); },
+        [&](int32_t g) { SetDrawHookLv(g, 0, nullptr); },
+        [&](int32_t g) { RemoveItem(g, 0); },
+        [&](int32_t g) { ClearListView(g); },
+        [&](int32_t g) { SetDefaultButton(fWindow, g); },
+        [&](int32_t g) { AttachPopUpToGadget(g, 0); },
+        [&](int32_t g) { ResizeGadget(g, 150, 80); },
+        [&](int32_t g) { AttachGadgetToWindow(fWindow, g); },
+    };
+    for (int32_t kind = 0; kind <= kLastKind; kind++) {
+        const int32_t gadget = Make(kind);
+        if (gadget == 0)
+            continue;
+        SCOPED_TRACE(kind);
+        for (const auto& call : calls)
+            with_each_failing([&] { call(gadget); });
+        EXPECT_TRUE(is_gadget_ident(gadget));
+        KillGadget(fWindow, gadget);
+    }
+}
+
+TEST_F(GadgetCalls, MovingGadgetsIntoBoxesGoesOn)
+{
+    for (int before = 0; before < 40; before++) {
+        const int32_t box = Make(24);
+        const int32_t inside = Make(1);
+        const int32_t title = Make(2);
+        fail_after(before);
+        BBoxAddGadget(box, inside);
+        fail_after(before);
+        BBoxAddGadgetTitle(box, title);
+        stop_failing();
+        EXPECT_TRUE(is_gadget_ident(inside));
+        EXPECT_TRUE(is_gadget_ident(title));
+        for (int32_t gadget : {inside, title, box})
+            KillGadget(fWindow, gadget);
+    }
+}
+
+TEST_F(GadgetCalls, GadgetsAreKilledAllTheSame)
+{
+    for (int32_t kind = 0; kind <= kLastKind; kind++) {
+        for (int before = 0; before < 20; before++) {
+            const int32_t gadget = Make(kind);
+            fail_after(before);
+            KillGadget(fWindow, gadget);
+            stop_failing();
+            KillGadget(fWindow, gadget);  // if it could not
+            EXPECT_FALSE(is_gadget_ident(gadget));
+        }
+    }
+}
+
+TEST_F(GadgetCalls, RemovingAllGoesOn)
+{
+    for (int before = 0; before < 30; before++) {
+        const int32_t one = Make(1), two = Make(15);
+        fail_after(before);
+        RemoveAll(fWindow);
+        stop_failing();
+        KillGadget(fWindow, one);
+        KillGadget(fWindow, two);
+    }
+}
+
+}  // namespace
