@@ -33,6 +33,7 @@ extern "C" void WritePixel(intptr_t target, int32_t x, int32_t y)
             pixel[1] = color.green;
             pixel[2] = color.blue;
             pixel[3] = color.alpha;
+            port.LeaveUnseen(static_cast<float>(x), static_cast<float>(y));
         }
     });
 }

@@ -291,6 +291,17 @@ extern "C" void StrokeBezier(intptr_t target, const int16_t* points)
 
 // --- text
 
+// Where a text may have left pixels: around the line that it stands on, at any angle. Accents,
+// slanted letters and those of other fonts reach out of its own height.
+static BRect text_box(BPoint start, BPoint end, const font_height& height)
+{
+    BRect box(std::min(start.x, end.x), std::min(start.y, end.y), std::max(start.x, end.x),
+              std::max(start.y, end.y));
+    const float line = height.ascent + height.descent + height.leading;
+    box.InsetBy(-2 * line, -2 * line);
+    return box;
+}
+
 extern "C" void Text(intptr_t target, const char* text)
 {
     if (text == nullptr || *text == '\0')
@@ -302,8 +313,9 @@ extern "C" void Text(intptr_t target, const char* text)
         start.y += height.ascent + height.descent + height.leading;
         port->MovePenTo(start);
         port->DrawString(text);
+        // Kept on purpose: it shows, too, what WritePixel left.
+        port.RefreshAll(text_box(start, port->PenLocation(), height));
         port->MovePenTo(start);
-        port.Refresh(port->Bounds());
     });
 }
 

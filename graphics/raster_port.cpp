@@ -7,8 +7,10 @@
 
 #include <Bitmap.h>
 
+#include <algorithm>
 #include <atomic>
 #include <typeinfo>
+#include <utility>
 
 static const intptr_t kDefaultTarget = -1;
 
@@ -92,6 +94,31 @@ BRect RasterPort::WindowBounds() const
     if (fWindow)
         return fWindow->Bounds();
     return fView->Window() != nullptr ? fView->Window()->Bounds() : fView->Bounds();
+}
+
+void RasterPort::LeaveUnseen(float x, float y)
+{
+    if (!fWindow)
+        return;
+    BRect& unseen = fWindow->fUnseen;
+    if (!unseen.IsValid()) {
+        unseen = BRect(x, y, x, y);
+        return;
+    }
+    unseen.left = std::min(unseen.left, x);
+    unseen.top = std::min(unseen.top, y);
+    unseen.right = std::max(unseen.right, x);
+    unseen.bottom = std::max(unseen.bottom, y);
+}
+
+void RasterPort::RefreshAll(BRect touched)
+{
+    if (!fWindow)
+        return;
+    fWindow.Refresh(touched);
+    const BRect unseen = std::exchange(fWindow->fUnseen, BRect());
+    if (unseen.IsValid())
+        fWindow.Refresh(unseen);
 }
 
 extern "C" void SetRefreshWindowMode(intptr_t target, int32_t on)

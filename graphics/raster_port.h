@@ -35,6 +35,10 @@ public:
     BRect WindowBounds() const;
     // Has the rectangle drawn to the screen soon, if the target is a window.
     void Refresh(BRect touched) { fWindow.Refresh(touched); }
+    // Leaves a pixel as it is on the screen until RefreshAll(), if the target is a window.
+    void LeaveUnseen(float x, float y);
+    // Has the rectangle, and all that was left unseen, drawn to the screen soon.
+    void RefreshAll(BRect touched);
 
 private:
     void _OpenImage(int32_t ident);

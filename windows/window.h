@@ -142,6 +142,7 @@ public:
     BView* fOffscreenView = nullptr;  // every primitive draws through it; bitmap's lock as well
     BView* fSavedFocus = nullptr;     // had the focus when the window was deactivated
     BBitmap* fRaster = nullptr;       // what the window shows
+    BRect fUnseen;                    // around what is in it and waits to be shown with the rest
     BPopUpMenu* fPopUp = nullptr;     // opened by the secondary button
     Marlin::ToolTip* fToolTip = nullptr;
     std::atomic<uint32> fEventMask = 0xFFFFFFFF;  // any thread

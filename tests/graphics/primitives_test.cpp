@@ -92,6 +92,22 @@ bool is_color(rgb_color color, uint8 red, uint8 green, uint8 blue)
     return color.red == red && color.green == green && color.blue == blue;
 }
 
+// What the screen shows of a test's window, at (100, 100) with 200 by 150 pixels, once all that was
+// drawn so far is there: after a mark that is drawn last.
+std::vector<uint32> screen_behind(const TestWindow& window)
+{
+    static uint32_t mark = 0x102030FF;
+    mark += 0x01000000;
+    SetForeColor(window, mark, kWhite);
+    FRectangle(window, 0, 149, 1, 1);
+    EXPECT_TRUE(eventually([] { return screen_pixel(100, 249).red == mark >> 24; }));
+    BBitmap picture(BRect(0, 0, 199, 148), B_RGB32);
+    BRect frame(100, 100, 299, 248);
+    BScreen().ReadBitmap(&picture, false, &frame);
+    const auto* bits = static_cast<const uint32*>(picture.Bits());
+    return {bits, bits + 200 * 149};
+}
+
 }  // namespace
 
 TEST(Primitives, RectanglesIncludeTheirFarEdges)
@@ -404,6 +420,41 @@ TEST(Primitives, WithoutRefreshOnlyTheBitmapChanges)
     FRectangle(window, 40, 40, 20, 20);
     EXPECT_TRUE(eventually([] { return is_color(screen_pixel(150, 150), 0, 0, 255); }));
     EXPECT_TRUE(is_color(screen_pixel(105, 105), 255, 0, 0));
+}
+
+TEST(Primitives, TextShowsWhatPixelsWereWrittenKept)
+{
+    TestWindow window;
+    screen_behind(window);
+    SetForeColor(window, kRed, kWhite);
+    WritePixel(window, 150, 130);
+    WritePixel(window, 190, 3);
+    EXPECT_NE(screen_behind(window)[3 * 200 + 190] & 0xffffff, 0x0000ffu);
+    SetForeColor(window, kRed, kWhite);
+    MoveTo(window, 5, 50);
+    Text(window, "x");
+    const std::vector<uint32> shown = screen_behind(window);
+    EXPECT_EQ(shown[3 * 200 + 190] & 0xffffff, 0x0000ffu);
+    EXPECT_EQ(shown[130 * 200 + 150] & 0xffffff, 0x0000ffu);
+}
+
+TEST(Primitives, TextOfAnyFontAndAngleIsShownWhole)
+{
+    TestWindow window;
+    screen_behind(window);
+    const struct {
+        int32_t size, angle, shear;
+    } fonts[] = {{12, 0, 90}, {30, 0, 60}, {20, 45, 90}, {20, 200, 120}, {48, 0, 90}};
+    for (const auto& font : fonts) {
+        SetFontSize(window, font.size);
+        SetRotation(window, font.angle);
+        SetShear(window, font.shear);
+        MoveTo(window, 90, 40);
+        Text(window, "f\u00c5g\u1ea4j");
+    }
+    const std::vector<uint32> shown = screen_behind(window);
+    SetRefreshWindowMode(window, 1);  // all of it
+    EXPECT_EQ(screen_behind(window), shown);
 }
 
 TEST(Primitives, TheDefaultTargetIsTheWindowNamedUntilItCloses)
