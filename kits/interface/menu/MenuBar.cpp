@@ -2,6 +2,7 @@
 
 #include <MenuBar.h>
 
+#include <MenuField.h>
 #include <MenuItem.h>
 #include <Message.h>
 #include <Messenger.h>
@@ -73,6 +74,16 @@ void BMenuBar::AttachedToWindow()
     BMenu::AttachedToWindow();
 }
 
+// The bar that was added last; the title of a field is none.
+static BMenuBar* last_bar(const std::vector<BMenuBar*>& bars)
+{
+    for (size_t i = bars.size(); i-- > 0;) {
+        if (dynamic_cast<BMenuField*>(bars[i]->Parent()) == nullptr)
+            return bars[i];
+    }
+    return nullptr;
+}
+
 void BMenuBar::DetachedFromWindow()
 {
     MenuTracker::Forget(this);
@@ -82,7 +93,7 @@ void BMenuBar::DetachedFromWindow()
     std::vector<BMenuBar*>& bars = WindowData::Of(window)->menuBars;
     std::erase(bars, this);
     if (window->KeyMenuBar() == this)
-        window->SetKeyMenuBar(nullptr);
+        window->SetKeyMenuBar(last_bar(bars));
     BMenu::DetachedFromWindow();
 }
 
