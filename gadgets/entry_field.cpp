@@ -41,6 +41,12 @@ public:
     {
         BTextControl::AllAttached();
         keep_timer_rate(this);
+        ComeIntoWindow();
+    }
+    void DetachedFromWindow() override
+    {
+        LeaveWindow();
+        BTextControl::DetachedFromWindow();
     }
     void MouseDown(BPoint where) override;
     void MakeFocus(bool focus = true) override;
@@ -98,6 +104,7 @@ private:
 PassControl::PassControl(const GadgetSpec& spec, int32_t filter, int32_t maximum)
     : BTextControl(spec.frame, nullptr, spec.Text(), nullptr, nullptr, B_FOLLOW_NONE,
                    B_WILL_DRAW | B_NAVIGABLE),
+      TextEntry(spec.record->ident),
       fGadget(spec.record)
 {
     TextView()->AddFilter(new KeyFilter(this));
@@ -203,7 +210,7 @@ filter_result PassControl::_Tell()
 {
     if (fInputHandler != nullptr && Window() != nullptr) {
         BMessage message(kClickMessage);
-        message.AddPointer("fi", static_cast<TextEntry*>(this));
+        NameIn(&message);
         Window()->PostMessage(&message);
     }
     return B_DISPATCH_MESSAGE;

@@ -62,7 +62,13 @@ public:
     bool AcceptsDrop(const BMessage* message) override;
     void Select(int32 start, int32 end) override;
 
-    int32_t Caret() const { return fCaret; }
+    // The end of the selection that moves.
+    int32_t Caret() const
+    {
+        int32 start, end;
+        GetSelection(&start, &end);
+        return fMovesStart ? start : end;
+    }
 
 protected:
     void InsertText(const char* text, int32 length, int32 offset,
@@ -90,7 +96,7 @@ private:
 
     MyGadget* const fGadget;
     DroppedFiles fDropped;
-    int32_t fCaret = 0;  // the end of the selection that moves
+    bool fMovesStart = false;  // of the selection, rather than its end
     bool fChanged = false;
 };
 
@@ -138,8 +144,7 @@ void MyBTextView::Select(int32 start, int32 end)
     GetSelection(&former_start, &former_end);
     BTextView::Select(start, end);
     GetSelection(&start, &end);
-    const bool moves_start = start != former_start && end == former_end;
-    fCaret = moves_start ? start : end;
+    fMovesStart = start != former_start && end == former_end;
 }
 
 BView* create_tedit(const GadgetSpec& spec)

@@ -8,7 +8,6 @@
 #include "gadgets/text_entry.h"
 #include "runtime/ending.h"
 #include "runtime/guarded.h"
-#include "runtime/live_objects.h"
 #include "runtime/trace.h"
 #include "runtime/whole.h"
 #include "windows/drawing_view.h"
@@ -170,7 +169,7 @@ static void print_drag(BMessage* message, BWindow* window)
 
 static void call_input_handler(BMessage* message)
 {
-    const auto* entry = live_pointer<TextEntry>(*message, "fi");
+    const TextEntry* entry = TextEntry::NamedIn(*message);
     if (entry == nullptr)
         return;
     if (auto* handler = reinterpret_cast<int32_t (*)(const char*)>(entry->fInputHandler))

@@ -693,6 +693,24 @@ TEST_F(EntryFieldTest, InputOfFieldsThatAreGoneIsNotTold)
     EXPECT_EQ(Calls(), "");
 }
 
+TEST_F(EntryFieldTest, InputThatWaitsForAKilledFieldIsNotTold)
+{
+    static int32_t window_ident;
+    window_ident = window;
+    sField = Field();
+    SetStringEnterHandler(sField, reinterpret_cast<void*>(+[](const char* text) {
+                              KillGadget(0, sField);
+                              sField = CreateGadget(3, window_ident, 10, 10, 250, 24, "Name", 0);
+                              SetStringInputHandler(sField, reinterpret_cast<void*>(on_input));
+                              return on_enter(text);
+                          }));
+    BWindow* object = Object();
+    object->Lock();
+    inject_text("a\n");  // the message of the first key comes behind the second key
+    object->Unlock();
+    EXPECT_EQ(Calls(), "enter a");
+}
+
 TEST_F(EntryFieldTest, FontsOfFieldsAreThoseOfTheirTexts)
 {
     const int32_t field = Field();

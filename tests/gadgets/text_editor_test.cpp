@@ -396,8 +396,10 @@ TEST_F(TextEditorTest, TheCaretIsTheEndThatMoves)
     EXPECT_EQ(TEditCaret(editor), 6);
     Type("gh");
     EXPECT_EQ(TEditCaret(editor), 8);
+    TEditSetMaxSize(editor, 3);
+    EXPECT_EQ(TEditCaret(editor), 3);
     TEditSetText(editor, "a");
-    EXPECT_LE(TEditCaret(editor), 1);
+    EXPECT_EQ(TEditCaret(editor), 0);
 }
 
 TEST_F(TextEditorTest, CommandsActWithAndWithoutBars)
