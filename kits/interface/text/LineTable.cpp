@@ -73,9 +73,21 @@ LineTable::Place LineTable::_Find(Before before) const
     return {at.lines, at.bytes, at.height, lines[line]};
 }
 
+// The lines before it need not be asked, only added up.
 LineTable::Place LineTable::At(int32 index) const
 {
-    return _Find([=](const Sums& sums) { return sums.lines <= index; });
+    index = std::clamp(index, int32(0), CountLines() - 1);
+    const size_t block = _BlockOf(index);
+    const Sums& before = fSums[block];
+    const TextLine* const lines = fBlocks[block].lines.data();
+    const int32 count = index - before.lines;
+    int32 bytes = 0;
+    double height = 0;
+    for (int32 i = 0; i < count; i++) {
+        bytes += lines[i].length;
+        height += double(lines[i].height);
+    }
+    return {index, before.bytes + bytes, before.height + height, lines[count]};
 }
 
 LineTable::Place LineTable::AtOffset(int32 offset) const
