@@ -727,3 +727,26 @@ TEST_F(EntryFieldTest, FontsOfFieldsAreThoseOfTheirTexts)
     SetFontGadget(field, -1);
     CloseFont(font);
 }
+
+TEST_F(EntryFieldTest, ComposedTextComesAsKeysToFieldsWithAFilter)
+{
+    const int32_t field = Field(4);
+    inject_composition("12a", 3, "");
+    Settle();
+    EXPECT_STREQ(GetString(field), "") << "nothing of it shows before it is done";
+    inject_composition("", 0, "1é2a");
+    EXPECT_TRUE(eventually([&] { return std::string(GetString(field)) == "12"; }));
+    SetFilterString(field, 1);
+    SetString(field, "");
+    inject_composition("secret", 6, "");
+    Settle();
+    EXPECT_STREQ(GetString(field), "");
+    inject_composition("", 0, "secret");
+    EXPECT_TRUE(eventually([&] { return std::string(GetString(field)) == "******"; }));
+    SetFilterString(field, 5);
+    SetString(field, "");
+    inject_composition("にほ", 6, "");
+    EXPECT_TRUE(eventually([&] { return std::string(GetString(field)) == "にほ"; }));
+    inject_composition("", 0, "日本");
+    EXPECT_TRUE(eventually([&] { return std::string(GetString(field)) == "日本"; }));
+}
