@@ -30,7 +30,7 @@ static void choose(List& list, int32 index, int32_t held)
         list.fAnchor = index;
         list.Select(index, false);
     } else if ((held & B_SHIFT_KEY) != 0) {
-        const auto [low, high] = std::minmax(int32{list.fAnchor}, index);
+        const auto [low, high] = std::minmax({int32{list.fAnchor}, index});
         list.fAnchor = low;
         list.DeselectExcept(low, high);
         list.Select(low, high, true);

@@ -374,7 +374,7 @@ TEST_F(TextEditorTest, SelectsWhateverOffsetsAreGiven)
     for (int32_t from : kOffsets) {
         for (int32_t to : kOffsets) {
             TEditSelect(editor, from, to);
-            const auto [start, end] = std::minmax(std::clamp(from, 0, 5), std::clamp(to, 0, 5));
+            const auto [start, end] = std::minmax({std::clamp(from, 0, 5), std::clamp(to, 0, 5)});
             EXPECT_EQ(Selection(editor), std::to_string(start) + "-" + std::to_string(end));
         }
     }

@@ -4,7 +4,7 @@
 #include <Control.h>
 
 // Columns and rows of cells, of which the number is the columns.
-enum color_control_layout {
+enum color_control_layout : int32 {
     B_CELLS_4x64 = 4,
     B_CELLS_8x32 = 8,
     B_CELLS_16x16 = 16,

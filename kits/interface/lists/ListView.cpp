@@ -442,7 +442,7 @@ bool BListView::DoMiscellaneous(MiscCode code, MiscData* data)
         return false;
     int32 first = 0;
     if (code == B_SWAP_OP && is_index(data->swap.a) && is_index(data->swap.b)) {
-        const auto [low, high] = std::minmax(data->swap.a, data->swap.b);
+        const auto [low, high] = std::minmax({data->swap.a, data->swap.b});
         first = low;
         if (low != high) {
             BListItem* const upper = rows.Remove(high);

@@ -101,7 +101,7 @@ void BListView::_Press(int32 index, bool wasSelected)
         return;
     }
     if ((held & B_SHIFT_KEY) != 0 && data.anchor >= 0) {
-        const auto [low, high] = std::minmax(data.anchor, index);
+        const auto [low, high] = std::minmax({data.anchor, index});
         const bool less = data.rows.DeselectExcept(low, high);
         const bool more = data.rows.SelectRange(low, high);
         data.lead = index;
@@ -147,7 +147,7 @@ void BListView::MouseMoved(BPoint where, uint32 code, const BMessage* dragMessag
     data.row = index;
     data.narrows = false;
     if (data.type == B_MULTIPLE_SELECTION_LIST && data.anchor >= 0) {
-        const auto [low, high] = std::minmax(data.anchor, index);
+        const auto [low, high] = std::minmax({data.anchor, index});
         Select(low, high);
     } else {
         Select(index);
@@ -178,7 +178,7 @@ void BListView::_Go(int32 index, int32 step)
     const ViewRef self(this);
     if (data.type == B_MULTIPLE_SELECTION_LIST && (held_keys(this) & B_SHIFT_KEY) != 0 &&
         data.anchor >= 0) {
-        const auto [low, high] = std::minmax(data.anchor, index);
+        const auto [low, high] = std::minmax({data.anchor, index});
         Select(low, high);
         data.lead = index;
     } else {
