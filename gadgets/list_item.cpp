@@ -7,7 +7,62 @@
 #include <Font.h>
 #include <View.h>
 
-static const float kTextStart = 10;  // whatever the level: kept on purpose
+#include <ctype.h>
+#include <stdlib.h>
+#include <string.h>
+#include <strings.h>
+
+#include <utility>
+
+TListItem::TListItem(const char* text) : BListItem(0, true), fText(strdup(text)) {}
+
+TListItem::~TListItem() { free(fText); }
+
+void TListItem::SetText(const char* text) { free(std::exchange(fText, strdup(text))); }
+
+TListItem::Extras& TListItem::_Extras()
+{
+    if (fExtras == nullptr)
+        fExtras = std::make_unique<Extras>();
+    return *fExtras;
+}
+
+void TListItem::SetColors(const std::array<uint32_t, 4>& colors)
+{
+    _Extras().colors = std::make_unique<std::array<uint32_t, 4>>(colors);
+}
+
+void TListItem::SetDrawHook(ListDrawHook hook)
+{
+    if (hook != nullptr || fExtras != nullptr)
+        _Extras().drawHook = hook;
+}
+
+// --- order
+
+void TListItem::SetKey(SortKey* key)
+{
+    *key = {0, fText};
+    const char* text = Text();
+    for (int shift = 56; shift >= 0 && *text != '\0'; shift -= 8)
+        key->start |= uint64_t(uint8_t(tolower(static_cast<unsigned char>(*text++)))) << shift;
+    fKey = key;
+}
+
+int TListItem::CompareKeys(const void* a, const void* b)
+{
+    const auto key = [](const void* item) {
+        return static_cast<const TListItem*>(*static_cast<BListItem* const*>(item))->fKey;
+    };
+    const SortKey* left = key(a);
+    const SortKey* right = key(b);
+    if (left->start != right->start)
+        return left->start < right->start ? -1 : 1;
+    const auto text = [](const SortKey* of) { return of->text != nullptr ? of->text : ""; };
+    return strcasecmp(text(left), text(right));
+}
+
+// --- size and looks
 
 void TListItem::Update(BView* owner, const BFont* font)
 {
@@ -22,17 +77,18 @@ void TListItem::DrawItem(BView* owner, BRect frame, bool)
     auto* list = dynamic_cast<ListFrame*>(owner);
     if (list == nullptr)
         return;
-    if (fDrawHook != nullptr) {
+    if (fExtras != nullptr && fExtras->drawHook != nullptr) {
         const int32_t removals = list->fRemovals;
         {
             const DefaultOutput output(owner);
-            fDrawHook(0, 0);
+            fExtras->drawHook(0, 0);
         }
         if (list->fRemovals != removals)  // this row may be gone
             return;
     }
     const auto own = [&](ListColor which) {
-        return fOwnColors != nullptr ? (*fOwnColors)[which] : list->fColors[which];
+        return fExtras != nullptr && fExtras->colors != nullptr ? (*fExtras->colors)[which]
+                                                                : list->fColors[which];
     };
     const uint32_t ground = !IsEnabled()   ? list->fColors[kDisabledGround]
                             : IsSelected() ? own(kSelectedGround)
@@ -49,6 +105,6 @@ void TListItem::DrawItem(BView* owner, BRect frame, bool)
     owner->SetLowColor(GetRgbFromInteger(ground));
     owner->SetHighColor(GetRgbFromInteger(text));
     owner->MovePenTo(kTextStart, glyphs + frame.top + spare * 0.5f - 2);
-    if (!fText.empty())
-        owner->DrawString(fText.c_str());
+    if (Text()[0] != '\0')
+        owner->DrawString(Text());
 }

@@ -10,7 +10,8 @@
 
 #include <array>
 #include <memory>
-#include <string>
+
+static const float kTextStart = 10;  // of texts, whatever the level: kept on purpose
 
 // In the order of the calls that set them.
 enum ListColor {
@@ -34,21 +35,51 @@ public:
     int32_t fAnchor = 0;    // the fixed end of a Shift range
     int32_t fRemovals = 0;  // rises whenever rows are deleted
     bool fDragEnabled = false;
+    bool fIsSorting = false;  // rows have keys instead of texts, and no handler is called
     DroppedFiles fDropped;
 };
 
 using ListDrawHook = int32_t (*)(int32_t, int32_t);
 
+// The order of a row: its first bytes in lower case, as a number, and all of its text.
+struct SortKey {
+    uint64_t start;
+    char* text;
+};
+
+// Small, for there may be very many of them.
 class TListItem : public BListItem {
 public:
-    explicit TListItem(const char* text) : BListItem(0, true), fText(text) {}
+    explicit TListItem(const char* text);
+    ~TListItem() override;
 
     void DrawItem(BView* owner, BRect frame, bool complete) override;
     void Update(BView* owner, const BFont* font) override;
 
-    std::string fText;
-    std::unique_ptr<std::array<uint32_t, 4>> fOwnColors;  // null: the list's first four
-    ListDrawHook fDrawHook = nullptr;
+    const char* Text() const { return fText != nullptr ? fText : ""; }
+    void SetText(const char* text);
+    // The list's first four are these instead.
+    void SetColors(const std::array<uint32_t, 4>& colors);
+    void SetDrawHook(ListDrawHook hook);
+
+    // Between the two the item has the key instead of its text, for CompareKeys().
+    void SetKey(SortKey* key);
+    void TakeBackText() { fText = fKey->text; }
+    // For SortItems(), without regard to case.
+    static int CompareKeys(const void* a, const void* b);
+
+private:
+    struct Extras {
+        std::unique_ptr<std::array<uint32_t, 4>> colors;
+        ListDrawHook drawHook = nullptr;
+    };
+    Extras& _Extras();
+
+    union {
+        char* fText;  // from the C library
+        SortKey* fKey;
+    };
+    std::unique_ptr<Extras> fExtras;  // few rows have any
 };
 
 #endif  // GADGETS_LIST_ITEM_H

@@ -5,6 +5,7 @@
 #include "gadgets/list_item.h"
 #include "graphics/raster_port.h"
 #include "plinth.h"
+#include "runtime/strings.h"
 #include "windows/drawing_view.h"
 
 #include <OutlineListView.h>
@@ -12,9 +13,9 @@
 #include <ScrollView.h>
 #include <Window.h>
 
-#include <strings.h>
-
 #include <algorithm>
+#include <string_view>
+#include <typeinfo>
 #include <vector>
 
 static const uint32_t kDragMessage = 'DATA';
@@ -61,7 +62,7 @@ public:
     void SelectionChanged() override
     {
         Base::SelectionChanged();
-        if (fGadget != nullptr)
+        if (fGadget != nullptr && !fIsSorting)
             call_handler(*fGadget, &MyGadget::value_handler, int32_t{this->CurrentSelection(0)});
     }
     void MessageReceived(BMessage* message) override
@@ -71,25 +72,51 @@ public:
                                        handler_in(*fGadget, &MyGadget::drop_handler)));
         Base::MessageReceived(message);
     }
+    // The handler is told of each selected row that goes.
     void MakeEmpty() override
     {
-        while (BListItem* item = this->ItemAt(0))
-            Drop(item);
+        while (BListItem* item = this->ItemAt(0)) {
+            if (this->CurrentSelection(0) >= 0 && fGadget != nullptr)
+                Drop(item);
+            else
+                _DropAll();
+        }
     }
     // Deletes a row, and those below it.
     void Drop(BListItem* item)
     {
-        std::vector<BListItem*> gone = {item};
-        if constexpr (std::is_same_v<Base, BOutlineListView>) {
+        if constexpr (kIsOutline) {
             const int32 row = this->FullListIndexOf(item);
-            for (int32 i = this->CountItemsUnder(item, false); i > 0; i--)
+            std::vector<BListItem*> gone;
+            for (int32 i = this->CountItemsUnder(item, false); i >= 0; i--)
                 gone.push_back(this->FullListItemAt(row + i));
-        }
-        fRemovals++;
-        if (!this->RemoveItem(item))
+            fRemovals++;
+            if (this->RemoveItem(item))
+                _Delete(gone);
             return;
-        for (BListItem* one : gone)
-            delete one;
+        }
+        const int32_t removals = fRemovals;
+        if (item->IsSelected())
+            this->Deselect(this->IndexOf(item));
+        if (fRemovals != removals)
+            return;  // by the handler, perhaps of this one
+        fRemovals++;
+        if (this->RemoveItem(item))
+            delete item;
+    }
+    // All rows, those that are hidden too.
+    std::vector<BListItem*> All()
+    {
+        std::vector<BListItem*> all;
+        if constexpr (kIsOutline) {
+            all.reserve(static_cast<size_t>(this->FullListCountItems()));
+            for (int32 i = 0; i < this->FullListCountItems(); i++)
+                all.push_back(this->FullListItemAt(i));
+        } else if (const BListItem** items = this->Items()) {
+            for (int32 i = 0; i < this->CountItems(); i++)
+                all.push_back(const_cast<BListItem*>(items[i]));
+        }
+        return all;
     }
     void RefreshBars()
     {
@@ -97,6 +124,22 @@ public:
             if (BScrollBar* bar = this->ScrollBar(direction))
                 bar->Invalidate();
         }
+    }
+
+    static constexpr bool kIsOutline = std::is_same_v<Base, BOutlineListView>;
+
+private:
+    void _DropAll()
+    {
+        const std::vector<BListItem*> all = All();
+        fRemovals++;
+        if (this->RemoveItems(0, static_cast<int32>(all.size())))
+            _Delete(all);
+    }
+    static void _Delete(const std::vector<BListItem*>& rows)
+    {
+        for (BListItem* row : rows)
+            delete row;
     }
 };
 
@@ -221,18 +264,32 @@ public:
     bool InitiateDrag(BPoint, int32, bool was_selected) override { return was_selected; }
     void MouseDown(BPoint where) override;
     void KeyDown(const char* bytes, int32 count) override;
+    // A press on a latch leaves the keyboard where the gadget's flag leaves it.
+    void MakeFocus(bool focused) override
+    {
+        if (!fIsPressing)
+            BOutlineListView::MakeFocus(focused);
+    }
+    // Not over the texts, however large the font.
+    BRect LatchRect(BRect row, int32 level) const override
+    {
+        BRect latch = BOutlineListView::LatchRect(row, level);
+        latch.right = std::min(latch.right, latch.left + kTextStart);
+        return latch;
+    }
 
 private:
     bool _IsOnLatch(BPoint where);
 
     int32_t fLastButtons = 0, fClickCount = 0;
+    bool fIsPressing = false;
 };
 
 bool MyOutListView::_IsOnLatch(BPoint where)
 {
     const int32 index = IndexOf(where);
     BListItem* item = ItemAt(index);
-    return item != nullptr && CountItemsUnder(item, true) > 0 &&
+    return item != nullptr && CountItemsUnder(item, false) > 0 &&
            LatchRect(ItemFrame(index), static_cast<int32>(item->OutlineLevel())).Contains(where);
 }
 
@@ -240,8 +297,11 @@ void MyOutListView::MouseDown(BPoint where)
 {
     const int32_t held = held_modifiers(this);
     // What else the platform does with a press would select a second time.
-    if (_IsOnLatch(where))
+    if (_IsOnLatch(where)) {
+        fIsPressing = true;
         BOutlineListView::MouseDown(where);
+        fIsPressing = false;
+    }
     const int32_t buttons = pressed_buttons(this);
     const int32_t clicks = current_clicks(this);
     if (fGadget == nullptr || (buttons & B_PRIMARY_MOUSE_BUTTON) == 0 || clicks == 0)
@@ -277,7 +337,7 @@ void MyOutListView::KeyDown(const char* bytes, int32 count)
         Collapse(item);
     } else if (!expanded && key != B_LEFT_ARROW) {
         Expand(item);
-        if (key == B_ENTER && CountItemsUnder(item, true) > 0)
+        if (key == B_ENTER && CountItemsUnder(item, false) > 0)
             Select(IndexOf(item) + 1);
     }
 }
@@ -309,24 +369,38 @@ BView* create_outlistview(const GadgetSpec& spec)
 
 // --- calls
 
-// Acts on the list of a gadget, flat or outline, as a BListView and as what both share.
+// The list of a gadget, which is the first child of its scroll view if it has bars.
+template <class List>
+static List& list_in(const MyGadget& gadget)
+{
+    const bool bare = gadget.kind == kListView || gadget.kind == kOutlineListView;
+    return *static_cast<List*>(bare ? gadget.view : gadget.view->ChildAt(0));
+}
+
+// Acts on the list of a gadget, a MyListView or a MyOutListView.
 template <class Action>
 static void on_list(int32_t ident, Action act)
 {
     with_gadget(ident, kListView, [&](const GadgetAccess& gadget) {
-        BView* view = shown_view(gadget.View());
-        auto* list = dynamic_cast<BListView*>(view);
-        auto* frame = dynamic_cast<ListFrame*>(view);
-        if (list != nullptr && frame != nullptr)
-            act(*list, *frame);
+        if (gadget.Record().kind >= kOutlineListView)
+            act(list_in<MyOutListView>(gadget.Record()));
+        else
+            act(list_in<MyListView>(gadget.Record()));
     });
+}
+
+// Null for what another program's code may have put into the list.
+static TListItem* as_row(BListItem* item)
+{
+    return item != nullptr && typeid(*item) == typeid(TListItem) ? static_cast<TListItem*>(item)
+                                                                 : nullptr;
 }
 
 template <class Action>
 static void on_item(int32_t ident, int32_t index, Action act)
 {
-    on_list(ident, [&](BListView& list, ListFrame&) {
-        if (auto* item = dynamic_cast<TListItem*>(list.ItemAt(index)))
+    on_list(ident, [&](auto& list) {
+        if (TListItem* item = as_row(list.ItemAt(index)))
             act(list, *item);
     });
 }
@@ -334,9 +408,9 @@ static void on_item(int32_t ident, int32_t index, Action act)
 template <class Action>
 static void on_outline(int32_t ident, Action act)
 {
-    on_list(ident, [&](BListView& list, ListFrame&) {
-        if (auto* outline = dynamic_cast<BOutlineListView*>(&list))
-            act(*outline);
+    on_list(ident, [&](auto& list) {
+        if constexpr (std::decay_t<decltype(list)>::kIsOutline)
+            act(list);
     });
 }
 
@@ -344,14 +418,14 @@ extern "C" void AddLvEntry(int32_t ident, const char* text)
 {
     if (text == nullptr || text[0] == '\0')
         return;
-    on_list(ident, [=](BListView& list, ListFrame&) { list.AddItem(new TListItem(text)); });
+    on_list(ident, [=](auto& list) { list.AddItem(new TListItem(text)); });
 }
 
 extern "C" void AddEntryInSub(int32_t ident, int32_t n, const char* text)
 {
     if (text == nullptr || text[0] == '\0')
         return;
-    on_outline(ident, [=](BOutlineListView& list) {
+    on_outline(ident, [=](auto& list) {
         if (BListItem* top = list.ItemUnderAt(nullptr, true, n))
             list.AddUnder(new TListItem(text), top);
     });
@@ -359,23 +433,18 @@ extern "C" void AddEntryInSub(int32_t ident, int32_t n, const char* text)
 
 extern "C" void RemoveItem(int32_t ident, int32_t index)
 {
-    on_item(ident, index, [](BListView& list, TListItem& item) {
-        if (auto* flat = dynamic_cast<MyListView*>(&list))
-            flat->Drop(&item);
-        else if (auto* outline = dynamic_cast<MyOutListView*>(&list))
-            outline->Drop(&item);
-    });
+    on_item(ident, index, [](auto& list, TListItem& item) { list.Drop(&item); });
 }
 
 extern "C" void ClearListView(int32_t ident)
 {
-    on_list(ident, [](BListView& list, ListFrame&) { list.MakeEmpty(); });
+    on_list(ident, [](auto& list) { list.MakeEmpty(); });
 }
 
 extern "C" void ChangeEntryStr(int32_t ident, int32_t index, const char* text)
 {
-    on_item(ident, index, [=](BListView& list, TListItem& item) {
-        item.fText = text != nullptr ? text : "";
+    on_item(ident, index, [=](auto& list, TListItem& item) {
+        item.SetText(text_or_empty(text));
         list.InvalidateItem(index);
     });
 }
@@ -383,10 +452,9 @@ extern "C" void ChangeEntryStr(int32_t ident, int32_t index, const char* text)
 extern "C" void ChangeItemColor(int32_t ident, int32_t index, int32_t c0, int32_t c1, int32_t c2,
                                 int32_t c3)
 {
-    on_item(ident, index, [=](BListView& list, TListItem& item) {
-        item.fOwnColors = std::make_unique<std::array<uint32_t, 4>>(
-            std::array<uint32_t, 4>{static_cast<uint32_t>(c0), static_cast<uint32_t>(c1),
-                                    static_cast<uint32_t>(c2), static_cast<uint32_t>(c3)});
+    on_item(ident, index, [=](auto& list, TListItem& item) {
+        item.SetColors({static_cast<uint32_t>(c0), static_cast<uint32_t>(c1),
+                        static_cast<uint32_t>(c2), static_cast<uint32_t>(c3)});
         BFont font;
         list.GetFont(&font);
         item.Update(&list, &font);
@@ -396,7 +464,7 @@ extern "C" void ChangeItemColor(int32_t ident, int32_t index, int32_t c0, int32_
 
 extern "C" void EnableItemLv(int32_t ident, int32_t index, int32_t flag)
 {
-    on_item(ident, index, [=](BListView& list, TListItem& item) {
+    on_item(ident, index, [=](auto& list, TListItem& item) {
         item.SetEnabled(flag != 0);
         list.InvalidateItem(index);
     });
@@ -405,11 +473,11 @@ extern "C" void EnableItemLv(int32_t ident, int32_t index, int32_t flag)
 extern "C" void ChangeLvColor(int32_t ident, int32_t c0, int32_t c1, int32_t c2, int32_t c3,
                               int32_t c4, int32_t c5)
 {
-    on_list(ident, [=](BListView& list, ListFrame& frame) {
+    on_list(ident, [=](auto& list) {
         const int32_t colors[kListColors] = {c0, c1, c2, c3, c4, c5};
         for (int32_t i = 0; i < kListColors; i++) {
             if (colors[i] != -1)
-                frame.fColors[i] = static_cast<uint32_t>(colors[i]);
+                list.fColors[i] = static_cast<uint32_t>(colors[i]);
         }
         list.Invalidate();
     });
@@ -417,74 +485,81 @@ extern "C" void ChangeLvColor(int32_t ident, int32_t c0, int32_t c1, int32_t c2,
 
 extern "C" void SetMultiSelect(int32_t ident, int32_t flag)
 {
-    on_list(ident, [=](BListView& list, ListFrame&) {
+    on_list(ident, [=](auto& list) {
         list.SetListType(flag != 0 ? B_MULTIPLE_SELECTION_LIST : B_SINGLE_SELECTION_LIST);
     });
 }
 
 extern "C" void SetSelectEntry(int32_t ident, int32_t index)
 {
-    on_list(ident, [=](BListView& list, ListFrame&) { list.Select(index, false); });
+    on_list(ident, [=](auto& list) { list.Select(index, false); });
 }
 
 extern "C" void SetDeSelectEntry(int32_t ident, int32_t index)
 {
-    on_list(ident, [=](BListView& list, ListFrame&) { list.Deselect(index); });
+    on_list(ident, [=](auto& list) { list.Deselect(index); });
 }
 
 extern "C" void LvSelectAll(int32_t ident)
 {
-    on_list(ident,
-            [](BListView& list, ListFrame&) { list.Select(0, list.CountItems() - 1, false); });
+    on_list(ident, [](auto& list) { list.Select(0, list.CountItems() - 1, false); });
 }
 
 extern "C" void LvSelectNone(int32_t ident)
 {
-    on_list(ident, [](BListView& list, ListFrame&) { list.DeselectAll(); });
+    on_list(ident, [](auto& list) { list.DeselectAll(); });
 }
 
 extern "C" bool IsItemSelected(int32_t ident, int32_t index)
 {
     bool selected = false;
-    on_list(ident, [&](BListView& list, ListFrame&) { selected = list.IsItemSelected(index); });
+    on_list(ident, [&](auto& list) { selected = list.IsItemSelected(index); });
     return selected;
 }
 
 extern "C" int32_t CountEntry(int32_t ident)
 {
     int32_t count = 0;
-    on_list(ident, [&](BListView& list, ListFrame&) { count = list.CountItems(); });
+    on_list(ident, [&](auto& list) { count = list.CountItems(); });
     return count;
 }
 
 extern "C" int32_t GetLvSelected(int32_t ident)
 {
     int32_t index = 0;  // of what is no list: kept on purpose
-    on_list(ident, [&](BListView& list, ListFrame&) { index = list.CurrentSelection(0); });
+    on_list(ident, [&](auto& list) { index = list.CurrentSelection(0); });
     return index;
 }
 
 extern "C" void SwapItem(int32_t ident, int32_t a, int32_t b)
 {
-    on_list(ident, [=](BListView& list, ListFrame&) { list.SwapItems(a, b); });
+    on_list(ident, [=](auto& list) { list.SwapItems(a, b); });
 }
 
 extern "C" void MoveItem(int32_t ident, int32_t from, int32_t to)
 {
-    on_list(ident, [=](BListView& list, ListFrame&) { list.MoveItem(from, to); });
-}
-
-static int compare_texts(const void* a, const void* b)
-{
-    const auto text = [](const void* item) {
-        return static_cast<const TListItem*>(*static_cast<BListItem* const*>(item))->fText.c_str();
-    };
-    return strcasecmp(text(a), text(b));
+    on_list(ident, [=](auto& list) { list.MoveItem(from, to); });
 }
 
 extern "C" void SortLv(int32_t ident)
 {
-    on_list(ident, [](BListView& list, ListFrame&) { list.SortItems(compare_texts); });
+    on_list(ident, [](auto& list) {
+        list.DeselectAll();
+        const std::vector<BListItem*> rows = list.All();
+        std::vector<SortKey> keys(rows.size());
+        if (!std::all_of(rows.begin(), rows.end(), as_row))
+            return;
+        const bool selects_again = list.CurrentSelection(0) >= 0;  // the handler of the first time
+        for (size_t i = 0; i < rows.size(); i++)
+            as_row(rows[i])->SetKey(&keys[i]);
+        list.fIsSorting = true;
+        list.SortItems(TListItem::CompareKeys);
+        list.fIsSorting = false;
+        for (BListItem* row : rows)
+            as_row(row)->TakeBackText();
+        if (selects_again)
+            list.SelectionChanged();
+    });
 }
 
 // The text of the row that `find` answers; longer ones are cut.
@@ -493,49 +568,54 @@ static char* text_of_row(int32_t ident, Find find)
 {
     static char sText[kTextSize];  // the program's thread
     sText[0] = '\0';
-    on_list(ident, [&](BListView& list, ListFrame&) {
-        if (auto* item = dynamic_cast<TListItem*>(find(list)))
-            sText[item->fText.copy(sText, kTextSize - 1)] = '\0';
+    on_list(ident, [&](auto& list) {
+        if (const TListItem* item = as_row(find(list)))
+            sText[std::string_view(item->Text()).copy(sText, kTextSize - 1)] = '\0';
     });
     return sText;
 }
 
 extern "C" char* GetLvItem(int32_t ident, int32_t index)
 {
-    return text_of_row(ident, [=](BListView& list) { return list.ItemAt(index); });
+    return text_of_row(ident, [=](auto& list) { return list.ItemAt(index); });
 }
 
 extern "C" char* GetLvFirstItem(int32_t ident)
 {
-    return text_of_row(ident, [](BListView& list) { return list.FirstItem(); });
+    return text_of_row(ident, [](auto& list) { return list.FirstItem(); });
 }
 
 extern "C" char* GetLvLastItem(int32_t ident)
 {
-    return text_of_row(ident, [](BListView& list) { return list.LastItem(); });
+    return text_of_row(ident, [](auto& list) { return list.LastItem(); });
 }
 
 extern "C" void LvExpand(int32_t ident, int32_t index)
 {
-    on_outline(ident, [=](BOutlineListView& list) { list.Expand(list.ItemAt(index)); });
+    on_outline(ident, [=](auto& list) { list.Expand(list.ItemAt(index)); });
 }
 
 extern "C" void LvCollapse(int32_t ident, int32_t index)
 {
-    on_outline(ident, [=](BOutlineListView& list) { list.Collapse(list.ItemAt(index)); });
+    on_outline(ident, [=](auto& list) { list.Collapse(list.ItemAt(index)); });
 }
 
 extern "C" void LvExpandAll(int32_t ident)
 {
-    on_outline(ident, [](BOutlineListView& list) {
-        for (int32 i = 0; i < list.CountItems(); i++)
-            list.Expand(list.ItemAt(i));
+    on_outline(ident, [](auto& list) {
+        // What appears is opened as well: in the end all rows are.
+        list.FullListDoForEach(
+            [](BListItem* item, void* outline) {
+                static_cast<MyOutListView*>(outline)->Expand(item);
+                return false;
+            },
+            &list);
     });
 }
 
 extern "C" void LvCollapseAll(int32_t ident)
 {
-    on_outline(ident, [](BOutlineListView& list) {
+    on_outline(ident, [](auto& list) {
         for (int32 i = 0; i < list.CountItems(); i++)
             list.Collapse(list.ItemAt(i));
     });
@@ -543,13 +623,13 @@ extern "C" void LvCollapseAll(int32_t ident)
 
 extern "C" void SetDragLv(int32_t ident, int32_t flag)
 {
-    on_list(ident, [=](BListView&, ListFrame& frame) { frame.fDragEnabled = flag != 0; });
+    on_list(ident, [=](auto& list) { list.fDragEnabled = flag != 0; });
 }
 
 extern "C" void SetDrawHookLv(int32_t ident, int32_t index, void* function)
 {
-    on_item(ident, index, [=](BListView& list, TListItem& item) {
-        item.fDrawHook = reinterpret_cast<ListDrawHook>(function);
+    on_item(ident, index, [=](auto& list, TListItem& item) {
+        item.SetDrawHook(reinterpret_cast<ListDrawHook>(function));
         list.InvalidateItem(index);
     });
 }

@@ -94,7 +94,7 @@ private:
     bool _Insert(BListItem* item, int32 row);
     void _ShowBelow(int32 row, int32 count);
     void _Refresh();
-    void _Came(BListItem* item, BListItem* super);
+    void _Came(int32 row, BListItem* super);
     bool _Range(const BListItem* super, int32* _first, int32* _count) const;
 
     const BListItem* fPressedLatch = nullptr;  // of the press under way; only compared

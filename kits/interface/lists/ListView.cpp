@@ -252,6 +252,8 @@ void BListView::_UpdateItems()
 void BListView::_InvalidateFrom(int32 index)
 {
     BRect rest = Bounds();
+    if (fData->rows.IsBelow(index, static_cast<int64>(rest.bottom) + 1))
+        return;
     const auto top = static_cast<float>(fData->rows.TopOf(index));
     rest.top = std::max(rest.top, top);
     if (rest.top <= rest.bottom)
@@ -306,16 +308,16 @@ bool BListView::AddItem(BListItem* item) { return AddItem(item, CountItems()); }
 
 bool BListView::AddItem(BListItem* item, int32 atIndex)
 {
+    // It has its size before the rows reckon with it.
+    if (Window() != nullptr && fData->rows.Takes(atIndex, item))
+        _UpdateItem(item);
     if (!fData->rows.Insert(atIndex, item))
         return false;
     if (fData->anchor >= atIndex)
         fData->anchor++;
     if (fData->lead >= atIndex)
         fData->lead++;
-    if (Window() != nullptr) {
-        _UpdateItem(item);
-        _RowsChanged(atIndex);
-    }
+    _RowsChanged(atIndex);
     return true;
 }
 
@@ -373,16 +375,21 @@ bool BListView::RemoveItems(int32 index, int32 count)
 {
     if (index < 0 || index >= CountItems() || count < 0)
         return false;
-    while (count-- > 0 && RemoveItem(index) != nullptr) {
-    }
+    count = std::min(count, CountItems() - index);
+    const bool deselected = fData->rows.Deselect(index, index + count - 1);
+    fData->rows.RemoveRange(index, count);
+    for (int32* kept : {&fData->anchor, &fData->lead})
+        *kept = *kept >= index + count ? *kept - count : *kept >= index ? -1 : *kept;
+    _RowsChanged(index);
+    if (deselected)
+        _SelectionHasChanged();
     return true;
 }
 
 void BListView::MakeEmpty()
 {
     fData->rows.DeselectExcept(-1, -1);
-    while (fData->rows.Remove(fData->rows.Count() - 1) != nullptr) {
-    }
+    fData->rows.RemoveRange(0, fData->rows.Count());
     fData->anchor = fData->lead = -1;
     _RowsChanged(0);
 }

@@ -103,6 +103,9 @@ bool BOutlineListView::_Insert(BListItem* item, int32 row)
     Rows& rows = fData->rows;
     if (item == nullptr || row < 0 || row > rows.Count())
         return false;
+    // It has its size before the rows reckon with it.
+    if (Window() != nullptr && rows.Takes(row, item))
+        _UpdateItem(item);
     const uint32 level = item->OutlineLevel();
     BListItem* const super = rows.SuperAt(row, level);
     const BListItem* next = rows.At(row);
@@ -118,13 +121,11 @@ bool BOutlineListView::_Insert(BListItem* item, int32 row)
 }
 
 // Draws a new row, and the latch of the one above it.
-void BOutlineListView::_Came(BListItem* item, BListItem* super)
+void BOutlineListView::_Came(int32 row, BListItem* super)
 {
-    const int32 index = IndexOf(item);
-    if (super != nullptr && CountItemsUnder(super, false) == 1)
+    const int32 index = fData->rows.IndexOfRow(row);
+    if (super != nullptr && fData->rows.CountBelow(super) == 1)
         InvalidateItem(IndexOf(super));
-    if (Window() != nullptr)
-        _UpdateItem(item);
     for (int32* kept : {&fData->anchor, &fData->lead}) {
         if (index >= 0 && *kept >= index)
             ++*kept;
@@ -143,9 +144,16 @@ bool BOutlineListView::AddUnder(BListItem* item, BListItem* superItem)
     if (item == nullptr || !rows.Holds(superItem) || rows.Holds(item))
         return false;
     item->SetOutlineLevel(superItem->OutlineLevel() + 1);
-    if (!_Insert(item, rows.RowOf(superItem) + 1 + rows.CountBelow(superItem)))
+    if (Window() != nullptr)
+        _UpdateItem(item);
+    const int32 above = rows.RowOf(superItem);
+    const int32 row = above + 1 + rows.CountBelow(superItem);
+    const bool shown = superItem->IsExpanded() && rows.IndexOfRow(above) >= 0;
+    if (above < 0 || !rows.Insert(row, item, shown))
         return false;
-    _Came(item, superItem);
+    rows.SetSuper(item, superItem);
+    rows.CountUp(superItem, 1);
+    _Came(row, superItem);
     return true;
 }
 
@@ -155,7 +163,7 @@ bool BOutlineListView::AddItem(BListItem* item, int32 fullListIndex)
 {
     if (!_Insert(item, fullListIndex))
         return false;
-    _Came(item, Superitem(item));
+    _Came(fullListIndex, Superitem(item));
     return true;
 }
 
@@ -172,8 +180,6 @@ bool BOutlineListView::AddList(BList* newItems, int32 fullListIndex)
         auto* item = static_cast<BListItem*>(newItems->ItemAt(i));
         if (!_Insert(item, fullListIndex + i))
             return false;
-        if (Window() != nullptr)
-            _UpdateItem(item);
     }
     _Refresh();
     _RowsChanged(0);
@@ -220,6 +226,13 @@ bool BOutlineListView::RemoveItems(int32 fullListIndex, int32 count)
 {
     if (FullListItemAt(fullListIndex) == nullptr || count < 0)
         return false;
+    if (fullListIndex == 0 && count >= FullListCountItems()) {
+        const bool deselected = fData->rows.CountSelected() > 0;
+        BListView::MakeEmpty();
+        if (deselected)
+            _SelectionHasChanged();
+        return true;
+    }
     const ViewRef self(this);
     while (count > 0 && self.View() != nullptr) {
         const int32 before = FullListCountItems();
@@ -320,6 +333,8 @@ BListItem* BOutlineListView::ItemUnderAt(BListItem* superItem, bool oneLevelOnly
         return nullptr;
     if (!oneLevelOnly)
         return fData->rows.At(first + index);
+    if (superItem == nullptr && fData->rows.At(0)->OutlineLevel() == 0)
+        return fData->rows.At(fData->rows.RowOfTop(index));
     int32 row = first;
     for (; index > 0 && row < first + count; index--)
         row += 1 + fData->rows.CountBelow(fData->rows.At(row));

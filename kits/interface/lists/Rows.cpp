@@ -12,7 +12,8 @@
 
 namespace BPrivate {
 
-static const int32 kFew = 64;  // rows of a block that joins the next one
+static const int32 kFew = 64;   // rows of a block that joins the next one
+static const int32 kAhead = 8;  // items are asked for from memory before their turn
 
 // ---- Sums and bits
 
@@ -21,6 +22,7 @@ RowSums& RowSums::operator+=(const RowSums& other)
     rows += other.rows;
     shown += other.shown;
     selected += other.selected;
+    tops += other.tops;
     height += other.height;
     return *this;
 }
@@ -30,6 +32,7 @@ RowSums& RowSums::operator-=(const RowSums& other)
     rows -= other.rows;
     shown -= other.shown;
     selected -= other.selected;
+    tops -= other.tops;
     height -= other.height;
     return *this;
 }
@@ -120,6 +123,8 @@ RowSums Rows::_Before(int32 place) const
 
 void Rows::_Add(RowBlock* block, const RowSums& change)
 {
+    if (change.rows != 0 && fHint != block)
+        fHint = nullptr;
     block->sums += change;
     fTotal += change;
     const auto count = static_cast<int32>(fBlocks.size());
@@ -133,6 +138,7 @@ void Rows::_Rebuild()
 {
     fTree.assign(fBlocks.size() + 1, RowSums());
     fTotal = RowSums();
+    fHint = nullptr;
     for (size_t i = 0; i < fBlocks.size(); i++) {
         fBlocks[i]->place = static_cast<int32>(i);
         fTotal += fBlocks[i]->sums;
@@ -160,17 +166,24 @@ Rows::Place Rows::_PlaceOfRow(int32 row) const
 {
     if (row < 0 || row >= fTotal.rows)
         return {};
-    int64 before;
-    const int32 place = _Find<&RowSums::rows>(row, &before);
-    return {fBlocks[place].get(), static_cast<int32>(row - before)};
+    if (fHint == nullptr || row < fHintRow || row >= fHintRow + fHint->sums.rows) {
+        int64 before;
+        fHint = fBlocks[_Find<&RowSums::rows>(row, &before)].get();
+        fHintRow = static_cast<int32>(before);
+    }
+    return {fHint, row - fHintRow};
 }
 
 Rows::Place Rows::_PlaceOfIndex(int32 index) const
 {
     if (index < 0 || index >= fTotal.shown)
         return {};
-    int64 before;
-    RowBlock* block = fBlocks[_Find<&RowSums::shown>(index, &before)].get();
+    if (fTotal.shown == fTotal.rows)
+        return _PlaceOfRow(index);
+    int64 before = fTotal.shown - fBlocks.back()->sums.shown;
+    RowBlock* block = fBlocks.back().get();
+    if (index < before)
+        block = fBlocks[_Find<&RowSums::shown>(index, &before)].get();
     const auto number = static_cast<int32>(index - before);
     const bool all = block->sums.shown == block->sums.rows;
     return {block, all ? number : block->shown.SlotOf(number)};
@@ -241,10 +254,18 @@ int64 Rows::TopOf(int32 index) const
     const Place place = _PlaceOfIndex(index);
     if (place.block == nullptr)
         return index < 0 ? 0 : fTotal.height;
+    if (index == fTotal.shown - 1)
+        return fTotal.height - place.block->heights[place.slot];
     int64 top = _Before(place.block->place).height;
     for (int32 i = 0; i < place.slot; i++)
         top += place.block->shown.Has(i) ? place.block->heights[i] : 0;
     return top;
+}
+
+bool Rows::IsBelow(int32 index, int64 y) const
+{
+    const Place place = _PlaceOfIndex(index);
+    return place.block != nullptr && _Before(place.block->place).height >= y;
 }
 
 int32 Rows::HeightOf(int32 index) const
@@ -318,6 +339,7 @@ static RowSums sums_of(const RowBlock* block, int32 slot)
 {
     RowSums sums;
     sums.rows = 1;
+    sums.tops = block->tops.Has(slot);
     if (block->shown.Has(slot)) {
         sums.shown = 1;
         sums.selected = block->selected.Has(slot);
@@ -343,6 +365,7 @@ void Rows::_Put(RowBlock* block, int32 slot, BListItem* item, bool shown)
     block->heights[slot] = pixels_of(item);
     block->shown.Set(slot, shown);
     block->selected.Set(slot, item->fSelected);
+    block->tops.Set(slot, item->fLevel == 0);
     if (shown)
         block->width = std::max(block->width, item->fWidth);
 }
@@ -372,6 +395,7 @@ RowBlock* Rows::_MakeRoom(int32 row, int32* slot)
         for (int32 i = cut; i < RowBlock::kMost; i++) {
             place.block->shown.Set(i, false);
             place.block->selected.Set(i, false);
+            place.block->tops.Set(i, false);
         }
         sum_up(block, RowBlock::kMost - cut);
         sum_up(place.block, cut);
@@ -387,7 +411,7 @@ RowBlock* Rows::_MakeRoom(int32 row, int32* slot)
 
 bool Rows::Insert(int32 row, BListItem* item, bool shown)
 {
-    if (item == nullptr || item->fBlock != nullptr || row < 0 || row > fTotal.rows)
+    if (!Takes(row, item))
         return false;
     try {
         int32 slot;
@@ -397,6 +421,7 @@ bool Rows::Insert(int32 row, BListItem* item, bool shown)
         memmove(block->heights + slot + 1, block->heights + slot, behind * sizeof(*block->heights));
         block->shown.Insert(slot, shown);
         block->selected.Insert(slot, false);
+        block->tops.Insert(slot, false);
         _Put(block, slot, item, shown);
         _Add(block, sums_of(block, slot));
     } catch (const std::bad_alloc&) {
@@ -432,6 +457,7 @@ void Rows::_Take(RowBlock* block, int32 slot)
     memmove(block->heights + slot, block->heights + slot + 1, behind * sizeof(*block->heights));
     block->shown.Remove(slot);
     block->selected.Remove(slot);
+    block->tops.Remove(slot);
     RowSums change;
     change -= sums;
     _Add(block, change);
@@ -465,6 +491,37 @@ BListItem* Rows::Remove(int32 row)
     BListItem* const item = place.block->items[place.slot];
     _Take(place.block, place.slot);
     return item;
+}
+
+void Rows::RemoveRange(int32 row, int32 count)
+{
+    count = std::min(count, fTotal.rows - row);
+    while (row >= 0 && count > 0) {
+        const Place place = _PlaceOfRow(row);
+        RowBlock* const block = place.block;
+        if (place.slot > 0 || block->sums.rows > count) {
+            _Take(block, place.slot);
+            count--;
+            continue;
+        }
+        // Whole blocks go together.
+        const size_t first = static_cast<size_t>(block->place);
+        size_t end = first;
+        while (end < fBlocks.size() && fBlocks[end]->sums.rows <= count) {
+            const RowBlock& gone = *fBlocks[end++];
+            for (int32 i = 0; i < gone.sums.rows; i++) {
+                if (i + kAhead < gone.sums.rows)
+                    __builtin_prefetch(gone.items[i + kAhead], 1);
+                gone.items[i]->fBlock = nullptr;
+                gone.items[i]->fSuper = nullptr;
+                gone.items[i]->fBelow = 0;
+            }
+            count -= gone.sums.rows;
+        }
+        fBlocks.erase(fBlocks.begin() + static_cast<ptrdiff_t>(first),
+                      fBlocks.begin() + static_cast<ptrdiff_t>(end));
+        _Rebuild();
+    }
 }
 
 bool Rows::Replace(int32 row, BListItem* item)
@@ -515,12 +572,14 @@ void Rows::SetShown(int32 row, int32 count, bool shown)
             return;
         const int32 end = std::min(place.slot + count, place.block->sums.rows);
         RowSums change;
+        const int32 sign = shown ? 1 : -1;
         for (int32 i = place.slot; i < end; i++) {
             if (place.block->shown.Has(i) == shown)
                 continue;
-            change -= sums_of(place.block, i);
             place.block->shown.Set(i, shown);
-            change += sums_of(place.block, i);
+            change.shown += sign;
+            change.selected += place.block->selected.Has(i) ? sign : 0;
+            change.height += place.block->heights[i] * sign;
         }
         place.block->stale = true;
         _Add(place.block, change);
@@ -554,6 +613,8 @@ bool Rows::_Deselect(int32 from, int32 to, bool inside)
         for (int32 word = 0; word < 4; word++) {
             for (uint64 left = bits.words[word]; left != 0; left &= left - 1) {
                 const int32 slot = word * 64 + std::countr_zero(left);
+                if (slot + kAhead < block->sums.rows)
+                    __builtin_prefetch(block->items[slot + kAhead], 1);
                 const int32 index = from <= to ? first + block->shown.CountBefore(slot) : 0;
                 if ((index >= from && index <= to) != inside)
                     continue;
@@ -580,6 +641,8 @@ bool Rows::SelectRange(int32 from, int32 to)
             if (!place.block->shown.Has(i))
                 continue;
             from++;
+            if (i + kAhead < place.block->sums.rows)
+                __builtin_prefetch(place.block->items[i + kAhead], 1);
             BListItem* const item = place.block->items[i];
             if (item->fSelected || item->fDisabled)
                 continue;
@@ -630,8 +693,18 @@ void Rows::Left(BListItem* item)
 
 void Rows::LevelChanged(BListItem* item)
 {
-    if (item->fBlock != nullptr)
-        item->fBlock->rows->LevelsAreStale();
+    if (item->fBlock == nullptr)
+        return;
+    Rows* const rows = item->fBlock->rows;
+    rows->LevelsAreStale();
+    const Place place = rows->_PlaceOf(item);
+    const bool top = item->fLevel == 0;
+    if (place.block->tops.Has(place.slot) == top)
+        return;
+    place.block->tops.Set(place.slot, top);
+    RowSums change;
+    change.tops = top ? 1 : -1;
+    rows->_Add(place.block, change);
 }
 
 // ---- Levels
@@ -680,6 +753,15 @@ BListItem* Rows::SuperAt(int32 row, uint32 level)
     while (above != nullptr && above->OutlineLevel() >= level)
         above = above->fSuper;
     return above;
+}
+
+int32 Rows::RowOfTop(int32 number) const
+{
+    if (number < 0 || number >= fTotal.tops)
+        return -1;
+    int64 before;
+    const RowBlock* block = fBlocks[_Find<&RowSums::tops>(number, &before)].get();
+    return _Before(block->place).rows + block->tops.SlotOf(static_cast<int32>(number - before));
 }
 
 void Rows::CountUp(BListItem* super, int32 change)

@@ -17,6 +17,7 @@ struct RowSums {
     int32 rows = 0;
     int32 shown = 0;
     int32 selected = 0;  // and shown
+    int32 tops = 0;      // of level 0
     int64 height = 0;    // pixels of those that are shown
 
     RowSums& operator+=(const RowSums& other);
@@ -45,7 +46,7 @@ struct [[gnu::visibility("hidden")]] RowBlock
     bool stale = false;
     BListItem* items[kMost];
     int32 heights[kMost];  // pixels
-    RowBits shown, selected;
+    RowBits shown, selected, tops;
 };
 
 /* Rows have numbers among all, and indexes among those that are shown. What is out of range is not
@@ -68,6 +69,9 @@ public:
     int32 RowOf(const BListItem* item) const;
     int32 IndexOf(const BListItem* item) const;
     int32 RowOfIndex(int32 index) const;
+    int32 IndexOfRow(int32 row) const { return _IndexOf(_PlaceOfRow(row)); }
+    // True only for a row that begins at or below `y`.
+    bool IsBelow(int32 index, int64 y) const;
     int32 IndexAt(int64 y) const;
     int64 TopOf(int32 index) const;
     int32 HeightOf(int32 index) const;
@@ -78,10 +82,17 @@ public:
         return item != nullptr && item->fBlock != nullptr && item->fBlock->rows == this;
     }
 
+    // Whether Insert() would put an item there.
+    bool Takes(int32 row, const BListItem* item) const
+    {
+        return item != nullptr && item->fBlock == nullptr && row >= 0 && row <= fTotal.rows;
+    }
     // False for an item that is in a list, and without memory.
     bool Insert(int32 row, BListItem * item, bool shown = true);
     bool InsertAll(int32 row, const std::vector<BListItem*>& items);
     BListItem* Remove(int32 row);
+    // As many as there are.
+    void RemoveRange(int32 row, int32 count);
     bool Replace(int32 row, BListItem * item);
     // The same items in another order; all keep what they are.
     void Reorder(const std::vector<BListItem*>& items);
@@ -109,6 +120,8 @@ public:
     // Where a row of this level would hang: the nearest above with a lower one.
     BListItem* SuperAt(int32 row, uint32 level);
     bool IsShown(const BListItem* item) const { return IndexOf(item) >= 0; }
+    // The row of level 0 with that number, from 0.
+    int32 RowOfTop(int32 number) const;
     // Counts a row that came, or with -1 one that goes, for all above it.
     void CountUp(BListItem * super, int32 change);
     void SetSuper(BListItem * item, BListItem * super)
@@ -146,6 +159,8 @@ private:
     Blocks fBlocks;
     std::vector<RowSums> fTree;  // of Fenwick's kind, over the blocks
     RowSums fTotal;
+    mutable RowBlock* fHint = nullptr;  // where the last row was looked up, for its neighbours
+    mutable int32 fHintRow = 0;         // the first one there
     std::vector<const BListItem*> fArray;
     bool fArrayValid = false;
     bool fLevelsStale = false;

@@ -17,7 +17,23 @@
 
 namespace BPrivate {
 
+static const int32 kFewRects = 16;  // of what waits to be drawn
 static const clipping_rect kEverything = {-(1 << 29), -(1 << 29), 1 << 29, 1 << 29};
+
+// True only if all of the rectangle is in a region of few parts, which do not overlap.
+static bool covers(const BRegion& region, const clipping_rect& rect)
+{
+    const auto area = [](const clipping_rect& of) {
+        return empty(of) ? 0 : int64(of.right - of.left + 1) * int64(of.bottom - of.top + 1);
+    };
+    const int32 parts = region.CountRects();
+    if (parts > kFewRects)
+        return false;
+    int64 left = area(rect);
+    for (int32 i = 0; i < parts && left > 0; i++)
+        left -= area(intersection(region.RectAtInt(i), rect));
+    return left == 0;
+}
 
 static clipping_rect rect_at(const BRect& rect, double x, double y)
 {
@@ -400,18 +416,12 @@ void BView::Invalidate(BRect invalRect)
     const BRect whole(floor_of(invalRect.left), floor_of(invalRect.top), ceil_of(invalRect.right),
                       ceil_of(invalRect.bottom));
     const clipping_rect rect = BPrivate::rect_at(whole, x, y);
-    const BRegion& waiting = canvas->Invalid();
-    if (waiting.CountRects() == 1 && !BPrivate::empty(rect)) {
-        const clipping_rect frame = waiting.FrameInt();
-        if (rect.left >= frame.left && rect.top >= frame.top && rect.right <= frame.right &&
-            rect.bottom <= frame.bottom)
-            return;
-    }
     const BRegion& visible = fData->OwnVisible();
-    if (visible.CountRects() == 0)
+    const clipping_rect shown = BPrivate::intersection(rect, visible.FrameInt());
+    if (visible.CountRects() == 0 || BPrivate::covers(canvas->Invalid(), shown))
         return;
     if (visible.CountRects() == 1) {
-        canvas->Invalidate(BPrivate::intersection(rect, visible.FrameInt()));
+        canvas->Invalidate(shown);
         return;
     }
     BRegion region{BRect(rect.left, rect.top, rect.right, rect.bottom)};
