@@ -541,22 +541,42 @@ extern "C" void MoveItem(int32_t ident, int32_t from, int32_t to)
     on_list(ident, [=](auto& list) { list.MoveItem(from, to); });
 }
 
+// Rows with keys instead of their texts, as long as it lives.
+class KeyedRows {
+public:
+    KeyedRows(const std::vector<BListItem*>& rows, ListFrame& list)
+        : fRows(rows), fKeys(rows.size()), fList(list)
+    {
+        for (size_t i = 0; i < rows.size(); i++)
+            as_row(rows[i])->SetKey(&fKeys[i]);
+        fList.fIsSorting = true;
+    }
+    ~KeyedRows()
+    {
+        for (BListItem* row : fRows)
+            as_row(row)->TakeBackText();
+        fList.fIsSorting = false;
+    }
+    KeyedRows(const KeyedRows&) = delete;
+
+private:
+    const std::vector<BListItem*>& fRows;
+    std::vector<SortKey> fKeys;
+    ListFrame& fList;
+};
+
 extern "C" void SortLv(int32_t ident)
 {
     on_list(ident, [](auto& list) {
         list.DeselectAll();
         const std::vector<BListItem*> rows = list.All();
-        std::vector<SortKey> keys(rows.size());
         if (!std::all_of(rows.begin(), rows.end(), as_row))
             return;
-        const bool selects_again = list.CurrentSelection(0) >= 0;  // the handler of the first time
-        for (size_t i = 0; i < rows.size(); i++)
-            as_row(rows[i])->SetKey(&keys[i]);
-        list.fIsSorting = true;
-        list.SortItems(TListItem::CompareKeys);
-        list.fIsSorting = false;
-        for (BListItem* row : rows)
-            as_row(row)->TakeBackText();
+        const bool selects_again = list.CurrentSelection(0) >= 0;  // the handler, just told
+        {
+            const KeyedRows keyed(rows, list);
+            list.SortItems(TListItem::CompareKeys);
+        }
         if (selects_again)
             list.SelectionChanged();
     });

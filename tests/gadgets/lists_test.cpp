@@ -1,35 +1,10 @@
 // List gadgets through the exported calls: rows, selection, outlines, handlers.
 
-#include "gadgets/gadget_window.h"
+#include "gadgets/list_gadgets.h"
 
 #include <limits>
 
 namespace {
-
-class ListGadgets : public GadgetTest {
-protected:
-    int32_t MakeList(int32_t kind, std::initializer_list<const char*> rows)
-    {
-        const int32_t ident = Make(kind, 0, 0, 150, 120);
-        for (const char* row : rows)
-            AddLvEntry(ident, row);
-        return ident;
-    }
-    static std::string Rows(int32_t ident)
-    {
-        std::string rows;
-        for (int32_t i = 0; i < CountEntry(ident); i++)
-            rows += (i > 0 ? " " : "") + std::string(GetLvItem(ident, i));
-        return rows;
-    }
-    static std::string Selected(int32_t ident)
-    {
-        std::string rows;
-        for (int32_t i = 0; i < CountEntry(ident); i++)
-            rows += IsItemSelected(ident, i) ? std::to_string(i) : "";
-        return rows;
-    }
-};
 
 const int32_t kExtreme[] = {-1, 3, std::numeric_limits<int32_t>::min(),
                             std::numeric_limits<int32_t>::max()};
@@ -108,4 +83,123 @@ TEST_F(ListGadgets, OutlinesHoldRowsBelowTheirTopRows)
     const int32_t flat = MakeList(7, {"a"});
     AddEntryInSub(flat, 0, "x");
     EXPECT_EQ(CountEntry(flat), 1);
+}
+
+TEST_F(ListGadgets, UnknownGadgetsHaveNoRowsAndTheirFirstIsSelectedKept)
+{
+    const int32_t button = Make(1, 0, 0, 50, 20);
+    for (const int32_t other : {0, -1, 12345, button}) {
+        AddLvEntry(other, "x");
+        AddEntryInSub(other, 0, "x");
+        ClearListView(other);
+        SortLv(other);
+        LvSelectAll(other);
+        LvExpandAll(other);
+        ChangeLvColor(other, 0, 0, 0, 0, 0, 0);
+        EXPECT_EQ(CountEntry(other), 0);
+        EXPECT_EQ(GetLvSelected(other), 0);
+        EXPECT_FALSE(IsItemSelected(other, 0));
+        EXPECT_STREQ(GetLvFirstItem(other), "");
+    }
+}
+
+TEST_F(ListGadgets, TextsMayHaveAnyLength)
+{
+    const int32_t ident = MakeList(20, {});
+    for (const size_t length : {size_t{1}, size_t{1023}, size_t{1024}, size_t{1000000}}) {
+        const std::string text(length, 'x');
+        AddLvEntry(ident, text.c_str());
+        EXPECT_EQ(std::string(GetLvLastItem(ident)), text.substr(0, 1023));
+        ChangeEntryStr(ident, 0, text.c_str());
+    }
+    ChangeEntryStr(ident, 1, nullptr);
+    EXPECT_STREQ(GetLvItem(ident, 1), "");
+    ChangeEntryStr(ident, 0, "b");
+    ChangeEntryStr(ident, 2, "A");
+    ChangeEntryStr(ident, 3, "aa");
+    SortLv(ident);
+    EXPECT_EQ(Rows(ident), " A aa b");
+}
+
+TEST_F(ListGadgets, SortingLooksBeyondTheFirstLetters)
+{
+    const int32_t ident =
+        MakeList(7, {"Same start Z", "same START a", "same start", "\xc3\xa9", "B"});
+    SortLv(ident);
+    EXPECT_EQ(Rows(ident), "B same start same START a Same start Z \xc3\xa9");
+}
+
+TEST_F(ListGadgets, OutlineIndexesCountTheRowsThatShow)
+{
+    const int32_t ident = MakeList(20, {"b", "a"});
+    for (const char* text : {"z", "y"})
+        AddEntryInSub(ident, 0, text);
+    AddEntryInSub(ident, 1, "x");
+    AddEntryInSub(ident, -1, "nowhere");
+    AddEntryInSub(ident, std::numeric_limits<int32_t>::max(), "nowhere");
+    EXPECT_EQ(Rows(ident), "b z y a x");
+    SortLv(ident);
+    EXPECT_EQ(Rows(ident), "a x b z y") << "the rows below stay in order";
+    SwapItem(ident, 0, 2);
+    EXPECT_EQ(Rows(ident), "b z y a x");
+    SwapItem(ident, 0, 1);
+    MoveItem(ident, 1, 4);
+    EXPECT_EQ(Rows(ident), "b z y a x") << "not from one top row to another";
+    MoveItem(ident, 1, 2);
+    EXPECT_EQ(Rows(ident), "b y z a x");
+    RemoveItem(ident, 1);
+    EXPECT_EQ(Rows(ident), "b z a x");
+    LvCollapseAll(ident);
+    EXPECT_EQ(Rows(ident), "b a");
+    LvExpand(ident, 1);
+    EXPECT_EQ(Rows(ident), "b a x");
+    RemoveItem(ident, 0);
+    EXPECT_EQ(Rows(ident), "a x");
+}
+
+TEST_F(ListGadgets, ClosingARowDeselectsWhatItHides)
+{
+    const int32_t ident = MakeList(20, {"a", "b"});
+    AddEntryInSub(ident, 0, "x");
+    AddEntryInSub(ident, 0, "y");
+    SetMultiSelect(ident, 1);
+    LvSelectAll(ident);
+    gHandlers.Take();
+    LvCollapse(ident, 0);
+    EXPECT_EQ(Selected(ident), "01");
+    EXPECT_EQ(gHandlers.Take(), "value 0");
+    LvExpandAll(ident);
+    EXPECT_EQ(Selected(ident), "03");
+}
+
+TEST_F(ListGadgets, HandlersAreToldOfTheFirstSelectedRow)
+{
+    const int32_t ident = MakeList(7, {"a", "b", "c"});
+    SetMultiSelect(ident, 1);
+    SetSelectEntry(ident, 1);
+    SetSelectEntry(ident, 1);
+    LvSelectAll(ident);
+    SetDeSelectEntry(ident, 0);
+    RemoveItem(ident, 1);
+    LvSelectNone(ident);
+    LvSelectNone(ident);
+    EXPECT_EQ(gHandlers.Take(), "value 1, value 0, value 1, value 2, value -1");
+    SetSelectEntry(ident, 0);
+    SortLv(ident);
+    SetSelectEntry(ident, 1);
+    ClearListView(ident);
+    EXPECT_EQ(gHandlers.Take(), "value 0, value -1, value 1, value -1");
+}
+
+TEST_F(ListGadgets, ListsInNoWindowWorkAsWell)
+{
+    const int32_t ident = CreateGadget(21, -1, 0, 0, 100, 100, nullptr, 0);
+    AddLvEntry(ident, "a");
+    AddEntryInSub(ident, 0, "x");
+    SetSelectEntry(ident, 1);
+    SortLv(ident);
+    EXPECT_EQ(Rows(ident), "a x");
+    AttachGadgetToWindow(window.Ident(), ident);
+    EXPECT_GT(WithList([](BListView& list) { return list.ItemFrame(1).Height(); }), 8);
+    KillGadget(0, ident);
 }

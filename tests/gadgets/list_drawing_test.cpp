@@ -1,0 +1,136 @@
+// List gadgets on the screen: colours, draw hooks, scroll bars.
+
+#include "gadgets/list_gadgets.h"
+
+#include <Bitmap.h>
+#include <Screen.h>
+#include <ScrollBar.h>
+
+#include <atomic>
+#include <memory>
+
+namespace {
+
+uint32_t pixel_at(BPoint place)
+{
+    BBitmap* shot = nullptr;
+    BRect frame(place.x + 100, place.y + 100, place.x + 100, place.y + 100);
+    EXPECT_EQ(BScreen().GetBitmap(&shot, false, &frame), B_OK);
+    const std::unique_ptr<BBitmap> owner(shot);
+    return *static_cast<const uint32_t*>(shot->Bits()) & 0xFFFFFF;
+}
+
+bool becomes(BPoint place, uint32_t color)
+{
+    return eventually([=] { return pixel_at(place) == color; }, 10'000'000);
+}
+
+int32_t gList;
+std::atomic<int32_t> gDrawn;
+
+int32_t draw_below(int32_t a, int32_t b)
+{
+    gDrawn += a == 0 && b == 0;
+    SetForeColor(-1, 0x12AB34FF, 0xFFFFFFFF);
+    FRectangle(-1, 100, 90, 20, 10);
+    return 0;
+}
+
+int32_t change_list(int32_t, int32_t)
+{
+    if (gDrawn++ > 0)
+        return 0;
+    AddLvEntry(gList, "more");
+    ClearListView(gList);
+    AddLvEntry(gList, "last");
+    return 0;
+}
+
+}  // namespace
+
+TEST_F(ListGadgets, RowsHaveTheColoursOfTheirState)
+{
+    for (const int32_t kind : {7, 20}) {
+        const int32_t ident = MakeList(kind, {"a", "b", "c", "d"});
+        EnableItemLv(ident, 2, 0);
+        SetSelectEntry(ident, 1);
+        EXPECT_TRUE(becomes(PlaceOf(0, 140), 0xE2E2E2)) << kind;
+        EXPECT_TRUE(becomes(PlaceOf(1, 140), 0xFFFFFF));
+        EXPECT_TRUE(becomes(PlaceOf(2, 140), 0x960A28));
+        ChangeLvColor(ident, 0x112233FF, -1, -1, 0x445566FF, 0x778899FF, -1);
+        ChangeItemColor(ident, 3, 0x00FF00FF, 0x000000FF, 0x000000FF, 0x0000FFFF);
+        EXPECT_TRUE(becomes(PlaceOf(0, 140), 0x112233));
+        EXPECT_TRUE(becomes(PlaceOf(1, 140), 0x445566));
+        EXPECT_TRUE(becomes(PlaceOf(2, 140), 0x778899));
+        EXPECT_TRUE(becomes(PlaceOf(3, 140), 0x00FF00));
+        SetSelectEntry(ident, 3);
+        EXPECT_TRUE(becomes(PlaceOf(3, 140), 0x0000FF));
+        EnableItemLv(ident, 3, 0);
+        EXPECT_TRUE(becomes(PlaceOf(3, 140), 0x778899)) << "disabled rows have the list's";
+        ChangeLvColor(ident, -1, -1, -1, -1, -1, -1);
+        EXPECT_TRUE(becomes(PlaceOf(0, 140), 0x112233));
+        KillGadget(0, ident);
+    }
+}
+
+TEST_F(ListGadgets, OnlyFlatListsFillTheirGroundKept)
+{
+    const int32_t flat = MakeList(7, {"a"});
+    EXPECT_TRUE(becomes(BPoint(60, 110), 0xE2E2E2));
+    KillGadget(0, flat);
+    MakeList(20, {"a"});
+    EXPECT_TRUE(becomes(BPoint(60, 110), 0xFFFFFF));
+}
+
+TEST_F(ListGadgets, ColoursReachTheListInItsScrollView)
+{
+    const int32_t ident = MakeList(10, {"a"});
+    ChangeLvColor(ident, 0x112233FF, -1, -1, -1, -1, -1);
+    EXPECT_TRUE(becomes(PlaceOf(0, 100), 0x112233));
+}
+
+TEST_F(ListGadgets, DrawHooksDrawIntoTheList)
+{
+    for (const int32_t kind : {8, 21}) {
+        gDrawn = 0;
+        const int32_t ident = MakeList(kind, {"a", "b"});
+        SetDrawHookLv(ident, 1, reinterpret_cast<void*>(draw_below));
+        EXPECT_TRUE(eventually([] { return gDrawn > 0; }));
+        EXPECT_TRUE(becomes(BPoint(112, 97), 0x12AB34)) << kind;
+        SetDrawHookLv(ident, 1, nullptr);
+        KillGadget(0, ident);
+    }
+}
+
+TEST_F(ListGadgets, DrawHookMayChangeItsListAndThatItselfIsGone)
+{
+    for (const int32_t kind : {7, 8, 20, 23}) {
+        gDrawn = 0;
+        gList = MakeList(kind, {"a", "b", "c"});
+        SetDrawHookLv(gList, 1, reinterpret_cast<void*>(change_list));
+        EXPECT_TRUE(eventually([] { return Rows(gList) == "last"; })) << kind;
+        Settle();
+        KillGadget(0, gList);
+    }
+}
+
+TEST_F(ListGadgets, ScrollRangesAreTheListsOwnWithItsFirstRow)
+{
+    const int32_t ident = Make(8, 0, 0, 150, 120);
+    const auto range = [&] {
+        return WithList([](BListView& list) {
+            float min, max;
+            list.ScrollBar(B_VERTICAL)->GetRange(&min, &max);
+            return max;
+        });
+    };
+    EXPECT_EQ(range(), 0);
+    for (int i = 0; i < 20; i++)
+        AddLvEntry(ident, "row");
+    EXPECT_GT(range(), 100);
+    const float top = WithList([](BListView& list) { return list.LeftTop().y; });
+    inject_pointer(window.X(60), window.Y(40));
+    inject_wheel(0, 1);
+    Settle();
+    EXPECT_GT(WithList([](BListView& list) { return list.LeftTop().y; }), top);
+}
