@@ -360,8 +360,12 @@ TEST_F(TextEditorTest, ModesAreSetByNumber)
     EXPECT_EQ(modes(), "1111");
     TEditMakeSelectable(editor, 0);
     EXPECT_EQ(modes(), "1110");
-    for (int32_t width : {50, 0, -1, INT32_MAX, INT32_MIN})
+    TEditSetText(editor, "a\tb\t\tc and more to be broken\t\t\t\t\t\td");
+    for (int32_t width : {50, 1, 0, -1, INT32_MAX, INT32_MIN}) {
         TEditSetTabWidth(editor, width);
+        EXPECT_GE(TEditCountLines(editor), 1) << width;
+        Settle();  // it is drawn
+    }
     TEditSetTabWidth(editor, 40);
     EXPECT_EQ(WithEditor([](BTextView& text) { return text.TabWidth(); }), 40);
 }
@@ -420,6 +424,24 @@ TEST_F(TextEditorTest, CommandsActWithAndWithoutBars)
         EXPECT_EQ(All(editor), "");
         KillGadget(0, editor);
     }
+}
+
+TEST_F(TextEditorTest, WhatHasNoTextIsPastedAsNothingKept)
+{
+    const int32_t editor = Editor(26, "text");
+    be_clipboard->Lock();
+    be_clipboard->Clear();
+    be_clipboard->Data()->AddData("image/x-any", B_MIME_TYPE, "1234", 4);
+    be_clipboard->Commit();
+    be_clipboard->Unlock();
+    SelectAll(editor);
+    PasteString(editor);
+    EXPECT_EQ(All(editor), "text");
+    EXPECT_TRUE(WithEditor([](BTextView& text) {
+        BMessage nothing;
+        return text.AcceptsPaste(be_clipboard) && text.AcceptsPaste(nullptr) &&
+               text.AcceptsDrop(&nothing);
+    }));
 }
 
 TEST_F(TextEditorTest, ReplacesTheSelection)
