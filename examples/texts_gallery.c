@@ -53,19 +53,39 @@ static void fill_outline(int32_t ident)
 }
 
 /* Four kinds that differ by their scroll bars alone: none, upright, lying, both. */
-static void row_of_four(int32_t kind, int32_t y, int32_t height, void (*fill)(int32_t))
+static void row_of_four(int32_t kind, int32_t y, int32_t width, int32_t height,
+                        void (*fill)(int32_t))
 {
     for (int32_t i = 0; i < 4; i++) {
-        const int32_t ident = CreateGadget(kind + i, window, 10 + i * 138, y, 128, height, NULL, 0);
+        const int32_t ident =
+            CreateGadget(kind + i, window, 10 + i * 138, y, width, height, NULL, 0);
         if (ident != 0)
             fill(ident);
     }
+}
+
+/* Text, a whole number, a password and a decimal number. */
+static void fill_field(int32_t ident)
+{
+    SetDiviser(ident, 0);
+    SetString(ident, "1234567");
+}
+
+static void fill_editor(int32_t ident)
+{
+    const int32_t large = OpenFont(NULL, "Bold", 16);
+    TEditSetText(ident, "A text of several lines, the long ones broken, and styles.\nThe end.");
+    TEditSetFont(ident, 2, 6, large);
+    TEditSetColor(ident, 2, 6, (int32_t)0xC62828FF);
+    CloseFont(large);
 }
 
 void texts_open(int32_t left, int32_t top)
 {
     window = OpenWindow(left, top, WIDTH, HEIGHT);
     SetWindowTitle(window, "Lists and texts");
-    row_of_four(7, 10, 76, fill_list);
-    row_of_four(20, 96, 76, fill_outline);
+    row_of_four(7, 10, 128, 76, fill_list);
+    row_of_four(20, 96, 128, 76, fill_outline);
+    row_of_four(PLINTH_STRING_FIELD, 180, 128, 24, fill_field);
+    row_of_four(PLINTH_TEXT_EDITOR, 212, 108, 36, fill_editor);
 }
