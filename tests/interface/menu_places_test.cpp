@@ -167,7 +167,8 @@ TEST_F(MenuPlaces, RowsAndMatricesLieAsTheirNamesSay)
     BMenu matrix("matrix", 60, 40);
     EXPECT_TRUE(matrix.AddItem(item("a", kNew), BRect(0, 0, 29, 39)));
     EXPECT_TRUE(matrix.AddItem(item("b", kNew), BRect(30, 0, 59, 39)));
-    EXPECT_FALSE(row.AddItem(new BMenuItem("c", nullptr), BRect(0, 0, 9, 9)));
+    BMenuItem refused("c", nullptr);
+    EXPECT_FALSE(row.AddItem(&refused, BRect(0, 0, 9, 9)));
     float width, height;
     matrix.GetPreferredSize(&width, &height);
     EXPECT_EQ(BPoint(width, height), BPoint(60, 40));

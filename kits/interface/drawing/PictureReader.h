@@ -4,6 +4,7 @@
 #include <interface/drawing/PictureOps.h>
 
 #include <cstring>
+#include <type_traits>
 #include <vector>
 
 namespace BPrivate {
@@ -20,9 +21,13 @@ public:
     template <class Value>
     Value Get()
     {
-        Value value{};
-        Take(&value, sizeof(Value));
-        return value;
+        if constexpr (std::is_enum_v<Value>) {
+            return _GetEnum<Value>();
+        } else {
+            Value value{};
+            Take(&value, sizeof(Value));
+            return value;
+        }
     }
     template <class Value>
     std::vector<Value> GetSpan()
@@ -49,6 +54,20 @@ public:
     }
 
 private:
+    static constexpr int32 _Last(drawing_mode) { return B_OP_ALPHA; }
+    static constexpr int32 _Last(source_alpha) { return B_CONSTANT_ALPHA; }
+    static constexpr int32 _Last(alpha_function) { return B_ALPHA_COMPOSITE_DESTINATION_OUT; }
+    static constexpr int32 _Last(cap_mode) { return B_SQUARE_CAP; }
+    static constexpr int32 _Last(join_mode) { return B_SQUARE_JOIN; }
+    // A number that is none of the enumeration's ends the walk.
+    template <class Value>
+    Value _GetEnum()
+    {
+        const auto value = Get<int32>();
+        fGood = fGood && value >= 0 && value <= _Last(Value{});
+        return fGood ? Value(value) : Value{};
+    }
+
     const uint8* fAt;
     size_t fLeft;
     bool fGood = true;
