@@ -100,6 +100,32 @@ clipboard() {
     expect 'input from another!'
 }
 
+# Selecting is enough for other programs, and theirs for the middle button.
+primary() {
+    click_editor
+    xdotool type 'one two'
+    expect 'changed 7 one two'
+    xdotool mousemove 111 208 mousedown 1 mousemove 180 209 mousemove 300 210 mouseup 1
+    eventually clip_is primary 'one two' || fail "no selection"
+    printf 'other ' | timeout 60 xclip -i -selection primary
+    xdotool mousemove 111 208 click 2
+    expect 'changed 13 other one two'
+}
+
+# Accents that wait for their letter, by the keyboard and by the Compose key.
+accents() {
+    setxkbmap -display "$DISPLAY" -layout us -variant intl -option compose:ralt || fail "no keymap"
+    click_editor
+    xdotool key dead_acute e
+    expect 'changed 2 é'
+    xdotool key Multi_key quotedbl a
+    expect 'changed 4 éä'
+    xdotool key BackSpace
+    expect 'changed 2 é'
+    xdotool key dead_circumflex space
+    expect 'changed 3 é\^'
+}
+
 start_server
 start_program
 "$scenario"

@@ -24,8 +24,8 @@ void inject_key(int32_t key, bool down);
 /* Types a text: presses and releases the keys of its characters, with Shift where needed;
    characters that a US keyboard lacks arrive as their UTF-8 bytes with key 0. */
 void inject_text(const char* text);
-/* What an input method has made of keys so far: `text`, "" for nothing any more, with its caret at a
-   byte; and the text that it is done with, "" for none. */
+/* What an input method has made of keys so far: `text`, "" for nothing any more, with its caret at
+   a byte; and the text that it is done with, "" for none. */
 void inject_composition(const char* text, int32_t caret, const char* committed);
 /* Where the input method's list of words goes: a rectangle on the screen, left, top, right and
    bottom. False if no text has been composed in the active window. */

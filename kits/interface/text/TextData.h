@@ -151,6 +151,8 @@ struct [[gnu::visibility("hidden")]] TextData
     void TellPlaces(const BMessage& request) const;
     void DrawComposed(BRect update) const;
 
+    bool Answer(BMessage * message);
+
     // ---- Styles
     void Restyle(int32 from, int32 to, const BFont* font, uint32 mode, const rgb_color* color);
     void ChangedStyle(int32 from, int32 to);

@@ -303,6 +303,7 @@ void BTextView::MessageReceived(BMessage* message)
             text.AutoScroll();
             break;
         default:
-            BView::MessageReceived(message);
+            if (!text.Answer(message))
+                BView::MessageReceived(message);
     }
 }

@@ -6,10 +6,12 @@
 #include <cstdlib>
 #include <cstring>
 #include <new>
+#include <string>
 
 #include <app/looper/Scripting.h>
 
 #include "interface/text/TextData.h"
+#include "interface/view/ViewPrivate.h"
 
 using BPrivate::TextData;
 
@@ -111,10 +113,151 @@ status_t BTextView::Archive(BMessage* archive, bool deep) const
 
 // ---- Scripting
 
+static const property_info kProperties[] = {{"Selection",
+                                             {B_GET_PROPERTY, B_SET_PROPERTY},
+                                             {B_DIRECT_SPECIFIER},
+                                             "start and end of the selection",
+                                             0,
+                                             {B_INT32_TYPE},
+                                             {}},
+                                            {"Text",
+                                             {B_COUNT_PROPERTIES},
+                                             {B_DIRECT_SPECIFIER},
+                                             "the length of the text in bytes",
+                                             0,
+                                             {B_INT32_TYPE},
+                                             {}},
+                                            {"Text",
+                                             {B_GET_PROPERTY, B_SET_PROPERTY},
+                                             {B_RANGE_SPECIFIER, B_REVERSE_RANGE_SPECIFIER},
+                                             "the text in a range; to set it puts other text there",
+                                             0,
+                                             {B_STRING_TYPE},
+                                             {}},
+                                            {"text_run_array",
+                                             {B_GET_PROPERTY, B_SET_PROPERTY},
+                                             {B_RANGE_SPECIFIER, B_REVERSE_RANGE_SPECIFIER},
+                                             "the styles in a range, flattened",
+                                             0,
+                                             {B_RAW_TYPE},
+                                             {}},
+                                            {}};
+
+namespace {
+
+// A question to a text, about its bytes `from` to `to` where there is a range.
+struct Request {
+    const BMessage& message;
+    std::string property;
+    int32 from = 0, to = 0;
+};
+
+}  // namespace
+
+static status_t take_range(const BTextView& view, const BMessage& specifier, int32 form,
+                           Request* request)
+{
+    if (form == B_DIRECT_SPECIFIER)
+        return B_OK;
+    int32 index, count;
+    if (specifier.FindInt32("index", &index) != B_OK ||
+        specifier.FindInt32("range", &count) != B_OK)
+        return B_BAD_SCRIPT_SYNTAX;
+    const int32 length = view.TextLength();
+    if (index < 0 || index > length || count < 0)
+        return B_BAD_INDEX;
+    const int32 start = form == B_REVERSE_RANGE_SPECIFIER ? length - index : index;
+    request->from = start;
+    request->to = start + std::min(count, length - start);
+    return B_OK;
+}
+
+static status_t get_property(BTextView& view, const Request& request, BMessage* reply)
+{
+    if (request.message.what == B_COUNT_PROPERTIES)
+        return reply->AddInt32("result", view.TextLength());
+    if (request.property == "Selection") {
+        int32 start, end;
+        view.GetSelection(&start, &end);
+        const status_t status = reply->AddInt32("result", start);
+        return status == B_OK ? reply->AddInt32("result", end) : status;
+    }
+    if (request.property == "Text") {
+        std::string text(size_t(request.to - request.from) + 1, '\0');
+        view.GetText(request.from, request.to - request.from, text.data());
+        return reply->AddString("result", text.c_str());
+    }
+    text_run_array* runs = view.RunArray(request.from, request.to);
+    int32 size = 0;
+    void* flat = BTextView::FlattenRunArray(runs, &size);
+    const status_t status =
+        flat != nullptr ? reply->AddData("result", B_RAW_TYPE, flat, size) : B_NO_MEMORY;
+    free(flat);
+    BTextView::FreeRunArray(runs);
+    return status;
+}
+
+static status_t set_property(BTextView& view, const Request& request)
+{
+    const BMessage& message = request.message;
+    if (request.property == "Selection") {
+        int32 start, end;
+        if (message.FindInt32("data", &start) != B_OK || message.FindInt32("data", 1, &end) != B_OK)
+            return B_BAD_VALUE;
+        view.Select(start, end);
+        return B_OK;
+    }
+    if (request.property == "Text") {
+        const std::string text = message.GetString("data", "");
+        view.Delete(request.from, request.to);
+        view.Insert(request.from, text.data(), int32(text.size()), nullptr);
+        return B_OK;
+    }
+    const void* flat;
+    ssize_t bytes;
+    if (message.FindData("data", B_RAW_TYPE, &flat, &bytes) != B_OK)
+        return B_BAD_VALUE;
+    auto size = int32(bytes);
+    text_run_array* runs = BTextView::UnflattenRunArray(flat, &size);
+    if (runs == nullptr)
+        return B_BAD_VALUE;
+    view.SetRunArray(request.from, request.to, runs);
+    BTextView::FreeRunArray(runs);
+    return B_OK;
+}
+
+// False for a message that is no question to a text.
+bool BPrivate::TextData::Answer(BMessage* message)
+{
+    int32 index, form;
+    BMessage specifier;
+    const char* property = nullptr;
+    if (!message->HasSpecifiers() ||
+        message->GetCurrentSpecifier(&index, &specifier, &form, &property) != B_OK ||
+        !knows_property(kProperties, message, index, &specifier, form, property))
+        return false;
+    Request request{*message, property};
+    const ViewRef self(view);
+    BMessage reply(B_REPLY);
+    status_t status = take_range(*view, specifier, form, &request);
+    if (status == B_OK)
+        status = message->what == B_SET_PROPERTY ? set_property(*view, request)
+                                                 : get_property(*view, request, &reply);
+    reply.AddInt32("error", status);
+    message->SendReply(&reply);
+    return true;
+}
+
 BHandler* BTextView::ResolveSpecifier(BMessage* message, int32 index, BMessage* specifier,
                                       int32 form, const char* property)
 {
-    return BView::ResolveSpecifier(message, index, specifier, form, property);
+    return BPrivate::knows_property(kProperties, message, index, specifier, form, property)
+               ? this
+               : BView::ResolveSpecifier(message, index, specifier, form, property);
 }
 
-status_t BTextView::GetSupportedSuites(BMessage* data) { return BView::GetSupportedSuites(data); }
+status_t BTextView::GetSupportedSuites(BMessage* data)
+{
+    const status_t status = BPrivate::add_suite(data, "suite/vnd.Be-text-view", kProperties);
+    return status == B_OK ? BView::GetSupportedSuites(data) : status;
+}
