@@ -126,6 +126,40 @@ accents() {
     expect 'changed 3 é\^'
 }
 
+# What is selected is dragged to another program, which is a second one of the same.
+drag_out() {
+    local first=$window first_log=$log
+    click_editor
+    xdotool type 'one two'
+    expect 'changed 7 one two'
+    log=$folder/second
+    start_program
+    xdotool windowmove "$window" 600 300
+    eventually moved_to 600 300 || fail "not moved"
+    activate "$first"
+    xdotool key ctrl+a
+    sleep 0.3
+    xdotool mousemove 120 208 mousedown 1
+    for place in '130 212' '150 230' '350 300' '420 340' '500 380' '640 400' '650 410' '655 412'; do
+        xdotool mousemove $place
+        sleep 0.1
+    done
+    sleep 0.3
+    xdotool mouseup 1
+    expect 'changed 7 one two'
+    # And inside of the first it is over.
+    log=$first_log
+    mark
+    xdotool mousemove 300 215 click 1
+    xdotool type '!'
+    expect 'changed 8 one two!'
+}
+moved_to() {
+    local X Y
+    eval "$(xdotool getwindowgeometry --shell "$window")"
+    [ "$X" -ge "$1" ] && [ "$Y" -ge "$2" ]
+}
+
 start_server
 start_program
 "$scenario"

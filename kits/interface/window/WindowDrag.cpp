@@ -10,9 +10,11 @@
 
 #include <algorithm>
 #include <mutex>
+#include <string>
 #include <vector>
 
 #include <app/message/MessageAccess.h>
+#include <support/ValidUTF8.h>
 #include <interface/view/ViewPrivate.h>
 #include <interface/window/WindowPrivate.h>
 
@@ -25,7 +27,8 @@ struct Drag {
     std::unique_ptr<BBitmap> image;
     BPoint offset;
     WindowData* source;
-    WindowData* over;  // the window that got the last move, null for none
+    WindowData* over;         // the window that got the last move, null for none
+    bool handedOver = false;  // the screen drags it, as text
 };
 
 static std::mutex sLock;  // a window is posted to under it only; before the locks of queues
@@ -134,11 +137,38 @@ bool drag_event(WindowData* grabbed, const server::Event& event)
     if (over != nullptr && over != grabbed)
         over->PostInput(below, false, sDrag->message);
     if (event.kind == server::EventKind::MouseUp && event.buttons == 0) {
-        drop(*sDrag, over, event.underWhere, event.screenWhere);
+        if (!sDrag->handedOver)  // else it has been dropped, wherever that was
+            drop(*sDrag, over, event.underWhere, event.screenWhere);
         WindowData* const source = sDrag->source;
         source->Post(std::make_unique<DragEnd>(std::move(sDrag)));
     }
     return true;
+}
+
+// The text of a drag that is to be handed over now.
+static bool take_text(const WindowData* source, std::string* text)
+{
+    std::lock_guard<std::mutex> lock(sLock);
+    const void* bytes;
+    ssize_t length;
+    if (sDrag == nullptr || sDrag->source != source || sDrag->over != nullptr ||
+        sDrag->handedOver ||
+        sDrag->message->FindData("text/plain", B_MIME_TYPE, &bytes, &length) != B_OK)
+        return false;
+    text->assign(static_cast<const char*>(bytes), size_t(length));
+    sDrag->handedOver = true;
+    return true;
+}
+
+void hand_drag_over(WindowData* source)
+{
+    std::string text;
+    if (source->display == nullptr || !take_text(source, &text) ||
+        source->display->DragOut(valid_utf8(text)))
+        return;
+    std::lock_guard<std::mutex> lock(sLock);
+    if (sDrag != nullptr && sDrag->source == source)
+        sDrag->handedOver = false;
 }
 
 void pass_to_window_below(const server::Event& event)
@@ -171,6 +201,12 @@ void post_file_drop(WindowData* window, const server::Event& event)
 
 void post_text_drop(WindowData* window, const server::Event& event)
 {
+    {
+        // One of ours that came back is what it was.
+        std::lock_guard<std::mutex> lock(sLock);
+        if (sDrag != nullptr && sDrag->handedOver)
+            return drop(*sDrag, window, event.where, event.screenWhere);
+    }
     BMessage drop(B_MIME_DATA);
     drop.AddData("text/plain", B_MIME_TYPE, event.text.data(),
                  static_cast<ssize_t>(event.text.size()), false);

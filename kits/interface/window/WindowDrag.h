@@ -39,6 +39,9 @@ void start_drag(WindowData* source, std::unique_ptr<BMessage> message,
 // A pointer event that `grabbed` got: posts it there and to the window under the pointer.
 // False, and nothing posted, if nothing is dragged.
 bool drag_event(WindowData* grabbed, const server::Event& event);
+// A drag of text that this window began and that left all of the program's goes on to the others.
+// Its thread.
+void hand_drag_over(WindowData* source);
 // Posts the event to the window that it names as the one under the pointer.
 void pass_to_window_below(const server::Event& event);
 

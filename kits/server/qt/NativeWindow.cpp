@@ -2,6 +2,7 @@
 
 #include "server/qt/NativeWindow.h"
 
+#include <QDrag>
 #include <QGuiApplication>
 #include <QInputMethod>
 #include <QInputMethodEvent>
@@ -405,6 +406,27 @@ void NativeWindow::EndInput()
 {
     if (QGuiApplication::focusWindow() == this)
         QGuiApplication::inputMethod()->reset();
+}
+
+// Qt runs events of its own until the drag is over: that waits until the tasks of this moment are
+// done. It takes the release of the button for itself.
+void NativeWindow::DragOut(const std::string& text)
+{
+    const auto run = [text] {
+        {
+            StageLock lock;
+            if (stage().Buttons() == 0)
+                return;
+        }
+        auto* data = new QMimeData;
+        data->setText(QString::fromStdString(text));
+        auto* drag = new QDrag(QCoreApplication::instance());  // Qt's own: it outlives the drop
+        drag->setMimeData(data);
+        drag->exec(Qt::CopyAction);
+        StageLock lock;
+        stage().SyncButtons(0);
+    };
+    QMetaObject::invokeMethod(QCoreApplication::instance(), run, Qt::QueuedConnection);
 }
 
 void NativeWindow::_Drop(QDropEvent* event)

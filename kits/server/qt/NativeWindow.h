@@ -31,6 +31,8 @@ public:
     // Where composed text is.
     void SetInputPlace(BRect place);
     void EndInput();
+    // Has Qt drag a text, until the button is up.
+    void DragOut(const std::string& text);
     // A menu's window, which may grab the pointer: presses on other programs' windows then come
     // here too.
     bool IsMenu() const { return (flags() & Qt::BypassWindowManagerHint) != 0; }

@@ -271,6 +271,13 @@ void QtWindow::SetCursor(const BCursor* cursor)
     UpdateCursor();
 }
 
+bool QtWindow::DragOut(const std::string& text)
+{
+    StageLock lock;
+    _Post([=](NativeWindow& native) { native.DragOut(text); });
+    return true;
+}
+
 void QtWindow::UpdateCursor()
 {
     Cursor image = fCursor != nullptr ? fCursor : stage().AppCursor();

@@ -26,6 +26,7 @@ public:
     void Activate(bool active) override;
     void SendBehind(Window* other) override;
     void SetCursor(const BCursor* cursor) override;
+    bool DragOut(const std::string& text) override;
     void Present(const Surface& surface, const clipping_rect* rects, int32 count) override;
 
     Border Decoration() const override { return fBorder; }

@@ -137,6 +137,10 @@ public:
     virtual void SetCursor(const BCursor* cursor) = 0;  // null: the default
     // Where the text is that an input method makes, in the window: its list of words goes there.
     virtual void SetCompositionPlace(BRect place) = 0;
+    // Takes a drag of text that left the program's windows to those of others, until the button is
+    // up. It may fall on a window of this program again, as TextDropped. False where there are no
+    // others.
+    virtual bool DragOut(const std::string& text) = 0;
     // What is being composed stays where it is, and nothing more of it comes.
     virtual void EndComposition() = 0;
     // Hands finished pixels over: `rects` of `surface` (a B_RGBA32 back buffer of the window's
