@@ -215,7 +215,7 @@ static void show_folder(const char *path)
 static void add_fact(const char *name, const char *value)
 {
     char row[LINE];
-    snprintf(row, sizeof row, "%-12s %s", name, *value != '\0' ? value : "-");
+    snprintf(row, sizeof row, "%-12s %.400s", name, *value != '\0' ? value : "-");
     AddLvEntry(facts, row);
 }
 
