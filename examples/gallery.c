@@ -13,7 +13,7 @@ enum { LEFT = 20, TOP = 40, WIDTH = 379, HEIGHT = 659 };
 enum { SMALLEST = 8, LARGEST = 36 };
 
 static int32_t window, log_list, size_slider, colors[3], part_field, color_control;
-static int32_t box, title_check, moved_button, disable_check, hide_check;
+static int32_t boxes[2], title_check, moved_button, disable_check, hide_check;
 static int32_t pictures[2], icons[2];
 
 /* --- the log: handlers of any window */
@@ -27,9 +27,8 @@ void gallery_log(const char *gadget, const char *event, int32_t value)
     else
         snprintf(line, sizeof line, "%s %s %d", gadget, event, value);
     AddLvEntry(log_list, line);
-    if (CountEntry(log_list) > MOST_LINES)
-        RemoveItem(log_list, 0);
-    SetSelectEntry(log_list, CountEntry(log_list) - 1);
+    MoveItem(log_list, CountEntry(log_list) - 1, 0); /* the newest first */
+    RemoveItem(log_list, MOST_LINES);
 }
 
 LOGGED(moved)
@@ -74,7 +73,7 @@ static void make_sliders(void)
     SetHashCount(size_slider, LARGEST - SMALLEST + 1);
     SetHashType(size_slider, 2);
     SetLimitsLabel(size_slider, "8 points", "36 points");
-    SetSliderPosition(size_slider, 12 - SMALLEST);
+    SetSliderPosition(size_slider, 10 - SMALLEST);
     SetHandlerForGadget(size_slider, PLINTH_GADGET_VALUE, (void *)on_size);
     for (int32_t i = 0; i < 3; i++) {
         colors[i] = CreateGadget(PLINTH_SLIDER, window, 10, 84 + 24 * i, 150, 20, NULL, 255);
@@ -94,19 +93,16 @@ static void make_sliders(void)
 
 /* --- the box, and what is moved */
 
-static void on_into_box(void)
+static void on_left(void)
 {
-    gallery_log("move", "pressed", -1);
-    BBoxAddGadget(box, moved_button);
+    gallery_log("left", "pressed", -1);
+    BBoxAddGadget(boxes[0], moved_button);
 }
 
-static void on_out_of_box(void)
+static void on_right(void)
 {
-    gallery_log("out", "pressed", -1);
-    KillGadget(window, box);
-    box = CreateGadget(PLINTH_BOX, window, 10, 240, 150, 80, NULL, 0);
-    BBoxAddGadgetTitle(box, title_check);
-    AttachGadgetToWindow(window, moved_button);
+    gallery_log("right", "pressed", -1);
+    BBoxAddGadget(boxes[1], moved_button);
 }
 
 static void on_disable(int32_t value)
@@ -143,19 +139,21 @@ static int32_t check(int32_t x, int32_t y, const char *label, void (*handler)(in
 
 static void make_boxes(void)
 {
-    static const char *const pop_up[] = {"i*00000001Into the box", "i*00000002Out of it", "q",
+    static const char *const pop_up[] = {"i*00000001To the left", "i*00000002To the right", "q",
                                          NULL};
-    push(10, 200, 70, "Move", on_into_box);
-    push(90, 200, 70, "Out", on_out_of_box);
-    box = CreateGadget(PLINTH_BOX, window, 10, 240, 150, 80, NULL, 0);
-    title_check = CreateGadget(PLINTH_CHECK_BOX, window, 0, 0, 80, 18, "Title", 0);
+    push(10, 200, 110, "To the left", on_left);
+    push(130, 200, 110, "To the right", on_right);
+    for (int32_t i = 0; i < 2; i++)
+        boxes[i] = CreateGadget(PLINTH_BOX, window, 10 + 120 * i, 240, 110, 80, "Box", 0);
+    title_check = CreateGadget(PLINTH_CHECK_BOX, window, 0, 0, 64, 18, "Title", 0);
     title_log(title_check);
-    BBoxAddGadgetTitle(box, title_check);
-    moved_button = CreateGadget(PLINTH_BUTTON, window, 170, 200, 100, 24, "Moved", 0);
+    BBoxAddGadgetTitle(boxes[0], title_check);
+    moved_button = CreateGadget(PLINTH_BUTTON, window, 14, 34, 80, 24, "Moved", 0);
     moved_log(moved_button);
+    BBoxAddGadget(boxes[0], moved_button);
     AttachPopUpToGadget(moved_button, CreatePopUpMenu(pop_up));
-    disable_check = check(170, 240, "Disable some", on_disable);
-    hide_check = check(170, 262, "Hide pictures", on_hide);
+    disable_check = check(250, 200, "Disable some", on_disable);
+    hide_check = check(250, 222, "Hide pictures", on_hide);
     FocusOnClick(disable_check, 1);
 }
 
@@ -163,9 +161,9 @@ static void on_menu(int32_t code)
 {
     gallery_log("menu", "item", code);
     if (code == 1)
-        on_into_box();
+        on_left();
     else if (code == 2)
-        on_out_of_box();
+        on_right();
 }
 
 /* --- pictures */
@@ -186,12 +184,12 @@ static void make_pictures(void)
 {
     enum { SMALL_ICON = 31, LARGE_ICON = 32 };
     const int32_t red = make_ball(32, 0xFF40), blue = make_ball(32, 0x40FF);
-    pictures[0] = CreateGadget(PLINTH_PICTURE_BUTTON, window, 170, 284, 32, 32, NULL, red);
-    pictures[1] = CreateGadget(PLINTH_PICTURE_BUTTON, window, 214, 284, 32, 32, NULL, blue);
+    pictures[0] = CreateGadget(PLINTH_PICTURE_BUTTON, window, 250, 250, 32, 32, NULL, red);
+    pictures[1] = CreateGadget(PLINTH_PICTURE_BUTTON, window, 294, 250, 32, 32, NULL, blue);
     for (int32_t i = 0; i < 2; i++)
         picture_log(pictures[i]);
-    icons[0] = CreateGadget(SMALL_ICON, window, 262, 294, 0, 0, NULL, LoadIcon("/"));
-    icons[1] = CreateGadget(LARGE_ICON, window, 290, 286, 0, 0, NULL, LoadIcon("/"));
+    icons[0] = CreateGadget(SMALL_ICON, window, 250, 296, 0, 0, NULL, LoadIcon("/"));
+    icons[1] = CreateGadget(LARGE_ICON, window, 294, 292, 0, 0, NULL, LoadIcon("/"));
     CloseIcon(red);
     CloseIcon(blue);
 }
@@ -212,24 +210,28 @@ static int32_t play(const char *picture)
 {
     tour_begin(LEFT, TOP);
     tour_pause(100);
-    tour_click(150, 30); /* size */
-    tour_click(100, 92); /* red */
-    tour_click(40, 210); /* Move */
-    tour_click(180, 250);
+    tour_click(36, 30);   /* size */
+    tour_click(100, 92);  /* red */
+    tour_click(180, 210); /* To the right */
+    tour_click(20, 250);  /* Title */
     tour_pause(100);
-    tour_click(180, 250);
     tour_click(40, 170); /* the parts */
     tour_pause(200);
     return tour_end(picture);
+}
+
+void gallery_open(void)
+{
+    make_panel();
+    states_open(LEFT + WIDTH + 30, TOP);
+    texts_open(LEFT + WIDTH + 30, 768 - 318);
 }
 
 void ProgramMain(void)
 {
     const char *picture = tour_picture();
     Open_Sys(0);
-    make_panel();
-    states_open(LEFT + WIDTH + 30, TOP);
-    texts_open(LEFT + WIDTH + 30, 768 - 268);
+    gallery_open();
     if (picture != NULL) {
         if (play(picture) != 0)
             fprintf(stderr, "gallery: cannot save %s\n", picture);

@@ -6,6 +6,9 @@
 
 #include <stdint.h>
 
+/* Opens all windows of the gallery. Program's thread. */
+void gallery_open(void);
+
 /* Adds a line to the log. Any handler. */
 void gallery_log(const char *gadget, const char *event, int32_t value);
 

@@ -7,14 +7,14 @@
 
 #include "gallery.h"
 
-enum { COLUMNS = 4, ROWS = 10, MOST = COLUMNS * ROWS + COLUMNS };
+enum { COLUMNS = 4, ROWS = 10, MOST = COLUMNS * (ROWS + 2) };
 
 static const char *const titles[COLUMNS] = {"Off", "On", "Disabled", "Disabled, on"};
 static const char *const choices[] = {"One", "Two", "Three", NULL};
 
 static int32_t window;
 static int32_t samples[MOST], count;
-static int32_t size = 12;
+static int32_t size = 10;
 static uint32_t colors[] = {0x000000FF, 0xD8D8D8FF, 0x336698FF};
 static int32_t font;
 
@@ -75,7 +75,7 @@ static void sliders(int32_t column, int32_t y)
     SetHashCount(ident, 11);
     SetHashType(ident, 2);
     SetLimitsLabel(ident, "low", "high");
-    ResizeGadget(ident, scaled(120), scaled(52));
+    ResizeGadget(ident, scaled(120), scaled(58));
     SetStyle(ident, column % 2);
     SetSliderPosition(ident, 40);
     if (column % 2)
@@ -140,9 +140,8 @@ static void status_bars(int32_t column, int32_t y)
 
 static void labels(int32_t column, int32_t y)
 {
-    SetLabel(
-        make(column % 2 ? PLINTH_NUMBER_LABEL : PLINTH_TEXT_LABEL, column, y, 120, 18, NULL, 0),
-        titles[column]);
+    SetTextString(make(PLINTH_TEXT_LABEL, column, y, 70, 18, NULL, 0), "Label");
+    SetNumberString(make(PLINTH_NUMBER_LABEL, column, y + scaled(18), 70, 18, NULL, 0), column);
 }
 
 static void boxes(int32_t column, int32_t y)
@@ -156,10 +155,9 @@ static const struct {
     void (*make)(int32_t column, int32_t y);
     int32_t height;
 } rows[ROWS] = {
-    {buttons, 34},       {check_boxes, 24},      {radio_groups, 48},
-    {sliders, 64},       {upright_sliders, 110}, {scroll_bars, 24},
-    {choice_fields, 32}, {status_bars, 44},      {labels, 0},
-    {boxes, 46},
+    {buttons, 34},          {check_boxes, 24}, {radio_groups, 48},  {sliders, 64},
+    {upright_sliders, 110}, {scroll_bars, 24}, {choice_fields, 32}, {status_bars, 44},
+    {labels, 40},           {boxes, 46},
 };
 
 static void draw_titles(void)
@@ -184,7 +182,7 @@ void states_show(int32_t points)
     count = 0;
     CloseFont(font);
     font = OpenFont(NULL, NULL, size);
-    ChangeWindow(window, scaled(564), scaled(456));
+    ChangeWindow(window, scaled(564), scaled(496));
     draw_titles();
     for (int32_t column = 0; column < COLUMNS; column++) {
         int32_t y = scaled(24);
@@ -203,7 +201,7 @@ void states_color(int32_t part, uint32_t color)
 
 void states_open(int32_t left, int32_t top)
 {
-    window = OpenWindow(left, top, 3 * 564, 3 * 456); /* its bitmap holds the largest size */
+    window = OpenWindow(left, top, 3 * 564, 3 * 496); /* its bitmap holds the largest size */
     SetWindowTitle(window, "States");
     states_show(size);
 }

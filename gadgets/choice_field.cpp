@@ -15,9 +15,9 @@ static const int32_t kNothing = -1;
 // An item that tells its window which one of the gadget's choices it is.
 static BMenuItem* new_choice(MyGadget* gadget, int32_t index, const char* label)
 {
-    auto* message = new BMessage(kChoiceMessage + static_cast<uint32_t>(index));
-    name_gadget(message, gadget);
-    return new BMenuItem(label, message);
+    BMessage message(kChoiceMessage + static_cast<uint32_t>(index));
+    name_gadget(&message, gadget);
+    return new BMenuItem(label, new BMessage(message));  // a copy takes no room to spare
 }
 
 BView* create_mx(const GadgetSpec& spec)
