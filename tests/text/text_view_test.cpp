@@ -3,7 +3,6 @@
 #include <Application.h>
 #include <Clipboard.h>
 #include <File.h>
-#include <Handler.h>
 #include <Message.h>
 #include <Region.h>
 #include <TextView.h>
@@ -346,6 +345,35 @@ TEST_F(TextViewTest, UndoIsOfWholeStepsAndSaysWhatItIs)
     view.SetDoesUndo(false);
     view.Undo(nullptr);
     EXPECT_EQ(Text(), "one !");
+}
+
+TEST_F(TextViewTest, StylesAreUndoneInAStylableTextOnly)
+{
+    view.SetText("abc");
+    view.SetFontAndColor(0, 3, nullptr, 0, &kBlue);
+    EXPECT_EQ(view.UndoState(nullptr), B_UNDO_UNAVAILABLE);
+    view.SetStylable(true);
+    view.SetFontAndColor(1, 2, nullptr, 0, &kRed);
+    EXPECT_EQ(RedAt(1), 255);
+    view.Undo(nullptr);
+    EXPECT_EQ(RedAt(1), 0);
+    view.Undo(nullptr);
+    EXPECT_EQ(RedAt(1), 255);
+    view.AdoptSystemColors();
+    view.Undo(nullptr);
+    EXPECT_EQ(RedAt(1), 0);
+}
+
+TEST_F(TextViewTest, KeyOfUndoGoesBackOnly)
+{
+    view.KeyDown("a", 1);
+    BMessage undo(B_UNDO), redo(B_REDO);
+    view.MessageReceived(&undo);
+    EXPECT_EQ(Text(), "");
+    view.MessageReceived(&undo);
+    EXPECT_EQ(Text(), "");
+    view.MessageReceived(&redo);
+    EXPECT_EQ(Text(), "a");
 }
 
 TEST_F(TextViewTest, DeletionsBecomeOneStepAWord)

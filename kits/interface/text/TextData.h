@@ -155,8 +155,8 @@ struct [[gnu::visibility("hidden")]] TextData
 
     // ---- Styles
     void Restyle(int32 from, int32 to, const BFont* font, uint32 mode, const rgb_color* color);
+    void Restyled(int32 from, const std::vector<StyleRun>& before);
     void ChangedStyle(int32 from, int32 to);
-    std::unique_ptr<text_run_array, void (*)(text_run_array*)> CaretRuns() const;
 };
 
 // The modifiers of the event that is being handled, which may be some time ago.

@@ -284,9 +284,14 @@ void BTextView::MessageReceived(BMessage* message)
         case B_PASTE:
             Paste(be_clipboard);
             break;
-        case B_UNDO:
-            Undo(be_clipboard);
+        case B_UNDO: {
+            // The key goes back only; what Undo() brings back has a key of its own.
+            bool is_redo;
+            UndoState(&is_redo);
+            if (!is_redo)
+                Undo(be_clipboard);
             break;
+        }
         case B_REDO:
             text.Redo();
             break;

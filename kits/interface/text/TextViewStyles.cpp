@@ -78,11 +78,23 @@ void TextData::Restyle(int32 from, int32 to, const BFont* font, uint32 mode, con
         body.SetStyle(at, at + run.length, changed);
         at += run.length;
     }
+    Restyled(from, before);
+    ChangedStyle(from, to);
+}
+
+// Writes a change of styles down, as a step of its own. A text of one style is as the program wants
+// it: that is nothing a user did.
+void TextData::Restyled(int32 from, const std::vector<StyleRun>& before)
+{
+    if (!stylable)
+        return;
+    int32 to = from;
+    for (const StyleRun& run : before)
+        to += run.length;
     history.Begin(B_UNDO_TYPING, Selection());
     history.AddStyles(from, before, body.Runs().Copy(from, to));
     history.End(Selection());
     history.Close();
-    ChangedStyle(from, to);
 }
 
 void TextData::ApplyRuns(int32 offset, int32 length, const text_run_array* runs)
@@ -196,10 +208,7 @@ void BTextView::SetRunArray(int32 startOffset, int32 endOffset, const text_run_a
     }
     const std::vector<StyleRun> before = text.body.Runs().Copy(startOffset, endOffset);
     text.ApplyRuns(startOffset, endOffset - startOffset, runs);
-    text.history.Begin(B_UNDO_TYPING, text.Selection());
-    text.history.AddStyles(startOffset, before, text.body.Runs().Copy(startOffset, endOffset));
-    text.history.End(text.Selection());
-    text.history.Close();
+    text.Restyled(startOffset, before);
 }
 
 text_run_array* BTextView::RunArray(int32 startOffset, int32 endOffset, int32* _size) const
