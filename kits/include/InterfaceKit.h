@@ -45,9 +45,9 @@
 #include <StringItem.h>
 #include <StringView.h>
 #include <TabView.h>
+#include <TextControl.h>
 #include <TextView.h>
 #include <UnicodeBlockObjects.h>
-#include <TextControl.h>
 #include <View.h>
 #include <Window.h>
 

@@ -19,6 +19,15 @@ std::atomic<int32_t> sField;
 
 }  // namespace
 
+TEST_F(EntryFieldTest, KindsOfDatesAndTimesAreNotMadeKept)
+{
+    for (int32_t kind : {36, 37, 45, 46})
+        EXPECT_EQ(Make(kind, 10, 10, 200, 24), 0) << kind;
+    FilteredField(4);
+    FilteredField(7);
+    EXPECT_EQ(CountViews(), 2) << "fields become such by their filter";
+}
+
 // --- keys, by filter
 
 TEST_F(EntryFieldTest, KeysByFilter)
