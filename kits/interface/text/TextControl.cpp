@@ -86,10 +86,14 @@ protected:
     void InsertText(const char* text, int32 length, int32 offset,
                     const text_run_array* runs) override
     {
-        std::string line(text, static_cast<size_t>(length));
-        std::replace_if(
-            line.begin(), line.end(), [](char c) { return c == '\n' || c == '\r'; }, ' ');
-        BTextView::InsertText(line.data(), length, offset, runs);
+        const auto ends_line = [](char c) { return c == '\n' || c == '\r'; };
+        if (std::none_of(text, text + length, ends_line)) {
+            BTextView::InsertText(text, length, offset, runs);
+        } else {
+            std::string line(text, static_cast<size_t>(length));
+            std::replace_if(line.begin(), line.end(), ends_line, ' ');
+            BTextView::InsertText(line.data(), length, offset, runs);
+        }
         _Modified();
     }
     void DeleteText(int32 from, int32 to) override
