@@ -333,10 +333,51 @@ extern "C" void TEditSelect(int32_t ident, int32_t from, int32_t to)
     });
 }
 
+static const int32_t kFurther = -2;
+
+// Looks no further than `reach` bytes from a place. Also kFurther: it may stand beyond.
+static int32_t find_near(const BTextView& editor, std::string_view wanted, int32_t from,
+                         int32_t flags, int64_t reach)
+{
+    static const int32_t kCharacter = 4;  // bytes at most
+    const bool backwards = (flags & kBackwards) != 0;
+    const int64_t length = editor.TextLength();
+    const int64_t start = std::max(from - (backwards ? reach : kCharacter), int64_t{0});
+    const int64_t end = std::min(from + (backwards ? kCharacter : reach), length);
+    std::string part(static_cast<size_t>(end - start) + 1, '\0');
+    editor.GetText(static_cast<int32>(start), static_cast<int32>(end - start), part.data());
+    part.pop_back();
+    const int64_t found = find_text(part, wanted, static_cast<int32_t>(from - start), flags);
+    // Neither what was found nor the characters beside it may be cut off.
+    const auto longest = static_cast<int64_t>(kCharacter * (wanted.size() + 2));
+    const bool is_sure = backwards
+                             ? start == 0 || found >= kCharacter
+                             : end == length || (found >= 0 && found + longest <= end - start);
+    if (!is_sure)
+        return kFurther;
+    return found < 0 ? -1 : static_cast<int32_t>(start + found);
+}
+
+// All bytes in a row are made of a text only where nothing is found nearby: who replaces one place
+// after another would have it made each time.
+static int32_t find_in(const BTextView& editor, std::string_view wanted, int32_t from,
+                       int32_t flags)
+{
+    if (wanted.empty())
+        return -1;
+    for (const int64_t reach : {1 << 12, 1 << 16, 1 << 20}) {
+        const int32_t found = find_near(editor, wanted, from, flags, reach);
+        if (found != kFurther)
+            return found;
+    }
+    return find_text(text_of(editor), wanted, from, flags);
+}
+
 extern "C" int32_t TEditFind(int32_t ident, const char* text, int32_t from, int32_t flags)
 {
     return ask_editor(ident, -1, [=](MyBTextView& editor) {
-        return find_text(text_of(editor), text_or_empty(text), from, flags);
+        const int32_t place = std::clamp(from, 0, editor.TextLength());
+        return find_in(editor, text_or_empty(text), place, flags);
     });
 }
 

@@ -475,6 +475,31 @@ TEST_F(TextEditorTest, FindsTexts)
     }
 }
 
+TEST_F(TextEditorTest, FindsTextsFarAndNearAlike)
+{
+    const int32_t editor = Editor();
+    TEditWordWrap(editor, 0);
+    // The word stands around the places where a search looks further.
+    for (int32_t place : {4085, 4092, 4096, 4100, 65530, 65536, 65550, 1 << 20}) {
+        std::string text(static_cast<size_t>(place), 'x');
+        text[text.size() - 1] = '\n';
+        text += "Wörd\n" + std::string(static_cast<size_t>(place), 'x');
+        TEditSetText(editor, text.c_str());
+        const int32_t size = TEditGetSize(editor);
+        for (int32_t flags : {0, 1, 4, 5}) {
+            EXPECT_EQ(TEditFind(editor, "Wörd", 0, flags), place) << flags;
+            EXPECT_EQ(TEditFind(editor, "Wörd", place, flags), place);
+            EXPECT_EQ(TEditFind(editor, "Wörd", place + 1, flags), -1);
+            EXPECT_EQ(TEditFind(editor, "Wörd", size, flags | 2), place);
+            EXPECT_EQ(TEditFind(editor, "Wörd", place + 5, flags | 2), place);
+            EXPECT_EQ(TEditFind(editor, "Wörd", place + 4, flags | 2), -1);
+        }
+        EXPECT_EQ(TEditFind(editor, "wör", 0, 4), -1);
+        EXPECT_EQ(TEditFind(editor, "ÖRD", 0, 6), -1);
+        EXPECT_EQ(TEditFind(editor, "ÖRD", size, 2), place + 1);
+    }
+}
+
 TEST_F(TextEditorTest, TakesStepsBackAndBringsThemAgain)
 {
     const int32_t editor = Editor();
