@@ -8,6 +8,7 @@
 
 #include <server/screen/ImageCodecs.h>
 
+#include <cstring>
 #include <new>
 #include <typeinfo>
 #include <utility>
@@ -28,6 +29,13 @@ void BitmapStreamAccess::SetTo(BBitmapStream& stream, std::unique_ptr<BBitmap> b
     stream.fPosition = stream.fSize;
 }
 
+uint32 raw_space(const TranslatorBitmap& header)
+{
+    uint32 space;
+    memcpy(&space, &header.colors, sizeof(space));
+    return space;
+}
+
 void swap_header(const TranslatorBitmap& source, TranslatorBitmap* destination)
 {
     destination->magic = B_HOST_TO_BENDIAN_INT32(source.magic);
@@ -36,7 +44,8 @@ void swap_header(const TranslatorBitmap& source, TranslatorBitmap* destination)
     destination->bounds.right = B_HOST_TO_BENDIAN_FLOAT(source.bounds.right);
     destination->bounds.bottom = B_HOST_TO_BENDIAN_FLOAT(source.bounds.bottom);
     destination->rowBytes = B_HOST_TO_BENDIAN_INT32(source.rowBytes);
-    destination->colors = color_space(B_HOST_TO_BENDIAN_INT32(source.colors));
+    const uint32 space = B_HOST_TO_BENDIAN_INT32(raw_space(source));
+    memcpy(&destination->colors, &space, sizeof(space));
     destination->dataSize = B_HOST_TO_BENDIAN_INT32(source.dataSize);
 }
 
@@ -51,8 +60,9 @@ status_t make_bitmap(const TranslatorBitmap& header, std::unique_ptr<BBitmap>* b
     const double width = double(header.bounds.right) - double(header.bounds.left) + 1;
     const double height = double(header.bounds.bottom) - double(header.bounds.top) + 1;
     // Both comparisons are also false for what is no number.
-    if (header.magic != B_TRANSLATOR_BITMAP || !(width >= 1) || !(height >= 1) ||
-        header.rowBytes > INT32_MAX || uint64(header.rowBytes) * uint64(height) != header.dataSize)
+    if (header.magic != B_TRANSLATOR_BITMAP || raw_space(header) > 0xFFFF || !(width >= 1) ||
+        !(height >= 1) || header.rowBytes > INT32_MAX ||
+        uint64(header.rowBytes) * uint64(height) != header.dataSize)
         return B_BAD_DATA;
     if (!(width * height <= double(server::kMostPixels)) ||
         header.dataSize > uint64(server::kMostPixels) * 4)

@@ -20,6 +20,10 @@ struct BitmapStreamAccess {
     static void SetTo(BBitmapStream& stream, std::unique_ptr<BBitmap> bitmap);
 };
 
+// The colour space that a header names. In a header from elsewhere, or of the other byte order, it
+// may be a number that the type has not.
+uint32 raw_space(const TranslatorBitmap& header);
+
 void swap_header(const TranslatorBitmap& source, TranslatorBitmap* destination);
 TranslatorBitmap header_of(const BBitmap& bitmap);
 // The bytes of a bitmap that a header in the host's order describes. B_BAD_DATA for one that can

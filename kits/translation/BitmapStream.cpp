@@ -86,7 +86,8 @@ status_t BBitmapStream::_TakeHeader()
     if (fBitmap != nullptr) {
         const TranslatorBitmap held = BPrivate::header_of(*fBitmap);
         if (header.magic == held.magic && header.bounds == held.bounds &&
-            header.rowBytes == held.rowBytes && header.colors == held.colors &&
+            header.rowBytes == held.rowBytes &&
+            BPrivate::raw_space(header) == BPrivate::raw_space(held) &&
             header.dataSize == held.dataSize)
             return B_OK;
         if (fDetached)
