@@ -21,6 +21,7 @@
 #include "app/CursorImage.h"
 #include "server/screen/KeyTable.h"
 #include "server/qt/Cursors.h"
+#include "server/qt/Platforms.h"
 #include "server/qt/QtWindow.h"
 
 namespace server {
@@ -79,19 +80,56 @@ uint32 modifiers_of(Qt::KeyboardModifiers modifiers)
 NativeWindow::NativeWindow(QtWindow* owner) : fOwner(owner), fStore(this)
 {
     setSurfaceType(QSurface::RasterSurface);
+    // By a button of Qt's own decoration: no event tells of it.
+    connect(this, &QWindow::windowStateChanged, this, [this](Qt::WindowState state) {
+        if (state == Qt::WindowMinimized && fOwner != nullptr)
+            fOwner->NativeMinimized(true);
+    });
 }
 
 void NativeWindow::SetKind(const WindowKind& kind)
 {
-    const Qt::WindowFlags wanted = kind.QtFlags();
+    fIsMenu = kind.IsUnmanaged();
+    Qt::WindowFlags wanted = kind.QtFlags();
+    if (fIsMenu && hides_places())
+        wanted = (wanted & ~(Qt::WindowType_Mask | Qt::BypassWindowManagerHint)) | Qt::ToolTip;
     if (wanted != flags())
         setFlags(wanted);
 }
 
 void NativeWindow::SetPlace(BRect frame)
 {
-    setGeometry(int(frame.left), int(frame.top), int(frame.Width()) + 1, int(frame.Height()) + 1);
+    fPlace = QPoint(int(frame.left), int(frame.top));
+    setGeometry(fPlace.x(), fPlace.y(), int(frame.Width()) + 1, int(frame.Height()) + 1);
     _TellFrame();
+}
+
+// The topmost window but for menus; the active one, if there is one. Stage locked.
+static QtWindow* window_of_menus()
+{
+    QtWindow* found = nullptr;
+    for (ScreenWindow* each : stage().Windows()) {
+        auto* window = static_cast<QtWindow*>(each);
+        const NativeWindow* native = window->Native();
+        if (native == nullptr || native->IsMenu() || !native->isVisible())
+            continue;
+        if (found == nullptr || found != stage().Active())
+            found = window;
+    }
+    return found;
+}
+
+void NativeWindow::HangOn()
+{
+    if (!fIsMenu || !hides_places())
+        return;
+    StageLock lock;
+    QtWindow* const window = window_of_menus();
+    if (window == nullptr)
+        return;
+    NativeWindow* const parent = window->Native();
+    setTransientParent(parent);
+    setPosition(parent->position() + fPlace - parent->fPlace);
 }
 
 void NativeWindow::SetLimits(const WindowSpec& spec)
@@ -208,6 +246,8 @@ void NativeWindow::_CopyPixels(const QRect& rect, QImage& image, QPoint to)
 void NativeWindow::_TellFrame()
 {
     QRect place = geometry();
+    if (hides_places())
+        place.moveTopLeft(fPlace);
     QMargins margins = frameMargins();
     fOwner->NativeMoved(
         BRect(float(place.left()), float(place.top()), float(place.right()), float(place.bottom())),
@@ -216,8 +256,8 @@ void NativeWindow::_TellFrame()
 
 bool NativeWindow::Grab(bool grab)
 {
-    if (grab == fGrabbing)
-        return grab;
+    if (grab == fGrabbing || hides_places())
+        return fGrabbing;
     fGrabbing = setMouseGrabEnabled(grab) && grab;
     return fGrabbing;
 }
@@ -263,7 +303,15 @@ void NativeWindow::moveEvent(QMoveEvent*) { _TellFrame(); }
 
 void NativeWindow::resizeEvent(QResizeEvent*) { _TellFrame(); }
 
-void NativeWindow::focusInEvent(QFocusEvent*) { fOwner->NativeFocus(true); }
+void NativeWindow::focusInEvent(QFocusEvent*)
+{
+    // On Wayland nobody says that an icon has become a window again.
+    if (hides_places() && (windowStates() & Qt::WindowMinimized) != 0) {
+        setWindowStates(windowStates() & ~Qt::WindowStates(Qt::WindowMinimized));
+        fOwner->NativeMinimized(false);
+    }
+    fOwner->NativeFocus(true);
+}
 
 void NativeWindow::focusOutEvent(QFocusEvent*) { fOwner->NativeFocus(false); }
 

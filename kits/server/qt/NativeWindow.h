@@ -35,7 +35,10 @@ public:
     void DragOut(const std::string& text);
     // A menu's window, which may grab the pointer: presses on other programs' windows then come
     // here too.
-    bool IsMenu() const { return (flags() & Qt::BypassWindowManagerHint) != 0; }
+    bool IsMenu() const { return fIsMenu; }
+    // Where places are hidden, a menu has one beside the window that it belongs to. Before it
+    // shows.
+    void HangOn();
     bool IsGrabbing() const { return fGrabbing; }
     bool Grab(bool grab);
     // Brings what waits to the screen with its next frame.
@@ -76,7 +79,9 @@ private:
 
     QtWindow* fOwner;  // null: gone
     QBackingStore fStore;
-    double fScale = 1;       // the screen's pixels a pixel of the window, as the store has them
+    double fScale = 1;  // the screen's pixels a pixel of the window, as the store has them
+    bool fIsMenu = false;
+    QPoint fPlace;           // on the screen, as it was asked for
     bool fWasShown = false;  // the next paint event is that of its coming into sight
     bool fGrabbing = false;
     QBasicTimer fTimer;  // runs while something waits for the next frame

@@ -4,6 +4,7 @@
 
 #include <QByteArray>
 #include <QDir>
+#include <QGuiApplication>
 #include <QLibraryInfo>
 
 #include <sys/socket.h>
@@ -79,6 +80,12 @@ bool can_reach_display()
         return true;  // one without a screen, of the user's own choice
     return (may_be_x && x_answers()) ||
            (may_be_wayland && wayland_answers() && has_wayland_plugin());
+}
+
+bool hides_places()
+{
+    static const bool hides = QGuiApplication::platformName().startsWith(QLatin1String("wayland"));
+    return hides;
 }
 
 }  // namespace server

@@ -128,6 +128,7 @@ void QtWindow::Show()
     _Post([=, this](NativeWindow& native) {
         // The window manager forgets of a window that is not shown.
         _TellWorkspaces(native, workspaces);
+        native.HangOn();
         if (minimized)
             native.showMinimized();
         else
