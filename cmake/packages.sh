@@ -15,11 +15,11 @@ plinth_packages() {
         apt-get install -y -qq --no-install-recommends "${missing[@]}" >&2
 }
 
-build_packages=(g++ cmake ninja-build ccache pkg-config qt6-base-dev libqt6svg6 libgl1-mesa-dev
+build_packages=(g++ cmake ninja-build ccache pkg-config qt6-base-dev qt6-wayland libqt6svg6 libgl1-mesa-dev
     libxcb1-dev libxcb-xfixes0-dev libfreetype-dev libharfbuzz-dev libfontconfig-dev
     fonts-noto-core fonts-dejavu-core libglib2.0-dev libgmime-3.0-dev libudev-dev libasound2-dev
     qt6-image-formats-plugins librsvg2-dev libgif-dev libtiff-dev shared-mime-info
     libbenchmark-dev)
 test_packages=(libgtest-dev clang-format locales xvfb openbox xdotool xclip x11-utils x11-xkb-utils
     imagemagick
-    xdg-utils desktop-file-utils libglib2.0-bin attr dbus)
+    xdg-utils desktop-file-utils libglib2.0-bin attr dbus weston)
