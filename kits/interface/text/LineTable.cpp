@@ -23,81 +23,77 @@ void LineTable::Block::Sum()
     }
 }
 
-const std::vector<LineTable::Sums>& LineTable::_Sums() const
+const LineTable::Sums& LineTable::_Sums() const
 {
-    fSums.resize(fBlocks.size() + 1);
+    if (fSummed == fBlocks.size() && fSums.lines.size() == fSummed + 1)
+        return fSums;
+    const size_t count = fBlocks.size() + 1;
+    fSums.lines.resize(count);
+    fSums.bytes.resize(count);
+    fSums.heights.resize(count);
+    fSums.widths.resize(count);
     for (; fSummed < fBlocks.size(); fSummed++) {
         const Block& block = fBlocks[fSummed];
-        const Sums& before = fSums[fSummed];
-        fSums[fSummed + 1] = {before.lines + int32(block.lines.size()), before.bytes + block.bytes,
-                              before.height + block.height, std::max(before.width, block.width)};
+        const size_t next = fSummed + 1;
+        fSums.lines[next] = fSums.lines[fSummed] + int32(block.lines.size());
+        fSums.bytes[next] = fSums.bytes[fSummed] + block.bytes;
+        fSums.heights[next] = fSums.heights[fSummed] + block.height;
+        fSums.widths[next] = std::max(fSums.widths[fSummed], block.width);
     }
     return fSums;
 }
 
-int32 LineTable::CountLines() const { return _Sums().back().lines; }
+int32 LineTable::CountLines() const { return _Sums().lines.back(); }
 
-int32 LineTable::Length() const { return _Sums().back().bytes; }
+int32 LineTable::Length() const { return _Sums().bytes.back(); }
 
-double LineTable::Height() const { return _Sums().back().height; }
+double LineTable::Height() const { return _Sums().heights.back(); }
 
-float LineTable::Width() const { return _Sums().back().width; }
+float LineTable::Width() const { return _Sums().widths.back(); }
 
-// The block that holds a line.
-size_t LineTable::_BlockOf(int32 index) const
+// The block that holds what lies at `limit`, by its sums; the first or last for what is outside.
+template <class Number>
+static size_t block_at(const std::vector<Number>& sums, Number limit)
 {
-    const std::vector<Sums>& sums = _Sums();
-    const auto after =
-        std::upper_bound(sums.begin() + 1, sums.end() - 1, index,
-                         [](int32 number, const Sums& before) { return number < before.lines; });
+    const auto after = std::upper_bound(sums.begin() + 1, sums.end() - 1, limit);
     return size_t(std::distance(sums.begin(), after)) - 1;
 }
 
-// The last line that `before` holds for, of what lies before it; the first if it holds for none.
-template <class Before>
-LineTable::Place LineTable::_Find(Before before) const
+size_t LineTable::_BlockOf(int32 index) const { return block_at(_Sums().lines, index); }
+
+// The last line that `before` holds for, of where it begins; the first if it holds for none.
+template <class Number, class Before>
+LineTable::Place LineTable::_Find(const std::vector<Number>& sums, Number limit,
+                                  Before before) const
 {
-    const std::vector<Sums>& sums = _Sums();
-    const auto end = std::partition_point(sums.begin() + 1, sums.end() - 1, before);
-    const auto index = size_t(std::distance(sums.begin(), end)) - 1;
-    Sums at = sums[index];
-    const std::vector<TextLine>& lines = fBlocks[index].lines;
+    const size_t block = block_at(sums, limit);
+    const std::vector<TextLine>& lines = fBlocks[block].lines;
+    Place at = {fSums.lines[block], fSums.bytes[block], fSums.heights[block], {}};
     size_t line = 0;
     for (; line + 1 < lines.size(); line++) {
-        const Sums next = {at.lines + 1, at.bytes + lines[line].length,
-                           at.height + double(lines[line].height), 0};
+        const Place next = {
+            at.index + 1, at.offset + lines[line].length, at.top + double(lines[line].height), {}};
         if (!before(next))
             break;
         at = next;
     }
-    return {at.lines, at.bytes, at.height, lines[line]};
+    at.line = lines[line];
+    return at;
 }
 
-// The lines before it need not be asked, only added up.
 LineTable::Place LineTable::At(int32 index) const
 {
-    index = std::clamp(index, int32(0), CountLines() - 1);
-    const size_t block = _BlockOf(index);
-    const Sums& before = fSums[block];
-    const TextLine* const lines = fBlocks[block].lines.data();
-    const int32 count = index - before.lines;
-    int32 bytes = 0;
-    double height = 0;
-    for (int32 i = 0; i < count; i++) {
-        bytes += lines[i].length;
-        height += double(lines[i].height);
-    }
-    return {index, before.bytes + bytes, before.height + height, lines[count]};
+    return _Find(_Sums().lines, index, [=](const Place& place) { return place.index <= index; });
 }
 
 LineTable::Place LineTable::AtOffset(int32 offset) const
 {
-    return _Find([=](const Sums& sums) { return sums.bytes <= offset; });
+    return _Find(_Sums().bytes, offset, [=](const Place& place) { return place.offset <= offset; });
 }
 
 LineTable::Place LineTable::AtHeight(double height) const
 {
-    return _Find([=](const Sums& sums) { return sums.height <= height; });
+    return _Find(_Sums().heights, height, [=](const Place& place) { return place.top <= height; });
 }
 
 void LineTable::Replace(int32 first, int32 count, const std::vector<TextLine>& lines)
@@ -116,7 +112,7 @@ void LineTable::_Insert(int32 first, const std::vector<TextLine>& lines)
     if (lines.empty())
         return;
     const size_t index = _BlockOf(first);
-    const int32 place = first - fSums[index].lines;
+    const int32 place = first - fSums.lines[index];
     fSummed = std::min(fSummed, index);
     std::vector<TextLine>& held = fBlocks[index].lines;
     held.insert(held.begin() + place, lines.begin(), lines.end());
@@ -140,14 +136,14 @@ void LineTable::_Remove(int32 first, int32 count)
 {
     if (count == 0)
         return;
-    const std::vector<Sums> sums = _Sums();
+    const std::vector<int32> sums = _Sums().lines;
     const int32 end = first + count;
     for (size_t i = 0; i < fBlocks.size(); i++) {
-        const int32 from = std::max(first, sums[i].lines), to = std::min(end, sums[i + 1].lines);
+        const int32 from = std::max(first, sums[i]), to = std::min(end, sums[i + 1]);
         if (from >= to)
             continue;
         std::vector<TextLine>& held = fBlocks[i].lines;
-        held.erase(held.begin() + (from - sums[i].lines), held.begin() + (to - sums[i].lines));
+        held.erase(held.begin() + (from - sums[i]), held.begin() + (to - sums[i]));
         fBlocks[i].Sum();
         fSummed = std::min(fSummed, i);
     }

@@ -41,7 +41,7 @@ public:
     {
         Place place = At(index);
         size_t block = _BlockOf(place.index);
-        size_t line = size_t(place.index - fSums[block].lines);
+        size_t line = size_t(place.index - fSums.lines[block]);
         for (; visit(place); line++) {
             place.index++;
             place.offset += place.line.length;
@@ -73,24 +73,24 @@ private:
 
         void Sum();
     };
+    // What lies before each block, and before the end, each for itself, so that a search looks at
+    // little memory. The width is the greatest.
     struct Sums {
-        int32 lines = 0, bytes = 0;
-        double height = 0;
-        float width = 0;
+        std::vector<int32> lines{0}, bytes{0};
+        std::vector<double> heights{0};
+        std::vector<float> widths{0};
     };
 
-    const std::vector<Sums>& _Sums() const;
+    const Sums& _Sums() const;
     size_t _BlockOf(int32 index) const;
-    template <class Before>
-    Place _Find(Before before) const;
+    template <class Number, class Before>
+    Place _Find(const std::vector<Number>& sums, Number limit, Before before) const;
     void _Remove(int32 first, int32 count);
     void _Insert(int32 first, const std::vector<TextLine>& lines);
 
     std::vector<Block> fBlocks;
-    // What lies before each block, and before the end; right up to `fSummed`. The width is the
-    // greatest of them.
-    mutable std::vector<Sums> fSums;
-    mutable size_t fSummed = 0;
+    mutable Sums fSums;
+    mutable size_t fSummed = 0;  // blocks that they are right up to
 };
 
 }  // namespace BPrivate
