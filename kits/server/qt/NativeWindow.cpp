@@ -82,7 +82,7 @@ NativeWindow::NativeWindow(QtWindow* owner) : fOwner(owner), fStore(this)
     setSurfaceType(QSurface::RasterSurface);
     // By a button of Qt's own decoration: no event tells of it.
     connect(this, &QWindow::windowStateChanged, this, [this](Qt::WindowState state) {
-        if (state == Qt::WindowMinimized && fOwner != nullptr)
+        if (state == Qt::WindowMinimized && !fSettingState && fOwner != nullptr)
             fOwner->NativeMinimized(true);
     });
 }
@@ -148,6 +148,17 @@ void NativeWindow::SetLimits(const WindowSpec& spec)
     }
     setMinimumSize(least);
     setMaximumSize(most.expandedTo(least));
+}
+
+void NativeWindow::SetMinimized(bool minimized)
+{
+    Qt::WindowStates states = windowStates();
+    states.setFlag(Qt::WindowMinimized, minimized);
+    fSettingState = true;
+    setWindowStates(states);
+    fSettingState = false;
+    if (!minimized)
+        requestActivate();
 }
 
 void NativeWindow::SetCursorImage(const Cursor& image, bool hidden)

@@ -27,6 +27,7 @@ public:
     void SetKind(const WindowKind& kind);
     void SetPlace(BRect frame);
     void SetLimits(const WindowSpec& spec);
+    void SetMinimized(bool minimized);
     void SetCursorImage(const Cursor& image, bool hidden);
     // Where composed text is.
     void SetInputPlace(BRect place);
@@ -81,8 +82,9 @@ private:
     QBackingStore fStore;
     double fScale = 1;  // the screen's pixels a pixel of the window, as the store has them
     bool fIsMenu = false;
-    QPoint fPlace;           // on the screen, as it was asked for
-    bool fWasShown = false;  // the next paint event is that of its coming into sight
+    bool fSettingState = false;  // the window's state changes as the program asked
+    QPoint fPlace;               // on the screen, as it was asked for
+    bool fWasShown = false;      // the next paint event is that of its coming into sight
     bool fGrabbing = false;
     QBasicTimer fTimer;  // runs while something waits for the next frame
     bigtime_t fLastFlush = 0;

@@ -148,13 +148,7 @@ void QtWindow::Hide()
 
 void QtWindow::Iconify(bool minimize)
 {
-    _Post([=](NativeWindow& native) {
-        Qt::WindowStates states = native.windowStates();
-        states.setFlag(Qt::WindowMinimized, minimize);
-        native.setWindowStates(states);
-        if (!minimize)
-            native.requestActivate();
-    });
+    _Post([=](NativeWindow& native) { native.SetMinimized(minimize); });
 }
 
 void QtWindow::Activate(bool active)
