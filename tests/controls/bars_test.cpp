@@ -537,3 +537,26 @@ TEST_F(BarTest, StatusBarTakesItsHeightAndMessages)
     Settle();
     EXPECT_EQ(Locked([&] { return bar->CurrentValue(); }), 0);
 }
+
+TEST(ScrollViews, BordersAreAtTheSidesThatHaveThem)
+{
+    auto* target = new BView(BRect(10, 20, 59, 79), "target", 0, 0);
+    BScrollView view("scroll", target, 0, 0, false, true);
+    EXPECT_EQ(view.Borders(), 15u);
+    const BRect whole = view.Frame();
+    EXPECT_EQ(whole, BRect(8, 18, 59 + 14 + 2, 81));
+    view.SetBorders(8);
+    EXPECT_EQ(view.Frame(), BRect(10, 20, 59 + 14, 81)) << "what is scrolled stays where it is";
+    EXPECT_EQ(target->Frame(), BRect(0, 0, 49, 59));
+    EXPECT_EQ(view.ScrollBar(B_VERTICAL)->Frame().left, 50);
+    BMessage archive;
+    ASSERT_EQ(view.Archive(&archive), B_OK);
+    EXPECT_EQ(BScrollView(&archive).Borders(), 8u);
+    view.SetBorder(B_NO_BORDER);
+    view.SetBorders(0xFFFFFFFF);
+    view.SetBorder(B_FANCY_BORDER);
+    EXPECT_EQ(view.Frame(), whole);
+    BScrollView other("other", nullptr, B_WILL_DRAW, true, false);
+    EXPECT_NE(other.ScrollBar(B_HORIZONTAL), nullptr);
+    EXPECT_EQ(other.ScrollBar(B_VERTICAL), nullptr);
+}

@@ -12,13 +12,30 @@ using BPrivate::Look;
 
 static const char* const kHorizontalName = "_HSB_";
 static const char* const kVerticalName = "_VSB_";
+enum : uint32 { kLeft = 1, kRight = 2, kTop = 4, kBottom = 8, kAllSides = 15 };
 static const float kFirstRange = 1000;  // until the target says what there is to be scrolled
 
 BScrollView::BScrollView(const char* name, BView* target, uint32 resizingMode, uint32 flags,
                          bool horizontal, bool vertical, border_style border)
     : BView(BRect(0, 0, 16, 16), name, resizingMode, flags | B_WILL_DRAW | B_FULL_UPDATE_ON_RESIZE),
       fTarget(nullptr),
-      fBorder(border)
+      fBorder(border),
+      fBorders(kAllSides)
+{
+    _Init(target, horizontal, vertical);
+}
+
+BScrollView::BScrollView(const char* name, BView* target, uint32 flags, bool horizontal,
+                         bool vertical, border_style border)
+    : BView(name, flags | B_WILL_DRAW | B_FULL_UPDATE_ON_RESIZE),
+      fTarget(nullptr),
+      fBorder(border),
+      fBorders(kAllSides)
+{
+    _Init(target, horizontal, vertical);
+}
+
+void BScrollView::_Init(BView* target, bool horizontal, bool vertical)
 {
     const BRect inner = target != nullptr ? target->Frame() : BRect(0, 0, 16, 16);
     if (horizontal)
@@ -29,8 +46,7 @@ BScrollView::BScrollView(const char* name, BView* target, uint32 resizingMode, u
     const BRect frame = _FrameAround(inner);
     MoveTo(frame.LeftTop());
     ResizeTo(frame.Width(), frame.Height());
-    const float width = Look::BorderWidth(fBorder);
-    _PlaceBars(inner.OffsetToCopy(width, width));
+    _PlaceBars(inner.OffsetByCopy(-frame.left, -frame.top));
     for (BScrollBar* bar : {fHorizontal, fVertical}) {
         if (bar != nullptr)
             AddChild(bar);
@@ -40,13 +56,15 @@ BScrollView::BScrollView(const char* name, BView* target, uint32 resizingMode, u
 }
 
 BScrollView::BScrollView(BMessage* archive)
-    : BView(archive), fTarget(nullptr), fBorder(B_FANCY_BORDER)
+    : BView(archive), fTarget(nullptr), fBorder(B_FANCY_BORDER), fBorders(kAllSides)
 {
     if (archive == nullptr)
         return;
-    int32 style;
-    if (archive->FindInt32("_style", &style) == B_OK)
-        fBorder = static_cast<border_style>(style);
+    int32 number;
+    if (archive->FindInt32("_style", &number) == B_OK)
+        fBorder = static_cast<border_style>(number);
+    if (archive->FindInt32("_borders", &number) == B_OK)
+        fBorders = static_cast<uint32>(number) & kAllSides;
     fHorizontal = dynamic_cast<BScrollBar*>(FindView(kHorizontalName));
     fVertical = dynamic_cast<BScrollBar*>(FindView(kVerticalName));
     bool has_none;
@@ -67,23 +85,51 @@ status_t BScrollView::Archive(BMessage* archive, bool deep) const
     status_t status = BView::Archive(archive, deep);
     if (status == B_OK && fBorder != B_FANCY_BORDER)
         status = archive->AddInt32("_style", fBorder);
+    if (status == B_OK && fBorders != kAllSides)
+        status = archive->AddInt32("_borders", static_cast<int32>(fBorders));
     if (status == B_OK && (Target() == nullptr || !deep))
         status = archive->AddBool("_no_target_", true);
     return status;
 }
 
+status_t BScrollView::AllUnarchived(const BMessage* archive)
+{
+    return BView::AllUnarchived(archive);
+}
+
 // --- where the parts are
+
+// A rectangle that is larger at the sides which are among `sides`, or smaller.
+static BRect grown(BRect rect, uint32 sides, float by)
+{
+    rect.left -= (sides & kLeft) != 0 ? by : 0;
+    rect.right += (sides & kRight) != 0 ? by : 0;
+    rect.top -= (sides & kTop) != 0 ? by : 0;
+    rect.bottom += (sides & kBottom) != 0 ? by : 0;
+    return rect;
+}
 
 BRect BScrollView::_FrameAround(BRect target) const
 {
-    const float border = Look::BorderWidth(fBorder);
     const float gap = fBorder == B_NO_BORDER ? 1 : 0;
-    BRect frame = target.InsetByCopy(-border, -border);
+    BRect frame = grown(target, fBorders, Look::BorderWidth(fBorder));
     if (fVertical != nullptr)
         frame.right += B_V_SCROLL_BAR_WIDTH + gap;
     if (fHorizontal != nullptr)
         frame.bottom += B_H_SCROLL_BAR_HEIGHT + gap;
     return frame;
+}
+
+// What lies inside of border and bars.
+BRect BScrollView::_Inside(BRect frame) const
+{
+    const float gap = fBorder == B_NO_BORDER ? 1 : 0;
+    BRect inner = grown(frame, fBorders, -Look::BorderWidth(fBorder));
+    if (fVertical != nullptr)
+        inner.right -= B_V_SCROLL_BAR_WIDTH + gap;
+    if (fHorizontal != nullptr)
+        inner.bottom -= B_H_SCROLL_BAR_HEIGHT + gap;
+    return inner;
 }
 
 // The bars lie over the inner line of the border.
@@ -99,23 +145,17 @@ void BScrollView::_PlaceBars(BRect target)
     }
 }
 
-void BScrollView::SetBorder(border_style border)
+// The target stays where it is; the frame changes around it.
+void BScrollView::_Change(border_style border, uint32 borders)
 {
-    if (border == fBorder)
+    if (border == fBorder && borders == fBorders)
         return;
     BPrivate::ViewLock lock(this);
-    const float before = Look::BorderWidth(fBorder);
-    const float width = Look::BorderWidth(border);
-    // What lies inside of frame and bars, in the parent.
-    BRect inner = Frame();
-    const float gap = fBorder == B_NO_BORDER ? 1 : 0;
-    inner.InsetBy(before, before);
-    if (fVertical != nullptr)
-        inner.right -= B_V_SCROLL_BAR_WIDTH + gap;
-    if (fHorizontal != nullptr)
-        inner.bottom -= B_H_SCROLL_BAR_HEIGHT + gap;
+    const BRect inner = _Inside(Frame());
     fBorder = border;
+    fBorders = borders;
     const BRect frame = _FrameAround(inner);
+    const BRect place = inner.OffsetByCopy(-frame.left, -frame.top);
     BView* target = Target();
     const uint32 mode = target != nullptr ? target->ResizingMode() : 0;
     if (target != nullptr)
@@ -123,14 +163,17 @@ void BScrollView::SetBorder(border_style border)
     MoveTo(frame.LeftTop());
     ResizeTo(frame.Width(), frame.Height());
     if (target != nullptr) {
-        target->MoveTo(width, width);
+        target->MoveTo(place.LeftTop());
         target->SetResizingMode(mode);
     }
-    _PlaceBars(inner.OffsetToCopy(width, width));
+    _PlaceBars(place);
     SetBorderHighlighted(fHighlighted);
     Invalidate();
 }
 
+void BScrollView::SetBorder(border_style border) { _Change(border, fBorders); }
+void BScrollView::SetBorders(uint32 borders) { _Change(fBorder, borders & kAllSides); }
+uint32 BScrollView::Borders() const { return fBorders; }
 border_style BScrollView::Border() const { return fBorder; }
 
 void BScrollView::GetPreferredSize(float* _width, float* _height)
@@ -172,8 +215,7 @@ void BScrollView::SetTarget(BView* target)
     }
     fTarget = target;
     if (target != nullptr && target->Parent() != this) {
-        const float width = Look::BorderWidth(fBorder);
-        target->MoveTo(width, width);
+        target->MoveTo(_Inside(Bounds()).LeftTop());
         AddChild(target, ChildAt(0));
     }
     for (BScrollBar* bar : {fHorizontal, fVertical}) {
@@ -196,7 +238,9 @@ void BScrollView::AttachedToWindow() { BPrivate::adopt_ground(this); }
 void BScrollView::Draw(BRect)
 {
     const bool focused = fHighlighted && Window() != nullptr && Window()->IsActive();
-    Look(this).DrawBorder(Bounds(), fBorder, focused ? uint32(Look::kFocused) : 0);
+    // The sides that have none are outside of what shows.
+    const BRect frame = grown(Bounds(), kAllSides & ~fBorders, Look::BorderWidth(fBorder));
+    Look(this).DrawBorder(frame, fBorder, focused ? uint32(Look::kFocused) : 0);
 }
 
 void BScrollView::WindowActivated(bool active)
@@ -218,3 +262,40 @@ status_t BScrollView::SetBorderHighlighted(bool highlight)
 }
 
 bool BScrollView::IsBorderHighlighted() const { return fHighlighted; }
+
+// --- the rest is the view's
+
+void BScrollView::AllAttached() { BView::AllAttached(); }
+void BScrollView::AllDetached() { BView::AllDetached(); }
+void BScrollView::DetachedFromWindow() { BView::DetachedFromWindow(); }
+void BScrollView::FrameMoved(BPoint newPosition) { BView::FrameMoved(newPosition); }
+void BScrollView::FrameResized(float width, float height) { BView::FrameResized(width, height); }
+void BScrollView::MessageReceived(BMessage* message) { BView::MessageReceived(message); }
+void BScrollView::MouseDown(BPoint where) { BView::MouseDown(where); }
+void BScrollView::MouseUp(BPoint where) { BView::MouseUp(where); }
+
+void BScrollView::MouseMoved(BPoint where, uint32 code, const BMessage* dragMessage)
+{
+    BView::MouseMoved(where, code, dragMessage);
+}
+
+void BScrollView::ResizeToPreferred() { BView::ResizeToPreferred(); }
+void BScrollView::MakeFocus(bool focus) { BView::MakeFocus(focus); }
+BSize BScrollView::MinSize() { return BView::MinSize(); }
+BSize BScrollView::MaxSize() { return BView::MaxSize(); }
+BSize BScrollView::PreferredSize() { return BView::PreferredSize(); }
+
+BHandler* BScrollView::ResolveSpecifier(BMessage* message, int32 index, BMessage* specifier,
+                                        int32 what, const char* property)
+{
+    return BView::ResolveSpecifier(message, index, specifier, what, property);
+}
+
+status_t BScrollView::GetSupportedSuites(BMessage* message)
+{
+    return BView::GetSupportedSuites(message);
+}
+
+status_t BScrollView::Perform(perform_code d, void* arg) { return BView::Perform(d, arg); }
+void BScrollView::LayoutInvalidated(bool descendants) { BView::LayoutInvalidated(descendants); }
+void BScrollView::DoLayout() { BView::DoLayout(); }

@@ -12,8 +12,8 @@
 
 namespace BPrivate {
 
-static const int32 kFew = 64;   // rows of a block that joins the next one
-static const int32 kAhead = 8;  // items are asked for from memory before their turn
+static const int32 kFew = 64;    // rows of a block that joins the next one
+static const int32 kAhead = 24;  // items are asked for from memory before their turn
 
 // ---- Sums and bits
 
@@ -166,6 +166,12 @@ Rows::Place Rows::_PlaceOfRow(int32 row) const
 {
     if (row < 0 || row >= fTotal.rows)
         return {};
+    RowBlock* const first = fBlocks.front().get();
+    if (row < first->sums.rows)
+        return {first, row};
+    RowBlock* const last = fBlocks.back().get();
+    if (row >= fTotal.rows - last->sums.rows)
+        return {last, row - (fTotal.rows - last->sums.rows)};
     if (fHint == nullptr || row < fHintRow || row >= fHintRow + fHint->sums.rows) {
         int64 before;
         fHint = fBlocks[_Find<&RowSums::rows>(row, &before)].get();
