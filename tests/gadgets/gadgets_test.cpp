@@ -328,6 +328,22 @@ TEST_F(GadgetTest, ScrollBarsCallForValuesAndProportions)
     EXPECT_EQ(Calls(), "value 20, value 22");
 }
 
+TEST_F(GadgetTest, KindsWithoutAValueHaveNone)
+{
+    const int32_t icon = CreateImage(8, 8);
+    for (const int32_t kind : {1, 3, 4, 5, 6, 7, 8, 11, 12, 20, 24, 26, 29, 33}) {
+        const int32_t ident = Make(kind, 10, 10, 80, 40, "7", icon);
+        ASSERT_NE(ident, 0) << kind;
+        SetValue(ident, 7);
+        EXPECT_EQ(GetValue(ident), 0) << kind;
+        SetEnabled(ident, 0);
+        EXPECT_EQ(GetEnabled(ident), 0) << kind;
+        SetEnabled(ident, -1);
+        EXPECT_EQ(GetEnabled(ident), 1) << kind;
+    }
+    CloseIcon(icon);
+}
+
 TEST_F(GadgetTest, StatusBarsAdvanceByTheValueKept)
 {
     const int32_t bar = Make(17, 10, 10, 100, 40);

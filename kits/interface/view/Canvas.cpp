@@ -194,8 +194,12 @@ void Canvas::_DrawView(BView* view)
     if (!still_here())
         return;
     std::vector<ViewRef> children;
-    for (BView* child = data.first; child != nullptr; child = ViewPrivate::Data(child).next)
-        children.emplace_back(child);
+    const clipping_rect changed = fUpdate->FrameInt();
+    for (BView* child = data.first; child != nullptr; child = ViewPrivate::Data(child).next) {
+        clipping_rect frame;
+        if (ViewPrivate::Data(child).ClippedFrame(&frame) && !empty(intersection(frame, changed)))
+            children.emplace_back(child);
+    }
     for (const ViewRef& child : children) {
         if (child.View() != nullptr && child.Data()->canvas == this && child.Data()->parent == view)
             _DrawView(child.View());

@@ -49,22 +49,57 @@ static bool covers(const ViewData& data)
     return data.hidden <= 0 && (data.flags & B_TRANSPARENT_BACKGROUND) == 0;
 }
 
-// Takes the views from `view` on, which have their places relative to (x, y), out of the region.
-static void exclude_views(BRegion* region, BView* view, double x, double y)
+static clipping_rect frame_at(const ViewData& data, double x, double y)
 {
-    for (; view != nullptr && region->CountRects() > 0; view = ViewPrivate::Data(view).next) {
-        const ViewData& data = ViewPrivate::Data(view);
+    return rect_at(data.bounds.OffsetToCopy(data.leftTop), x, y);
+}
+
+// The frames of all children, empty where one covers nothing.
+static std::vector<clipping_rect> covered(BView* first, int32 count, double x, double y)
+{
+    std::vector<clipping_rect> rects;
+    rects.reserve(size_t(count));
+    for (BView* view = first; view != nullptr; view = ViewPrivate::Data(view).next) {
+        ViewData& data = ViewPrivate::Data(view);
+        data.place = static_cast<int32>(rects.size());
+        rects.push_back(covers(data) ? frame_at(data, x, y) : clipping_rect{0, 0, -1, -1});
+    }
+    return rects;
+}
+
+static const int32 kFewQuestions = 8;  // a grid costs as much as some walks
+
+void ViewData::ExcludeChildren(BRegion* region, BView* child, double x, double y) const
+{
+    if (children > kFewChildren && child != nullptr) {
+        if (gridAt != *generation) {
+            grid = nullptr;
+            gridAsked = 0;
+            gridAt = *generation;
+        }
+        if (grid == nullptr && ++gridAsked > kFewQuestions) {
+            try {
+                grid = std::make_unique<SiblingGrid>(covered(first, children, x, y));
+            } catch (const std::bad_alloc&) {  // each is looked at
+            }
+        }
+        if (grid != nullptr) {
+            grid->Exclude(ViewPrivate::Data(child).place, region);
+            return;
+        }
+    }
+    for (; child != nullptr && region->CountRects() > 0; child = ViewPrivate::Data(child).next) {
+        const ViewData& data = ViewPrivate::Data(child);
         if (!covers(data))
             continue;
-        const BRect frame = data.bounds.OffsetToCopy(data.leftTop);
-        const clipping_rect rect = rect_at(frame, x, y);
+        const clipping_rect rect = frame_at(data, x, y);
         if (!empty(rect) && !empty(intersection(rect, region->FrameInt())))
             region->Exclude(rect);
     }
 }
 
-// What shows of the view and all in it; (x, y) is where its (0, 0) lies in the window.
-static bool showing(const ViewData& data, BRegion* region, double* x, double* y)
+// The view's rectangle in the window, cut by those above; (x, y) is where its (0, 0) lies there.
+static bool clipped(const ViewData& data, clipping_rect* frame, double* x, double* y)
 {
     if (data.hidden > 0)
         return false;
@@ -74,17 +109,37 @@ static bool showing(const ViewData& data, BRegion* region, double* x, double* y)
         const server::Surface& pixels = data.canvas->Pixels();
         *x = -data.bounds.left;
         *y = -data.bounds.top;
-        const clipping_rect rect =
+        *frame =
             intersection(rect_at(data.bounds, *x, *y), {0, 0, pixels.width - 1, pixels.height - 1});
-        if (empty(rect))
+        return !empty(*frame);
+    }
+    if (!clipped(ViewPrivate::Data(data.parent), frame, x, y))
+        return false;
+    *frame = intersection(*frame, frame_at(data, *x, *y));
+    *x += data.leftTop.x - data.bounds.left;
+    *y += data.leftTop.y - data.bounds.top;
+    return !empty(*frame);
+}
+
+bool ViewData::ClippedFrame(clipping_rect* frame) const
+{
+    double x, y;
+    return clipped(*this, frame, &x, &y);
+}
+
+// What shows of the view and all in it.
+static bool showing(const ViewData& data, BRegion* region, double* x, double* y)
+{
+    if (data.parent == nullptr) {
+        clipping_rect frame;
+        if (!clipped(data, &frame, x, y))
             return false;
-        region->Set(rect);
+        region->Set(frame);
         return true;
     }
-    if (!showing(ViewPrivate::Data(data.parent), region, x, y))
+    if (data.hidden > 0 || !showing(ViewPrivate::Data(data.parent), region, x, y))
         return false;
-    const BRect frame = data.bounds.OffsetToCopy(data.leftTop);
-    const clipping_rect rect = rect_at(frame, *x, *y);
+    const clipping_rect rect = frame_at(data, *x, *y);
     if (empty(rect) || empty(intersection(rect, region->FrameInt())))
         return false;
     if (region->CountRects() == 1) {
@@ -93,7 +148,7 @@ static bool showing(const ViewData& data, BRegion* region, double* x, double* y)
         const BRegion own{BRect(rect.left, rect.top, rect.right, rect.bottom)};
         region->IntersectWith(&own);
     }
-    exclude_views(region, data.next, *x, *y);
+    ViewPrivate::Data(data.parent).ExcludeChildren(region, data.next, *x, *y);
     *x += data.leftTop.x - data.bounds.left;
     *y += data.leftTop.y - data.bounds.top;
     return region->CountRects() > 0;
@@ -107,7 +162,7 @@ bool ViewData::Visible(BRegion* region, bool with_children) const
         return false;
     }
     if (!with_children)
-        exclude_views(region, first, x, y);
+        ExcludeChildren(region, first, x, y);
     return region->CountRects() > 0;
 }
 
@@ -150,12 +205,12 @@ bool ViewData::MakeReady()
     paint.penSize = state.penSize * scale;
     paint.patternPhase = BPoint(std::floor(mapX), std::floor(mapY));
     paint.transform = nullptr;
-    if (state.transformed && scale != 0) {
+    if (state.IsTransformed() && scale != 0) {
         // The painter is given mapped places: undo the mapping, then do the whole.
         const BAffineTransform unmap(1 / scale, 0, 0, 1 / scale, -mapX / scale, -mapY / scale);
-        paintTransform =
-            composed(BAffineTransform(1, 0, 0, 1, x, y), composed(state.Full(), unmap));
-        paint.transform = &paintTransform;
+        paintTransform = std::make_unique<BAffineTransform>(
+            composed(BAffineTransform(1, 0, 0, 1, x, y), composed(state.Full(), unmap)));
+        paint.transform = paintTransform.get();
     }
     state.fontSpec.size = state.font.Size() * scale;
 
@@ -246,8 +301,12 @@ static BRegion drawn_region(const ViewData& data, BRect area, Draw draw)
     copy = state;
     copy.clip = copy.viewClip = copy.baseClip = nullptr;
     copy.baseOrigin -= pixels.LeftTop();
-    copy.base.tx -= pixels.left;
-    copy.base.ty -= pixels.top;
+    if (copy.IsTransformed()) {
+        DrawState::Transforms moved = *copy.transforms;
+        moved.base.tx -= pixels.left;
+        moved.base.ty -= pixels.top;
+        copy.transforms = std::make_shared<DrawState::Transforms>(moved);
+    }
     copy.paint.mode = B_OP_COPY;
     copy.paint.high = {0, 0, 0, 255};
     canvasData.Outdate();
@@ -260,7 +319,7 @@ static BRegion drawn_region(const ViewData& data, BRect area, Draw draw)
 // Around a rectangle of the state, in the view's coordinates.
 static BRect in_view(const DrawState& state, BRect rect)
 {
-    if (!state.transformed) {
+    if (!state.IsTransformed()) {
         const BPoint origin = state.FullOrigin();
         const float scale = state.FullScale();
         return BRect(rect.left * scale + origin.x, rect.top * scale + origin.y,
@@ -278,7 +337,7 @@ static BRect in_view(const DrawState& state, BRect rect)
 static void clip_to_rect(ViewData& data, BRect rect, bool inverse)
 {
     const BRect area = in_view(data.state, rect);
-    if (data.state.transformed) {
+    if (data.state.IsTransformed()) {
         data.NarrowClip(drawn_region(data, area, [&](BView* view) { view->FillRect(rect); }),
                         inverse);
     } else {

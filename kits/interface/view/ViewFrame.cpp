@@ -39,10 +39,19 @@ void ViewData::Offset(int32* x, int32* y) const
     *y = int32(std::clamp(sumY, -limit, limit));
 }
 
+// Among many siblings all of the frame: to look at each costs more than to draw some of them.
 void ViewData::InvalidateVisible(bool with_children) const
 {
+    if (canvas == nullptr || canvas->IsOffscreen())
+        return;
+    clipping_rect frame;
+    if (with_children && parent != nullptr && parent->fData->children > kFewChildren) {
+        if (ClippedFrame(&frame))
+            canvas->Invalidate(frame);
+        return;
+    }
     BRegion region;
-    if (canvas != nullptr && !canvas->IsOffscreen() && Visible(&region, with_children))
+    if (Visible(&region, with_children))
         canvas->Invalidate(region);
 }
 
@@ -266,14 +275,17 @@ BView* ViewPrivate::Under(BView* top, BPoint windowPoint)
 
 void ViewPrivate::SetScrollBar(BView* view, orientation direction, const ScrollBarLink& link)
 {
-    if (direction == B_HORIZONTAL || direction == B_VERTICAL)
-        view->fData->bars[direction] = link;
+    if (direction != B_HORIZONTAL && direction != B_VERTICAL)
+        return;
+    if (view->fData->bars == nullptr)
+        view->fData->bars = std::make_unique<ScrollBarLink[]>(2);
+    view->fData->bars[direction] = link;
 }
 
 void ViewPrivate::ForgetScrollBars(BView* view)
 {
-    for (ScrollBarLink& link : view->fData->bars) {
-        const ScrollBarLink gone = std::exchange(link, ScrollBarLink());
+    for (int direction = 0; view->fData->bars != nullptr && direction < 2; direction++) {
+        const ScrollBarLink gone = std::exchange(view->fData->bars[direction], ScrollBarLink());
         if (gone.target_gone != nullptr)
             gone.target_gone(gone.bar);
     }
@@ -403,6 +415,8 @@ void BView::ScrollTo(BPoint where)
     fData->TreeChanged();
     if (shows)
         ViewPrivate::MovePixels(this, area, int32(old.x - where.x), int32(old.y - where.y));
+    if (fData->bars == nullptr)
+        return;
     const BPrivate::ScrollBarLink horizontal = fData->bars[B_HORIZONTAL];
     const BPrivate::ScrollBarLink vertical = fData->bars[B_VERTICAL];
     if (horizontal.scrolled != nullptr && where.x != old.x)
@@ -413,13 +427,14 @@ void BView::ScrollTo(BPoint where)
 
 BScrollBar* BView::ScrollBar(orientation direction) const
 {
-    return direction == B_HORIZONTAL || direction == B_VERTICAL ? fData->bars[direction].bar
-                                                                : nullptr;
+    const bool is_one = direction == B_HORIZONTAL || direction == B_VERTICAL;
+    return is_one && fData->bars != nullptr ? fData->bars[direction].bar : nullptr;
 }
 
 status_t BView::ScrollWithMouseWheelDelta(BScrollBar* bar, float delta)
 {
-    for (const BPrivate::ScrollBarLink& link : fData->bars) {
+    for (int direction = 0; fData->bars != nullptr && direction < 2; direction++) {
+        const BPrivate::ScrollBarLink& link = fData->bars[direction];
         if (bar != nullptr && link.bar == bar && link.wheel != nullptr)
             return link.wheel(bar, delta);
     }

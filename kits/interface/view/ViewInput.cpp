@@ -86,13 +86,13 @@ static void invert_outline(BView* view, BRect rect)
 
 void ViewPrivate::TrackPointer(BView* view, BPoint windowPoint, uint32 buttons)
 {
-    RectTracking& tracking = view->fData->tracking;
-    if (!tracking.active)
+    if (view->fData->tracking == nullptr)
         return;
+    RectTracking& tracking = *view->fData->tracking;
     const BPoint where = ToView(view, windowPoint);
     invert_outline(view, tracking.rect);
     if (buttons == 0) {
-        tracking.active = false;
+        view->fData->tracking = nullptr;
         return;
     }
     const BPoint delta = where - tracking.grip;
@@ -230,20 +230,18 @@ void BView::BeginRectTracking(BRect startRect, uint32 style)
     BPoint where;
     uint32 buttons;
     GetMouse(&where, &buttons, false);
-    fData->tracking.active = true;
-    fData->tracking.style = style;
-    fData->tracking.rect = startRect;
-    fData->tracking.grip = where;
+    fData->tracking =
+        std::make_unique<BPrivate::RectTracking>(BPrivate::RectTracking{style, startRect, where});
     BPrivate::invert_outline(this, startRect);
 }
 
 void BView::EndRectTracking()
 {
     ViewLock lock(this);
-    if (!fData->tracking.active)
+    if (fData->tracking == nullptr)
         return;
-    BPrivate::invert_outline(this, fData->tracking.rect);
-    fData->tracking.active = false;
+    BPrivate::invert_outline(this, fData->tracking->rect);
+    fData->tracking = nullptr;
 }
 
 void BView::SetViewCursor(const BCursor* cursor, bool)

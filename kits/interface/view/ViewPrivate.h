@@ -20,6 +20,7 @@
 #include <vector>
 
 #include <interface/view/Canvas.h>
+#include <interface/view/SiblingGrid.h>
 #include <interface/drawing/GradientMap.h>
 #include <interface/drawing/PictureOps.h>
 #include <server/text/Fonts.h>
@@ -31,6 +32,9 @@ class BToolTip;
 namespace BPrivate {
 
 const uint32 kInvalidateLater = '_DIV';  // "rect"
+
+// A view with more is not asked about each of them.
+const int32 kFewChildren = 64;
 
 // The picture of a view's background: SetViewBitmap().
 struct ViewBitmap {
@@ -51,12 +55,14 @@ struct DrawState {
     float scale = 1;
     BPoint baseOrigin;  // of all states below: view = baseScale * place + baseOrigin
     float baseScale = 1;
-    bool transformed = false;    // this state or one below has a transform
-    BAffineTransform transform;  // of this state
-    BAffineTransform base;       // all of the states below, as an affine map; if transformed
-    std::shared_ptr<const BRegion> clip;      // of this state, in its own coordinates
-    std::shared_ptr<const BRegion> viewClip;  // of this state too, in the view's coordinates
-    std::shared_ptr<const BRegion> baseClip;  // of the states below, in the view's coordinates
+    struct Transforms {
+        BAffineTransform own;   // of this state
+        BAffineTransform base;  // all of the states below, as an affine map
+    };
+    std::shared_ptr<const Transforms> transforms;  // null without any, here and below
+    std::shared_ptr<const BRegion> clip;           // of this state, in its own coordinates
+    std::shared_ptr<const BRegion> viewClip;       // of this state too, in the view's coordinates
+    std::shared_ptr<const BRegion> baseClip;       // of the states below, in the view's coordinates
     BFont font;
     server::FontSpec fontSpec;
 
@@ -65,8 +71,11 @@ struct DrawState {
     {
         return BPoint(baseOrigin.x + baseScale * origin.x, baseOrigin.y + baseScale * origin.y);
     }
+    bool IsTransformed() const { return transforms != nullptr; }
     // From the coordinates of this state to the view's, transforms included.
     BAffineTransform Full() const;
+    BAffineTransform Own() const;
+    BAffineTransform Base() const;
     void SetTransform(const BAffineTransform& matrix);
     void SetFont(const BFont& newFont);
     // What this state and those below leave of `region`, which is in the view's coordinates.
@@ -83,8 +92,6 @@ struct LineArray {
 };
 
 struct RectTracking {
-    bool active = false;
-    bool shown = false;
     uint32 style = B_TRACK_WHOLE_RECT;
     BRect rect;
     BPoint grip;  // the pointer's place as the rectangle is
@@ -168,6 +175,8 @@ struct [[gnu::visibility("hidden")]] ViewData
     void SetCanvas(Canvas * newCanvas);
     void InvalidateVisible(bool with_children) const;
     void TreeChanged();  // the clipping of views in the window is to be made anew
+    // Takes the children from `child` on, whose places count from (x, y), out of a region.
+    void ExcludeChildren(BRegion * region, BView * child, double x, double y) const;
 
     // The part that drawing reads.
     const uint32* generation;  // of the canvas; without one a number that `readyAt` never has
@@ -179,7 +188,7 @@ struct [[gnu::visibility("hidden")]] ViewData
 
     PictureData* recording = nullptr;
     std::vector<std::unique_ptr<DrawState>> states;
-    BAffineTransform paintTransform;
+    std::unique_ptr<BAffineTransform> paintTransform;
     BRegion visible;
     uint32 visibleAt = 0;
     BRegion clip;  // what `target` points to, if it is cut further than `visible`
@@ -191,6 +200,12 @@ struct [[gnu::visibility("hidden")]] ViewData
     BView* parent = nullptr;
     BView* first = nullptr;
     BView* last = nullptr;
+    int32 children = 0;
+    // Where many children lie, made once many of them were asked for in one generation.
+    mutable std::unique_ptr<SiblingGrid> grid;
+    mutable uint32 gridAt = 0;
+    mutable int32 gridAsked = 0;
+    int32 place = 0;  // among the siblings, in the parent's grid
     BView* previous = nullptr;
     BView* next = nullptr;
     bool isTop = false;
@@ -212,9 +227,9 @@ struct [[gnu::visibility("hidden")]] ViewData
     std::unique_ptr<BCursor> cursor;
     std::unique_ptr<LineArray> lineArray;
     std::vector<std::pair<BPicture*, PictureData*>> pictures;  // being recorded, innermost last
-    RectTracking tracking;
+    std::unique_ptr<RectTracking> tracking;                    // while one is tracked
     uint32 eventMask = 0, eventOptions = 0;
-    ScrollBarLink bars[2];  // by orientation
+    std::unique_ptr<ScrollBarLink[]> bars;  // by orientation; null without any
 
     BSize minSize{B_SIZE_UNSET, B_SIZE_UNSET};
     BSize maxSize{B_SIZE_UNSET, B_SIZE_UNSET};

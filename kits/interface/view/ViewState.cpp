@@ -23,20 +23,25 @@ BAffineTransform composed(const BAffineTransform& outer, const BAffineTransform&
 
 BAffineTransform DrawState::Full() const
 {
-    const BAffineTransform below =
-        transformed ? base
-                    : BAffineTransform(baseScale, 0, 0, baseScale, baseOrigin.x, baseOrigin.y);
-    return composed(below,
-                    composed(BAffineTransform(scale, 0, 0, scale, origin.x, origin.y), transform));
+    return composed(Base(),
+                    composed(BAffineTransform(scale, 0, 0, scale, origin.x, origin.y), Own()));
+}
+
+BAffineTransform DrawState::Own() const
+{
+    return transforms != nullptr ? transforms->own : BAffineTransform();
+}
+
+BAffineTransform DrawState::Base() const
+{
+    return transforms != nullptr
+               ? transforms->base
+               : BAffineTransform(baseScale, 0, 0, baseScale, baseOrigin.x, baseOrigin.y);
 }
 
 void DrawState::SetTransform(const BAffineTransform& matrix)
 {
-    if (!transformed) {
-        base = BAffineTransform(baseScale, 0, 0, baseScale, baseOrigin.x, baseOrigin.y);
-        transformed = true;
-    }
-    transform = matrix;
+    transforms = std::make_shared<Transforms>(Transforms{matrix, Base()});
 }
 
 void DrawState::SetFont(const BFont& newFont)
@@ -56,9 +61,9 @@ void ViewData::PushState()
         state.baseClip = std::move(clipped);
         state.clip = state.viewClip = nullptr;
     }
-    if (state.transformed)
-        state.base = state.Full();
-    state.transform = BAffineTransform();
+    if (state.IsTransformed())
+        state.transforms =
+            std::make_shared<DrawState::Transforms>(DrawState::Transforms{{}, state.Full()});
     state.baseOrigin = state.FullOrigin();
     state.baseScale = state.FullScale();
     state.origin = BPoint();
@@ -336,7 +341,7 @@ void BView::SetTransform(BAffineTransform transform)
                     transform.tx, transform.ty);
 }
 
-BAffineTransform BView::Transform() const { return fData->state.transform; }
+BAffineTransform BView::Transform() const { return fData->state.Own(); }
 
 void BView::TranslateBy(double x, double y)
 {
@@ -364,7 +369,7 @@ BAffineTransform BView::TransformTo(coordinate_space basis) const
         case B_PREVIOUS_STATE_COORDINATES:
             return BPrivate::composed(
                 BAffineTransform(state.scale, 0, 0, state.scale, state.origin.x, state.origin.y),
-                state.transform);
+                state.Own());
         case B_VIEW_COORDINATES:
             break;
         case B_PARENT_VIEW_DRAW_COORDINATES:

@@ -102,7 +102,7 @@ void ViewPrivate::Forget(BView* branch, BWindow* window)
         return;
     window->_ForgetView(branch);
     data.attached = data.allAttached = false;
-    data.tracking = RectTracking();
+    data.tracking = nullptr;
     data.window = nullptr;
     data.SetCanvas(nullptr);
     branch->SetNextHandler(nullptr);
@@ -163,6 +163,7 @@ void BView::AddChild(BView* child, BView* before)
     data.next = before;
     (after != nullptr ? after->fData->next : fData->first) = child;
     (before != nullptr ? before->fData->previous : fData->last) = child;
+    fData->children++;
 
     if (BWindow* window = fData->window) {
         BPrivate::ViewRef held(child);
@@ -192,6 +193,7 @@ bool BView::RemoveSelf()
     (previous != nullptr ? previous->fData->next : parent->fData->first) = next;
     (next != nullptr ? next->fData->previous : parent->fData->last) = previous;
     fData->parent = nullptr;
+    parent->fData->children--;
     parent->fData->TreeChanged();
     return true;
 }
@@ -207,13 +209,7 @@ bool BView::RemoveChild(BView* child)
     return false;
 }
 
-int32 BView::CountChildren() const
-{
-    int32 count = 0;
-    for (BView* child = fData->first; child != nullptr; child = child->fData->next)
-        count++;
-    return count;
-}
+int32 BView::CountChildren() const { return fData->children; }
 
 BView* BView::ChildAt(int32 index) const
 {
