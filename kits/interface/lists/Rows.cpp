@@ -621,7 +621,8 @@ bool Rows::_Deselect(int32 from, int32 to, bool inside)
                 const int32 slot = word * 64 + std::countr_zero(left);
                 if (slot + kAhead < block->sums.rows)
                     __builtin_prefetch(block->items[slot + kAhead], 1);
-                const int32 index = from <= to ? first + block->shown.CountBefore(slot) : 0;
+                const int32 index =
+                    from <= to && to >= 0 ? first + block->shown.CountBefore(slot) : 0;
                 if ((index >= from && index <= to) != inside)
                     continue;
                 block->items[slot]->fSelected = false;
