@@ -7,6 +7,7 @@
 #include <Window.h>
 
 #include <algorithm>
+#include <string_view>
 
 #include "interface/text/TextData.h"
 
@@ -14,6 +15,26 @@ using BPrivate::LineTable;
 using BPrivate::TextData;
 using BPrivate::TextPiece;
 using BPrivate::TextStyle;
+
+// Words come again where lines do not, and what was drawn lately is kept: plain words one by one,
+// each with the blanks behind it, give the same pixels as all of them together.
+static void draw_piece(BTextView* view, const TextStyle& style, const TextPiece& piece, BPoint at)
+{
+    const std::string_view text(piece.bytes, size_t(piece.drawn));
+    if (!style.widths->IsSimple() ||
+        std::any_of(text.begin(), text.end(), [](char byte) { return uint8(byte) >= 0x80; })) {
+        view->DrawString(piece.bytes, piece.drawn, at);
+        return;
+    }
+    for (size_t from = 0; from < text.size();) {
+        const size_t blank = std::min(text.find(' ', from), text.size());
+        const size_t end = std::min(text.find_first_not_of(' ', blank), text.size());
+        const auto length = int32(end - from);
+        view->DrawString(text.data() + from, length, at);
+        at.x += style.widths->Sum(text.data() + from, length);
+        from = end;
+    }
+}
 
 static void draw_line(BTextView* view, const TextData& text, const LineTable::Place& line,
                       BRect update, int32* style)
@@ -28,13 +49,13 @@ static void draw_line(BTextView* view, const TextData& text, const LineTable::Pl
             return false;
         if (piece.drawn == 0 || x + piece.width < update.left - slack)
             return true;
+        const TextStyle& held = text.body.Styles().At(piece.style);
         if (*style != piece.style) {
             *style = piece.style;
-            const TextStyle& held = text.body.Styles().At(piece.style);
             view->SetFont(&held.font);
             view->SetHighColor(held.color);
         }
-        view->DrawString(piece.bytes, piece.drawn, BPoint(x, base));
+        draw_piece(view, held, piece, BPoint(x, base));
         return true;
     });
 }
