@@ -13,7 +13,6 @@
 
 #include <algorithm>
 #include <map>
-#include <mutex>
 #include <new>
 #include <string>
 #include <string_view>
@@ -23,6 +22,7 @@
 #include "app/looper/MessengerAccess.h"
 #include "server/clipboard/Clipboard.h"
 #include "support/ValidUTF8.h"
+#include "support/Mutex.h"
 
 using server::ClipboardForm;
 using server::ClipboardForms;
@@ -48,13 +48,13 @@ struct NamedClipboard {
     std::vector<BMessenger> watchers;
 };
 
-std::mutex& names_mutex()
+BPrivate::Mutex& names_mutex()
 {
-    static auto* const mutex = new std::mutex;
+    static auto* const mutex = new BPrivate::Mutex;
     return *mutex;
 }
 
-NamedClipboard& named_clipboard(const std::string& name)  // names_mutex
+NamedClipboard& named_clipboard(const std::string& name) REQUIRES(names_mutex())
 {
     static auto* const all = new std::map<std::string, NamedClipboard>;
     NamedClipboard& named = (*all)[name];
@@ -67,14 +67,14 @@ std::shared_ptr<server::Clipboard> find_clipboard(const std::string& name)
 {
     if (name == kSystemName)
         return server::SystemClipboard();
-    std::lock_guard guard(names_mutex());
+    BPrivate::MutexLock guard(names_mutex());
     return named_clipboard(name).own;
 }
 
 // On the thread that saw the change.
 void tell_watchers(const std::string& name)
 {
-    std::lock_guard guard(names_mutex());
+    BPrivate::MutexLock guard(names_mutex());
     std::vector<BMessenger>& watchers = named_clipboard(name).watchers;
     std::erase_if(watchers, [](const BMessenger& target) {
         return !BPrivate::MessengerAccess::Notify(target, BMessage(B_CLIPBOARD_CHANGED));
@@ -123,7 +123,7 @@ status_t BClipboard::StartWatching(BMessenger target)
         return B_BAD_VALUE;
     const std::shared_ptr<server::Clipboard> host = find_clipboard(fState->name);
     {
-        std::lock_guard guard(names_mutex());
+        BPrivate::MutexLock guard(names_mutex());
         std::vector<BMessenger>& watchers = named_clipboard(fState->name).watchers;
         if (std::find(watchers.begin(), watchers.end(), target) == watchers.end())
             watchers.push_back(target);
@@ -134,7 +134,7 @@ status_t BClipboard::StartWatching(BMessenger target)
 
 status_t BClipboard::StopWatching(BMessenger target)
 {
-    std::lock_guard guard(names_mutex());
+    BPrivate::MutexLock guard(names_mutex());
     return std::erase(named_clipboard(fState->name).watchers, target) > 0 ? B_OK : B_BAD_VALUE;
 }
 

@@ -10,10 +10,10 @@
 #include <atomic>
 #include <map>
 #include <memory>
-#include <mutex>
 
 #include "app/looper/MessengerAccess.h"
 #include "support/Futex.h"
+#include "support/Mutex.h"
 
 using BPrivate::MessengerAccess;
 
@@ -31,11 +31,11 @@ struct Runner {
 };
 
 struct Runners {
-    std::mutex lock;
-    std::map<int32, Runner> entries;
-    int32 last = 0;
-    bool running = false;            // the thread lives
-    std::atomic<uint32> changed{0};  // futex: counts what the thread must look at
+    BPrivate::Mutex lock;
+    std::map<int32, Runner> entries GUARDED_BY(lock);
+    int32 last GUARDED_BY(lock) = 0;
+    bool running GUARDED_BY(lock) = false;  // the thread lives
+    std::atomic<uint32> changed{0};         // futex: counts what the thread must look at
 };
 
 // Never destroyed: the thread may outlast the program's statics.
@@ -45,8 +45,8 @@ Runners& runners()
     return *sRunners;
 }
 
-// Sends what is due; returns when the next one is. The list is locked.
-bigtime_t send_due(Runners& list)
+// Sends what is due; returns when the next one is.
+bigtime_t send_due(Runners& list) REQUIRES(list.lock)
 {
     bigtime_t next = B_INFINITE_TIMEOUT;
     const bigtime_t now = system_time();
@@ -76,7 +76,7 @@ status_t run_timer(void*)
         uint32 seen;
         bigtime_t next;
         {
-            std::lock_guard<std::mutex> guard(list.lock);
+            BPrivate::MutexLock guard(list.lock);
             seen = list.changed.load();
             next = send_due(list);
             if (list.entries.empty()) {
@@ -88,7 +88,7 @@ status_t run_timer(void*)
     }
 }
 
-bool start_timer(Runners& list)
+bool start_timer(Runners& list) REQUIRES(list.lock)
 {
     list.changed.fetch_add(1);
     BPrivate::futex_wake(list.changed, 1);
@@ -114,7 +114,7 @@ int32 add_runner(const BMessenger& target, const BMessage* message, bigtime_t in
                   0};
     runner.due = BPrivate::deadline_after(runner.interval);
     Runners& list = runners();
-    std::lock_guard<std::mutex> guard(list.lock);
+    BPrivate::MutexLock guard(list.lock);
     do {
         list.last = list.last == INT32_MAX ? 1 : list.last + 1;
     } while (list.entries.count(list.last) != 0);
@@ -130,7 +130,7 @@ template <class Change>
 status_t change_runner(int32 token, Change change)
 {
     Runners& list = runners();
-    std::lock_guard<std::mutex> guard(list.lock);
+    BPrivate::MutexLock guard(list.lock);
     auto found = list.entries.find(token);
     if (found == list.entries.end())
         return B_BAD_VALUE;
@@ -168,7 +168,7 @@ BMessageRunner::BMessageRunner(BMessenger target, const BMessage& message, bigti
 BMessageRunner::~BMessageRunner()
 {
     Runners& list = runners();
-    std::lock_guard<std::mutex> guard(list.lock);
+    BPrivate::MutexLock guard(list.lock);
     list.entries.erase(fToken);
 }
 
@@ -188,7 +188,7 @@ status_t BMessageRunner::SetCount(int32 count)
 {
     if (count == 0) {
         Runners& list = runners();
-        std::lock_guard<std::mutex> guard(list.lock);
+        BPrivate::MutexLock guard(list.lock);
         return list.entries.erase(fToken) > 0 ? B_OK : B_BAD_VALUE;
     }
     return change_runner(fToken, [=](Runner& runner) { runner.count = max_c(count, -1); });

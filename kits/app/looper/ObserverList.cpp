@@ -10,6 +10,7 @@
 #include "app/message/MessageAccess.h"
 #include "app/looper/MessengerAccess.h"
 #include "app/looper/Tokens.h"
+#include "support/Mutex.h"
 
 namespace BPrivate {
 
@@ -20,7 +21,7 @@ bool ObserverList::Observer::operator==(const Observer& other) const
 
 status_t ObserverList::Add(const Observer& observer)
 {
-    std::lock_guard<std::mutex> guard(fLock);
+    BPrivate::MutexLock guard(fLock);
     if (std::find(fObservers.begin(), fObservers.end(), observer) == fObservers.end())
         fObservers.push_back(observer);
     return B_OK;
@@ -28,7 +29,7 @@ status_t ObserverList::Add(const Observer& observer)
 
 status_t ObserverList::Remove(const Observer& observer)
 {
-    std::lock_guard<std::mutex> guard(fLock);
+    BPrivate::MutexLock guard(fLock);
     auto found = std::find(fObservers.begin(), fObservers.end(), observer);
     if (found == fObservers.end())
         return B_BAD_HANDLER;
@@ -40,7 +41,7 @@ void ObserverList::Notify(uint32 what, const BMessage& notice)
 {
     std::vector<Observer> observers;
     {
-        std::lock_guard<std::mutex> guard(fLock);
+        BPrivate::MutexLock guard(fLock);
         observers = fObservers;
     }
     BMessage copy(notice);
@@ -59,7 +60,7 @@ void ObserverList::Notify(uint32 what, const BMessage& notice)
 
 bool ObserverList::IsEmpty() const
 {
-    std::lock_guard<std::mutex> guard(fLock);
+    BPrivate::MutexLock guard(fLock);
     return fObservers.empty();
 }
 

@@ -5,8 +5,9 @@
 
 #include <Messenger.h>
 
-#include <mutex>
 #include <vector>
+
+#include "support/Mutex.h"
 
 class BMessage;
 
@@ -28,8 +29,8 @@ public:
     bool IsEmpty() const;
 
 private:
-    mutable std::mutex fLock;
-    std::vector<Observer> fObservers;
+    mutable BPrivate::Mutex fLock;
+    std::vector<Observer> fObservers GUARDED_BY(fLock);
 };
 
 }  // namespace BPrivate

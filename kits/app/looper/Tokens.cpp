@@ -3,10 +3,10 @@
 
 #include "app/looper/Tokens.h"
 
-#include <mutex>
 #include <unordered_map>
 
 #include "support/Futex.h"
+#include "support/Mutex.h"
 
 namespace BPrivate {
 namespace {
@@ -19,9 +19,9 @@ struct Entry {
 };
 
 struct Table {
-    std::mutex lock;
-    std::unordered_map<int32, Entry> entries;
-    int32 last = 0;
+    BPrivate::Mutex lock;
+    std::unordered_map<int32, Entry> entries GUARDED_BY(lock);
+    int32 last GUARDED_BY(lock) = 0;
 };
 
 // Never destroyed: static handlers go after it would.
@@ -34,7 +34,7 @@ Table& table()
 int32 add(const Entry& entry)
 {
     Table& tokens = table();
-    std::lock_guard<std::mutex> guard(tokens.lock);
+    BPrivate::MutexLock guard(tokens.lock);
     do {
         tokens.last = tokens.last == INT32_MAX ? 1 : tokens.last + 1;
     } while (!tokens.entries.try_emplace(tokens.last, entry).second);
@@ -45,7 +45,7 @@ template <class Result>
 Result look_up(int32 token, Result Entry::*member)
 {
     Table& tokens = table();
-    std::lock_guard<std::mutex> guard(tokens.lock);
+    BPrivate::MutexLock guard(tokens.lock);
     auto found = tokens.entries.find(token);
     return found != tokens.entries.end() ? found->second.*member : Result();
 }
@@ -54,7 +54,7 @@ template <class Value>
 void set(int32 token, Value Entry::*member, Value value)
 {
     Table& tokens = table();
-    std::lock_guard<std::mutex> guard(tokens.lock);
+    BPrivate::MutexLock guard(tokens.lock);
     auto found = tokens.entries.find(token);
     if (found != tokens.entries.end())
         found->second.*member = value;
@@ -72,7 +72,7 @@ int32 Tokens::AddWaiter(ReplyWaiter* waiter)
 void Tokens::Remove(int32 token)
 {
     Table& tokens = table();
-    std::lock_guard<std::mutex> guard(tokens.lock);
+    BPrivate::MutexLock guard(tokens.lock);
     tokens.entries.erase(token);
 }
 
@@ -83,7 +83,7 @@ void Tokens::SetLooper(int32 token, const BLooper* looper) { set(token, &Entry::
 BHandler* Tokens::HandlerIn(const BLooper* looper, int32 token)
 {
     Table& tokens = table();
-    std::lock_guard<std::mutex> guard(tokens.lock);
+    BPrivate::MutexLock guard(tokens.lock);
     auto found = tokens.entries.find(token);
     return found != tokens.entries.end() && found->second.looper == looper ? found->second.handler
                                                                            : nullptr;
@@ -101,7 +101,7 @@ bool Tokens::Answer(int32 token, BMessage* reply)
 {
     // The lock keeps the waiting sender from leaving while its waiter is written.
     Table& tokens = table();
-    std::lock_guard<std::mutex> guard(tokens.lock);
+    BPrivate::MutexLock guard(tokens.lock);
     auto found = tokens.entries.find(token);
     if (found == tokens.entries.end() || found->second.waiter == nullptr)
         return false;

@@ -20,13 +20,13 @@
 
 #include <algorithm>
 #include <atomic>
-#include <mutex>
 #include <string>
 #include <vector>
 
 #include "app/message/MessageAccess.h"
 #include "app/looper/MessengerAccess.h"
 #include "app/roster/RunningApps.h"
+#include "support/Mutex.h"
 
 namespace BPrivate {
 
@@ -34,10 +34,10 @@ static const size_t kMaxPacket = 160 * 1024;
 static const bigtime_t kMaxWait = 1'000'000;
 static const bigtime_t kRetry = 1000;
 
-static std::mutex sLock;
-static int sSocket = -1;   // sLock; the channel's thread reads from it
-static pthread_t sThread;  // sLock; valid with the socket
-static std::string sPath;  // sLock
+static BPrivate::Mutex sLock;
+static int sSocket GUARDED_BY(sLock) = -1;   // the channel's thread reads from it
+static pthread_t sThread GUARDED_BY(sLock);  // valid with the socket
+static std::string sPath GUARDED_BY(sLock);
 static std::atomic<bool> sEnding{false};
 
 // What stands before the flattened message.
@@ -177,7 +177,7 @@ static bool start_thread(int fd, pthread_t* thread)
 
 void open_channel(const std::string& folder)
 {
-    std::lock_guard hold(sLock);
+    BPrivate::MutexLock hold(sLock);
     Address address(folder, getpid());
     if (!address.IsValid() || sSocket >= 0)
         return;
@@ -194,7 +194,7 @@ void open_channel(const std::string& folder)
 
 void close_channel()
 {
-    std::lock_guard hold(sLock);
+    BPrivate::MutexLock hold(sLock);
     if (sSocket < 0)
         return;
     unlink(sPath.c_str());

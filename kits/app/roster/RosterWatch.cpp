@@ -14,13 +14,13 @@
 
 #include <algorithm>
 #include <map>
-#include <mutex>
 #include <string>
 #include <thread>
 #include <vector>
 
 #include "app/looper/MessengerAccess.h"
 #include "app/roster/RunningApps.h"
+#include "support/Mutex.h"
 
 namespace BPrivate {
 
@@ -35,11 +35,11 @@ using Apps = std::map<team_id, RunningApp>;
 
 // Never destroyed: the thread runs on while the process exits.
 struct AppWatch {
-    std::mutex lock;
-    std::vector<AppWatcher> watchers;
-    std::string folder;  // that is watched; empty before the first watcher
-    Apps known;          // as they were told
-    team_id active = -1;
+    BPrivate::Mutex lock;
+    std::vector<AppWatcher> watchers GUARDED_BY(lock);
+    std::string folder GUARDED_BY(lock);  // that is watched; empty before the first watcher
+    Apps known GUARDED_BY(lock);          // as they were told
+    team_id active GUARDED_BY(lock) = -1;
 };
 
 }  // namespace
@@ -58,8 +58,8 @@ static Apps apps_now()
     return apps;
 }
 
-// With the lock held.
 static void tell(AppWatch& watch, uint32 what, uint32 kind, const RunningApp& app)
+    REQUIRES(watch.lock)
 {
     BMessage message(what);
     entry_ref ref;
@@ -77,7 +77,7 @@ static void tell(AppWatch& watch, uint32 what, uint32 kind, const RunningApp& ap
 
 static void compare(AppWatch& watch)
 {
-    std::lock_guard hold(watch.lock);
+    BPrivate::MutexLock hold(watch.lock);
     const Apps now = apps_now();
     const team_id active = active_team();
     for (const auto& [team, app] : watch.known) {
@@ -110,8 +110,8 @@ static void run_watch(int queue)
     }
 }
 
-// Begins to watch the folder, once. With the lock held.
-static status_t begin(AppWatch& watch)
+// Begins to watch the folder, once.
+static status_t begin(AppWatch& watch) REQUIRES(watch.lock)
 {
     if (!watch.folder.empty())
         return B_OK;
@@ -137,7 +137,7 @@ status_t start_watching_apps(const BMessenger& target, uint32 mask)
     if (!target.IsValid())
         return B_BAD_VALUE;
     AppWatch& watch = app_watch();
-    std::lock_guard hold(watch.lock);
+    BPrivate::MutexLock hold(watch.lock);
     if (const status_t status = begin(watch); status != B_OK)
         return status;
     if (watch.watchers.empty()) {
@@ -153,7 +153,7 @@ status_t start_watching_apps(const BMessenger& target, uint32 mask)
 status_t stop_watching_apps(const BMessenger& target)
 {
     AppWatch& watch = app_watch();
-    std::lock_guard hold(watch.lock);
+    BPrivate::MutexLock hold(watch.lock);
     return std::erase_if(watch.watchers,
                          [&](const AppWatcher& watcher) { return watcher.target == target; }) > 0
                ? B_OK

@@ -4,15 +4,15 @@
 
 #include <InterfaceDefs.h>
 
-#include <mutex>
-
 #include <interface/menu/MenuPrivate.h>
+
+#include "support/Mutex.h"
 
 namespace {
 
 struct Settings {
-    std::mutex lock;
-    menu_info info = {};
+    BPrivate::Mutex lock;
+    menu_info info GUARDED_BY(lock) = {};
 
     Settings()
     {
@@ -34,13 +34,13 @@ Settings& settings()
 
 menu_info BPrivate::menu_settings()
 {
-    std::lock_guard guard(settings().lock);
+    BPrivate::MutexLock guard(settings().lock);
     return settings().info;
 }
 
 rgb_color BPrivate::menu_ground()
 {
-    std::lock_guard guard(settings().lock);
+    BPrivate::MutexLock guard(settings().lock);
     return settings().info.background_color;
 }
 
@@ -56,7 +56,7 @@ status_t set_menu_info(menu_info* info)
 {
     if (info == nullptr)
         return B_BAD_VALUE;
-    std::lock_guard guard(settings().lock);
+    BPrivate::MutexLock guard(settings().lock);
     settings().info = *info;
     return B_OK;
 }

@@ -7,13 +7,14 @@
 #include <Window.h>
 
 #include <algorithm>
-#include <mutex>
 
 #include <app/QuitAsked.h>
 #include <interface/menu/MenuLevels.h>
 #include <interface/menu/MenuPrivate.h>
 #include <interface/menu/MenuWindow.h>
 #include <interface/window/WindowPrivate.h>
+
+#include "support/Mutex.h"
 
 namespace BPrivate {
 
@@ -23,8 +24,8 @@ namespace {
 
 // Those that follow the user at present.
 struct Trackers {
-    std::mutex lock;  // a leaf, but for the queues of input
-    std::vector<MenuTracker*> running;
+    BPrivate::Mutex lock;  // a leaf, but for the queues of input
+    std::vector<MenuTracker*> running GUARDED_BY(lock);
 };
 
 // Never destroyed: threads may outlive main().
@@ -47,19 +48,19 @@ MenuTracker::MenuTracker(BMenu* root, const Options& options)
       fOptions(options),
       fMenus{root}
 {
-    std::lock_guard guard(trackers().lock);
+    BPrivate::MutexLock guard(trackers().lock);
     trackers().running.push_back(this);
 }
 
 MenuTracker::~MenuTracker()
 {
-    std::lock_guard guard(trackers().lock);
+    BPrivate::MutexLock guard(trackers().lock);
     std::erase(trackers().running, this);
 }
 
 void MenuTracker::Forget(const BMenu* menu)
 {
-    std::lock_guard guard(trackers().lock);
+    BPrivate::MutexLock guard(trackers().lock);
     for (MenuTracker* tracker : trackers().running) {
         if (std::erase(tracker->fMenus, menu) == 0)
             continue;
@@ -72,7 +73,7 @@ void MenuTracker::Forget(const BMenu* menu)
 bool MenuTracker::Cancel(const BMenu* menu)
 {
     bool some = false;
-    std::lock_guard guard(trackers().lock);
+    BPrivate::MutexLock guard(trackers().lock);
     for (MenuTracker* tracker : trackers().running) {
         const auto& menus = tracker->fMenus;
         if (std::find(menus.begin(), menus.end(), menu) == menus.end())
@@ -85,7 +86,7 @@ bool MenuTracker::Cancel(const BMenu* menu)
 
 void MenuTracker::Forget(const BMenuItem* item)
 {
-    std::lock_guard guard(trackers().lock);
+    BPrivate::MutexLock guard(trackers().lock);
     for (MenuTracker* tracker : trackers().running) {
         auto* chosen = const_cast<BMenuItem*>(item);
         tracker->fChosen.compare_exchange_strong(chosen, nullptr);
@@ -94,7 +95,7 @@ void MenuTracker::Forget(const BMenuItem* item)
 
 void MenuTracker::CancelAll()
 {
-    std::lock_guard guard(trackers().lock);
+    BPrivate::MutexLock guard(trackers().lock);
     for (MenuTracker* tracker : trackers().running)
         tracker->fInput.Cancel();
 }
@@ -226,7 +227,7 @@ bool MenuTracker::_Open(BMenu* menu, BPoint where, BRect from)
     if (menu->Window() != nullptr || !_AddDynamicItems(menu, from))
         return false;
     if (menu != fRoot) {
-        std::lock_guard guard(trackers().lock);
+        BPrivate::MutexLock guard(trackers().lock);
         fMenus.push_back(menu);
     }
     MenuWindow* const window = MenuWindow::Open(menu, where);
@@ -280,7 +281,7 @@ void MenuTracker::_CloseTo(size_t count)
             continue;
         if (window->Lock()) {
             if (BMenu* menu = window->Menu(); menu != nullptr && menu != fRoot) {
-                std::lock_guard guard(trackers().lock);
+                BPrivate::MutexLock guard(trackers().lock);
                 std::erase(fMenus, menu);
             }
             window->End();
@@ -298,7 +299,7 @@ bigtime_t MenuTracker::_Deadline() const
 {
     static const bigtime_t kHookInterval_us = 50000;
     bigtime_t next = std::min({fOpenAt, fSettleAt, fScrollAt});
-    std::lock_guard guard(trackers().lock);
+    BPrivate::MutexLock guard(trackers().lock);
     if (std::any_of(fMenus.begin(), fMenus.end(), MenuPrivate::HasHook))
         next = std::min(next, system_time() + kHookInterval_us);
     return next;

@@ -17,11 +17,11 @@
 #include <algorithm>
 #include <functional>
 #include <map>
-#include <mutex>
 #include <string>
 #include <vector>
 
 #include "support/HostErrors.h"
+#include "support/Mutex.h"
 
 namespace {
 
@@ -45,10 +45,10 @@ struct AddOn {
 };
 
 struct Images {
-    std::mutex lock;
-    image_id last_id = 0;
-    std::vector<Image> all;  // in the order of loading
-    std::map<image_id, AddOn> add_ons;
+    BPrivate::Mutex lock;
+    image_id last_id GUARDED_BY(lock) = 0;
+    std::vector<Image> all GUARDED_BY(lock);  // in the order of loading
+    std::map<image_id, AddOn> add_ons GUARDED_BY(lock);
 };
 
 struct Symbol {
@@ -76,11 +76,11 @@ static void for_each_loaded(const std::function<bool(const Loaded&)>& act)
     dl_iterate_phdr(step, const_cast<std::function<bool(const Loaded&)>*>(&act));
 }
 
-// Brings the list up to date. With its lock held.
-static void refresh(Images& list)
+// Brings the list up to date.
+static void refresh(Images& list) REQUIRES(list.lock)
 {
     std::vector<Image> present;
-    for_each_loaded([&](const Loaded& loaded) {
+    for_each_loaded([&](const Loaded& loaded) REQUIRES(list.lock) {
         const auto known = std::find_if(list.all.begin(), list.all.end(), [&](const Image& image) {
             return image.base == loaded.base && image.name == loaded.name;
         });
@@ -91,8 +91,8 @@ static void refresh(Images& list)
     list.all = std::move(present);
 }
 
-// The index of an image in the list, -1 if there is none. With its lock held.
-static int32 index_of(Images& list, image_id id)
+// The index of an image in the list, -1 if there is none.
+static int32 index_of(Images& list, image_id id) REQUIRES(list.lock)
 {
     refresh(list);
     for (size_t i = 0; i < list.all.size(); ++i) {
@@ -106,7 +106,7 @@ static int32 index_of(Images& list, image_id id)
 static bool with_image(image_id id, const std::function<void(const Loaded&)>& act)
 {
     Images& list = images();
-    std::lock_guard hold(list.lock);
+    BPrivate::MutexLock hold(list.lock);
     const int32 index = index_of(list, id);
     if (index < 0)
         return false;
@@ -156,7 +156,7 @@ static void fill_file(const std::string& name, image_info* info)
     }
 }
 
-static status_t fill_info(Images& list, int32 index, image_info* info)
+static status_t fill_info(Images& list, int32 index, image_info* info) REQUIRES(list.lock)
 {
     const Image& image = list.all[index];
     *info = {};
@@ -182,7 +182,7 @@ status_t _get_image_info(image_id image, image_info* info, size_t size)
     if (info == nullptr || size != sizeof(image_info))
         return B_BAD_VALUE;
     Images& list = images();
-    std::lock_guard hold(list.lock);
+    BPrivate::MutexLock hold(list.lock);
     const int32 index = index_of(list, image);
     return index >= 0 ? fill_info(list, index, info) : B_BAD_IMAGE_ID;
 }
@@ -196,7 +196,7 @@ status_t _get_next_image_info(team_id team, int32* cookie, image_info* info, siz
     if (team != B_CURRENT_TEAM && team != getpid())
         return B_BAD_TEAM_ID;
     Images& list = images();
-    std::lock_guard hold(list.lock);
+    BPrivate::MutexLock hold(list.lock);
     refresh(list);
     int32 next = -1;
     for (size_t i = 0; i < list.all.size(); ++i) {
@@ -230,7 +230,7 @@ static status_t check_add_on(const char* path)
 }
 
 // The id of what a handle stands for. With the lock held.
-static image_id id_of_handle(Images& list, void* handle)
+static image_id id_of_handle(Images& list, void* handle) REQUIRES(list.lock)
 {
     link_map* map = nullptr;
     if (dlinfo(handle, RTLD_DI_LINKMAP, &map) != 0 || map == nullptr)
@@ -261,7 +261,7 @@ image_id load_add_on(const char* path)
     bool is_new = false;
     {
         Images& list = images();
-        std::lock_guard hold(list.lock);
+        BPrivate::MutexLock hold(list.lock);
         id = id_of_handle(list, handle);
         if (id > 0)
             is_new = list.add_ons.try_emplace(id, AddOn{handle, 0}).first->second.count++ == 0;
@@ -281,7 +281,7 @@ status_t unload_add_on(image_id image)
     void* handle;
     bool is_last;
     {
-        std::lock_guard hold(list.lock);
+        BPrivate::MutexLock hold(list.lock);
         const auto found = list.add_ons.find(image);
         if (found == list.add_ons.end())
             return B_BAD_IMAGE_ID;

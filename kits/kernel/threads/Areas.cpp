@@ -7,11 +7,11 @@
 #include <unistd.h>
 
 #include <map>
-#include <mutex>
 
 #include <string.h>
 
 #include "kernel/threads/Threads.h"
+#include "support/Mutex.h"
 
 using namespace BPrivate;
 
@@ -21,9 +21,9 @@ struct Area {
 };
 
 struct AreaTable {
-    std::mutex lock;
-    std::map<area_id, Area> areas;
-    area_id last = 0;
+    BPrivate::Mutex lock;
+    std::map<area_id, Area> areas GUARDED_BY(lock);
+    area_id last GUARDED_BY(lock) = 0;
 };
 
 static AreaTable& table()
@@ -87,7 +87,7 @@ static area_id add_area(int descriptor, const char* name, void** address, uint32
     area.info.ram_size = static_cast<uint32>(size);
     area.info.address = *address;
     area.descriptor = descriptor;
-    std::lock_guard hold(table().lock);
+    BPrivate::MutexLock hold(table().lock);
     area.info.area = ++table().last;
     table().areas[area.info.area] = area;
     return area.info.area;
@@ -117,7 +117,7 @@ area_id clone_area(const char* name, void** destAddress, uint32 addressSpec, uin
     area_info info;
     int descriptor;
     {
-        std::lock_guard hold(table().lock);
+        BPrivate::MutexLock hold(table().lock);
         const auto found = table().areas.find(source);
         if (found == table().areas.end())
             return B_BAD_VALUE;
@@ -135,7 +135,7 @@ area_id find_area(const char* name)
 {
     if (name == nullptr)
         return B_BAD_VALUE;
-    std::lock_guard hold(table().lock);
+    BPrivate::MutexLock hold(table().lock);
     for (const auto& [id, area] : table().areas) {
         if (strcmp(area.info.name, name) == 0)
             return id;
@@ -146,7 +146,7 @@ area_id find_area(const char* name)
 area_id area_for(void* address)
 {
     const auto where = reinterpret_cast<uintptr_t>(address);
-    std::lock_guard hold(table().lock);
+    BPrivate::MutexLock hold(table().lock);
     for (const auto& [id, area] : table().areas) {
         const auto start = reinterpret_cast<uintptr_t>(area.info.address);
         if (where >= start && where - start < area.info.size)
@@ -157,7 +157,7 @@ area_id area_for(void* address)
 
 status_t delete_area(area_id id)
 {
-    std::lock_guard hold(table().lock);
+    BPrivate::MutexLock hold(table().lock);
     const auto found = table().areas.find(id);
     if (found == table().areas.end())
         return B_BAD_VALUE;
@@ -167,8 +167,8 @@ status_t delete_area(area_id id)
     return B_OK;
 }
 
-// Whether another area shows the same pages. With the table's lock.
-static bool has_clones(const Area& area)
+// Whether another area shows the same pages.
+static bool has_clones(const Area& area) REQUIRES(table().lock)
 {
     struct stat mine, other;
     if (fstat(area.descriptor, &mine) != 0)
@@ -185,7 +185,7 @@ status_t resize_area(area_id id, size_t newSize)
 {
     if (!is_page_multiple(newSize))
         return B_BAD_VALUE;
-    std::lock_guard hold(table().lock);
+    BPrivate::MutexLock hold(table().lock);
     const auto found = table().areas.find(id);
     if (found == table().areas.end())
         return B_BAD_VALUE;
@@ -210,7 +210,7 @@ status_t resize_area(area_id id, size_t newSize)
 
 status_t set_area_protection(area_id id, uint32 newProtection)
 {
-    std::lock_guard hold(table().lock);
+    BPrivate::MutexLock hold(table().lock);
     const auto found = table().areas.find(id);
     if (found == table().areas.end())
         return B_BAD_VALUE;
@@ -225,7 +225,7 @@ status_t _get_area_info(area_id id, area_info* areaInfo, size_t size)
 {
     if (areaInfo == nullptr || size != sizeof(area_info))
         return B_BAD_VALUE;
-    std::lock_guard hold(table().lock);
+    BPrivate::MutexLock hold(table().lock);
     const auto found = table().areas.find(id);
     if (found == table().areas.end())
         return B_BAD_VALUE;
@@ -239,7 +239,7 @@ status_t _get_next_area_info(team_id team, ssize_t* cookie, area_info* areaInfo,
         return B_BAD_VALUE;
     if (team != B_CURRENT_TEAM && team != getpid())
         return B_BAD_TEAM_ID;
-    std::lock_guard hold(table().lock);
+    BPrivate::MutexLock hold(table().lock);
     const auto next = table().areas.upper_bound(static_cast<area_id>(*cookie));
     if (next == table().areas.end())
         return B_BAD_VALUE;

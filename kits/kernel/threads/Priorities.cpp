@@ -7,9 +7,9 @@
 
 #include <algorithm>
 #include <map>
-#include <mutex>
 
 #include "kernel/programs/HostProcess.h"
+#include "support/Mutex.h"
 
 namespace BPrivate {
 
@@ -22,8 +22,8 @@ struct Remembered {
 };
 
 struct Priorities {
-    std::mutex lock;
-    std::map<thread_id, Remembered> of_others;
+    BPrivate::Mutex lock;
+    std::map<thread_id, Remembered> of_others GUARDED_BY(lock);
 };
 
 static Priorities& priorities()
@@ -70,7 +70,7 @@ status_t apply_priority(thread_id id, int32 priority)
 int32 host_priority(thread_id id, bigtime_t start_time, int nice)
 {
     Priorities& list = priorities();
-    std::lock_guard hold(list.lock);
+    BPrivate::MutexLock hold(list.lock);
     const auto found = list.of_others.find(id);
     if (found != list.of_others.end() && found->second.start_time == start_time)
         return found->second.priority;
@@ -80,7 +80,7 @@ int32 host_priority(thread_id id, bigtime_t start_time, int nice)
 static void remember(thread_id id, bigtime_t start_time, int32 priority)
 {
     Priorities& list = priorities();
-    std::lock_guard hold(list.lock);
+    BPrivate::MutexLock hold(list.lock);
     if (list.of_others.size() >= kMaxRemembered && !list.of_others.contains(id))
         list.of_others.erase(list.of_others.begin());
     list.of_others[id] = {start_time, priority};
@@ -111,7 +111,7 @@ void begin_with_normal_priority(thread_id id)
 void forget_priority(thread_id id)
 {
     Priorities& list = priorities();
-    std::lock_guard hold(list.lock);
+    BPrivate::MutexLock hold(list.lock);
     list.of_others.erase(id);
 }
 

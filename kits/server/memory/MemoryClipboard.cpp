@@ -2,9 +2,9 @@
 // knows by name.
 
 #include "server/clipboard/Clipboard.h"
+#include "support/Mutex.h"
 
 #include <algorithm>
-#include <mutex>
 #include <utility>
 
 namespace server {
@@ -15,13 +15,13 @@ class MemoryClipboard final : public Clipboard {
 public:
     uint32 Changes() override
     {
-        std::lock_guard guard(fMutex);
+        BPrivate::MutexLock guard(fMutex);
         return fChanges;
     }
 
     status_t Read(const std::vector<std::string>& types, ClipboardForm* form) override
     {
-        std::lock_guard guard(fMutex);
+        BPrivate::MutexLock guard(fMutex);
         const ClipboardForm* found = find_form(fForms, types);
         if (found == nullptr)
             return B_ENTRY_NOT_FOUND;
@@ -33,7 +33,7 @@ public:
     {
         std::function<void()> listener;
         {
-            std::lock_guard guard(fMutex);
+            BPrivate::MutexLock guard(fMutex);
             if (expected != nullptr && *expected != fChanges)
                 return B_ERROR;
             fForms = std::move(forms);
@@ -47,15 +47,15 @@ public:
 
     void SetListener(std::function<void()> listener) override
     {
-        std::lock_guard guard(fMutex);
+        BPrivate::MutexLock guard(fMutex);
         fListener = std::move(listener);
     }
 
 private:
-    std::mutex fMutex;  // all below
-    ClipboardForms fForms;
-    uint32 fChanges = 0;
-    std::function<void()> fListener;
+    BPrivate::Mutex fMutex;
+    ClipboardForms fForms GUARDED_BY(fMutex);
+    uint32 fChanges GUARDED_BY(fMutex) = 0;
+    std::function<void()> fListener GUARDED_BY(fMutex);
 };
 
 }  // namespace

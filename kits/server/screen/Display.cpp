@@ -7,7 +7,6 @@
 #include <cstdio>
 #include <cstdlib>
 #include <fstream>
-#include <mutex>
 #include <new>
 
 #include "app/CursorImage.h"
@@ -17,19 +16,20 @@
 #include "server/screen/ScreenPicture.h"
 #include "server/screen/ScreenWindow.h"
 #include "server/screen/Stage.h"
+#include "support/Mutex.h"
 
 namespace server {
 
 namespace {
 
 // Guards the choice alone; taken before the stage, never under it.
-std::mutex& choice_mutex()
+BPrivate::Mutex& choice_mutex()
 {
-    static auto* mutex = new std::mutex;
+    static auto* mutex = new BPrivate::Mutex;
     return *mutex;
 }
 
-Backend* sBackend;  // choice_mutex
+Backend* sBackend GUARDED_BY(choice_mutex());
 
 bool has_display()
 {
@@ -41,7 +41,7 @@ bool has_display()
     return false;
 }
 
-Backend* chosen_backend()  // choice_mutex
+Backend* chosen_backend() REQUIRES(choice_mutex())
 {
     if (sBackend == nullptr && has_display()) {
         sBackend = make_qt_display();
@@ -59,7 +59,7 @@ Backend* chosen_backend()  // choice_mutex
 
 Backend* backend()
 {
-    std::lock_guard guard(choice_mutex());
+    BPrivate::MutexLock guard(choice_mutex());
     return chosen_backend();
 }
 
@@ -272,7 +272,7 @@ void SetAcceptsFirstClick(bool accept)
 
 void SetAppCursor(const BCursor* cursor)
 {
-    std::lock_guard guard(choice_mutex());
+    BPrivate::MutexLock guard(choice_mutex());
     StageLock lock;
     stage().SetAppCursor(BPrivate::cursor_image(cursor));
     if (sBackend != nullptr)
@@ -281,7 +281,7 @@ void SetAppCursor(const BCursor* cursor)
 
 void SetCursorHidden(bool hidden)
 {
-    std::lock_guard guard(choice_mutex());
+    BPrivate::MutexLock guard(choice_mutex());
     StageLock lock;
     stage().SetCursorHidden(hidden);
     if (sBackend != nullptr)
@@ -290,7 +290,7 @@ void SetCursorHidden(bool hidden)
 
 void ObscureCursor()
 {
-    std::lock_guard guard(choice_mutex());
+    BPrivate::MutexLock guard(choice_mutex());
     StageLock lock;
     stage().ObscureCursor();
     if (sBackend != nullptr)
@@ -299,13 +299,13 @@ void ObscureCursor()
 
 std::shared_ptr<Clipboard> SystemClipboard()
 {
-    std::lock_guard guard(choice_mutex());
+    BPrivate::MutexLock guard(choice_mutex());
     return chosen_backend()->SystemClipboard();
 }
 
 std::shared_ptr<Clipboard> PrimarySelection()
 {
-    std::lock_guard guard(choice_mutex());
+    BPrivate::MutexLock guard(choice_mutex());
     return chosen_backend()->PrimarySelection();
 }
 
@@ -313,7 +313,7 @@ void Shutdown()
 {
     Backend* display;
     {
-        std::lock_guard guard(choice_mutex());
+        BPrivate::MutexLock guard(choice_mutex());
         display = sBackend;
     }
     if (display != nullptr)

@@ -1,6 +1,7 @@
 // A window's finished pixels: copied in by its thread, copied out by whoever feeds the screen.
 
 #include "server/screen/FrontBuffer.h"
+#include "support/Mutex.h"
 
 #include <algorithm>
 #include <cstring>
@@ -29,7 +30,7 @@ bool FrontBuffer::Resize(int32 width, int32 height)
     if (width < 1 || height < 1 || width > kMaxSide || height > kMaxSide ||
         int64(width) * height > kMaxPixels)
         return false;
-    std::lock_guard guard(fLock);
+    BPrivate::MutexLock guard(fLock);
     if (width == fWidth && height == fHeight)
         return true;
     const size_t row = size_t(width) * sizeof(uint32);
@@ -50,7 +51,7 @@ bool FrontBuffer::Copy(const Surface& surface, const clipping_rect* rects, int32
 {
     if (surface.bits == nullptr || rects == nullptr)
         return false;
-    std::lock_guard guard(fLock);
+    BPrivate::MutexLock guard(fLock);
     bool wasClean = fDirty.empty();
     int32 width = std::min(fWidth, surface.width);
     int32 height = std::min(fHeight, surface.height);
@@ -74,19 +75,19 @@ bool FrontBuffer::Copy(const Surface& surface, const clipping_rect* rects, int32
 
 void FrontBuffer::Touch()
 {
-    std::lock_guard guard(fLock);
+    BPrivate::MutexLock guard(fLock);
     fDirty.assign(1, {0, 0, fWidth - 1, fHeight - 1});
 }
 
 std::vector<clipping_rect> FrontBuffer::TakeDirty()
 {
-    std::lock_guard guard(fLock);
+    BPrivate::MutexLock guard(fLock);
     return std::exchange(fDirty, {});
 }
 
 void FrontBuffer::Draw(const clipping_rect& wanted, const Surface& target, int32 x, int32 y)
 {
-    std::lock_guard guard(fLock);
+    BPrivate::MutexLock guard(fLock);
     clipping_rect rect = clip(wanted, fWidth, fHeight);
     int32 dx = x - wanted.left;
     int32 dy = y - wanted.top;

@@ -6,11 +6,12 @@
 
 #include <Region.h>
 
-#include <mutex>
 #include <vector>
 
 #include <server/painter/PixelMemory.h>
 #include <server/screen/Surface.h>
+
+#include "support/Mutex.h"
 
 namespace server {
 
@@ -32,14 +33,18 @@ public:
     void Draw(const clipping_rect& rect, const Surface& target, int32 x, int32 y);
 
 private:
-    void _AddDirty(const clipping_rect& rect);
-    uint32* _Row(int32 y) { return reinterpret_cast<uint32*>(fPixels.get()) + size_t(y) * fWidth; }
+    void _AddDirty(const clipping_rect& rect) REQUIRES(fLock);
+    uint32* _Row(int32 y) REQUIRES(fLock)
+    {
+        return reinterpret_cast<uint32*>(fPixels.get()) + size_t(y) * fWidth;
+    }
 
-    std::mutex fLock;  // guards all below
+    BPrivate::Mutex fLock;
     // B_RGBA32 rows without padding; alpha 0 marks a pixel that nobody painted yet.
-    PixelBuffer fPixels;
-    int32 fWidth = 0, fHeight = 0;
-    std::vector<clipping_rect> fDirty;
+    PixelBuffer fPixels GUARDED_BY(fLock);
+    int32 fWidth GUARDED_BY(fLock) = 0;
+    int32 fHeight GUARDED_BY(fLock) = 0;
+    std::vector<clipping_rect> fDirty GUARDED_BY(fLock);
 };
 
 }  // namespace server

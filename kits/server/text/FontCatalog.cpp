@@ -12,6 +12,8 @@
 
 #include <server/text/FontGlyphs.h>
 
+#include "support/Mutex.h"
+
 namespace server {
 
 namespace {
@@ -123,9 +125,10 @@ bigtime_t clock_us(clockid_t clock)
 
 }  // namespace
 
-std::mutex& FontLock()
+BPrivate::Mutex& FontLock()
 {
-    static std::mutex& lock = *new std::mutex;  // outlives every thread that draws at exit
+    static BPrivate::Mutex& lock =
+        *new BPrivate::Mutex;  // outlives every thread that draws at exit
     return lock;
 }
 

@@ -9,10 +9,11 @@
 #include <fontconfig/fontconfig.h>
 
 #include <memory>
-#include <mutex>
 #include <string>
 #include <unordered_map>
 #include <vector>
+
+#include "support/Mutex.h"
 
 namespace server {
 
@@ -20,7 +21,7 @@ class FontFile;
 
 // Guards the catalog, the open font files and the glyph caches: all that FreeType, HarfBuzz and
 // fontconfig are asked. Taken only where a cache of finished text has no answer.
-std::mutex& FontLock();
+BPrivate::Mutex& FontLock();
 
 // One style of a family: a face of a font file. Lives as long as the process, so that ids and
 // pointers stay good when fonts come and go.
@@ -51,7 +52,7 @@ struct FontFamily {
 class FontCatalog {
 public:
     // Reads the configuration on the first call, some milliseconds.
-    static FontCatalog& Get();
+    static FontCatalog& Get() REQUIRES(FontLock());
 
     int32 CountFamilies() const { return fSorted.size(); }
     const FontFamily* FamilyAt(int32 index) const;

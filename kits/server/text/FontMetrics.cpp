@@ -14,7 +14,7 @@ namespace server {
 
 namespace {
 
-std::shared_ptr<ScaledFont> scaled_font(const FontSpec& font)
+std::shared_ptr<ScaledFont> scaled_font(const FontSpec& font) REQUIRES(FontLock())
 {
     return ScaledFont::Get(font, FontCatalog::Get().StyleFor(font.family, font.style));
 }
@@ -26,7 +26,7 @@ bool letters_without(FcCharSet* characters, uint32 wanted, uint32 missing)
     return FcCharSetHasChar(characters, wanted) && !FcCharSetHasChar(characters, missing);
 }
 
-void describe(const FontStyle& style, FontInfo* info)
+void describe(const FontStyle& style, FontInfo* info) REQUIRES(FontLock())
 {
     const FontFamily* family = FontCatalog::Get().FamilyFor(style.familyId);
     snprintf(info->family, sizeof(info->family), "%s",
@@ -162,7 +162,7 @@ int32 MeasureCharacters(const FontSpec& font, const char* text, int32 count,
         length += NextCharacter(font, text + length, 4, &code);
         found++;
     }
-    std::lock_guard lock(FontLock());
+    BPrivate::MutexLock lock(FontLock());
     Layout layout;
     float start = 0.0f;
     for (int32 done = 0; length > 0;) {
@@ -188,7 +188,7 @@ int32 MeasureCharacters(const FontSpec& font, const char* text, int32 count,
 
 bool HasGlyph(const FontSpec& font, uint32 code, bool useFallbacks)
 {
-    std::lock_guard lock(FontLock());
+    BPrivate::MutexLock lock(FontLock());
     auto scaled = scaled_font(font);
     if (scaled == nullptr)
         return false;
@@ -201,7 +201,7 @@ bool GlyphOutline(const FontSpec& font, uint32 code, std::vector<uint8>* ops,
 {
     ops->clear();
     points->clear();
-    std::lock_guard lock(FontLock());
+    BPrivate::MutexLock lock(FontLock());
     auto scaled = scaled_font(font);
     if (scaled != nullptr && scaled->GlyphFor(code) == 0) {
         FontStyle* other = FontCatalog::Get().FallbackFor(scaled->Style(), code);
@@ -221,7 +221,7 @@ bool GlyphOutline(const FontSpec& font, uint32 code, std::vector<uint8>* ops,
 
 BRect FontBox(const FontSpec& font)
 {
-    std::lock_guard lock(FontLock());
+    BPrivate::MutexLock lock(FontLock());
     auto scaled = scaled_font(font);
     if (scaled == nullptr)
         return BRect();
@@ -233,13 +233,13 @@ BRect FontBox(const FontSpec& font)
 
 int32 CountFontFamilies()
 {
-    std::lock_guard lock(FontLock());
+    BPrivate::MutexLock lock(FontLock());
     return FontCatalog::Get().CountFamilies();
 }
 
 bool FontFamilyAt(int32 index, FontInfo* info)
 {
-    std::lock_guard lock(FontLock());
+    BPrivate::MutexLock lock(FontLock());
     const FontFamily* family = FontCatalog::Get().FamilyAt(index);
     const FontStyle* style = family != nullptr ? installed_style(*family, 0) : nullptr;
     if (style != nullptr)
@@ -249,7 +249,7 @@ bool FontFamilyAt(int32 index, FontInfo* info)
 
 int32 CountFontStyles(const char* name)
 {
-    std::lock_guard lock(FontLock());
+    BPrivate::MutexLock lock(FontLock());
     const FontFamily* family = name != nullptr ? FontCatalog::Get().FindFamily(name) : nullptr;
     if (family == nullptr)
         return 0;
@@ -259,7 +259,7 @@ int32 CountFontStyles(const char* name)
 
 bool FontStyleAt(const char* name, int32 index, FontInfo* info)
 {
-    std::lock_guard lock(FontLock());
+    BPrivate::MutexLock lock(FontLock());
     const FontFamily* family = name != nullptr ? FontCatalog::Get().FindFamily(name) : nullptr;
     if (family == nullptr || index < 0)
         return false;
@@ -271,7 +271,7 @@ bool FontStyleAt(const char* name, int32 index, FontInfo* info)
 
 bool GetFontInfo(uint16 family, uint16 style, FontInfo* info)
 {
-    std::lock_guard lock(FontLock());
+    BPrivate::MutexLock lock(FontLock());
     const FontStyle* found = FontCatalog::Get().StyleFor(family, style);
     if (found != nullptr)
         describe(*found, info);
@@ -280,7 +280,7 @@ bool GetFontInfo(uint16 family, uint16 style, FontInfo* info)
 
 status_t FindFontStyle(const char* name, const char* styleName, FontInfo* info)
 {
-    std::lock_guard lock(FontLock());
+    BPrivate::MutexLock lock(FontLock());
     FontCatalog& catalog = FontCatalog::Get();
     const FontFamily* family =
         name != nullptr ? catalog.FindFamily(name) : catalog.FamilyFor(info->familyId);
@@ -292,7 +292,7 @@ status_t FindFontStyle(const char* name, const char* styleName, FontInfo* info)
 
 status_t FindFontFace(const char* name, uint16 face, FontInfo* info)
 {
-    std::lock_guard lock(FontLock());
+    BPrivate::MutexLock lock(FontLock());
     FontCatalog& catalog = FontCatalog::Get();
     const FontFamily* family =
         name != nullptr ? catalog.FindFamily(name) : catalog.FamilyFor(info->familyId);
@@ -304,7 +304,7 @@ status_t FindFontFace(const char* name, uint16 face, FontInfo* info)
 
 int32 CountGlyphs(uint16 family, uint16 style, uint32 first, uint32 last)
 {
-    std::lock_guard lock(FontLock());
+    BPrivate::MutexLock lock(FontLock());
     const FontStyle* found = FontCatalog::Get().StyleFor(family, style);
     FcCharSet* characters = nullptr;
     if (found == nullptr ||
@@ -325,7 +325,7 @@ int32 CountGlyphs(uint16 family, uint16 style, uint32 first, uint32 last)
 
 bool RefreshFonts(bool checkOnly)
 {
-    std::lock_guard lock(FontLock());
+    BPrivate::MutexLock lock(FontLock());
     bool changed = FontCatalog::Get().Refresh(checkOnly);
     if (changed && !checkOnly)
         ForgetRuns();
@@ -334,7 +334,7 @@ bool RefreshFonts(bool checkOnly)
 
 status_t LoadFontFile(const char* path, uint16 index, uint16 instance, FontInfo* info)
 {
-    std::lock_guard lock(FontLock());
+    BPrivate::MutexLock lock(FontLock());
     status_t error;
     const FontStyle* style = FontCatalog::Get().AddFile(path, instance << 16 | index, &error);
     if (style == nullptr)
@@ -346,7 +346,7 @@ status_t LoadFontFile(const char* path, uint16 index, uint16 instance, FontInfo*
 
 status_t UnloadFontFile(uint16 family, uint16 style)
 {
-    std::lock_guard lock(FontLock());
+    BPrivate::MutexLock lock(FontLock());
     FontStyle* found = FontCatalog::Get().StyleFor(family, style);
     if (found == nullptr || !found->loaded || !found->installed)
         return B_ERROR;

@@ -155,7 +155,7 @@ float draw_outlines(const Target& target, const Paint& paint, const FontSpec& fo
     Paint plain = paint;
     plain.transform = nullptr;
     std::vector<uint8> bits;
-    std::unique_lock lock(FontLock());
+    BPrivate::MutexLock lock(FontLock());
     Layout layout;  // gives its fonts back with the lock held
     LayOut(font, text, length, delta, &layout);
     for (const PlacedGlyph& placed : layout.glyphs) {
@@ -172,11 +172,11 @@ float draw_outlines(const Target& target, const Paint& paint, const FontSpec& fo
                                                       &box, &bits)) {
             continue;
         }
-        lock.unlock();
+        lock.Unlock();
         int32 width = box.right - box.left + 1;
         join(changed, FillMask(target, plain, bits.data(), width, box.left, box.top, width,
                                box.bottom - box.top + 1));
-        lock.lock();
+        lock.Lock();
     }
     return layout.width;
 }
@@ -196,7 +196,7 @@ bool misses(const Target& target, const FontSpec& font, BPoint pen, float width)
 float measure_piece(const FontSpec& font, const char* text, int32 length,
                     const escapement_delta* delta)
 {
-    std::lock_guard lock(FontLock());
+    BPrivate::MutexLock lock(FontLock());
     Layout layout;
     LayOut(font, text, length, delta, &layout);
     return layout.width;
@@ -316,7 +316,7 @@ void FontHeight(const FontSpec& font, font_height* height)
     }
 
     *height = {};
-    std::lock_guard lock(FontLock());
+    BPrivate::MutexLock lock(FontLock());
     auto scaled = ScaledFont::Get(font, FontCatalog::Get().StyleFor(font.family, font.style));
     if (scaled == nullptr)
         return;

@@ -145,7 +145,7 @@ float extra(uint32 code, const escapement_delta* delta)
 }
 
 // The font that has the character: the one asked for, or one that stands in.
-uint16 font_for(const FontSpec& spec, uint32 code, Layout& layout)
+uint16 font_for(const FontSpec& spec, uint32 code, Layout& layout) REQUIRES(FontLock())
 {
     if (layout.fonts[0]->GlyphFor(code) != 0)
         return 0;
@@ -164,7 +164,7 @@ uint16 font_for(const FontSpec& spec, uint32 code, Layout& layout)
 }
 
 void place_simple(const FontSpec& spec, const Character* characters, int32 count,
-                  const escapement_delta* delta, Layout& layout)
+                  const escapement_delta* delta, Layout& layout) REQUIRES(FontLock())
 {
     for (int32 i = 0; i < count; i++) {
         uint32 code = characters[i].code;
@@ -308,7 +308,7 @@ void reorder(std::vector<Item>& items)
 }
 
 void place_shaped(const FontSpec& spec, Character* characters, int32 count,
-                  const escapement_delta* delta, Layout& layout)
+                  const escapement_delta* delta, Layout& layout) REQUIRES(FontLock())
 {
     hb_unicode_funcs_t* unicode = hb_unicode_funcs_get_default();
     set_levels(characters, count);

@@ -30,9 +30,9 @@ struct Layout {
     float width = 0.0f;
 };
 
-// Lays out at most kPieceBytes of text; whatever else comes is left out. Font lock held.
+// Lays out at most kPieceBytes of text; whatever else comes is left out.
 void LayOut(const FontSpec& font, const char* text, int32 length, const escapement_delta* delta,
-            Layout* layout);
+            Layout* layout) REQUIRES(FontLock());
 
 // The bytes of `text` up to the first zero byte or `length`.
 int32 TextLength(const char* text, int32 length);

@@ -12,6 +12,8 @@
 
 #include <server/text/TextLayout.h>
 
+#include "support/Mutex.h"
+
 namespace server {
 
 namespace {
@@ -90,7 +92,7 @@ class Shard {
 public:
     RunPointer Find(const RunKey& key, uint64 hash, const char* text, size_t length)
     {
-        std::lock_guard lock(fLock);
+        BPrivate::MutexLock lock(fLock);
         for (RunPointer& run : fRuns[_Set(hash)]) {
             if (run != nullptr && run->Is(key, hash, text, length))
                 return run;
@@ -100,7 +102,7 @@ public:
 
     void Insert(const RunPointer& run)
     {
-        std::lock_guard lock(fLock);
+        BPrivate::MutexLock lock(fLock);
         RunPointer* place = nullptr;
         for (RunPointer& other : fRuns[_Set(run->hash)]) {
             if (other == nullptr ||
@@ -121,18 +123,18 @@ public:
 private:
     static size_t _Set(uint64 hash) { return hash >> 8 & (kSets - 1); }
 
-    void _Clear(RunPointer& run)
+    void _Clear(RunPointer& run) REQUIRES(fLock)
     {
         if (run != nullptr)
             fBytes -= run->Bytes();
         run = nullptr;
     }
 
-    std::mutex fLock;
-    RunPointer fRuns[kSets][kWays];  // fLock
-    size_t fBytes = 0;               // fLock
-    size_t fHand = 0;                // fLock
-    size_t fNextWay = 0;             // fLock
+    BPrivate::Mutex fLock;
+    RunPointer fRuns[kSets][kWays] GUARDED_BY(fLock);
+    size_t fBytes GUARDED_BY(fLock) = 0;
+    size_t fHand GUARDED_BY(fLock) = 0;
+    size_t fNextWay GUARDED_BY(fLock) = 0;
 };
 
 Shard& shard_for(uint64 hash)
@@ -243,7 +245,7 @@ RunPointer make_run(const FontSpec& font, const RunKey& key, uint64 hash, const 
                     int32 length, const escapement_delta* delta, GlyphPhase phase, RunUse use)
 {
     auto run = std::make_shared<KeptRun>(key, hash, text, length);
-    std::lock_guard lock(FontLock());
+    BPrivate::MutexLock lock(FontLock());
     Layout layout;
     LayOut(font, text, length, delta, &layout);
     run->width = layout.width;
