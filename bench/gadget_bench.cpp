@@ -28,6 +28,7 @@
 #include <vector>
 
 #include <malloc.h>
+#include <time.h>
 
 namespace {
 
@@ -170,21 +171,29 @@ std::vector<int32_t> make_mixed(int32_t window)
     return idents;
 }
 
+// What the calling thread has used of a processor, which others may want as well.
+double own_seconds()
+{
+    timespec time;
+    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
+    return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_nsec) * 1e-9;
+}
+
 std::atomic<double> sRedrawn;
 
-// On the window's thread, the only one that draws it: the seconds for one of ten redraws.
+// On the window's thread, the only one that draws it: its seconds for one of ten redraws.
 void redraw(int32_t, int32_t)
 {
     auto* window = dynamic_cast<BWindow*>(BLooper::LooperForThread(find_thread(nullptr)));
     BView* top = window->ChildAt(0);
-    const nanotime_t start = system_time_nsecs();
+    const double start = own_seconds();
     for (int i = 0; i < 10; i++) {
         top->Invalidate();
         for (BView* view = top->ChildAt(0); view != nullptr; view = view->NextSibling())
             view->Invalidate();
         window->UpdateIfNeeded();
     }
-    sRedrawn = seconds_since(start) / 10;
+    sRedrawn = (own_seconds() - start) / 10;
 }
 
 void Redraw(benchmark::State& state)
@@ -250,10 +259,13 @@ void RedrawOfQt(benchmark::State& state)
         new_widget(i, &window)->setGeometry(i % 10 * 80, i / 10 * 30, 77, 29);
     window.show();
     QCoreApplication::processEvents();
-    for (auto _ : state)
+    for (auto _ : state) {
+        const double start = own_seconds();
         window.repaint();
+        state.SetIterationTime(own_seconds() - start);
+    }
 }
-BENCHMARK(RedrawOfQt)->Unit(benchmark::kMicrosecond);
+BENCHMARK(RedrawOfQt)->Unit(benchmark::kMicrosecond)->UseManualTime()->Iterations(100);
 
 void Memory(benchmark::State& state)
 {
