@@ -236,8 +236,10 @@ void Canvas::_DrawBackground(BView* view, const BRegion& dirty)
                                 dirty.FrameInt()};
     server::Paint paint;
     if (data.viewColor != B_TRANSPARENT_COLOR) {
+        // What is filled is the clipping: it needs not be cut by itself, piece by piece.
+        const clipping_rect frame = dirty.FrameInt();
         paint.high = data.viewColor;
-        Touched(server::FillRegion(target, paint, dirty));
+        Touched(server::FillRegion({&fSurface, &frame, 1, frame}, paint, dirty));
     }
     const ViewBitmap* background = data.background.get();
     if (background == nullptr)
