@@ -213,6 +213,30 @@ TEST_F(WindowUpdate, PulsesGoToThoseWhoNeedThem)
     EXPECT_EQ(log.Count("a pulse"), count);
 }
 
+TEST_F(WindowUpdate, PulsesThatTheWindowKeepsGoOn)
+{
+    struct Keeper : BWindow {
+        explicit Keeper(Log& log)
+            : BWindow(BRect(400, 100, 499, 199), "keeper", B_TITLED_WINDOW, 0), fLog(log)
+        {
+        }
+        void DispatchMessage(BMessage* message, BHandler* handler) override
+        {
+            if (message->what == B_PULSE)
+                fLog.Add(message, "kept");
+            else
+                BWindow::DispatchMessage(message, handler);
+        }
+        Log& fLog;
+    };
+    auto* keeper = new Keeper(log);
+    keeper->SetPulseRate(1000);
+    keeper->Show();
+    EXPECT_TRUE(log.Wait("kept", 3));
+    keeper->Lock();
+    keeper->Quit();
+}
+
 TEST_F(WindowUpdate, PulsesMissedAreLeftOut)
 {
     OpenOne(B_WILL_DRAW | B_PULSE_NEEDED);

@@ -333,10 +333,8 @@ bigtime_t BWindow::_Idle()
         // A pulse that nobody had time for is left out; the others keep their time.
         fData->nextPulse +=
             (now - fData->nextPulse) / fData->pulseRate * fData->pulseRate + fData->pulseRate;
-        if (!fData->pulsePosted) {
-            fData->pulsePosted = true;
+        if (MessageQueue()->FindMessage(B_PULSE, 0) == nullptr)
             fData->Post(B_PULSE);
-        }
     }
     return std::min(next, fData->nextPulse);
 }
@@ -361,7 +359,6 @@ bigtime_t BWindow::PulseRate() const { return fData->pulseRate; }
 
 bool BWindow::_Pulse()
 {
-    fData->pulsePosted = false;
     ViewPrivate::ForEach(fData->topView, [](BView* view) {
         if ((view->Flags() & B_PULSE_NEEDED) != 0)
             view->Pulse();

@@ -185,7 +185,6 @@ struct [[gnu::visibility("hidden")]] WindowData : public server::EventSink
 
     bigtime_t pulseRate = 500000;
     bigtime_t nextPulse = B_INFINITE_TIMEOUT;
-    bool pulsePosted = false;
 
     // Input. The views here are forgotten as they leave the window.
     std::shared_ptr<OpenMove> openMove;
