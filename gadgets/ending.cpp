@@ -5,6 +5,7 @@
 #include "gadgets/kinds.h"
 #include "gadgets/tabs.h"
 #include "plinth.h"
+#include "windows/tool_tips.h"
 #include "windows/window.h"
 
 #include <View.h>
@@ -152,8 +153,10 @@ static void end_gadget(MyGadget* gadget, const std::unordered_set<const BView*>&
         take_out(gadget->view, inside);
         for_each_page(gadget->view, [&](BView* page) { take_out(page, inside); });
     }
-    if (gadget->view != nullptr)
+    if (gadget->view != nullptr) {
         gadget->view->RemoveSelf();
+        forget_tip(gadget->view);
+    }
     {
         RegistryLock registry;
         gadget->ident = 0;

@@ -457,6 +457,18 @@ intptr_t GetAdress(int32_t window);
 /* Sets the cursor of the application: the bar for texts (`flag` not 0), or the hand. */
 void SetCursor(int32_t flag);
 
+/* Tool tips: texts that show for three seconds beside the pointer when it has rested over a gadget
+   of the active window for one second, and go when it moves or is used. Any thread.
+
+   Turns them on or off for a window, which forgets the texts that it had so far. Turned on twice,
+   it goes on showing those it had as well, until it closes. */
+void ToolTipsWindow(int32_t window, int8_t on);
+
+/* Sets the text of a gadget, in place of the one that it had; null takes it away, and "" shows
+   none. The gadget's window gets tool tips if it has none; a gadget in no window is left alone. A
+   gadget without a text shows that of the box around it. */
+void SetTipsWindow(int32_t gadget, const char *text);
+
 /* ---- Menus ----------------------------------------------------------------------------------- */
 
 /* A menu is described by an array of lines, up to one with "q" behind a menu, or to a null pointer.

@@ -12,6 +12,7 @@
 #include "runtime/whole.h"
 #include "windows/drawing_view.h"
 #include "windows/menus.h"
+#include "windows/tool_tips.h"
 #include "windows/window_access.h"
 #include "windows/window_lock.h"
 #include "windows/window_registry.h"
@@ -90,6 +91,7 @@ static void leave_behind(void* object)
 MyWinClass::~MyWinClass()
 {
     release_menus(this);
+    release_tool_tips(this);
     while (BView* child = fTopView != nullptr ? fTopView->ChildAt(0) : nullptr) {
         empty_of_tabs(child);
         fTopView->RemoveChild(child);

@@ -15,7 +15,7 @@ class BBitmap;
 class BPopUpMenu;
 class MyView;
 namespace Marlin {
-class ToolTip;
+struct TipTexts;
 }
 
 class MyWinClass;
@@ -144,7 +144,7 @@ public:
     BBitmap* fRaster = nullptr;       // what the window shows
     BRect fUnseen;                    // around what is in it and waits to be shown with the rest
     BPopUpMenu* fPopUp = nullptr;     // opened by the secondary button
-    Marlin::ToolTip* fToolTip = nullptr;
+    Marlin::TipTexts* fToolTip = nullptr;         // see windows/tool_tips.cpp, which owns it
     std::atomic<uint32> fEventMask = 0xFFFFFFFF;  // any thread
     WindowRecord* fRecord = nullptr;              // from before it is shown on
     const int32 fIdent;
