@@ -9,19 +9,16 @@
 #include <Message.h>
 #include <TypeConstants.h>
 
-#include <string.h>
-
 #include <algorithm>
 #include <map>
 #include <new>
 #include <string>
-#include <string_view>
 #include <utility>
 #include <vector>
 
 #include "app/looper/MessengerAccess.h"
+#include "app/message/MessageForms.h"
 #include "server/clipboard/Clipboard.h"
-#include "support/ValidUTF8.h"
 #include "support/Mutex.h"
 
 using server::ClipboardForm;
@@ -254,24 +251,10 @@ static status_t make_forms(const BMessage& data, const BMessenger& source, Clipb
         status = whole.AddMessenger("source", source);
     if (status != B_OK)
         return status;
-    std::string flat(static_cast<size_t>(whole.FlattenedSize()), '\0');
-    status = whole.Flatten(flat.data(), static_cast<ssize_t>(flat.size()));
+    status = BPrivate::add_message_form(whole, kMessageForm, forms);
     if (status != B_OK)
         return status;
-    forms->push_back({kMessageForm, std::move(flat)});
-
-    char* name;
-    type_code type;
-    for (int32 i = 0; data.GetInfo(B_MIME_TYPE, i, &name, &type) == B_OK; i++) {
-        const void* bytes;
-        ssize_t size;
-        if (strchr(name, '/') == nullptr || strcmp(name, kMessageForm) == 0 ||
-            data.FindData(name, B_MIME_TYPE, &bytes, &size) != B_OK)
-            continue;
-        const std::string_view value(static_cast<const char*>(bytes), static_cast<size_t>(size));
-        const bool is_text = strcmp(name, server::kTextForm) == 0;
-        forms->push_back({name, is_text ? BPrivate::valid_utf8(value) : std::string(value)});
-    }
+    BPrivate::add_mime_forms(data, kMessageForm, forms);
     return B_OK;
 }
 

@@ -541,10 +541,68 @@ TEST(Stage, InputForAWindowThatIsGoneReachesNobody)
     stage().TurnWheel(0, 1, gone);
     stage().ChangeButton(1, false, gone);
     Event drop;
-    drop.kind = EventKind::TextDropped;
+    drop.kind = EventKind::DataDropped;
     stage().Drop(BPoint(350, 150), drop, gone);
     stage().LeavePointer(gone);
     EXPECT_EQ(other.sink.events.size(), before + 1);
+}
+
+TEST(Stage, DragEndsOnceHoweverItEnds)
+{
+    TestWindow window(BRect(100, 100, 199, 199));
+    const int32_t kEscape = 0x01;
+    std::string ends;
+    const auto begin = [&](const char* name) {
+        StageLock lock;
+        stage().BeginDrag(std::make_shared<DragPicture>(), [&ends, name](bool dropped) {
+            ends += std::string(name) + (dropped ? " dropped; " : " cancelled; ");
+        });
+    };
+    inject_pointer(150, 150);
+    inject_button(1, true);
+    begin("a");
+    begin("b");
+    inject_button(2, true);
+    inject_button(1, false);
+    EXPECT_EQ(ends, "a cancelled; ");
+    inject_button(2, false);
+    EXPECT_EQ(ends, "a cancelled; b dropped; ");
+    inject_button(1, true);
+    begin("c");
+    inject_key(kEscape, true);
+    inject_key(kEscape, false);
+    inject_button(1, false);
+    EXPECT_EQ(ends, "a cancelled; b dropped; c cancelled; ");
+    EXPECT_EQ(window.sink.Of(EventKind::DragCancelled).size(), 1u);
+    EXPECT_EQ(window.sink.Of(EventKind::KeyDown).size(), 0u);
+    EXPECT_EQ(window.sink.Of(EventKind::KeyUp).size(), 0u);
+    inject_key(kEscape, true);
+    inject_key(kEscape, false);
+    EXPECT_EQ(window.sink.Of(EventKind::KeyDown).size(), 1u);
+}
+
+TEST(Stage, WindowUnderAnotherProgramsIsNotUnderTheDrag)
+{
+    TestWindow window(BRect(100, 100, 199, 199));
+    inject_pointer(150, 150);
+    inject_button(1, true);
+    {
+        StageLock lock;
+        stage().SetCovered(true);  // nothing is dragged
+    }
+    inject_pointer(151, 150);
+    EXPECT_EQ(window.sink.events.back().under, &window.sink);
+    {
+        StageLock lock;
+        stage().BeginDrag(std::make_shared<DragPicture>(), [](bool) {});
+        stage().SetCovered(true);
+    }
+    inject_pointer(152, 150);
+    EXPECT_EQ(window.sink.events.back().under, nullptr);
+    inject_button(1, false);
+    EXPECT_EQ(window.sink.events.back().under, nullptr);
+    inject_pointer(153, 150);
+    EXPECT_EQ(window.sink.events.back().under, &window.sink);
 }
 
 TEST(Stage, ReleaseThatWentElsewhereIsMadeUpFor)

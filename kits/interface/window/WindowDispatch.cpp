@@ -42,8 +42,6 @@ bool BWindow::_DispatchToWindow(BMessage* message)
             _Update();
             fData->nextUpdate = system_time() + server::FrameInterval();
             return true;
-        case BPrivate::kDragEndMessage:
-            return true;  // it goes with what it carries
         case BPrivate::kMenusEnded:
             MenusEnded();
             return true;

@@ -5,47 +5,30 @@
 
 #include <Bitmap.h>
 #include <Entry.h>
-#include <TypeConstants.h>
 #include <View.h>
 
 #include <algorithm>
 #include <mutex>
-#include <string>
 #include <vector>
 
 #include <app/message/MessageAccess.h>
-#include <support/ValidUTF8.h>
 #include <interface/view/ViewPrivate.h>
+#include <interface/window/DragContent.h>
 #include <interface/window/WindowPrivate.h>
 
 namespace [[gnu::visibility("hidden")]] BPrivate {
 
-// A drag goes only where neither lock nor stage is held: its image may have a window of its own,
-// which wants both to go.
 struct Drag {
     std::shared_ptr<const BMessage> message;
-    std::unique_ptr<BBitmap> image;
     BPoint offset;
     WindowData* source;
-    WindowData* over;         // the window that got the last move, null for none
-    bool handedOver = false;  // the screen drags it, as text
+    WindowData* over;  // the window that got the last move, null for none
 };
 
 static std::mutex sLock;  // a window is posted to under it only; before the locks of queues
 // Windows may close while the process is already leaving, so neither is ever destroyed.
 static std::vector<WindowData*>& sSites = *new std::vector<WindowData*>;
 static std::unique_ptr<Drag>& sDrag = *new std::unique_ptr<Drag>;
-
-// Brings the end of a drag to the thread of its source.
-class DragEnd : public BMessage {
-public:
-    explicit DragEnd(std::unique_ptr<Drag> drag) : BMessage(kDragEndMessage), fDrag(std::move(drag))
-    {
-    }
-
-private:
-    std::unique_ptr<Drag> fDrag;
-};
 
 DropMessage::DropMessage(const BMessage& dropped, BPoint where, BPoint screenWhere, BPoint offset)
     : BMessage(dropped), fWhere(where)
@@ -68,14 +51,16 @@ void add_drop_site(WindowData* window)
 void remove_drop_site(WindowData* window)
 {
     std::unique_ptr<Drag> ended;
-    std::lock_guard<std::mutex> lock(sLock);
-    sSites.erase(std::remove(sSites.begin(), sSites.end(), window), sSites.end());
-    if (sDrag == nullptr)
-        return;
-    if (sDrag->over == window)
-        sDrag->over = nullptr;
-    if (sDrag->source == window)
-        ended = std::move(sDrag);
+    {
+        std::lock_guard<std::mutex> lock(sLock);
+        sSites.erase(std::remove(sSites.begin(), sSites.end(), window), sSites.end());
+        if (sDrag != nullptr && sDrag->over == window)
+            sDrag->over = nullptr;
+        if (sDrag != nullptr && sDrag->source == window)
+            ended = std::move(sDrag);
+    }
+    if (ended != nullptr)
+        server::EndDrag();
 }
 
 // Under the lock: the window that an event names, null if it is gone.
@@ -96,21 +81,39 @@ static void drop(const Drag& drag, WindowData* over, BPoint where, BPoint screen
 }
 
 void start_drag(WindowData* source, std::unique_ptr<BMessage> message,
-                std::unique_ptr<BBitmap> image, BPoint offset)
+                std::shared_ptr<const server::DragPicture> picture)
 {
+    const BPoint offset = picture->offset;
+    server::BeginDrag(std::move(picture), drag_forms(*message));
+    {
+        std::lock_guard<std::mutex> lock(sLock);
+        sDrag.reset(new Drag{std::move(message), offset, source, source});
+    }
     // The stage before our lock, as events have it.
     BPoint screenWhere, where;
     uint32 buttons;
     server::PointerState(&screenWhere, &buttons);
+    if (buttons != 0)
+        return;
+    // A flick, over before it was seen.
     const server::EventSink* under = server::SinkAt(screenWhere, &where);
-
-    std::unique_ptr<Drag> drag(
-        new Drag{std::move(message), std::move(image), offset, source, source});
     std::lock_guard<std::mutex> lock(sLock);
-    if (buttons == 0)
-        drop(*drag, site_of(under), where, screenWhere);  // a flick, over before it was seen
-    else
-        std::swap(sDrag, drag);
+    if (sDrag == nullptr)
+        return;
+    drop(*sDrag, site_of(under), where, screenWhere);
+    sDrag = nullptr;
+}
+
+// Tells a window, which sees no more of the drag, that the pointer has left it.
+static void leave(WindowData* window, const server::Event& event)
+{
+    server::Event left = event;
+    left.kind = server::EventKind::MouseExited;
+    {
+        std::lock_guard<std::mutex> state(window->stateLock);
+        left.where = event.screenWhere - window->frame.LeftTop();
+    }
+    window->PostInput(left, true);
 }
 
 bool drag_event(WindowData* grabbed, const server::Event& event)
@@ -121,15 +124,8 @@ bool drag_event(WindowData* grabbed, const server::Event& event)
     server::Event below = event;
     below.where = event.underWhere;
     WindowData* over = site_of(event.under);
-    if (sDrag->over != nullptr && sDrag->over != over && sDrag->over != grabbed) {
-        server::Event left = event;
-        left.kind = server::EventKind::MouseExited;
-        {
-            std::lock_guard<std::mutex> state(sDrag->over->stateLock);
-            left.where = event.screenWhere - sDrag->over->frame.LeftTop();
-        }
-        sDrag->over->PostInput(left, true);
-    }
+    if (sDrag->over != nullptr && sDrag->over != over && sDrag->over != grabbed)
+        leave(sDrag->over, event);
     sDrag->over = over;
     server::Event own = event;
     own.under = nullptr;  // the window below gets its share here
@@ -137,38 +133,20 @@ bool drag_event(WindowData* grabbed, const server::Event& event)
     if (over != nullptr && over != grabbed)
         over->PostInput(below, false, sDrag->message);
     if (event.kind == server::EventKind::MouseUp && event.buttons == 0) {
-        if (!sDrag->handedOver)  // else it has been dropped, wherever that was
-            drop(*sDrag, over, event.underWhere, event.screenWhere);
-        WindowData* const source = sDrag->source;
-        source->Post(std::make_unique<DragEnd>(std::move(sDrag)));
+        drop(*sDrag, over, event.underWhere, event.screenWhere);
+        sDrag = nullptr;
     }
     return true;
 }
 
-// The text of a drag that is to be handed over now.
-static bool take_text(const WindowData* source, std::string* text)
+void cancel_drag(WindowData* grabbed, const server::Event& event)
 {
     std::lock_guard<std::mutex> lock(sLock);
-    const void* bytes;
-    ssize_t length;
-    if (sDrag == nullptr || sDrag->source != source || sDrag->over != nullptr ||
-        sDrag->handedOver ||
-        sDrag->message->FindData("text/plain", B_MIME_TYPE, &bytes, &length) != B_OK)
-        return false;
-    text->assign(static_cast<const char*>(bytes), size_t(length));
-    sDrag->handedOver = true;
-    return true;
-}
-
-void hand_drag_over(WindowData* source)
-{
-    std::string text;
-    if (source->display == nullptr || !take_text(source, &text) ||
-        source->display->DragOut(valid_utf8(text)))
+    if (sDrag == nullptr)
         return;
-    std::lock_guard<std::mutex> lock(sLock);
-    if (sDrag != nullptr && sDrag->source == source)
-        sDrag->handedOver = false;
+    if (sDrag->over != nullptr && sDrag->over != grabbed)
+        leave(sDrag->over, event);
+    sDrag = nullptr;
 }
 
 void pass_to_window_below(const server::Event& event)
@@ -199,18 +177,11 @@ void post_file_drop(WindowData* window, const server::Event& event)
     window->Post(std::make_unique<DropMessage>(drop, event.where, event.screenWhere, BPoint()));
 }
 
-void post_text_drop(WindowData* window, const server::Event& event)
+void post_data_drop(WindowData* window, const server::Event& event)
 {
-    {
-        // One of ours that came back is what it was.
-        std::lock_guard<std::mutex> lock(sLock);
-        if (sDrag != nullptr && sDrag->handedOver)
-            return drop(*sDrag, window, event.where, event.screenWhere);
-    }
-    BMessage drop(B_MIME_DATA);
-    drop.AddData("text/plain", B_MIME_TYPE, event.text.data(),
-                 static_cast<ssize_t>(event.text.size()), false);
-    window->Post(std::make_unique<DropMessage>(drop, event.where, event.screenWhere, BPoint()));
+    BMessage drop;
+    if (message_of_forms(event.forms, &drop))
+        window->Post(std::make_unique<DropMessage>(drop, event.where, event.screenWhere, BPoint()));
 }
 
 }  // namespace BPrivate
@@ -218,11 +189,11 @@ void post_text_drop(WindowData* window, const server::Event& event)
 using BPrivate::MessageAccess;
 using BPrivate::ViewPrivate;
 
-void BWindow::_StartDrag(BView* source, BMessage* message, BBitmap* bitmap, drawing_mode,
+void BWindow::_StartDrag(BView* source, BMessage* message, BBitmap* bitmap, drawing_mode mode,
                          BPoint offset, BRect dragRect, BHandler* replyTo)
 {
     std::unique_ptr<BMessage> dragged(message);
-    std::unique_ptr<BBitmap> image(bitmap);
+    const std::unique_ptr<BBitmap> image(bitmap);
     // A button that is up again ends a drag before it began.
     if (dragged == nullptr || fData->buttons == 0 || fData->offscreen)
         return;
@@ -232,5 +203,7 @@ void BWindow::_StartDrag(BView* source, BMessage* message, BBitmap* bitmap, draw
         offset = ViewPrivate::ToView(source, fData->pointer) - dragRect.LeftTop();
     MessageAccess::ReturnAddress(dragged.get()) =
         BMessenger(replyTo != nullptr ? replyTo : source, replyTo == nullptr ? this : nullptr);
-    BPrivate::start_drag(fData, std::move(dragged), std::move(image), offset);
+    BPrivate::start_drag(fData, std::move(dragged),
+                         image != nullptr ? BPrivate::drag_picture(*image, mode, offset)
+                                          : BPrivate::drag_outline(dragRect, offset));
 }

@@ -12,8 +12,6 @@
 
 #include <server/screen/Display.h>
 
-class BBitmap;
-
 namespace [[gnu::visibility("hidden")]] BPrivate {
 
 struct WindowData;
@@ -33,20 +31,19 @@ private:
 void add_drop_site(WindowData* window);
 void remove_drop_site(WindowData* window);
 
-// Adopts message and bitmap. `offset` is the pointer's place in the image.
+// No lock but the source's is held.
 void start_drag(WindowData* source, std::unique_ptr<BMessage> message,
-                std::unique_ptr<BBitmap> image, BPoint offset);
+                std::shared_ptr<const server::DragPicture> picture);
 // A pointer event that `grabbed` got: posts it there and to the window under the pointer.
 // False, and nothing posted, if nothing is dragged.
 bool drag_event(WindowData* grabbed, const server::Event& event);
-// A drag of text that this window began and that left all of the program's goes on to the others.
-// Its thread.
-void hand_drag_over(WindowData* source);
+// The drag ends as if it had not begun; `grabbed` has the pointer.
+void cancel_drag(WindowData* grabbed, const server::Event& event);
 // Posts the event to the window that it names as the one under the pointer.
 void pass_to_window_below(const server::Event& event);
 
 void post_file_drop(WindowData* window, const server::Event& event);
-void post_text_drop(WindowData* window, const server::Event& event);
+void post_data_drop(WindowData* window, const server::Event& event);
 
 }  // namespace BPrivate
 

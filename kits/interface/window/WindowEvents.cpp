@@ -292,8 +292,11 @@ void WindowData::_DeliverWindowEvent(const server::Event& event)
         case server::EventKind::FilesDropped:
             post_file_drop(this, event);
             break;
-        case server::EventKind::TextDropped:
-            post_text_drop(this, event);
+        case server::EventKind::DataDropped:
+            post_data_drop(this, event);
+            break;
+        case server::EventKind::DragCancelled:
+            cancel_drag(this, event);
             break;
         case server::EventKind::Composed:
             Post(std::make_unique<ComposedMessage>(*event.composition));

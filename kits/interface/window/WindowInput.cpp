@@ -159,8 +159,6 @@ void BWindow::_DeliverMove(InputMessage* message, const server::Event& event)
             return;
     }
     _UpdateCursor();
-    if (message->IsOutside())
-        BPrivate::hand_drag_over(fData);
     _DeliverTransit(message, event, under);
 }
 

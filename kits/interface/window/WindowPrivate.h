@@ -32,7 +32,6 @@ namespace [[gnu::visibility("hidden")]] BPrivate {
 const uint32 kUpdateMessage = '_UPD';
 const uint32 kUncoveredMessage = '_UNC';  // "rect" of the window
 const uint32 kZoomedMessage = '_ZMD';     // by the screen; place and size are messages of their own
-const uint32 kDragEndMessage = '_DRE';
 const uint32 kMenusEnded = '_MND';
 
 // The move at the end of a window's queue, as long as a newer one may still take its place.

@@ -21,6 +21,9 @@ const bigtime_t kClipboardPatience = 800000;
 // The text form, in UTF-8 on every host. Other forms have their MIME type's name.
 inline const char* const kTextForm = "text/plain";
 
+// What is dragged whole, for programs of this kind: a flattened message.
+inline const char* const kDragForm = "application/x-vnd.be-drag-message";
+
 // The content in one of its forms.
 struct ClipboardForm {
     std::string type;

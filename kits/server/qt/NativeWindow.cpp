@@ -2,7 +2,6 @@
 
 #include "server/qt/NativeWindow.h"
 
-#include <QDrag>
 #include <QGuiApplication>
 #include <QInputMethod>
 #include <QInputMethodEvent>
@@ -73,6 +72,48 @@ uint32 modifiers_of(Qt::KeyboardModifiers modifiers)
     if (modifiers & Qt::AltModifier)
         result |= B_COMMAND_KEY;
     return result;
+}
+
+// What is taken of other programs' pictures: that which loses least.
+const char* const kPictures[] = {"image/png", "image/tiff", "image/bmp", "image/jpeg", "image/gif"};
+
+void add_form(const QMimeData& data, const char* type, ClipboardForms* forms)
+{
+    if (data.hasFormat(type))
+        forms->push_back({type, data.data(type).toStdString()});
+}
+
+bool is_of_use(const QMimeData& data)
+{
+    return data.hasFormat(kDragForm) || data.hasUrls() || data.hasText() ||
+           std::any_of(std::begin(kPictures), std::end(kPictures),
+                       [&](const char* type) { return data.hasFormat(type); });
+}
+
+// A message of a program of our kind says all. Else it is files, or text and a picture.
+bool read_drop(const QMimeData& data, Event* drop)
+{
+    drop->kind = EventKind::DataDropped;
+    add_form(data, kDragForm, &drop->forms);
+    if (!drop->forms.empty())
+        return true;
+    for (const QUrl& url : data.urls()) {
+        if (url.isLocalFile())
+            drop->paths.push_back(url.toLocalFile().toLocal8Bit().toStdString());
+    }
+    if (!drop->paths.empty()) {
+        drop->kind = EventKind::FilesDropped;
+        return true;
+    }
+    const QString text = data.text();
+    if (!text.isEmpty())
+        drop->forms.push_back({kTextForm, text.toStdString()});
+    const size_t before = drop->forms.size();
+    for (const char* type : kPictures) {
+        if (drop->forms.size() == before)
+            add_form(data, type, &drop->forms);
+    }
+    return !drop->forms.empty();
 }
 
 }  // namespace
@@ -338,6 +379,12 @@ void NativeWindow::_MoveTo(QPointF where, bigtime_t when)
         stage().MovePointer(place, fOwner, when);
 }
 
+void NativeWindow::_DragTo(const QMouseEvent* event)
+{
+    const QPointF where = event->globalPosition();
+    fOwner->DragTo(BPoint(float(where.x()), float(where.y())));
+}
+
 void NativeWindow::mousePressEvent(QMouseEvent* event)
 {
     StageLock lock;
@@ -351,6 +398,7 @@ void NativeWindow::mousePressEvent(QMouseEvent* event)
 
 void NativeWindow::mouseReleaseEvent(QMouseEvent* event)
 {
+    _DragTo(event);
     StageLock lock;
     const bigtime_t when = fOwner->TimeOf(event->timestamp());
     _MoveTo(event->position(), when);
@@ -359,6 +407,7 @@ void NativeWindow::mouseReleaseEvent(QMouseEvent* event)
 
 void NativeWindow::mouseMoveEvent(QMouseEvent* event)
 {
+    _DragTo(event);
     StageLock lock;
     const bool hidden = stage().IsCursorHidden();
     stage().SyncButtons(buttons_of(event->buttons()));
@@ -467,39 +516,10 @@ void NativeWindow::EndInput()
         QGuiApplication::inputMethod()->reset();
 }
 
-// Qt runs events of its own until the drag is over: that waits until the tasks of this moment are
-// done. It takes the release of the button for itself.
-void NativeWindow::DragOut(const std::string& text)
-{
-    const auto run = [text] {
-        {
-            StageLock lock;
-            if (stage().Buttons() == 0)
-                return;
-        }
-        auto* data = new QMimeData;
-        data->setText(QString::fromStdString(text));
-        auto* drag = new QDrag(QCoreApplication::instance());  // Qt's own: it outlives the drop
-        drag->setMimeData(data);
-        drag->exec(Qt::CopyAction);
-        StageLock lock;
-        stage().SyncButtons(0);
-    };
-    QMetaObject::invokeMethod(QCoreApplication::instance(), run, Qt::QueuedConnection);
-}
-
 void NativeWindow::_Drop(QDropEvent* event)
 {
     Event drop;
-    const QMimeData* data = event->mimeData();
-    for (const QUrl& url : data->urls()) {
-        if (url.isLocalFile())
-            drop.paths.push_back(url.toLocalFile().toLocal8Bit().toStdString());
-    }
-    drop.kind = drop.paths.empty() ? EventKind::TextDropped : EventKind::FilesDropped;
-    if (drop.paths.empty())
-        drop.text = data->text().toStdString();
-    if (drop.paths.empty() && drop.text.empty())
+    if (!read_drop(*event->mimeData(), &drop))
         return event->ignore();
     event->setDropAction(Qt::CopyAction);
     event->accept();
@@ -536,9 +556,8 @@ bool NativeWindow::event(QEvent* event)
         case QEvent::DragEnter:
         case QEvent::DragMove: {
             auto* drag = static_cast<QDropEvent*>(event);
-            bool wanted = drag->mimeData()->hasUrls() || drag->mimeData()->hasText();
             drag->setDropAction(Qt::CopyAction);
-            drag->setAccepted(wanted);
+            drag->setAccepted(is_of_use(*drag->mimeData()));
             return true;
         }
         case QEvent::Drop:

@@ -32,8 +32,6 @@ public:
     // Where composed text is.
     void SetInputPlace(BRect place);
     void EndInput();
-    // Has Qt drag a text, until the button is up.
-    void DragOut(const std::string& text);
     // A menu's window, which may grab the pointer: presses on other programs' windows then come
     // here too.
     bool IsMenu() const { return fIsMenu; }
@@ -73,6 +71,7 @@ private:
     void _CopyPixels(const QRect& rect, QImage& image, QPoint to);
     BPoint _OnScreen(QPointF where) const;        // stage locked
     void _MoveTo(QPointF where, bigtime_t when);  // stage locked
+    void _DragTo(const QMouseEvent* event);
     void _Key(QKeyEvent* event, bool down);
     void _Compose(const QInputMethodEvent& event);
     QVariant _InputProperty(Qt::InputMethodQuery query) const;

@@ -21,6 +21,7 @@
 #include "server/qt/NativeWindow.h"
 #include "server/qt/Platforms.h"
 #include "server/qt/QtClipboard.h"
+#include "server/qt/QtDrag.h"
 #include "server/qt/QtWindow.h"
 #include "server/qt/x11/X11Clipboard.h"
 #include "server/qt/x11/X11Screen.h"
@@ -60,6 +61,8 @@ public:
 private:
     QtDisplay* fDisplay;
 };
+
+QtDisplay::~QtDisplay() = default;
 
 QtDisplay::QtDisplay()
 {
@@ -118,6 +121,7 @@ void QtDisplay::_Run()
         application.exec();
 
         _EndTasks();
+        fDrag.reset();
         fX11.reset();
     }
 }
@@ -280,6 +284,33 @@ void QtDisplay::UpdateGrab()
         else if (!grabbed && native->isExposed() && native->Grab(true))
             return;
     }
+}
+
+void QtDisplay::DragBegan(std::shared_ptr<const DragPicture> picture, ClipboardForms forms)
+{
+    Post([=, this] {
+        fDrag = std::make_unique<QtDrag>(fX11.get(), picture, forms);
+        BPoint pointer;
+        {
+            StageLock lock;
+            pointer = stage().Pointer();
+        }
+        DragTo(pointer);
+    });
+}
+
+void QtDisplay::DragEnded(bool dropped)
+{
+    Post([=, this] { fDrag->End(dropped); });
+}
+
+void QtDisplay::DragTo(BPoint where)
+{
+    if (fDrag == nullptr)
+        return;
+    const bool covered = fDrag->MoveTo(where);
+    StageLock lock;
+    stage().SetCovered(covered);
 }
 
 void QtDisplay::Shutdown()

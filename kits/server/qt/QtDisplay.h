@@ -18,6 +18,7 @@ class QGuiApplication;
 
 namespace server {
 
+class QtDrag;
 class QtWindow;
 class X11Screen;
 
@@ -37,6 +38,8 @@ public:
     void SetWorkspaceCount(int32 count) override;
     void UpdateCursors() override;
     void InputHeld(bool held) override;
+    void DragBegan(std::shared_ptr<const DragPicture> picture, ClipboardForms forms) override;
+    void DragEnded(bool dropped) override;
     std::shared_ptr<Clipboard> SystemClipboard() override { return fClipboard; }
     std::shared_ptr<Clipboard> PrimarySelection() override { return fPrimary; }
     void Shutdown() override;
@@ -51,13 +54,15 @@ public:
     bigtime_t TimeOf(uint64 host_ms);
     // While menus hold the input one of their windows grabs the pointer. Server's thread.
     void UpdateGrab();
+    // The pointer of a drag is there. Server's thread, before the stage hears of it.
+    void DragTo(BPoint where);
     // The X server's side of things; null elsewhere. Server's thread.
     X11Screen* X11() const { return fX11.get(); }
 
 private:
     class TaskQueue;
 
-    ~QtDisplay() = default;
+    ~QtDisplay();
     void _Run();
     void _RunTasks();
     void _EndTasks();
@@ -71,6 +76,7 @@ private:
     std::vector<std::function<void()>> fTasks;  // stage locked
     std::vector<QtWindow*> fDiscarded;          // whose last task waits; stage locked
     std::unique_ptr<X11Screen> fX11;            // server's thread
+    std::unique_ptr<QtDrag> fDrag;              // server's thread: the last one
     Monitor fMonitor;                           // stage locked
     BRect fScreen{0, 0, 1023, 767};             // stage locked
     std::shared_ptr<Clipboard> fClipboard;      // set before the constructor returns

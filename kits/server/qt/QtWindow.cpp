@@ -266,13 +266,6 @@ void QtWindow::SetCursor(const BCursor* cursor)
     UpdateCursor();
 }
 
-bool QtWindow::DragOut(const std::string& text)
-{
-    StageLock lock;
-    _Post([=](NativeWindow& native) { native.DragOut(text); });
-    return true;
-}
-
 void QtWindow::UpdateCursor()
 {
     Cursor image = fCursor != nullptr ? fCursor : stage().AppCursor();
@@ -377,6 +370,8 @@ std::unique_ptr<NativeWindow> QtWindow::TakeNative()
 bigtime_t QtWindow::TimeOf(uint64 host_ms) const { return fDisplay->TimeOf(host_ms); }
 
 void QtWindow::UpdateGrab() { fDisplay->UpdateGrab(); }
+
+void QtWindow::DragTo(BPoint where) { fDisplay->DragTo(where); }
 
 bigtime_t QtWindow::FrameInterval() const
 {

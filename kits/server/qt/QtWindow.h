@@ -26,7 +26,6 @@ public:
     void Activate(bool active) override;
     void SendBehind(Window* other) override;
     void SetCursor(const BCursor* cursor) override;
-    bool DragOut(const std::string& text) override;
     void Present(const Surface& surface, const clipping_rect* rects, int32 count) override;
 
     Border Decoration() const override { return fBorder; }
@@ -51,6 +50,8 @@ public:
     NativeWindow* Native() const { return fNative.get(); }
     // Which window of the menus takes the pointer may have changed.
     void UpdateGrab();
+    // The pointer is there, on the screen. Server's thread, stage not locked.
+    void DragTo(BPoint where);
     bigtime_t FrameInterval() const;
     // When something happened of which the host says that it was then; stage locked.
     bigtime_t TimeOf(uint64 host_ms) const;

@@ -27,6 +27,9 @@ public:
     virtual void UpdateCursors() = 0;
     // Menus hold the input, or no one does any more: presses on other programs' windows count too.
     virtual void InputHeld(bool held) = 0;
+    // Something is dragged, which the screen shows; and no more, be it dropped or not.
+    virtual void DragBegan(std::shared_ptr<const DragPicture>, ClipboardForms) {}
+    virtual void DragEnded(bool) {}
     // Not locked.
     virtual std::shared_ptr<Clipboard> SystemClipboard() = 0;
     virtual std::shared_ptr<Clipboard> PrimarySelection() { return nullptr; }

@@ -8,6 +8,7 @@
 #include <cstdlib>
 #include <fstream>
 #include <new>
+#include <utility>
 
 #include "app/CursorImage.h"
 #include "kernel/threads/ProcessExit.h"
@@ -175,6 +176,22 @@ void SetClickSpeed(bigtime_t speed)
 {
     StageLock lock;
     stage().clickSpeed = speed;
+}
+
+void BeginDrag(std::shared_ptr<const DragPicture> picture, ClipboardForms forms)
+{
+    Backend* display = backend();
+    StageLock lock;
+    stage().BeginDrag(picture, [=](bool dropped) { display->DragEnded(dropped); });
+    display->DragBegan(picture, std::move(forms));
+    if (stage().Buttons() == 0)
+        stage().EndDrag(true);
+}
+
+void EndDrag()
+{
+    StageLock lock;
+    stage().EndDrag(false);
 }
 
 EventSink* SinkAt(BPoint screenWhere, BPoint* where)

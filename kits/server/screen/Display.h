@@ -16,6 +16,7 @@
 #include <string>
 #include <vector>
 
+#include <server/clipboard/Clipboard.h>
 #include <server/screen/Surface.h>
 
 namespace server {
@@ -41,8 +42,9 @@ enum class EventKind : uint8 {
     WorkspaceActivated,  // workspace, active
     WorkspacesChanged,   // workspaces, oldWorkspaces
     FilesDropped,        // paths, where, screenWhere, buttons, modifiers
-    TextDropped,         // text, where, screenWhere, buttons, modifiers
     Composed,            // composition
+    DataDropped,         // forms, where, screenWhere, buttons, modifiers
+    DragCancelled,       // the user has thought better of it; to the window that has the pointer
 };
 
 class EventSink;
@@ -83,8 +85,8 @@ struct Event {
     int32 workspace = 0;
     uint32 workspaces = 0, oldWorkspaces = 0;
     std::vector<std::string> paths;
-    std::string text;
     std::shared_ptr<const Composition> composition;
+    ClipboardForms forms;
 };
 
 // Where a window's events go. Called on the server's thread, or on the thread that injects input;
@@ -137,10 +139,6 @@ public:
     virtual void SetCursor(const BCursor* cursor) = 0;  // null: the default
     // Where the text is that an input method makes, in the window: its list of words goes there.
     virtual void SetCompositionPlace(BRect place) = 0;
-    // Takes a drag of text that left the program's windows to those of others, until the button is
-    // up. It may fall on a window of this program again, as TextDropped. False where there are no
-    // others.
-    virtual bool DragOut(const std::string& text) = 0;
     // What is being composed stays where it is, and nothing more of it comes.
     virtual void EndComposition() = 0;
     // Hands finished pixels over: `rects` of `surface` (a B_RGBA32 back buffer of the window's
@@ -176,6 +174,19 @@ void KeyStates(uint8 states[16]);
 void SetPointer(BPoint screenWhere);
 bigtime_t ClickSpeed();
 void SetClickSpeed(bigtime_t speed);
+
+// What is dragged, as the screen shows it.
+struct DragPicture {
+    std::vector<uint32> pixels;  // B_RGBA32, row by row; none: nothing is to be seen
+    int32 width = 0, height = 0;
+    BPoint offset;  // of the pointer in it
+};
+
+// The picture follows the pointer, and other programs may take one of the forms, until the last
+// button is up, Escape is pressed or EndDrag() is called. Where the buttons are up already the drag
+// is over as it begins. Not from within EventSink::Deliver().
+void BeginDrag(std::shared_ptr<const DragPicture> picture, ClipboardForms forms);
+void EndDrag();
 
 // The window of this process under a place on the screen, null if none. Only to be compared or
 // used while the caller knows that the window lives.

@@ -52,6 +52,8 @@ public:
 
     void Title(const std::string& text, const clipping_rect& room, uint32 background);
     void Content(ScreenWindow& window);
+    // Lays a picture over what is there.
+    void Blend(const DragPicture& picture, BPoint leftTop);
 
 private:
     Surface fTarget;
@@ -93,6 +95,32 @@ void Screenshot::Content(ScreenWindow& window)
     BRect frame = window.Frame();
     window.Pixels().Draw({0, 0, int32(frame.Width()), int32(frame.Height())}, fTarget,
                          int32(frame.left) - fLeft, int32(frame.top) - fTop);
+}
+
+uint32 blended(uint32 below, uint32 above)
+{
+    const uint32 alpha = above >> 24;
+    uint32 result = 0xff000000;
+    for (int32 shift : {0, 8, 16}) {
+        const uint32 mix =
+            (above >> shift & 0xff) * alpha + (below >> shift & 0xff) * (255 - alpha);
+        result |= (mix + 127) / 255 << shift;
+    }
+    return result;
+}
+
+void Screenshot::Blend(const DragPicture& picture, BPoint leftTop)
+{
+    const int32 left = int32(leftTop.x) - fLeft, top = int32(leftTop.y) - fTop;
+    const int32 right = std::min(picture.width, fTarget.width - left);
+    const int32 bottom = std::min(picture.height, fTarget.height - top);
+    for (int32 y = std::max(0, -top); y < bottom; y++) {
+        auto* row =
+            reinterpret_cast<uint32*>(fTarget.bits + ptrdiff_t(top + y) * fTarget.bytesPerRow);
+        const uint32* source = &picture.pixels[size_t(y) * size_t(picture.width)];
+        for (int32 x = std::max(0, -left); x < right; x++)
+            row[left + x] = blended(row[left + x], source[x]);
+    }
 }
 
 // How far the tab reaches to the right of the window's left side.
@@ -174,6 +202,8 @@ void draw_screen(const Surface& target, BPoint leftTop)
         if (stage().IsVisible(window))
             draw_window(shot, *window, window == stage().Active());
     }
+    if (const DragPicture* dragged = stage().Dragged())
+        shot.Blend(*dragged, stage().Pointer() - dragged->offset);
 }
 
 }  // namespace server

@@ -77,7 +77,6 @@ public:
     BRect DecoratorFrame(BRect content) const override;
     void SetCompositionPlace(BRect place) override;
     void EndComposition() override;
-    bool DragOut(const std::string&) override { return false; }
     // Stage locked.
     BRect CompositionPlace() const { return fCompositionPlace; }
 

@@ -207,7 +207,7 @@ Event Stage::_PointerEvent(EventKind kind, const ScreenWindow* window) const
     event.when = fLastInput;
     event.screenWhere = fPointer;
     event.where = fPointer - window->Frame().LeftTop();
-    if (ScreenWindow* under = ContentAt(fPointer)) {
+    if (ScreenWindow* under = fCovered ? nullptr : ContentAt(fPointer)) {
         event.under = under->Sink();
         event.underWhere = fPointer - under->Frame().LeftTop();
     }
@@ -305,6 +305,13 @@ bool Stage::_HeldButton(int32 button, bool down)
 
 void Stage::ChangeButton(int32 button, bool down, ScreenWindow* target, bigtime_t when)
 {
+    _ChangeButton(button, down, target, when);
+    if (fButtons == 0)
+        EndDrag(true);
+}
+
+void Stage::_ChangeButton(int32 button, bool down, ScreenWindow* target, bigtime_t when)
+{
     if (button <= 0 || ((fButtons & button) != 0) == down)
         return;
     _InputAt(when);
@@ -353,8 +360,11 @@ void Stage::ChangeButton(int32 button, bool down, ScreenWindow* target, bigtime_
 void Stage::SyncButtons(int32 held)
 {
     // Without a window that saw the press, nobody waits for the release.
-    if (fPressed == nullptr && !fHeldPress)
+    if (fPressed == nullptr && !fHeldPress) {
         fButtons &= held;
+        if (fButtons == 0)
+            EndDrag(false);
+    }
     fSwallow = fSwallow && fButtons != 0;
     for (int32 button = 1; (fButtons & ~held) != 0; button <<= 1) {
         if ((fButtons & ~held & button) != 0)
@@ -388,9 +398,40 @@ void Stage::_DeliverKeys(const std::vector<Event>& events)
     if (target != nullptr && Blocker(target) != nullptr)
         target = Blocker(target);  // which the host has not made the active one yet
     for (const Event& event : events) {
-        if (!fHolders.TakeKey(event) && target != nullptr)
+        if (!_CancelsDrag(event) && !fHolders.TakeKey(event) && target != nullptr)
             target->Deliver(event);
     }
+}
+
+// Escape ends a drag, and is nothing to anybody else until it is up.
+bool Stage::_CancelsDrag(const Event& key)
+{
+    const int32 kEscape = 0x01;
+    if (key.key != kEscape || (fDragged == nullptr && !fTookEscape))
+        return false;
+    fTookEscape = key.kind == EventKind::KeyDown;
+    if (fDragged == nullptr || !fTookEscape)
+        return true;
+    EndDrag(false);
+    if (fPressed != nullptr)
+        fPressed->Deliver(_PointerEvent(EventKind::DragCancelled, fPressed));
+    return true;
+}
+
+void Stage::BeginDrag(std::shared_ptr<const DragPicture> picture, std::function<void(bool)> ended)
+{
+    EndDrag(false);
+    fDragged = std::move(picture);
+    fDragEnded = std::move(ended);
+}
+
+void Stage::EndDrag(bool dropped)
+{
+    if (fDragged == nullptr)
+        return;
+    fDragged = nullptr;
+    fCovered = false;
+    std::exchange(fDragEnded, nullptr)(dropped);
 }
 
 void Stage::ChangeKey(int32 key, bool down, const char* text, int32 rawChar)

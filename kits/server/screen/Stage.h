@@ -6,6 +6,7 @@
 // windows' events. One lock guards it, held while events are queued, so that a window never gets
 // one after it was taken off. Nothing here waits.
 
+#include <functional>
 #include <memory>
 #include <mutex>
 #include <string>
@@ -72,6 +73,14 @@ public:
     void ReleaseKeys();
     void Drop(BPoint where, Event event, ScreenWindow* target = nullptr);
 
+    // A drag, of which `ended` is told whether it was dropped. One that goes on is cancelled by the
+    // next.
+    void BeginDrag(std::shared_ptr<const DragPicture> picture, std::function<void(bool)> ended);
+    void EndDrag(bool dropped);
+    const DragPicture* Dragged() const { return fDragged.get(); }  // null for none
+    // The host says that another program's window lies above ours under the pointer of a drag.
+    void SetCovered(bool covered) { fCovered = covered && fDragged != nullptr; }
+
     // Menus take the input from the windows; `owner` is the window whose loss of activity they are
     // told of, null for the active one. ReleaseInput() is true once nobody holds it.
     void HoldInput(EventSink* sink, const EventSink* owner);
@@ -102,8 +111,10 @@ private:
     Event _ScreenEvent(EventKind kind) const;
     void _Enter(ScreenWindow* window);
     bool _HeldButton(int32 button, bool down);
+    void _ChangeButton(int32 button, bool down, ScreenWindow* target, bigtime_t when);
     void _DeliverKeys(const std::vector<Event>& events);
     void _Tell(ScreenWindow* window, Composition composition);
+    bool _CancelsDrag(const Event& key);
 
     std::vector<ScreenWindow*> fWindows;
     ScreenWindow* fActive = nullptr;
@@ -118,6 +129,10 @@ private:
     Keyboard fKeyboard;
     ScreenWindow* fComposer = nullptr;  // where text is being composed
     ClickCounter fClicks;
+    std::shared_ptr<const DragPicture> fDragged;
+    std::function<void(bool)> fDragEnded;
+    bool fCovered = false;     // under the pointer of the drag
+    bool fTookEscape = false;  // which is still down: nobody hears of it
     Cursor fAppCursor;
     bool fCursorHidden = false;
     bool fCursorObscured = false;

@@ -6,6 +6,7 @@
 
 #include <xcb/xcb.h>
 #include <xcb/xcbext.h>
+#include <xcb/xfixes.h>
 
 #include <algorithm>
 #include <bit>
@@ -163,6 +164,23 @@ void X11Screen::SetWorkspaceCount(int32 count) { _Tell(fRoot, fCount, uint32(cou
 void X11Screen::PutBehind(uint32 window, uint32 other)
 {
     _Tell(window, fRestack, 2, other, XCB_STACK_MODE_BELOW);
+}
+
+bool X11Screen::HasCompositor()
+{
+    auto cookie = xcb_get_selection_owner(fConnection, _Atom("_NET_WM_CM_S0"));
+    auto* reply = xcb_get_selection_owner_reply(fConnection, cookie, nullptr);
+    const bool is_owned = reply != nullptr && reply->owner != XCB_NONE;
+    free(reply);
+    return is_owned;
+}
+
+void X11Screen::PassInputThrough(uint32 window)
+{
+    const xcb_xfixes_region_t nothing = xcb_generate_id(fConnection);
+    xcb_xfixes_create_region(fConnection, nothing, 0, nullptr);
+    xcb_xfixes_set_window_shape_region(fConnection, window, XCB_SHAPE_SK_INPUT, 0, 0, nothing);
+    xcb_xfixes_destroy_region(fConnection, nothing);
 }
 
 bool X11Screen::nativeEventFilter(const QByteArray& type, void* message, qintptr*)

@@ -33,6 +33,10 @@ public:
     void PutBehind(uint32 window, uint32 other);
     // As far as the window manager lets us.
     void SetWorkspaceCount(int32 count);
+    // Whether the screen blends translucent windows with what is below them.
+    bool HasCompositor();
+    // Has a window that is only to be seen take no input: the one below it is in front for that.
+    void PassInputThrough(uint32 window);
     X11Hints& Hints() { return fHints; }
 
     bool nativeEventFilter(const QByteArray& type, void* message, qintptr* result) override;

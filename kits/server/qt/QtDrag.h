@@ -1,0 +1,34 @@
+#ifndef SERVER_QT_DRAG_H
+#define SERVER_QT_DRAG_H
+
+#include <memory>
+
+#include "server/screen/Display.h"
+
+namespace server {
+
+class DragWindow;
+class X11Drag;
+class X11Screen;
+
+// A drag on Qt's display: its picture, and what other programs see of it. Server's thread.
+class QtDrag {
+public:
+    // `x11` null: other programs see nothing of it, and there is no picture, for only X lets a
+    // window be where the pointer is.
+    QtDrag(X11Screen* x11, std::shared_ptr<const DragPicture> picture, ClipboardForms forms);
+    ~QtDrag();
+
+    // True if the pointer is over another program's window there.
+    bool MoveTo(BPoint pointer);
+    void End(bool dropped);
+
+private:
+    std::unique_ptr<DragWindow> fWindow;  // null: nothing to be seen, or it has ended
+    std::unique_ptr<X11Drag> fOffer;      // null: none
+    bool fEnded = false;
+};
+
+}  // namespace server
+
+#endif  // SERVER_QT_DRAG_H
