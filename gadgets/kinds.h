@@ -48,6 +48,7 @@ BView* create_radio(const GadgetSpec& spec);
 BView* create_mx(const GadgetSpec& spec);
 BView* create_bbox(const GadgetSpec& spec);
 BView* create_color(const GadgetSpec& spec);
+BView* create_draggableicon(const GadgetSpec& spec);
 BView* create_picture(const GadgetSpec& spec);
 BView* create_listview(const GadgetSpec& spec);
 BView* create_outlistview(const GadgetSpec& spec);

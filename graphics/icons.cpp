@@ -149,6 +149,14 @@ const BBitmap* icon_image(const ImagesLock& images, int32_t ident, bool selected
     return icon->selected_image != nullptr ? icon->selected_image : icon->image;
 }
 
+const BBitmap* large_icon_image(const ImagesLock& images, int32_t ident)
+{
+    const IconRecord* icon = find_icon(images, ident);
+    if (icon == nullptr)
+        return nullptr;
+    return icon->has_own_second ? icon->selected_image : icon->image;
+}
+
 // A copy in other colours, with a view that draws into it; null without memory.
 static BBitmap* redrawn(const BBitmap& image, color_space space, BView** _canvas = nullptr)
 {

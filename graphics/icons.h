@@ -41,6 +41,8 @@ void MyFreeIcon(IconRecord* icon);
 
 // The image of an icon, null if no icon has that ident. Who keeps it makes a copy.
 const BBitmap* icon_image(const ImagesLock& images, int32_t ident, bool selected);
+// The large image of an icon that has one, else its only one.
+const BBitmap* large_icon_image(const ImagesLock& images, int32_t ident);
 
 // An image for one drawing call: it stays as long as this lives.
 class [[nodiscard]] ImageAccess {

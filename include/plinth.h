@@ -551,6 +551,8 @@ enum {
     PLINTH_BOX = 24,
     PLINTH_TEXT_EDITOR = 26, /* 27 to 29: with a vertical, a horizontal, both scroll bars */
     PLINTH_COLOR_CONTROL = 30,
+    PLINTH_ICON = 31,       /* can be dragged; 16 pixels square */
+    PLINTH_LARGE_ICON = 32, /* the same; 32 pixels square */
     PLINTH_PICTURE_BUTTON = 33
 };
 
@@ -569,7 +571,9 @@ enum {
 /* Makes a gadget of a kind in a window, or in none for -1, and returns its ident; 0 if there is no
    such kind or window. `text` is its label, or for radio groups and choice fields an array of
    labels that ends with a null pointer or an empty one. `value` is the maximum of a slider and the
-   icon of a picture button. The frame is one pixel larger than width and height say. */
+   icon of a picture button or of an icon to be dragged. The frame is one pixel larger than width
+   and height say; that of an icon is its size. A press drags an icon as a message 'ddms', with its
+   gadget's ident as "nb". */
 int32_t CreateGadget(int32_t kind, int32_t window_ident, int32_t x, int32_t y, int32_t width,
                      int32_t height, const void *text, int32_t value);
 
