@@ -52,7 +52,8 @@ TEST(Channels, CurrentOneIsTheControlsValue)
     EXPECT_EQ(slider.SetChannelCount(-1), B_BAD_VALUE);
     EXPECT_EQ(slider.SetChannelCount(33), B_BAD_VALUE);
     EXPECT_EQ(slider.SetChannelCount(0), B_OK);
-    EXPECT_EQ(slider.SetLimits(0, 5), B_BAD_VALUE);
+    EXPECT_EQ(slider.SetLimits(0, 5), B_OK);
+    EXPECT_EQ(slider.SetLimits(5, 0), B_BAD_VALUE);
     EXPECT_EQ(slider.GetLimits(nullptr, nullptr), B_BAD_INDEX);
 }
 

@@ -292,6 +292,8 @@ status_t BChannelControl::GetLimitsFor(int32 fromChannel, int32 channelCount, in
 
 status_t BChannelControl::SetLimits(int32 minimum, int32 maximum)
 {
+    if (fValues.empty())
+        return minimum <= maximum ? B_OK : B_BAD_VALUE;
     const std::vector<int32> minima(fValues.size(), minimum), maxima(fValues.size(), maximum);
     return SetLimitsFor(0, CountChannels(), minima.data(), maxima.data());
 }
