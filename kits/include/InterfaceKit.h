@@ -5,6 +5,7 @@
 
 #include <Accelerant.h>
 #include <AffineTransform.h>
+#include <Alert.h>
 #include <Alignment.h>
 #include <Bitmap.h>
 #include <Box.h>
