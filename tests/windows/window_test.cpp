@@ -586,5 +586,5 @@ TEST_F(Windows, GadgetMessagesCallClickAndChoiceHandlers)
     EXPECT_EQ(sLog.All(), "1, 3 5, 3 0");
     window.reset();
     EXPECT_TRUE(eventually([] { return be_app->CountWindows() == 0; }));
-    gadgets->MakeEmpty();
+    gadgets->RemoveItem(&gadget);
 }

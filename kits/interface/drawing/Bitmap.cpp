@@ -166,7 +166,7 @@ BBitmap::BBitmap(BMessage* data) : BArchivable(data)
         data->FindInt32("_cspace", &space) != B_OK || data->FindInt32("_bmflags", &flags) != B_OK ||
         data->FindInt32("_rowbytes", &row) != B_OK)
         return;
-    _Init(frame, color_space(space), uint32(flags), row);
+    _Init(frame, BPrivate::space_of(space), uint32(flags), row);
     const void* bits;
     ssize_t length;
     if (fStatus == B_OK && data->FindData("_data", B_RAW_TYPE, &bits, &length) == B_OK)

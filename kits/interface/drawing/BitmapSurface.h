@@ -21,6 +21,12 @@ inline server::Surface surface_of(const BBitmap& bitmap)
     return surface;
 }
 
+// The colour space with a number that may come from anywhere.
+inline color_space space_of(int32 number)
+{
+    return number > 0 && number <= 0xFFFF ? color_space(number) : B_NO_COLOR_SPACE;
+}
+
 }  // namespace BPrivate
 
 #endif  // INTERFACE_BITMAP_SURFACE_H

@@ -8,6 +8,7 @@
 #include <TypeConstants.h>
 #include <View.h>
 
+#include <interface/drawing/BitmapSurface.h>
 #include <interface/drawing/PictureOps.h>
 #include <interface/view/ViewPrivate.h>
 
@@ -92,7 +93,7 @@ static std::shared_ptr<PictureData> unflatten(BDataIO* stream, int depth)
         if (!read(stream, &flat, sizeof(flat)))
             return nullptr;
         auto bitmap =
-            std::make_shared<BBitmap>(flat.bounds, 0, color_space(flat.space), flat.bytesPerRow);
+            std::make_shared<BBitmap>(flat.bounds, 0, space_of(flat.space), flat.bytesPerRow);
         if (bitmap->BitsLength() != flat.length ||
             !read(stream, bitmap->Bits(), size_t(flat.length)))
             return nullptr;

@@ -424,7 +424,8 @@ void BListView::DoForEach(bool (*func)(BListItem*, void*), void* arg)
 void BListView::_Sort(int (*cmp)(const void*, const void*))
 {
     std::vector<BListItem*> items = fData->rows.All();
-    qsort(items.data(), items.size(), sizeof(BListItem*), cmp);
+    if (!items.empty())
+        qsort(items.data(), items.size(), sizeof(BListItem*), cmp);
     fData->rows.Reorder(items);
 }
 

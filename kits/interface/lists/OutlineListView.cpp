@@ -420,7 +420,8 @@ void BOutlineListView::_Sort(int (*cmp)(const void*, const void*))
     _Refresh();
     std::vector<BListItem*> all = fData->rows.All();
     sort_level(fData->rows, &all, 0, all.size(), [cmp](BListItem** items, size_t count) {
-        qsort(items, count, sizeof(*items), cmp);
+        if (count > 0)
+            qsort(items, count, sizeof(*items), cmp);
     });
     fData->rows.Reorder(all);
     fData->rows.LevelsAreStale();
@@ -437,7 +438,8 @@ static void sort_levels(Rows& rows, std::vector<BListItem*>* all, size_t first, 
                         bool deep, ItemCompare compare)
 {
     sort_level(rows, all, first, count, [compare](BListItem** items, size_t number) {
-        qsort_r(items, number, sizeof(*items), compare_items, reinterpret_cast<void*>(compare));
+        if (number > 0)
+            qsort_r(items, number, sizeof(*items), compare_items, reinterpret_cast<void*>(compare));
     });
     for (size_t at = first; deep && at < first + count;) {
         const auto below = static_cast<size_t>(rows.CountBelow((*all)[at]));
