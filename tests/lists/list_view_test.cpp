@@ -56,8 +56,15 @@ public:
     }
     ~LoggedList() override
     {
-        while (BListItem* item = this->RemoveItem(static_cast<int32>(0)))
-            delete item;
+        std::vector<std::unique_ptr<BListItem>> items;  // rows that are hidden, too
+        if constexpr (std::is_base_of_v<BOutlineListView, List>) {
+            for (int32 i = 0; i < this->FullListCountItems(); i++)
+                items.emplace_back(this->FullListItemAt(i));
+        } else {
+            for (int32 i = 0; i < this->CountItems(); i++)
+                items.emplace_back(this->ItemAt(i));
+        }
+        this->MakeEmpty();
     }
     std::function<void()> onSelection;
     bool drags = false;

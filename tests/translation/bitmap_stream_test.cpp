@@ -50,6 +50,7 @@ TEST(BitmapStream, CopyingPieceByPieceMakesTheSameBitmap)
         EXPECT_EQ(all_of(to, 17), whole);
         BBitmap* bitmap;
         ASSERT_EQ(to.DetachBitmap(&bitmap), B_OK);
+        const std::unique_ptr<BBitmap> owned(bitmap);
         EXPECT_EQ(to.DetachBitmap(&bitmap), B_ERROR);
     }
 }

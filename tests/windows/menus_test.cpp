@@ -96,7 +96,11 @@ public:
     {
         for (int32 i = 0; i < be_app->CountWindows(); i++) {
             BWindow* window = be_app->WindowAt(i);
-            if (window != nullptr && window->Frame().LeftTop() == BPoint(X(0), Y(0)))
+            if (window == nullptr || !window->Lock())  // or on its way out
+                continue;
+            const bool is_this = window->Frame().LeftTop() == BPoint(X(0), Y(0));
+            window->Unlock();
+            if (is_this)
                 return window;
         }
         return nullptr;

@@ -92,6 +92,7 @@ void BListView::MouseDown(BPoint where)
 void BListView::_Press(int32 index, bool wasSelected)
 {
     ListData& data = *fData;
+    const ViewRef self(this);
     const uint32 held = held_keys(this);
     if (data.type == B_SINGLE_SELECTION_LIST) {
         if (wasSelected && adds_to_selection(held))
@@ -122,7 +123,8 @@ void BListView::_Press(int32 index, bool wasSelected)
         data.narrows = true;  // with the release: the selection may be dragged
     else
         Select(index);
-    data.anchor = data.lead = index;
+    if (self.View() != nullptr)  // the hook may have deleted it
+        data.anchor = data.lead = index;
 }
 
 void BListView::MouseMoved(BPoint where, uint32 code, const BMessage* dragMessage)
