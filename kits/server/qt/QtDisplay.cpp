@@ -86,7 +86,7 @@ void QtDisplay::_Run()
     QGuiApplication application(count, arguments);
     // Qt's plug-ins are destroyed with the process, and still count down what they know of the
     // thread that they were loaded on. An object of it that stays keeps that alive.
-    static QObject* volatile sKept;
+    [[maybe_unused]] static QObject* volatile sKept;
     sKept = new QObject;
     qInstallMessageHandler(before);
     if (!scaling)
