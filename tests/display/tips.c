@@ -1,5 +1,5 @@
-/* A program with a window, at (100, 120) or where its two arguments say, and a button in it that has
-   a tool tip. Prints when the button is pressed. */
+/* A program with a window, at (100, 120) or where its two arguments say, and a button in it that
+   has a tool tip. Prints when the button is pressed. */
 
 #include <plinth.h>
 #include <stdio.h>
