@@ -153,7 +153,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
 {
     static BApplication application("application/x-vnd.plinth-text-fuzz");
     int32 flat = int32(size);
-    BTextView::FreeRunArray(BTextView::UnflattenRunArray(data, &flat));
+    if (size > 0)  // none stands for a size that nobody knows
+        BTextView::FreeRunArray(BTextView::UnflattenRunArray(data, &flat));
     BTextView view(BRect(0, 0, 100, 100), "text", BRect(0, 0, 100, 100), B_FOLLOW_NONE);
     view.SetStylable(true);
     Input input(data, size);
