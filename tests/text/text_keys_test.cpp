@@ -24,6 +24,22 @@ TEST_F(TextTest, TypingTakesThePlaceOfTheSelection)
     EXPECT_EQ(log.Lines({"insert", "delete"}), "delete 2 to 6; insert x at 2");
 }
 
+TEST_F(TextTest, ShortcutsActInTheirTurnAmongTheKeys)
+{
+    const int32_t kKeyControl = 0x5c, kKeyA = 0x3c;
+    MakeText("old ");
+    Start();
+    window->Lock();  // all of it waits by the time that the first key is read
+    inject_text("text");
+    for (int32_t key : {kKeyControl, kKeyA})
+        inject_key(key, true);
+    for (int32_t key : {kKeyA, kKeyControl})
+        inject_key(key, false);
+    inject_text("new");
+    window->Unlock();
+    EXPECT_EQ(State(), "new|");
+}
+
 TEST_F(TextTest, ArrowsGoByCharactersAndWords)
 {
     MakeText("one two\nthree");

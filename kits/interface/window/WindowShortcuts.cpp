@@ -194,8 +194,9 @@ void BWindow::_SendShortcut(const Shortcut& shortcut, const BMessage* key)
             PostMessage(&message, this);
             break;
         case Shortcut::To::Focus:
+            // At once: what is typed behind "select all" has to meet the selection.
             if (fData->focus != nullptr)
-                PostMessage(&message, fData->focus);
+                _DispatchCopy(&message, fData->focus);
             break;
         case Shortcut::To::Target:
             shortcut.target.SendMessage(&message);
