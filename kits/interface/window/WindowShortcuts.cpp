@@ -150,11 +150,14 @@ void BWindow::_RunShortcut(BMessage* key, uint32 held)
     const std::vector<ShortcutKey> keys = candidates(key, held);
     // The program may bring its menus, and with them its shortcuts, up to date.
     MenusBeginning();
-    if (BMenuItem* item = find_menu_item(fData->menuBars, keys))
+    BMenuItem* item = find_menu_item(fData->menuBars, keys);
+    if (item != nullptr)
         MenuPrivate::Invoke(item);
-    else if (const Shortcut* shortcut = find_shortcut(fData->shortcuts, keys))
-        _SendShortcut(*shortcut, key);
     MenusEnded();
+    if (item != nullptr)
+        return;
+    if (const Shortcut* shortcut = find_shortcut(fData->shortcuts, keys))
+        _SendShortcut(*shortcut, key);
 }
 
 // A Control key that is a shortcut counts as the Command key, which is where users of this host
@@ -183,6 +186,9 @@ bool BWindow::_EnterMenuBar()
     return true;
 }
 
+// What a key asks of the window's own handlers is done in its turn among the keys: what is typed
+// behind "select all" has to meet the selection. A handler may remove the shortcut, so nothing of
+// it is used after that.
 void BWindow::_SendShortcut(const Shortcut& shortcut, const BMessage* key)
 {
     BMessage message(*shortcut.message);
@@ -191,16 +197,21 @@ void BWindow::_SendShortcut(const Shortcut& shortcut, const BMessage* key)
         message.AddInt64("when", when);
     switch (shortcut.to) {
         case Shortcut::To::Window:
-            PostMessage(&message, this);
+            _DispatchCopy(&message, this);
             break;
         case Shortcut::To::Focus:
-            // At once: what is typed behind "select all" has to meet the selection.
             if (fData->focus != nullptr)
                 _DispatchCopy(&message, fData->focus);
             break;
-        case Shortcut::To::Target:
-            shortcut.target.SendMessage(&message);
+        case Shortcut::To::Target: {
+            BLooper* looper = nullptr;
+            BHandler* target = shortcut.target.Target(&looper);
+            if (looper == this && target != nullptr)
+                _DispatchCopy(&message, target);
+            else
+                shortcut.target.SendMessage(&message);
             break;
+        }
         case Shortcut::To::Close:
             _CloseByKey(key);
             break;
