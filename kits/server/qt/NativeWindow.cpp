@@ -140,37 +140,96 @@ void NativeWindow::SetKind(const WindowKind& kind)
 
 void NativeWindow::SetPlace(BRect frame)
 {
-    fPlace = QPoint(int(frame.left), int(frame.top));
-    setGeometry(fPlace.x(), fPlace.y(), int(frame.Width()) + 1, int(frame.Height()) + 1);
+    const QRect place(int(frame.left), int(frame.top), int(frame.Width()) + 1,
+                      int(frame.Height()) + 1);
+    const bool changes = place != QRect(fPlace, size());
+    fPlace = place.topLeft();
+    setGeometry(place);
     _TellFrame();
+    if (changes && fAppears && _HangsOn() && !Grabs())
+        _HangOn();
 }
 
-// The topmost window but for menus; the active one, if there is one. Stage locked.
-static QtWindow* window_of_menus()
+void NativeWindow::Appear()
 {
-    QtWindow* found = nullptr;
+    fAppears = true;
+    if (_HangsOn())
+        _HangOn();
+    else
+        show();
+}
+
+void NativeWindow::Disappear()
+{
+    fAppears = false;
+    hide();
+}
+
+bool NativeWindow::_HangsOn() const { return fIsMenu && hides_places(); }
+
+// What a menu or a tip belongs to: the menu that was opened last, the window that the open menus
+// are of, the one under the pointer, or the topmost one. Stage locked.
+static NativeWindow* parent_of_menu(bool grabs)
+{
+    const ScreenWindow* const owner = grabs ? stage().HoldersOwner() : stage().Hovered();
+    NativeWindow* found = nullptr;
+    int32 best = -1;
     for (ScreenWindow* each : stage().Windows()) {
-        auto* window = static_cast<QtWindow*>(each);
-        const NativeWindow* native = window->Native();
-        if (native == nullptr || native->IsMenu() || !native->isVisible())
+        NativeWindow* native = static_cast<QtWindow*>(each)->Native();
+        if (native == nullptr || !native->isVisible() || (native->IsMenu() && !native->Grabs()))
             continue;
-        if (found == nullptr || found != stage().Active())
-            found = window;
+        const int32 rank = native->IsMenu() ? 3 : each == owner ? 2 : each == stage().Active();
+        if ((native->IsMenu() && !grabs) || rank < best)
+            continue;
+        found = native;
+        best = rank;
     }
     return found;
 }
 
-void NativeWindow::HangOn()
+// Where places are hidden, a menu or a tip shows beside the window that it belongs to, and stays
+// there: it shows anew at another place, and not at all outside of the screen.
+void NativeWindow::_HangOn()
 {
-    if (!fIsMenu || !hides_places())
+    hide();
+    if (!screen()->virtualGeometry().intersects(QRect(fPlace, size())))
         return;
+    {
+        StageLock lock;
+        const bool grabs = stage().IsInputHeld();
+        if (NativeWindow* const parent = parent_of_menu(grabs)) {
+            _SetType(grabs ? Qt::Popup : Qt::ToolTip);
+            setTransientParent(parent);
+            setPosition(parent->position() + fPlace - parent->fPlace);
+        }
+    }
+    show();
+}
+
+bool NativeWindow::Grabs() const { return (flags() & Qt::WindowType_Mask) == Qt::Popup; }
+
+void NativeWindow::_SetType(Qt::WindowType type)
+{
+    setFlags((flags() & ~Qt::WindowFlags(Qt::WindowType_Mask)) | type);
+}
+
+// The compositor has closed a menu since another place was pressed, or will not give it the input
+// when nothing was pressed or typed just before it opened: then it stays open without.
+void NativeWindow::_Dismissed()
+{
+    if (Grabs() && !isExposed()) {
+        const auto show_again = [this] {
+            if (fOwner == nullptr || !isVisible())
+                return;
+            hide();
+            _SetType(Qt::ToolTip);
+            show();
+        };
+        QMetaObject::invokeMethod(this, show_again, Qt::QueuedConnection);
+        return;
+    }
     StageLock lock;
-    QtWindow* const window = window_of_menus();
-    if (window == nullptr)
-        return;
-    NativeWindow* const parent = window->Native();
-    setTransientParent(parent);
-    setPosition(parent->position() + fPlace - parent->fPlace);
+    stage().CancelHolders();
 }
 
 void NativeWindow::SetLimits(const WindowSpec& spec)
@@ -357,6 +416,8 @@ void NativeWindow::resizeEvent(QResizeEvent*) { _TellFrame(); }
 
 void NativeWindow::focusInEvent(QFocusEvent*)
 {
+    if (fIsMenu)
+        return;  // its keys are those of the window that it belongs to, which stays active
     // On Wayland nobody says that an icon has become a window again.
     if (hides_places() && (windowStates() & Qt::WindowMinimized) != 0) {
         setWindowStates(windowStates() & ~Qt::WindowStates(Qt::WindowMinimized));
@@ -365,7 +426,13 @@ void NativeWindow::focusInEvent(QFocusEvent*)
     fOwner->NativeFocus(true);
 }
 
-void NativeWindow::focusOutEvent(QFocusEvent*) { fOwner->NativeFocus(false); }
+void NativeWindow::focusOutEvent(QFocusEvent* event)
+{
+    if (!fIsMenu && event->reason() != Qt::PopupFocusReason)
+        fOwner->NativeFocus(false);
+    else if (fIsMenu && QGuiApplication::focusWindow() == nullptr)
+        QtWindow::NoFocus();
+}
 
 BPoint NativeWindow::_OnScreen(QPointF where) const
 {
@@ -410,7 +477,9 @@ void NativeWindow::mouseMoveEvent(QMouseEvent* event)
     _DragTo(event);
     StageLock lock;
     const bool hidden = stage().IsCursorHidden();
-    stage().SyncButtons(buttons_of(event->buttons()));
+    // Where a menu opens under the pressed pointer Wayland's windows forget what is pressed.
+    if (!stage().IsInputHeld() || !hides_places())
+        stage().SyncButtons(buttons_of(event->buttons()));
     stage().MovePointer(_OnScreen(event->position()), fOwner, fOwner->TimeOf(event->timestamp()));
     if (!hidden || stage().IsCursorHidden())
         return;
@@ -535,6 +604,10 @@ bool NativeWindow::event(QEvent* event)
         case QEvent::Close: {
             // The window's own thread decides.
             event->ignore();
+            if (_HangsOn()) {
+                _Dismissed();
+                return true;
+            }
             StageLock lock;
             fOwner->CloseByUser();
             return true;
@@ -547,6 +620,14 @@ bool NativeWindow::event(QEvent* event)
             if (!minimized)  // of an icon the window manager does not say it
                 fOwner->NativeZoomed((states & Qt::WindowMaximized) != 0);
             return result;
+        }
+        case QEvent::Enter: {
+            // On X a move follows.
+            const auto* enter = static_cast<QEnterEvent*>(event);
+            StageLock lock;
+            if (hides_places())
+                _MoveTo(enter->position(), fOwner->TimeOf(enter->timestamp()));
+            return true;
         }
         case QEvent::Leave: {
             StageLock lock;

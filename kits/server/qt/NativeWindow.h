@@ -35,9 +35,11 @@ public:
     // A menu's window, which may grab the pointer: presses on other programs' windows then come
     // here too.
     bool IsMenu() const { return fIsMenu; }
-    // Where places are hidden, a menu has one beside the window that it belongs to. Before it
-    // shows.
-    void HangOn();
+    void Appear();
+    void Disappear();
+    // Where places are hidden: the compositor gives it, a menu, the input of all other windows, and
+    // closes it when another place is pressed.
+    bool Grabs() const;
     bool IsGrabbing() const { return fGrabbing; }
     bool Grab(bool grab);
     // Brings what waits to the screen with its next frame.
@@ -63,6 +65,10 @@ protected:
     void keyReleaseEvent(QKeyEvent* event) override;
 
 private:
+    bool _HangsOn() const;
+    void _HangOn();
+    void _SetType(Qt::WindowType type);
+    void _Dismissed();
     void _TellFrame();
     void _Repaint();
     void _Flush();
@@ -81,6 +87,7 @@ private:
     QBackingStore fStore;
     double fScale = 1;  // the screen's pixels a pixel of the window, as the store has them
     bool fIsMenu = false;
+    bool fAppears = false;
     bool fSettingState = false;  // the window's state changes as the program asked
     QPoint fPlace;               // on the screen, as it was asked for
     bool fWasShown = false;      // the next paint event is that of its coming into sight

@@ -6,6 +6,7 @@
 
 #include "app/CursorImage.h"
 #include "server/qt/NativeWindow.h"
+#include "server/qt/Platforms.h"
 #include "server/qt/QtDisplay.h"
 #include "server/qt/x11/X11Screen.h"
 
@@ -56,7 +57,6 @@ void QtWindow::_MakeNative()
         hidden = stage().IsCursorHidden();
     }
     fNative = std::make_unique<NativeWindow>(this);
-    fNative->setTitle(QString::fromUtf8(spec.title.c_str()));
     fNative->SetKind(kind_of(spec));
     fNative->SetLimits(spec);
     fNative->SetPlace(spec.frame);
@@ -101,8 +101,11 @@ void QtWindow::_TellHints(const WindowSpec& spec)
                                       fNative->isVisible());
 }
 
+// Qt puts the program's name where there is no title.
 void QtWindow::_TellTitle(const std::string& title)
 {
+    const bool stands_in = title.empty() && hides_places();
+    fNative->setTitle(stands_in ? QStringLiteral(" ") : QString::fromUtf8(title.c_str()));
     if (fDisplay->X11() != nullptr && title.empty())
         fDisplay->X11()->Hints().RemoveTitle(uint32(fNative->winId()));
 }
@@ -128,11 +131,10 @@ void QtWindow::Show()
     _Post([=, this](NativeWindow& native) {
         // The window manager forgets of a window that is not shown.
         _TellWorkspaces(native, workspaces);
-        native.HangOn();
         if (minimized)
             native.showMinimized();
         else
-            native.show();
+            native.Appear();
     });
     stage().MindBlockers();
 }
@@ -142,7 +144,7 @@ void QtWindow::Hide()
     StageLock lock;
     if (!std::exchange(fShown, false))
         return;
-    _Post([](NativeWindow& native) { native.hide(); });
+    _Post([](NativeWindow& native) { native.Disappear(); });
     stage().MindBlockers();
 }
 
@@ -219,10 +221,7 @@ WindowSpec QtWindow::_WantedSpec() const
 void QtWindow::Retitled()
 {
     const std::string title = fSpec.title;
-    _Post([title, this](NativeWindow& native) {
-        native.setTitle(QString::fromUtf8(title.c_str()));
-        _TellTitle(title);
-    });
+    _Post([title, this](NativeWindow&) { _TellTitle(title); });
 }
 
 void QtWindow::Restyled()
@@ -358,6 +357,17 @@ void QtWindow::NativeFocus(bool focus)
         stage().ReleaseKeys();
         stage().SetActive(nullptr);
     }
+}
+
+void QtWindow::NoFocus()
+{
+    QtWindow* active;
+    {
+        StageLock lock;
+        active = static_cast<QtWindow*>(stage().Active());
+    }
+    if (active != nullptr)
+        active->NativeFocus(false);
 }
 
 std::unique_ptr<NativeWindow> QtWindow::TakeNative()

@@ -41,6 +41,8 @@ public:
     void NativeZoomed(bool zoomed);
     void NativeUncovered(const clipping_rect& rect);
     void NativeFocus(bool focus);
+    // A menu's window had the keyboard for the active window, and has lost it to another program.
+    static void NoFocus();
     // The same, stage locked: the window manager has it on these workspaces.
     void NativeWorkspaces(uint32 workspaces);
     // Whether `id` is the X window of it. Server's thread.

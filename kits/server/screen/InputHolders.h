@@ -16,6 +16,7 @@ public:
     bool IsEmpty() const { return fHolders.empty(); }
     void Add(EventSink* sink, const ScreenWindow* owner) { fHolders.push_back({sink, owner}); }
     void Remove(EventSink* sink);
+    const ScreenWindow* Owner() const { return fHolders.empty() ? nullptr : fHolders.back().owner; }
 
     // Pointer events go to all of them: each knows what it has on the screen.
     void Tell(const Event& event);

@@ -272,6 +272,14 @@ bool Stage::ReleaseInput(EventSink* sink)
     return true;
 }
 
+void Stage::CancelHolders()
+{
+    Event event;
+    event.kind = EventKind::Activated;
+    event.when = system_time();
+    fHolders.Tell(event);
+}
+
 Event Stage::_ScreenEvent(EventKind kind) const
 {
     Event event;

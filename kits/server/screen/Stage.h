@@ -86,8 +86,14 @@ public:
     void HoldInput(EventSink* sink, const EventSink* owner);
     bool ReleaseInput(EventSink* sink);
     bool IsInputHeld() const { return !fHolders.IsEmpty(); }
+    // The window that the newest of them belongs to; null for none.
+    const ScreenWindow* HoldersOwner() const { return fHolders.Owner(); }
+    // The host has closed their windows: they hear what they do when their window is inactive.
+    void CancelHolders();
 
     BPoint Pointer() const { return fPointer; }
+    // The last window that the pointer moved in, unless it has left it; null for none.
+    const ScreenWindow* Hovered() const { return fHover; }
     int32 Buttons() const { return fButtons; }
     uint32 CountPresses() const { return fPresses; }
     const Keyboard& Keys() const { return fKeyboard; }
