@@ -72,6 +72,27 @@ void TListItem::Update(BView* owner, const BFont* font)
     SetHeight(height.ascent + height.descent + height.leading);
 }
 
+// A colour by the row's state, of the row's own if it may have one.
+rgb_color TListItem::_Color(const ListFrame& list, ListColor disabled, ListColor selected,
+                            ListColor unselected) const
+{
+    if (!IsEnabled())
+        return GetRgbFromInteger(list.fColors[disabled]);
+    const ListColor which = IsSelected() ? selected : unselected;
+    const bool is_own = fExtras != nullptr && fExtras->colors != nullptr;
+    return GetRgbFromInteger(is_own ? (*fExtras->colors)[which] : list.fColors[which]);
+}
+
+rgb_color TListItem::Ground(const ListFrame& list) const
+{
+    return _Color(list, kDisabledGround, kSelectedGround, kUnselectedGround);
+}
+
+rgb_color TListItem::Ink(const ListFrame& list) const
+{
+    return _Color(list, kDisabledText, kSelectedText, kUnselectedText);
+}
+
 void TListItem::DrawItem(BView* owner, BRect frame, bool)
 {
     auto* list = dynamic_cast<ListFrame*>(owner);
@@ -86,24 +107,15 @@ void TListItem::DrawItem(BView* owner, BRect frame, bool)
         if (list->fRemovals != removals)  // this row may be gone
             return;
     }
-    const auto own = [&](ListColor which) {
-        return fExtras != nullptr && fExtras->colors != nullptr ? (*fExtras->colors)[which]
-                                                                : list->fColors[which];
-    };
-    const uint32_t ground = !IsEnabled()   ? list->fColors[kDisabledGround]
-                            : IsSelected() ? own(kSelectedGround)
-                                           : own(kUnselectedGround);
-    const uint32_t text = !IsEnabled()   ? list->fColors[kDisabledText]
-                          : IsSelected() ? own(kSelectedText)
-                                         : own(kUnselectedText);
-    owner->SetHighColor(GetRgbFromInteger(ground));
+    const rgb_color ground = Ground(*list);
+    owner->SetHighColor(ground);
     owner->FillRect(frame, B_SOLID_HIGH);
     font_height height;
     owner->GetFontHeight(&height);
     const float glyphs = height.ascent + height.descent;
     const float spare = frame.bottom - frame.top - (glyphs + height.leading);
-    owner->SetLowColor(GetRgbFromInteger(ground));
-    owner->SetHighColor(GetRgbFromInteger(text));
+    owner->SetLowColor(ground);
+    owner->SetHighColor(Ink(*list));
     owner->MovePenTo(kTextStart, glyphs + frame.top + spare * 0.5f - 2);
     if (Text()[0] != '\0')
         owner->DrawString(Text());

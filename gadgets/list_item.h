@@ -61,6 +61,9 @@ public:
     // The list's first four are these instead.
     void SetColors(const std::array<uint32_t, 4>& colors);
     void SetDrawHook(ListDrawHook hook);
+    // In a list, as the row is at present.
+    rgb_color Ground(const ListFrame& list) const;
+    rgb_color Ink(const ListFrame& list) const;
 
     // Between the two the item has the key instead of its text, for CompareKeys().
     void SetKey(SortKey* key);
@@ -74,6 +77,8 @@ private:
         ListDrawHook drawHook = nullptr;
     };
     Extras& _Extras();
+    rgb_color _Color(const ListFrame& list, ListColor disabled, ListColor selected,
+                     ListColor unselected) const;
 
     union {
         char* fText;  // from the C library

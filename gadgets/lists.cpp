@@ -23,6 +23,13 @@ static const size_t kTextSize = 1024;
 
 // --- what both kinds of lists share
 
+// Null for what another program's code may have put into the list.
+static TListItem* as_row(BListItem* item)
+{
+    return item != nullptr && typeid(*item) == typeid(TListItem) ? static_cast<TListItem*>(item)
+                                                                 : nullptr;
+}
+
 // Selects as a click on a row with these modifiers does.
 template <class List>
 static void choose(List& list, int32 index, int32_t held)
@@ -261,6 +268,7 @@ public:
         RefreshBars();
         BOutlineListView::Draw(update);
     }
+    void DrawItem(BListItem* item, BRect row, bool complete) override;
     bool InitiateDrag(BPoint, int32, bool was_selected) override { return was_selected; }
     void MouseDown(BPoint where) override;
     void KeyDown(const char* bytes, int32 count) override;
@@ -284,6 +292,18 @@ private:
     int32_t fLastButtons = 0, fClickCount = 0;
     bool fIsPressing = false;
 };
+
+// The row's ground goes on below its latch, which has the colour of its text.
+void MyOutListView::DrawItem(BListItem* item, BRect row, bool complete)
+{
+    if (const TListItem* own = as_row(item)) {
+        const BRect latch = LatchRect(row, static_cast<int32>(item->OutlineLevel()));
+        SetHighColor(own->Ground(*this));
+        FillRect(BRect(row.left, row.top, latch.right, row.bottom), B_SOLID_HIGH);
+        SetHighColor(own->Ink(*this));
+    }
+    BOutlineListView::DrawItem(item, row, complete);
+}
 
 bool MyOutListView::_IsOnLatch(BPoint where)
 {
@@ -387,13 +407,6 @@ static void on_list(int32_t ident, Action act)
         else
             act(list_in<MyListView>(gadget.Record()));
     });
-}
-
-// Null for what another program's code may have put into the list.
-static TListItem* as_row(BListItem* item)
-{
-    return item != nullptr && typeid(*item) == typeid(TListItem) ? static_cast<TListItem*>(item)
-                                                                 : nullptr;
 }
 
 template <class Action>

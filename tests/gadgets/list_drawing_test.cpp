@@ -7,6 +7,7 @@
 #include <ScrollBar.h>
 
 #include <atomic>
+#include <cmath>
 #include <memory>
 
 namespace {
@@ -80,6 +81,34 @@ TEST_F(ListGadgets, OnlyFlatListsFillTheirGroundKept)
     KillGadget(0, flat);
     MakeList(20, {"a"});
     EXPECT_TRUE(becomes(BPoint(60, 110), 0xFFFFFF));
+}
+
+TEST_F(ListGadgets, GroundsOfRowsGoOnBelowTheirLatches)
+{
+    const int32_t ident = MakeList(20, {"a", "b"});
+    AddEntryInSub(ident, 0, "below");
+    EXPECT_TRUE(becomes(PlaceOf(0, 1), 0xE2E2E2));
+    EXPECT_TRUE(becomes(PlaceOf(1, 1), 0xE2E2E2)) << "left of a row that is moved in";
+    EnableItemLv(ident, 2, 0);
+    EXPECT_TRUE(becomes(PlaceOf(2, 1), 0x960A28));
+    SetSelectEntry(ident, 0);
+    EXPECT_TRUE(becomes(PlaceOf(0, 1), 0xFFFFFF));
+}
+
+TEST_F(ListGadgets, LatchesHaveTheColourOfTheirText)
+{
+    const int32_t ident = MakeList(20, {"a", "b"});
+    AddEntryInSub(ident, 0, "below");
+    EnableItemLv(ident, 2, 0);  // drawn before, in other colours
+    const BPoint latch = WithList([](BListView& list) {
+        const BRect rect = list.ItemFrame(0);
+        return list.ConvertToScreen(BPoint(5, std::floor((rect.top + rect.bottom) / 2))) -
+               BPoint(100, 100);
+    });
+    ChangeLvColor(ident, -1, 0x112233FF, -1, -1, -1, -1);
+    EXPECT_TRUE(becomes(latch, 0x112233));
+    EnableItemLv(ident, 0, 0);
+    EXPECT_TRUE(becomes(latch, 0xDE110A));
 }
 
 TEST_F(ListGadgets, ColoursReachTheListInItsScrollView)
