@@ -4,6 +4,7 @@
 
 #include <Message.h>
 #include <MessageQueue.h>
+#include <Region.h>
 #include <Window.h>
 
 #include <algorithm>
@@ -117,9 +118,7 @@ private:
 TEST_F(ViewUpdate, OnlyWhatIsInvalidIsDrawnParentsFirst)
 {
     EXPECT_EQ(After([&] { child->Invalidate(BRect(2, 3, 5, 6)); }), "child 2,3,5,6; ");
-    // The child's part of the parent is its own.
     EXPECT_EQ(After([&] { back->Invalidate(BRect(0, 0, 15, 5)); }), "back 0,0,15,5; ");
-    EXPECT_EQ(After([&] { back->Invalidate(BRect(12, 12, 20, 20)); }), "");
     // A view behind another one is asked for what shows of it.
     EXPECT_EQ(After([&] { back->Invalidate(BRect(30, 0, 49, 9)); }), "back 30,0,39,9; ");
     EXPECT_EQ(After([&] {
@@ -128,6 +127,18 @@ TEST_F(ViewUpdate, OnlyWhatIsInvalidIsDrawnParentsFirst)
                   back->Invalidate(BRect(0, 40, 3, 49));
               }),
               "back 0,40,3,49; child 0,0,19,19; front 0,0,0,0; ");
+}
+
+TEST_F(ViewUpdate, ChildrenAreDrawnWhereTheirParentIsInvalid)
+{
+    // The child's part of the parent is its own to draw.
+    EXPECT_EQ(After([&] { back->Invalidate(BRect(12, 12, 20, 20)); }), "child 2,2,10,10; ");
+    EXPECT_EQ(After([&] { back->Invalidate(BRect(0, 15, 14, 40)); }),
+              "back 0,15,14,40; child 0,5,4,19; ");
+    const BRegion parts(BRect(0, 29, 29, 29));
+    EXPECT_EQ(After([&] { back->Invalidate(&parts); }), "back 0,29,9,29; child 0,19,19,19; ");
+    EXPECT_EQ(After([&] { child->Hide(), back->Invalidate(BRect(12, 12, 20, 20)); }),
+              "back 10,10,29,29; ");
 }
 
 TEST_F(ViewUpdate, ManyInvalidationsMakeOneDraw)

@@ -420,7 +420,7 @@ public:
     void ForceFontAliasing(bool enable);
     void GetFontHeight(font_height* height) const;
 
-    // The view is asked to Draw() there soon. Children are not.
+    // The view, and its children that lie there, are asked to Draw() soon.
     void Invalidate(BRect invalRect);
     void Invalidate(const BRegion* invalRegion);
     void Invalidate();

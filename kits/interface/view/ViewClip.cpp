@@ -175,6 +175,19 @@ const BRegion& ViewData::OwnVisible()
     return visible;
 }
 
+const BRegion& ViewData::WholeVisible()
+{
+    if (first == nullptr)
+        return OwnVisible();
+    if (whole == nullptr)
+        whole = std::make_unique<BRegion>();
+    if (wholeAt != *generation) {
+        Visible(whole.get(), true);
+        wholeAt = *generation;
+    }
+    return *whole;
+}
+
 void DrawState::ClipInView(BRegion* region) const
 {
     if (baseClip)
@@ -475,7 +488,7 @@ void BView::Invalidate(BRect invalRect)
     const BRect whole(floor_of(invalRect.left), floor_of(invalRect.top), ceil_of(invalRect.right),
                       ceil_of(invalRect.bottom));
     const clipping_rect rect = BPrivate::rect_at(whole, x, y);
-    const BRegion& visible = fData->OwnVisible();
+    const BRegion& visible = fData->WholeVisible();
     const clipping_rect shown = BPrivate::intersection(rect, visible.FrameInt());
     if (visible.CountRects() == 0 || BPrivate::covers(canvas->Invalid(), shown))
         return;
@@ -497,7 +510,7 @@ void BView::Invalidate(const BRegion* invalRegion)
     fData->Offset(&x, &y);
     BRegion region(*invalRegion);
     region.OffsetBy(x, y);
-    region.IntersectWith(&fData->OwnVisible());
+    region.IntersectWith(&fData->WholeVisible());
     canvas->Invalidate(region);
 }
 

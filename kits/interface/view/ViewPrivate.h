@@ -171,7 +171,8 @@ struct [[gnu::visibility("hidden")]] ViewData
     // What of the view shows in the window: without what lies in front of it; without the children
     // unless `with_children`. False if nothing.
     bool Visible(BRegion * region, bool with_children) const;
-    const BRegion& OwnVisible();  // cached: without children if they clip
+    const BRegion& OwnVisible();    // cached: without children if they clip
+    const BRegion& WholeVisible();  // cached: with the children
     void SetCanvas(Canvas * newCanvas);
     void InvalidateVisible(bool with_children) const;
     void TreeChanged();  // the clipping of views in the window is to be made anew
@@ -191,6 +192,8 @@ struct [[gnu::visibility("hidden")]] ViewData
     std::unique_ptr<BAffineTransform> paintTransform;
     BRegion visible;
     uint32 visibleAt = 0;
+    std::unique_ptr<BRegion> whole;  // of views with children that were invalidated
+    uint32 wholeAt = 0;
     BRegion clip;  // what `target` points to, if it is cut further than `visible`
 
     // Tree. `parent` is the window's top view for the views that hang in the window.
