@@ -170,7 +170,6 @@ TEST_F(TextControlTest, ADisabledOneTakesNoFocusAndNoText)
     Click(110 + 200, 160);
     EXPECT_FALSE(HasFocus(second->TextView()));
     Locked([=] {
-        second->TextView()->MakeEditable(false);
         second->SetEnabled(true);
         return 0;
     });
@@ -186,6 +185,26 @@ TEST_F(TextControlTest, ADisabledOneTakesNoFocusAndNoText)
     });
     inject_text("d");
     EXPECT_EQ(TextOf(second), "abc") << "it was not editable before";
+}
+
+TEST_F(TextControlTest, WhatIsSaidOfEditingWhileItIsDisabledHoldsAfter)
+{
+    BTextControl* control = Put(10);
+    Start();
+    const auto editable = [&] { return Locked([=] { return control->TextView()->IsEditable(); }); };
+    for (const bool wanted : {false, true}) {
+        Locked([=] {
+            control->SetEnabled(false);
+            control->TextView()->MakeEditable(wanted);
+            return 0;
+        });
+        EXPECT_FALSE(editable());
+        Locked([=] {
+            control->SetEnabled(true);
+            return 0;
+        });
+        EXPECT_EQ(editable(), wanted);
+    }
 }
 
 TEST_F(TextControlTest, NavigationIsTheTextViews)

@@ -460,6 +460,22 @@ TEST_F(EntryFieldTest, EditingAndSelectingCanBeForbidden)
     }));
 }
 
+TEST_F(EntryFieldTest, EditingForbiddenWhileDisabledStaysSo)
+{
+    const int32_t field = Field();
+    SetString(field, "ab");
+    SetEnabled(field, 0);
+    MakeEditable(field, 0);
+    SetEnabled(field, 1);
+    ActivateGadget(field);
+    Type("c");
+    EXPECT_STREQ(GetString(field), "ab");
+    MakeEditable(field, 1);
+    Key(kEndKey);
+    Type("c");
+    EXPECT_STREQ(GetString(field), "abc");
+}
+
 TEST_F(EntryFieldTest, CommandsActOnTheSelection)
 {
     const int32_t field = Field();

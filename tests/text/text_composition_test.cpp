@@ -85,6 +85,23 @@ TEST_F(TextTest, WordsOfTheInputMethodGoToTheCaret)
     EXPECT_GT(place[3], place[1] + 8);
 }
 
+TEST_F(TextTest, HiddenTypingShowsNothingOfWhatIsComposed)
+{
+    MakeText("");
+    Start();
+    inject_composition("ka", 2, "");
+    EXPECT_EQ(State(), "ka|");
+    Do([](BTextView& view) { view.HideTyping(true); });
+    inject_composition("", 0, "");
+    inject_composition("ki", 2, "");
+    EXPECT_EQ(State(), "ka|") << "only what is done is typed";
+    inject_composition("", 0, "ku");
+    EXPECT_EQ(State(), "kaku|");
+    Do([](BTextView& view) { view.HideTyping(false); });
+    inject_composition("so", 2, "");
+    EXPECT_EQ(State(), "kakuso|");
+}
+
 TEST_F(TextTest, ComposedTextIsUnderlined)
 {
     MakeText("");

@@ -94,7 +94,6 @@ private:
     alignment fLabelAlign = B_ALIGN_LEFT;
     bool fInvalid = false;
     bool fNavigable = false;  // was so when it was disabled
-    bool fEditable = true;
 };
 
 #endif  // _TEXT_CONTROL_H

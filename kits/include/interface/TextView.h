@@ -254,7 +254,10 @@ public:
     virtual void GetHeightForWidth(float width, float* min, float* max, float* preferred);
 
 private:
+    friend class BTextControl;
     friend struct BPrivate::TextData;
+    // Not editable meanwhile, whatever MakeEditable() says.
+    void _SetDisabled(bool disabled);
 
     BTextView(const BTextView&) = delete;
     BTextView& operator=(const BTextView&) = delete;

@@ -136,18 +136,22 @@ void LineTable::_Remove(int32 first, int32 count)
 {
     if (count == 0)
         return;
-    const std::vector<int32> sums = _Sums().lines;
-    const int32 end = first + count;
-    for (size_t i = 0; i < fBlocks.size(); i++) {
-        const int32 from = std::max(first, sums[i]), to = std::min(end, sums[i + 1]);
-        if (from >= to)
-            continue;
-        std::vector<TextLine>& held = fBlocks[i].lines;
-        held.erase(held.begin() + (from - sums[i]), held.begin() + (to - sums[i]));
-        fBlocks[i].Sum();
-        fSummed = std::min(fSummed, i);
+    const size_t begin = _BlockOf(first);
+    auto place = size_t(first - fSums.lines[begin]);
+    auto left = size_t(count);
+    size_t end = begin;
+    for (; left > 0; end++, place = 0) {
+        std::vector<TextLine>& held = fBlocks[end].lines;
+        const size_t gone = std::min(left, held.size() - place);
+        const auto from = held.begin() + ptrdiff_t(place);
+        held.erase(from, from + ptrdiff_t(gone));
+        fBlocks[end].Sum();
+        left -= gone;
     }
-    std::erase_if(fBlocks, [](const Block& block) { return block.lines.empty(); });
+    fSummed = std::min(fSummed, begin);
+    const auto touched = fBlocks.begin() + ptrdiff_t(end);
+    const auto is_empty = [](const Block& block) { return block.lines.empty(); };
+    fBlocks.erase(std::remove_if(fBlocks.begin() + ptrdiff_t(begin), touched, is_empty), touched);
 }
 
 }  // namespace BPrivate

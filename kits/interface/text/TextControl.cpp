@@ -186,7 +186,7 @@ BTextControl::BTextControl(BMessage* archive) : BControl(archive)
     if (!IsEnabled()) {
         fNavigable = navigable;
         fInput->SetFlags(fInput->Flags() & ~B_NAVIGABLE);
-        fInput->MakeEditable(false);
+        fInput->_SetDisabled(true);
     }
 }
 
@@ -384,13 +384,11 @@ void BTextControl::SetEnabled(bool enable)
     const uint32 flags = fInput->Flags();
     if (enable) {
         fInput->SetFlags(fNavigable ? flags | B_NAVIGABLE : flags);
-        fInput->MakeEditable(fEditable);
     } else {
         fNavigable = (flags & B_NAVIGABLE) != 0;
-        fEditable = fInput->IsEditable();
         fInput->SetFlags(flags & ~B_NAVIGABLE);
-        fInput->MakeEditable(false);
     }
+    fInput->_SetDisabled(!enable);
     BControl::SetEnabled(enable);
     if (enable)
         fNavigable = false;

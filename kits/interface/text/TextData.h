@@ -35,7 +35,9 @@ struct [[gnu::visibility("hidden")]] TextData
     bool stylable = false;
     bool wraps = true;
     bool selectable = true;
-    bool editable = true;
+    bool editable = true;  // wanted, and not disabled
+    bool wantsEditable = true;
+    bool disabled = false;
     bool autoindent = false;
     bool hidesTyping = false;
     bool resizable = false;
@@ -97,6 +99,7 @@ struct [[gnu::visibility("hidden")]] TextData
     void Resized();
     void UpdateBars();
     void Activate(bool activate);
+    void ShowEditable();
     void SetCaretOn(bool on);
 
     // ---- Edits (TextViewEdit.cpp)

@@ -268,14 +268,17 @@ bool BTextView::IsSelectable() const { return fText->selectable; }
 
 void BTextView::MakeEditable(bool editable)
 {
-    if (fText->editable == editable)
-        return;
-    fText->SetCaretOn(false);
-    fText->editable = editable;
-    fText->SetCaretOn(fText->active);
+    fText->wantsEditable = editable;
+    fText->ShowEditable();
 }
 
 bool BTextView::IsEditable() const { return fText->editable; }
+
+void BTextView::_SetDisabled(bool disabled)
+{
+    fText->disabled = disabled;
+    fText->ShowEditable();
+}
 
 void BTextView::SetWordWrap(bool wrap)
 {
@@ -340,6 +343,9 @@ void BTextView::HideTyping(bool enabled)
     if (fText->hidesTyping == enabled)
         return;
     fText->hidesTyping = enabled;
+    // An input method would show what is typed.
+    fText->EndComposition();
+    SetFlags(enabled ? Flags() & ~B_INPUT_METHOD_AWARE : Flags() | B_INPUT_METHOD_AWARE);
     fText->body.SetHidden(enabled);
     fText->Relayout();
 }

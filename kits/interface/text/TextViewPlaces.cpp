@@ -105,6 +105,16 @@ void TextData::Activate(bool activate)
     SetCaretOn(activate);
 }
 
+void TextData::ShowEditable()
+{
+    const bool may = wantsEditable && !disabled;
+    if (may == editable)
+        return;
+    SetCaretOn(false);
+    editable = may;
+    SetCaretOn(active);
+}
+
 void TextData::Relayout()
 {
     body.SetWidth(LayoutWidth());
