@@ -1,5 +1,6 @@
 // Buttons, check boxes and radio buttons as pointer and keys work them, in a window in memory.
 
+#include <Bitmap.h>
 #include <Box.h>
 #include <Button.h>
 #include <CheckBox.h>
@@ -8,6 +9,8 @@
 #include <PictureButton.h>
 #include <RadioButton.h>
 #include <StringView.h>
+#include <TextControl.h>
+#include <TextView.h>
 
 #include <gtest/gtest.h>
 
@@ -553,7 +556,7 @@ TEST(StringViews, WantTheRoomOfTheirWidestLine)
 
 // --- colours and pictures
 
-TEST_F(ControlTest, ColourIsDraggedOnItsRampAndTyped)
+TEST_F(ControlTest, ColourIsDraggedOnItsRampAndMovedByKeys)
 {
     auto* color = new BColorControl(BPoint(10, 10), B_CELLS_16x16, 8, "color", new BMessage(kGo));
     window->AddChild(color);
@@ -569,21 +572,92 @@ TEST_F(ControlTest, ColourIsDraggedOnItsRampAndTyped)
     EXPECT_EQ(uint32(ValueOf(color)), 0xFFFFFF00);
     EXPECT_EQ(Invocations(), 3);
     Focus(color);
-    const int32_t one = 0x12, two = 0x13, down = 0x62, left = 0x61;
-    Press(one);
-    Press(two);
+    const int32_t home = 0x20, end = 0x35, down = 0x62, left = 0x61;
+    Press(home);
     Press(down);
-    Press(two);
+    Press(left);
+    Press(down);
+    Press(home);
+    Press(end);
     Press(left);
     Settle();
-    EXPECT_EQ(ValueOf(color), 0x0C01FF00);
+    EXPECT_EQ(ValueOf(color), 0x00FEFE00);
     window->Lock();
     color->SetEnabled(false);
     window->Unlock();
     ClickAt(20, 15);
-    Press(one);
+    Press(home);
     Settle();
-    EXPECT_EQ(ValueOf(color), 0x0C01FF00);
+    EXPECT_EQ(ValueOf(color), 0x00FEFE00);
+}
+
+TEST_F(ControlTest, NumbersOfAColourAreTyped)
+{
+    auto* color = new BColorControl(BPoint(10, 10), B_CELLS_16x16, 8, "color", new BMessage(kGo));
+    color->SetValue(make_color(1, 2, 3));
+    window->AddChild(color);
+    Start();
+    const auto field = [=](const char* name) {
+        return dynamic_cast<BTextControl*>(color->FindView(name));
+    };
+    const auto type = [&](const char* name, const char* text, int32_t last) {
+        window->Lock();
+        field(name)->MakeFocus(true);
+        window->Unlock();
+        inject_text(text);
+        Press(last);
+        Settle();
+        Settle();
+    };
+    window->Lock();
+    EXPECT_STREQ(field("_red")->Text(), "1");
+    EXPECT_STREQ(field("_blue")->Text(), "3");
+    EXPECT_GT(field("_green")->Frame().top, field("_red")->Frame().bottom);
+    EXPECT_GE(color->Bounds().right, field("_red")->Frame().right);
+    window->Unlock();
+    type("_red", "1x2", kKeyEnter);
+    EXPECT_EQ(ValueOf(color), 0x0C020300) << "letters are no numbers";
+    EXPECT_EQ(Invocations(), 1);
+    type("_green", "999", kKeyTab);
+    EXPECT_EQ(ValueOf(color), 0x0CFF0300) << "taken as the field is left";
+    window->Lock();
+    EXPECT_STREQ(field("_green")->Text(), "255");
+    field("_blue")->SetText("");
+    window->Unlock();
+    type("_blue", "", kKeyEnter);
+    EXPECT_EQ(ValueOf(color), 0x0CFF0300);
+    window->Lock();
+    color->SetEnabled(false);
+    EXPECT_FALSE(field("_blue")->IsEnabled());
+    window->Unlock();
+}
+
+// The ground of the palette is in pixels of one byte, where ramps would be all the same.
+TEST(ColorControlPalette, ShowsTheColoursOfItsPixels)
+{
+    BBitmap bitmap(BRect(0, 0, 299, 199), B_CMAP8, true);
+    auto* color = new BColorControl(BPoint(10, 10), B_CELLS_16x16, 8, "color");
+    bitmap.AddChild(color);
+    bitmap.Lock();
+    color->SetValue(system_colors()->color_list[37]);
+    color->Draw(color->Bounds());
+    color->Sync();
+    bitmap.Unlock();
+    const auto* bits = static_cast<const uint8*>(bitmap.Bits());
+    for (const int32 cell : {0, 15, 16, 100, 200}) {
+        const int32 x = 10 + 2 + cell % 16 * 8 + 4, y = 10 + 2 + cell / 16 * 8 + 4;
+        const rgb_color shown = system_colors()->color_list[bits[y * bitmap.BytesPerRow() + x]];
+        EXPECT_EQ(shown, system_colors()->color_list[cell]) << cell;
+    }
+    bitmap.Lock();
+    const char right = B_RIGHT_ARROW, down = B_DOWN_ARROW, home = B_HOME;
+    color->KeyDown(&right, 1);
+    EXPECT_EQ(color->ValueAsColor(), system_colors()->color_list[38]);
+    color->KeyDown(&down, 1);
+    EXPECT_EQ(color->ValueAsColor(), system_colors()->color_list[54]);
+    color->KeyDown(&home, 1);
+    EXPECT_EQ(color->ValueAsColor(), system_colors()->color_list[0]);
+    bitmap.Unlock();
 }
 
 TEST_F(ControlTest, ColourDroppedIsTaken)

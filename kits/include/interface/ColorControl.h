@@ -12,10 +12,13 @@ enum color_control_layout : int32 {
     B_CELLS_64x4 = 64
 };
 
-/* A colour for the user to choose: ramps of grey, red, green and blue, with the numbers beside
-   them, which are typed when the control has the focus. Up and Down choose a ramp, Left and Right
-   its value. Its value has red, green and blue in the upper three bytes. A colour dropped on it is
-   taken. Every change by the user sends its message. */
+class BTextControl;
+
+/* A colour for the user to choose: ramps of grey, red, green and blue, of which Up and Down choose
+   one and Left and Right change its value; where pixels are B_CMAP8, the colours of the palette,
+   among which the arrows move. Beside them are fields for the three numbers, taken by Enter or when
+   the keyboard goes elsewhere. Its value has red, green and blue in the upper three bytes. A colour
+   dropped on it is taken. Every change by the user sends its message. */
 class BColorControl : public BControl {
 public:
     // The size is that of the cells, and room for the numbers.
@@ -31,6 +34,12 @@ public:
     void SetValue(rgb_color color);
     rgb_color ValueAsColor();
 
+    virtual void SetEnabled(bool state);
+    virtual void SetFont(const BFont* font, uint32 mask = B_FONT_ALL);
+    virtual void SetViewColor(rgb_color color);
+    using BView::SetViewColor;
+
+    virtual void AttachedToWindow();
     virtual void MessageReceived(BMessage* message);
     virtual void Draw(BRect updateRect);
     virtual void MouseDown(BPoint where);
@@ -49,20 +58,31 @@ public:
 
 private:
     enum Ramp { kGrey, kRed, kGreen, kBlue, kRamps };
+    class Number;
 
+    void _Init();
+    void _PlaceNumbers();
+    void _ShowNumbers();
+    void _TakeNumbers();
+    void _Choose(rgb_color color);
+    bool _ShowsPalette() const;
     BRect _Palette() const;
     BRect _RampFrame(int32 ramp) const;
-    BRect _NumberFrame(int32 ramp) const;
     float _Place(int32 ramp) const;
     uint8 _Part(int32 ramp) const;
     void _SetPart(int32 ramp, int32 value);
     int32 _RampAt(BPoint where) const;
+    int32 _CellAt(BPoint where) const;
+    BRect _CellFrame(int32 cell) const;
+    int32 _Cell() const;
+    void _DrawRamps() const;
+    void _DrawCells() const;
 
     color_control_layout fLayout;
     float fCellSize;
-    int32 fRamp = kRed;   // that keys set
-    int32 fDragged = -1;  // the ramp that the pointer holds
-    int32 fTyped = -1;    // what was typed of a number; negative: nothing
+    int32 fRamp = kRed;             // that keys set
+    int32 fDragged = -1;            // the ramp that the pointer holds
+    Number* fNumbers[kRamps] = {};  // children; none of grey
 };
 
 #endif  // _COLOR_CONTROL_H

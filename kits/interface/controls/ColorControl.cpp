@@ -3,27 +3,75 @@
 #include <ColorControl.h>
 
 #include <Message.h>
+#include <MessageFilter.h>
+#include <TextControl.h>
+#include <TextView.h>
 #include <TypeConstants.h>
 
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
+#include <cstdlib>
+#include <string>
 
 #include <interface/controls/ControlPrivate.h>
+#include <interface/view/ViewPrivate.h>
 
 using BPrivate::ControlPrivate;
 using BPrivate::Look;
 
+static const uint32 kNumberMessage = 'ccol';
 static const float kBevel = 2;
 static const float kLeastCell = 6;
 static const float kNumberGap = 6;  // between ramps and numbers
 static const int32 kCells = 256;
-static const char* const kNames[] = {nullptr, "Red:", "Green:", "Blue:"};
 
 static Look look_of(const BColorControl* control)
 {
     return Look(const_cast<BColorControl*>(control));
 }
+
+// --- fields
+
+// Of the keys that type something, digits alone come through.
+static filter_result only_digits(BMessage* message, BHandler**, BMessageFilter*)
+{
+    int8 key;
+    if (message->FindInt8("byte", &key) != B_OK)
+        return B_DISPATCH_MESSAGE;
+    const bool types = key < 0 || (key >= ' ' && key != B_DELETE);
+    return !types || (key >= '0' && key <= '9') ? B_DISPATCH_MESSAGE : B_SKIP_MESSAGE;
+}
+
+class BColorControl::Number : public BTextControl {
+public:
+    Number(const char* name, const char* label)
+        : BTextControl(BRect(), name, label, "0", new BMessage(kNumberMessage), B_FOLLOW_NONE)
+    {
+        TextView()->SetMaxBytes(3);
+        TextView()->AddFilter(
+            new BMessageFilter(B_ANY_DELIVERY, B_ANY_SOURCE, B_KEY_DOWN, only_digits));
+    }
+    void AllAttached() override
+    {
+        BTextControl::AllAttached();
+        SetTarget(Parent());
+    }
+    // What is no number leaves things as they are.
+    int32 Value(int32 otherwise) const
+    {
+        char* end;
+        const long number = strtol(Text(), &end, 10);
+        return end == Text() || *end != '\0' ? otherwise : int32(std::clamp(number, 0L, 255L));
+    }
+    void Show(int32 number)
+    {
+        const std::string text = std::to_string(number);
+        if (text != Text())
+            SetText(text.c_str());
+    }
+    float LabelWidth() const { return Look(const_cast<Number*>(this)).TextWidth(Label()); }
+};
 
 BColorControl::BColorControl(BPoint start, color_control_layout layout, float cellSize,
                              const char* name, BMessage* message, bool)
@@ -32,7 +80,7 @@ BColorControl::BColorControl(BPoint start, color_control_layout layout, float ce
       fLayout(layout),
       fCellSize(cellSize)
 {
-    ResizeToPreferred();
+    _Init();
 }
 
 BColorControl::BColorControl(BMessage* data)
@@ -43,7 +91,23 @@ BColorControl::BColorControl(BMessage* data)
         fLayout = static_cast<color_control_layout>(layout);
     if (data != nullptr)
         data->FindFloat("_csize", &fCellSize);
-    ResizeToPreferred();
+    _Init();
+}
+
+void BColorControl::_Init()
+{
+    static const char* const kNames[] = {nullptr, "_red", "_green", "_blue"};
+    static const char* const kLabels[] = {nullptr, "Red:", "Green:", "Blue:"};
+    while (BView* child = ChildAt(0)) {  // of an archive
+        child->RemoveSelf();
+        delete child;
+    }
+    for (int32 ramp = kRed; ramp < kRamps; ramp++)
+        AddChild(fNumbers[ramp] = new Number(kNames[ramp], kLabels[ramp]));
+    for (int32 ramp = kRed; ramp < kRamps; ramp++)
+        fNumbers[ramp]->SetEnabled(IsEnabled());
+    _ShowNumbers();
+    _PlaceNumbers();
 }
 
 BColorControl::~BColorControl() = default;
@@ -54,9 +118,10 @@ BArchivable* BColorControl::Instantiate(BMessage* data)
                                                          : nullptr;
 }
 
-status_t BColorControl::Archive(BMessage* data, bool deep) const
+status_t BColorControl::Archive(BMessage* data, bool) const
 {
-    status_t status = BControl::Archive(data, deep);
+    // The fields are made anew.
+    status_t status = BControl::Archive(data, false);
     if (status == B_OK)
         status = data->AddInt32("_layout", fLayout);
     return status == B_OK ? data->AddFloat("_csize", fCellSize) : status;
@@ -64,7 +129,11 @@ status_t BColorControl::Archive(BMessage* data, bool deep) const
 
 // --- value
 
-void BColorControl::SetValue(int32 color_value) { BControl::SetValue(color_value); }
+void BColorControl::SetValue(int32 color_value)
+{
+    BControl::SetValue(color_value);
+    _ShowNumbers();
+}
 
 void BColorControl::SetValue(rgb_color color)
 {
@@ -96,10 +165,41 @@ void BColorControl::_SetPart(int32 ramp, int32 part)
         color.green = bounded;
     if (ramp == kGrey || ramp == kBlue)
         color.blue = bounded;
+    _Choose(color);
+}
+
+// By the user.
+void BColorControl::_Choose(rgb_color color)
+{
+    const BPrivate::ViewRef self(this);
     const int32 before = Value();
     SetValue(color);
-    if (Value() != before)
+    if (self.View() != nullptr && Value() != before)
         Invoke();
+}
+
+void BColorControl::_ShowNumbers()
+{
+    for (int32 ramp = kRed; ramp < kRamps; ramp++) {
+        if (fNumbers[ramp] != nullptr)
+            fNumbers[ramp]->Show(_Part(ramp));
+    }
+}
+
+void BColorControl::_TakeNumbers()
+{
+    const auto part = [this](int32 ramp) { return uint8(fNumbers[ramp]->Value(_Part(ramp))); };
+    const BPrivate::ViewRef self(this);
+    _Choose(make_color(part(kRed), part(kGreen), part(kBlue)));
+    if (self.View() != nullptr)
+        _ShowNumbers();
+}
+
+void BColorControl::SetEnabled(bool state)
+{
+    BControl::SetEnabled(state);
+    for (int32 ramp = kRed; ramp < kRamps; ramp++)
+        fNumbers[ramp]->SetEnabled(state);
 }
 
 // --- where things are
@@ -110,15 +210,13 @@ color_control_layout BColorControl::Layout() const { return fLayout; }
 void BColorControl::SetCellSize(float size)
 {
     fCellSize = size;
-    ResizeToPreferred();
-    Invalidate();
+    _PlaceNumbers();
 }
 
 void BColorControl::SetLayout(color_control_layout layout)
 {
     fLayout = layout;
-    ResizeToPreferred();
-    Invalidate();
+    _PlaceNumbers();
 }
 
 // The ramps, inside of the bevel.
@@ -143,21 +241,59 @@ BRect BColorControl::_RampFrame(int32 ramp) const
     return frame;
 }
 
-BRect BColorControl::_NumberFrame(int32 ramp) const
+// The fields stand below each other, right of the ramps, and their own frames below one another.
+void BColorControl::_PlaceNumbers()
 {
     const Look look = look_of(this);
-    float names = 0;
-    for (const char* name : kNames)
-        names = std::max(names, look.TextWidth(name));
-    const float height = look.LineHeight() + 4;
-    const float left = _Palette().right + kBevel + kNumberGap + names + look.LabelSpacing();
-    const float top = float(ramp - 1) * (height + 4);
-    return BRect(left, top, left + look.TextWidth("0000") + 4, top + height);
+    float divider = 0;
+    for (int32 ramp = kRed; ramp < kRamps; ramp++)
+        divider = std::max(divider, fNumbers[ramp]->LabelWidth() + look.LabelSpacing());
+    const float left = _Palette().right + kBevel + kNumberGap;
+    float top = 0;
+    for (int32 ramp = kRed; ramp < kRamps; ramp++) {
+        Number* number = fNumbers[ramp];
+        float height;
+        number->GetPreferredSize(nullptr, &height);
+        number->MoveTo(left, top);
+        number->ResizeTo(divider + look.TextWidth("0000") + 8, height);
+        number->SetDivider(divider);
+        top += height + look.Scaled(4);
+    }
+    ResizeToPreferred();
+    Invalidate();
+}
+
+void BColorControl::SetFont(const BFont* font, uint32 mask)
+{
+    BControl::SetFont(font, mask);
+    for (int32 ramp = kRed; ramp < kRamps && fNumbers[ramp] != nullptr; ramp++) {
+        fNumbers[ramp]->SetFont(font, mask);
+        fNumbers[ramp]->TextView()->SetFontAndColor(font, mask);
+    }
+    if (fNumbers[kBlue] != nullptr)
+        _PlaceNumbers();
+}
+
+// The fields' labels are on the same ground.
+void BColorControl::SetViewColor(rgb_color color)
+{
+    BControl::SetViewColor(color);
+    for (int32 ramp = kRed; ramp < kRamps && fNumbers[ramp] != nullptr; ramp++) {
+        fNumbers[ramp]->SetViewColor(color);
+        fNumbers[ramp]->SetLowColor(color);
+        fNumbers[ramp]->Invalidate();
+    }
+}
+
+void BColorControl::AttachedToWindow()
+{
+    BControl::AttachedToWindow();
+    _PlaceNumbers();
 }
 
 void BColorControl::GetPreferredSize(float* _width, float* _height)
 {
-    const BRect last = _NumberFrame(kBlue);
+    const BRect last = fNumbers[kBlue]->Frame();
     if (_width != nullptr)
         *_width = last.right;
     if (_height != nullptr)
@@ -179,14 +315,48 @@ int32 BColorControl::_RampAt(BPoint where) const
     return -1;
 }
 
+// --- the palette of pixels that are one byte
+
+bool BColorControl::_ShowsPalette() const
+{
+    BPrivate::Canvas* canvas = BPrivate::ViewPrivate::Data(this).canvas;
+    return canvas != nullptr && canvas->Pixels().space == B_CMAP8;
+}
+
+BRect BColorControl::_CellFrame(int32 cell) const
+{
+    const BRect palette = _Palette();
+    const int32 columns = std::clamp(int32(fLayout), int32(1), kCells);
+    const float side = (palette.Width() + 1) / float(columns);
+    const BPoint corner(palette.left + float(cell % columns) * side,
+                        palette.top + float(cell / columns) * side);
+    return BRect(corner, corner + BPoint(side - 1, side - 1));
+}
+
+int32 BColorControl::_CellAt(BPoint where) const
+{
+    for (int32 cell = 0; cell < kCells; cell++) {
+        if (_CellFrame(cell).Contains(where))
+            return cell;
+    }
+    return -1;
+}
+
+// The one that is nearest to the value.
+int32 BColorControl::_Cell() const
+{
+    const rgb_color color = make_color(_Part(kRed), _Part(kGreen), _Part(kBlue));
+    return system_colors()
+        ->index_map[(color.red & 0xF8) << 7 | (color.green & 0xF8) << 2 | color.blue >> 3];
+}
+
 // --- drawing
 
-void BColorControl::Draw(BRect)
+void BColorControl::_DrawRamps() const
 {
-    const Look look(this);
+    const Look look = look_of(this);
     const uint32 state = ControlPrivate::State(this);
     const uint32 disabled = state & Look::kDisabled;
-    look.DrawBorder(_Palette().InsetByCopy(-kBevel, -kBevel), B_FANCY_BORDER, disabled);
     for (int32 ramp = 0; ramp < kRamps; ramp++) {
         const rgb_color full = make_color(ramp == kGrey || ramp == kRed ? 255 : 0,
                                           ramp == kGrey || ramp == kGreen ? 255 : 0,
@@ -195,43 +365,44 @@ void BColorControl::Draw(BRect)
         if (ramp != kGrey || (_Part(kRed) == _Part(kGreen) && _Part(kRed) == _Part(kBlue)))
             look.DrawRampMark(_RampFrame(ramp), _Place(ramp));
     }
-    for (int32 ramp = kRed; ramp < kRamps; ramp++) {
-        const BRect frame = _NumberFrame(ramp);
-        const bool focused = (state & Look::kFocused) != 0 && ramp == fRamp;
-        const uint32 own = disabled | (focused ? uint32(Look::kFocused) : 0);
-        const BRect name(_Palette().right + kBevel + kNumberGap, frame.top, frame.left,
-                         frame.bottom);
-        look.DrawLabel(kNames[ramp], name, B_ALIGN_LEFT, disabled);
-        look.DrawBorder(frame, B_FANCY_BORDER, own);
-        look.Fill(frame.InsetByCopy(2, 2), look.Well(disabled));
-        char number[8];
-        snprintf(number, sizeof(number), "%d", int(_Part(ramp)));
-        look.DrawLabel(number, frame.InsetByCopy(4, 2), B_ALIGN_RIGHT, disabled);
-    }
+    if ((state & Look::kFocused) != 0)
+        look.DrawFocusRing(_RampFrame(fRamp));
 }
 
-void BColorControl::MakeFocus(bool focused)
+void BColorControl::_DrawCells() const
 {
-    fTyped = -1;
-    BControl::MakeFocus(focused);
+    const Look look = look_of(this);
+    const rgb_color* colors = system_colors()->color_list;
+    const bool disabled = !IsEnabled();
+    for (int32 cell = 0; cell < kCells; cell++)
+        look.Fill(_CellFrame(cell),
+                  disabled ? Look::Mix(colors[cell], look.Base(), 0.6f) : colors[cell]);
+    const BRect chosen = _CellFrame(_Cell());
+    look.DrawFocusRing(chosen.InsetByCopy(-1, -1) & _Palette());
+    look.DrawEdges(chosen, make_color(255, 255, 255));
 }
+
+void BColorControl::Draw(BRect)
+{
+    look_of(this).DrawBorder(_Palette().InsetByCopy(-kBevel, -kBevel), B_FANCY_BORDER,
+                             ControlPrivate::State(this));
+    if (_ShowsPalette())
+        _DrawCells();
+    else
+        _DrawRamps();
+}
+
+void BColorControl::MakeFocus(bool focused) { BControl::MakeFocus(focused); }
 
 // --- pointer and keys
 
 void BColorControl::MouseDown(BPoint where)
 {
-    const int32 ramp = _RampAt(where);
-    for (int32 i = kRed; IsEnabled() && i < kRamps; i++) {
-        if (_NumberFrame(i).Contains(where)) {
-            fRamp = i;
-            fTyped = -1;
-            MakeFocus(true);
-            Invalidate();
-        }
-    }
-    if (ramp < 0 || !ControlPrivate::Press(this))
+    const bool palette = _ShowsPalette();
+    const int32 part = palette ? _CellAt(where) : _RampAt(where);
+    if (part < 0 || !ControlPrivate::Press(this))
         return;
-    fDragged = ramp;
+    fDragged = palette ? kGrey : part;
     MouseMoved(where, B_INSIDE_VIEW, nullptr);
     ControlPrivate::Follow(this);
 }
@@ -240,6 +411,12 @@ void BColorControl::MouseMoved(BPoint point, uint32, const BMessage*)
 {
     if (!IsTracking() || fDragged < 0)
         return;
+    if (_ShowsPalette()) {
+        const int32 cell = _CellAt(point);
+        if (cell >= 0)
+            _Choose(system_colors()->color_list[cell]);
+        return;
+    }
     const BRect frame = _RampFrame(fDragged);
     const float share = std::clamp((point.x - frame.left) / frame.Width(), 0.0f, 1.0f);
     _SetPart(fDragged, int32(std::floor(share * 255 + 0.5f)));
@@ -255,49 +432,35 @@ void BColorControl::MouseUp(BPoint point)
 void BColorControl::KeyDown(const char* bytes, int32 numBytes)
 {
     const char key = ControlPrivate::Key(bytes, numBytes);
-    const bool digit = key >= '0' && key <= '9';
-    if (!IsEnabled() || key == B_TAB || key == '\0') {
+    const bool across = key == B_LEFT_ARROW || key == B_RIGHT_ARROW;
+    const bool along = key == B_UP_ARROW || key == B_DOWN_ARROW;
+    const int32 way = key == B_LEFT_ARROW || key == B_UP_ARROW ? -1 : 1;
+    if (!IsEnabled() || (!across && !along && key != B_HOME && key != B_END)) {
         BView::KeyDown(bytes, numBytes);
         return;
     }
-    if (!digit && key != B_BACKSPACE)
-        fTyped = -1;
-    switch (key) {
-        case B_UP_ARROW:
-            fRamp = std::max(fRamp - 1, int32(kRed));
-            break;
-        case B_DOWN_ARROW:
-            fRamp = std::min(fRamp + 1, int32(kBlue));
-            break;
-        case B_LEFT_ARROW:
-            _SetPart(fRamp, _Part(fRamp) - 1);
-            break;
-        case B_RIGHT_ARROW:
-            _SetPart(fRamp, _Part(fRamp) + 1);
-            break;
-        case B_HOME:
-            _SetPart(fRamp, 0);
-            break;
-        case B_END:
-            _SetPart(fRamp, 255);
-            break;
-        case B_BACKSPACE:
-            fTyped = _Part(fRamp) / 10;
-            _SetPart(fRamp, fTyped);
-            break;
-        default:
-            if (!digit) {
-                BView::KeyDown(bytes, numBytes);
-                return;
-            }
-            fTyped = fTyped > 0 && fTyped < 100 ? 10 * fTyped + (key - '0') : key - '0';
-            _SetPart(fRamp, fTyped);
+    if (_ShowsPalette()) {
+        const int32 to = key == B_HOME  ? 0
+                         : key == B_END ? kCells - 1
+                                        : _Cell() + way * (across ? 1 : int32(fLayout));
+        if (to >= 0 && to < kCells)
+            _Choose(system_colors()->color_list[to]);
+    } else if (along) {
+        fRamp = std::clamp(fRamp + way, int32(kRed), int32(kBlue));
+    } else if (across) {
+        _SetPart(fRamp, _Part(fRamp) + way);
+    } else {
+        _SetPart(fRamp, key == B_HOME ? 0 : 255);
     }
     Invalidate();
 }
 
 void BColorControl::MessageReceived(BMessage* message)
 {
+    if (message->what == kNumberMessage && !message->WasDropped()) {
+        _TakeNumbers();
+        return;
+    }
     const void* data = nullptr;
     ssize_t size = 0;
     char* name = nullptr;
