@@ -22,9 +22,7 @@
 
 enum { LEFT = 60, TOP = 60, WIDTH = 779, HEIGHT = 519 };
 enum { EDGE = 8, BORDER = 4, TREE_WIDTH = 190, RIGHT = EDGE + TREE_WIDTH + EDGE + BORDER };
-enum { RIGHT_WIDTH = WIDTH - RIGHT - EDGE - BORDER, LIST_HEIGHT = 230 };
-enum { TABS_TOP = EDGE + LIST_HEIGHT + EDGE + BORDER, TABS_HEIGHT = HEIGHT - TABS_TOP - EDGE };
-enum { PAGE_WIDTH = RIGHT_WIDTH - 24, PAGE_HEIGHT = TABS_HEIGHT - 50 };
+enum { LIST_HEIGHT = 230, TABS_TOP = EDGE + LIST_HEIGHT + EDGE + BORDER }; /* at first */
 enum { MOST_TEXT = 65536, LINE = 512 };
 enum { CHECK_BOX = 2, LIST = 8, OUTLINE = 21, TABS = 25, EDITOR = 27, PICTURE = 33 }; /* kinds */
 enum { SELECTED = 3, DOUBLE_CLICKED = 6, DROPPED = 7 };                               /* slots */
@@ -38,7 +36,8 @@ typedef struct {
 } Entry;
 
 /* All of it belongs to who has the window locked, as all handlers of gadgets have. */
-static int32_t window, tree, entries, tabs, facts, editor, bell;
+static int32_t window, tree, entries, tabs, facts, editor, bell, font;
+static int32_t page_width, page_height; /* of what is on the tabs */
 static int32_t picture, picture_icon;
 static char root[PATH_MAX], folder[PATH_MAX];
 static Entry *entry;
@@ -175,6 +174,28 @@ static const char *type_text(const Entry *one, const char *path)
     return *type != '\0' ? type : "?";
 }
 
+/* Adds a text and blanks, or as much of it as there is room for, as `columns` letters. */
+static void add_column(char *row, const char *text, int32_t columns)
+{
+    int32_t letters = 0, count = 0;
+    for (const char *at = text; *at != '\0'; at++)
+        letters += (*at & 0xC0) != 0x80;
+    const int32_t kept = letters > columns ? columns - 1 : letters;
+    char *end = row + strlen(row);
+    for (; *text != '\0'; *end++ = *text++) {
+        count += (*text & 0xC0) != 0x80;
+        if (count > kept)
+            break;
+    }
+    if (letters > columns) {
+        memcpy(end, "\xE2\x80\xA6", 3); /* an ellipsis */
+        end += 3;
+    }
+    for (; letters < columns; letters++)
+        *end++ = ' ';
+    *end = '\0';
+}
+
 /* Shows the folder's entries anew; the one that was chosen stays so. */
 static void fill_entries(void)
 {
@@ -187,10 +208,13 @@ static void fill_entries(void)
     ClearListView(entries);
     int32_t again = -1;
     for (int32_t i = 0; i < entry_count; i++) {
-        char path[PATH_MAX], row[LINE];
+        char path[PATH_MAX], row[LINE] = "";
         join(path, folder, entry[i].name);
-        snprintf(row, sizeof row, "%-26.26s %-20.20s %9s  %s", entry[i].name,
-                 type_text(&entry[i], path), size_text(&entry[i]), date_text(&entry[i]));
+        add_column(row, entry[i].name, 26);
+        strcat(row, " ");
+        add_column(row, type_text(&entry[i], path), 20);
+        snprintf(row + strlen(row), sizeof row - strlen(row), " %9s  %s", size_text(&entry[i]),
+                 date_text(&entry[i]));
         AddLvEntry(entries, row);
         if (strcmp(entry[i].name, chosen) == 0)
             again = i;
@@ -255,10 +279,10 @@ static int show_picture(const char *path)
         return 0;
     double scale = 1;
     const double width = GetImageWidth(image), height = GetImageHeight(image);
-    if (width * scale > PAGE_WIDTH - BORDER)
-        scale = (PAGE_WIDTH - BORDER) / width;
-    if (height * scale > PAGE_HEIGHT - BORDER)
-        scale = (PAGE_HEIGHT - BORDER) / height;
+    if (width * scale > page_width - BORDER)
+        scale = (page_width - BORDER) / width;
+    if (height * scale > page_height - BORDER)
+        scale = (page_height - BORDER) / height;
     const int32_t shown_width = width * scale >= 1 ? (int32_t)(width * scale) : 1;
     const int32_t shown_height = height * scale >= 1 ? (int32_t)(height * scale) : 1;
     picture_icon = CreateImage(shown_width, shown_height);
@@ -373,28 +397,59 @@ static int32_t make(int32_t kind, int32_t x, int32_t y, int32_t width, int32_t h
     return CreateGadget(kind, window, x, y, width, height, "", 0);
 }
 
+/* The tabs, and a page of each, at their place; what was there before is gone. */
+static void make_tabs(int32_t top, int32_t width, int32_t height)
+{
+    const int32_t front = TabSelection(tabs);
+    const int32_t gone[] = {picture, facts, editor, tabs};
+    for (int32_t i = 0; i < 4; i++)
+        KillGadget(window, gone[i]);
+    picture = 0;
+    page_width = width - 24;
+    page_height = height - 50;
+    tabs = make(TABS, RIGHT, top, width + BORDER, height);
+    AddTab(tabs, "Attributes");
+    AddTab(tabs, "Contents");
+    facts = make(LIST, EDGE, EDGE, page_width, page_height);
+    AddGadgetInTab(facts, tabs, 0);
+    editor = make(EDITOR, EDGE, EDGE, page_width, page_height);
+    TEditMakeEditable(editor, 0);
+    AddGadgetInTab(editor, tabs, 1);
+    SetFontGadget(facts, font);
+    SetFontGadget(editor, font);
+    TabSelect(tabs, front);
+}
+
+/* The window's size is shared out: the tree keeps its width, entries and tabs get as much more
+   height. */
+static void lay_out(int32_t width, int32_t height)
+{
+    const int32_t right_width = width - RIGHT - EDGE - BORDER;
+    const int32_t list_height = LIST_HEIGHT + (height - HEIGHT) / 2;
+    const int32_t tabs_top = EDGE + list_height + EDGE + BORDER;
+    ResizeGadget(tree, TREE_WIDTH + BORDER - 1, height - 2 * EDGE);
+    ResizeGadget(entries, right_width + BORDER - 1, list_height + BORDER - 1);
+    make_tabs(tabs_top, right_width, height - tabs_top - EDGE);
+}
+
+static void on_resize(int32_t width, int32_t height)
+{
+    lay_out(width, height);
+    show_entry(GetLvSelected(entries));
+}
+
 static void make_window(void)
 {
     window = OpenWindow(LEFT, TOP, WIDTH, HEIGHT);
-    WindowResizable(window, 0);
+    SetMinSize(window, 520, 380);
     bell = make(CHECK_BOX, 0, 0, 10, 10);
     HideGadget(window, bell);
-    tree = make(OUTLINE, EDGE, EDGE, TREE_WIDTH, HEIGHT - 2 * EDGE - BORDER);
+    tree = make(OUTLINE, EDGE, EDGE, TREE_WIDTH, LIST_HEIGHT);
     SetBackColorGadget(tree, row_ground);
-    entries = make(LIST, RIGHT, EDGE, RIGHT_WIDTH, LIST_HEIGHT);
-    tabs = make(TABS, RIGHT, TABS_TOP, RIGHT_WIDTH + BORDER, TABS_HEIGHT);
-    AddTab(tabs, "Attributes");
-    AddTab(tabs, "Contents");
-    facts = make(LIST, EDGE, EDGE, PAGE_WIDTH, PAGE_HEIGHT);
-    AddGadgetInTab(facts, tabs, 0);
-    editor = make(EDITOR, EDGE, EDGE, PAGE_WIDTH, PAGE_HEIGHT);
-    TEditMakeEditable(editor, 0);
-    AddGadgetInTab(editor, tabs, 1);
-    const int32_t font = OpenFont("Courier10 BT", NULL, 11); /* columns want letters of one width */
+    entries = make(LIST, RIGHT, EDGE, LIST_HEIGHT, LIST_HEIGHT);
+    font = OpenFont("Courier10 BT", NULL, 11); /* columns want letters of one width */
     SetFontGadget(entries, font);
-    SetFontGadget(facts, font);
-    SetFontGadget(editor, font);
-    CloseFont(font);
+    lay_out(WIDTH, HEIGHT);
     for (const int32_t *list = (int32_t[]){tree, entries, 0}; *list != 0; list++)
         FocusOnClick(*list, 1);
 }
@@ -406,6 +461,7 @@ static void set_handlers(void)
     SetHandlerForGadget(entries, SELECTED, (void *)on_entry);
     SetHandlerForGadget(entries, DOUBLE_CLICKED, (void *)on_open);
     SetHandlerForGadget(entries, DROPPED, (void *)on_drop);
+    SetHandlerForWindow(window, PLINTH_RESIZED, (void *)on_resize);
     SetHandlerForWatch((void *)on_change);
 }
 

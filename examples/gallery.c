@@ -13,7 +13,7 @@ enum { LEFT = 20, TOP = 40, WIDTH = 379, HEIGHT = 659 };
 enum { SMALLEST = 8, LARGEST = 36 };
 
 static int32_t window, log_list, size_slider, colors[3], part_field, color_control;
-static int32_t boxes[2], title_check, moved_button, disable_check, hide_check;
+static int32_t boxes[2], title_check, moved_button, disable_check, hide_check, tips_check;
 static int32_t pictures[2], icons[2];
 
 /* --- the log: handlers of any window */
@@ -83,12 +83,35 @@ static void make_sliders(void)
         SetHandlerForGadget(colors[i], PLINTH_GADGET_VALUE, (void *)on_color_slider);
     }
     part_field = CreateGadget(PLINTH_CHOICE_FIELD, window, 10, 162, 150, 24, parts, 0);
+    SetDiviser(part_field, 0);
     MxSelected(part_field, BARS);
     SetHandlerForGadget(part_field, PLINTH_GADGET_VALUE, (void *)on_part);
     color_control = CreateGadget(PLINTH_COLOR_CONTROL, window, 168, 84, 0, 0, NULL, 0);
     SetLayout(color_control, 16);
     SetCellSize(color_control, 6);
     SetHandlerForGadget(color_control, PLINTH_GADGET_VALUE, (void *)on_color_control);
+}
+
+/* --- tool tips, on both pictures, on what sizes the samples, and on a box for all in it */
+
+static void set_tips(void)
+{
+    SetTipsWindow(size_slider, "The size of the fonts of all samples");
+    SetTipsWindow(part_field, "What the colours are for");
+    SetTipsWindow(color_control, "The same colour, as numbers too");
+    SetTipsWindow(boxes[0], "Pressed with the second button, what is in here has a menu");
+    SetTipsWindow(pictures[0], "A button that is a picture");
+    SetTipsWindow(pictures[1], "Another one");
+    SetTipsWindow(icons[0], "A small icon, to be dragged out of here");
+    SetTipsWindow(icons[1], "A large one");
+}
+
+static void on_tips(int32_t value)
+{
+    gallery_log("tips", "value", value);
+    ToolTipsWindow(window, value != 0);
+    if (value)
+        set_tips();
 }
 
 /* --- the box, and what is moved */
@@ -153,7 +176,8 @@ static void make_boxes(void)
     BBoxAddGadget(boxes[0], moved_button);
     AttachPopUpToGadget(moved_button, CreatePopUpMenu(pop_up));
     disable_check = check(250, 200, "Disable some", on_disable);
-    hide_check = check(250, 222, "Hide pictures", on_hide);
+    hide_check = check(250, 218, "Hide pictures", on_hide);
+    tips_check = check(250, 236, "Tool tips", on_tips);
     FocusOnClick(disable_check, 1);
 }
 
@@ -184,12 +208,12 @@ static void make_pictures(void)
 {
     enum { SMALL_ICON = 31, LARGE_ICON = 32 };
     const int32_t red = make_ball(32, 0xFF40), blue = make_ball(32, 0x40FF);
-    pictures[0] = CreateGadget(PLINTH_PICTURE_BUTTON, window, 250, 250, 32, 32, NULL, red);
-    pictures[1] = CreateGadget(PLINTH_PICTURE_BUTTON, window, 294, 250, 32, 32, NULL, blue);
+    pictures[0] = CreateGadget(PLINTH_PICTURE_BUTTON, window, 250, 260, 32, 32, NULL, red);
+    pictures[1] = CreateGadget(PLINTH_PICTURE_BUTTON, window, 294, 260, 32, 32, NULL, blue);
     for (int32_t i = 0; i < 2; i++)
         picture_log(pictures[i]);
-    icons[0] = CreateGadget(SMALL_ICON, window, 250, 296, 0, 0, NULL, LoadIcon("/"));
-    icons[1] = CreateGadget(LARGE_ICON, window, 294, 292, 0, 0, NULL, LoadIcon("/"));
+    icons[0] = CreateGadget(SMALL_ICON, window, 250, 302, 0, 0, NULL, LoadIcon("/"));
+    icons[1] = CreateGadget(LARGE_ICON, window, 294, 298, 0, 0, NULL, LoadIcon("/"));
     CloseIcon(red);
     CloseIcon(blue);
 }
@@ -202,6 +226,7 @@ static void make_panel(void)
     make_sliders();
     make_boxes();
     make_pictures();
+    SetChecked(tips_check, 1);
     SetHandlerForWindow(window, PLINTH_MENU_ITEM, (void *)on_menu);
 }
 

@@ -27,9 +27,16 @@ static void on_list_drop(int32_t files, char **paths)
     gallery_log("list", "files", files);
 }
 
+/* Rows that cannot be chosen are grey, rather than red. */
+static void quiet_colors(int32_t ident)
+{
+    ChangeLvColor(ident, -1, -1, -1, -1, (int32_t)0xE2E2E2FF, (int32_t)0x8C8C8CFF);
+}
+
 static void fill_list(int32_t ident)
 {
     char text[32];
+    quiet_colors(ident);
     for (int32_t i = 1; i <= 12; i++) {
         snprintf(text, sizeof text, i % 4 ? "Row %d" : "Row %d is wider", i);
         AddLvEntry(ident, text);
@@ -45,6 +52,8 @@ static void fill_list(int32_t ident)
 static void fill_outline(int32_t ident)
 {
     char text[32];
+    quiet_colors(ident);
+    SetBackColorGadget(ident, (int32_t)0xE2E2E2FF); /* below the rows as well */
     for (int32_t i = 0; i < 4; i++) {
         snprintf(text, sizeof text, "Branch %d", i + 1);
         AddLvEntry(ident, text);
