@@ -427,8 +427,8 @@ static void lay_out(int32_t width, int32_t height)
     const int32_t right_width = width - RIGHT - EDGE - BORDER;
     const int32_t list_height = LIST_HEIGHT + (height - HEIGHT) / 2;
     const int32_t tabs_top = EDGE + list_height + EDGE + BORDER;
-    ResizeGadget(tree, TREE_WIDTH + BORDER - 1, height - 2 * EDGE);
-    ResizeGadget(entries, right_width + BORDER - 1, list_height + BORDER - 1);
+    ResizeGadget(tree, TREE_WIDTH + BORDER, height - 2 * EDGE);
+    ResizeGadget(entries, right_width + BORDER + 2, list_height + BORDER); /* as far as the tabs */
     make_tabs(tabs_top, right_width, height - tabs_top - EDGE);
 }
 

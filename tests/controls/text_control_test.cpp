@@ -207,6 +207,20 @@ TEST_F(TextControlTest, WhatIsSaidOfEditingWhileItIsDisabledHoldsAfter)
     }
 }
 
+TEST_F(TextControlTest, TypingTakesThePlaceOfTheTextThatTabCameTo)
+{
+    BTextControl* first = Put(10, "Name", "one");
+    BTextControl* second = Put(50, "Name", "two");
+    Start();
+    Focus(first);
+    Press(kKeyTab);
+    inject_text("2");
+    EXPECT_EQ(TextOf(second), "2");
+    Press(kKeyTab, {kKeyShift});
+    inject_text("1");
+    EXPECT_EQ(TextOf(first), "1");
+}
+
 TEST_F(TextControlTest, NavigationIsTheTextViews)
 {
     BTextControl* control = Put(10);

@@ -13,6 +13,8 @@ namespace BPrivate {
 
 // What is looked at in one go.
 static const int32 kPieceBytes = 1024;
+// A line that is not broken and has as many bytes is measured in parts.
+static const int32 kLongLine = 8 * kPieceBytes;
 // How far back a character may begin.
 static const int32 kCharacterBytes = 256;
 static const char kDot[] = "\xE2\x80\xA2";
@@ -167,8 +169,11 @@ void TextBody::_PlaceStarts(const TextPiece& piece) const
 
 float TextBody::XAt(const LineTable::Place& line, int32 offset) const
 {
-    float x = 0;
-    EachPiece(line, [&](const TextPiece& piece) {
+    const int32 end = line.offset + line.line.length;
+    const LongLine::Place part =
+        _IsLong(line) ? fLong.AtOffset(offset) : LongLine::Place{line.offset, end, 0};
+    float x = part.x;
+    _EachPieceFrom(part, end, [&](const TextPiece& piece) {
         if (offset >= piece.offset + piece.length) {
             x = piece.x + piece.width;
             return true;
@@ -196,7 +201,7 @@ int32 TextBody::OffsetAt(const LineTable::Place& line, float x) const
             found = offset;
         }
     };
-    EachPiece(line, [&](const TextPiece& piece) {
+    EachPiece(line, x, [&](const TextPiece& piece) {
         if (x > piece.x + piece.width) {
             // Behind all of it: its end is what may be near.
             consider(piece.offset + piece.length, piece.x + piece.width);
@@ -368,8 +373,52 @@ void TextBody::_SetHeight(int32 from, int32 to, TextLine* line) const
     line->height = line->ascent + below;
 }
 
+// ---- Long lines
+
+bool TextBody::_IsLong(const LineTable::Place& line) const
+{
+    if (fWidth > 0 || line.line.length < kLongLine)
+        return false;
+    _MeasureLong(line.offset, line.offset + line.line.length);
+    return true;
+}
+
+void TextBody::_MeasureLong(int32 start, int32 end) const
+{
+    if (!fLong.Holds(start, end))
+        fLong.Begin(start, end);
+    fLong.Measure([this](int32 from, int32 to, double x, std::vector<LongLine::Part>* parts) {
+        TextPiece piece;
+        LongLine::Part part;
+        part.x = x;
+        for (int32 at = from; at < to; at += piece.length) {
+            _PieceAt(at, to, float(x), &piece);
+            x += double(piece.width);
+            part.length += piece.length;
+            part.tabs = part.tabs || (piece.drawn == 0 && fBuffer.At(at) == '\t');
+            // No small rest is left.
+            const int32 rest = to - at - piece.length;
+            if (rest != 0 && (part.length < kPieceBytes || rest < kPieceBytes / 2))
+                continue;
+            part.width = float(x - part.x);
+            parts->push_back(part);
+            part = {};
+            part.x = x;
+        }
+    });
+}
+
 TextLine TextBody::_BreakAt(int32 start)
 {
+    const int32 whole = fWidth <= 0 ? fBuffer.LineEnd(start) : start;
+    if (whole - start >= kLongLine) {
+        _MeasureLong(start, whole);
+        TextLine line;
+        line.length = whole - start;
+        line.width = fLong.Width();
+        _SetHeight(start, whole, &line);
+        return line;
+    }
     Breaker breaker{*this, start};
     if (!breaker.Quickly()) {
         breaker.over = false;
@@ -449,6 +498,7 @@ bool TextBody::Replace(const char* text, int32 length, int32 style)
         return false;
     fBuffer = std::move(buffer);
     fRuns.Reset(length, style);
+    fLong.Forget();
     return true;
 }
 
@@ -457,6 +507,7 @@ bool TextBody::Insert(int32 offset, const char* text, int32 length, LineChange* 
     if (!fBuffer.Insert(offset, text, length))
         return false;
     fRuns.Insert(offset, length);
+    fLong.Replace(offset, offset, length);
     *change = _Rebreak(offset, offset + length, 0);
     return true;
 }
@@ -465,6 +516,7 @@ void TextBody::Remove(int32 from, int32 to, LineChange* change)
 {
     fBuffer.Remove(from, to);
     fRuns.Remove(from, to);
+    fLong.Replace(from, to, 0);
     *change = _Rebreak(from, from, to - from);
 }
 

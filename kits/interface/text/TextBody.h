@@ -7,11 +7,13 @@
 #include <InterfaceDefs.h>
 #include <SupportDefs.h>
 
+#include <algorithm>
 #include <functional>
 #include <string>
 #include <vector>
 
 #include "interface/text/LineTable.h"
+#include "interface/text/LongLine.h"
 #include "interface/text/StyleRuns.h"
 #include "interface/text/TextBuffer.h"
 
@@ -55,9 +57,17 @@ public:
     // How lines are broken; the lines are to be broken anew by Break() after.
     void SetWidth(float width) { fWidth = width; }  // 0 and less: not at all
     float Width() const { return fWidth; }
-    void SetTabWidth(float width) { fTabWidth = width; }
+    void SetTabWidth(float width)
+    {
+        fTabWidth = width;
+        fLong.Forget();
+    }
     float TabWidth() const { return fTabWidth; }
-    void SetHidden(bool hidden) { fHidden = hidden; }
+    void SetHidden(bool hidden)
+    {
+        fHidden = hidden;
+        fLong.Forget();
+    }
     bool Hidden() const { return fHidden; }
     LineChange Break();
 
@@ -66,14 +76,27 @@ public:
     bool Insert(int32 offset, const char* text, int32 length, LineChange* change);
     void Remove(int32 from, int32 to, LineChange* change);
     // Styles, for which the lines are to be broken anew by Rebreak() after.
-    void SetStyle(int32 from, int32 to, int32 style) { fRuns.Set(from, to, style); }
-    void PutRuns(int32 from, const std::vector<StyleRun>& runs) { fRuns.Put(from, runs); }
-    void SetOnlyStyle(int32 style) { fRuns.Reset(Length(), style); }
+    void SetStyle(int32 from, int32 to, int32 style)
+    {
+        fRuns.Set(from, to, style);
+        fLong.Replace(from, to, to - from);
+    }
+    void PutRuns(int32 from, const std::vector<StyleRun>& runs)
+    {
+        fRuns.Put(from, runs);
+        fLong.Forget();
+    }
+    void SetOnlyStyle(int32 style)
+    {
+        fRuns.Reset(Length(), style);
+        fLong.Forget();
+    }
     LineChange Rebreak(int32 from, int32 to);
 
-    // The pieces of a line, as long as `visit` is true.
+    // The pieces of a line, as long as `visit` is true. Of a long one those that end before `x`,
+    // from its start, may be left out.
     template <class Visit>
-    void EachPiece(const LineTable::Place& line, Visit visit) const;
+    void EachPiece(const LineTable::Place& line, float x, Visit visit) const;
 
     // From a line's start to a byte in it.
     float XAt(const LineTable::Place& line, int32 offset) const;
@@ -94,6 +117,10 @@ private:
     struct Breaker;
 
     TextLine _BreakAt(int32 start);
+    bool _IsLong(const LineTable::Place& line) const;
+    void _MeasureLong(int32 start, int32 end) const;
+    template <class Visit>
+    void _EachPieceFrom(LongLine::Place part, int32 end, Visit visit) const;
     int32 _PieceAt(int32 offset, int32 end, float x, TextPiece* piece) const;
     float _TabWidth(float x) const;
     void _SetHeight(int32 from, int32 to, TextLine* line) const;
@@ -108,22 +135,35 @@ private:
     float fWidth = 0;
     float fTabWidth = 28;
     bool fHidden = false;
+    mutable LongLine fLong;                     // the one that was looked at last
     mutable std::string fCopy, fDots, fWindow;  // rooms of the moment
     mutable std::vector<float> fStarts;
 };
 
+// From a part of a long line on, or all of another one, which is its own only part.
 template <class Visit>
-void TextBody::EachPiece(const LineTable::Place& line, Visit visit) const
+void TextBody::_EachPieceFrom(LongLine::Place part, int32 end, Visit visit) const
+{
+    TextPiece piece;
+    for (int32 at = part.offset;;) {
+        float x = part.x;
+        for (; at < std::min(part.end, end); at = piece.offset + piece.length) {
+            _PieceAt(at, std::min(part.end, end), x, &piece);
+            x += piece.width;
+            if (!visit(piece))
+                return;
+        }
+        if (at >= end)
+            return;
+        part = fLong.AtOffset(at);
+    }
+}
+
+template <class Visit>
+void TextBody::EachPiece(const LineTable::Place& line, float x, Visit visit) const
 {
     const int32 end = line.offset + line.line.length;
-    TextPiece piece;
-    float x = 0;
-    for (int32 at = line.offset; at < end; at = piece.offset + piece.length) {
-        _PieceAt(at, end, x, &piece);
-        x += piece.width;
-        if (!visit(piece))
-            return;
-    }
+    _EachPieceFrom(_IsLong(line) ? fLong.AtX(x) : LongLine::Place{line.offset, end, 0}, end, visit);
 }
 
 }  // namespace BPrivate

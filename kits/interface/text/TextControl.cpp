@@ -65,6 +65,10 @@ public:
         fControl->Invalidate();
         if (IsFocus()) {
             KeepText();
+            // Who comes with the keyboard types in the place of it all.
+            const BMessage* cause = Window()->CurrentMessage();
+            if (cause != nullptr && cause->what == B_KEY_DOWN)
+                SelectAll();
         } else {
             int32 start, end;
             GetSelection(&start, &end);

@@ -41,10 +41,10 @@ static void draw_line(BTextView* view, const TextData& text, const LineTable::Pl
 {
     const float left = text.Left(line);
     const float base = text.Top(line) + line.line.ascent;
-    text.body.EachPiece(line, [&](const TextPiece& piece) {
+    // Letters reach into their neighbours' room.
+    const float slack = line.line.height;
+    text.body.EachPiece(line, update.left - slack - left, [&](const TextPiece& piece) {
         const float x = left + piece.x;
-        // Letters reach into their neighbours' room.
-        const float slack = line.line.height;
         if (x > update.right + slack)
             return false;
         if (piece.drawn == 0 || x + piece.width < update.left - slack)
