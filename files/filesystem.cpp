@@ -7,9 +7,11 @@
 #include "runtime/trace.h"
 
 #include <Application.h>
+#include <Autolock.h>
 #include <Directory.h>
 #include <Entry.h>
 #include <File.h>
+#include <Locker.h>
 #include <Path.h>
 #include <Roster.h>
 #include <Volume.h>
@@ -37,8 +39,8 @@ static const struct {
 };
 static const size_t kPermissionLetters = sizeof(kPermissions) / sizeof(kPermissions[0]);
 
-static BDirectory* sScan;   // main thread; the directory being scanned
-static BEntry* sScanEntry;  // main thread; what the scan fills
+static BDirectory* sScan;   // the directory being scanned
+static BEntry* sScanEntry;  // what the scan fills
 
 bool keep_file_error(const char* call)
 {
@@ -248,8 +250,16 @@ try {
     return no_memory(__func__);
 }
 
+// The program's thread scans; a handler may end the program meanwhile.
+static BLocker& scan_lock()
+{
+    static auto* const lock = new BLocker("scan");
+    return *lock;
+}
+
 void close_scan()
 {
+    BAutolock guard(scan_lock());
     delete sScan;
     delete sScanEntry;
     sScan = nullptr;
@@ -272,6 +282,7 @@ static char* next_name(const char* call)
 
 extern "C" char* FindFirstEntry(const char* path)
 try {
+    BAutolock guard(scan_lock());
     close_scan();
     sScan = new BDirectory(text_or_empty(path));
     if (sScan->InitCheck() != B_OK) {
@@ -294,6 +305,7 @@ try {
 
 extern "C" char* FindNextEntry(void)
 try {
+    BAutolock guard(scan_lock());
     if (sScan == nullptr || sScanEntry == nullptr)
         return kNoText;
     char* name = next_name(__func__);

@@ -3,10 +3,12 @@
 
 #include "plinth.h"
 
+#include <Autolock.h>
 #include <Entry.h>
 #include <Font.h>
 #include <Joystick.h>
 #include <List.h>
+#include <Locker.h>
 #include <Message.h>
 #include <MidiPort.h>
 #include <Path.h>
@@ -25,14 +27,23 @@
 static const int32 kMaxRecent = 64;
 static const size_t kDeviceName = 32;
 
-// Heap strings that it owns, null where a name is empty or could not be copied. Built on first use.
-static BList& system_list()
+struct NameList {
+    BLocker lock{"names"};  // several handlers may end the program at once
+    BList names{20};        // heap strings, null where a name is empty or could not be copied
+};
+
+// Built on first use, and there to the end of the process.
+static NameList& system_list()
 {
-    static BList* const list = new BList(20);
+    static auto* const list = new NameList;
     return *list;
 }
 
-static void append(const char* name) { system_list().AddItem(MyStringStr(name)); }
+static void append(const char* name)
+{
+    BAutolock guard(system_list().lock);
+    system_list().names.AddItem(MyStringStr(name));
+}
 
 template <class Device>
 static void append_devices()
@@ -130,16 +141,22 @@ try {
     show_dbg(kNoMemory, 0, __func__);
 }
 
-extern "C" int32_t CountList(void) { return system_list().CountItems(); }
+extern "C" int32_t CountList(void)
+{
+    BAutolock guard(system_list().lock);
+    return system_list().names.CountItems();
+}
 
 extern "C" const char* GetInfoList(int32_t index)
 {
-    return text_or_empty(static_cast<const char*>(system_list().ItemAt(index)));
+    BAutolock guard(system_list().lock);
+    return text_or_empty(static_cast<const char*>(system_list().names.ItemAt(index)));
 }
 
 extern "C" void FreeList(void)
 {
-    BList& list = system_list();
+    BAutolock guard(system_list().lock);
+    BList& list = system_list().names;
     for (int32 i = 0; i < list.CountItems(); i++)
         MyFree(list.ItemAtFast(i));
     list.MakeEmpty();

@@ -78,7 +78,8 @@ void BMenu::_InitMenu()
 BMenu::~BMenu()
 {
     MenuTracker::Forget(this);
-    RemoveSelf();  // of the window that it is open in
+    BPrivate::MenuWindow::TakeDown(this);
+    RemoveSelf();
     RemoveItems(0, CountItems(), true);
     if (fSuperitem != nullptr)
         fSuperitem->fSubmenu = nullptr;
@@ -195,8 +196,10 @@ BMenuItem* BMenu::RemoveItem(int32 index)
     if (item == nullptr)
         return nullptr;
     MenuTracker::Forget(item);
-    if (item->fSubmenu != nullptr)
+    if (item->fSubmenu != nullptr) {
         MenuTracker::Forget(item->fSubmenu);
+        BPrivate::MenuWindow::TakeDown(item->fSubmenu);
+    }
     if (fSelected == item)
         fSelected = nullptr;
     item->fSelected = false;

@@ -14,6 +14,7 @@
 
 #include <interface/controls/Look.h>
 #include <interface/menu/MenuPrivate.h>
+#include <interface/menu/MenuWindow.h>
 #include <interface/view/ViewPrivate.h>
 
 using BPrivate::Look;
@@ -118,6 +119,7 @@ void BMenuItem::SetLabel(const char* name)
         fLabel = std::move(label);
         return;
     }
+    BPrivate::OpenMenuLock open(fSuper);
     ViewLock lock(fSuper);
     fLabel = std::move(label);
     _Changed();

@@ -7,6 +7,7 @@
 #include <Screen.h>
 
 #include <algorithm>
+#include <mutex>
 
 #include <interface/controls/Look.h>
 #include <interface/menu/MenuPrivate.h>
@@ -36,6 +37,22 @@ private:
     const BPrivate::Look::Way fWay;
     bool fEnded = false;
 };
+
+// Held by whoever takes a menu out of its window: until that is done, the menu is not to be deleted
+// by another thread. Hooks of the menu run below it.
+static std::recursive_mutex sTakingOut;
+
+static void take_out(BMenu* menu)
+{
+    std::lock_guard<std::recursive_mutex> guard(sTakingOut);
+    menu->RemoveSelf();
+}
+
+static MenuWindow* window_of(const BMenu* menu)
+{
+    std::lock_guard<std::recursive_mutex> guard(sTakingOut);
+    return dynamic_cast<MenuWindow*>(menu->Window());
+}
 
 // Where a menu of this size goes: at `where`, or on the other side of what it belongs to.
 static BPoint place_for(BMenu* menu, BSize size, BPoint where, BRect screen)
@@ -81,6 +98,19 @@ void MenuWindow::Close(BMenu* menu)
     window->Unlock();
 }
 
+// The threads of the windows below draw their items, for which they ask every menu above.
+void MenuWindow::TakeDown(BMenu* menu)
+{
+    OpenMenuLock open(menu);
+    if (open.Window() == nullptr)
+        return;
+    for (int32 i = 0; i < menu->CountItems(); i++) {
+        if (BMenu* const submenu = menu->SubmenuAt(i))
+            TakeDown(submenu);
+    }
+    take_out(menu);
+}
+
 void MenuWindow::Refit(BMenu* menu)
 {
     auto* window = dynamic_cast<MenuWindow*>(menu->Window());
@@ -111,7 +141,7 @@ MenuWindow::~MenuWindow()
     if (!IsLocked())
         Lock();
     if (BMenu* menu = Menu())
-        menu->RemoveSelf();
+        take_out(menu);
 }
 
 BMenu* MenuWindow::Menu() const { return dynamic_cast<BMenu*>(fPort->ChildAt(0)); }
@@ -121,7 +151,7 @@ void MenuWindow::End()
     if (BMenu* menu = Menu()) {
         MenuPrivate::Select(menu, nullptr);
         MenuPrivate::ShowTriggers(menu, false);
-        menu->RemoveSelf();
+        take_out(menu);
     }
     if (!IsHidden())
         Hide();
@@ -191,5 +221,29 @@ void MenuWindow::ScrollTo(const BMenuItem* item)
 }
 
 float MenuWindow::PageHeight() const { return fPort->Bounds().Height() + 1; }
+
+OpenMenuLock::OpenMenuLock(const BMenu* menu) : fWindow(nullptr)
+{
+    while (menu != nullptr) {
+        MenuWindow* const window = window_of(menu);
+        const bool locked = window != nullptr && window->Lock();
+        if (window_of(menu) != window) {  // closed, or opened again, meanwhile
+            if (locked)
+                window->Unlock();
+            continue;
+        }
+        if (locked)
+            fWindow = window;
+        if (locked || window == nullptr)
+            return;
+        snooze(1000);  // its thread is about to delete it
+    }
+}
+
+OpenMenuLock::~OpenMenuLock()
+{
+    if (fWindow != nullptr)
+        fWindow->Unlock();
+}
 
 }  // namespace BPrivate

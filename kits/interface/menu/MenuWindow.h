@@ -18,6 +18,9 @@ public:
     static MenuWindow* Open(BMenu* menu, BPoint where);
     // Takes the menu out of its window, if it is in one of these, which ends by itself.
     static void Close(BMenu* menu);
+    // Before a menu is deleted or leaves its item: takes it, and all that are open below it, out of
+    // their windows, also while another thread closes these. Does nothing if it is not open.
+    static void TakeDown(BMenu* menu);
     // Items came, went or changed.
     static void Refit(BMenu* menu);
 
@@ -47,6 +50,21 @@ private:
     Strip* fDown;
     bool fScrolls = false;
     float fOffset = 0;
+};
+
+// Keeps the window that a menu is open in, if it is open, from drawing it and from giving it back,
+// as long as this lives.
+class OpenMenuLock {
+public:
+    explicit OpenMenuLock(const BMenu* menu);  // may be null
+    ~OpenMenuLock();
+    OpenMenuLock(const OpenMenuLock&) = delete;
+
+    // The window, locked; null if the menu is in none of these.
+    BWindow* Window() const { return fWindow; }
+
+private:
+    BWindow* fWindow;
 };
 
 }  // namespace BPrivate

@@ -11,6 +11,7 @@
 
 #include <interface/menu/MenuPrivate.h>
 #include <interface/menu/MenuTracker.h>
+#include <interface/menu/MenuWindow.h>
 
 using BPrivate::MenuTracker;
 
@@ -38,6 +39,7 @@ BPopUpMenu::~BPopUpMenu()
 {
     MenuTracker::Cancel(this);
     _WaitForTracking();
+    BPrivate::MenuWindow::TakeDown(this);  // while it still draws as the class that it is
 }
 
 BPopUpMenu& BPopUpMenu::operator=(const BPopUpMenu&) { return *this; }
