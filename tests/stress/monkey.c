@@ -29,10 +29,12 @@ static uint32_t seed;
 
 void monkey_note(const char* format, ...)
 {
-    const uint32_t step = step_count++;
+    static pthread_mutex_t lock = PTHREAD_MUTEX_INITIALIZER; /* the hands' thread has its say too */
     va_list words;
     va_start(words, format);
-    vsnprintf(steps[step % STEPS], STEP_SIZE, format, words);
+    pthread_mutex_lock(&lock);
+    vsnprintf(steps[step_count++ % STEPS], STEP_SIZE, format, words);
+    pthread_mutex_unlock(&lock);
     va_end(words);
 }
 
