@@ -9,8 +9,12 @@
 #include <Messenger.h>
 #include <PropertyInfo.h>
 
+#include <algorithm>
 #include <atomic>
+#include <memory>
+#include <random>
 #include <string>
+#include <vector>
 
 #include "app/Mailbox.h"
 
@@ -46,6 +50,47 @@ TEST(Handler, NameMayBeNullAndOutlivesItsSource)
     EXPECT_STREQ("", handler.Name());
     handler.SetName(nullptr);
     EXPECT_EQ(nullptr, handler.Name());
+}
+
+TEST(Handler, ThoseThatStayKeepTheirOrderWhoeverLeaves)
+{
+    Mailbox mail;
+    auto* looper = new ListeningLooper(mail);
+    std::vector<std::unique_ptr<BHandler>> handlers;
+    std::vector<BHandler*> expected = {looper};
+    for (int i = 0; i < 300; i++) {
+        handlers.push_back(std::make_unique<BHandler>());
+        looper->AddHandler(handlers.back().get());
+        expected.push_back(handlers.back().get());
+    }
+    const auto expect_all = [&] {
+        ASSERT_EQ(looper->CountHandlers(), static_cast<int32>(expected.size()));
+        for (size_t i = 0; i < expected.size(); i++) {
+            ASSERT_EQ(looper->HandlerAt(static_cast<int32>(i)), expected[i]);
+            ASSERT_EQ(looper->IndexOf(expected[i]), static_cast<int32>(i));
+        }
+        ASSERT_EQ(looper->HandlerAt(static_cast<int32>(expected.size())), nullptr);
+    };
+    std::minstd_rand random(1);
+    for (int turn = 0; turn < 2000; turn++) {
+        BHandler* handler = handlers[random() % handlers.size()].get();
+        const auto found = std::find(expected.begin(), expected.end(), handler);
+        EXPECT_EQ(looper->RemoveHandler(handler), found != expected.end());
+        if (found != expected.end()) {
+            expected.erase(found);
+            EXPECT_EQ(handler->Looper(), nullptr);
+            EXPECT_EQ(looper->CountHandlers(), static_cast<int32>(expected.size()));
+        } else if (random() % 3 == 0) {
+            looper->AddHandler(handler);
+            expected.push_back(handler);
+        }
+        if (turn % 50 == 0)
+            expect_all();
+    }
+    expect_all();
+    quit(looper);
+    for (const auto& handler : handlers)
+        EXPECT_EQ(handler->Looper(), nullptr);
 }
 
 TEST(Handler, UnhandledMessageGoesUpTheChain)

@@ -143,6 +143,8 @@ BLooper::~BLooper()
     while (!fHandlers.empty()) {
         BHandler* handler = fHandlers.back();
         fHandlers.pop_back();
+        if (handler == nullptr)
+            continue;
         handler->fNextHandler = nullptr;
         handler->_SetLooper(nullptr);
     }
@@ -262,7 +264,7 @@ void BLooper::MessageReceived(BMessage* message)
     if (message->what == B_COUNT_PROPERTIES)
         status = reply.AddInt32("result", CountHandlers());
     else
-        for (BHandler* handler : fHandlers)
+        for (BHandler* handler : LooperTable::Handlers(this))
             status = reply.AddMessenger("result", BMessenger(handler));
     reply.AddInt32("error", status);
     message->SendReply(&reply);
@@ -288,6 +290,7 @@ void BLooper::AddHandler(BHandler* handler)
 {
     if (handler == nullptr || handler->Looper() != nullptr)
         return;
+    BPrivate::Tokens::SetPlace(handler->fToken, static_cast<int32>(fHandlers.size()));
     fHandlers.push_back(handler);
     handler->_SetLooper(this);
     if (handler != this)
@@ -298,11 +301,7 @@ bool BLooper::RemoveHandler(BHandler* handler)
 {
     if (handler == nullptr || handler == this || handler->Looper() != this)
         return false;
-    // The last ones come and go most often.
-    auto found = std::find(fHandlers.rbegin(), fHandlers.rend(), handler);
-    if (found == fHandlers.rend())
-        return false;
-    fHandlers.erase(std::next(found).base());
+    LooperTable::LeaveGap(this, handler);
     if (fPreferred == handler)
         fPreferred = nullptr;
     handler->SetNextHandler(nullptr);
@@ -310,17 +309,19 @@ bool BLooper::RemoveHandler(BHandler* handler)
     return true;
 }
 
-int32 BLooper::CountHandlers() const { return static_cast<int32>(fHandlers.size()); }
+int32 BLooper::CountHandlers() const { return static_cast<int32>(fHandlers.size()) - fSlot->gaps; }
 
 BHandler* BLooper::HandlerAt(int32 index) const
 {
-    return index >= 0 && index < CountHandlers() ? fHandlers[index] : nullptr;
+    const std::vector<BHandler*>& handlers = LooperTable::Handlers(this);
+    return index >= 0 && index < CountHandlers() ? handlers[index] : nullptr;
 }
 
 int32 BLooper::IndexOf(BHandler* handler) const
 {
-    auto found = std::find(fHandlers.begin(), fHandlers.end(), handler);
-    return found != fHandlers.end() ? static_cast<int32>(found - fHandlers.begin()) : -1;
+    const std::vector<BHandler*>& handlers = LooperTable::Handlers(this);
+    auto found = std::find(handlers.begin(), handlers.end(), handler);
+    return found != handlers.end() ? static_cast<int32>(found - handlers.begin()) : -1;
 }
 
 BHandler* BLooper::PreferredHandler() const { return fPreferred; }

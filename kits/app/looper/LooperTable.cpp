@@ -7,6 +7,8 @@
 #include <algorithm>
 #include <mutex>
 
+#include "app/looper/Tokens.h"
+
 namespace BPrivate {
 namespace {
 
@@ -47,6 +49,7 @@ LooperSlot* LooperTable::Add(BLooper* looper, int32 token)
     // A thread that had the slot's last looper in mind may hold the lock for a moment.
     slot->lock.Lock();
     slot->queue.Lock();
+    slot->gaps = 0;
     slot->awake.store(1);
     slot->thread.store(0);
     slot->kind.store(static_cast<uint8>(BLooper::Kind::Looper));
@@ -126,6 +129,37 @@ void LooperTable::Sleep(LooperSlot* slot, bigtime_t deadline)
     slot->queue.Unlock();
     if (empty)
         futex_wait(slot->awake, 0, deadline);
+}
+
+const std::vector<BHandler*>& LooperTable::Handlers(const BLooper* looper)
+{
+    CloseGaps(looper);
+    return looper->fHandlers;
+}
+
+void LooperTable::LeaveGap(BLooper* looper, BHandler* handler)
+{
+    std::vector<BHandler*>& handlers = looper->fHandlers;
+    const auto place = static_cast<size_t>(Tokens::PlaceOf(handler->fToken));
+    if (place + 1 == handlers.size()) {
+        handlers.pop_back();
+        return;
+    }
+    handlers[place] = nullptr;
+    if (size_t(++looper->fSlot->gaps) > handlers.size() / 2)
+        CloseGaps(looper);
+}
+
+// What a looper that is only read has in gaps shows nowhere.
+void LooperTable::CloseGaps(const BLooper* looper)
+{
+    if (looper->fSlot->gaps == 0)
+        return;
+    auto& handlers = const_cast<std::vector<BHandler*>&>(looper->fHandlers);
+    std::erase(handlers, nullptr);
+    looper->fSlot->gaps = 0;
+    for (size_t place = 0; place < handlers.size(); place++)
+        Tokens::SetPlace(handlers[place]->fToken, static_cast<int32>(place));
 }
 
 std::vector<LooperRef> LooperTable::List()

@@ -22,6 +22,7 @@ struct LooperSlot {
     LooperSlot* next = nullptr;             // in the chain of its hash, for ever
     BasicRecursiveLock<LockLife::Forever> lock;
     BMessageQueue queue;
+    int32 gaps = 0;                       // in the looper's list of handlers; the lock
     std::atomic<uint32> awake{1};         // futex: 0 while the loop sleeps or is about to
     std::atomic<uint32> gone{0};          // futex: counts the loopers that were here
     std::atomic<thread_id> thread{0};     // that runs the loop, 0 before
@@ -64,6 +65,11 @@ struct LooperTable {
     static void AnnounceSleep(LooperSlot* slot) { slot->awake.exchange(0); }
     static void Sleep(LooperSlot* slot, bigtime_t deadline);
 
+    // The handlers of a looper in their order. With the looper locked, as LeaveGap() is called.
+    static const std::vector<BHandler*>& Handlers(const BLooper* looper);
+    // Takes a handler out; of many in no order each goes at once.
+    static void LeaveGap(BLooper* looper, BHandler* handler);
+
     // All loopers, oldest first.
     static std::vector<LooperRef> List();
 
@@ -79,6 +85,7 @@ struct LooperTable {
 private:
     static constexpr uint32 kHashBits = 10;
 
+    static void CloseGaps(const BLooper* looper);
     static std::atomic<LooperSlot*>& ChainOf(const BLooper* looper)
     {
         const uint64 bits = reinterpret_cast<uintptr_t>(looper) >> 4;

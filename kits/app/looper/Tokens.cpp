@@ -16,6 +16,7 @@ struct Entry {
     const BLooper* looper;
     LooperSlot* slot;
     ReplyWaiter* waiter;
+    int32 place;
 };
 
 struct Table {
@@ -62,11 +63,11 @@ void set(int32 token, Value Entry::*member, Value value)
 
 }  // namespace
 
-int32 Tokens::Add(BHandler* handler) { return add(Entry{handler, nullptr, nullptr, nullptr}); }
+int32 Tokens::Add(BHandler* handler) { return add(Entry{handler, nullptr, nullptr, nullptr, 0}); }
 
 int32 Tokens::AddWaiter(ReplyWaiter* waiter)
 {
-    return add(Entry{nullptr, nullptr, nullptr, waiter});
+    return add(Entry{nullptr, nullptr, nullptr, waiter, 0});
 }
 
 void Tokens::Remove(int32 token)
@@ -79,6 +80,10 @@ void Tokens::Remove(int32 token)
 void Tokens::BindSlot(int32 token, LooperSlot* slot) { set(token, &Entry::slot, slot); }
 
 void Tokens::SetLooper(int32 token, const BLooper* looper) { set(token, &Entry::looper, looper); }
+
+void Tokens::SetPlace(int32 token, int32 place) { set(token, &Entry::place, place); }
+
+int32 Tokens::PlaceOf(int32 token) { return look_up(token, &Entry::place); }
 
 BHandler* Tokens::HandlerIn(const BLooper* looper, int32 token)
 {

@@ -34,6 +34,9 @@ void BindSlot(int32 token, LooperSlot* slot);
 
 // The looper that a handler was added to; told by the handler.
 void SetLooper(int32 token, const BLooper* looper);
+// Where that looper keeps it; with the looper locked.
+void SetPlace(int32 token, int32 place);
+int32 PlaceOf(int32 token);
 
 // Null if the handler is gone or not with that looper. The pointer holds while the looper is
 // locked.
