@@ -156,21 +156,17 @@ void Canvas::Update(BView* top)
     // A Draw() may run another update.
     const BRegion* outer = fUpdate;
     fUpdate = &region;
-    NextGeneration();
+    _CountUp(&fGeneration);
     _DrawView(top);
     fUpdate = outer;
-    NextGeneration();
+    _CountUp(&fGeneration);
 }
 
 void Canvas::_DrawView(BView* view)
 {
     ViewRef self(view);
     ViewData& data = *self.Data();
-    BRegion area;
-    if (!data.Visible(&area, true))
-        return;
-    area.IntersectWith(fUpdate);
-    if (area.CountRects() == 0)
+    if (!data.Shows(*fUpdate))
         return;
     int32 x, y;
     data.Offset(&x, &y);

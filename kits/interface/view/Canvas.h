@@ -59,15 +59,22 @@ public:
 
     // Changes whenever tree, frames, visibility or update change what views may draw on; never 0.
     const uint32* Generation() const { return &fGeneration; }
+    // The same without what updates change; never 0.
+    uint32 TreeGeneration() const { return fTreeGeneration; }
     void NextGeneration()
     {
-        if (++fGeneration == 0)
-            fGeneration = 1;
+        _CountUp(&fTreeGeneration);
+        _CountUp(&fGeneration);
     }
     // Drawing is limited to this region; null outside of an update.
     const BRegion* UpdateRegion() const { return fUpdate; }
 
 private:
+    static void _CountUp(uint32 * number)
+    {
+        if (++*number == 0)
+            *number = 1;
+    }
     void _KeepInvalidSimple();
     void _GrowDirty(const clipping_rect& box);
     void _DrawView(BView * view);
@@ -80,6 +87,7 @@ private:
     const bool fOffscreen;
     server::Surface fSurface;
     uint32 fGeneration = 1;
+    uint32 fTreeGeneration = 1;
     clipping_rect fDirty = {0, 0, -1, -1};  // offscreen: everything, so that no box is outside
     server::PixelBuffer fBuffer;
     int32 fCapacityWidth = 0;   // pixels that a row of the buffer has room for

@@ -30,6 +30,7 @@ static clipping_rect around(const std::vector<clipping_rect>& rects)
 SiblingGrid::SiblingGrid(std::vector<clipping_rect> rects)
     : fRects(std::move(rects)),
       fFrame(around(fRects)),
+      fFirst(fRects.size()),
       fSide(std::clamp(static_cast<int32>(std::sqrt(fRects.size()) / 3), int32{2}, int32{32})),
       fStarts(size_t(fSide * fSide + 1), 0)
 {
@@ -38,6 +39,7 @@ SiblingGrid::SiblingGrid(std::vector<clipping_rect> rects)
             if (empty(fRects[place]))
                 continue;
             const Cells cells = _Under(fRects[place]);
+            fFirst[place] = {cells.top, cells.left};
             for (int32 row = cells.top; row <= cells.bottom; row++) {
                 for (int32 column = cells.left; column <= cells.right; column++)
                     act(row * fSide + column, static_cast<int32>(place));
@@ -76,8 +78,13 @@ void SiblingGrid::Exclude(int32 place, BRegion* region) const
             const auto end = fPlaces.begin() + fStarts[cell + 1];
             for (auto at = std::lower_bound(fPlaces.begin() + fStarts[cell], end, place); at != end;
                  ++at) {
+                // Each is taken out once, in the first of its cells that the region touches.
+                const Cell& first = fFirst[size_t(*at)];
+                if (row != std::max(first.row, cells.top) ||
+                    column != std::max(first.column, cells.left))
+                    continue;
                 const clipping_rect& rect = fRects[size_t(*at)];
-                if (empty(intersection(rect, region->FrameInt())))
+                if (!region->Intersects(rect))
                     continue;
                 region->Exclude(rect);
                 if (region->CountRects() == 0)

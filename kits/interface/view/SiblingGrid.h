@@ -22,10 +22,15 @@ private:
         int32 left, top, right, bottom;
     };
 
+    struct Cell {
+        int32 row, column;
+    };
+
     Cells _Under(const clipping_rect& rect) const;
 
     const std::vector<clipping_rect> fRects;
     clipping_rect fFrame;        // around all
+    std::vector<Cell> fFirst;    // of each rectangle's cells
     int32 fSide;                 // cells in a row and in a column
     std::vector<int32> fStarts;  // of each cell's places, row by row, and the end
     std::vector<int32> fPlaces;  // of the rectangles that touch the cell, rising

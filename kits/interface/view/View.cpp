@@ -48,7 +48,8 @@ void ViewData::SetCanvas(Canvas* newCanvas)
     canvas = newCanvas;
     generation = canvas != nullptr ? canvas->Generation() : &kNoCanvas;
     readyAt = 0;
-    visibleAt = 0;
+    visibleAt = wholeAt = 0;
+    gridAt = 0;
 }
 
 ViewRef::ViewRef(BView* view) : fData(&ViewPrivate::Data(view)) { _Acquire(); }

@@ -35,6 +35,16 @@ static bool covers(const BRegion& region, const clipping_rect& rect)
     return left == 0;
 }
 
+// True if two regions, of which the first has few parts, share a pixel.
+static bool intersect(const BRegion& a, const BRegion& b)
+{
+    for (int32 i = 0; i < a.CountRects(); i++) {
+        if (b.Intersects(a.RectAtInt(i)))
+            return true;
+    }
+    return false;
+}
+
 static clipping_rect rect_at(const BRect& rect, double x, double y)
 {
     const double limit = 1 << 30;
@@ -68,14 +78,46 @@ static std::vector<clipping_rect> covered(BView* first, int32 count, double x, d
 }
 
 static const int32 kFewQuestions = 8;  // a grid costs as much as some walks
+static const int32 kFewTogether = 8;
+
+// Two halves at a time, so that most of them are joined while they are small.
+static BRegion united(const clipping_rect* rects, size_t count)
+{
+    BRegion region;
+    if (count == 1) {
+        region.Set(*rects);
+    } else if (count > 1) {
+        region = united(rects, count / 2);
+        const BRegion rest = united(rects + count / 2, count - count / 2);
+        region.Include(&rest);
+    }
+    return region;
+}
+
+static void exclude_together(std::vector<clipping_rect>&& rects, BRegion* region)
+{
+    const clipping_rect frame = region->FrameInt();
+    std::erase_if(rects, [&](const clipping_rect& rect) {
+        return empty(rect) || empty(intersection(rect, frame));
+    });
+    const BRegion all = united(rects.data(), rects.size());
+    region->Exclude(&all);
+}
 
 void ViewData::ExcludeChildren(BRegion* region, BView* child, double x, double y) const
 {
-    if (children > kFewChildren && child != nullptr) {
-        if (gridAt != *generation) {
+    if (child == first && children > kFewTogether) {
+        try {
+            exclude_together(covered(first, children, x, y), region);
+            return;
+        } catch (const std::bad_alloc&) {  // each is looked at
+        }
+    }
+    if (canvas != nullptr && children > kFewChildren && child != nullptr) {
+        if (gridAt != canvas->TreeGeneration()) {
             grid = nullptr;
             gridAsked = 0;
-            gridAt = *generation;
+            gridAt = canvas->TreeGeneration();
         }
         if (grid == nullptr && ++gridAsked > kFewQuestions) {
             try {
@@ -168,9 +210,9 @@ bool ViewData::Visible(BRegion* region, bool with_children) const
 
 const BRegion& ViewData::OwnVisible()
 {
-    if (visibleAt != *generation) {
+    if (visibleAt != canvas->TreeGeneration()) {
         Visible(&visible, (flags & B_DRAW_ON_CHILDREN) != 0);
-        visibleAt = *generation;
+        visibleAt = canvas->TreeGeneration();
     }
     return visible;
 }
@@ -181,11 +223,16 @@ const BRegion& ViewData::WholeVisible()
         return OwnVisible();
     if (whole == nullptr)
         whole = std::make_unique<BRegion>();
-    if (wholeAt != *generation) {
+    if (wholeAt != canvas->TreeGeneration()) {
         Visible(whole.get(), true);
-        wholeAt = *generation;
+        wholeAt = canvas->TreeGeneration();
     }
     return *whole;
+}
+
+bool ViewData::Shows(const BRegion& region)
+{
+    return intersect(OwnVisible(), region) || intersect(WholeVisible(), region);
 }
 
 void DrawState::ClipInView(BRegion* region) const

@@ -173,6 +173,8 @@ struct [[gnu::visibility("hidden")]] ViewData
     bool Visible(BRegion * region, bool with_children) const;
     const BRegion& OwnVisible();    // cached: without children if they clip
     const BRegion& WholeVisible();  // cached: with the children
+    // Whether anything of the view or its children shows within `region`.
+    bool Shows(const BRegion& region);
     void SetCanvas(Canvas * newCanvas);
     void InvalidateVisible(bool with_children) const;
     void TreeChanged();  // the clipping of views in the window is to be made anew
