@@ -3,7 +3,11 @@
 #include <Bitmap.h>
 #include <Screen.h>
 
+#include <algorithm>
 #include <memory>
+#include <mutex>
+#include <utility>
+#include <vector>
 
 #include "window_harness.h"
 
@@ -81,6 +85,40 @@ TEST_F(WindowUpdate, InvalidationInDrawComesBackLater)
     EXPECT_TRUE(log.Wait("a draw", 5));
     Settle();
     EXPECT_EQ(rounds, 5);
+}
+
+TEST_F(WindowUpdate, LongDrawsThatKeepOthersWaitingLeaveThemMoreTime)
+{
+    OpenOne();
+    Settle();
+    std::mutex lock;
+    std::vector<std::pair<bigtime_t, bigtime_t>> draws;
+    view->onDraw = [&] {
+        const bigtime_t began = system_time();
+        while (window->CountLockRequests() < 2 && system_time() < began + 20000000)
+            snooze(1000);  // until this test waits for the window
+        snooze(5000);
+        std::lock_guard<std::mutex> held(lock);
+        draws.emplace_back(began, system_time());
+    };
+    const auto count = [&] {
+        std::lock_guard<std::mutex> held(lock);
+        return draws.size();
+    };
+    const bigtime_t end = system_time() + 30000000;
+    while (count() < 3 && system_time() < end) {
+        window->Lock();
+        view->Invalidate();
+        window->Unlock();
+    }
+    window->Lock();
+    view->onDraw = nullptr;
+    window->Unlock();
+    ASSERT_GE(count(), 3u);
+    for (size_t i = 1; i < draws.size(); i++) {
+        const bigtime_t took = draws[i - 1].second - draws[i - 1].first;
+        EXPECT_GE(draws[i].first - draws[i - 1].second, std::min<bigtime_t>(took * 4, 250000));
+    }
 }
 
 TEST_F(WindowUpdate, DisabledUpdatesWait)

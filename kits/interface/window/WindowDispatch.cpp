@@ -28,6 +28,22 @@ void BWindow::DispatchMessage(BMessage* message, BHandler* handler)
         BLooper::DispatchMessage(message, handler);
 }
 
+static const bigtime_t kRests = 4;  // as long as the update took
+static const bigtime_t kLongestRest_us = 250 * 1000;
+
+// Draws, and returns when the views may be drawn again: with the next display frame; later if
+// drawing takes long and other threads, which change what is drawn, wait for the window meanwhile.
+template <class Update>
+static bigtime_t update_paced(Update update, const BLooper* window)
+{
+    const bigtime_t began = system_time();
+    update();
+    const bigtime_t ended = system_time();
+    const bool keeps_others = window->CountLockRequests() > 1;
+    const bigtime_t rest = keeps_others ? std::min((ended - began) * kRests, kLongestRest_us) : 0;
+    return ended + std::max(rest, server::FrameInterval());
+}
+
 // True if a newer message of the kind waits, which says all that this one does.
 bool BWindow::_IsOutdated(const BMessage* message) const
 {
@@ -39,8 +55,7 @@ bool BWindow::_DispatchToWindow(BMessage* message)
     switch (message->what) {
         case kUpdateMessage:
             fData->updatePosted = false;
-            _Update();
-            fData->nextUpdate = system_time() + server::FrameInterval();
+            fData->nextUpdate = update_paced([this] { _Update(); }, this);
             return true;
         case BPrivate::kMenusEnded:
             MenusEnded();
