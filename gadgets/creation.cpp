@@ -1,5 +1,6 @@
 // Making gadgets. The program's thread: a view is built before it belongs to any window.
 
+#include "gadgets/gadget_list.h"
 #include "gadgets/kinds.h"
 #include "plinth.h"
 #include "runtime/trace.h"
@@ -37,12 +38,6 @@ static BView* create_view(const GadgetSpec& spec)
     });
 }
 
-static bool enter_gadget(MyGadget* gadget)
-{
-    RegistryLock registry;
-    return enter_record(registry, gadget);
-}
-
 static bool add_to(MyWinClass& window, const MyGadget& gadget)
 {
     window.fTopView->AddChild(gadget.view);
@@ -58,13 +53,13 @@ static bool add_to(MyWinClass& window, const MyGadget& gadget)
 static bool attach(MyGadget* gadget, int32_t window_ident, const char* call)
 {
     if (window_ident == -1)
-        return enter_gadget(gadget);
+        return enter_registry(gadget);
     WindowAccess window(window_ident, call);
-    if (!window || !enter_gadget(gadget))
+    if (!window || !enter_registry(gadget))
         return false;
     if (guarded(false, [&] { return add_to(*window.Window(), *gadget); }))
         return true;
-    remove_record(RegistryLock(), gadget);
+    leave_registry(gadget);
     gadget->view->RemoveSelf();
     return false;
 }

@@ -2,6 +2,7 @@
 
 #include "gadgets/gadget.h"
 
+#include "gadgets/gadget_list.h"
 #include "gadgets/kinds.h"
 #include "gadgets/tabs.h"
 #include "plinth.h"
@@ -169,7 +170,7 @@ void dispose_gadget(MyGadget* gadget)
 {
     BList* const others = RegistryLock().List(kGadgets);
     const auto inside = views_inside(*gadget, others);  // while nothing is lost without memory
-    if (remove_record(RegistryLock(), gadget))
+    if (leave_registry(gadget))
         end_gadget(gadget, inside);
     // else a handler of its own was first
 }
@@ -180,10 +181,11 @@ void Close_All_Gadget(BList* gadgets)
         MyGadget* gadget;
         {
             RegistryLock registry;
-            gadget = static_cast<MyGadget*>(gadgets->RemoveItem(int32{0}));
+            gadget = static_cast<MyGadget*>(gadgets->LastItem());
+            if (gadget == nullptr)
+                return;
+            static_cast<GadgetList*>(gadgets)->Remove(gadget);
         }
-        if (gadget == nullptr)
-            return;
         const WindowLock lock(gadget->view);
         LooseLock loose;
         if (!lock.Held())

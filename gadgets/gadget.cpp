@@ -2,6 +2,7 @@
 
 #include "gadgets/gadget.h"
 
+#include "gadgets/gadget_list.h"
 #include "gadgets/kinds.h"
 
 #include <Locker.h>
@@ -18,33 +19,10 @@ static int32_t family_of(int32_t kind)
     return row != nullptr ? row->family : kind;
 }
 
-static MyGadget* gadget_at(const BList& list, int32 index)
-{
-    return static_cast<MyGadget*>(list.ItemAtFast(index));
-}
-
-// Where a gadget stands among evenly spread idents, as they are handed out; null if it does not.
-static MyGadget* guessed_gadget(const BList& list, int32_t ident)
-{
-    const int32 last = list.CountItems() - 1;
-    if (last < 0)
-        return nullptr;
-    const int64_t first_ident = gadget_at(list, 0)->ident;
-    const int64_t span = gadget_at(list, last)->ident - first_ident;
-    const int64_t way = ident - first_ident;
-    if (way < 0 || way > span)
-        return nullptr;
-    MyGadget* gadget = gadget_at(list, span == 0 ? 0 : static_cast<int32>(way * last / span));
-    return gadget->ident == ident ? gadget : nullptr;
-}
-
 static MyGadget* find_gadget(const RegistryLock& registry, int32_t ident)
 {
-    const BList* list = ident < 1 ? nullptr : registry.List(kGadgets);
-    if (list == nullptr)
-        return nullptr;
-    MyGadget* gadget = guessed_gadget(*list, ident);
-    return gadget != nullptr ? gadget : find_record<MyGadget>(registry, ident);
+    const GadgetList* list = ident < 1 ? nullptr : gadget_list(registry);
+    return list != nullptr ? list->Find(ident) : nullptr;
 }
 
 MyGadget* gadget_record(int32_t ident) { return find_gadget(RegistryLock(), ident); }

@@ -51,9 +51,9 @@ enum GadgetFlags : uint32_t {
     kDisabled = 2     // as SetEnabled set it last
 };
 
-// One block of 26 words from MyAlloc, in the list kGadgets (enter_record and remove_record). It is
-// taken out with the registry's lock held and its window locked, if it has one, and freed when
-// nothing holds it any more; see the end of gadgets below.
+// One block of 26 words from MyAlloc, in the list kGadgets (see gadget_list.h). It is taken out
+// with the registry's lock held and its window locked, if it has one, and freed when nothing holds
+// it any more; see the end of gadgets below.
 struct MyGadget {
     static const RegistrySlot kSlot = kGadgets;
 

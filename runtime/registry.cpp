@@ -18,6 +18,7 @@ BList** PtApp = nullptr;
 static const int32 kListBlockSize = 20;
 
 static BList* sOpenTables;                 // registry lock; the tables that Close_Sys has not freed
+static BList** sTableInUse;                // registry lock; PtApp, until Close_Sys frees it
 static std::atomic<bool> sEndApp = false;  // endapp
 static std::atomic<bool> sTracker = false;  // tracker
 
@@ -43,7 +44,7 @@ static bool is_open_table(const RegistryLock&, BList** table)
 
 BList* RegistryLock::List(RegistrySlot slot) const
 {
-    return is_open_table(*this, PtApp) ? PtApp[slot] : nullptr;
+    return sTableInUse != nullptr ? sTableInUse[slot] : nullptr;
 }
 
 void set_ending() { sEndApp = true; }
@@ -78,7 +79,8 @@ extern "C" void** Open_Sys(uint8_t tracker)
     if (table == nullptr)
         return nullptr;
     for (int32 slot = kWindows; slot <= kMidiFiles; slot++) {
-        table[slot] = new (std::nothrow) BList(kListBlockSize);
+        table[slot] =
+            slot == kGadgets ? new_gadget_list() : new (std::nothrow) BList(kListBlockSize);
         if (table[slot] == nullptr) {
             MyFree(table);  // kept on purpose: the lists made so far are lost
             return nullptr;
@@ -89,6 +91,7 @@ extern "C" void** Open_Sys(uint8_t tracker)
         sOpenTables = new BList(kListBlockSize);
     sOpenTables->AddItem(table);
     PtApp = table;
+    sTableInUse = table;
     empty_window_cache(registry);
     empty_file_cache();
     return reinterpret_cast<void**>(table);
@@ -120,6 +123,8 @@ static void close_table(BList** table)
     }
     RegistryLock registry;
     sOpenTables->RemoveItem(table);
+    if (sTableInUse == table)
+        sTableInUse = nullptr;
     MyFree(table);
 }
 

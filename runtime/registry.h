@@ -2,7 +2,8 @@
 #define RUNTIME_REGISTRY_H
 
 // The resource registry: one list per kind of object, every object under its ident. Idents only
-// rise and are appended as they are handed out, so each list is in ident order.
+// rise and are appended as they are handed out, so each list is in ident order; that of gadgets is
+// in none (gadgets/gadget_list.h).
 //
 // A record type says by a member `kSlot` which list it is in, and has its ident in a field `ident`.
 // Whoever looks one up holds a RegistryLock:
@@ -125,6 +126,9 @@ void quit_application();
 
 // Channels found lately belong to the table in use; another one makes them unknown. Main thread.
 void empty_file_cache();
+
+// The list of gadgets is one of its own kind. Null without memory.
+BList* new_gadget_list();
 
 // Each closes what a list of its kind holds, and empties the list. Main thread.
 void Close_All_Icon(BList* icons);

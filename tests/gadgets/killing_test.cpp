@@ -6,9 +6,12 @@
 #include <List.h>
 #include <MessageFilter.h>
 
+#include <algorithm>
+#include <random>
 #include <thread>
 #include <vector>
 
+static const int32_t kTab = 0x26;
 static const char* const kLabels[] = {"one", "two", nullptr};
 
 static int32_t sVictim;
@@ -40,6 +43,41 @@ TEST_F(GadgetTest, GadgetMayKillItselfFromItsHandlers)
         EXPECT_FALSE(is_gadget_ident(sVictim));
         EXPECT_EQ(CountViews(), 0);
         gHandlers.Take();
+    }
+}
+
+// Of many in no order: the others are found, keep their order for Tab, and their pixels.
+TEST_F(GadgetTest, ThoseThatStayAreWhereTheyWereWhoeverIsKilled)
+{
+    std::vector<int32_t> idents, left;
+    for (int32_t i = 0; i < 200; i++) {
+        idents.push_back(Make(15, i % 10 * 30, i / 10 * 15, 24, 14, nullptr, 100));
+        SetValue(idents.back(), i % 100);
+    }
+    std::vector<int32_t> order(idents);
+    std::shuffle(order.begin(), order.end(), std::minstd_rand(5));
+    for (size_t i = 0; i < order.size(); i++) {
+        if (i % 8 != 0) {
+            KillGadget(0, order[i]);
+            KillGadget(0, order[i]);
+        }
+    }
+    for (size_t i = 0; i < idents.size(); i++) {
+        const bool stays =
+            (std::find(order.begin(), order.end(), idents[i]) - order.begin()) % 8 == 0;
+        EXPECT_EQ(is_gadget_ident(idents[i]), stays);
+        EXPECT_EQ(GetValue(idents[i]), stays ? int32_t(i % 100) : 0);
+        if (stays)
+            left.push_back(static_cast<int32_t>(i));
+    }
+    ASSERT_EQ(CountViews(), static_cast<int32>(left.size()));
+    for (size_t i = 0; i < left.size(); i++)
+        EXPECT_EQ(FrameOf(static_cast<int32>(i)).LeftTop(),
+                  BPoint(float(left[i] % 10 * 30), float(left[i] / 10 * 15)));
+    for (size_t i = 0; i < left.size(); i++) {
+        Key(kTab);
+        Settle();
+        EXPECT_TRUE(WithView(static_cast<int32>(i), [](BView* view) { return view->IsFocus(); }));
     }
 }
 
