@@ -441,6 +441,52 @@ TEST(Lists, BadIndexesAndItemsChangeNothing)
     second.MakeEmpty();
 }
 
+TEST(Lists, RowsThatWereSelectedTogetherKnowItWhereverTheyGo)
+{
+    BListView list(BRect(0, 0, 9, 9), "list", B_MULTIPLE_SELECTION_LIST);
+    BListView other(BRect(0, 0, 9, 9), "other", B_MULTIPLE_SELECTION_LIST);
+    std::vector<std::unique_ptr<BStringItem>> rows;
+    for (int i = 0; i < 1000; i++) {
+        rows.push_back(std::make_unique<BStringItem>("row"));
+        list.AddItem(rows.back().get());
+    }
+    for (const size_t disabled : {0, 300, 999})
+        rows[disabled]->SetEnabled(false);
+    list.Select(0, 999);
+    rows[300]->SetEnabled(true);
+    rows[301]->SetEnabled(false);
+    EXPECT_FALSE(rows[300]->IsSelected());
+    EXPECT_TRUE(rows[301]->IsSelected());
+    EXPECT_FALSE(rows[999]->IsSelected());
+    EXPECT_EQ(list.CurrentSelection(0), 1);
+    EXPECT_EQ(list.CurrentSelection(996), 998);
+    EXPECT_EQ(list.CurrentSelection(997), -1);
+
+    list.SwapItems(400, 900);
+    EXPECT_TRUE(rows[400]->IsSelected());
+    BMessage archive;
+    EXPECT_EQ(rows[500]->Archive(&archive), B_OK);
+    EXPECT_TRUE(archive.GetBool("_sel", false));
+    BStringItem instead("instead");
+    list.ReplaceItem(600, &instead);
+    EXPECT_TRUE(rows[600]->IsSelected());
+    EXPECT_FALSE(instead.IsSelected());
+    list.MakeEmpty();
+    EXPECT_FALSE(rows[700]->IsSelected()) << "an empty list has no selection";
+
+    for (const auto& row : rows)
+        other.AddItem(row.get());
+    EXPECT_EQ(other.CurrentSelection(0), 600) << "it came as it was";
+    other.Select(10, 990);
+    other.DeselectAll();
+    rows[20]->Select();
+    EXPECT_EQ(other.CurrentSelection(0), 20);
+    EXPECT_FALSE(rows[19]->IsSelected());
+    EXPECT_FALSE(rows[600]->IsSelected());
+    other.RemoveItems(0, 1000);
+    EXPECT_FALSE(rows[500]->IsSelected());
+}
+
 TEST(Lists, LeavingMultipleSelectionKeepsTheFirst)
 {
     BListView list(BRect(0, 0, 9, 9), "list", B_MULTIPLE_SELECTION_LIST);

@@ -39,7 +39,7 @@ BListItem::~BListItem() { Rows::Left(this); }
 status_t BListItem::Archive(BMessage* archive, bool deep) const
 {
     status_t status = BArchivable::Archive(archive, deep);
-    if (status == B_OK && fSelected)
+    if (status == B_OK && IsSelected())
         status = archive->AddBool("_sel", true);
     if (status == B_OK && fDisabled)
         status = archive->AddBool("_disable", true);
@@ -52,7 +52,12 @@ status_t BListItem::Archive(BMessage* archive, bool deep) const
 
 float BListItem::Height() const { return fHeight; }
 float BListItem::Width() const { return fWidth; }
-bool BListItem::IsSelected() const { return fSelected; }
+
+bool BListItem::IsSelected() const
+{
+    Rows::Settle(fBlock);
+    return fSelected;
+}
 
 void BListItem::Select()
 {
@@ -66,7 +71,12 @@ void BListItem::Deselect()
     Rows::Selected(this, false);
 }
 
-void BListItem::SetEnabled(bool enabled) { fDisabled = !enabled; }
+void BListItem::SetEnabled(bool enabled)
+{
+    fDisabled = !enabled;
+    Rows::Enabled(this, enabled);
+}
+
 bool BListItem::IsEnabled() const { return !fDisabled; }
 
 void BListItem::SetHeight(float height)

@@ -125,6 +125,8 @@ void Rows::_Add(RowBlock* block, const RowSums& change)
 {
     if (change.rows != 0 && fHint != block)
         fHint = nullptr;
+    if (change.rows != 0 && block != fBlocks.back().get())
+        fAllFull = false;
     block->sums += change;
     fTotal += change;
     const auto count = static_cast<int32>(fBlocks.size());
@@ -139,7 +141,9 @@ void Rows::_Rebuild()
     fTree.assign(fBlocks.size() + 1, RowSums());
     fTotal = RowSums();
     fHint = nullptr;
+    fAllFull = true;
     for (size_t i = 0; i < fBlocks.size(); i++) {
+        fAllFull = fAllFull && (i == 0 || fBlocks[i - 1]->sums.rows == RowBlock::kMost);
         fBlocks[i]->place = static_cast<int32>(i);
         fTotal += fBlocks[i]->sums;
         fTree[i + 1] += fBlocks[i]->sums;
@@ -153,6 +157,7 @@ void Rows::_Rebuild()
 Rows::~Rows()
 {
     for (const auto& block : fBlocks) {
+        Settle(block.get());
         for (int32 i = 0; i < block->sums.rows; i++) {
             block->items[i]->fBlock = nullptr;
             block->items[i]->fSuper = nullptr;
@@ -166,6 +171,8 @@ Rows::Place Rows::_PlaceOfRow(int32 row) const
 {
     if (row < 0 || row >= fTotal.rows)
         return {};
+    if (fAllFull)
+        return {fBlocks[size_t(row / RowBlock::kMost)].get(), row % RowBlock::kMost};
     RowBlock* const first = fBlocks.front().get();
     if (row < first->sums.rows)
         return {first, row};
@@ -371,6 +378,7 @@ void Rows::_Put(RowBlock* block, int32 slot, BListItem* item, bool shown)
     block->heights[slot] = pixels_of(item);
     block->shown.Set(slot, shown);
     block->selected.Set(slot, item->fSelected);
+    block->disabled.Set(slot, item->fDisabled);
     block->tops.Set(slot, item->fLevel == 0);
     if (shown)
         block->width = std::max(block->width, item->fWidth);
@@ -396,11 +404,13 @@ RowBlock* Rows::_MakeRoom(int32 row, int32* slot)
                       : place.slot == RowBlock::kMost ? RowBlock::kMost
                                                       : RowBlock::kMost / 2;
     if (place.block != nullptr && cut < RowBlock::kMost) {
+        Settle(place.block);
         for (int32 i = cut; i < RowBlock::kMost; i++)
             _Put(block, i - cut, place.block->items[i], place.block->shown.Has(i));
         for (int32 i = cut; i < RowBlock::kMost; i++) {
             place.block->shown.Set(i, false);
             place.block->selected.Set(i, false);
+            place.block->disabled.Set(i, false);
             place.block->tops.Set(i, false);
         }
         sum_up(block, RowBlock::kMost - cut);
@@ -427,6 +437,7 @@ bool Rows::Insert(int32 row, BListItem* item, bool shown)
         memmove(block->heights + slot + 1, block->heights + slot, behind * sizeof(*block->heights));
         block->shown.Insert(slot, shown);
         block->selected.Insert(slot, false);
+        block->disabled.Insert(slot, false);
         block->tops.Insert(slot, false);
         _Put(block, slot, item, shown);
         _Add(block, sums_of(block, slot));
@@ -452,6 +463,7 @@ bool Rows::InsertAll(int32 row, const std::vector<BListItem*>& items)
 
 void Rows::_Take(RowBlock* block, int32 slot)
 {
+    Settle(block);
     RowSums sums = sums_of(block, slot);
     BListItem* const item = block->items[slot];
     item->fBlock = nullptr;
@@ -463,6 +475,7 @@ void Rows::_Take(RowBlock* block, int32 slot)
     memmove(block->heights + slot, block->heights + slot + 1, behind * sizeof(*block->heights));
     block->shown.Remove(slot);
     block->selected.Remove(slot);
+    block->disabled.Remove(slot);
     block->tops.Remove(slot);
     RowSums change;
     change -= sums;
@@ -481,6 +494,7 @@ void Rows::_Shrink(int32 place)
             return;
         RowBlock* const next = fBlocks[at + 1].get();
         const int32 start = block->sums.rows;
+        Settle(next);
         for (int32 i = 0; i < next->sums.rows; i++)
             _Put(block, start + i, next->items[i], next->shown.Has(i));
         sum_up(block, start + next->sums.rows);
@@ -514,7 +528,8 @@ void Rows::RemoveRange(int32 row, int32 count)
         const size_t first = static_cast<size_t>(block->place);
         size_t end = first;
         while (end < fBlocks.size() && fBlocks[end]->sums.rows <= count) {
-            const RowBlock& gone = *fBlocks[end++];
+            RowBlock& gone = *fBlocks[end++];
+            Settle(&gone);
             for (int32 i = 0; i < gone.sums.rows; i++) {
                 if (i + kAhead < gone.sums.rows)
                     __builtin_prefetch(gone.items[i + kAhead], 1);
@@ -535,6 +550,7 @@ bool Rows::Replace(int32 row, BListItem* item)
     const Place place = _PlaceOfRow(row);
     if (place.block == nullptr || item == nullptr || item->fBlock != nullptr)
         return false;
+    Settle(place.block);
     BListItem* const former = place.block->items[place.slot];
     RowSums change;
     change -= sums_of(place.block, place.slot);
@@ -552,6 +568,8 @@ bool Rows::Replace(int32 row, BListItem* item)
 
 void Rows::Reorder(const std::vector<BListItem*>& items)
 {
+    for (const auto& block : fBlocks)
+        Settle(block.get());
     std::vector<bool> shown;
     shown.reserve(items.size());
     for (const BListItem* item : items) {
@@ -561,8 +579,11 @@ void Rows::Reorder(const std::vector<BListItem*>& items)
     size_t next = 0;
     for (const auto& block : fBlocks) {
         const int32 rows = block->sums.rows;
-        for (int32 i = 0; i < rows; i++, next++)
+        for (int32 i = 0; i < rows; i++, next++) {
+            if (next + kAhead < items.size())
+                __builtin_prefetch(items[next + kAhead], 1);
             _Put(block.get(), i, items[next], shown[next]);
+        }
         sum_up(block.get(), rows);
     }
     _Rebuild();
@@ -594,6 +615,16 @@ void Rows::SetShown(int32 row, int32 count, bool shown)
     }
 }
 
+void Rows::_Settle(RowBlock* block)
+{
+    block->unsettled = false;
+    for (int32 i = 0; i < block->sums.rows; i++) {
+        if (i + kAhead < block->sums.rows)
+            __builtin_prefetch(block->items[i + kAhead], 1);
+        block->items[i]->fSelected = block->selected.Has(i);
+    }
+}
+
 void Rows::_SetSelected(const Place& place, bool selected)
 {
     if (place.block->selected.Has(place.slot) == selected)
@@ -614,8 +645,17 @@ bool Rows::_Deselect(int32 from, int32 to, bool inside)
         if (block->sums.selected == 0)
             continue;
         const RowBits bits = both(*block);
-        const int32 first = _Before(block->place).shown;
         RowSums change;
+        if (!inside && (from > to || to < 0)) {
+            for (int32 word = 0; word < 4; word++)
+                block->selected.words[word] &= ~bits.words[word];
+            block->unsettled = true;
+            changed = true;
+            change.selected = -block->sums.selected;
+            _Add(block, change);
+            continue;
+        }
+        const int32 first = _Before(block->place).shown;
         for (int32 word = 0; word < 4; word++) {
             for (uint64 left = bits.words[word]; left != 0; left &= left - 1) {
                 const int32 slot = word * 64 + std::countr_zero(left);
@@ -636,29 +676,53 @@ bool Rows::_Deselect(int32 from, int32 to, bool inside)
     return changed;
 }
 
+// All rows of a block that show and are enabled. Returns how many were not selected before.
+static int32 select_all(RowBlock* block)
+{
+    int32 count = 0;
+    for (int32 word = 0; word < 4; word++) {
+        uint64& selected = block->selected.words[word];
+        const uint64 added = block->shown.words[word] & ~block->disabled.words[word] & ~selected;
+        selected |= added;
+        count += std::popcount(added);
+    }
+    block->unsettled = block->unsettled || count > 0;
+    return count;
+}
+
+// Up to `count` of them from a slot on. Returns how many show, and adds how many were not selected.
+static int32 select_some(RowBlock* block, int32 slot, int32 count, int32* added)
+{
+    int32 seen = 0;
+    for (; slot < block->sums.rows && seen < count; slot++) {
+        if (!block->shown.Has(slot))
+            continue;
+        seen++;
+        if (block->selected.Has(slot) || block->disabled.Has(slot))
+            continue;
+        block->selected.Set(slot, true);
+        block->unsettled = true;
+        ++*added;
+    }
+    return seen;
+}
+
 bool Rows::SelectRange(int32 from, int32 to)
 {
     bool changed = false;
     from = std::max(from, 0);
     to = std::min(to, fTotal.shown - 1);
     while (from <= to) {
-        const Place place = _PlaceOfIndex(from);
+        const auto [block, slot] = _PlaceOfIndex(from);
+        const bool whole =
+            to - from + 1 >= block->sums.shown && block->shown.CountBefore(slot) == 0;
         RowSums change;
-        for (int32 i = place.slot; i < place.block->sums.rows && from <= to; i++) {
-            if (!place.block->shown.Has(i))
-                continue;
-            from++;
-            if (i + kAhead < place.block->sums.rows)
-                __builtin_prefetch(place.block->items[i + kAhead], 1);
-            BListItem* const item = place.block->items[i];
-            if (item->fSelected || item->fDisabled)
-                continue;
-            item->fSelected = true;
-            place.block->selected.Set(i, true);
-            change.selected++;
-        }
+        if (whole)
+            change.selected = select_all(block);
+        from +=
+            whole ? block->sums.shown : select_some(block, slot, to - from + 1, &change.selected);
         changed = changed || change.selected != 0;
-        _Add(place.block, change);
+        _Add(block, change);
     }
     return changed;
 }
@@ -669,6 +733,14 @@ void Rows::Selected(BListItem* item, bool selected)
 {
     if (item->fBlock != nullptr)
         item->fBlock->rows->_SetSelected(item->fBlock->rows->_PlaceOf(item), selected);
+}
+
+void Rows::Enabled(BListItem* item, bool enabled)
+{
+    if (item->fBlock == nullptr)
+        return;
+    const Place place = item->fBlock->rows->_PlaceOf(item);
+    place.block->disabled.Set(place.slot, !enabled);
 }
 
 void Rows::Resized(BListItem* item)

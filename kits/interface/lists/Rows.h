@@ -44,9 +44,10 @@ struct [[gnu::visibility("hidden")]] RowBlock
     RowSums sums;
     float width = 0;  // of the widest item, if not stale
     bool stale = false;
+    bool unsettled = false;  // items do not know yet that they are selected, or are no more
     BListItem* items[kMost];
     int32 heights[kMost];  // pixels
-    RowBits shown, selected, tops;
+    RowBits shown, selected, disabled, tops;
 };
 
 /* Rows have numbers among all, and indexes among those that are shown. What is out of range is not
@@ -107,9 +108,17 @@ public:
 
     // The item itself has changed.
     static void Selected(BListItem * item, bool selected);
+    static void Enabled(BListItem * item, bool enabled);
     static void Resized(BListItem * item);
     static void Left(BListItem * item);  // it is being deleted
     static void LevelChanged(BListItem * item);
+
+    // Rows that are selected all at once hear of it when they are asked.
+    static void Settle(RowBlock * block)
+    {
+        if (block != nullptr && block->unsettled)
+            _Settle(block);
+    }
 
     // ---- Levels
 
@@ -155,6 +164,7 @@ private:
     bool _Deselect(int32 from, int32 to, bool inside);
     void _SetSelected(const Place& place, bool selected);
     int32 _IndexOf(const Place& place) const;
+    static void _Settle(RowBlock * block);
 
     Blocks fBlocks;
     std::vector<RowSums> fTree;  // of Fenwick's kind, over the blocks
@@ -163,6 +173,7 @@ private:
     mutable int32 fHintRow = 0;         // the first one there
     std::vector<const BListItem*> fArray;
     bool fArrayValid = false;
+    bool fAllFull = false;  // but for the last block: a row's number tells where it is
     bool fLevelsStale = false;
     bool fShownStale = false;
 };
