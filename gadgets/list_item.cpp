@@ -12,13 +12,32 @@
 #include <string.h>
 #include <strings.h>
 
+#include <new>
 #include <utility>
 
-TListItem::TListItem(const char* text) : BListItem(0, true), fText(strdup(text)) {}
+TListItem* TListItem::New(const char* text)
+{
+    const size_t size = strlen(text) + 1;
+    void* const memory = malloc(sizeof(TListItem) + size);
+    if (memory == nullptr)
+        throw std::bad_alloc();
+    char* const own = static_cast<char*>(memory) + sizeof(TListItem);
+    memcpy(own, text, size);
+    return ::new (memory) TListItem(own);
+}
 
-TListItem::~TListItem() { free(fText); }
+TListItem::~TListItem()
+{
+    if (fText != _First())
+        free(fText);
+}
 
-void TListItem::SetText(const char* text) { free(std::exchange(fText, strdup(text))); }
+void TListItem::SetText(const char* text)
+{
+    char* const before = std::exchange(fText, strdup(text));
+    if (before != _First())
+        free(before);
+}
 
 TListItem::Extras& TListItem::_Extras()
 {
@@ -66,9 +85,9 @@ int TListItem::CompareKeys(const void* a, const void* b)
 
 void TListItem::Update(BView* owner, const BFont* font)
 {
-    BListItem::Update(owner, font);
     font_height height;
     font->GetHeight(&height);
+    SetWidth(owner->Bounds().Width());
     SetHeight(height.ascent + height.descent + height.leading);
 }
 

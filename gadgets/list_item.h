@@ -11,6 +11,8 @@
 #include <array>
 #include <memory>
 
+#include <stdlib.h>
+
 static const float kTextStart = 10;  // of texts, whatever the level: kept on purpose
 
 // In the order of the calls that set them.
@@ -50,8 +52,10 @@ struct SortKey {
 // Small, for there may be very many of them.
 class TListItem : public BListItem {
 public:
-    explicit TListItem(const char* text);
+    // The text lies behind the item, so that both come from memory at once.
+    static TListItem* New(const char* text);
     ~TListItem() override;
+    void operator delete(void* item) { free(item); }
 
     void DrawItem(BView* owner, BRect frame, bool complete) override;
     void Update(BView* owner, const BFont* font) override;
@@ -76,12 +80,14 @@ private:
         std::unique_ptr<std::array<uint32_t, 4>> colors;
         ListDrawHook drawHook = nullptr;
     };
+    explicit TListItem(char* text) : BListItem(0, true), fText(text) {}
     Extras& _Extras();
     rgb_color _Color(const ListFrame& list, ListColor disabled, ListColor selected,
                      ListColor unselected) const;
+    char* _First() { return reinterpret_cast<char*>(this + 1); }
 
     union {
-        char* fText;  // from the C library
+        char* fText;  // the first, behind the item, or a later one from the C library
         SortKey* fKey;
     };
     std::unique_ptr<Extras> fExtras;  // few rows have any

@@ -431,7 +431,7 @@ extern "C" void AddLvEntry(int32_t ident, const char* text)
 {
     if (text == nullptr || text[0] == '\0')
         return;
-    on_list(ident, [=](auto& list) { list.AddItem(new TListItem(text)); });
+    on_list(ident, [=](auto& list) { list.AddItem(TListItem::New(text)); });
 }
 
 extern "C" void AddEntryInSub(int32_t ident, int32_t n, const char* text)
@@ -440,7 +440,7 @@ extern "C" void AddEntryInSub(int32_t ident, int32_t n, const char* text)
         return;
     on_outline(ident, [=](auto& list) {
         if (BListItem* top = list.ItemUnderAt(nullptr, true, n))
-            list.AddUnder(new TListItem(text), top);
+            list.AddUnder(TListItem::New(text), top);
     });
 }
 
