@@ -135,6 +135,18 @@ void Rows::_Add(RowBlock* block, const RowSums& change)
     fArrayValid = false;
 }
 
+// After an empty block came at the end.
+void Rows::_Append()
+{
+    const size_t at = fBlocks.size();
+    RowBlock* const block = fBlocks.back().get();
+    block->place = static_cast<int32>(at) - 1;
+    fAllFull = fAllFull && (at == 1 || fBlocks[at - 2]->sums.rows == RowBlock::kMost);
+    RowSums sums = _Before(block->place);
+    sums -= _Before(static_cast<int32>(at & (at - 1)));
+    fTree.push_back(sums);
+}
+
 // After blocks came or went.
 void Rows::_Rebuild()
 {
@@ -277,6 +289,8 @@ int64 Rows::TopOf(int32 index) const
 
 bool Rows::IsBelow(int32 index, int64 y) const
 {
+    if (index >= 0 && index == fTotal.shown - 1)
+        return TopOf(index) >= y;  // which is known without a sum
     const Place place = _PlaceOfIndex(index);
     return place.block != nullptr && _Before(place.block->place).height >= y;
 }
@@ -416,7 +430,10 @@ RowBlock* Rows::_MakeRoom(int32 row, int32* slot)
         sum_up(block, RowBlock::kMost - cut);
         sum_up(place.block, cut);
     }
-    _Rebuild();
+    if (cut == RowBlock::kMost)
+        _Append();
+    else
+        _Rebuild();
     if (place.block != nullptr && place.slot <= cut && cut < RowBlock::kMost) {
         *slot = place.slot;
         return place.block;
@@ -433,12 +450,13 @@ bool Rows::Insert(int32 row, BListItem* item, bool shown)
         int32 slot;
         RowBlock* block = _MakeRoom(row, &slot);
         const int32 behind = block->sums.rows - slot;
-        memmove(block->items + slot + 1, block->items + slot, behind * sizeof(*block->items));
-        memmove(block->heights + slot + 1, block->heights + slot, behind * sizeof(*block->heights));
-        block->shown.Insert(slot, shown);
-        block->selected.Insert(slot, false);
-        block->disabled.Insert(slot, false);
-        block->tops.Insert(slot, false);
+        if (behind > 0) {
+            memmove(block->items + slot + 1, block->items + slot, behind * sizeof(*block->items));
+            memmove(block->heights + slot + 1, block->heights + slot,
+                    behind * sizeof(*block->heights));
+            for (RowBits* bits : {&block->shown, &block->selected, &block->disabled, &block->tops})
+                bits->Insert(slot, false);
+        }
         _Put(block, slot, item, shown);
         _Add(block, sums_of(block, slot));
     } catch (const std::bad_alloc&) {

@@ -153,6 +153,7 @@ private:
     int32 _Find(int64 wanted, int64 * before) const;
     RowSums _Before(int32 place) const;
     void _Add(RowBlock * block, const RowSums& change);
+    void _Append();
     void _Rebuild();
     Place _PlaceOfRow(int32 row) const;
     Place _PlaceOfIndex(int32 index) const;

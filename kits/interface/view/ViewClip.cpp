@@ -561,7 +561,15 @@ void BView::Invalidate(const BRegion* invalRegion)
     canvas->Invalidate(region);
 }
 
-void BView::Invalidate() { Invalidate(fData->bounds); }
+void BView::Invalidate()
+{
+    BPrivate::Canvas* canvas = fData->canvas;
+    if (canvas == nullptr || canvas->IsOffscreen())
+        return;
+    // One that changes again and again is waiting already.
+    if (!BPrivate::covers(canvas->Invalid(), fData->WholeVisible().FrameInt()))
+        Invalidate(fData->bounds);
+}
 
 void BView::DelayedInvalidate(bigtime_t delay) { DelayedInvalidate(delay, fData->bounds); }
 
