@@ -6,6 +6,7 @@
 #include <Injection.h>
 #include <OS.h>
 #include <Looper.h>
+#include <MessageFilter.h>
 #include <View.h>
 #include <Window.h>
 
@@ -24,11 +25,15 @@
 
 #include <algorithm>
 #include <atomic>
+#include <filesystem>
+#include <fstream>
 #include <random>
+#include <string>
 #include <vector>
 
 #include <malloc.h>
 #include <time.h>
+#include <unistd.h>
 
 namespace {
 
@@ -139,6 +144,32 @@ void Slider(benchmark::State& state)
     KillGadget(0, slider);
 }
 BENCHMARK(Slider);
+
+std::atomic<int64_t> sUpdates;
+
+filter_result count_update(BMessage*, BHandler**, BMessageFilter*)
+{
+    sUpdates++;
+    return B_DISPATCH_MESSAGE;
+}
+
+// The counter tells how often the window drew in a display frame's time.
+void SliderRedraws(benchmark::State& state)
+{
+    const Opened window;
+    const int32_t slider = CreateGadget(15, window.Ident(), 10, 10, 200, 40, "value", 1000);
+    window.Object()->Lock();
+    window.Object()->AddCommonFilter(new BMessageFilter('_UPD', count_update));
+    window.Object()->Unlock();
+    int32_t value = 0;
+    sUpdates = 0;
+    const nanotime_t start = system_time_nsecs();
+    for (auto _ : state)
+        SetValue(slider, value++ % 1000);
+    state.counters["a_frame"] = static_cast<double>(sUpdates) / (seconds_since(start) * 60);
+    KillGadget(0, slider);
+}
+BENCHMARK(SliderRedraws)->Iterations(1'000'000);
 
 void Label(benchmark::State& state)
 {
@@ -283,6 +314,46 @@ void Memory(benchmark::State& state)
     state.counters["kB"] = static_cast<double>(used) / 1024;
 }
 BENCHMARK(Memory)->Unit(benchmark::kMicrosecond);
+
+// How often the threads of the process but this one have gone to sleep.
+int64_t count_sleeps()
+{
+    int64_t sum = 0;
+    for (const auto& task : std::filesystem::directory_iterator("/proc/self/task")) {
+        if (task.path().filename() == std::to_string(gettid()))
+            continue;
+        std::ifstream status(task.path() / "status");
+        for (std::string word; status >> word;) {
+            if (word == "voluntary_ctxt_switches:" && status >> word)
+                sum += std::stoll(word);
+        }
+    }
+    return sum;
+}
+
+// The counters tell how often a thread woke in a second while a tool tip waits over a gadget, and
+// while the pointer rests over none.
+void TipAtRest(benchmark::State& state)
+{
+    const Opened window;
+    const int32_t button = CreateGadget(1, window.Ident(), 10, 10, 100, 24, "tip", 0);
+    ToolTipsWindow(window.Ident(), 1);
+    SetTipsWindow(button, "a text");
+    const auto wakes = [](int32_t x, int32_t y, bigtime_t after_us) {
+        inject_pointer(x, y);
+        snooze(after_us);
+        const int64_t before = count_sleeps();
+        snooze(500'000);
+        return static_cast<double>(count_sleeps() - before) * 2;
+    };
+    for (auto _ : state) {
+        state.counters["elsewhere"] = wakes(400, 400, 1'500'000);
+        state.counters["waiting"] = wakes(50, 40, 200'000);
+        state.counters["shown"] = wakes(51, 40, 1'500'000);
+    }
+    KillGadget(0, button);
+}
+BENCHMARK(TipAtRest)->Iterations(1);
 
 // --- the hand
 
