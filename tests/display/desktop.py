@@ -16,15 +16,15 @@ import tempfile
 import time
 
 PATIENCE_S = 30  # only a fault reaches that
+GROUND = "406080"
 NOBODY = 65534   # the compositor refuses to run as root
 
 CONFIGURATION = """
 xwayland disable
 output HEADLESS-1 resolution 1024x768 position 0 0 scale {scale} bg #406080 solid_color
-for_window [title=".*"] floating enable
+for_window [title=".*"] floating enable, border {border}
 focus_follows_mouse no
 floating_modifier none
-default_floating_border {border}
 floating_minimum_size 1 x 1
 """
 
@@ -190,6 +190,12 @@ class Hands:
         for code in reversed(codes):
             self._key(code, 0)
 
+    def hold(self, name):
+        self._key(KEYS[name], 1)
+
+    def let_go(self, name):
+        self._key(KEYS[name], 0)
+
     def type(self, text):
         for letter in text:
             self.key(letter)
@@ -310,7 +316,7 @@ class Desktop:
         self.runtime = runtime
         eventually(lambda: self.tree() is not None, "no compositor that answers")
         self.hands = Hands(os.path.join(runtime, os.environ["WAYLAND_DISPLAY"]))
-        eventually(lambda: self.picture().at(1, 1) == "406080", "no ground on the screen")
+        eventually(lambda: self.picture().at(1, 1) == GROUND, "no ground on the screen")
 
     def _find(self, start, end):
         runtime = os.path.join(self.folder, "run")
@@ -391,6 +397,7 @@ class Desktop:
             asked[:] = [asked[0] + x - left, asked[1] + y - top]
             return False
         eventually(lies_there, lambda: "it lies at %r" % (self.place(title),))
+        eventually(lambda: self.picture().at(x + 1, y + 1) != GROUND, "it does not show there")
 
     def focused(self):
         return next((each["name"] for each in self.windows() if each["focused"]), None)
@@ -399,8 +406,8 @@ class Desktop:
         self.command('[con_id=%d]' % self.window(title)["id"], "focus")
         eventually(lambda: self.focused() == title, "it does not get the keys")
 
-    def picture(self):
-        data = self.run(["grim", "-t", "ppm", "-"])
+    def picture(self, cursor=False):
+        data = self.run(["grim"] + ["-c"] * cursor + ["-t", "ppm", "-"])
         return Picture(data) if data else Picture(b"P6\n0 0\n255\n")
 
     def shows(self, color, x, y):

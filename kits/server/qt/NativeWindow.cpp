@@ -2,6 +2,7 @@
 
 #include "server/qt/NativeWindow.h"
 
+#include <QFontMetrics>
 #include <QGuiApplication>
 #include <QInputMethod>
 #include <QInputMethodEvent>
@@ -123,8 +124,10 @@ NativeWindow::NativeWindow(QtWindow* owner) : fOwner(owner), fStore(this)
     setSurfaceType(QSurface::RasterSurface);
     // By a button of Qt's own decoration: no event tells of it.
     connect(this, &QWindow::windowStateChanged, this, [this](Qt::WindowState state) {
-        if (state == Qt::WindowMinimized && !fSettingState && fOwner != nullptr)
+        if (state == Qt::WindowMinimized && !fSettingState && fOwner != nullptr) {
+            fIsIcon = true;
             fOwner->NativeMinimized(true);
+        }
     });
 }
 
@@ -148,6 +151,28 @@ void NativeWindow::SetPlace(BRect frame)
     _TellFrame();
     if (changes && fAppears && _HangsOn() && !Grabs())
         _HangOn();
+}
+
+// Qt puts the program's name where there is no title.
+void NativeWindow::SetTitle(const std::string& title)
+{
+    fTitle = title.empty() && hides_places() ? QStringLiteral(" ") : QString::fromStdString(title);
+    _FitTitle();
+}
+
+// Where the compositor draws no titles Qt does, and cuts long ones off at both ends.
+void NativeWindow::_FitTitle()
+{
+    const int kTitleSize = 14, kButtons = 77;
+    QString shown = fTitle;
+    if (hides_places() && frameMargins().top() > 0) {
+        QFont font;
+        font.setPixelSize(kTitleSize);
+        shown = QFontMetrics(font).elidedText(fTitle, Qt::ElideRight,
+                                              std::max(0, width() - 2 * kButtons));
+    }
+    if (shown != title())
+        setTitle(shown);
 }
 
 void NativeWindow::Appear()
@@ -257,6 +282,9 @@ void NativeWindow::SetMinimized(bool minimized)
     fSettingState = true;
     setWindowStates(states);
     fSettingState = false;
+    fIsIcon = minimized;
+    if (hides_places())
+        fOwner->NativeMinimized(minimized);
     if (!minimized)
         requestActivate();
 }
@@ -405,6 +433,7 @@ void NativeWindow::_Repaint()
     if (IsMenu())
         fOwner->UpdateGrab();
     _TellFrame();
+    _FitTitle();
     fOwner->Pixels().Touch();
     fTimer.stop();
     _Flush();
@@ -412,18 +441,29 @@ void NativeWindow::_Repaint()
 
 void NativeWindow::moveEvent(QMoveEvent*) { _TellFrame(); }
 
-void NativeWindow::resizeEvent(QResizeEvent*) { _TellFrame(); }
+void NativeWindow::resizeEvent(QResizeEvent*)
+{
+    _TellFrame();
+    _FitTitle();
+}
 
 void NativeWindow::focusInEvent(QFocusEvent*)
 {
     if (fIsMenu)
         return;  // its keys are those of the window that it belongs to, which stays active
-    // On Wayland nobody says that an icon has become a window again.
-    if (hides_places() && (windowStates() & Qt::WindowMinimized) != 0) {
-        setWindowStates(windowStates() & ~Qt::WindowStates(Qt::WindowMinimized));
-        fOwner->NativeMinimized(false);
-    }
+    _Restored();
     fOwner->NativeFocus(true);
+}
+
+// On Wayland nobody says that an icon has become a window again, but that it is used.
+void NativeWindow::_Restored()
+{
+    if (!hides_places() || !std::exchange(fIsIcon, false))
+        return;
+    fSettingState = true;
+    setWindowStates(windowStates() & ~Qt::WindowStates(Qt::WindowMinimized));
+    fSettingState = false;
+    fOwner->NativeMinimized(false);
 }
 
 void NativeWindow::focusOutEvent(QFocusEvent* event)
@@ -454,6 +494,7 @@ void NativeWindow::_DragTo(const QMouseEvent* event)
 
 void NativeWindow::mousePressEvent(QMouseEvent* event)
 {
+    _Restored();
     StageLock lock;
     const int32 button = button_of(event->button());
     const bigtime_t when = fOwner->TimeOf(event->timestamp());
@@ -616,9 +657,10 @@ bool NativeWindow::event(QEvent* event)
             const Qt::WindowStates states = windowStates();
             const bool minimized = (states & Qt::WindowMinimized) != 0;
             bool result = QWindow::event(event);
-            fOwner->NativeMinimized(minimized);
+            if (!hides_places())
+                fOwner->NativeMinimized(minimized);
             if (!minimized)  // of an icon the window manager does not say it
-                fOwner->NativeZoomed((states & Qt::WindowMaximized) != 0);
+                fOwner->NativeZoomed((states & (Qt::WindowMaximized | Qt::WindowFullScreen)) != 0);
             return result;
         }
         case QEvent::Enter: {

@@ -7,6 +7,8 @@
 
 #include <OS.h>
 
+#include <string>
+
 #include "server/qt/WindowKind.h"
 #include "server/screen/ScreenWindow.h"
 #include "server/screen/Stage.h"
@@ -26,6 +28,7 @@ public:
 
     void SetKind(const WindowKind& kind);
     void SetPlace(BRect frame);
+    void SetTitle(const std::string& title);
     void SetLimits(const WindowSpec& spec);
     void SetMinimized(bool minimized);
     void SetCursorImage(const Cursor& image, bool hidden);
@@ -69,6 +72,8 @@ private:
     void _HangOn();
     void _SetType(Qt::WindowType type);
     void _Dismissed();
+    void _FitTitle();
+    void _Restored();
     void _TellFrame();
     void _Repaint();
     void _Flush();
@@ -89,8 +94,10 @@ private:
     bool fIsMenu = false;
     bool fAppears = false;
     bool fSettingState = false;  // the window's state changes as the program asked
-    QPoint fPlace;               // on the screen, as it was asked for
-    bool fWasShown = false;      // the next paint event is that of its coming into sight
+    bool fIsIcon = false;        // as far as the window knows, where nobody else does
+    QString fTitle;
+    QPoint fPlace;           // on the screen, as it was asked for
+    bool fWasShown = false;  // the next paint event is that of its coming into sight
     bool fGrabbing = false;
     QBasicTimer fTimer;  // runs while something waits for the next frame
     bigtime_t fLastFlush = 0;

@@ -2,7 +2,6 @@
 
 #include "server/qt/QtClipboard.h"
 
-#include <QClipboard>
 #include <QGuiApplication>
 #include <QMimeData>
 
@@ -17,10 +16,14 @@ namespace server {
 
 static const char* const kQtText = "text/plain;charset=utf-8";
 
-QtClipboard::QtClipboard(QtDisplay* display, QObject* context) : fDisplay(display)
+QtClipboard::QtClipboard(QtDisplay* display, QObject* context, QClipboard::Mode mode)
+    : fDisplay(display), fMode(mode)
 {
-    QObject::connect(QGuiApplication::clipboard(), &QClipboard::dataChanged, context,
-                     [this] { _Changed(); });
+    QObject::connect(QGuiApplication::clipboard(), &QClipboard::changed, context,
+                     [this](QClipboard::Mode changed) {
+                         if (changed == fMode)
+                             _Changed();
+                     });
 }
 
 void QtClipboard::_Changed()
@@ -69,7 +72,7 @@ static bool read_form(const QMimeData& data, const std::string& type, std::strin
 
 status_t QtClipboard::ReadNow(const std::vector<std::string>& types, ClipboardForm* form)
 {
-    const QMimeData* data = QGuiApplication::clipboard()->mimeData();
+    const QMimeData* data = QGuiApplication::clipboard()->mimeData(fMode);
     for (const std::string& type : types) {
         if (data != nullptr && read_form(*data, type, &form->bytes)) {
             form->type = type;
@@ -92,7 +95,7 @@ status_t QtClipboard::WriteNow(ClipboardForms forms, std::optional<uint32> expec
             data->setData(QLatin1String(kQtText), bytes);
         data->setData(QString::fromStdString(form.type), bytes);
     }
-    QGuiApplication::clipboard()->setMimeData(data);
+    QGuiApplication::clipboard()->setMimeData(data, fMode);
     if (fChanges == before)
         _Changed();
     *changes = fChanges;

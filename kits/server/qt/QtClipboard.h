@@ -4,6 +4,8 @@
 // Qt's clipboard, for screens other than X11's. Qt asks other programs on the server's thread and
 // waits for them there; who asks us to gives up earlier.
 
+#include <QClipboard>
+
 #include <atomic>
 #include <functional>
 #include <mutex>
@@ -12,8 +14,6 @@
 
 #include "server/qt/WaitingClipboard.h"
 
-class QObject;
-
 namespace server {
 
 class QtDisplay;
@@ -21,7 +21,7 @@ class QtDisplay;
 class QtClipboard final : public WaitingClipboard {
 public:
     // Server's thread; `context` lives as long as that runs.
-    QtClipboard(QtDisplay* display, QObject* context);
+    QtClipboard(QtDisplay* display, QObject* context, QClipboard::Mode mode);
 
     uint32 Changes() override { return fChanges; }
     void SetListener(std::function<void()> listener) override;
@@ -34,6 +34,7 @@ private:
     void _Changed();
 
     QtDisplay* fDisplay;
+    const QClipboard::Mode fMode;
     std::atomic<uint32> fChanges{0};
     std::mutex fMutex;  // the next
     std::function<void()> fListener;

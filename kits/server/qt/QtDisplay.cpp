@@ -102,7 +102,9 @@ void QtDisplay::_Run()
             fClipboard = std::make_shared<X11Clipboard>("CLIPBOARD");
             fPrimary = std::make_shared<X11Clipboard>("PRIMARY");
         } else {
-            fClipboard = std::make_shared<QtClipboard>(this, &queue);
+            fClipboard = std::make_shared<QtClipboard>(this, &queue, QClipboard::Clipboard);
+            if (QGuiApplication::clipboard()->supportsSelection())
+                fPrimary = std::make_shared<QtClipboard>(this, &queue, QClipboard::Selection);
         }
         {
             StageLock lock;

@@ -80,7 +80,7 @@ private:
     Monitor fMonitor;                           // stage locked
     BRect fScreen{0, 0, 1023, 767};             // stage locked
     std::shared_ptr<Clipboard> fClipboard;      // set before the constructor returns
-    std::shared_ptr<Clipboard> fPrimary;        // as well; null beside X11
+    std::shared_ptr<Clipboard> fPrimary;        // as well; null where there is none
     bigtime_t fFrameInterval = 1000000 / 60;
 };
 

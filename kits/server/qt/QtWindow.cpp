@@ -6,7 +6,6 @@
 
 #include "app/CursorImage.h"
 #include "server/qt/NativeWindow.h"
-#include "server/qt/Platforms.h"
 #include "server/qt/QtDisplay.h"
 #include "server/qt/x11/X11Screen.h"
 
@@ -101,11 +100,9 @@ void QtWindow::_TellHints(const WindowSpec& spec)
                                       fNative->isVisible());
 }
 
-// Qt puts the program's name where there is no title.
 void QtWindow::_TellTitle(const std::string& title)
 {
-    const bool stands_in = title.empty() && hides_places();
-    fNative->setTitle(stands_in ? QStringLiteral(" ") : QString::fromUtf8(title.c_str()));
+    fNative->SetTitle(title);
     if (fDisplay->X11() != nullptr && title.empty())
         fDisplay->X11()->Hints().RemoveTitle(uint32(fNative->winId()));
 }
