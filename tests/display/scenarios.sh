@@ -292,6 +292,12 @@ drop() {
     expect "dropped $folder/zwei"
 }
 
+# A Wayland display that does not answer beside an X server that does.
+x_beside_dead_wayland() {
+    xdotool mousemove 150 170 click 1
+    expect 'press 50 50 1 1'
+}
+
 # A display that does not answer: the program runs in memory, says so, and can be ended.
 exit_without_display() {
     : >"$log"
@@ -316,6 +322,7 @@ if [[ $scenario != exit_without_* ]]; then
     few_colors) depth=16 ;;
     scaled_twice) scale=2 ;;
     scaled_between) scale=1.5 ;;
+    x_beside_dead_wayland) export WAYLAND_DISPLAY=wayland-not-there XDG_SESSION_TYPE=wayland ;;
     esac
     export QT_SCALE_FACTOR=$scale
     start_server
