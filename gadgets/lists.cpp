@@ -602,7 +602,9 @@ static char* text_of_row(int32_t ident, Find find)
     static char sText[kTextSize];  // the program's thread
     sText[0] = '\0';
     on_list(ident, [&](auto& list) {
-        if (const TListItem* item = as_row(find(list)))
+        BListItem* const row = find(list);
+        TListItem::Prefetch(row);
+        if (const TListItem* item = as_row(row))
             sText[std::string_view(item->Text()).copy(sText, kTextSize - 1)] = '\0';
     });
     return sText;
