@@ -172,6 +172,27 @@ OwnRuns* own_runs()
     return own != nullptr ? own : make_own_runs();
 }
 
+uint8 joined(uint8 a, uint8 b) { return static_cast<uint8>(a + b - (a * b + 127) / 255); }
+
+// Few pixels are touched by two glyphs.
+void join(uint8* to, const uint8* from, int32 count)
+{
+    int32 i = 0;
+    for (; i + 4 <= count; i += 4) {
+        uint32 above, below;
+        memcpy(&above, from + i, sizeof(above));
+        memcpy(&below, to + i, sizeof(below));
+        if (below == 0) {
+            memcpy(to + i, &above, sizeof(above));
+        } else if (above != 0) {
+            for (int32 at = i; at < i + 4; at++)
+                to[at] = joined(to[at], from[at]);
+        }
+    }
+    for (; i < count; i++)
+        to[i] = joined(to[i], from[i]);
+}
+
 void blend(const Glyph& glyph, int32 x, int32 y, TextRun& run)
 {
     int32 width = run.ink.right - run.ink.left + 1;
@@ -179,8 +200,7 @@ void blend(const Glyph& glyph, int32 x, int32 y, TextRun& run)
         const uint8* from = glyph.bits.get() + static_cast<ptrdiff_t>(row) * glyph.width;
         uint8* to = run.mask.get() + static_cast<ptrdiff_t>(y - run.ink.top + row) * width +
                     (x - run.ink.left);
-        for (int32 i = 0; i < glyph.width; i++)
-            to[i] = static_cast<uint8>(to[i] + from[i] - (to[i] * from[i] + 127) / 255);
+        join(to, from, glyph.width);
     }
 }
 
