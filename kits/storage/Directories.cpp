@@ -20,6 +20,7 @@
 #include "support/HostErrors.h"
 #include "storage/KnownPaths.h"
 #include "storage/StorageAccess.h"
+#include "support/RealPath.h"
 
 using BPrivate::StorageAccess;
 
@@ -202,11 +203,8 @@ const char* leaf_of(const char* path)
 
 static status_t real_path(const std::string& path, std::string* resolved)
 {
-    std::unique_ptr<char, decltype(&free)> real(realpath(path.c_str(), nullptr), &free);
-    if (real == nullptr)
-        return host_failure();
-    *resolved = real.get();
-    return B_OK;
+    *resolved = BPrivate::real_path(path);
+    return resolved->empty() ? host_failure() : B_OK;
 }
 
 // What a link says; false if `path` is none.

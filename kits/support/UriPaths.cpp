@@ -6,21 +6,21 @@
 
 namespace storage {
 
-static std::string take_or(char* text, const std::string& other)
+static std::string take(char* text)
 {
-    std::string copy = text != nullptr ? text : other;
+    std::string copy = text != nullptr ? text : "";
     g_free(text);
     return copy;
 }
 
 std::string uri_of_path(const std::string& path)
 {
-    return take_or(g_filename_to_uri(path.c_str(), nullptr, nullptr), path);
+    return take(g_filename_to_uri(path.c_str(), nullptr, nullptr));
 }
 
 std::string path_of_uri(const std::string& uri)
 {
-    return take_or(g_filename_from_uri(uri.c_str(), nullptr, nullptr), uri);
+    return take(g_filename_from_uri(uri.c_str(), nullptr, nullptr));
 }
 
 }  // namespace storage

@@ -5,7 +5,7 @@
 
 namespace [[gnu::visibility("hidden")]] storage {
 
-// "file:" URIs. What is none stays as it is.
+// "file:" URIs; empty for what can not be one, or is none of this machine.
 std::string uri_of_path(const std::string& path);
 std::string path_of_uri(const std::string& uri);
 

@@ -9,7 +9,6 @@
 #include <Path.h>
 #include <Roster.h>
 
-#include <limits.h>
 #include <stdio.h>
 #include <stdlib.h>
 #include <string.h>
@@ -20,6 +19,7 @@
 #include "app/roster/RunningApps.h"
 #include "storage/mime/MimeNames.h"
 #include "storage/mime/SharedMime.h"
+#include "support/RealPath.h"
 
 namespace BPrivate {
 
@@ -136,10 +136,9 @@ status_t find_target(const entry_ref* ref, LaunchTarget* target)
     struct stat info;
     if (entry.InitCheck() != B_OK || lstat(entry.Path(), &info) != 0)
         return B_ENTRY_NOT_FOUND;
-    char resolved[PATH_MAX];
-    if (realpath(entry.Path(), resolved) == nullptr)
+    const std::string path = real_path(entry.Path());
+    if (path.empty())
         return S_ISLNK(info.st_mode) ? B_LAUNCH_FAILED_NO_RESOLVE_LINK : B_ENTRY_NOT_FOUND;
-    const std::string path = resolved;
     if (is_program(path)) {
         target->executable = path;
         target->application = storage::find_application_of(path);

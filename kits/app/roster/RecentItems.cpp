@@ -22,6 +22,7 @@
 #include "app/roster/RunningApps.h"
 #include "storage/desktop/DataFolders.h"
 #include "storage/desktop/FileReplacement.h"
+#include "support/UriPaths.h"
 
 namespace BPrivate {
 
@@ -39,23 +40,6 @@ static Bookmarks parse(const std::string& text)
         !g_bookmark_file_load_from_data(file.get(), text.data(), text.size(), nullptr))
         file.reset();
     return file;
-}
-
-static std::string uri_of(const std::string& path)
-{
-    char* uri = g_filename_to_uri(path.c_str(), nullptr, nullptr);
-    const std::string text = uri != nullptr ? uri : "";
-    g_free(uri);
-    return text;
-}
-
-// Empty for what is no file of this machine.
-static std::string path_of(const char* uri)
-{
-    char* path = g_filename_from_uri(uri, nullptr, nullptr);
-    const std::string text = path != nullptr ? path : "";
-    g_free(path);
-    return text;
 }
 
 // Who adds: the signature, else the name of the program.
@@ -156,7 +140,7 @@ static void touch(GBookmarkFile* file, const std::string& uri, const std::string
 
 void add_recent_file(const std::string& path, const std::string& type, const char* signature)
 {
-    const std::string uri = uri_of(path);
+    const std::string uri = storage::uri_of_path(path);
     const std::string name = own_name(signature);
     if (!uri.empty())
         edit_list(uri, [&](GBookmarkFile* file) { touch(file, uri, type, name); });
@@ -164,7 +148,7 @@ void add_recent_file(const std::string& path, const std::string& type, const cha
 
 void add_recent_app(const std::string& executable, const storage::ApplicationRef& application)
 {
-    const std::string uri = uri_of(executable);
+    const std::string uri = storage::uri_of_path(executable);
     const std::string name = application != nullptr ? application->signature : executable;
     if (uri.empty())
         return;
@@ -207,7 +191,7 @@ static std::vector<std::string> uris_by_time(GBookmarkFile* file)
 static RecentItem item_of(GBookmarkFile* file, const std::string& uri)
 {
     RecentItem item;
-    item.path = path_of(uri.c_str());
+    item.path = storage::path_of_uri(uri);
     char* type = g_bookmark_file_get_mime_type(file, uri.c_str(), nullptr);
     item.type = type != nullptr ? type : "";
     g_free(type);

@@ -5,7 +5,6 @@
 #include <ctype.h>
 #include <dirent.h>
 #include <errno.h>
-#include <limits.h>
 #include <stdlib.h>
 #include <string.h>
 #include <sys/stat.h>
@@ -22,6 +21,7 @@
 #include "storage/desktop/KeptFiles.h"
 #include "storage/mime/MimeNames.h"
 #include "support/UriPaths.h"
+#include "support/RealPath.h"
 
 namespace storage {
 
@@ -40,12 +40,6 @@ struct Entries {
 };
 
 }  // namespace
-
-static std::string real_path(const std::string& path)
-{
-    char resolved[PATH_MAX];
-    return realpath(path.c_str(), resolved) != nullptr ? resolved : "";
-}
 
 // ---- Signatures
 
@@ -198,7 +192,8 @@ static void index_executables(Entries* entries)
                 if (claim_on_executable(*application) != claim)
                     continue;
                 const std::string& path = application->executable;
-                entries->by_executable.try_emplace(resolved ? real_path(path) : path, application);
+                entries->by_executable.try_emplace(resolved ? BPrivate::real_path(path) : path,
+                                                   application);
             }
         }
     }
@@ -332,7 +327,7 @@ ApplicationRef find_application_of(const std::string& executable)
     const int before = errno;
     auto found = entries->by_executable.find(executable);
     if (found == entries->by_executable.end())
-        found = entries->by_executable.find(real_path(executable));
+        found = entries->by_executable.find(BPrivate::real_path(executable));
     errno = before;
     return found != entries->by_executable.end() ? found->second : nullptr;
 }
@@ -346,14 +341,17 @@ static bool is_uri(const std::string& file)
     return file.find("://") != std::string::npos && file[0] != '/';
 }
 
+// What can not be changed into the other stays as it is.
 static std::string as_uri(const std::string& file)
 {
-    return is_uri(file) ? file : uri_of_path(file);
+    const std::string uri = is_uri(file) ? std::string() : uri_of_path(file);
+    return uri.empty() ? file : uri;
 }
 
 static std::string as_path(const std::string& file)
 {
-    return is_uri(file) ? path_of_uri(file) : file;
+    const std::string path = is_uri(file) ? path_of_uri(file) : std::string();
+    return path.empty() ? file : path;
 }
 
 // One word of a command, its codes replaced; true if that gave any file.

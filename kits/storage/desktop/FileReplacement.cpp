@@ -5,7 +5,6 @@
 #include <dirent.h>
 #include <errno.h>
 #include <fcntl.h>
-#include <limits.h>
 #include <signal.h>
 #include <stdio.h>
 #include <stdlib.h>
@@ -19,6 +18,7 @@
 
 #include "storage/desktop/DataFolders.h"
 #include "support/HostErrors.h"
+#include "support/RealPath.h"
 
 namespace storage {
 
@@ -211,9 +211,9 @@ status_t edit_file(const std::string& path,
     status_t status = create_directory(folder_of(path).c_str(), 0700);
     if (status != B_OK)
         return status;
-    char resolved[PATH_MAX];
     const int before = errno;
-    const std::string target = realpath(path.c_str(), resolved) != nullptr ? resolved : path;
+    const std::string real = BPrivate::real_path(path);
+    const std::string target = real.empty() ? path : real;
     for (int i = 0; i < kAttempts; i++) {
         status = try_to_edit(target, edit);
         if (status != B_WOULD_BLOCK) {

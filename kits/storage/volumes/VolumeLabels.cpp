@@ -3,10 +3,11 @@
 #include "storage/volumes/VolumeLabels.h"
 
 #include <dirent.h>
-#include <limits.h>
 #include <stdio.h>
 #include <stdlib.h>
 #include <string.h>
+
+#include "support/RealPath.h"
 
 std::string& BPrivate::volume_label_folder()
 {
@@ -33,24 +34,18 @@ static std::string decoded_label(const char* name)
     return label;
 }
 
-static std::string real_path_of(const std::string& path)
-{
-    char real[PATH_MAX];
-    return realpath(path.c_str(), real) == nullptr ? std::string() : std::string(real);
-}
-
 std::string label_of(const std::string& device)
 {
     std::string label;
     const std::string& folder = BPrivate::volume_label_folder();
-    const std::string real = real_path_of(device);
+    const std::string real = BPrivate::real_path(device);
     DIR* labels = opendir(folder.c_str());
     while (labels != nullptr && label.empty()) {
         const struct dirent* entry = readdir(labels);
         if (entry == nullptr)
             break;
         if (!real.empty() && entry->d_name[0] != '.' &&
-            real_path_of(folder + '/' + entry->d_name) == real)
+            BPrivate::real_path(folder + '/' + entry->d_name) == real)
             label = decoded_label(entry->d_name);
     }
     if (labels != nullptr)

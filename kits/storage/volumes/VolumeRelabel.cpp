@@ -12,6 +12,7 @@
 #include "storage/volumes/MountTable.h"
 #include "storage/volumes/VolumeLabels.h"
 #include "support/HostBus.h"
+#include "support/RealPath.h"
 
 using BPrivate::HostBus;
 
@@ -50,9 +51,8 @@ static std::string kernel_name(const Mount& mount)
     const ssize_t length = readlink(link, target, sizeof(target));
     std::string path = length > 0 ? std::string(target, length) : std::string();
     // File systems over several devices have a number of their own, and name one of these.
-    if (path.empty() && mount.source.compare(0, 5, "/dev/") == 0 &&
-        realpath(mount.source.c_str(), target) != nullptr)
-        path = target;
+    if (path.empty() && mount.source.compare(0, 5, "/dev/") == 0)
+        path = BPrivate::real_path(mount.source);
     return path.substr(path.rfind('/') + 1);
 }
 
