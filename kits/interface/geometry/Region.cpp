@@ -8,16 +8,17 @@
 #include <utility>
 
 #include "interface/geometry/Rounding.h"
+#include "support/Boxes.h"
 
 namespace {
 
 const int32 kLimit = 1 << 30;  // so that an edge plus one, or a width, never overflows
-const clipping_rect kNoRect = {0, 0, -1, -1};
+const clipping_rect kNoRect = BPrivate::kEmptyBox;
 
-bool is_valid(const clipping_rect& rect)
-{
-    return rect.left <= rect.right && rect.top <= rect.bottom;
-}
+using BPrivate::contains;
+using BPrivate::intersect;
+using BPrivate::is_empty;
+using BPrivate::overlap;
 
 int32 clamp(int64 value) { return int32(std::clamp<int64>(value, -kLimit, kLimit)); }
 
@@ -50,23 +51,6 @@ clipping_rect to_pixels(const BRect& rect)
 BRect to_brect(const clipping_rect& rect)
 {
     return BRect(rect.left, rect.top, rect.right, rect.bottom);
-}
-
-bool overlap(const clipping_rect& a, const clipping_rect& b)
-{
-    return a.left <= b.right && b.left <= a.right && a.top <= b.bottom && b.top <= a.bottom;
-}
-
-bool contains(const clipping_rect& outer, const clipping_rect& inner)
-{
-    return outer.left <= inner.left && outer.top <= inner.top && outer.right >= inner.right &&
-           outer.bottom >= inner.bottom;
-}
-
-clipping_rect intersection(const clipping_rect& a, const clipping_rect& b)
-{
-    return {std::max(a.left, b.left), std::max(a.top, b.top), std::min(a.right, b.right),
-            std::min(a.bottom, b.bottom)};
 }
 
 // Walks the bands of a rectangle list downwards.
@@ -256,13 +240,13 @@ bool BRegion::operator==(const BRegion& other) const
 void BRegion::Set(BRect rect)
 {
     fBounds = to_pixels(rect);
-    fCount = is_valid(fBounds);
+    fCount = !is_empty(fBounds);
 }
 
 void BRegion::Set(clipping_rect clipping)
 {
     fBounds = clamped(clipping);
-    fCount = is_valid(fBounds);
+    fCount = !is_empty(fBounds);
 }
 
 void BRegion::MoveFrom(BRegion& other)
@@ -293,7 +277,7 @@ bool BRegion::Intersects(BRect rect) const { return Intersects(to_pixels(rect));
 
 bool BRegion::Intersects(clipping_rect clipping) const
 {
-    if (fCount == 0 || !is_valid(clipping) || !overlap(fBounds, clipping))
+    if (fCount == 0 || is_empty(clipping) || !overlap(fBounds, clipping))
         return false;
     const clipping_rect* end = _Rects() + fCount;
     const clipping_rect* rect = first_ending_at(_Rects(), fCount, clipping.top);
@@ -341,7 +325,7 @@ void BRegion::OffsetBy(int32 x, int32 y)
                                          int64(fBounds.right) + x, int64(fBounds.bottom) + y);
     if (fCount == 1) {
         fBounds = bounds;
-        fCount = is_valid(bounds);
+        fCount = !is_empty(bounds);
         return;
     }
     int32 kept = 0;
@@ -349,7 +333,7 @@ void BRegion::OffsetBy(int32 x, int32 y)
         const clipping_rect& rect = fRects[i];
         const clipping_rect moved = clamped(int64(rect.left) + x, int64(rect.top) + y,
                                             int64(rect.right) + x, int64(rect.bottom) + y);
-        if (is_valid(moved))
+        if (!is_empty(moved))
             fRects[kept++] = moved;
     }
     if (kept == fCount)
@@ -380,7 +364,7 @@ void BRegion::ScaleBy(float x, float y)
         const auto [left, right] = std::minmax({scaled(rect.left, x), scaled(rect.right + 1, x)});
         const auto [top, bottom] = std::minmax({scaled(rect.top, y), scaled(rect.bottom + 1, y)});
         const clipping_rect result = clamped(left, top, int64(right) - 1, int64(bottom) - 1);
-        if (is_valid(result))
+        if (!is_empty(result))
             fRects[kept++] = result;
     }
     std::sort(fRects, fRects + kept, [](const clipping_rect& a, const clipping_rect& b) {
@@ -400,7 +384,7 @@ void BRegion::Include(BRect rect) { Include(to_pixels(rect)); }
 void BRegion::Include(clipping_rect clipping)
 {
     const clipping_rect rect = clamped(clipping);
-    if (!is_valid(rect) || (fCount == 1 && contains(fBounds, rect)))
+    if (is_empty(rect) || (fCount == 1 && contains(fBounds, rect)))
         return;
     if (fCount == 0 || contains(rect, fBounds)) {
         fBounds = rect;
@@ -427,7 +411,7 @@ void BRegion::Exclude(BRect rect) { Exclude(to_pixels(rect)); }
 void BRegion::Exclude(clipping_rect clipping)
 {
     const clipping_rect rect = clamped(clipping);
-    if (fCount == 0 || !is_valid(rect) || !overlap(fBounds, rect))
+    if (fCount == 0 || is_empty(rect) || !overlap(fBounds, rect))
         return;
     if (contains(rect, fBounds))
         MakeEmpty();
@@ -460,7 +444,7 @@ void BRegion::IntersectWith(const BRegion* region)
     if (fCount == 1 && contains(fBounds, region->fBounds))
         *this = *region;
     else if (fCount == 1 && region->fCount == 1)
-        fBounds = intersection(fBounds, region->fBounds);
+        fBounds = intersect(fBounds, region->fBounds);
     else
         _Combine(region->_Rects(), region->fCount, [](bool a, bool b) { return a && b; });
 }

@@ -76,14 +76,14 @@ bool Canvas::Resize(int32 width, int32 height)
     fSurface.height = height;
     NextGeneration();
 
-    if (!empty(fDirty))
-        fDirty = intersection(fDirty, _Bounds());
-    if (empty(fDirty))
+    if (!is_empty(fDirty))
+        fDirty = intersect(fDirty, _Bounds());
+    if (is_empty(fDirty))
         fDirty = {0, 0, -1, -1};
     BRegion bounds;
     bounds.Set(_Bounds());
     fInvalid.IntersectWith(&bounds);
-    if (!empty(old))
+    if (!is_empty(old))
         bounds.Exclude(old);
     for (int32 i = 0; i < bounds.CountRects(); i++)
         _Clear(bounds.RectAtInt(i));
@@ -106,8 +106,8 @@ static const int32 kMostInvalidRects = 16;
 
 void Canvas::Invalidate(const clipping_rect& rect)
 {
-    const clipping_rect held = intersection(rect, _Bounds());
-    if (fOffscreen || empty(held))
+    const clipping_rect held = intersect(rect, _Bounds());
+    if (fOffscreen || is_empty(held))
         return;
     fInvalid.Include(held);
     _KeepInvalidSimple();
@@ -193,7 +193,7 @@ void Canvas::_DrawView(BView* view)
     const clipping_rect changed = fUpdate->FrameInt();
     for (BView* child = data.first; child != nullptr; child = ViewPrivate::Data(child).next) {
         clipping_rect frame;
-        if (ViewPrivate::Data(child).ClippedFrame(&frame) && !empty(intersection(frame, changed)))
+        if (ViewPrivate::Data(child).ClippedFrame(&frame) && !is_empty(intersect(frame, changed)))
             children.emplace_back(child);
     }
     for (const ViewRef& child : children) {
@@ -272,10 +272,10 @@ void Canvas::_DrawBackground(BView* view, const BRegion& dirty)
 
 void Canvas::_GrowDirty(const clipping_rect& box)
 {
-    const clipping_rect held = intersection(box, _Bounds());
-    if (empty(held))
+    const clipping_rect held = intersect(box, _Bounds());
+    if (is_empty(held))
         return;
-    if (!empty(fDirty)) {
+    if (!is_empty(fDirty)) {
         fDirty = {std::min(fDirty.left, held.left), std::min(fDirty.top, held.top),
                   std::max(fDirty.right, held.right), std::max(fDirty.bottom, held.bottom)};
         return;

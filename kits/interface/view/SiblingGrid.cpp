@@ -14,16 +14,9 @@ namespace BPrivate {
 
 static clipping_rect around(const std::vector<clipping_rect>& rects)
 {
-    clipping_rect frame = {0, 0, -1, -1};
-    for (const clipping_rect& rect : rects) {
-        if (empty(rect))
-            continue;
-        frame = empty(frame)
-                    ? rect
-                    : clipping_rect{std::min(frame.left, rect.left), std::min(frame.top, rect.top),
-                                    std::max(frame.right, rect.right),
-                                    std::max(frame.bottom, rect.bottom)};
-    }
+    clipping_rect frame = kEmptyBox;
+    for (const clipping_rect& rect : rects)
+        frame = unite(frame, rect);
     return frame;
 }
 
@@ -36,7 +29,7 @@ SiblingGrid::SiblingGrid(std::vector<clipping_rect> rects)
 {
     const auto each_cell = [this](auto act) {
         for (size_t place = 0; place < fRects.size(); place++) {
-            if (empty(fRects[place]))
+            if (is_empty(fRects[place]))
                 continue;
             const Cells cells = _Under(fRects[place]);
             fFirst[place] = {cells.top, cells.left};
@@ -68,8 +61,8 @@ SiblingGrid::Cells SiblingGrid::_Under(const clipping_rect& rect) const
 
 void SiblingGrid::Exclude(int32 place, BRegion* region) const
 {
-    const clipping_rect held = intersection(region->FrameInt(), fFrame);
-    if (region->CountRects() == 0 || empty(held))
+    const clipping_rect held = intersect(region->FrameInt(), fFrame);
+    if (region->CountRects() == 0 || is_empty(held))
         return;
     const Cells cells = _Under(held);
     for (int32 row = cells.top; row <= cells.bottom; row++) {

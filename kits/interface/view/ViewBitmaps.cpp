@@ -45,8 +45,8 @@ void BView::CopyBits(BRect src, BRect dst)
         // Another size: by way of a copy, since the two may overlap.
         const server::Surface& pixels = *data.target.surface;
         const clipping_rect held =
-            BPrivate::intersection(source, {0, 0, pixels.width - 1, pixels.height - 1});
-        if (BPrivate::empty(held))
+            BPrivate::intersect(source, {0, 0, pixels.width - 1, pixels.height - 1});
+        if (BPrivate::is_empty(held))
             return;
         BBitmap copy(BRect(0, 0, held.right - held.left, held.bottom - held.top), 0, B_RGBA32);
         if (!copy.IsValid())

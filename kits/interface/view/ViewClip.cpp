@@ -24,14 +24,14 @@ static const clipping_rect kEverything = {-(1 << 29), -(1 << 29), 1 << 29, 1 << 
 static bool covers(const BRegion& region, const clipping_rect& rect)
 {
     const auto area = [](const clipping_rect& of) {
-        return empty(of) ? 0 : int64(of.right - of.left + 1) * int64(of.bottom - of.top + 1);
+        return is_empty(of) ? 0 : int64(of.right - of.left + 1) * int64(of.bottom - of.top + 1);
     };
     const int32 parts = region.CountRects();
     if (parts > kFewRects)
         return false;
     int64 left = area(rect);
     for (int32 i = 0; i < parts && left > 0; i++)
-        left -= area(intersection(region.RectAtInt(i), rect));
+        left -= area(intersect(region.RectAtInt(i), rect));
     return left == 0;
 }
 
@@ -98,7 +98,7 @@ static void exclude_together(std::vector<clipping_rect>&& rects, BRegion* region
 {
     const clipping_rect frame = region->FrameInt();
     std::erase_if(rects, [&](const clipping_rect& rect) {
-        return empty(rect) || empty(intersection(rect, frame));
+        return is_empty(rect) || is_empty(intersect(rect, frame));
     });
     const BRegion all = united(rects.data(), rects.size());
     region->Exclude(&all);
@@ -135,7 +135,7 @@ void ViewData::ExcludeChildren(BRegion* region, BView* child, double x, double y
         if (!covers(data))
             continue;
         const clipping_rect rect = frame_at(data, x, y);
-        if (!empty(rect) && !empty(intersection(rect, region->FrameInt())))
+        if (!is_empty(rect) && !is_empty(intersect(rect, region->FrameInt())))
             region->Exclude(rect);
     }
 }
@@ -152,15 +152,15 @@ static bool clipped(const ViewData& data, clipping_rect* frame, double* x, doubl
         *x = -data.bounds.left;
         *y = -data.bounds.top;
         *frame =
-            intersection(rect_at(data.bounds, *x, *y), {0, 0, pixels.width - 1, pixels.height - 1});
-        return !empty(*frame);
+            intersect(rect_at(data.bounds, *x, *y), {0, 0, pixels.width - 1, pixels.height - 1});
+        return !is_empty(*frame);
     }
     if (!clipped(ViewPrivate::Data(data.parent), frame, x, y))
         return false;
-    *frame = intersection(*frame, frame_at(data, *x, *y));
+    *frame = intersect(*frame, frame_at(data, *x, *y));
     *x += data.leftTop.x - data.bounds.left;
     *y += data.leftTop.y - data.bounds.top;
-    return !empty(*frame);
+    return !is_empty(*frame);
 }
 
 bool ViewData::ClippedFrame(clipping_rect* frame) const
@@ -182,10 +182,10 @@ static bool showing(const ViewData& data, BRegion* region, double* x, double* y)
     if (data.hidden > 0 || !showing(ViewPrivate::Data(data.parent), region, x, y))
         return false;
     const clipping_rect rect = frame_at(data, *x, *y);
-    if (empty(rect) || empty(intersection(rect, region->FrameInt())))
+    if (is_empty(rect) || is_empty(intersect(rect, region->FrameInt())))
         return false;
     if (region->CountRects() == 1) {
-        region->Set(intersection(rect, region->FrameInt()));
+        region->Set(intersect(rect, region->FrameInt()));
     } else {
         const BRegion own{BRect(rect.left, rect.top, rect.right, rect.bottom)};
         region->IntersectWith(&own);
@@ -536,7 +536,7 @@ void BView::Invalidate(BRect invalRect)
                       ceil_of(invalRect.bottom));
     const clipping_rect rect = BPrivate::rect_at(whole, x, y);
     const BRegion& visible = fData->WholeVisible();
-    const clipping_rect shown = BPrivate::intersection(rect, visible.FrameInt());
+    const clipping_rect shown = BPrivate::intersect(rect, visible.FrameInt());
     if (visible.CountRects() == 0 || BPrivate::covers(canvas->Invalid(), shown))
         return;
     if (visible.CountRects() == 1) {

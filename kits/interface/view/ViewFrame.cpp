@@ -169,9 +169,9 @@ void ViewPrivate::MovePixels(BView* view, const BRegion& area, int32 dx, int32 d
         canvas.Invalidate(area);
         return;
     }
-    const clipping_rect target = intersection(frame, moved(frame, dx, dy));
+    const clipping_rect target = intersect(frame, moved(frame, dx, dy));
     BRegion exposed(area);
-    if (!empty(target)) {
+    if (!is_empty(target)) {
         const clipping_rect source = moved(target, -dx, -dy);
         server::Target pixels{&canvas.Pixels(), &frame, 1, frame};
         canvas.Touched(server::CopyRect(pixels,
@@ -202,9 +202,8 @@ void ViewPrivate::SetFrame(BView* view, BPoint leftTop, float width, float heigh
     data.Visible(&after, true);
     if (before.CountRects() == 1 && after.CountRects() == 1 && !data.canvas->UpdateRegion()) {
         // The pixels go along as far as they show before and after.
-        const clipping_rect from =
-            intersection(before.FrameInt(), moved(after.FrameInt(), -dx, -dy));
-        if (!empty(from)) {
+        const clipping_rect from = intersect(before.FrameInt(), moved(after.FrameInt(), -dx, -dy));
+        if (!is_empty(from)) {
             const clipping_rect to = moved(from, dx, dy);
             server::Target pixels{&data.canvas->Pixels(), &to, 1, to};
             data.canvas->Touched(

@@ -25,6 +25,7 @@
 #include <interface/drawing/PictureOps.h>
 #include <server/text/Fonts.h>
 #include <server/painter/Painter.h>
+#include <support/Boxes.h>
 
 class BScrollBar;
 class BToolTip;
@@ -303,20 +304,6 @@ private:
     BWindow* fWindow;
     bool fHeld;
 };
-
-inline bool empty(const clipping_rect& rect)
-{
-    return rect.right < rect.left || rect.bottom < rect.top;
-}
-inline clipping_rect intersection(const clipping_rect& a, const clipping_rect& b)
-{
-    return {std::max(a.left, b.left), std::max(a.top, b.top), std::min(a.right, b.right),
-            std::min(a.bottom, b.bottom)};
-}
-inline clipping_rect moved(const clipping_rect& rect, int32 dx, int32 dy)
-{
-    return {rect.left + dx, rect.top + dy, rect.right + dx, rect.bottom + dy};
-}
 
 // Whole pixels for what a program gives; NaN is 0, and no sum of two of them leaves an int32.
 float whole_pixels(float value);

@@ -9,30 +9,15 @@
 #include <algorithm>
 #include <cmath>
 
+#include "support/Boxes.h"
+
 namespace server {
 
-const clipping_rect kNoPixels = {0, 0, -1, -1};
+using BPrivate::intersect;
+using BPrivate::is_empty;
+using BPrivate::unite;
 
-inline bool is_empty(const clipping_rect& box)
-{
-    return box.left > box.right || box.top > box.bottom;
-}
-
-inline clipping_rect intersect(const clipping_rect& a, const clipping_rect& b)
-{
-    return {std::max(a.left, b.left), std::max(a.top, b.top), std::min(a.right, b.right),
-            std::min(a.bottom, b.bottom)};
-}
-
-inline clipping_rect unite(const clipping_rect& a, const clipping_rect& b)
-{
-    if (is_empty(a))
-        return b;
-    if (is_empty(b))
-        return a;
-    return {std::min(a.left, b.left), std::min(a.top, b.top), std::max(a.right, b.right),
-            std::max(a.bottom, b.bottom)};
-}
+const clipping_rect kNoPixels = BPrivate::kEmptyBox;
 
 inline int32 clamp_int32(int64 value)
 {

@@ -1,7 +1,7 @@
 // A window's finished pixels: copied in by its thread, copied out by whoever feeds the screen.
 
 #include "server/screen/FrontBuffer.h"
-#include "support/Mutex.h"
+#include "support/Boxes.h"
 
 #include <algorithm>
 #include <cstring>
@@ -16,13 +16,7 @@ static const size_t kMaxDirty = 16;              // more are joined to one
 
 static clipping_rect clip(const clipping_rect& rect, int32 width, int32 height)
 {
-    return {std::max(rect.left, 0), std::max(rect.top, 0), std::min(rect.right, width - 1),
-            std::min(rect.bottom, height - 1)};
-}
-
-static bool is_empty(const clipping_rect& rect)
-{
-    return rect.right < rect.left || rect.bottom < rect.top;
+    return BPrivate::intersect(rect, {0, 0, width - 1, height - 1});
 }
 
 bool FrontBuffer::Resize(int32 width, int32 height)
@@ -57,7 +51,7 @@ bool FrontBuffer::Copy(const Surface& surface, const clipping_rect* rects, int32
     int32 height = std::min(fHeight, surface.height);
     for (int32 i = 0; i < count; i++) {
         clipping_rect rect = clip(rects[i], width, height);
-        if (is_empty(rect))
+        if (BPrivate::is_empty(rect))
             continue;
         int32 length = rect.right - rect.left + 1;
         for (int32 y = rect.top; y <= rect.bottom; y++) {
@@ -88,13 +82,10 @@ std::vector<clipping_rect> FrontBuffer::TakeDirty()
 void FrontBuffer::Draw(const clipping_rect& wanted, const Surface& target, int32 x, int32 y)
 {
     BPrivate::MutexLock guard(fLock);
-    clipping_rect rect = clip(wanted, fWidth, fHeight);
-    int32 dx = x - wanted.left;
-    int32 dy = y - wanted.top;
-    rect.left = std::max(rect.left, -dx);
-    rect.top = std::max(rect.top, -dy);
-    rect.right = std::min(rect.right, target.width - 1 - dx);
-    rect.bottom = std::min(rect.bottom, target.height - 1 - dy);
+    const int32 dx = x - wanted.left;
+    const int32 dy = y - wanted.top;
+    const clipping_rect rect = BPrivate::intersect(
+        clip(wanted, fWidth, fHeight), {-dx, -dy, target.width - 1 - dx, target.height - 1 - dy});
     for (int32 row = rect.top; row <= rect.bottom; row++) {
         const uint32* from = _Row(row);
         uint8* bits = target.bits + ptrdiff_t(row + dy) * target.bytesPerRow;
@@ -108,19 +99,16 @@ void FrontBuffer::Draw(const clipping_rect& wanted, const Surface& target, int32
 
 void FrontBuffer::_AddDirty(const clipping_rect& rect)
 {
-    for (clipping_rect& dirty : fDirty) {
-        if (rect.left >= dirty.left && rect.top >= dirty.top && rect.right <= dirty.right &&
-            rect.bottom <= dirty.bottom)
+    for (const clipping_rect& dirty : fDirty) {
+        if (BPrivate::contains(dirty, rect))
             return;
     }
     fDirty.push_back(rect);
     if (fDirty.size() <= kMaxDirty)
         return;
-    clipping_rect all = fDirty.front();
-    for (const clipping_rect& dirty : fDirty) {
-        all = {std::min(all.left, dirty.left), std::min(all.top, dirty.top),
-               std::max(all.right, dirty.right), std::max(all.bottom, dirty.bottom)};
-    }
+    clipping_rect all = BPrivate::kEmptyBox;
+    for (const clipping_rect& dirty : fDirty)
+        all = BPrivate::unite(all, dirty);
     fDirty.assign(1, all);
 }
 

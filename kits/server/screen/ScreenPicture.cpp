@@ -9,6 +9,7 @@
 #include "server/text/Fonts.h"
 #include "server/screen/ScreenWindow.h"
 #include "server/screen/Stage.h"
+#include "support/Boxes.h"
 
 namespace server {
 
@@ -28,11 +29,8 @@ public:
 
     void Fill(clipping_rect rect, uint32 color)
     {
-        rect.left = std::max(rect.left - fLeft, 0);
-        rect.top = std::max(rect.top - fTop, 0);
-        rect.right = std::min(rect.right - fLeft, fTarget.width - 1);
-        rect.bottom = std::min(rect.bottom - fTop, fTarget.height - 1);
-        if (rect.right < rect.left)
+        rect = _Held(rect);
+        if (BPrivate::is_empty(rect))
             return;
         for (int32 y = rect.top; y <= rect.bottom; y++) {
             uint8* bits = fTarget.bits + ptrdiff_t(y) * fTarget.bytesPerRow;
@@ -56,6 +54,13 @@ public:
     void Blend(const DragPicture& picture, BPoint leftTop);
 
 private:
+    // What the picture holds of a box of the screen, in its own places.
+    clipping_rect _Held(const clipping_rect& box) const
+    {
+        return BPrivate::intersect(BPrivate::moved(box, -fLeft, -fTop),
+                                   {0, 0, fTarget.width - 1, fTarget.height - 1});
+    }
+
     Surface fTarget;
     int32 fLeft, fTop;
 };
@@ -76,10 +81,8 @@ void Screenshot::Title(const std::string& text, const clipping_rect& room, uint3
 {
     Target target;
     target.surface = &fTarget;
-    target.bounds = {std::max(room.left - fLeft, 0), std::max(room.top - fTop, 0),
-                     std::min(room.right - fLeft, fTarget.width - 1),
-                     std::min(room.bottom - fTop, fTarget.height - 1)};
-    if (target.bounds.right < target.bounds.left || target.bounds.bottom < target.bounds.top)
+    target.bounds = _Held(room);
+    if (BPrivate::is_empty(target.bounds))
         return;
     target.clip = &target.bounds;
     target.count = 1;

@@ -11,24 +11,16 @@
 #include <server/text/TextLayout.h>
 #include <server/text/TextRuns.h>
 
+#include "support/Boxes.h"
+
 namespace server {
 
 namespace {
 
-constexpr clipping_rect kNothing = {0, 0, -1, -1};
+constexpr clipping_rect kNothing = BPrivate::kEmptyBox;
 constexpr float kFarthest = 1e9f;  // pens beyond it draw nothing: pixels are 32-bit numbers
 
-void join(clipping_rect& all, const clipping_rect& more)
-{
-    if (more.right < more.left || more.bottom < more.top)
-        return;
-    if (all.right < all.left) {
-        all = more;
-        return;
-    }
-    all = {std::min(all.left, more.left), std::min(all.top, more.top),
-           std::max(all.right, more.right), std::max(all.bottom, more.bottom)};
-}
+void join(clipping_rect& all, const clipping_rect& more) { all = BPrivate::unite(all, more); }
 
 bool within_reach(const BPoint& pen)
 {
@@ -37,8 +29,7 @@ bool within_reach(const BPoint& pen)
 
 bool touches(const clipping_rect& a, const clipping_rect& b)
 {
-    return a.left <= b.right && a.right >= b.left && a.top <= b.bottom && a.bottom >= b.top &&
-           a.left <= a.right;
+    return !BPrivate::is_empty(a) && BPrivate::overlap(a, b);
 }
 
 bool wants_outlines(const Paint& paint, const FontSpec& font)

@@ -12,6 +12,7 @@
 
 #include <server/text/TextLayout.h>
 
+#include "support/Boxes.h"
 #include "support/Mutex.h"
 
 namespace server {
@@ -240,14 +241,8 @@ void draw_run(const FontSpec& spec, const Layout& layout, GlyphPhase pen, TextRu
         RunGlyph set = set_glyph(spec, layout, placed, turn, pen);
         if (set.glyph->bits == nullptr)
             continue;
-        clipping_rect box = {set.x, set.y, set.x + set.glyph->width - 1,
-                             set.y + set.glyph->height - 1};
-        if (run.ink.right < run.ink.left) {
-            run.ink = box;
-        } else {
-            run.ink = {std::min(run.ink.left, box.left), std::min(run.ink.top, box.top),
-                       std::max(run.ink.right, box.right), std::max(run.ink.bottom, box.bottom)};
-        }
+        run.ink = BPrivate::unite(
+            run.ink, {set.x, set.y, set.x + set.glyph->width - 1, set.y + set.glyph->height - 1});
         run.glyphs.push_back(std::move(set));
     }
     int64 area = (static_cast<int64>(run.ink.right) - run.ink.left + 1) *
