@@ -4,15 +4,13 @@
 
 #include <string.h>
 
+#include "support/UTF8Characters.h"
+
 namespace device {
 
 std::string fitting(const std::string& text, size_t size)
 {
-    if (text.size() <= size)
-        return text;
-    while (size > 0 && (text[size] & 0xC0) == 0x80)
-        size--;
-    return text.substr(0, size);
+    return std::string(BPrivate::utf8_fitting(text, size));
 }
 
 status_t copy_name(const std::vector<std::string>& names, int32 index, char* name, size_t size)

@@ -9,6 +9,8 @@
 
 #include <iterator>
 
+#include "support/UTF8Characters.h"
+
 // By B_..._CONVERSION.
 static const char* const kCharacterSets[] = {
     "ISO-8859-1", "ISO-8859-2",  "ISO-8859-3",   "ISO-8859-4",   "ISO-8859-5",  "ISO-8859-6",
@@ -46,17 +48,6 @@ private:
     iconv_t fHandle;
 };
 
-// Bytes of the UTF-8 character, or stray byte, at `text`.
-static size_t utf8_length(const char* text, size_t left)
-{
-    const uint8 first = static_cast<uint8>(*text);
-    const size_t wanted = first >= 0xF0 ? 4 : first >= 0xE0 ? 3 : first >= 0xC0 ? 2 : 1;
-    size_t length = 1;
-    while (length < wanted && length < left && (text[length] & 0xC0) == 0x80)
-        ++length;
-    return length;
-}
-
 static status_t convert(const char* to_set, const char* from_set, bool from_utf8,
                         const char* source, int32* sourceLength, char* dest, int32* destLength,
                         char substitute)
@@ -81,7 +72,7 @@ static status_t convert(const char* to_set, const char* from_set, bool from_utf8
         size_t replacement_left = 1;
         if (replacing.Run(&replacement_at, &replacement_left, &to, &to_left) == E2BIG)
             break;
-        const size_t skipped = from_utf8 ? utf8_length(from, from_left) : 1;
+        const size_t skipped = from_utf8 ? BPrivate::utf8_piece_length({from, from_left}) : 1;
         from += skipped;
         from_left -= skipped;
     }

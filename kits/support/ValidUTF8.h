@@ -11,6 +11,8 @@
 #include <string>
 #include <string_view>
 
+#include "support/UTF8Characters.h"
+
 namespace BPrivate {
 
 // Bytes of the character at the start of a text that is not empty, 0 if there is none in strict
@@ -21,11 +23,11 @@ inline size_t valid_utf8_length(std::string_view text)
     const uint8 first = byte(0);
     if (first < 0x80)
         return 1;
-    const size_t length = first >= 0xF0 ? 4 : first >= 0xE0 ? 3 : 2;
+    const size_t length = utf8_wanted_length(text[0]);
     if (first < 0xC2 || first > 0xF4 || text.size() < length)
         return 0;
     for (size_t i = 1; i < length; i++) {
-        if ((byte(i) & 0xC0) != 0x80)
+        if (!utf8_continues(text[i]))
             return 0;
     }
     const bool is_overlong = (first == 0xE0 && byte(1) < 0xA0) || (first == 0xF0 && byte(1) < 0x90);
@@ -45,11 +47,25 @@ inline size_t next_character(std::string_view text, uint32* code)
     return length == 0 ? 1 : length;
 }
 
-// A character of Latin-1 behind ASCII.
+// Puts a character, below 0x200000, in UTF-8 at `bytes`, which hold four; returns how many it took.
+inline size_t put_utf8(uint32 code, char* bytes)
+{
+    if (code < 0x80) {
+        bytes[0] = static_cast<char>(code);
+        return 1;
+    }
+    const size_t length = code < 0x800 ? 2 : code < 0x10000 ? 3 : 4;
+    for (size_t i = length - 1; i > 0; i--, code >>= 6)
+        bytes[i] = static_cast<char>(0x80 | (code & 0x3F));
+    bytes[0] = static_cast<char>(0xF00 >> length | code);
+    return length;
+}
+
+// A character of Latin-1.
 inline void append_latin1(uint8 byte, std::string* text)
 {
-    *text += static_cast<char>(0xC0 | byte >> 6);
-    *text += static_cast<char>(0x80 | (byte & 0x3F));
+    char bytes[4];
+    text->append(bytes, put_utf8(byte, bytes));
 }
 
 // How much of a text is UTF-8 from its start on. Plain ASCII goes eight bytes at a time.

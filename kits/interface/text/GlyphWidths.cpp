@@ -23,25 +23,12 @@ GlyphWidths::GlyphWidths(const BFont& font) : fFont(font), fSpec(FontAccess::Spe
         fAscii[code] = code == 0 ? 0 : _Measure(code);
 }
 
-static int32 put_utf8(uint32 code, char* bytes)
-{
-    if (code < 0x80) {
-        bytes[0] = char(code);
-        return 1;
-    }
-    const int32 length = code < 0x800 ? 2 : code < 0x10000 ? 3 : 4;
-    for (int32 i = length - 1; i > 0; i--, code >>= 6)
-        bytes[i] = char(0x80 | (code & 0x3F));
-    bytes[0] = char(0xF00 >> length | int(code));
-    return length;
-}
-
 float GlyphWidths::_Measure(uint32 code) const
 {
     if (!fSimple || !server::StandsAlone(code))
         return -1;
     char bytes[4];
-    return server::StringWidth(fSpec, bytes, put_utf8(code, bytes), nullptr);
+    return server::StringWidth(fSpec, bytes, int32(put_utf8(code, bytes)), nullptr);
 }
 
 float GlyphWidths::Of(uint32 code)

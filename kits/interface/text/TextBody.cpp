@@ -69,7 +69,7 @@ int32 TextBody::_Window(int32 offset) const
         if (fBuffer.At(at) < 0x80 && fBuffer.At(at - 1) < 0x80 && fBuffer.At(at) != '\n')
             return at;
     }
-    while (start > 0 && start < offset && (fBuffer.At(start) & 0xC0) == 0x80)
+    while (start > 0 && start < offset && utf8_continues(char(fBuffer.At(start))))
         start++;
     return start;
 }

@@ -12,6 +12,7 @@
 
 #include "interface/text/TextData.h"
 #include "interface/view/ViewPrivate.h"
+#include "support/UTF8Characters.h"
 
 namespace BPrivate {
 
@@ -270,12 +271,9 @@ void BTextView::SetText(const char* text, int32 length, const text_run_array* ru
     TextData& data = *fText;
     const ViewRef self(this);
     length = text != nullptr ? std::max(length, int32(0)) : 0;
-    if (length > data.maxBytes) {
-        // Not within a character.
-        for (length = data.maxBytes;
-             length > 0 && (text[length] & 0xC0) == 0x80 && length > data.maxBytes - 3;)
-            length--;
-    }
+    if (length > data.maxBytes)
+        length =
+            int32(BPrivate::utf8_fitting({text, size_t(length)}, size_t(data.maxBytes)).size());
     data.history.Suspend(true);
     if (TextLength() > 0)
         DeleteText(0, TextLength());

@@ -10,6 +10,7 @@
 
 #include <interface/view/ViewPrivate.h>
 #include <interface/window/WindowPrivate.h>
+#include <support/UTF8Characters.h>
 
 namespace BPrivate {
 
@@ -50,9 +51,9 @@ static void type(WindowData* window, const std::string& text)
         event.kind = server::EventKind::KeyDown;
         event.when = system_time();
         event.modifiers = server::Modifiers();
-        do {
-            event.bytes[event.byteCount++] = text[at++];
-        } while (at < text.size() && (text[at] & 0xc0) == 0x80 && event.byteCount < 7);
+        const size_t length = utf8_piece_length(std::string_view(text).substr(at));
+        event.byteCount = int32(text.copy(event.bytes, length, at));
+        at += length;
         event.rawChar = event.bytes[0] & 0x7f;
         window->PostInput(event, false);
         event.kind = server::EventKind::KeyUp;

@@ -8,6 +8,7 @@
 #include "server/screen/KeyTable.h"
 #include "server/screen/ScreenWindow.h"
 #include "server/screen/Stage.h"
+#include "support/UTF8Characters.h"
 
 using namespace server;
 
@@ -57,10 +58,9 @@ void inject_text(const char* text)
         int32 key;
         bool shift;
         if (!KeyForCharacter(*text, &key, &shift)) {
-            char character[8] = {*text++};
-            for (size_t i = 1; i < 4 && (*text & 0xc0) == 0x80; i++)
-                character[i] = *text++;
-            stage().TypeCharacter(character);
+            const std::string character(text, BPrivate::utf8_piece_length(text));
+            stage().TypeCharacter(character.c_str());
+            text += character.size();
             continue;
         }
         text++;

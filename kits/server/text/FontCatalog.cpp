@@ -13,6 +13,7 @@
 #include <server/text/FontGlyphs.h>
 
 #include "support/Mutex.h"
+#include "support/UTF8Characters.h"
 
 namespace server {
 
@@ -55,14 +56,8 @@ std::string name_of(FcPattern* pattern, const char* object)
     FcChar8* value = nullptr;
     if (FcPatternGetString(pattern, object, 0, &value) != FcResultMatch)
         return {};
-    std::string name(reinterpret_cast<const char*>(value));
-    if (name.size() > B_FONT_FAMILY_LENGTH) {
-        size_t end = B_FONT_FAMILY_LENGTH;
-        while (end > 0 && (name[end] & 0xC0) == 0x80)
-            end--;
-        name.resize(end);
-    }
-    return name;
+    return std::string(
+        BPrivate::utf8_fitting(reinterpret_cast<const char*>(value), B_FONT_FAMILY_LENGTH));
 }
 
 int integer_of(FcPattern* pattern, const char* object, int otherwise)

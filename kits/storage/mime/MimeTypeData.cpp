@@ -30,6 +30,7 @@
 #include "storage/mime/MimeTypeRecords.h"
 #include "storage/mime/SharedMime.h"
 #include "storage/mime/SnifferRule.h"
+#include "support/UTF8Characters.h"
 #include "support/UriPaths.h"
 
 using namespace storage;
@@ -51,13 +52,9 @@ bool BMimeType::IsInstalled() const { return fStatus == B_OK && is_installed(fTy
 
 static status_t copy_text(const std::string& text, char* buffer)
 {
-    const char* end = text.c_str() + std::min<size_t>(text.size(), B_MIME_TYPE_LENGTH - 1);
-    if (end < text.c_str() + text.size()) {  // never half a character
-        while (end > text.c_str() && (*end & 0xC0) == 0x80)
-            end--;
-    }
-    memcpy(buffer, text.c_str(), static_cast<size_t>(end - text.c_str()));
-    buffer[end - text.c_str()] = '\0';
+    const size_t length = BPrivate::utf8_fitting(text, B_MIME_TYPE_LENGTH - 1).size();
+    memcpy(buffer, text.data(), length);
+    buffer[length] = '\0';
     return B_OK;
 }
 
@@ -152,8 +149,10 @@ status_t BMimeType::GetAppHint(entry_ref* ref) const
     status_t status = _CheckInstalled();
     if (status != B_OK)
         return status;
-    if (const auto hint = type_value(fType, keys::kAppHint))
-        return get_ref_for_path(path_of_uri(*hint).c_str(), ref);
+    if (const auto hint = type_value(fType, keys::kAppHint)) {
+        const std::string path = path_of_uri(*hint);
+        return get_ref_for_path(path.empty() ? hint->c_str() : path.c_str(), ref);
+    }
     const ApplicationRef application = find_application(fType);
     return application != nullptr ? get_ref_for_path(application->executable.c_str(), ref)
                                   : fail(ENOENT);

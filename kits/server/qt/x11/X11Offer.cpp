@@ -35,12 +35,8 @@ xcb_atom_t X11Atoms::Find(const std::string& name)
 std::string latin1_to_utf8(const std::string& text)
 {
     std::string result;
-    for (char c : text) {
-        if (static_cast<uint8>(c) < 0x80)
-            result += c;
-        else
-            BPrivate::append_latin1(static_cast<uint8>(c), &result);
-    }
+    for (char c : text)
+        BPrivate::append_latin1(static_cast<uint8>(c), &result);
     return result;
 }
 
@@ -48,14 +44,10 @@ std::string latin1_to_utf8(const std::string& text)
 static std::string utf8_to_latin1(const std::string& text)
 {
     std::string result;
-    for (size_t i = 0; i < text.size(); i++) {
-        const auto byte = static_cast<uint8>(text[i]);
-        if (byte < 0x80)
-            result += text[i];
-        else if ((byte == 0xC2 || byte == 0xC3) && i + 1 < text.size())
-            result += char((byte << 6) | (text[++i] & 0x3F));
-        else if (byte >= 0xC0)
-            result += '?';
+    for (std::string_view rest = text; !rest.empty();) {
+        uint32 code;
+        rest.remove_prefix(BPrivate::next_character(rest, &code));
+        result += code < 0x100 ? char(code) : '?';
     }
     return result;
 }
