@@ -492,6 +492,20 @@ TEST(Injection, ClickCountsReachTheWindow)
     EXPECT_EQ(window.sink.Of(EventKind::MouseDown).size(), 4u);
 }
 
+TEST(Injection, TurningTheWheelEndsARunOfClicks)
+{
+    TestWindow window(BRect(100, 100, 199, 199));
+    click(150, 150);
+    click(150, 150);
+    inject_wheel(0, 1);
+    click(150, 150);
+    click(150, 150);
+    std::vector<int32> clicks;
+    for (const Event& event : window.sink.Of(EventKind::MouseDown))
+        clicks.push_back(event.clicks);
+    EXPECT_EQ(clicks, (std::vector<int32>{1, 2, 1, 2}));
+}
+
 TEST(MemoryDisplay, NoEventAfterDestroy)
 {
     // Input from one thread, windows that come and go on another: the recorder of a destroyed
@@ -522,6 +536,23 @@ TEST(MemoryDisplay, WindowsOutliveTheirDisplay)
     window.reset();
     TestWindow next(BRect(100, 100, 199, 199));  // of the next application
     EXPECT_TRUE(next.IsActive());
+}
+
+// Whoever still reads its frame or holds its clipboard as it ends goes on with the same one.
+TEST(MemoryDisplay, StaysTheSameBehindItsEnd)
+{
+    const std::shared_ptr<Clipboard> before = SystemClipboard();
+    std::atomic<bool> ended{false};
+    std::thread reader([&] {
+        do {
+            EXPECT_EQ(ScreenFrame(), BRect(0, 0, 1023, 767));
+        } while (!ended);
+        EXPECT_EQ(ScreenFrame(), BRect(0, 0, 1023, 767));
+    });
+    Shutdown();
+    ended = true;
+    reader.join();
+    EXPECT_EQ(SystemClipboard(), before);
 }
 
 // A host goes on speaking of a window until it has heard that it is gone.

@@ -231,7 +231,7 @@ TEST(ClickCounter, CountsQuickPressesOfTheSameKind)
     const bigtime_t kSpeed = 500000;
     const int first = 0, second = 0;
     const struct {
-        int32 button;
+        int32 buttons;
         BPoint where;
         int32 modifiers;
         const void* window;
@@ -247,10 +247,12 @@ TEST(ClickCounter, CountsQuickPressesOfTheSameKind)
         {2, {17, 12}, B_SHIFT_KEY, &second, 540000, 1},  // another window
         {2, {17, 12}, B_SHIFT_KEY, &second, 1039999, 2},
         {2, {17, 12}, B_SHIFT_KEY, &second, 1539999, 1},  // too late
+        {3, {17, 12}, B_SHIFT_KEY, &second, 1540000, 1},  // with another one that is held
+        {3, {17, 12}, B_SHIFT_KEY, &second, 1550000, 2},
     };
     ClickCounter counter;
     for (const auto& press : kPresses) {
-        EXPECT_EQ(counter.Press(press.button, press.where, press.modifiers, press.window,
+        EXPECT_EQ(counter.Press(press.buttons, press.where, press.modifiers, press.window,
                                 press.when, kSpeed),
                   press.clicks)
             << press.when;

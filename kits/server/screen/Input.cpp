@@ -8,6 +8,7 @@
 #include <cstring>
 
 #include "server/screen/KeyTable.h"
+#include "support/UTF8Characters.h"
 
 namespace server {
 
@@ -15,12 +16,9 @@ static const uint32 kHeldModifiers =
     B_SHIFT_KEY | B_COMMAND_KEY | B_CONTROL_KEY | B_OPTION_KEY | B_MENU_KEY;
 static const uint32 kLocks = B_CAPS_LOCK | B_SCROLL_LOCK | B_NUM_LOCK;
 
-// Copies the first character of a UTF-8 text, cut to what an event holds.
-static void copy_character(const char* text, char bytes[8])
+static void copy_first_character(const char* text, char bytes[8])
 {
-    size_t length = text[0] != '\0' ? 1 : 0;
-    while (length < 7 && (text[length] & 0xc0) == 0x80)
-        length++;
+    const size_t length = text[0] != '\0' ? BPrivate::utf8_piece_length(text) : 0;
     memcpy(bytes, text, length);
     bytes[length] = '\0';
 }
@@ -64,7 +62,7 @@ void Keyboard::Change(int32 key, bool down, const char* text, int32 rawChar,
     if (hostSays && (fModifiers & B_CONTROL_KEY) != 0 && (byte >= 0 || (text[0] & 0xe0) == 0))
         hostSays = false;
     if (hostSays) {
-        copy_character(text, event.bytes);
+        copy_first_character(text, event.bytes);
     } else if (byte >= 0) {
         event.bytes[0] = static_cast<char>(byte);
         event.byteCount = 1;
@@ -86,7 +84,7 @@ void Keyboard::Change(int32 key, bool down, const char* text, int32 rawChar,
 void Keyboard::Type(const char* utf8, std::vector<Event>* events)
 {
     Event event = _Event(EventKind::KeyDown);
-    copy_character(utf8, event.bytes);
+    copy_first_character(utf8, event.bytes);
     event.byteCount = static_cast<int32>(strlen(event.bytes));
     event.rawChar = static_cast<uint8>(event.bytes[0]) & 0x7f;
     events->push_back(event);
@@ -158,15 +156,15 @@ void Keyboard::_SetDown(int32 key, bool down)
         fStates[key >> 3] &= static_cast<uint8>(~bit);
 }
 
-int32 ClickCounter::Press(int32 button, BPoint where, int32 modifiers, const void* window,
+int32 ClickCounter::Press(int32 buttons, BPoint where, int32 modifiers, const void* window,
                           bigtime_t when, bigtime_t speed)
 {
     float dx = where.x - fWhere.x;
     float dy = where.y - fWhere.y;
-    bool again = fCount > 0 && button == fButton && modifiers == fModifiers && window == fWindow &&
-                 when - fWhen < speed && dx * dx + dy * dy < 16.0f;
+    bool again = fCount > 0 && buttons == fButtons && modifiers == fModifiers &&
+                 window == fWindow && when - fWhen < speed && dx * dx + dy * dy < 16.0f;
     fCount = again ? fCount + 1 : 1;
-    fButton = button;
+    fButtons = buttons;
     fModifiers = modifiers;
     fWindow = window;
     fWhere = where;
@@ -177,7 +175,7 @@ int32 ClickCounter::Press(int32 button, BPoint where, int32 modifiers, const voi
 void ClickCounter::Forget(const void* window)
 {
     if (fWindow == window)
-        fCount = 0;
+        End();
 }
 
 }  // namespace server

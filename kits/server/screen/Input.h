@@ -41,14 +41,16 @@ private:
 // Counts the presses of a multiple click.
 class ClickCounter {
 public:
-    // The count of this press.
-    int32 Press(int32 button, BPoint where, int32 modifiers, const void* window, bigtime_t when,
+    // The count of a press, of which `buttons` are those that are down then.
+    int32 Press(int32 buttons, BPoint where, int32 modifiers, const void* window, bigtime_t when,
                 bigtime_t speed);
     // The window is gone: the next one may be made at the same address.
     void Forget(const void* window);
+    // Something else was done in between: the next press is a first one.
+    void End() { fCount = 0; }
 
 private:
-    int32 fButton = 0, fModifiers = 0, fCount = 0;
+    int32 fButtons = 0, fModifiers = 0, fCount = 0;
     BPoint fWhere;
     const void* fWindow = nullptr;
     bigtime_t fWhen = 0;

@@ -9,6 +9,7 @@
 #include <utility>
 
 #include "server/screen/ScreenWindow.h"
+#include "support/UTF8Characters.h"
 
 namespace server {
 
@@ -350,7 +351,7 @@ void Stage::_ChangeButton(int32 button, bool down, ScreenWindow* target, bigtime
         event.button = button;
         if (down) {
             event.clicks =
-                fClicks.Press(button, fPointer, event.modifiers, target, fLastInput, clickSpeed);
+                fClicks.Press(fButtons, fPointer, event.modifiers, target, fLastInput, clickSpeed);
         }
         if (!fSwallow)
             target->Deliver(event);
@@ -383,6 +384,7 @@ void Stage::SyncButtons(int32 held)
 void Stage::TurnWheel(float dx, float dy, ScreenWindow* target, bigtime_t when)
 {
     _InputAt(when);
+    fClicks.End();
     if (IsInputHeld()) {
         Event event = _ScreenEvent(EventKind::MouseWheel);
         event.wheelX = dx;
@@ -477,11 +479,10 @@ static Composition composition_step(Composition::Step step, std::string text = "
 static void type_all(Stage& stage, const std::string& text)
 {
     for (size_t at = 0; at < text.size();) {
-        size_t end = at + 1;
-        while (end < text.size() && (text[end] & 0xc0) == 0x80)
-            end++;
-        stage.TypeCharacter(text.substr(at, end - at).c_str());
-        at = end;
+        const std::string character =
+            text.substr(at, BPrivate::utf8_piece_length(std::string_view(text).substr(at)));
+        stage.TypeCharacter(character.c_str());
+        at += character.size();
     }
 }
 
