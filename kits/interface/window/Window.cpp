@@ -215,7 +215,7 @@ void BWindow::SetTitle(const char* title)
     if (!lock.IsLocked())
         return;
     {
-        std::lock_guard<std::mutex> state(fData->stateLock);
+        BPrivate::MutexLock state(fData->stateLock);
         fData->title = title != nullptr ? title : "";
     }
     SetName(Title());
@@ -225,7 +225,7 @@ void BWindow::SetTitle(const char* title)
 
 const char* BWindow::Title() const
 {
-    std::lock_guard<std::mutex> state(fData->stateLock);
+    BPrivate::MutexLock state(fData->stateLock);
     return fData->title.String();
 }
 
@@ -283,19 +283,22 @@ void BWindow::_Init(BRect frame, const char* title, window_look look, window_fee
 {
     _SetKind(Kind::Window);
     fData = new WindowData(this);
-    fData->title = title != nullptr ? title : "";
     fData->look = look;
     fData->feel = feel;
     fData->flags = flags;
     fData->workspaces = BPrivate::real_workspaces(workspace);
     frame = BPrivate::window_frame(frame);
-    fData->frame = frame;
-    fData->moves.Start(frame.LeftTop());
-    fData->sizes.Start({frame.Width(), frame.Height()});
+    {
+        BPrivate::MutexLock state(fData->stateLock);
+        fData->title = title != nullptr ? title : "";
+        fData->frame = frame;
+        fData->moves.Start(frame.LeftTop());
+        fData->sizes.Start({frame.Width(), frame.Height()});
+    }
 
     server::WindowSpec spec;
     spec.frame = frame;
-    spec.title = fData->title.String();
+    spec.title = title != nullptr ? title : "";
     spec.look = look;
     spec.feel = feel;
     spec.flags = flags;

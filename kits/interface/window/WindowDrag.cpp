@@ -110,7 +110,7 @@ static void leave(WindowData* window, const server::Event& event)
     server::Event left = event;
     left.kind = server::EventKind::MouseExited;
     {
-        std::lock_guard<std::mutex> state(window->stateLock);
+        BPrivate::MutexLock state(window->stateLock);
         left.where = event.screenWhere - window->frame.LeftTop();
     }
     window->PostInput(left, true);

@@ -209,7 +209,7 @@ void WindowData::_ScreenMoved(const server::Event& event)
 {
     const BPoint place = event.frame.LeftTop();
     {
-        std::lock_guard<std::mutex> state(stateLock);
+        MutexLock state(stateLock);
         if (moves.IsEcho(place))
             return;
     }
@@ -220,7 +220,7 @@ void WindowData::_ScreenResized(const server::Event& event)
 {
     const float width = event.frame.Width(), height = event.frame.Height();
     {
-        std::lock_guard<std::mutex> state(stateLock);
+        MutexLock state(stateLock);
         if (sizes.IsEcho({width, height}))
             return;
     }

@@ -42,7 +42,7 @@ BRect BPrivate::window_frame(BRect frame)
 
 BRect BWindow::Frame() const
 {
-    std::lock_guard<std::mutex> state(fData->stateLock);
+    BPrivate::MutexLock state(fData->stateLock);
     return fData->frame;
 }
 
@@ -69,7 +69,7 @@ void BWindow::MoveTo(BPoint place)
         return;
     place = whole_place(place);
     {
-        std::lock_guard<std::mutex> state(fData->stateLock);
+        BPrivate::MutexLock state(fData->stateLock);
         if (fData->frame.LeftTop() == place)
             return;
         fData->frame.OffsetTo(place);
@@ -103,7 +103,7 @@ void BWindow::ResizeTo(float width, float height)
     if ((frame.Width() == width && frame.Height() == height) || fData->offscreen)
         return;
     {
-        std::lock_guard<std::mutex> state(fData->stateLock);
+        BPrivate::MutexLock state(fData->stateLock);
         fData->sizes.Asked({width, height});
     }
     if (!_AdoptSize(width, height))
@@ -138,7 +138,7 @@ bool BWindow::_AdoptSize(float width, float height)
     if (!fData->canvas->Resize(static_cast<int32>(width) + 1, static_cast<int32>(height) + 1))
         return false;
     {
-        std::lock_guard<std::mutex> state(fData->stateLock);
+        BPrivate::MutexLock state(fData->stateLock);
         fData->frame.right = fData->frame.left + width;
         fData->frame.bottom = fData->frame.top + height;
     }
@@ -161,7 +161,7 @@ void BWindow::_Resized(float width, float height)
 void BWindow::_Moved(BPoint place)
 {
     if (MessageQueue()->FindMessage(static_cast<uint32>(B_WINDOW_MOVED), 0) == nullptr) {
-        std::lock_guard<std::mutex> state(fData->stateLock);
+        BPrivate::MutexLock state(fData->stateLock);
         fData->frame.OffsetTo(place);
     }
     FrameMoved(place);
@@ -189,7 +189,7 @@ void BWindow::SetSizeLimits(float minWidth, float maxWidth, float minHeight, flo
     if (fData->display != nullptr) {
         {
             // The screen puts the window into the limits as well.
-            std::lock_guard<std::mutex> state(fData->stateLock);
+            BPrivate::MutexLock state(fData->stateLock);
             fData->sizes.Asked({width, height});
         }
         fData->display->SetSizeLimits(fData->minWidth, fData->maxWidth, fData->minHeight,

@@ -20,6 +20,7 @@
 #include <interface/view/Canvas.h>
 #include <server/screen/Display.h>
 #include <server/screen/EchoFilter.h>
+#include <support/Mutex.h>
 
 class BBitmap;
 class BButton;
@@ -141,6 +142,16 @@ struct [[gnu::visibility("hidden")]] WindowData : public server::EventSink
     void PostInput(const server::Event& event, bool isOutside,
                    const InputMessage::Dragged& dragged = nullptr);
 
+    // Calls `dispatch` for each target in turn, `delivering` set while others need the message.
+    template <class Targets, class Dispatch>
+    void ForTargets(BMessage * message, const Targets& targets, Dispatch dispatch)
+    {
+        for (size_t i = 0; i < targets.size(); i++) {
+            delivering = i + 1 < targets.size() ? message : nullptr;
+            dispatch(targets[i]);
+        }
+    }
+
     bool Holds(const BView* view) const;
     // The view that gets the pointer until the last button is up; null if none.
     BView* MouseHolder() const;
@@ -155,11 +166,11 @@ struct [[gnu::visibility("hidden")]] WindowData : public server::EventSink
     BView* topView = nullptr;
 
     const OwnMove::Counter ownMoves = std::make_shared<std::atomic<int32>>(0);
-    mutable std::mutex stateLock;  // frame, echo filters and title; a leaf
-    BRect frame;
-    server::EchoFilter<BPoint> moves;
-    server::EchoFilter<std::pair<float, float>> sizes;
-    BString title;
+    mutable Mutex stateLock;            // a leaf
+    BRect frame GUARDED_BY(stateLock);  // the program's view; ScreenWindow.h has the screen's
+    server::EchoFilter<BPoint> moves GUARDED_BY(stateLock);
+    server::EchoFilter<std::pair<float, float>> sizes GUARDED_BY(stateLock);
+    BString title GUARDED_BY(stateLock);
 
     std::atomic<window_look> look{B_TITLED_WINDOW_LOOK};
     std::atomic<window_feel> feel{B_NORMAL_WINDOW_FEEL};
@@ -187,7 +198,7 @@ struct [[gnu::visibility("hidden")]] WindowData : public server::EventSink
 
     // Input. The views here are forgotten as they leave the window.
     std::shared_ptr<OpenMove> openMove;
-    BMessage* delivering = nullptr;  // of which copies are being dispatched; goes with the window
+    BMessage* delivering = nullptr;  // which more targets wait for; goes with the window
     std::atomic<bool> wantsHistory{false};
     BView* focus = nullptr;
     BView* mouseView = nullptr;  // got ENTERED last, and not EXITED
