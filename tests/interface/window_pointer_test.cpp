@@ -272,6 +272,42 @@ TEST_F(WindowPointer, FullHistoryGetsEveryMove)
     EXPECT_EQ(log.Count("b entered") + log.Count("b inside"), 1);
 }
 
+TEST_F(WindowPointer, HookHasTheMessageThatWaited)
+{
+    OpenPair();
+    const BMessage* waiting = nullptr;
+    const BMessage* arrived = nullptr;
+    a->onDown = [&] { arrived = window->CurrentMessage(); };
+    WhileBusy([&] {
+        inject_pointer(115, 115);
+        inject_button(1, true);
+        waiting = window->MessageQueue()->FindMessage(uint32(B_MOUSE_DOWN), 0);
+    });
+    Settle();
+    EXPECT_NE(waiting, nullptr);
+    EXPECT_EQ(arrived, waiting);
+    inject_button(1, false);
+}
+
+TEST_F(WindowPointer, EachHookMayKeepItsMessage)
+{
+    OpenPair();
+    window->Lock();
+    b->SetEventMask(B_POINTER_EVENTS);
+    window->Unlock();
+    std::unique_ptr<BMessage> own, listened;
+    a->onDown = [&] { own.reset(window->DetachCurrentMessage()); };
+    b->onDown = [&] { listened.reset(window->DetachCurrentMessage()); };
+    Click(115, 115);
+    EXPECT_EQ(PointerLines(),
+              "a entered 5,5; b outside -45,5; a down 5,5; b down -45,5; a up 5,5; b up -45,5");
+    ASSERT_NE(own, nullptr);
+    ASSERT_NE(listened, nullptr);
+    EXPECT_EQ(own->FindPoint("where"), BPoint(5, 5));
+    EXPECT_EQ(listened->FindPoint("where"), BPoint(-45, 5));
+    EXPECT_EQ(listened->FindInt32("clicks"), 1);
+}
+
 TEST_F(WindowPointer, ReleaseTakenByGetMouseNeverArrives)
 {
     OpenPair();

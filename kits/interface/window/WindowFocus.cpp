@@ -48,11 +48,12 @@ void BWindow::_DeliverKey(InputMessage* message)
             listener.view != target)
             others.push_back(listener.view);
     }
+    fData->delivering = others.empty() ? nullptr : message;
     _DispatchCopy(message, target);
-    for (BView* view : others) {
+    fData->ForTargets(message, others, [&](BView* view) {
         if (fData->Holds(view))
             _DispatchCopy(message, view);
-    }
+    });
 }
 
 // Keys that the window keeps from KeyDown(): shortcuts, the way to another group of views, and the

@@ -95,20 +95,23 @@ void BWindow::_Deliver(BMessage* message)
         BLooper::_Deliver(message);
         return;
     }
-    fData->delivering = message;
     if (input != nullptr) {
         _DeliverInput(input);
     } else {
         BView* view = _ViewAt(drop->Where());
-        _DispatchCopy(message, view != nullptr ? view : static_cast<BHandler*>(this));
+        _DispatchTo(message, view != nullptr ? view : static_cast<BHandler*>(this));
     }
-    fData->delivering = nullptr;
 }
 
-// Runs a copy, which is a plain message, through filters and dispatch. A hook that quits does not
-// come back: the looper deletes the copy then, as the present message.
+// Runs the message through filters and dispatch, or a copy of it if more targets follow. Nobody
+// touches the message after its last target, who may have kept it. A hook that quits does not come
+// back: the looper deletes then what is its present message.
 void BWindow::_DispatchCopy(BMessage* message, BHandler* target)
 {
+    if (fData->delivering == nullptr) {
+        _DispatchTo(message, target);
+        return;
+    }
     BMessage* copy =
         MessageAccess::CopyFor(message, BPrivate::kNoToken, MessageAccess::ReturnAddress(message),
                                MessageAccess::kDelivered);
@@ -195,13 +198,14 @@ void BWindow::_DeliverTransit(BMessage* message, const server::Event& event, BVi
             targets.emplace_back(listener.view, B_OUTSIDE_VIEW);
     }
     message->what = B_MOUSE_MOVED;
-    for (const auto& [view, transit] : targets) {
+    fData->ForTargets(message, targets, [&](const auto& target) {
+        const auto& [view, transit] = target;
         if (!fData->Holds(view))
-            continue;  // an earlier hook took it away
+            return;  // an earlier hook took it away
         message->RemoveName("be:transit");
         message->AddInt32("be:transit", transit);
         _DispatchPointer(message, event, view);
-    }
+    });
 }
 
 void BWindow::_DeliverButton(InputMessage* message, const server::Event& event)
@@ -247,14 +251,14 @@ void BWindow::_DeliverToViews(BMessage* message, const server::Event& event, BVi
         if (((listener.mask | listener.mouseMask) & mask) != 0 && listener.view != target)
             views.push_back(listener.view);
     }
-    for (BView* view : views) {
+    fData->ForTargets(message, views, [&](BView* view) {
         if (!fData->Holds(view))
-            continue;
+            return;
         if (mask == B_POINTER_EVENTS && message->what != B_MOUSE_WHEEL_CHANGED)
             _DispatchPointer(message, event, view);
         else
             _DispatchCopy(message, view);
-    }
+    });
 }
 
 // Fills in the places as the view sees them.
