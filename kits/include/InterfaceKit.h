@@ -10,7 +10,10 @@
 #include <Bitmap.h>
 #include <Box.h>
 #include <Button.h>
+#include <ChannelControl.h>
+#include <ChannelSlider.h>
 #include <CheckBox.h>
+#include <ColorControl.h>
 #include <Control.h>
 #include <Deskbar.h>
 #include <Font.h>
@@ -26,9 +29,15 @@
 #include <ListItem.h>
 #include <ListView.h>
 #include <Menu.h>
+#include <MenuBar.h>
+#include <MenuField.h>
 #include <MenuItem.h>
+#include <MultiChannelControl.h>
+#include <OptionControl.h>
+#include <OptionPopUp.h>
 #include <OutlineListView.h>
 #include <Picture.h>
+#include <PictureButton.h>
 #include <Point.h>
 #include <Polygon.h>
 #include <PopUpMenu.h>

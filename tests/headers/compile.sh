@@ -1,9 +1,10 @@
 #!/usr/bin/env bash
-# compile.sh alone|together|brings INCLUDE_FOLDER WORK_FOLDER COMPILER...: compiles each public header
-# in a source of its own; or all of them in one, forwards and backwards, so that each stands before
-# each other one; or, by brings.txt, a program that includes a header and uses what that brings in
-# (a header and the statements a line). No warning is allowed. Sources of the same text stay as they
-# are, for a compiler cache.
+# compile.sh alone|together|brings|kits INCLUDE_FOLDER WORK_FOLDER COMPILER...: compiles each public
+# header in a source of its own; or all of them in one, forwards and backwards, so that each stands
+# before each other one; or, by brings.txt, a program that includes a header and uses what that brings
+# in (a header and the statements a line). No warning is allowed. Sources of the same text stay as
+# they are, for a compiler cache. "kits" compiles nothing, but compares what each kit's own header
+# includes with what is in its folder.
 set -euo pipefail
 check=$1 include=$2 work=$3/$1
 here=$(cd "$(dirname "$0")" && pwd)
@@ -20,7 +21,24 @@ done
 # Reads headers, a line each, into a source that includes them by name, as programs do.
 includes() { sed 's|.*/||; s|.*|#include <&>|'; }
 
+# What is in one list and not in the other ends the check.
+same() { diff <(sort <<<"$2") <(sort <<<"$3") || { echo "$1 names something else" >&2; exit 1; }; }
+included() { sed -n 's/^#include <\(.*\)>$/\1/p' "$1"; }
+# The header of the kit in a folder.
+kit_header() { echo "${1^}Kit.h"; }
+
 case $check in
+kits)
+    kits=
+    for folder in */; do
+        folder=${folder%/}
+        [ "$folder" != server ] || continue
+        kit=$(kit_header "$folder")
+        kits+=$kit$'\n'
+        same "$kit" "$(included "$kit")" "$(ls "$folder")"
+    done
+    same Be.h "$(included Be.h)" "${kits%$'\n'}"
+    ;;
 alone)
     for header in $headers; do
         includes <<<"$header" >"$work/$(basename "$header" .h).cpp"
