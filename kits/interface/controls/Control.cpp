@@ -13,6 +13,7 @@
 #include <app/looper/Scripting.h>
 #include <interface/controls/ControlIcon.h>
 #include <interface/controls/ControlPrivate.h>
+#include <interface/controls/Invocation.h>
 
 using BPrivate::ControlIcon;
 
@@ -188,18 +189,8 @@ status_t BControl::Invoke(BMessage* message)
     const uint32 kind = InvokeKind(&is_notice);
     if (message == nullptr && !is_notice)
         message = Message();
-    if (message == nullptr && !IsWatched())
-        return B_BAD_VALUE;
-    BMessage event(kind);
-    if (message != nullptr)
-        event = *message;
-    event.AddInt64("when", system_time());
-    event.AddPointer("source", this);
-    event.AddInt32("be:value", fValue);
-    event.AddMessenger("be:sender", BMessenger(this));
-    const status_t status = message != nullptr ? BInvoker::Invoke(&event) : B_BAD_VALUE;
-    SendNotices(kind, &event);
-    return status;
+    return BPrivate::send_invocation(
+        this, kind, message, [this](BMessage* event) { event->AddInt32("be:value", fValue); });
 }
 
 BHandler* BControl::ResolveSpecifier(BMessage* message, int32 index, BMessage* specifier,

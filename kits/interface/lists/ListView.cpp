@@ -17,6 +17,7 @@
 #include <vector>
 
 #include <app/looper/Scripting.h>
+#include <interface/controls/Invocation.h>
 #include <interface/lists/ListData.h>
 #include <interface/view/ViewPrivate.h>
 
@@ -519,19 +520,10 @@ status_t BListView::Invoke(BMessage* message)
     const uint32 kind = InvokeKind(&is_notice);
     if (message == nullptr && !is_notice)
         message = Message();
-    if (message == nullptr && !IsWatched())
-        return B_BAD_VALUE;
-    BMessage event(kind);
-    if (message != nullptr)
-        event = *message;
-    event.AddInt64("when", system_time());
-    event.AddPointer("source", this);
-    event.AddMessenger("be:sender", BMessenger(this));
-    for (int32 i = 0; i < fData->rows.CountSelected(); i++)
-        event.AddInt32("index", CurrentSelection(i));
-    const status_t status = message != nullptr ? BInvoker::Invoke(&event) : B_BAD_VALUE;
-    SendNotices(kind, &event);
-    return status;
+    return BPrivate::send_invocation(this, kind, message, [this](BMessage* event) {
+        for (int32 i = 0; i < fData->rows.CountSelected(); i++)
+            event->AddInt32("index", CurrentSelection(i));
+    });
 }
 
 void BListView::SelectionChanged() {}
