@@ -33,11 +33,26 @@ void release_gadget(MyGadget* gadget)
     MyFree(gadget);
 }
 
-// A window whose thread may be in a call of a view, as often as it dispatches.
-static std::vector<const BWindow*>& dispatching()  // registry's lock
+// How many dispatches a window's thread is in, and so may be in a call of a view.
+struct Dispatches {
+    const BWindow* window;
+    int depth;
+};
+
+// Of all windows: room is made as they open, for a message can not wait for memory.
+static std::vector<Dispatches>& dispatches()  // registry's lock
 {
-    static auto* const all = new std::vector<const BWindow*>;
+    static auto* const all = new std::vector<Dispatches>;
     return *all;
+}
+
+static Dispatches* find_dispatches(const RegistryLock&, const BWindow* window)
+{
+    for (Dispatches& each : dispatches()) {
+        if (each.window == window)
+            return &each;
+    }
+    return nullptr;
 }
 
 // Killed gadgets with the windows that hold them.
@@ -47,60 +62,66 @@ static std::vector<std::pair<const BWindow*, MyGadget*>>& held()  // registry's 
     return *all;
 }
 
-void begin_dispatch(const BWindow* window)
+void expect_dispatches(const BWindow* window)
 {
     RegistryLock registry;
-    dispatching().push_back(window);
+    dispatches().push_back({window, 0});
 }
 
-// The gadgets that the window holds no more.
-static std::vector<MyGadget*> let_go(const RegistryLock&, const BWindow* window)
+void begin_dispatch(const BWindow* window)
 {
-    std::vector<MyGadget*> released;
-    std::erase_if(held(), [&](const auto& pair) {
-        if (pair.first == window)
-            released.push_back(pair.second);
-        return pair.first == window;
-    });
-    return released;
+    const RegistryLock registry;
+    if (Dispatches* own = find_dispatches(registry, window))
+        own->depth++;
 }
 
-static void release_all(const std::vector<MyGadget*>& gadgets)
+// One of the gadgets that the window holds, taken from it; null if it holds none.
+static MyGadget* take_held(const BWindow* window)
 {
-    for (MyGadget* gadget : gadgets)
+    RegistryLock registry;
+    const auto found = std::find_if(held().begin(), held().end(),
+                                    [=](const auto& pair) { return pair.first == window; });
+    if (found == held().end())
+        return nullptr;
+    MyGadget* const gadget = found->second;
+    held().erase(found);
+    return gadget;
+}
+
+static void let_go(const BWindow* window)
+{
+    while (MyGadget* gadget = take_held(window))
         release_gadget(gadget);
 }
 
 void end_dispatch(const BWindow* window)
 {
-    std::vector<MyGadget*> released;
     {
-        RegistryLock registry;
-        auto& all = dispatching();
-        const auto last = std::find(all.rbegin(), all.rend(), window);
-        if (last != all.rend())
-            all.erase(std::next(last).base());
-        if (!held().empty() && std::find(all.begin(), all.end(), window) == all.end())
-            released = let_go(registry, window);
+        const RegistryLock registry;
+        Dispatches* own = find_dispatches(registry, window);
+        if (own == nullptr || --own->depth > 0 || held().empty())
+            return;
     }
-    release_all(released);
+    let_go(window);
 }
 
 void forget_dispatches(const BWindow* window)
 {
-    std::vector<MyGadget*> released;
     {
         RegistryLock registry;
-        std::erase(dispatching(), window);
-        released = let_go(registry, window);
+        std::erase_if(dispatches(), [=](const Dispatches& each) { return each.window == window; });
     }
-    release_all(released);
+    let_go(window);
 }
 
 // A window's own thread may be in a call before the first dispatch, in a filter.
 static void hold_for_windows(const RegistryLock&, MyGadget* gadget)
 {
-    std::vector<const BWindow*> windows = dispatching();
+    std::vector<const BWindow*> windows;
+    for (const Dispatches& each : dispatches()) {
+        if (each.depth > 0)
+            windows.push_back(each.window);
+    }
     if (auto* own = dynamic_cast<MyWinClass*>(BLooper::LooperForThread(find_thread(nullptr))))
         windows.push_back(own);
     std::sort(windows.begin(), windows.end());

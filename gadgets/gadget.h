@@ -199,6 +199,8 @@ void release_gadget(MyGadget* gadget);
 // Its window locked, or the lock of gadgets in no window.
 void dispose_gadget(MyGadget* gadget);
 
+// A new window: its dispatches need no memory from here on.
+void expect_dispatches(const BWindow* window);
 // A window's thread begins to dispatch a message, and has done so: it is in no call of a view. The
 // window's thread.
 void begin_dispatch(const BWindow* window);

@@ -44,6 +44,7 @@ MyWinClass::MyWinClass(int32_t ident, BRect frame, window_type type, uint32 flag
 {
     Lock();
     guarded([&] {
+        expect_dispatches(this);
         fTopView = new MyView(Bounds(), this);
         _MakeRaster(frame);
         AddChild(fTopView);
