@@ -59,16 +59,16 @@ public:
     // The first one is told of only once, by the caller.
     void Add(MyBView2* page, BTab* tab)
     {
-        fIsQuiet = true;
+        const Quiet quiet(this);
         AddTab(page, tab);
-        fIsQuiet = false;
     }
     // A tab that is taken out lives on with its page, for the gadgets on that.
-    void Keep(BTab* tab)
+    void TakeOut(int32 index)
     {
         std::erase_if(fRemoved,
                       [](const auto& kept) { return kept->View()->ChildAt(0) == nullptr; });
-        if (tab != nullptr)
+        fRemoved.reserve(fRemoved.size() + 1);
+        if (BTab* tab = RemoveTab(index))
             fRemoved.emplace_back(tab);
     }
     void Empty();
@@ -82,21 +82,35 @@ public:
     }
 
 private:
+    // Nobody is told of tabs that come to the front.
+    class Quiet {
+    public:
+        explicit Quiet(MyTabView* tabs) : fTabs(tabs) { fTabs->fIsQuiet = true; }
+        ~Quiet() { fTabs->fIsQuiet = false; }
+        Quiet(const Quiet&) = delete;
+
+    private:
+        MyTabView* const fTabs;
+    };
+
     MyGadget* fGadget;
     bool fIsQuiet = false;
     std::vector<std::unique_ptr<BTab>> fRemoved;
 };
 
+static void empty_page(BView* page)
+{
+    while (BView* child = page->ChildAt(0))
+        child->RemoveSelf();
+}
+
+// Windows end with it, so it needs no memory.
 void MyTabView::Empty()
 {
-    fIsQuiet = true;
+    const Quiet quiet(this);
+    ForEachPage(empty_page);
     while (CountTabs() > 0)
-        Keep(RemoveTab(CountTabs() - 1));
-    fIsQuiet = false;
-    ForEachPage([](BView* page) {
-        while (BView* child = page->ChildAt(0))
-            child->RemoveSelf();
-    });
+        delete RemoveTab(CountTabs() - 1);
     fRemoved.clear();
 }
 
@@ -143,11 +157,12 @@ extern "C" void AddTab(int32_t ident, const char* label)
 {
     on_tabs(ident, [=](MyTabView& tabs) {
         const BRect bounds = tabs.Bounds();
-        auto* page = new MyBView2(BRect(0, 0, std::ceil(bounds.Width()) - 1,
-                                        std::ceil(bounds.Height()) - tabs.TabHeight() - 1),
-                                  &tabs);
+        auto page =
+            std::make_unique<MyBView2>(BRect(0, 0, std::ceil(bounds.Width()) - 1,
+                                             std::ceil(bounds.Height()) - tabs.TabHeight() - 1),
+                                       &tabs);
         auto* tab = new BTab;
-        tabs.Add(page, tab);
+        tabs.Add(page.release(), tab);
         tab->SetLabel(label != nullptr ? label : "");
         tabs.Select(0);
     });
@@ -155,26 +170,21 @@ extern "C" void AddTab(int32_t ident, const char* label)
 
 extern "C" void RemoveTab(int32_t ident, int32_t index)
 {
-    on_tabs(ident, [=](MyTabView& tabs) {
-        tabs.Keep(tabs.TabAt(index));
-        tabs.RemoveTab(index);
-    });
+    on_tabs(ident, [=](MyTabView& tabs) { tabs.TakeOut(index); });
 }
 
 extern "C" void AddGadgetInTab(int32_t ident, int32_t tab_ident, int32_t index)
 {
-    const GadgetAccess outer(tab_ident, kTabView);
-    auto* tabs = outer ? dynamic_cast<MyTabView*>(outer.View()) : nullptr;
-    if (tabs == nullptr)
-        return;
-    GadgetAccess inner(ident);  // its window as well, after that of the tabs
-    BView* view = inner ? inner.View() : nullptr;
-    BView* page = tabs->ViewForTab(index);
-    if (view == nullptr || page == nullptr || is_inside(tabs, view))
-        return;
-    view->RemoveSelf();
-    page->AddChild(view);
-    inner.SetHolder(tab_ident);
+    on_tabs(tab_ident, [=](MyTabView& tabs) {
+        const GadgetAccess inner(ident);  // its window as well, after that of the tabs
+        BView* view = inner ? inner.View() : nullptr;
+        BView* page = tabs.ViewForTab(index);
+        if (view == nullptr || page == nullptr || is_inside(&tabs, view))
+            return;
+        view->RemoveSelf();
+        page->AddChild(view);
+        inner.SetHolder(tab_ident);
+    });
 }
 
 extern "C" void TabSelect(int32_t ident, int32_t index)

@@ -9,6 +9,8 @@
 namespace {
 
 const char* const kLong = "A text that is too long to be kept in any small buffer of a string";
+const char* const kLines =
+    "A first line of some length\n\tand a second one\n\nThe third one is below an empty one\n";
 const char* const kChoices[] = {"first", kLong, "third", nullptr};
 
 bool has_labels(int32_t kind) { return kind == 18 || kind == 19; }
@@ -120,12 +122,52 @@ TEST_F(GadgetCalls, OfAllKindsGoOn)
         [&](int32_t g) { SetDrawHookLv(g, 0, nullptr); },
         [&](int32_t g) { RemoveItem(g, 0); },
         [&](int32_t g) { ClearListView(g); },
+        [&](int32_t g) { AddTab(g, kLong); },
+        [&](int32_t g) { AddTab(g, "short"); },
+        [&](int32_t g) { TabEnable(g, 1, 0); },
+        [&](int32_t g) { TabEnable(g, 1, 1); },
+        [&](int32_t g) { TabSelect(g, 1); },
+        [&](int32_t g) { TabSelection(g); },
+        [&](int32_t g) { TabSetFocus(g, 0, 1); },
+        [&](int32_t g) { SetTabHeight(g, 30); },
+        [&](int32_t g) { SetTabWidth(g, 0); },
+        [&](int32_t g) { RemoveTab(g, 0); },
+        [&](int32_t g) { SetString(g, kLong); },
+        [&](int32_t g) { GetString(g); },
+        [&](int32_t g) { SetInteger(g, 1234567); },
+        [&](int32_t g) { SetMaxSizeString(g, 40); },
+        [&](int32_t g) { SetFilterString(g, 5); },
+        [&](int32_t g) { TEditSetText(g, kLines); },
+        [&](int32_t g) { TEditInsertText(g, kLong); },
+        [&](int32_t g) { TEditWordWrap(g, 1); },
+        [&](int32_t g) { TEditGotoLine(g, 2); },
+        [&](int32_t g) { TEditSetTabWidth(g, 40); },
+        [&](int32_t g) { TEditGetLine(g, 1); },
+        [&](int32_t g) { TEditGetAll(g); },
+        [&](int32_t g) { TEditLineAt(g, 50); },
+        [&](int32_t g) { TEditSelect(g, 3, 60); },
+        [&](int32_t g) { TEditReplaceSelection(g, kLong); },
+        [&](int32_t g) { TEditFind(g, "third", 0, 0); },
+        [&](int32_t g) { TEditUndo(g); },
+        [&](int32_t g) { TEditRedo(g); },
+        [&](int32_t g) { TEditSetColor(g, 2, 9, 0xFF00); },
+        [&](int32_t g) { TEditSetFont(g, 4, 30, 0); },
+        [&](int32_t g) { TEditSetMaxSize(g, 20); },
+        [&](int32_t g) { SelectAll(g); },
+        [&](int32_t g) { CopyString(g); },
+        [&](int32_t g) { PasteString(g); },
+        [&](int32_t g) { CutString(g); },
         [&](int32_t g) { SetDefaultButton(fWindow, g); },
         [&](int32_t g) { AttachPopUpToGadget(g, 0); },
         [&](int32_t g) { ResizeGadget(g, 150, 80); },
         [&](int32_t g) { AttachGadgetToWindow(fWindow, g); },
     };
     for (int32_t kind = 0; kind <= kLastKind; kind++) {
+        const int32_t first = Make(kind);
+        for (const auto& call : calls)
+            call(
+                first);  // the C library ends the process where it can not make a thread's own data
+        KillGadget(fWindow, first);
         const int32_t gadget = Make(kind);
         if (gadget == 0)
             continue;
@@ -153,6 +195,54 @@ TEST_F(GadgetCalls, MovingGadgetsIntoBoxesGoesOn)
         for (int32_t gadget : {inside, title, box})
             KillGadget(fWindow, gadget);
     }
+}
+
+// A gadget is on the page, where it was, or in no window.
+TEST_F(GadgetCalls, MovingGadgetsIntoTabsGoesOn)
+{
+    int arrived = 0;
+    for (int before = 0; before < 60; before++) {
+        const int32_t tabs = Make(25);
+        AddTab(tabs, "one");
+        const int32_t inside = Make(1);
+        fail_after(before);
+        AddGadgetInTab(inside, tabs, 0);
+        stop_failing();
+        EXPECT_TRUE(is_gadget_ident(inside));
+        AddGadgetInTab(inside, tabs, 0);
+        arrived += !has_failed();
+        for (int32_t gadget : {inside, tabs})
+            KillGadget(fWindow, gadget);
+        EXPECT_FALSE(is_gadget_ident(inside));
+    }
+    EXPECT_GT(arrived, 0);
+}
+
+int32_t sTold = 0;
+void told(int32_t) { sTold++; }
+
+// Each tab that is there is brought to the front, which its handler is told of.
+TEST_F(GadgetCalls, TabsAreWholeOrNone)
+{
+    const int32_t tabs = Make(25);
+    SetHandlerForGadget(tabs, 3, reinterpret_cast<void*>(told));
+    for (int before = 0; before < 60; before++) {
+        fail_after(before);
+        AddTab(tabs, kLong);
+        stop_failing();
+    }
+    const int32_t before = sTold;
+    TabSelect(tabs, 0);
+    EXPECT_EQ(sTold, before + 1);
+    for (int failing = 0; failing < 60; failing++) {
+        fail_after(failing % 20);
+        RemoveTab(tabs, 0);
+        stop_failing();
+    }
+    for (int i = 0; i < 60; i++)
+        RemoveTab(tabs, 0);
+    EXPECT_EQ(TabSelection(tabs), -1);
+    KillGadget(fWindow, tabs);
 }
 
 TEST_F(GadgetCalls, GadgetsAreKilledAllTheSame)

@@ -446,6 +446,7 @@ void BTabView::AddTab(BView* target, BTab* tab)
     if (tab != nullptr && tab->fData->owner != nullptr)
         return;
     ViewLock lock(this);
+    fData->tabs.reserve(fData->tabs.size() + 1);
     if (tab == nullptr)
         tab = new BTab(target);
     else
