@@ -146,7 +146,7 @@ void QtDisplay::_ReadScreen()
 
 ScreenWindow* QtDisplay::Create(const WindowSpec& spec, EventSink* sink)
 {
-    return QtWindow::Make(this, spec, sink);
+    return fQueue != nullptr ? QtWindow::Make(this, spec, sink) : nullptr;
 }
 
 bool QtDisplay::Post(std::function<void()> task)
