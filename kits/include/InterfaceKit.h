@@ -16,6 +16,7 @@
 #include <ColorControl.h>
 #include <Control.h>
 #include <Deskbar.h>
+#include <Dragger.h>
 #include <Font.h>
 #include <Gradient.h>
 #include <GradientConic.h>
@@ -49,6 +50,7 @@
 #include <ScrollView.h>
 #include <SeparatorItem.h>
 #include <Shape.h>
+#include <Shelf.h>
 #include <Size.h>
 #include <Slider.h>
 #include <StatusBar.h>
