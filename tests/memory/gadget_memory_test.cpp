@@ -9,8 +9,6 @@
 namespace {
 
 const char* const kLong = "A text that is too long to be kept in any small buffer of a string";
-const char* const kLines =
-    "A first line of some length\n\tand a second one\n\nThe third one is below an empty one\n";
 const char* const kChoices[] = {"first", kLong, "third", nullptr};
 
 bool has_labels(int32_t kind) { return kind == 18 || kind == 19; }
@@ -137,26 +135,6 @@ TEST_F(GadgetCalls, OfAllKindsGoOn)
         [&](int32_t g) { SetInteger(g, 1234567); },
         [&](int32_t g) { SetMaxSizeString(g, 40); },
         [&](int32_t g) { SetFilterString(g, 5); },
-        [&](int32_t g) { TEditSetText(g, kLines); },
-        [&](int32_t g) { TEditInsertText(g, kLong); },
-        [&](int32_t g) { TEditWordWrap(g, 1); },
-        [&](int32_t g) { TEditGotoLine(g, 2); },
-        [&](int32_t g) { TEditSetTabWidth(g, 40); },
-        [&](int32_t g) { TEditGetLine(g, 1); },
-        [&](int32_t g) { TEditGetAll(g); },
-        [&](int32_t g) { TEditLineAt(g, 50); },
-        [&](int32_t g) { TEditSelect(g, 3, 60); },
-        [&](int32_t g) { TEditReplaceSelection(g, kLong); },
-        [&](int32_t g) { TEditFind(g, "third", 0, 0); },
-        [&](int32_t g) { TEditUndo(g); },
-        [&](int32_t g) { TEditRedo(g); },
-        [&](int32_t g) { TEditSetColor(g, 2, 9, 0xFF00); },
-        [&](int32_t g) { TEditSetFont(g, 4, 30, 0); },
-        [&](int32_t g) { TEditSetMaxSize(g, 20); },
-        [&](int32_t g) { SelectAll(g); },
-        [&](int32_t g) { CopyString(g); },
-        [&](int32_t g) { PasteString(g); },
-        [&](int32_t g) { CutString(g); },
         [&](int32_t g) { SetDefaultButton(fWindow, g); },
         [&](int32_t g) { AttachPopUpToGadget(g, 0); },
         [&](int32_t g) { ResizeGadget(g, 150, 80); },
