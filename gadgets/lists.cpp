@@ -513,6 +513,11 @@ extern "C" void SetDeSelectEntry(int32_t ident, int32_t index)
     on_list(ident, [=](auto& list) { list.Deselect(index); });
 }
 
+extern "C" void SetLvSelectEntry(int32_t ident, int32_t index, int32_t select)
+{
+    (select != 0 ? SetSelectEntry : SetDeSelectEntry)(ident, index);
+}
+
 extern "C" void LvSelectAll(int32_t ident)
 {
     on_list(ident, [](auto& list) { list.Select(0, list.CountItems() - 1, false); });
@@ -544,6 +549,11 @@ extern "C" int32_t GetLvSelected(int32_t ident)
     return index;
 }
 
+extern "C" int32_t CountEntry_system(int32_t ident, int32_t rows)
+{
+    return (rows != 0 ? CountEntry : GetLvSelected)(ident);
+}
+
 extern "C" void SwapItem(int32_t ident, int32_t a, int32_t b)
 {
     on_list(ident, [=](auto& list) { list.SwapItems(a, b); });
@@ -552,6 +562,11 @@ extern "C" void SwapItem(int32_t ident, int32_t a, int32_t b)
 extern "C" void MoveItem(int32_t ident, int32_t from, int32_t to)
 {
     on_list(ident, [=](auto& list) { list.MoveItem(from, to); });
+}
+
+extern "C" void SwapPosition(int32_t ident, int32_t a, int32_t b, int32_t swap)
+{
+    (swap != 0 ? SwapItem : MoveItem)(ident, a, b);
 }
 
 // Rows with keys instead of their texts, as long as it lives.
@@ -625,6 +640,13 @@ extern "C" char* GetLvLastItem(int32_t ident)
     return text_of_row(ident, [](auto& list) { return list.LastItem(); });
 }
 
+extern "C" char* GetTextLv(int32_t ident, int32_t index, int32_t which)
+{
+    return which == 0   ? GetLvFirstItem(ident)
+           : which == 1 ? GetLvLastItem(ident)
+                        : GetLvItem(ident, which == 2 ? index : -1);
+}
+
 extern "C" void LvExpand(int32_t ident, int32_t index)
 {
     on_outline(ident, [=](auto& list) { list.Expand(list.ItemAt(index)); });
@@ -654,6 +676,14 @@ extern "C" void LvCollapseAll(int32_t ident)
         for (int32 i = 0; i < list.CountItems(); i++)
             list.Collapse(list.ItemAt(i));
     });
+}
+
+extern "C" void LvExpandSystem(int32_t ident, int32_t index, int32_t expand, int32_t all)
+{
+    if (all != 0)
+        (expand != 0 ? LvExpandAll : LvCollapseAll)(ident);
+    else
+        (expand != 0 ? LvExpand : LvCollapse)(ident, index);
 }
 
 extern "C" void SetDragLv(int32_t ident, int32_t flag)

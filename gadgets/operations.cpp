@@ -114,6 +114,7 @@ extern "C" void SetForeColorGadget(int32_t ident, int32_t high, int32_t low)
     on_shown_views(ident, [=](BView& view) {
         view.SetHighColor(GetRgbFromInteger(static_cast<uint32_t>(high)));
         view.SetLowColor(GetRgbFromInteger(static_cast<uint32_t>(low)));
+        view.Invalidate();
     });
 }
 
@@ -121,6 +122,7 @@ extern "C" void SetBackColorGadget(int32_t ident, int32_t color)
 {
     on_shown_views(ident, [=](BView& view) {
         view.SetViewColor(GetRgbFromInteger(static_cast<uint32_t>(color)));
+        view.Invalidate();
     });
 }
 

@@ -224,6 +224,14 @@ extern "C" void SetTabWidth(int32_t ident, int32_t width)
     });
 }
 
+extern "C" void TabSystem(int32_t ident, int32_t value, int32_t what)
+{
+    if (what == 0)
+        SetTabHeight(ident, value);
+    else if (what == 1)
+        SetTabWidth(ident, value);
+}
+
 extern "C" void TabEnable(int32_t ident, int32_t index, int32_t flag)
 {
     on_tabs(ident, [=](MyTabView& tabs) {

@@ -687,27 +687,34 @@ void SetSelectEntry(int32_t ident, int32_t index);
 void SetDeSelectEntry(int32_t ident, int32_t index);
 void LvSelectAll(int32_t ident);
 void LvSelectNone(int32_t ident);
+void SetLvSelectEntry(int32_t ident, int32_t index, int32_t select); /* or deselects, for 0 */
 bool IsItemSelected(int32_t ident, int32_t index);
 int32_t CountEntry(int32_t ident);
 int32_t GetLvSelected(int32_t ident);
+int32_t CountEntry_system(int32_t ident, int32_t rows); /* the selected row instead, for 0 */
 
 /* Order. Rows of an outline move with those below them, among those below the same row; SortLv, by
    the texts without case, moves its top rows. */
 void SwapItem(int32_t ident, int32_t a, int32_t b);
 void MoveItem(int32_t ident, int32_t from, int32_t to);
+void SwapPosition(int32_t ident, int32_t a, int32_t b, int32_t swap); /* or moves, for 0 */
 void SortLv(int32_t ident);
 
 /* The text of a row, of the first and of the last one; "" if there is none. Its first 1,023 bytes
-   stand in a buffer that the next such call uses again. Main thread. */
+   stand in a buffer that the next such call uses again. GetTextLv takes the row for `which` 2, the
+   first one for 0 and the last one for 1. Main thread. */
 char *GetLvItem(int32_t ident, int32_t index);
 char *GetLvFirstItem(int32_t ident);
 char *GetLvLastItem(int32_t ident);
+char *GetTextLv(int32_t ident, int32_t index, int32_t which);
 
-/* Show or hide what is below a row, or below all. What is hidden is not selected. */
+/* Show or hide what is below a row, or below all. What is hidden is not selected. LvExpandSystem
+   does one of the four. */
 void LvExpand(int32_t ident, int32_t index);
 void LvCollapse(int32_t ident, int32_t index);
 void LvExpandAll(int32_t ident);
 void LvCollapseAll(int32_t ident);
+void LvExpandSystem(int32_t ident, int32_t index, int32_t expand, int32_t all);
 
 /* Whether rows of a flat list can be dragged out: as a message 'DATA' with pointers "it" to the row
    and "gd" to the list, and the row's number "sl". */
@@ -735,9 +742,11 @@ int32_t TabSelection(int32_t ident);
 void TabSetFocus(int32_t ident, int32_t index, int32_t focused);
 void TabSetFocus2(int32_t ident, int32_t focused);
 
-/* Tabs are all as wide as the widest label wants, for 0, or as usual, for 1. */
+/* Tabs are all as wide as the widest label wants, for 0, or as usual, for 1. TabSystem sets the
+   height for `what` 0, the width for 1. */
 void SetTabHeight(int32_t ident, int32_t height);
 void SetTabWidth(int32_t ident, int32_t width);
+void TabSystem(int32_t ident, int32_t value, int32_t what);
 
 /* Entry fields (kinds 3 to 6) for one line of text, a whole number, a password and a decimal
    number. A new one takes 15 bytes, its label stands in its left half, and its frame has the height

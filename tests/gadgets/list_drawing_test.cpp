@@ -143,6 +143,44 @@ TEST_F(ListGadgets, DrawHookMayChangeItsListAndThatItselfIsGone)
     }
 }
 
+TEST_F(ListGadgets, DrawHookMaySortRemoveAndKill)
+{
+    static int32_t (*const kHooks[])(int32_t, int32_t) = {
+        [](int32_t, int32_t) {
+            SortLv(gList);
+            return int32_t(gDrawn++);
+        },
+        [](int32_t, int32_t) {
+            if (CountEntry(gList) > 1)
+                RemoveItem(gList, 0);
+            return int32_t(gDrawn++);
+        },
+        [](int32_t, int32_t) {
+            LvSelectNone(gList);
+            LvCollapseAll(gList);
+            SetDrawHookLv(gList, 1, nullptr);
+            return int32_t(gDrawn++);
+        },
+        [](int32_t, int32_t) {
+            KillGadget(0, gList);
+            return int32_t(gDrawn++);
+        },
+    };
+    for (const int32_t kind : {7, 10, 20, 23}) {
+        for (auto* hook : kHooks) {
+            gDrawn = 0;
+            gList = MakeList(kind, {"c", "b", "a"});
+            AddEntryInSub(gList, 1, "below");
+            SetSelectEntry(gList, 1);
+            SetDrawHookLv(gList, 1, reinterpret_cast<void*>(hook));
+            EXPECT_TRUE(eventually([] { return gDrawn > 0; })) << kind;
+            Settle();
+            KillGadget(0, gList);
+            Settle();
+        }
+    }
+}
+
 TEST_F(ListGadgets, ScrollRangesAreTheListsOwnWithItsFirstRow)
 {
     const int32_t ident = Make(8, 0, 0, 150, 120);

@@ -5,6 +5,7 @@
 #include <InterfaceDefs.h>
 
 #include <algorithm>
+#include <atomic>
 #include <fstream>
 #include <random>
 #include <vector>
@@ -422,6 +423,60 @@ TEST_F(ListInput, HandlerMayClearFillSortOrKillItsList)
             ClearListView(gList);
             EXPECT_EQ(CountEntry(gList), 0);
             KillGadget(0, gList);
+        }
+    }
+    Calls();
+}
+
+TEST_F(ListInput, HandlersOfKeysClicksAndDropsMayChangeOrKillTheirList)
+{
+    static int32_t (*const kActs[])(int32_t) = {
+        [](int32_t) {
+            ClearListView(gList);
+            AddLvEntry(gList, "0");
+            return 0;
+        },
+        [](int32_t) {
+            SortLv(gList);
+            RemoveItem(gList, 0);
+            return 0;
+        },
+        [](int32_t) {
+            KillGadget(0, gList);
+            return 0;
+        },
+    };
+    static std::atomic<int> calls;
+    static const auto act = handler([](int32_t number) {
+        calls++;
+        return gAct(number);
+    });
+    const char* paths[] = {"/tmp"};
+    set_click_speed(5000000);
+    for (const int32_t kind : {7, 10, 20, 23}) {
+        for (auto* change : kActs) {
+            for (const int32_t slot : {2, 6, 7}) {
+                gList = MakeFull(kind);
+                AddEntryInSub(gList, 1, "below");
+                gAct = change;
+                calls = 0;
+                SetHandlerForGadget(gList, slot, act);
+                ActivateGadget(gList);
+                SetSelectEntry(gList, 1);
+                if (slot == 2) {
+                    Key(kKeyDown);
+                } else if (slot == 7) {
+                    inject_file_drop(window.X(60), window.Y(40), paths, 1);
+                } else {
+                    Click(250, 250);  // no other click of a row counts
+                    ClickRow(1);
+                    ClickRow(1);
+                }
+                EXPECT_TRUE(eventually([] { return calls > 0; })) << kind << " " << slot;
+                Settle();
+                KillGadget(0, gList);
+                Settle();
+            }
         }
     }
     Calls();

@@ -172,6 +172,33 @@ TEST_F(ListGadgets, ClosingARowDeselectsWhatItHides)
     EXPECT_EQ(Selected(ident), "03");
 }
 
+TEST_F(ListGadgets, CallsWithAFlagAreTheOnesWithAName)
+{
+    const int32_t ident = MakeList(20, {"a", "b", "c"});
+    AddEntryInSub(ident, 0, "x");
+    SetLvSelectEntry(ident, 2, 1);
+    EXPECT_EQ(Selected(ident), "2");
+    EXPECT_EQ(CountEntry_system(ident, 1), 4);
+    EXPECT_EQ(CountEntry_system(ident, 0), 2);
+    SetLvSelectEntry(ident, 2, 0);
+    EXPECT_EQ(CountEntry_system(ident, 0), -1);
+    LvExpandSystem(ident, 0, 0, 0);
+    EXPECT_EQ(Rows(ident), "a b c");
+    LvExpandSystem(ident, 0, 1, 0);
+    EXPECT_EQ(Rows(ident), "a x b c");
+    LvExpandSystem(ident, -1, 0, 1);
+    SwapPosition(ident, 0, 2, 1);
+    EXPECT_EQ(Rows(ident), "c b a");
+    SwapPosition(ident, 0, 2, 0);
+    EXPECT_EQ(Rows(ident), "b a c");
+    LvExpandSystem(ident, -1, 1, 1);
+    EXPECT_EQ(Rows(ident), "b a x c");
+    EXPECT_STREQ(GetTextLv(ident, 2, 2), "x");
+    EXPECT_STREQ(GetTextLv(ident, 2, 0), "b");
+    EXPECT_STREQ(GetTextLv(ident, 2, 1), "c");
+    EXPECT_STREQ(GetTextLv(ident, 2, 3), "");
+}
+
 TEST_F(ListGadgets, HandlersAreToldOfTheFirstSelectedRow)
 {
     const int32_t ident = MakeList(7, {"a", "b", "c"});
