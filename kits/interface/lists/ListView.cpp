@@ -531,6 +531,7 @@ void BListView::SelectionChanged() {}
 void BListView::_SelectionHasChanged()
 {
     const ViewRef self(this);
+    self.Data()->TellReader();
     SelectionChanged();
     if (self.View() != nullptr)
         InvokeNotify(SelectionMessage(), B_CONTROL_MODIFIED);

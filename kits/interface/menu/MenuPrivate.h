@@ -51,7 +51,7 @@ struct [[gnu::visibility("hidden")]] MenuPrivate
     static status_t Invoke(BMenuItem * item) { return item->Invoke(); }
 
     // Enters a bar by the keyboard.
-    static void StartBar(BMenuBar * bar) { bar->StartMenuBar(0, true, true); }
+    static void StartBar(BMenuBar * bar, int32 title = 0) { bar->StartMenuBar(title, true, true); }
 
     // What a field shows of its title, in the view's high colour.
     static void DrawTitle(BMenuItem * title, BRect room);

@@ -94,6 +94,7 @@ bool TextBuffer::Insert(int32 offset, const char* bytes, int32 length)
     memcpy(fBytes.get() + fGap, bytes, size_t(length));
     fGap += length;
     fLength += length;
+    fRevision++;
     return true;
 }
 
@@ -108,6 +109,7 @@ void TextBuffer::Remove(int32 from, int32 to)
         _MoveGap(from);
     fGap = from;
     fLength -= to - from;
+    fRevision++;
 }
 
 // Makes the gap hold `more` bytes. It grows with the text, so that typing moves it seldom.

@@ -14,7 +14,8 @@ namespace [[gnu::visibility("hidden")]] BPrivate {
 class TextBuffer {
 public:
     int32 Length() const { return fLength; }
-    uint8 At(int32 offset) const;  // 0 outside the text
+    uint32 Revision() const { return fRevision; }  // another one after each change
+    uint8 At(int32 offset) const;                  // 0 outside the text
     // Copies up to `length` bytes from `offset` on; returns how many there were.
     int32 Copy(int32 offset, int32 length, char* to) const;
     // The bytes from `offset` on, which the text has, in one piece: where they are, or copied.
@@ -38,6 +39,7 @@ private:
     int32 fCapacity = 0;             // without that room
     int32 fLength = 0;
     int32 fGap = 0;  // where the gap begins
+    uint32 fRevision = 0;
 };
 
 }  // namespace BPrivate

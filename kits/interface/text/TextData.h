@@ -23,6 +23,7 @@ namespace BPrivate {
 struct [[gnu::visibility("hidden")]] TextData
 {
     TextData(BTextView * view, const BFont& font, rgb_color color);
+    static TextData& Of(const BTextView* view) { return *view->fText; }
 
     BTextView* const view;
     TextBody body;

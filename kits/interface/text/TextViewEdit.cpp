@@ -99,6 +99,7 @@ void TextData::SetSelection(int32 start, int32 end)
     if (start == selStart && end == selEnd)
         return;
     InvalidateCaret();
+    ViewPrivate::Data(view).TellReader();
     const int32 oldStart = selStart, oldEnd = selEnd;
     selStart = start;
     selEnd = end;

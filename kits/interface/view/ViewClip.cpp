@@ -530,6 +530,7 @@ void BView::Invalidate(BRect invalRect)
     BPrivate::Canvas* canvas = fData->canvas;
     if (canvas == nullptr || canvas->IsOffscreen() || !invalRect.IsValid())
         return;
+    fData->TellReader();
     int32 x, y;
     fData->Offset(&x, &y);
     const BRect whole(floor_of(invalRect.left), floor_of(invalRect.top), ceil_of(invalRect.right),

@@ -59,6 +59,7 @@ void ViewData::TreeChanged()
 {
     if (canvas != nullptr)
         canvas->NextGeneration();
+    TellReader();
 }
 
 // How far an edge goes when the side it keeps its distance to moves.

@@ -267,7 +267,11 @@ void BView::Sync() const
 
 // Tool tips.
 
-void BView::SetToolTip(const char* text) { fData->toolTipText = text; }
+void BView::SetToolTip(const char* text)
+{
+    fData->toolTipText = text;
+    fData->TellReader();
+}
 
 void BView::SetToolTip(BToolTip* tip) { fData->toolTip = tip; }
 

@@ -23,6 +23,7 @@
 #include <interface/view/SiblingGrid.h>
 #include <interface/drawing/GradientMap.h>
 #include <interface/drawing/PictureOps.h>
+#include <server/screen/Accessible.h>
 #include <server/text/Fonts.h>
 #include <server/painter/Painter.h>
 #include <support/Boxes.h>
@@ -178,6 +179,12 @@ struct [[gnu::visibility("hidden")]] ViewData
     bool Shows(const BRegion& region);
     void SetCanvas(Canvas * newCanvas);
     void InvalidateVisible(bool with_children) const;
+    // What screen readers are told of the view may be another.
+    void TellReader() const
+    {
+        if (server::reader_listens())
+            _TellReader();
+    }
     void TreeChanged();  // the clipping of views in the window is to be made anew
     // Takes the children from `child` on, whose places count from (x, y), out of a region.
     void ExcludeChildren(BRegion * region, BView * child, double x, double y) const;
@@ -245,8 +252,11 @@ struct [[gnu::visibility("hidden")]] ViewData
     int32 layoutDisabled = 0;
     BString toolTipText;
     BToolTip* toolTip = nullptr;
+    uint32 readerId = 0;  // its name for screen readers, never used again; 0: they know nothing yet
 
 private:
+    void _TellReader() const;
+
     std::atomic<int32> fReferences{1};
 };
 

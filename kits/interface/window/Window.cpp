@@ -221,6 +221,7 @@ void BWindow::SetTitle(const char* title)
     SetName(Title());
     if (fData->display != nullptr)
         fData->display->SetTitle(Title());
+    fData->TellReaderSoon();
 }
 
 const char* BWindow::Title() const

@@ -20,6 +20,8 @@ void BWindow::DispatchMessage(BMessage* message, BHandler* handler)
 {
     if (message == nullptr || handler == nullptr)
         return;
+    if (message->what != B_PULSE && message->what != B_MOUSE_MOVED)
+        fData->TellReaderSoon();
     BView* view = dynamic_cast<BView*>(handler);
     const bool isHandled = view != nullptr   ? _DispatchToView(message, view)
                            : handler == this ? _DispatchToWindow(message)
@@ -59,6 +61,12 @@ bool BWindow::_DispatchToWindow(BMessage* message)
             return true;
         case BPrivate::kMenusEnded:
             MenusEnded();
+            return true;
+        case BPrivate::kReaderCame:
+            return true;
+        case BPrivate::kReaderAsked:
+            if (const auto* asked = dynamic_cast<BPrivate::ReaderMessage*>(message))
+                fData->ObeyReader(*asked->request);
             return true;
         case B_PULSE:
             return _Pulse();
@@ -235,6 +243,7 @@ bool BWindow::NeedsUpdate() const
 
 void BWindow::_ScheduleUpdate()
 {
+    fData->TellReaderSoon();
     // While updates are off, or nobody can see them, the invalid region just waits.
     if (fData->offscreen || fData->updatesDisabled > 0 || IsHidden())
         return;
@@ -349,6 +358,8 @@ bigtime_t BWindow::_Idle()
         if (MessageQueue()->FindMessage(B_PULSE, 0) == nullptr)
             fData->Post(B_PULSE);
     }
+    if (server::reader_listens())
+        next = std::min(next, fData->TellReader(now));
     return std::min(next, fData->nextPulse);
 }
 

@@ -298,6 +298,12 @@ void WindowData::_DeliverWindowEvent(const server::Event& event)
         case server::EventKind::DragCancelled:
             cancel_drag(this, event);
             break;
+        case server::EventKind::ReaderCame:
+            Post(kReaderCame);
+            break;
+        case server::EventKind::ReaderAsked:
+            Post(std::make_unique<ReaderMessage>(event.request));
+            break;
         case server::EventKind::Composed:
             Post(std::make_unique<ComposedMessage>(*event.composition));
             break;

@@ -105,6 +105,7 @@ void BWindow::_SetFocus(BView* view)
 {
     fData->focus = view;
     SetPreferredHandler(view);
+    fData->TellReaderSoon();
 }
 
 void BWindow::_ForgetView(BView* view)

@@ -19,6 +19,7 @@
 
 #include <interface/view/Canvas.h>
 #include <server/screen/Display.h>
+#include <server/screen/Accessible.h>
 #include <server/screen/EchoFilter.h>
 #include <support/Mutex.h>
 
@@ -34,6 +35,8 @@ const uint32 kUpdateMessage = '_UPD';
 const uint32 kUncoveredMessage = '_UNC';  // "rect" of the window
 const uint32 kZoomedMessage = '_ZMD';     // by the screen; place and size are messages of their own
 const uint32 kMenusEnded = '_MND';
+const uint32 kReaderCame = '_RDR';
+const uint32 kReaderAsked = '_RDA';
 
 // The move at the end of a window's queue, as long as a newer one may still take its place.
 struct OpenMove {
@@ -101,6 +104,24 @@ private:
     const Counter fWaiting;
 };
 
+// What a screen reader wants, on its way to the view.
+class [[gnu::visibility("hidden")]] ReaderMessage : public BMessage
+{
+public:
+    explicit ReaderMessage(const std::shared_ptr<const server::AccessibleRequest>& asked)
+        : BMessage(kReaderAsked), request(asked)
+    {
+    }
+    const std::shared_ptr<const server::AccessibleRequest> request;
+};
+
+// A text as screen readers have it.
+struct ToldText {
+    uint32 revision = 0;
+    bool hidden = false;
+    std::shared_ptr<const std::u16string> content;
+};
+
 struct WindowStyle {
     window_look look;
     window_feel feel;
@@ -152,6 +173,20 @@ struct [[gnu::visibility("hidden")]] WindowData : public server::EventSink
         }
     }
 
+    // What screen readers know may not be so any more. Any thread that has the lock.
+    void TellReaderSoon()
+    {
+        if (server::reader_listens() && !tellReader.exchange(true))
+            _WakeForReader();
+    }
+    // Tells it if it is time. Returns when to come again, B_INFINITE_TIMEOUT for never.
+    bigtime_t TellReader(bigtime_t now);
+    // Does what a screen reader wants, as the user's doing. The window's thread.
+    void ObeyReader(const server::AccessibleRequest& request);
+    // A key for a view, filters and all; a press and a release at a place in the window, queued.
+    void DispatchKey(const server::Event& event, BView* view);
+    void Press(BPoint where);
+
     bool Holds(const BView* view) const;
     // The view that gets the pointer until the last button is up; null if none.
     BView* MouseHolder() const;
@@ -186,6 +221,11 @@ struct [[gnu::visibility("hidden")]] WindowData : public server::EventSink
     std::atomic<bool> active{false};
     bool screenActive = false;  // under the lock of count_active()
 
+    // What screen readers are told, while one listens.
+    std::atomic<bool> tellReader{true};  // it is to be told anew
+    bigtime_t nextTelling = 0;           // at most once a display frame
+    std::map<uint32, ToldText> toldTexts;
+
     // Update cycle.
     std::atomic<bool> updatePosted{false};  // or waiting for nextUpdate
     bool updateDelayed = false;
@@ -219,6 +259,7 @@ struct [[gnu::visibility("hidden")]] WindowData : public server::EventSink
     BMessage decorator;
 
 private:
+    void _WakeForReader();
     void _DeliverWindowEvent(const server::Event& event);
     void _ScreenMoved(const server::Event& event);
     void _ScreenResized(const server::Event& event);

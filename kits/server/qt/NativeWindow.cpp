@@ -131,6 +131,27 @@ NativeWindow::NativeWindow(QtWindow* owner) : fOwner(owner), fStore(this)
     });
 }
 
+NativeWindow::~NativeWindow() { fAccessible.reset(); }
+
+void NativeWindow::SetAccessible(std::shared_ptr<const AccessibleTree> tree)
+{
+    if (fAccessible == nullptr)
+        fAccessible = std::make_unique<AccessibleWindow>(this);
+    fAccessible->Set(std::move(tree));
+}
+
+void NativeWindow::Ask(const AccessibleRequest& request)
+{
+    StageLock lock;
+    if (fOwner != nullptr)
+        fOwner->Ask(request);
+}
+
+QAccessibleInterface* NativeWindow::accessibleRoot() const
+{
+    return QAccessible::queryAccessibleInterface(const_cast<NativeWindow*>(this));
+}
+
 void NativeWindow::SetKind(const WindowKind& kind)
 {
     fIsMenu = kind.IsUnmanaged();
@@ -404,6 +425,8 @@ bool NativeWindow::Grab(bool grab)
 // The grab of a window that is not to be seen has ended: another menu takes it.
 void NativeWindow::hideEvent(QHideEvent*)
 {
+    if (IsMenu())
+        AccessibleWindow::FocusGoesBack();
     if (Grab(false) || !IsMenu())
         return;
     fOwner->UpdateGrab();
@@ -453,6 +476,8 @@ void NativeWindow::focusInEvent(QFocusEvent*)
         return;  // its keys are those of the window that it belongs to, which stays active
     _Restored();
     fOwner->NativeFocus(true);
+    if (fAccessible != nullptr)
+        fAccessible->TellFocus();
 }
 
 // On Wayland nobody says that an icon has become a window again, but that it is used.

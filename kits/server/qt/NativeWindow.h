@@ -9,6 +9,7 @@
 
 #include <string>
 
+#include "server/qt/AccessibleWindow.h"
 #include "server/qt/WindowKind.h"
 #include "server/screen/ScreenWindow.h"
 #include "server/screen/Stage.h"
@@ -25,6 +26,7 @@ class QtWindow;
 class NativeWindow final : public QWindow {
 public:
     explicit NativeWindow(QtWindow* owner);
+    ~NativeWindow() override;
 
     void SetKind(const WindowKind& kind);
     void SetPlace(BRect frame);
@@ -47,6 +49,11 @@ public:
     bool Grab(bool grab);
     // Brings what waits to the screen with its next frame.
     void ScheduleFlush();
+    // What screen readers are told, and what they ask for.
+    void SetAccessible(std::shared_ptr<const AccessibleTree> tree);
+    void Ask(const AccessibleRequest& request);
+    AccessibleWindow* Accessible() const { return fAccessible.get(); }
+    QAccessibleInterface* accessibleRoot() const override;
     // From here on nobody is told of anything: the owner goes.
     void Orphan() { fOwner = nullptr; }
 
@@ -102,6 +109,7 @@ private:
     QBasicTimer fTimer;  // runs while something waits for the next frame
     bigtime_t fLastFlush = 0;
     QRect fInputPlace;
+    std::unique_ptr<AccessibleWindow> fAccessible;  // null as long as no reader has listened
 };
 
 }  // namespace server

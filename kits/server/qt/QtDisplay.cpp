@@ -18,6 +18,7 @@
 
 #include "server/screen/ScreenWindow.h"
 #include "server/screen/Stage.h"
+#include "server/qt/AccessibleWindow.h"
 #include "server/qt/NativeWindow.h"
 #include "server/qt/Platforms.h"
 #include "server/qt/QtClipboard.h"
@@ -97,6 +98,7 @@ void QtDisplay::_Run()
 
     {
         TaskQueue queue(this);
+        const ReaderWatch readers;
         fX11 = X11Screen::Connect();
         if (fX11 != nullptr) {
             fClipboard = std::make_shared<X11Clipboard>("CLIPBOARD");

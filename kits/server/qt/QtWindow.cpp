@@ -252,6 +252,12 @@ void QtWindow::CompositionEnded()
     _Post([](NativeWindow& native) { native.EndInput(); });
 }
 
+void QtWindow::AccessibleSet()
+{
+    const std::shared_ptr<const AccessibleTree> tree = fAccessible;
+    _Post([=](NativeWindow& native) { native.SetAccessible(tree); });
+}
+
 void QtWindow::SetCursor(const BCursor* cursor)
 {
     StageLock lock;

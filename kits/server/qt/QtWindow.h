@@ -77,6 +77,7 @@ private:
     void WorkspacesSet() override;
     void CompositionMoved() override;
     void CompositionEnded() override;
+    void AccessibleSet() override;
 
     QtDisplay* fDisplay;
     std::unique_ptr<NativeWindow> fNative;  // server's thread; made by the first task

@@ -45,9 +45,13 @@ enum class EventKind : uint8 {
     Composed,            // composition
     DataDropped,         // forms, where, screenWhere, buttons, modifiers
     DragCancelled,       // the user has thought better of it; to the window that has the pointer
+    ReaderCame,          // a screen reader listens from here on
+    ReaderAsked,         // request
 };
 
 class EventSink;
+struct AccessibleRequest;
+struct AccessibleTree;
 
 // What an input method makes of keys. Places are bytes of the text.
 struct Composition {
@@ -87,6 +91,7 @@ struct Event {
     std::vector<std::string> paths;
     std::shared_ptr<const Composition> composition;
     ClipboardForms forms;
+    std::shared_ptr<const AccessibleRequest> request;
 };
 
 // Where a window's events go. Called on the server's thread, or on the thread that injects input;
@@ -144,6 +149,8 @@ public:
     // Hands finished pixels over: `rects` of `surface` (a B_RGBA32 back buffer of the window's
     // size) are copied before the call returns, and reach the screen with its next frame.
     virtual void Present(const Surface& surface, const clipping_rect* rects, int32 count) = 0;
+    // What screen readers are told of the window from here on.
+    virtual void SetAccessible(std::shared_ptr<const AccessibleTree> tree) = 0;
     // Size of title bar and borders as far as known: what the content's frame grows by.
     virtual BRect DecoratorFrame(BRect content) const = 0;
 

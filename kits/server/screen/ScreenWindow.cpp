@@ -8,6 +8,7 @@
 #include <cmath>
 #include <utility>
 
+#include "server/screen/Accessible.h"
 #include "server/screen/Stage.h"
 
 namespace server {
@@ -308,6 +309,23 @@ void ScreenWindow::EndComposition()
     StageLock lock;
     stage().ForgetComposition();
     CompositionEnded();
+}
+
+void ScreenWindow::SetAccessible(std::shared_ptr<const AccessibleTree> tree)
+{
+    StageLock lock;
+    fAccessible = std::move(tree);
+    AccessibleSet();
+}
+
+void ScreenWindow::Ask(const AccessibleRequest& request)
+{
+    if (stage().Blocker(this) != nullptr)
+        return;
+    Event event;
+    event.kind = EventKind::ReaderAsked;
+    event.request = std::make_shared<AccessibleRequest>(request);
+    Deliver(event);
 }
 
 }  // namespace server

@@ -77,8 +77,12 @@ public:
     BRect DecoratorFrame(BRect content) const override;
     void SetCompositionPlace(BRect place) override;
     void EndComposition() override;
+    void SetAccessible(std::shared_ptr<const AccessibleTree> tree) override;
     // Stage locked.
     BRect CompositionPlace() const { return fCompositionPlace; }
+    const std::shared_ptr<const AccessibleTree>& Accessible() const { return fAccessible; }
+    // What a screen reader wants done; nothing while a modal window keeps input away. Stage locked.
+    void Ask(const AccessibleRequest& request);
 
 protected:
     ~ScreenWindow() override = default;
@@ -96,6 +100,8 @@ protected:
     // The composition's place; it is over.
     virtual void CompositionMoved() {}
     virtual void CompositionEnded() {}
+    // Screen readers are told something new.
+    virtual void AccessibleSet() {}
 
     bool ResizePixels(BRect frame);
     // The workspaces of a new window are those of the moment.
@@ -113,6 +119,7 @@ protected:
     bool fMinimized = false;
     FrontBuffer fPixels;
     BRect fCompositionPlace;
+    std::shared_ptr<const AccessibleTree> fAccessible;
 };
 
 }  // namespace server

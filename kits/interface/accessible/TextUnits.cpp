@@ -1,0 +1,75 @@
+#include <interface/accessible/TextUnits.h>
+
+#include <support/UTF8Characters.h>
+
+namespace BPrivate {
+
+static const char16_t kDot = u'\u2022';
+
+int32 TextUnits::_Length(int32 byte) const
+{
+    return utf8_char_length(fBytes.data() + byte, static_cast<int32>(fBytes.size()) - byte);
+}
+
+// Bytes that are no UTF-8 are Latin-1, as they are shown.
+static void append_character(const char* bytes, int32 length, std::u16string* units)
+{
+    const auto byte = [=](int32 i) { return static_cast<uint32>(static_cast<uint8>(bytes[i])); };
+    uint32 code = byte(0);
+    if (length > 1)
+        code &= 0x7f >> length;
+    for (int32 i = 1; i < length; i++)
+        code = code << 6 | (byte(i) & 0x3f);
+    const bool is_surrogate = code >= 0xd800 && code < 0xe000;
+    if (is_surrogate || code > 0x10ffff || code == 0)
+        code = 0xfffd;
+    if (code < 0x10000) {
+        units->push_back(static_cast<char16_t>(code));
+        if (length == 4)
+            units->push_back(u'\ufffd');  // four bytes count two
+    } else {
+        units->push_back(static_cast<char16_t>(0xd800 + ((code - 0x10000) >> 10)));
+        units->push_back(static_cast<char16_t>(0xdc00 + (code & 0x3ff)));
+    }
+}
+
+std::u16string TextUnits::All() const
+{
+    std::u16string units;
+    units.reserve(fBytes.size());
+    for (int32 at = 0; at < static_cast<int32>(fBytes.size());) {
+        const int32 length = _Length(at);
+        if (fHidden)
+            units.push_back(kDot);
+        else
+            append_character(fBytes.data() + at, length, &units);
+        at += length;
+    }
+    return units;
+}
+
+int32 TextUnits::UnitAt(int32 byte) const
+{
+    int32 units = 0;
+    for (int32 at = 0; at < byte && at < static_cast<int32>(fBytes.size());) {
+        const int32 length = _Length(at);
+        units += _Units(length);
+        at += length;
+    }
+    return units;
+}
+
+int32 TextUnits::ByteAt(int32 unit) const
+{
+    int32 at = 0;
+    for (int32 units = 0; at < static_cast<int32>(fBytes.size());) {
+        const int32 length = _Length(at);
+        units += _Units(length);
+        if (units > unit)
+            break;
+        at += length;
+    }
+    return at;
+}
+
+}  // namespace BPrivate

@@ -1,0 +1,243 @@
+#include "server/qt/AccessibleWindow.h"
+
+#include <QGuiApplication>
+
+#include <algorithm>
+
+#include "server/qt/AccessibleObject.h"
+#include "server/qt/NativeWindow.h"
+
+namespace server {
+
+namespace {
+
+QAccessibleInterface* make_root(const QString&, QObject* object)
+{
+    auto* const native = dynamic_cast<NativeWindow*>(object);
+    return native != nullptr ? new AccessibleRoot(native) : nullptr;
+}
+
+void tell(QAccessibleInterface* object, QAccessible::Event what)
+{
+    QAccessibleEvent event(object, what);
+    QAccessible::updateAccessibility(&event);
+}
+
+bool is_row(const AccessibleItem& item)
+{
+    return item.role == AccessibleRole::Row || item.role == AccessibleRole::OutlineRow;
+}
+
+}  // namespace
+
+// --- readers
+
+ReaderWatch::ReaderWatch()
+{
+    QAccessible::installFactory(make_root);
+    QAccessible::installActivationObserver(this);
+    accessibilityActiveChanged(QAccessible::isActive());
+}
+
+ReaderWatch::~ReaderWatch()
+{
+    QAccessible::removeActivationObserver(this);
+    QAccessible::removeFactory(make_root);
+    accessibilityActiveChanged(false);
+}
+
+void ReaderWatch::accessibilityActiveChanged(bool active)
+{
+    StageLock lock;
+    set_reader_listens(active);
+}
+
+// --- the tree
+
+AccessibleWindow::AccessibleWindow(NativeWindow* window) : fWindow(window) {}
+
+AccessibleWindow::~AccessibleWindow()
+{
+    tell(Root(), QAccessible::ObjectDestroyed);
+    while (!fObjects.empty())
+        _Forget(fObjects.begin()->first);
+}
+
+AccessibleId AccessibleWindow::ItemAt(AccessibleId inside, QPoint screenWhere) const
+{
+    const QPoint where = fWindow->mapFromGlobal(screenWhere);
+    return fNow.At(inside, BPoint(float(where.x()), float(where.y())));
+}
+
+bool AccessibleWindow::IsFocused(AccessibleId id) const
+{
+    return fNow.Tree() != nullptr && Focus() == id && _HasKeyboard();
+}
+
+QRect AccessibleWindow::OnScreen(BRect frame) const
+{
+    const QRect rect(QPoint(int(frame.left), int(frame.top)),
+                     QPoint(int(frame.right), int(frame.bottom)));
+    return rect.translated(fWindow->mapToGlobal(QPoint(0, 0)));
+}
+
+void AccessibleWindow::Ask(const AccessibleRequest& request) { fWindow->Ask(request); }
+
+// --- objects
+
+QAccessibleInterface* AccessibleWindow::Root() const { return fWindow->accessibleRoot(); }
+
+QAccessibleInterface* AccessibleWindow::Interface(AccessibleId id)
+{
+    if (id == 0)
+        return Root();
+    if (!fNow.Has(id))
+        return nullptr;
+    AccessibleObject*& object = fObjects[id];
+    if (object == nullptr) {
+        object = new AccessibleObject(this, id);
+        QAccessible::registerAccessibleInterface(object);
+    }
+    return object;
+}
+
+void AccessibleWindow::_Forget(AccessibleId id)
+{
+    const auto found = fObjects.find(id);
+    AccessibleObject* const object = found->second;
+    fObjects.erase(found);
+    QAccessible::deleteAccessibleInterface(QAccessible::uniqueId(object));
+}
+
+// --- events
+
+void AccessibleWindow::Set(std::shared_ptr<const AccessibleTree> tree)
+{
+    if (!QAccessible::isActive() || tree == nullptr || tree->items.empty())
+        return;
+    AccessibleIndex next(std::move(tree));
+    _TellGone(next);
+    const AccessibleIndex before = std::exchange(fNow, std::move(next));
+    if (before.Tree() == nullptr) {
+        tell(Root(), QAccessible::ObjectCreated);
+        TellFocus();
+        return;
+    }
+    for (const AccessibleItem& item : fNow.Tree()->items) {
+        if (const AccessibleItem* known = before.Find(item.id))
+            _TellChanges(*known, item);
+        else if (!is_row(item))
+            tell(Interface(item.id), QAccessible::ObjectCreated);
+    }
+    if (before.Tree()->focus != Focus())
+        TellFocus();
+}
+
+// What goes tells it while it still knows what it was; then it answers nobody any more.
+void AccessibleWindow::_TellGone(const AccessibleIndex& next)
+{
+    std::vector<AccessibleId> gone;
+    for (const auto& [id, object] : fObjects) {
+        if (!next.Has(id))
+            gone.push_back(id);
+    }
+    for (AccessibleId id : gone) {
+        tell(fObjects[id], QAccessible::ObjectDestroyed);
+        _Forget(id);
+    }
+}
+
+void AccessibleWindow::_TellChanges(const AccessibleItem& before, const AccessibleItem& now)
+{
+    // Of the many rows those count that somebody has asked for.
+    if (is_row(now) && before.states == now.states && fObjects.count(now.id) == 0)
+        return;
+    if (before.name != now.name)
+        tell(Interface(now.id), QAccessible::NameChanged);
+    if (before.description != now.description || before.value != now.value)
+        tell(Interface(now.id), QAccessible::DescriptionChanged);
+    if (before.frame != now.frame && fObjects.count(now.id) != 0)
+        tell(Interface(now.id), QAccessible::LocationChanged);
+    if (const uint32 changed = before.states ^ now.states) {
+        QAccessible::State state = AccessibleObject::States(changed, now.role);
+        state.collapsed = false;
+        QAccessibleStateChangeEvent event(Interface(now.id), state);
+        QAccessible::updateAccessibility(&event);
+        if ((changed & kIsSelected) != 0)
+            tell(Interface(now.id), (now.states & kIsSelected) != 0 ? QAccessible::SelectionAdd
+                                                                    : QAccessible::SelectionRemove);
+    }
+    const bool ranges = before.range != nullptr && now.range != nullptr;
+    if ((ranges && *before.range != *now.range) || before.value != now.value) {
+        QAccessibleValueChangeEvent event(
+            Interface(now.id),
+            now.range != nullptr ? QVariant(now.range->value) : QString::fromStdString(now.value));
+        QAccessible::updateAccessibility(&event);
+    }
+    if (before.text != nullptr && now.text != nullptr)
+        _TellText(*before.text, *now.text, Interface(now.id));
+}
+
+void AccessibleWindow::_TellText(const AccessibleText& before, const AccessibleText& now,
+                                 QAccessibleInterface* object)
+{
+    if (before.content != now.content)
+        _TellContent(QString::fromStdU16String(*before.content),
+                     QString::fromStdU16String(*now.content), object);
+    if (before.caret != now.caret) {
+        QAccessibleTextCursorEvent event(object, now.caret);
+        QAccessible::updateAccessibility(&event);
+    }
+    if (before.selectionStart != now.selectionStart || before.selectionEnd != now.selectionEnd) {
+        QAccessibleTextSelectionEvent event(object, now.selectionStart, now.selectionEnd);
+        event.setCursorPosition(now.caret);
+        QAccessible::updateAccessibility(&event);
+    }
+}
+
+// What both begin and end with has not changed.
+void AccessibleWindow::_TellContent(const QString& before, const QString& now,
+                                    QAccessibleInterface* object)
+{
+    const auto least = std::min(before.size(), now.size());
+    qsizetype start = 0, end = 0;
+    while (start < least && before[start] == now[start])
+        start++;
+    while (end < least - start && before[before.size() - 1 - end] == now[now.size() - 1 - end])
+        end++;
+    const QString removed = before.mid(start, before.size() - start - end);
+    const QString inserted = now.mid(start, now.size() - start - end);
+    if (!removed.isEmpty()) {
+        QAccessibleTextRemoveEvent event(object, int(start), removed);
+        QAccessible::updateAccessibility(&event);
+    }
+    if (!inserted.isEmpty()) {
+        QAccessibleTextInsertEvent event(object, int(start), inserted);
+        QAccessible::updateAccessibility(&event);
+    }
+}
+
+// While a menu is open its window has the keyboard, and no focus of the host's.
+bool AccessibleWindow::_HasKeyboard() const
+{
+    if (fNow.Tree()->items.front().role == AccessibleRole::MenuWindow)
+        return fWindow->isVisible() && Focus() != 0;
+    return QGuiApplication::focusWindow() == fWindow;
+}
+
+void AccessibleWindow::TellFocus()
+{
+    if (fNow.Tree() == nullptr || !_HasKeyboard())
+        return;
+    if (QAccessibleInterface* object = Interface(Focus()))
+        tell(object, QAccessible::Focus);
+}
+
+void AccessibleWindow::FocusGoesBack()
+{
+    auto* const native = dynamic_cast<NativeWindow*>(QGuiApplication::focusWindow());
+    if (native != nullptr && native->Accessible() != nullptr)
+        native->Accessible()->TellFocus();
+}
+
+}  // namespace server
