@@ -22,5 +22,5 @@ build_packages=(g++ cmake ninja-build ccache pkg-config qt6-base-dev qt6-wayland
     libbenchmark-dev)
 test_packages=(libgtest-dev clang clang-format locales xvfb openbox xdotool xclip x11-utils x11-xkb-utils
     imagemagick
-    xdg-utils desktop-file-utils libglib2.0-bin attr dbus weston sway grim wl-clipboard python3
+    xdg-utils desktop-file-utils libglib2.0-bin attr dbus at-spi2-core weston sway grim wl-clipboard python3
     python3-gi ibus gir1.2-ibus-1.0)

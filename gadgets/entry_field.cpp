@@ -9,6 +9,7 @@
 #include "plinth.h"
 #include "runtime/guarded.h"
 #include "runtime/strings.h"
+#include "windows/screen_reader.h"
 #include "windows/timers.h"
 
 #include <Clipboard.h>
@@ -50,6 +51,7 @@ public:
     }
     void MouseDown(BPoint where) override;
     void MakeFocus(bool focus = true) override;
+    status_t Perform(perform_code code, void* data) override;
 
     const char* EntryText() const override { return _Told({Text(), size_t(TextLength())}); }
 
@@ -278,6 +280,13 @@ void PassControl::MakeFocus(bool focus)
 {
     if (!focus || IsEnabled())
         BTextControl::MakeFocus(focus);
+}
+
+status_t PassControl::Perform(perform_code code, void* data)
+{
+    if (code != kTellReader || data == nullptr)
+        return BTextControl::Perform(code, data);
+    return static_cast<BMessage*>(data)->AddBool(kReaderPassword, fFilter == kPasswordFilter);
 }
 
 // --- creation

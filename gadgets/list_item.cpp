@@ -3,8 +3,10 @@
 #include "gadgets/list_item.h"
 
 #include "graphics/raster_port.h"
+#include "windows/screen_reader.h"
 
 #include <Font.h>
+#include <Message.h>
 #include <View.h>
 
 #include <ctype.h>
@@ -110,6 +112,13 @@ rgb_color TListItem::Ground(const ListFrame& list) const
 rgb_color TListItem::Ink(const ListFrame& list) const
 {
     return _Color(list, kDisabledText, kSelectedText, kUnselectedText);
+}
+
+status_t TListItem::Perform(perform_code code, void* data)
+{
+    if (code != kTellReader || data == nullptr)
+        return BListItem::Perform(code, data);
+    return static_cast<BMessage*>(data)->AddString(kReaderText, Text());
 }
 
 void TListItem::DrawItem(BView* owner, BRect frame, bool)

@@ -59,6 +59,7 @@ public:
 
     void DrawItem(BView* owner, BRect frame, bool complete) override;
     void Update(BView* owner, const BFont* font) override;
+    status_t Perform(perform_code code, void* data) override;
 
     // The text of a row comes from memory beside the row, if both are far away.
     static void Prefetch(const BListItem* row)

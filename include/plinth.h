@@ -529,7 +529,12 @@ void SetNameLabel(int32_t window, int32_t code, const char *text);
 /* A gadget is a control in a window, named by its ident; its place counts from the window's left
    top corner, in pixels. Calls find it by its ident, lock its window for what they do, and do
    nothing for an ident that names none, or one of another kind than they are for. A gadget may be
-   made without a window. Colours are 0xRRGGBBAA. Any thread. */
+   made without a window. Colours are 0xRRGGBBAA. Any thread.
+
+   Screen readers, and other programs that ask the desktop's accessibility bus, find every gadget
+   with its name, value and state, and may press, set and focus it; handlers are called as for the
+   user's own hand. A program need do nothing for it. What has no label, as lists, sliders and
+   icons, is named by its tool tip (SetTipsWindow). Passwords are never told. */
 
 /* Kinds of gadgets. */
 enum {

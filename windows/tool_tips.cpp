@@ -329,6 +329,19 @@ void release_tool_tips(MyWinClass* window)
         end_tips([=](const TipTexts& tips) { return tips.target == window; });
 }
 
+bool tip_of(const BView* view, std::string* text)
+{
+    if (sCount == 0)
+        return false;
+    BAutolock lock(tips_lock());
+    for (const auto& tips : all_tips()) {
+        const auto known = tips->texts.find(view);
+        if (known != tips->texts.end() && !known->second.empty())
+            *text = known->second;
+    }
+    return !text->empty();
+}
+
 void forget_tip(const BView* view)
 {
     if (sCount == 0)
@@ -376,4 +389,5 @@ extern "C" void SetTipsWindow(int32_t ident, const char* text)
         window->fToolTip->texts[view] = text;
     else
         window->fToolTip->texts.erase(view);
+    view->Invalidate();  // for screen readers, which hear of what is drawn anew
 }

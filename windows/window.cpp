@@ -12,6 +12,7 @@
 #include "runtime/whole.h"
 #include "windows/drawing_view.h"
 #include "windows/menus.h"
+#include "windows/screen_reader.h"
 #include "windows/tool_tips.h"
 #include "windows/window_access.h"
 #include "windows/window_lock.h"
@@ -364,6 +365,20 @@ bool MyWinClass::QuitRequested()
     MyWinClass* self = this;
     defaultoutput.compare_exchange_strong(self, nullptr);
     return true;
+}
+
+// The tool tips of its gadgets name what has no label.
+status_t MyWinClass::Perform(perform_code code, void* data)
+{
+    if (code != kTellReader || data == nullptr)
+        return BWindow::Perform(code, data);
+    auto* message = static_cast<BMessage*>(data);
+    void* view = nullptr;
+    std::string text;
+    if (message->FindPointer(kReaderView, &view) != B_OK ||
+        !tip_of(static_cast<BView*>(view), &text))
+        return B_NAME_NOT_FOUND;
+    return message->AddString(kReaderText, text.c_str());
 }
 
 // --- exported

@@ -104,6 +104,7 @@ public:
     void WorkspacesChanged(uint32 before, uint32 after) override;
     void MenusBeginning() override;
     bool QuitRequested() override;
+    status_t Perform(perform_code code, void* data) override;
 
     // Closes the window without asking, which is known no more when this returns; gives back the
     // lock that the caller has. A handler does not wait until it is gone: that may be waiting for
