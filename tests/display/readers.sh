@@ -116,7 +116,7 @@ texts() {
     answers '.*\|one two caret 3' of Name text
     ask do Name focus
     answers 'text\|Name\|.*focused.*' of Name
-    ask insert Name 3 , 
+    ask insert Name 3 ,
     answers '.*\|one, two caret 4' of Name text
     expect 'typed .*'
     ask delete Name 0 4

@@ -32,8 +32,11 @@ bigtime_t WindowData::TellReader(bigtime_t now)
 
 void WindowData::DispatchKey(const server::Event& event, BView* view)
 {
-    InputMessage message(event, false, nullptr, openMove);
-    window->_DispatchCopy(&message, view);
+    auto* const message = new InputMessage(event, false, nullptr, openMove);
+    bool detached = false;
+    window->DispatchExternalMessage(message, view, detached);
+    if (!detached)
+        delete message;
 }
 
 void WindowData::Press(BPoint where)
