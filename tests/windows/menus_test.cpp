@@ -176,6 +176,11 @@ public:
     }
     void OpenTitle(int32 index) const
     {
+        // Another window may just be giving the menu back.
+        EXPECT_TRUE(eventually([&] {
+            const BMenu* menu = WithItem({index}, [](BMenuItem* item) { return item->Submenu(); });
+            return menu == nullptr || menu->Window() == nullptr;
+        }));
         const BRect frame = WithItem({index}, [](BMenuItem* item) { return item->Frame(); });
         inject_pointer(X(0) + frame.left + 5, Y(0) + frame.top + 5);
         inject_button(1, true);

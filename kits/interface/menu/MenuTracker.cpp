@@ -202,8 +202,9 @@ void MenuTracker::_End(BMenuItem* chosen)
 
 void MenuTracker::_Finish()
 {
-    _CloseTo(0);
+    // Input first: who sees the menus gone may use the hands at once.
     server::ReleaseInput(&fInput);
+    _CloseTo(0);
     if (fRootWindow != nullptr && _LockRoot()) {
         MenuPrivate::Select(fRoot, nullptr);
         MenuPrivate::ShowTriggers(fRoot, false);
