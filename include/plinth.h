@@ -939,7 +939,13 @@ int32_t ReturnIntFromRgb(int32_t red, int32_t green, int32_t blue);
    are pixels from the left top of the content, and any number does no harm: what lies outside the
    bitmap is left out. Angles are whole degrees counter-clockwise from three o'clock, colours
    0xRRGGBBAA. A target that is no window, image or view does nothing; what returns a number returns
-   0 then. Any thread may draw; a view as target is drawn into without a lock. */
+   0 then. Any thread may draw; a view as target is drawn into without a lock.
+
+   A screen may have several pixels for each of these: the bitmap has one, and what is read from it,
+   copied or saved is exactly what was drawn. The window shows text, curves and slopes of such a
+   bitmap in the screen's own pixels; filled rectangles and lines along the axes, whose coordinates
+   are whole, cover the same place. Where single pixels were written, images drawn or the bitmap
+   changed in other ways, it shows the bitmap's own pixels, as squares. */
 
 /* Makes a window or an image the target -1, until it closes; any other target makes -1 draw
    nothing. */

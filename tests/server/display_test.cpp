@@ -686,3 +686,47 @@ TEST(MemoryDisplay, SavesThePictureOrSaysWhyNot)
     EXPECT_NE(SaveScreen("/nowhere/at/all.png"), B_OK);
     EXPECT_NE(SaveScreen(nullptr), B_OK);
 }
+
+TEST(MemoryDisplay, SavesThePixelsThatItHas)
+{
+    TestWindow window(BRect(100, 100, 199, 199));
+    fill(window.window, 100, 100, 0xff204060);
+    const std::string path = testing::TempDir() + "scaled_test.png";
+    for (int scale : {1, 3}) {
+        inject_display_scale(float(scale));
+        EXPECT_EQ(window.window->Scale(), float(scale));
+        EXPECT_EQ(SaveScreen(path.c_str()), B_OK);
+        FILE* file = fopen(path.c_str(), "rb");
+        uint8 header[24] = {};
+        ASSERT_NE(file, nullptr);
+        EXPECT_EQ(fread(header, 1, sizeof(header), file), sizeof(header));
+        fclose(file);
+        EXPECT_EQ(header[18] << 8 | header[19], 1024 * scale);
+        EXPECT_EQ(header[22] << 8 | header[23], 768 * scale);
+        EXPECT_EQ(ScreenFrame(), BRect(0, 0, 1023, 767));
+        // Pixels of another scale than the screen's are shown all the same.
+        EXPECT_EQ(pixel_at(100, 100), 0xff204060u);
+        EXPECT_EQ(pixel_at(199, 199), 0xff204060u);
+    }
+    inject_display_scale(1);
+    EXPECT_EQ(window.sink.Of(EventKind::ScaleChanged).size(), 2u);
+    remove(path.c_str());
+}
+
+TEST(MemoryDisplay, TakesTheNearestScaleThatTheEnvironmentNames)
+{
+    const struct {
+        const char* text;
+        float scale;
+    } kCases[] = {{"2", 2},   {"1.5", 1.5f}, {"0", 1},   {"-2", 1}, {"100", 4},
+                  {"two", 1}, {"", 1},       {"nan", 1}, {"inf", 4}};
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    for (const auto& each : kCases) {
+        const auto open = [&] {
+            setenv("PLINTH_DISPLAY_SCALE", each.text, 1);
+            Recorder sink;
+            exit(Window::Create(WindowSpec(), &sink)->Scale() == each.scale ? 0 : 1);
+        };
+        EXPECT_EXIT(open(), testing::ExitedWithCode(0), "") << each.text;
+    }
+}

@@ -18,6 +18,10 @@ class BWindow;
 
 // Flags of a bitmap. Only the first two change anything: memory is never shared with hardware.
 
+namespace BPrivate {
+struct ViewPrivate;
+}  // namespace BPrivate
+
 enum {
     B_BITMAP_CLEAR_TO_WHITE = 1,
     B_BITMAP_ACCEPTS_VIEWS = 2,
@@ -100,6 +104,8 @@ public:
     void SetBits(const void* data, int32 length, int32 offset, color_space colorSpace);
 
 private:
+    friend struct BPrivate::ViewPrivate;
+
     void _Init(BRect bounds, color_space colorSpace, uint32 flags, int32 bytesPerRow);
     void _CopyFrom(const BBitmap& source, uint32 flags);
     void _Free();

@@ -43,7 +43,12 @@ void inject_window_minimize(float x, float y, bool minimize);
 void inject_window_zoom(float x, float y);
 void inject_window_activate(float x, float y);
 
-/* Saves all windows of this program, in stacking order over the desktop, as a PNG. Returns 0 or a
+/* Gives the display in memory so many pixels a unit, from 1 to 4, as if its windows had moved to
+   another screen. Places and sizes stay as they are. */
+void inject_display_scale(float scale);
+
+/* Saves all windows of this program, in stacking order over the desktop, as a PNG, with the
+   pixels that the display has. Returns 0 or a
    negative status. */
 int32_t inject_save_screen(const char* png_path);
 

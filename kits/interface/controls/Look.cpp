@@ -6,6 +6,8 @@
 #include <String.h>
 #include <View.h>
 
+#include <interface/view/ViewPrivate.h>
+
 #include <algorithm>
 #include <cmath>
 
@@ -16,6 +18,7 @@ static const float kDesignSize = 12;  // points; measures are given for this siz
 Look::Look(BView* view) : fView(view)
 {
     view->GetFont(&fFont);
+    fScale = ViewPrivate::Scale(view);
     fBase = view->ViewColor();
     if (fBase == B_TRANSPARENT_COLOR)
         fBase = view->LowColor();
@@ -35,13 +38,21 @@ Look::Look(const BFont& font) : fFont(font) { _Measure(); }
 void Look::_Measure()
 {
     fSize = std::max(fFont.Size(), 1.0f);
-    fLine = std::max(1.0f, std::floor(fSize / kDesignSize + 0.25f));
+    _SetLine(std::max(1.0f, std::floor(fSize / kDesignSize + 0.25f)));
     fFont.GetHeight(&fHeight);
     fAscent = std::ceil(fHeight.ascent);
     fDescent = std::ceil(fHeight.descent);
     fTextHeight = std::ceil(fHeight.ascent + fHeight.descent);
     fLineHeight = std::ceil(fHeight.ascent + fHeight.descent + fHeight.leading);
 }
+
+void Look::_SetLine(float line)
+{
+    fLine = line;
+    fEdge = std::max(1.0f / fScale, WholePixels(line));
+}
+
+float Look::WholePixels(float units) const { return std::round(units * fScale) / fScale; }
 
 // --- measures
 
@@ -138,7 +149,8 @@ rgb_color Look::Well(uint32 state) const
 
 void Look::Fill(BRect rect, rgb_color color) const
 {
-    if (!rect.IsValid())
+    // Less than a unit is thinner than its own place.
+    if (!(rect.right + 1 > rect.left && rect.bottom + 1 > rect.top))
         return;
     fView->SetHighColor(color);
     fView->FillRect(rect);
@@ -146,21 +158,21 @@ void Look::Fill(BRect rect, rgb_color color) const
 
 BRect Look::DrawEdges(BRect rect, rgb_color leftTop, rgb_color rightBottom) const
 {
-    const float t = fLine - 1;
-    Fill(BRect(rect.left, rect.top, rect.left + t, rect.bottom - fLine), leftTop);
-    Fill(BRect(rect.left + fLine, rect.top, rect.right, rect.top + t), leftTop);
-    Fill(BRect(rect.right - t, rect.top + fLine, rect.right, rect.bottom), rightBottom);
-    Fill(BRect(rect.left, rect.bottom - t, rect.right - fLine, rect.bottom), rightBottom);
-    return rect.InsetByCopy(fLine, fLine);
+    const float t = fEdge - 1;
+    Fill(BRect(rect.left, rect.top, rect.left + t, rect.bottom - fEdge), leftTop);
+    Fill(BRect(rect.left + fEdge, rect.top, rect.right, rect.top + t), leftTop);
+    Fill(BRect(rect.right - t, rect.top + fEdge, rect.right, rect.bottom), rightBottom);
+    Fill(BRect(rect.left, rect.bottom - t, rect.right - fEdge, rect.bottom), rightBottom);
+    return rect.InsetByCopy(fEdge, fEdge);
 }
 
 BRect Look::DrawRoundEdges(BRect rect, rgb_color leftTop, rgb_color rightBottom) const
 {
-    const float t = fLine - 1;
-    const float left = rect.left + fLine;
-    const float top = rect.top + fLine;
-    const float right = rect.right - fLine;
-    const float bottom = rect.bottom - fLine;
+    const float t = fEdge - 1;
+    const float left = rect.left + fEdge;
+    const float top = rect.top + fEdge;
+    const float right = rect.right - fEdge;
+    const float bottom = rect.bottom - fEdge;
     Fill(BRect(rect.left, top, rect.left + t, bottom), leftTop);
     Fill(BRect(left, rect.top, right, rect.top + t), leftTop);
     Fill(BRect(rect.right - t, top, rect.right, bottom), rightBottom);
@@ -185,7 +197,7 @@ BRect Look::DrawBorder(BRect rect, border_style border, uint32 state) const
     const float width = BorderWidth(border);
     const bool disabled = (state & kDisabled) != 0;
     Look thin(*this);
-    thin.fLine = 1;
+    thin._SetLine(1);
     if (border == B_FANCY_BORDER) {
         thin.DrawSunken(rect, state);
     } else if (border == B_PLAIN_BORDER) {
@@ -205,7 +217,7 @@ BRect Look::DrawGroup(BRect rect, border_style border) const
 {
     const float inset = GroupInset(border);
     Look thin(*this);
-    thin.fLine = 1;
+    thin._SetLine(1);
     if (border == B_FANCY_BORDER) {
         const BRect inner =
             thin.DrawRoundEdges(rect, Shade(B_DARKEN_1_TINT), Shade(B_LIGHTEN_2_TINT));

@@ -16,9 +16,11 @@ class BView;
 
 namespace [[gnu::visibility("hidden")]] BPrivate {
 
-/* Made for one drawing or one question, on the stack. Rectangles are whole pixels, inclusive as in
-   BView; what draws a frame returns the place inside it. Its end gives the view its high colour
-   back; the drawing mode is B_OP_COPY after a call. Threads: as BView's drawing calls. */
+/* Made for one drawing or one question, on the stack. Rectangles are whole units, inclusive as in
+   BView; what draws a frame returns the place inside it, where its edges end: on a screen between
+   whole scales these are as many of its pixels on each side, and not always whole units. Its end
+   gives the view its high colour back; the drawing mode is B_OP_COPY after a call. Threads: as
+   BView's drawing calls. */
 class Look {
 public:
     // What a control is like at present; together in a word.
@@ -51,6 +53,8 @@ public:
     float Scaled(float pixels) const;
     // The thickness of an edge.
     float Line() const { return fLine; }
+    // The nearest length that is a whole number of the screen's pixels.
+    float WholePixels(float units) const;
     const font_height& Height() const { return fHeight; }
     float Ascent() const { return fAscent; }
     float Descent() const { return fDescent; }
@@ -187,6 +191,7 @@ public:
 
 private:
     void _Measure();
+    void _SetLine(float line);
     void _DrawTriangle(BRect rect, bool up, rgb_color face, uint32 state) const;
     void _DrawKnob(BRect thumb, orientation direction, int32 knob) const;
     BRect _TabLabelFrame(BString* text, BRect frame, Side side) const;
@@ -205,7 +210,9 @@ private:
     rgb_color fBase = {};
     rgb_color fHigh = {};
     float fSize = 0;
+    float fScale = 1;  // of the screen
     float fLine = 0;
+    float fEdge = 0;  // a line as the screen has it
     float fAscent = 0;
     float fDescent = 0;
     float fTextHeight = 0;

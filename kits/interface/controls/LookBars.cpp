@@ -190,7 +190,7 @@ void Look::DrawHashMarks(BRect rect, orientation direction, int32 count) const
 void Look::DrawStatusBar(BRect bar, float filled, rgb_color color) const
 {
     Look thin(*this);
-    thin.fLine = 1;
+    thin._SetLine(1);
     const BRect inner = thin.DrawSunken(bar);
     Fill(inner, Shade(B_LIGHTEN_2_TINT));
     if (filled < 1)

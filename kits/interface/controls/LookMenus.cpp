@@ -15,8 +15,9 @@ namespace BPrivate {
 void Look::DrawMenu(BRect bounds, rgb_color ground) const
 {
     Fill(bounds, ground);
-    fView->SetHighColor(tint_color(ground, B_DARKEN_3_TINT));
-    fView->StrokeRect(bounds);
+    Look thin(*this);
+    thin._SetLine(1);
+    thin.DrawEdges(bounds, tint_color(ground, B_DARKEN_3_TINT));
 }
 
 void Look::DrawMenuBar(BRect bounds, rgb_color ground) const
@@ -98,8 +99,9 @@ void Look::DrawMenuTitle(BRect frame, bool marker, uint32 state) const
 void Look::DrawMenuScroller(BRect frame, rgb_color ground, Way way, bool ended) const
 {
     Fill(frame, tint_color(ground, B_DARKEN_1_TINT));
-    fView->SetHighColor(tint_color(ground, B_DARKEN_3_TINT));
-    fView->StrokeRect(frame);
+    Look thin(*this);
+    thin._SetLine(1);
+    thin.DrawEdges(frame, tint_color(ground, B_DARKEN_3_TINT));
     fView->SetHighColor(MenuText(ground, ended ? static_cast<uint32>(kDisabled) : 0));
     const Look sign(fView);
     sign.DrawArrow(frame, way, 0);

@@ -24,7 +24,7 @@ void Look::DrawButton(BRect rect, uint32 state) const
     if ((state & kDefault) != 0) {
         const uint32 ring = state & kDisabled;
         rect = DrawRoundEdges(rect, Outline(ring));
-        const float band = Scaled(3) - fLine;
+        const float band = WholePixels(Scaled(3)) - fEdge;
         Fill(rect, Shade(ring != 0 ? B_LIGHTEN_1_TINT : B_DARKEN_1_TINT));
         rect.InsetBy(band, band);
     }

@@ -160,7 +160,7 @@ BRect Look::DrawTabBox(BRect box, BRect front, Side side, border_style border) c
     if (border == B_NO_BORDER)
         return box;
     Look thin(*this);
-    thin.fLine = 1;
+    thin._SetLine(1);
     BRect inner = thin.DrawEdges(box, Shade(B_DARKEN_3_TINT));
     if (border == B_FANCY_BORDER)
         thin.DrawEdges(inner, Shade(B_LIGHTEN_2_TINT), Shade(B_DARKEN_1_TINT));

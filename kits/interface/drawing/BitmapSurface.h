@@ -27,6 +27,16 @@ inline color_space space_of(int32 number)
     return number > 0 && number <= 0xFFFF ? color_space(number) : B_NO_COLOR_SPACE;
 }
 
+// How a bitmap is drawn larger or smaller. A program's own raster keeps its pixels as squares where
+// the screen has a whole number for each; what else a picture is made of is smoothed.
+inline uint32 filter_options(const BBitmap& bitmap, uint32 options, float scale)
+{
+    const bool isRaster = (bitmap.Flags() & B_BITMAP_ACCEPTS_VIEWS) != 0;
+    if (scale != 1 && !isRaster)
+        options |= B_FILTER_BITMAP_BILINEAR;
+    return options & B_FILTER_BITMAP_BILINEAR;
+}
+
 }  // namespace BPrivate
 
 #endif  // INTERFACE_BITMAP_SURFACE_H

@@ -7,6 +7,7 @@
 #include <Window.h>
 
 #include <interface/drawing/BitmapSurface.h>
+#include <interface/drawing/FinePicture.h>
 #include <interface/geometry/RegionAccess.h>
 #include <interface/view/ViewPrivate.h>
 #include <server/painter/Painter.h>
@@ -21,6 +22,8 @@ namespace BPrivate {
 Canvas::Canvas(BWindow* window, server::Window* display)
     : fWindow(window), fDisplay(display), fOffscreen(false)
 {
+    if (display != nullptr)
+        fSurface.scale = display->Scale();
 }
 
 Canvas::Canvas(BWindow* window, const server::Surface& bitmap)
@@ -28,6 +31,9 @@ Canvas::Canvas(BWindow* window, const server::Surface& bitmap)
       fDisplay(nullptr),
       fOffscreen(true),
       fSurface(bitmap),
+      fFine(FinePicture::Make(bitmap, server::ScreenScale())),
+      fWidth(bitmap.width),
+      fHeight(bitmap.height),
       fDirty{INT32_MIN, INT32_MIN, INT32_MAX, INT32_MAX}
 {
 }
@@ -46,7 +52,30 @@ bool Canvas::Resize(int32 width, int32 height)
 {
     if (width < 1 || height < 1 || fOffscreen)
         return false;
-    const clipping_rect old = _Bounds();
+    const clipping_rect old = Bounds();
+    if (!_ResizePixels(server::first_pixel(width, Scale()), server::first_pixel(height, Scale())))
+        return false;
+    fWidth = width;
+    fHeight = height;
+    NextGeneration();
+
+    if (!is_empty(fDirty))
+        fDirty = intersect(fDirty, _Pixels());
+    if (is_empty(fDirty))
+        fDirty = {0, 0, -1, -1};
+    BRegion bounds;
+    bounds.Set(Bounds());
+    fInvalid.IntersectWith(&bounds);
+    if (!is_empty(old))
+        bounds.Exclude(old);
+    for (int32 i = 0; i < bounds.CountRects(); i++)
+        _Clear(server::pixels_of(bounds.RectAtInt(i), Scale()));
+    Invalidate(bounds);
+    return true;
+}
+
+bool Canvas::_ResizePixels(int32 width, int32 height)
+{
     const int64 capacity = int64(fCapacityWidth) * fCapacityHeight;
     const bool fits = width <= fCapacityWidth && height <= fCapacityHeight;
     if (!fits || int64(width) * height < capacity / 8) {
@@ -74,23 +103,29 @@ bool Canvas::Resize(int32 width, int32 height)
     }
     fSurface.width = width;
     fSurface.height = height;
-    NextGeneration();
-
-    if (!is_empty(fDirty))
-        fDirty = intersect(fDirty, _Bounds());
-    if (is_empty(fDirty))
-        fDirty = {0, 0, -1, -1};
-    BRegion bounds;
-    bounds.Set(_Bounds());
-    fInvalid.IntersectWith(&bounds);
-    if (!is_empty(old))
-        bounds.Exclude(old);
-    for (int32 i = 0; i < bounds.CountRects(); i++)
-        _Clear(bounds.RectAtInt(i));
-    Invalidate(bounds);
     return true;
 }
 
+void Canvas::FollowScale()
+{
+    const float scale = fDisplay != nullptr ? fDisplay->Scale() : 1;
+    if (scale == Scale() || fOffscreen ||
+        !_ResizePixels(server::first_pixel(fWidth, scale), server::first_pixel(fHeight, scale)))
+        return;
+    fSurface.scale = scale;
+    NextGeneration();
+    fDirty = {0, 0, -1, -1};
+    _Clear(_Pixels());
+    Invalidate(Bounds());
+}
+
+bool Canvas::CanMove(int32 dx, int32 dy) const
+{
+    const float x = float(dx) * Scale(), y = float(dy) * Scale();
+    return x == std::floor(x) && y == std::floor(y);
+}
+
+// Rectangles of pixels.
 void Canvas::_Clear(const clipping_rect& rect)
 {
     for (int32 y = rect.top; y <= rect.bottom; y++) {
@@ -100,13 +135,27 @@ void Canvas::_Clear(const clipping_rect& rect)
     Touched(rect);
 }
 
+void PixelClip::Set(const BRegion& region, server::Surface* surface)
+{
+    fTarget.surface = surface;
+    fTarget.count = region.CountRects();
+    fTarget.clip = RegionAccess::Rects(region);
+    fTarget.bounds = server::pixels_of(region.FrameInt(), surface->scale);
+    if (surface->scale == 1)
+        return;
+    fRects.assign(fTarget.clip, fTarget.clip + fTarget.count);
+    for (clipping_rect& rect : fRects)
+        rect = server::pixels_of(rect, surface->scale);
+    fTarget.clip = fRects.data();
+}
+
 // Waiting for Draw().
 
 static const int32 kMostInvalidRects = 16;
 
 void Canvas::Invalidate(const clipping_rect& rect)
 {
-    const clipping_rect held = intersect(rect, _Bounds());
+    const clipping_rect held = intersect(rect, Bounds());
     if (fOffscreen || is_empty(held))
         return;
     fInvalid.Include(held);
@@ -119,7 +168,7 @@ void Canvas::Invalidate(const BRegion& region)
     if (fOffscreen || region.CountRects() == 0)
         return;
     BRegion held;
-    held.Set(_Bounds());
+    held.Set(Bounds());
     held.IntersectWith(&region);
     if (held.CountRects() == 0)
         return;
@@ -228,12 +277,13 @@ static BRect background_place(const ViewData& data, const ViewBitmap& background
 void Canvas::_DrawBackground(BView* view, const BRegion& dirty)
 {
     const ViewData& data = ViewPrivate::Data(view);
-    const server::Target target{&fSurface, RegionAccess::Rects(dirty), dirty.CountRects(),
-                                dirty.FrameInt()};
+    PixelClip clip;
+    clip.Set(dirty, &fSurface);
+    const server::Target& target = clip.Target();
     server::Paint paint;
     if (data.viewColor != B_TRANSPARENT_COLOR) {
         // What is filled is the clipping: it needs not be cut by itself, piece by piece.
-        const clipping_rect frame = dirty.FrameInt();
+        const clipping_rect& frame = target.bounds;
         paint.high = data.viewColor;
         Touched(server::FillRegion({&fSurface, &frame, 1, frame}, paint, dirty));
     }
@@ -248,7 +298,7 @@ void Canvas::_DrawBackground(BView* view, const BRegion& dirty)
     const server::Surface pixels = surface_of(*background->bitmap);
     const BRect source = background->source.OffsetByCopy(-background->bitmap->Bounds().LeftTop());
     const float width = place.Width() + 1, height = place.Height() + 1;
-    const clipping_rect& shown = target.bounds;
+    const clipping_rect shown = dirty.FrameInt();
     BRect tiles = place;
     paint.mode = B_OP_OVER;
     if ((background->options & B_TILE_BITMAP_X) != 0) {
@@ -261,9 +311,9 @@ void Canvas::_DrawBackground(BView* view, const BRegion& dirty)
     }
     for (float top = tiles.top; top <= tiles.bottom; top += height) {
         for (float left = tiles.left; left <= tiles.right; left += width) {
-            Touched(server::DrawBitmap(target, paint, pixels, source,
-                                       BRect(left, top, left + width - 1, top + height - 1),
-                                       background->options & B_FILTER_BITMAP_BILINEAR));
+            Touched(server::DrawBitmap(
+                target, paint, pixels, source, BRect(left, top, left + width - 1, top + height - 1),
+                filter_options(*background->bitmap, background->options, Scale())));
         }
     }
 }
@@ -272,7 +322,7 @@ void Canvas::_DrawBackground(BView* view, const BRegion& dirty)
 
 void Canvas::_GrowDirty(const clipping_rect& box)
 {
-    const clipping_rect held = intersect(box, _Bounds());
+    const clipping_rect held = intersect(box, _Pixels());
     if (is_empty(held))
         return;
     if (!is_empty(fDirty)) {

@@ -4,17 +4,25 @@
 // What a window draws on: its back buffer (or, for a bitmap that takes views, the bitmap's bits),
 // the region that waits for Draw() and the pixels that wait for the screen. Guarded by the
 // window's lock.
+//
+// Regions are those of the window, in units; the back buffer may have several pixels for each, as
+// the screen has them.
 
 #include <Region.h>
 
+#include <server/painter/Painter.h>
 #include <server/painter/PixelMemory.h>
 #include <server/screen/Display.h>
 #include <server/screen/Surface.h>
+
+#include <vector>
 
 class BView;
 class BWindow;
 
 namespace BPrivate {
+
+class FinePicture;
 
 class [[gnu::visibility("hidden")]] Canvas
 {
@@ -28,11 +36,21 @@ public:
     Canvas& operator=(const Canvas&) = delete;
 
     server::Surface& Pixels() { return fSurface; }
+    // What is drawn on a bitmap is drawn on this too; null on a screen without a scale.
+    FinePicture* Fine() const { return fFine.get(); }
     bool IsOffscreen() const { return fOffscreen; }
 
-    // New size in pixels; what is kept of the picture stays, the rest is invalid. False, and
+    // New size in units; what is kept of the picture stays, the rest is invalid. False, and
     // nothing changed, when memory runs out or the size is no size.
     bool Resize(int32 width, int32 height);
+    // Takes over how many pixels a unit the screen has at present; where these are others than
+    // before, everything is invalid.
+    void FollowScale();
+    float Scale() const { return fSurface.scale; }
+    // What can be drawn on, in the window.
+    clipping_rect Bounds() const { return {0, 0, fWidth - 1, fHeight - 1}; }
+    // Whether a part that moves so far has the same pixels afterwards.
+    bool CanMove(int32 dx, int32 dy) const;
 
     // Joins to the region that waits for Draw() and wakes the window. Window coordinates.
     void Invalidate(const clipping_rect& rect);
@@ -44,7 +62,7 @@ public:
     // parents first. Called by the window for its _UPDATE_ message and by UpdateIfNeeded().
     void Update(BView * top);
 
-    // Pixels changed: they wait for the screen. Wakes the window for the first of them.
+    // Pixels of the surface changed: they wait for the screen. Wakes the window for the first.
     void Touched(const clipping_rect& box)
     {
         if (box.left < fDirty.left || box.top < fDirty.top || box.right > fDirty.right ||
@@ -75,17 +93,21 @@ private:
         if (++*number == 0)
             *number = 1;
     }
+    bool _ResizePixels(int32 width, int32 height);
     void _KeepInvalidSimple();
     void _GrowDirty(const clipping_rect& box);
     void _DrawView(BView * view);
     void _DrawBackground(BView * view, const BRegion& dirty);
     void _Clear(const clipping_rect& rect);
-    clipping_rect _Bounds() const { return {0, 0, fSurface.width - 1, fSurface.height - 1}; }
+    clipping_rect _Pixels() const { return {0, 0, fSurface.width - 1, fSurface.height - 1}; }
 
     BWindow* const fWindow;
     server::Window* const fDisplay;  // null too when the screen took no more windows
     const bool fOffscreen;
     server::Surface fSurface;
+    const std::unique_ptr<FinePicture> fFine;
+    int32 fWidth = 0;   // units
+    int32 fHeight = 0;  // units
     uint32 fGeneration = 1;
     uint32 fTreeGeneration = 1;
     clipping_rect fDirty = {0, 0, -1, -1};  // offscreen: everything, so that no box is outside
@@ -95,6 +117,19 @@ private:
     BRegion fInvalid;
     const BRegion* fUpdate = nullptr;
     bigtime_t fLastPresent = 0;
+};
+
+// The clipping of a surface: the pixels of a region.
+class [[gnu::visibility("hidden")]] PixelClip
+{
+public:
+    // `region` has to stay as it is.
+    void Set(const BRegion& region, server::Surface* surface);
+    const server::Target& Target() const { return fTarget; }
+
+private:
+    std::vector<clipping_rect> fRects;
+    server::Target fTarget;
 };
 
 }  // namespace BPrivate

@@ -5,14 +5,17 @@
 #include <Bitmap.h>
 
 #include <interface/drawing/BitmapSurface.h>
-#include <interface/view/ViewPrivate.h>
+#include <interface/view/ViewPainting.h>
 #include <server/painter/PainterPaths.h>
 
 #include <algorithm>
 #include <cmath>
 
+using BPrivate::FinePicture;
+using BPrivate::paint_on;
 using BPrivate::PictureOp;
 using BPrivate::ViewData;
+using BPrivate::ViewPrivate;
 
 static const double kMostTiles = 1 << 24;  // as many as a large screen has pixels
 
@@ -30,6 +33,28 @@ static BRect to_rect(const clipping_rect& rect)
     return BRect(rect.left, rect.top, rect.right, rect.bottom);
 }
 
+static clipping_rect stretch_pixels(const server::Target& target, const clipping_rect& from,
+                                    const clipping_rect& to)
+{
+    const clipping_rect nothing = {0, 0, -1, -1};
+    const server::Surface& pixels = *target.surface;
+    const clipping_rect source = server::pixels_of(from, pixels.scale);
+    const clipping_rect held =
+        BPrivate::intersect(source, {0, 0, pixels.width - 1, pixels.height - 1});
+    if (BPrivate::is_empty(held))
+        return nothing;
+    BBitmap copy(BRect(0, 0, held.right - held.left, held.bottom - held.top), 0, B_RGBA32);
+    if (!copy.IsValid())
+        return nothing;
+    const int32 width = held.right - held.left + 1;
+    auto* row = static_cast<uint8*>(copy.Bits());
+    for (int32 y = held.top; y <= held.bottom; y++, row += copy.BytesPerRow())
+        server::read_pixels(pixels, held.left, y, width, reinterpret_cast<uint32*>(row));
+    return server::DrawBitmap(target, server::Paint(), BPrivate::surface_of(copy),
+                              to_rect(BPrivate::moved(source, -held.left, -held.top)), to_rect(to),
+                              0);
+}
+
 void BView::CopyBits(BRect src, BRect dst)
 {
     ViewData& data = *fData;
@@ -39,26 +64,13 @@ void BView::CopyBits(BRect src, BRect dst)
     const clipping_rect target = pixels_of(data.MapPixels(dst));
     const int32 dx = target.left - source.left, dy = target.top - source.top;
     if (source.right + dx == target.right && source.bottom + dy == target.bottom) {
-        data.Touched(
-            server::CopyRect(data.target, to_rect(source), BPoint(target.left, target.top)));
+        paint_on(data, [&](const server::Target& to) {
+            return server::CopyRect(to, to_rect(source), BPoint(target.left, target.top));
+        });
     } else {
         // Another size: by way of a copy, since the two may overlap.
-        const server::Surface& pixels = *data.target.surface;
-        const clipping_rect held =
-            BPrivate::intersect(source, {0, 0, pixels.width - 1, pixels.height - 1});
-        if (BPrivate::is_empty(held))
-            return;
-        BBitmap copy(BRect(0, 0, held.right - held.left, held.bottom - held.top), 0, B_RGBA32);
-        if (!copy.IsValid())
-            return;
-        const int32 width = held.right - held.left + 1;
-        auto* row = static_cast<uint8*>(copy.Bits());
-        for (int32 y = held.top; y <= held.bottom; y++, row += copy.BytesPerRow())
-            server::read_pixels(pixels, held.left, y, width, reinterpret_cast<uint32*>(row));
-        server::Paint paint;
-        data.Touched(server::DrawBitmap(data.target, paint, BPrivate::surface_of(copy),
-                                        to_rect(BPrivate::moved(source, -held.left, -held.top)),
-                                        to_rect(target), 0));
+        paint_on(data,
+                 [&](const server::Target& to) { return stretch_pixels(to, source, target); });
     }
     if (data.canvas->IsOffscreen())
         return;
@@ -68,12 +80,74 @@ void BView::CopyBits(BRect src, BRect dst)
     BRegion waiting(to_rect(source));
     waiting.IntersectWith(&data.canvas->Invalid());
     missing.Include(&waiting);
+    // Nor is one right that was to move by parts of pixels.
+    if (!data.canvas->CanMove(dx, dy))
+        missing.Include(BRect(to_rect(source)));
     missing.OffsetBy(dx, dy);
     BRegion reached(to_rect(target));
     reached.IntersectWith(&data.OwnVisible());
     missing.IntersectWith(&reached);
     data.canvas->Invalidate(missing);
 }
+
+namespace {
+
+// Draws a bitmap from its own pixels, or on a surface with a scale from its finer ones.
+class BitmapDrawing {
+public:
+    BitmapDrawing(const ViewData& data, const BBitmap& bitmap, BRect from, BRect to, uint32 options)
+        : fData(data),
+          fSource(BPrivate::surface_of(bitmap)),
+          fFrom(from.OffsetByCopy(-bitmap.Bounds().LeftTop())),
+          fTo(data.MapPixels(to)),
+          fOptions(options),
+          fFineOptions(options)
+    {
+        const FinePicture* along = data.canvas->Fine();
+        const float scale = along != nullptr ? along->Scale() : data.canvas->Scale();
+        if (scale == 1)
+            return;
+        fFineOptions = BPrivate::filter_options(bitmap, options, scale);
+        if (FinePicture* fine = ViewPrivate::Fine(bitmap))
+            _TakePart(*fine, scale);
+    }
+
+    clipping_rect operator()(const server::Target& target) const
+    {
+        const float scale = target.surface->scale;
+        const server::Paint& paint = fData.state.paint;
+        if (scale != 1 && fPart.surface.bits != nullptr)
+            return server::DrawBitmap(target, paint, fPart.surface, fPartFrom, fTo, fFineOptions);
+        return server::DrawBitmap(target, paint, fSource, fFrom, fTo,
+                                  scale != 1 ? fFineOptions : fOptions);
+    }
+
+private:
+    // Copied, since it may be drawn onto the same bitmap.
+    void _TakePart(FinePicture& fine, float scale)
+    {
+        const clipping_rect units = pixels_of(fFrom),
+                            all = {0, 0, fSource.width - 1, fSource.height - 1};
+        const bool isWhole = to_rect(units) == fFrom;
+        const clipping_rect held = BPrivate::intersect(units, all);
+        if (!isWhole || BPrivate::is_empty(held) || BPrivate::is_empty(units))
+            return;
+        fPart = fine.Copy(fSource, held, scale);
+        const clipping_rect from = server::pixels_of(units, scale);
+        const clipping_rect origin = server::pixels_of(held, scale);
+        fPartFrom = to_rect(BPrivate::moved(from, -origin.left, -origin.top));
+    }
+
+    const ViewData& fData;
+    const server::Surface fSource;
+    const BRect fFrom, fTo;
+    const uint32 fOptions;  // as they were given
+    uint32 fFineOptions;
+    FinePicture::Part fPart;
+    BRect fPartFrom;
+};
+
+}  // namespace
 
 void BView::DrawBitmapAsync(const BBitmap* aBitmap, BRect bitmapRect, BRect viewRect,
                             uint32 options)
@@ -91,9 +165,7 @@ void BView::DrawBitmapAsync(const BBitmap* aBitmap, BRect bitmapRect, BRect view
     }
     if (!data.Ready() && !data.MakeReady())
         return;
-    data.Touched(server::DrawBitmap(data.target, data.state.paint, BPrivate::surface_of(*aBitmap),
-                                    bitmapRect.OffsetByCopy(-aBitmap->Bounds().LeftTop()),
-                                    data.MapPixels(viewRect), options));
+    paint_on(data, BitmapDrawing(data, *aBitmap, bitmapRect, viewRect, options));
 }
 
 void BView::DrawBitmapAsync(const BBitmap* aBitmap, BRect bitmapRect, BRect viewRect)
@@ -155,7 +227,7 @@ void BView::DrawTiledBitmapAsync(const BBitmap* aBitmap, BRect viewRect, BPoint 
     if (!data.Ready() && !data.MakeReady())
         return;
     // Only tiles that can show.
-    const clipping_rect& shown = data.target.bounds;
+    const clipping_rect shown = data.drawable->FrameInt();
     const BRect area = viewRect & BRect(data.Unmap(BPoint(shown.left, shown.top)),
                                         data.Unmap(BPoint(shown.right, shown.bottom)));
     const BRect bounds = aBitmap->Bounds();

@@ -148,11 +148,9 @@ static bool clipped(const ViewData& data, clipping_rect* frame, double* x, doubl
     if (data.parent == nullptr) {
         if (!data.isTop || data.canvas == nullptr)
             return false;
-        const server::Surface& pixels = data.canvas->Pixels();
         *x = -data.bounds.left;
         *y = -data.bounds.top;
-        *frame =
-            intersect(rect_at(data.bounds, *x, *y), {0, 0, pixels.width - 1, pixels.height - 1});
+        *frame = intersect(rect_at(data.bounds, *x, *y), data.canvas->Bounds());
         return !is_empty(*frame);
     }
     if (!clipped(ViewPrivate::Data(data.parent), frame, x, y))
@@ -285,10 +283,9 @@ bool ViewData::MakeReady()
         clip.OffsetBy(x, y);
         region = &clip;
     }
-    target.surface = &canvas->Pixels();
-    target.count = region->CountRects();
-    target.clip = RegionAccess::Rects(*region);
-    target.bounds = region->FrameInt();
+    drawable = region;
+    pixelClip.Set(*region, &canvas->Pixels());
+    target = pixelClip.Target();
     readyAt = *generation;
     return target.count > 0;
 }
@@ -452,12 +449,7 @@ void BView::GetClippingRegion(BRegion* region) const
         return;
     int32 x, y;
     fData->Offset(&x, &y);
-    const server::Target& target = fData->target;
-    if (target.count == 1)
-        region->Set(target.bounds);
-    else
-        *region = target.clip == BPrivate::RegionAccess::Rects(fData->clip) ? fData->clip
-                                                                            : fData->visible;
+    *region = *fData->drawable;
     region->OffsetBy(-x, -y);
     if (fData->recording != nullptr)
         fData->Outdate();

@@ -9,11 +9,12 @@
 #include <Shape.h>
 
 #include <interface/drawing/ShapeData.h>
-#include <interface/view/ViewPrivate.h>
+#include <interface/view/ViewPainting.h>
 
 #include <cmath>
 #include <cstring>
 
+using BPrivate::paint_on;
 using BPrivate::PictureOp;
 using BPrivate::Span;
 using BPrivate::ViewData;
@@ -70,7 +71,9 @@ inline void draw(ViewData& data, PictureOp op, ServerCall paint, const ::pattern
     if (!data.Begin(op, arguments..., pattern))
         return;
     data.state.paint.pattern = pattern;
-    data.Touched(paint(data.target, data.state.paint, in_window(data, arguments)...));
+    paint_on(data, [&](const server::Target& target) {
+        return paint(target, data.state.paint, in_window(data, arguments)...);
+    });
 }
 
 BPoint center_of(const BRect& rect)
@@ -132,8 +135,9 @@ void BView::EndLineArray()
     paint.pattern = B_SOLID_HIGH;
     for (const BPrivate::LineArray::Line& line : array->lines) {
         paint.high = line.color;
-        data.Touched(
-            server::StrokeLine(data.target, paint, data.Map(line.start), data.Map(line.end)));
+        paint_on(data, [&](const server::Target& target) {
+            return server::StrokeLine(target, paint, data.Map(line.start), data.Map(line.end));
+        });
     }
     paint.high = high;
 }
@@ -312,12 +316,15 @@ void BView::FillRegion(BRegion* region, ::pattern pattern)
         data.mapY == std::floor(data.mapY)) {
         BRegion mapped(*region);
         mapped.OffsetBy(int32(data.mapX), int32(data.mapY));
-        data.Touched(server::FillRegion(data.target, data.state.paint, mapped));
+        paint_on(data, [&](const server::Target& target) {
+            return server::FillRegion(target, data.state.paint, mapped);
+        });
         return;
     }
     for (int32 i = 0; i < region->CountRects(); i++) {
-        data.Touched(
-            server::FillRect(data.target, data.state.paint, data.MapPixels(region->RectAt(i))));
+        paint_on(data, [&](const server::Target& target) {
+            return server::FillRect(target, data.state.paint, data.MapPixels(region->RectAt(i)));
+        });
     }
 }
 
@@ -335,7 +342,9 @@ void BView::InvertRect(BRect rect)
 {
     ViewData& data = *fData;
     if (data.Begin(PictureOp::InvertRect, rect))
-        data.Touched(server::InvertRect(data.target, data.Map(rect)));
+        paint_on(data, [&](const server::Target& target) {
+            return server::InvertRect(target, data.Map(rect));
+        });
 }
 
 void BView::StrokeRoundRect(BRect rect, float xRadius, float yRadius, ::pattern pattern)
@@ -499,7 +508,8 @@ static void draw_shape(ViewData& data, PictureOp op, const BShape* shape, ::patt
         return;
     data.state.paint.pattern = pattern;
     const server::PathOps path{ops.data(), int32(ops.size()), points.data(), int32(points.size())};
-    data.Touched(draw(data.target, data.state.paint, path));
+    paint_on(data,
+             [&](const server::Target& target) { return draw(target, data.state.paint, path); });
 }
 
 void BView::StrokeShape(BShape* shape, ::pattern pattern)
@@ -572,9 +582,12 @@ void BView::DrawString(const char* string, int32 length, BPoint location, escape
     escapement.nonspace *= data.scale;
     escapement.space *= data.scale;
     data.state.paint.pattern = B_SOLID_HIGH;
-    BPoint pen = data.Map(location);
-    data.Touched(server::DrawString(data.target, data.state.paint, data.state.fontSpec, string,
-                                    length, delta != nullptr ? &escapement : nullptr, &pen));
+    BPoint pen;
+    paint_on(data, [&](const server::Target& target) {
+        pen = data.Map(location);
+        return server::DrawString(target, data.state.paint, data.state.fontSpec, string, length,
+                                  delta != nullptr ? &escapement : nullptr, &pen);
+    });
     data.state.pen = data.Unmap(pen);
 }
 
@@ -594,10 +607,13 @@ void BView::DrawString(const char* string, int32 length, const BPoint* locations
                     Span<char>{string, length}))
         return;
     data.state.paint.pattern = B_SOLID_HIGH;
-    BPoint pen = data.Map(locations[0]);
-    data.Touched(server::DrawStringAt(data.target, data.state.paint, data.state.fontSpec, string,
-                                      length, MappedPoints(data, locations, locationCount),
-                                      locationCount, &pen));
+    BPoint pen;
+    const MappedPoints places(data, locations, locationCount);
+    paint_on(data, [&](const server::Target& target) {
+        pen = data.Map(locations[0]);
+        return server::DrawStringAt(target, data.state.paint, data.state.fontSpec, string, length,
+                                    places, locationCount, &pen);
+    });
     data.state.pen = data.Unmap(pen);
 }
 

@@ -166,7 +166,7 @@ void ViewPrivate::MovePixels(BView* view, const BRegion& area, int32 dx, int32 d
 {
     Canvas& canvas = *view->fData->canvas;
     const clipping_rect frame = area.FrameInt();
-    if (area.CountRects() != 1) {
+    if (area.CountRects() != 1 || !canvas.CanMove(dx, dy)) {
         canvas.Invalidate(area);
         return;
     }
@@ -174,7 +174,8 @@ void ViewPrivate::MovePixels(BView* view, const BRegion& area, int32 dx, int32 d
     BRegion exposed(area);
     if (!is_empty(target)) {
         const clipping_rect source = moved(target, -dx, -dy);
-        server::Target pixels{&canvas.Pixels(), &frame, 1, frame};
+        const clipping_rect clip = server::pixels_of(frame, canvas.Scale());
+        server::Target pixels{&canvas.Pixels(), &clip, 1, clip};
         canvas.Touched(server::CopyRect(pixels,
                                         BRect(source.left, source.top, source.right, source.bottom),
                                         BPoint(target.left, target.top)));
@@ -201,12 +202,14 @@ void ViewPrivate::SetFrame(BView* view, BPoint leftTop, float width, float heigh
     const int32 dx = int32(leftTop.x - data.leftTop.x), dy = int32(leftTop.y - data.leftTop.y);
     Reshape(view, leftTop, width, height, Repaint::No);
     data.Visible(&after, true);
-    if (before.CountRects() == 1 && after.CountRects() == 1 && !data.canvas->UpdateRegion()) {
+    if (before.CountRects() == 1 && after.CountRects() == 1 && !data.canvas->UpdateRegion() &&
+        data.canvas->CanMove(dx, dy)) {
         // The pixels go along as far as they show before and after.
         const clipping_rect from = intersect(before.FrameInt(), moved(after.FrameInt(), -dx, -dy));
         if (!is_empty(from)) {
             const clipping_rect to = moved(from, dx, dy);
-            server::Target pixels{&data.canvas->Pixels(), &to, 1, to};
+            const clipping_rect clip = server::pixels_of(to, data.canvas->Scale());
+            server::Target pixels{&data.canvas->Pixels(), &clip, 1, clip};
             data.canvas->Touched(
                 server::CopyRect(pixels, BRect(from.left, from.top, from.right, from.bottom),
                                  BPoint(to.left, to.top)));

@@ -155,7 +155,6 @@ struct [[gnu::visibility("hidden")]] ViewData
                      (r.bottom + 1) * scale + mapY - 1);
     }
     BPoint Unmap(BPoint p) const { return BPoint((p.x - mapX) / scale, (p.y - mapY) / scale); }
-    void Touched(const clipping_rect& box) { canvas->Touched(box); }
     template <class... Args>
     bool Recorded(PictureOp op, const Args&... args)
     {
@@ -204,7 +203,9 @@ struct [[gnu::visibility("hidden")]] ViewData
     uint32 visibleAt = 0;
     std::unique_ptr<BRegion> whole;  // of views with children that were invalidated
     uint32 wholeAt = 0;
-    BRegion clip;  // what `target` points to, if it is cut further than `visible`
+    BRegion clip;                       // what may be drawn on, if it is cut further than `visible`
+    const BRegion* drawable = nullptr;  // one of these two
+    PixelClip pixelClip;                // of it
 
     // Tree. `parent` is the window's top view for the views that hang in the window.
     BView* const self;
@@ -325,6 +326,17 @@ BPoint scroll_place(BPoint place);
 struct [[gnu::visibility("hidden")]] ViewPrivate
 {
     static ViewData& Data(const BView* view) { return *view->fData; }
+    // The finer picture of a bitmap that takes views; null without one.
+    static FinePicture* Fine(const BBitmap& bitmap)
+    {
+        return bitmap.fWindow != nullptr ? bitmap.fWindow->_Canvas().Fine() : nullptr;
+    }
+    // How many pixels a unit has where the view draws.
+    static float Scale(const BView* view)
+    {
+        const Canvas* canvas = view->fData->canvas;
+        return canvas != nullptr ? canvas->Scale() : 1;
+    }
 
     // The view that holds a window's views, which see it as no parent. It fills the window, draws
     // nothing but its colour, and is attached at once. Delete it with DeleteTop() before the

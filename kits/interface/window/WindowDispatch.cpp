@@ -114,6 +114,10 @@ bool BWindow::_DispatchScreenMessage(BMessage* message)
                 fData->canvas->Invalidate(BRegion(rect));
             return true;
         }
+        case BPrivate::kScaleMessage:
+            fData->canvas->FollowScale();
+            _Update();
+            return true;
         case BPrivate::kZoomedMessage: {
             const BRect frame = Frame();
             Zoom(frame.LeftTop(), frame.Width(), frame.Height());

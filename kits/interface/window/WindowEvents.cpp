@@ -242,6 +242,9 @@ void WindowData::_DeliverWindowEvent(const server::Event& event)
             Post(std::move(message));
             break;
         }
+        case server::EventKind::ScaleChanged:
+            Post(kScaleMessage);
+            break;
         case server::EventKind::Zoomed:
             Post(kZoomedMessage);
             break;

@@ -33,7 +33,8 @@ namespace [[gnu::visibility("hidden")]] BPrivate {
 
 const uint32 kUpdateMessage = '_UPD';
 const uint32 kUncoveredMessage = '_UNC';  // "rect" of the window
-const uint32 kZoomedMessage = '_ZMD';     // by the screen; place and size are messages of their own
+const uint32 kScaleMessage = '_SCL';
+const uint32 kZoomedMessage = '_ZMD';  // by the screen; place and size are messages of their own
 const uint32 kMenusEnded = '_MND';
 const uint32 kReaderCame = '_RDR';
 const uint32 kReaderAsked = '_RDA';

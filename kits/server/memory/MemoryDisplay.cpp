@@ -2,6 +2,7 @@
 // a window manager with click to focus would do it; the pictures stay in the windows' front
 // buffers until somebody asks for the screen.
 
+#include <atomic>
 #include <cstdio>
 #include <cstdlib>
 #include <utility>
@@ -13,6 +14,9 @@
 namespace server {
 
 namespace {
+
+// The pixels of the screen a unit.
+std::atomic<float> sScale{1};
 
 class MemoryWindow final : public ScreenWindow {
 public:
@@ -48,6 +52,7 @@ public:
     void SendBehind(Window* other) override;
     void SetCursor(const BCursor*) override {}
     void Present(const Surface& surface, const clipping_rect* rects, int32 count) override;
+    float Scale() const override { return sScale; }
 
     void ActivateByUser() override;
 
@@ -70,6 +75,10 @@ public:
         if (size != nullptr && sscanf(size, "%dx%d", &width, &height) == 2 && width > 0 &&
             height > 0 && width <= 16384 && height <= 16384)
             fScreen.Set(0, 0, float(width - 1), float(height - 1));
+        // To see here what others see on a screen of finer pixels.
+        const char* scale = getenv("PLINTH_DISPLAY_SCALE");
+        if (scale != nullptr)
+            sScale = sensible_scale(strtod(scale, nullptr));
     }
 
     ScreenWindow* Create(const WindowSpec& spec, EventSink* sink) override
@@ -79,6 +88,16 @@ public:
 
     BRect ScreenFrame() const override { return fScreen; }
     bigtime_t FrameInterval() const override { return 1000000 / 60; }
+    float Scale() const override { return sScale; }
+    void SetScale(float scale) override
+    {
+        if (sScale.exchange(scale) == scale)
+            return;
+        Event event;
+        event.kind = EventKind::ScaleChanged;
+        for (ScreenWindow* window : stage().Windows())
+            window->Deliver(event);
+    }
     void SetPointer(BPoint where) override { stage().MovePointer(where); }
     int32 CountWorkspaces() override { return stage().WorkspaceCount(); }
     int32 CurrentWorkspace() override { return stage().Workspace(); }

@@ -8,6 +8,12 @@
 // rounded to whole pixels, halves upwards; NaN draws nothing, and any other number is fine. A
 // function paints no pixel twice, and exactly those of its unclipped picture that the clip holds.
 //
+// On a surface with a scale coordinates, pens and patterns count its units, while the clipping and
+// the boxes that come back are pixels. Rectangles, lines along an axis and the places of bitmaps
+// cover the units that they would cover without the scale, to the pixel; other lines have the
+// nearest whole number of pixels as their thickness, and curves and text are as smooth as the
+// pixels allow.
+//
 // Modes: B_OP_OVER, ERASE, INVERT and SELECT paint only where the pattern has the high colour, and
 // where a bitmap is not transparent. ADD, SUBTRACT, BLEND, MIN and MAX work on each component; the
 // greater alpha stays. B_OP_COPY writes a colour's alpha as it is.
@@ -41,6 +47,7 @@ struct Paint {
     const BGradient* gradient = nullptr;          // instead of the pattern; in surface coordinates
     const BAffineTransform* transform = nullptr;  // null stands for the identity
     BPoint patternPhase;  // where the 8 x 8 pattern starts, surface coordinates
+    float unit = 1;       // pixels; the painter's own, for surfaces with a scale
 };
 
 // A surface and the part of it that may be written: `count` disjoint rectangles inside `bounds`,

@@ -8,6 +8,7 @@
 #include "server/painter/PainterPaths.h"
 #include "server/painter/PainterRows.h"
 #include "server/painter/PainterScale.h"
+#include "server/painter/PainterUnits.h"
 
 namespace server {
 
@@ -255,6 +256,8 @@ void move_box(const Surface& surface, const clipping_rect& box, int64 dx, int64 
 clipping_rect DrawBitmap(const Target& target, const Paint& paint, const Surface& source,
                          BRect from, BRect to, uint32 options)
 {
+    if (is_scaled(target))
+        return scaled::DrawBitmap(target, paint, source, from, to, options);
     if (is_nan(from) || is_nan(to) || !from.IsValid() || !to.IsValid() ||
         target.surface == nullptr || source.bits == nullptr || source.width < 1 ||
         source.height < 1 || BytesPerRow(source.space, 1) == 0)
@@ -295,6 +298,8 @@ clipping_rect DrawBitmap(const Target& target, const Paint& paint, const Surface
 
 clipping_rect CopyRect(const Target& target, BRect from, BPoint to)
 {
+    if (is_scaled(target))
+        return scaled::CopyRect(target, from, to);
     if (is_nan(from) || !from.IsValid() || is_nan(to) || target.surface == nullptr ||
         BytesPerRow(target.surface->space, 1) == 0)
         return kNoPixels;

@@ -6,6 +6,7 @@
 #include <Gradient.h>
 
 #include <algorithm>
+#include <cmath>
 #include <cstring>
 
 #include "server/painter/PainterGradient.h"
@@ -257,6 +258,24 @@ void pattern_span(const Brush& brush, uint32* pixels, int32 x, int32 y, int32 co
         apply(pixels[i], i);
 }
 
+// The same where each of the pattern's pixels is several of the target's.
+template <class Mode>
+void wide_pattern_span(const Brush& brush, uint32* pixels, int32 x, int32 y, int32 count)
+{
+    const Paint& paint = brush.paint;
+    const auto place = [&](int32 at, float phase) {
+        const double start = phase == phase ? std::clamp(double(phase), -1e9, 1e9) : 0;
+        const double unit = std::floor((double(at) + 0.5 - 1.0 / 512) / double(paint.unit));
+        return int32((int64(unit) - int64(start)) & 7);
+    };
+    const uint8 bits = paint.pattern.data[place(y, paint.patternPhase.y)];
+    for (int32 i = 0; i < count; i++) {
+        const uint32 mask = 0 - uint32(bits >> (7 - place(x + i, paint.patternPhase.x)) & 1);
+        const uint32 painted = Mode::Apply(brush, pixels[i], select(mask, brush.high, brush.low));
+        pixels[i] = Mode::kMasked ? select(mask, painted, pixels[i]) : painted;
+    }
+}
+
 template <class Mode>
 void bitmap_row(const Brush& brush, uint32* pixels, const uint32* source, int32 count)
 {
@@ -345,6 +364,7 @@ void gradient_span(const Brush& brush, uint32* pixels, int32 x, int32 y, int32 c
 struct ModeRow {
     Brush::Span solid;
     Brush::Span pattern;
+    Brush::Span widePattern;
     Brush::Row row;
     bool masked;
     bool repeats;
@@ -353,7 +373,8 @@ struct ModeRow {
 template <class Mode>
 constexpr ModeRow mode_row(bool repeats)
 {
-    return {solid_span<Mode>, pattern_span<Mode>, bitmap_row<Mode>, Mode::kMasked, repeats};
+    return {solid_span<Mode>, pattern_span<Mode>, wide_pattern_span<Mode>,
+            bitmap_row<Mode>, Mode::kMasked,      repeats};
 }
 
 const ModeRow kModes[] = {
@@ -407,12 +428,12 @@ void Brush::_Prepare()
     }
 
     if (paint.gradient != nullptr && !(mode.masked && index != B_OP_OVER)) {
-        gradient = new GradientColors(*paint.gradient);
+        gradient = new GradientColors(*paint.gradient, paint.unit);
         span = gradient_span;
         return;
     }
     const Pattern kind = kind_of(paint.pattern);
-    span = kind == Pattern::Mixed ? mode.pattern : mode.solid;
+    span = kind != Pattern::Mixed ? mode.solid : paint.unit == 1 ? mode.pattern : mode.widePattern;
     color = kind == Pattern::Low ? low : high;
     const uint32 transparent = pixel_of(B_TRANSPARENT_COLOR);
     empty = (mode.masked && kind == Pattern::Low) || (index == B_OP_OVER && high == transparent) ||

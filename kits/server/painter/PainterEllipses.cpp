@@ -5,6 +5,7 @@
 
 #include "server/painter/PainterPaths.h"
 #include "server/painter/PainterRaster.h"
+#include "server/painter/PainterUnits.h"
 
 namespace server {
 
@@ -263,6 +264,8 @@ auto cut_run(const Sector& sector)
 clipping_rect StrokeRoundRect(const Target& target, const Paint& paint, BRect rect, float xRadius,
                               float yRadius)
 {
+    if (is_scaled(target))
+        return scaled::StrokeRoundRect(target, paint, rect, xRadius, yRadius);
     if (is_nan(rect) || !rect.IsValid())
         return kNoPixels;
     if (has_transform(paint) || !is_thin(paint))
@@ -273,6 +276,8 @@ clipping_rect StrokeRoundRect(const Target& target, const Paint& paint, BRect re
 clipping_rect FillRoundRect(const Target& target, const Paint& paint, BRect rect, float xRadius,
                             float yRadius)
 {
+    if (is_scaled(target))
+        return scaled::FillRoundRect(target, paint, rect, xRadius, yRadius);
     if (is_nan(rect) || !rect.IsValid())
         return kNoPixels;
     if (has_transform(paint))
@@ -283,6 +288,8 @@ clipping_rect FillRoundRect(const Target& target, const Paint& paint, BRect rect
 clipping_rect StrokeEllipse(const Target& target, const Paint& paint, BPoint center, float xRadius,
                             float yRadius)
 {
+    if (is_scaled(target))
+        return scaled::StrokeEllipse(target, paint, center, xRadius, yRadius);
     if (is_bad(center, xRadius, yRadius))
         return kNoPixels;
     if (has_transform(paint) || !is_thin(paint))
@@ -294,6 +301,8 @@ clipping_rect StrokeEllipse(const Target& target, const Paint& paint, BPoint cen
 clipping_rect FillEllipse(const Target& target, const Paint& paint, BPoint center, float xRadius,
                           float yRadius)
 {
+    if (is_scaled(target))
+        return scaled::FillEllipse(target, paint, center, xRadius, yRadius);
     if (is_bad(center, xRadius, yRadius))
         return kNoPixels;
     if (has_transform(paint))
@@ -305,6 +314,8 @@ clipping_rect FillEllipse(const Target& target, const Paint& paint, BPoint cente
 clipping_rect StrokeArc(const Target& target, const Paint& paint, BPoint center, float xRadius,
                         float yRadius, float startAngle, float arcAngle)
 {
+    if (is_scaled(target))
+        return scaled::StrokeArc(target, paint, center, xRadius, yRadius, startAngle, arcAngle);
     if (is_bad(center, xRadius, yRadius) || !normalize(&startAngle, &arcAngle))
         return kNoPixels;
     if (arcAngle >= 360)
@@ -320,6 +331,8 @@ clipping_rect StrokeArc(const Target& target, const Paint& paint, BPoint center,
 clipping_rect FillArc(const Target& target, const Paint& paint, BPoint center, float xRadius,
                       float yRadius, float startAngle, float arcAngle)
 {
+    if (is_scaled(target))
+        return scaled::FillArc(target, paint, center, xRadius, yRadius, startAngle, arcAngle);
     if (is_bad(center, xRadius, yRadius) || !normalize(&startAngle, &arcAngle))
         return kNoPixels;
     if (arcAngle >= 360)

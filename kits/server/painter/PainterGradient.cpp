@@ -66,7 +66,7 @@ double focal_distance(double x, double y, double focusX, double focusY)
 
 }  // namespace
 
-GradientColors::GradientColors(const BGradient& gradient) : type(gradient.GetType())
+GradientColors::GradientColors(const BGradient& gradient, float unit) : type(gradient.GetType())
 {
     fill_table(gradient, table, kSteps);
     BPoint origin;
@@ -114,10 +114,12 @@ GradientColors::GradientColors(const BGradient& gradient) : type(gradient.GetTyp
         default:
             break;
     }
-    originX = origin.x;
-    originY = origin.y;
     if (type != BGradient::TYPE_LINEAR)
         acrossX = acrossY = reciprocal(radius);
+    originX = (double(origin.x) + 0.5) * double(unit) - 0.5;
+    originY = (double(origin.y) + 0.5) * double(unit) - 0.5;
+    acrossX /= double(unit);
+    acrossY /= double(unit);
 }
 
 void GradientColors::Row(uint32* pixels, int32 x, int32 y, int32 count) const

@@ -9,7 +9,8 @@ namespace server {
 
 // A gradient's colours, and where on the surface each belongs.
 struct GradientColors {
-    explicit GradientColors(const BGradient& gradient);
+    // Its places are units, each of `unit` pixels.
+    GradientColors(const BGradient& gradient, float unit);
     // The colours of `count` pixels of row `y`.
     void Row(uint32* pixels, int32 x, int32 y, int32 count) const;
 

@@ -5,11 +5,14 @@
 
 #include "server/painter/PainterLines.h"
 #include "server/painter/PainterPaths.h"
+#include "server/painter/PainterUnits.h"
 
 namespace server {
 
 clipping_rect StrokeLine(const Target& target, const Paint& paint, BPoint from, BPoint to)
 {
+    if (is_scaled(target))
+        return scaled::StrokeLine(target, paint, from, to);
     if (is_nan(from) || is_nan(to))
         return kNoPixels;
     if (has_transform(paint) || !is_thin(paint)) {

@@ -3,6 +3,7 @@
 #include "server/painter/PainterPaths.h"
 
 #include "server/painter/PainterLines.h"
+#include "server/painter/PainterUnits.h"
 
 namespace server {
 
@@ -182,12 +183,14 @@ private:
               {at.x + fHalf, at.y + fHalf},
               {at.x - fHalf, at.y + fHalf}});
     }
-    // How far an end reaches beyond its point: with a butt cap just over the point's own pixel.
+    // How far an end reaches beyond its point: with a butt cap just over the point's own unit.
     double _Overhang(bool end) const
     {
         if (!end)
             return fPaint.join == B_SQUARE_JOIN ? fHalf : 0;
-        return fPaint.cap == B_SQUARE_CAP ? fHalf : fPaint.cap == B_BUTT_CAP ? 0.5 : 0;
+        return fPaint.cap == B_SQUARE_CAP ? fHalf
+               : fPaint.cap == B_BUTT_CAP ? double(fPaint.unit) / 2
+                                          : 0;
     }
     void _AddSegment(DPoint from, DPoint to, bool isFirst, bool isLast)
     {
@@ -351,8 +354,10 @@ void widen(const Paint& paint, const Polyline& line, Outline* outline)
     Widener(paint, line, outline).Run();
 }
 
-clipping_rect fill_outline(const Target& target, const Brush& brush, const Outline& outline,
-                           int32 fillRule)
+namespace {
+
+// Around the points of an outline, grown by `room`; empty if one of them is no place.
+clipping_rect reach_of(const Outline& outline, double room)
 {
     double left = INFINITY, top = INFINITY, right = -INFINITY, bottom = -INFINITY;
     for (int32 part = 0; part < outline.CountParts(); part++) {
@@ -367,14 +372,64 @@ clipping_rect fill_outline(const Target& target, const Brush& brush, const Outli
     }
     if (left > right)
         return kNoPixels;
-    const clipping_rect reach =
-        box_of(pixel_at(left), pixel_at(top), pixel_at(right), pixel_at(bottom));
+    return box_of(pixel_at(left - room), pixel_at(top - room), pixel_at(right + room),
+                  pixel_at(bottom + room));
+}
+
+// The points as the paint transforms them.
+Outline placed_outline(const Paint& paint, const Outline& outline)
+{
+    Outline placed;
+    for (int32 part = 0; part < outline.CountParts(); part++) {
+        int32 count;
+        const DPoint* points = outline.Part(part, &count);
+        for (int32 i = 0; i < count; i++) {
+            const DPoint point = transformed(paint, points[i].x, points[i].y);
+            i == 0 ? placed.MoveTo(point) : placed.LineTo(point);
+        }
+    }
+    return placed;
+}
+
+}  // namespace
+
+clipping_rect fill_outline(const Target& target, const Brush& brush, const Outline& outline,
+                           int32 fillRule)
+{
+    const clipping_rect reach = reach_of(outline, 0);
     const clipping_rect touched = touched_box(target, reach);
     if (is_empty(touched))
         return kNoPixels;
     OutlineScan scan(outline, touched, fillRule == B_EVEN_ODD);
     return paint_shape(target, brush, reach,
                        [&](const auto& pen, const clipping_rect& box) { scan.Draw(pen, box); });
+}
+
+clipping_rect fill_with_rim(const Target& target, const Paint& paint, const Outline& outline)
+{
+    const Outline inside = placed_outline(paint, outline);
+    // The rim is not turned into a thicker one by a transformation: it follows the placed points.
+    Paint rim;
+    rim.unit = paint.unit;
+    rim.penSize = std::round(paint.unit);
+    rim.join = B_SQUARE_JOIN;
+    Outline around;
+    for (int32 part = 0; part < inside.CountParts(); part++) {
+        int32 count;
+        const DPoint* points = inside.Part(part, &count);
+        widen(rim, {{points, points + count}, true, false}, &around);
+    }
+    around.Orient();
+    const clipping_rect reach = reach_of(inside, double(paint.unit) * 2);
+    const clipping_rect touched = touched_box(target, reach);
+    if (is_empty(touched))
+        return kNoPixels;
+    OutlineScan shape(inside, touched, paint.fillRule == B_EVEN_ODD);
+    OutlineScan edge(around, touched, false);
+    return paint_parts(target, Brush(paint), reach, [&](const auto& pen, const clipping_rect& box) {
+        shape.Draw(pen, box);
+        edge.Draw(pen, box);
+    });
 }
 
 clipping_rect fill_transformed_rect(const Target& target, const Paint& paint, const BRect& rect)
@@ -400,17 +455,10 @@ clipping_rect stroke_polylines(const Target& target, const Paint& paint,
                                const std::vector<Polyline>& lines)
 {
     if (!is_thin(paint)) {
-        Outline outline, placed;
+        Outline outline;
         for (const Polyline& line : lines)
             widen(paint, line, &outline);
-        for (int32 part = 0; part < outline.CountParts(); part++) {
-            int32 count;
-            const DPoint* points = outline.Part(part, &count);
-            for (int32 i = 0; i < count; i++) {
-                const DPoint point = transformed(paint, points[i].x, points[i].y);
-                i == 0 ? placed.MoveTo(point) : placed.LineTo(point);
-            }
-        }
+        Outline placed = placed_outline(paint, outline);
         placed.Orient();
         return fill_outline(target, Brush(paint), placed, B_NONZERO);
     }
@@ -453,6 +501,8 @@ clipping_rect FillBezier(const Target& target, const Paint& paint, const BPoint 
 
 clipping_rect StrokePath(const Target& target, const Paint& paint, const PathOps& path)
 {
+    if (is_scaled(target))
+        return scaled::StrokePath(target, paint, path);
     std::vector<Polyline> lines;
     const bool smooth = has_curves(path);
     const bool whole = for_each_part(path, [&](const std::vector<DPoint>& points, bool closed) {
@@ -463,6 +513,8 @@ clipping_rect StrokePath(const Target& target, const Paint& paint, const PathOps
 
 clipping_rect FillPath(const Target& target, const Paint& paint, const PathOps& path)
 {
+    if (is_scaled(target))
+        return scaled::FillPath(target, paint, path);
     Outline outline;
     const bool whole = for_each_part(path, [&](const std::vector<DPoint>& points, bool) {
         outline.MoveTo(points[0]);

@@ -69,6 +69,8 @@ clipping_rect fill_outline(const Target& target, const Brush& brush, const Outli
                            int32 fillRule);
 // Pixels inside and those of the thin outline, corners rounded to pixels.
 clipping_rect fill_corners(const Target& target, const Paint& paint, const Outline& outline);
+// The same with an outline as thick as a unit.
+clipping_rect fill_with_rim(const Target& target, const Paint& paint, const Outline& outline);
 clipping_rect fill_transformed_rect(const Target& target, const Paint& paint, const BRect& rect);
 
 // Appends points along a cubic curve, but for its first one, as close as pixels need them.

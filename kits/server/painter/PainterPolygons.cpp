@@ -4,6 +4,7 @@
 
 #include "server/painter/PainterPaths.h"
 #include "server/painter/PainterScan.h"
+#include "server/painter/PainterUnits.h"
 
 #include <new>
 
@@ -103,9 +104,11 @@ void add_polygon(Sides& sides, int32 count, At at)
 clipping_rect FillPolygon(const Target& target, const Paint& paint, const BPoint* points,
                           int32 count)
 {
+    if (is_scaled(target))
+        return scaled::FillPolygon(target, paint, points, count);
     if (points == nullptr || count < 1 || count > kMostPoints || !all_finite(points, count))
         return kNoPixels;
-    if (has_transform(paint)) {
+    if (has_transform(paint) || paint.unit != 1) {
         Outline outline;
         for (int32 i = 0; i < count; i++) {
             const DPoint point = {points[i].x, points[i].y};
@@ -122,6 +125,8 @@ clipping_rect FillPolygon(const Target& target, const Paint& paint, const BPoint
 
 clipping_rect fill_corners(const Target& target, const Paint& paint, const Outline& outline)
 {
+    if (paint.unit != 1)
+        return fill_with_rim(target, paint, outline);
     int64 total = 0;
     for (int32 part = 0; part < outline.CountParts(); part++) {
         int32 count;
@@ -145,6 +150,8 @@ clipping_rect fill_corners(const Target& target, const Paint& paint, const Outli
 clipping_rect StrokePolygon(const Target& target, const Paint& paint, const BPoint* points,
                             int32 count, bool closed)
 {
+    if (is_scaled(target))
+        return scaled::StrokePolygon(target, paint, points, count, closed);
     if (points == nullptr || count < 1 || count > kMostPoints || !all_finite(points, count))
         return kNoPixels;
     if (has_transform(paint) || !is_thin(paint)) {

@@ -9,6 +9,7 @@
 
 #include "server/painter/PainterPaths.h"
 #include "server/painter/PainterRaster.h"
+#include "server/painter/PainterUnits.h"
 
 namespace server {
 
@@ -72,6 +73,8 @@ clipping_rect fill_frame(const Target& target, const Brush& brush, const clippin
 
 clipping_rect StrokeRect(const Target& target, const Paint& paint, BRect rect)
 {
+    if (is_scaled(target))
+        return scaled::StrokeRect(target, paint, rect);
     const clipping_rect box = rounded(rect);
     const bool thin = is_thin(paint);
     if (is_empty(box))
@@ -97,6 +100,8 @@ clipping_rect StrokeRect(const Target& target, const Paint& paint, BRect rect)
 
 clipping_rect FillRect(const Target& target, const Paint& paint, BRect rect)
 {
+    if (is_scaled(target))
+        return scaled::FillRect(target, paint, rect);
     if (has_transform(paint))
         return fill_transformed_rect(target, paint, rect);
     clipping_rect box;
@@ -126,6 +131,8 @@ clipping_rect FillRect(const Target& target, const Paint& paint, BRect rect)
 
 clipping_rect FillRegion(const Target& target, const Paint& paint, const BRegion& region)
 {
+    if (is_scaled(target))
+        return scaled::FillRegion(target, paint, region);
     const clipping_rect* rects = BPrivate::RegionAccess::Rects(region);
     clipping_rect changed = kNoPixels;
     const Brush brush(paint);

@@ -342,63 +342,81 @@ void NativeWindow::_Flush()
     if (fStore.size() != size() || fScale != devicePixelRatio()) {
         fScale = devicePixelRatio();
         fStore.resize(size());
+        fOwner->NativeScale(fScale);
         fOwner->Pixels().Touch();
     }
-    const QRegion region = _TakeDirty();
+    float scale;
+    const QRegion region = _TakeDirty(&scale);
     if (region.isEmpty())
         return;
     fStore.beginPaint(region);
-    _Paint(region, *static_cast<QImage*>(fStore.paintDevice()));
+    _Paint(region, scale, *static_cast<QImage*>(fStore.paintDevice()));
     fStore.endPaint();
     fStore.flush(region);
 }
 
-QRegion NativeWindow::_TakeDirty()
+static bool is_whole(double scale) { return scale == std::floor(scale); }
+
+// In the window's units, as all of Qt's places are.
+QRegion NativeWindow::_TakeDirty(float* scale)
 {
-    // Between whole scales a pixel of the window shares pixels of the screen with its neighbours.
-    const int around = fScale == std::floor(fScale) ? 0 : 1;
+    const std::vector<clipping_rect> rects = fOwner->Pixels().TakeDirty(scale);
+    // Between whole scales a unit of the window shares pixels of the screen with its neighbours.
+    const int around = is_whole(fScale) && is_whole(*scale) ? 0 : 1;
+    const auto unit = [=](int32 pixel) { return int(std::floor(double(pixel) / *scale)); };
     QRegion region;
-    for (const clipping_rect& rect : fOwner->Pixels().TakeDirty())
-        region += QRect(QPoint(rect.left - around, rect.top - around),
-                        QPoint(rect.right + around, rect.bottom + around));
+    for (const clipping_rect& rect : rects)
+        region += QRect(QPoint(unit(rect.left) - around, unit(rect.top) - around),
+                        QPoint(unit(rect.right) + around, unit(rect.bottom) + around));
     return region & QRect(QPoint(0, 0), size());
 }
 
 // Lays the window's pixels over `image`, which is the whole window as the screen stores it.
-void NativeWindow::_Paint(const QRegion& region, QImage& image)
+void NativeWindow::_Paint(const QRegion& region, float scale, QImage& image)
 {
-    if (image.depth() == 32 && fScale == 1) {
-        for (const QRect& rect : region)
-            _CopyPixels(rect, image, rect.topLeft());
+    const auto pixels_in = [scale](const QRect& rect) {
+        const clipping_rect box =
+            pixels_of({rect.left(), rect.top(), rect.right(), rect.bottom()}, scale);
+        return QRect(QPoint(box.left, box.top), QPoint(box.right, box.bottom));
+    };
+    if (image.depth() == 32 && float(fScale) == scale) {
+        for (const QRect& rect : region) {
+            const QRect pixels = pixels_in(rect);
+            _CopyPixels(pixels, scale, image, pixels.topLeft());
+        }
         return;
     }
-    // Another depth, or pixels of another size.
+    // Another depth, or pixels of another size, until the window's thread knows of the screen's.
     QPainter painter(&image);
-    const bool smooth = fScale != std::floor(fScale);
+    const bool smooth = float(fScale) != scale && !is_whole(fScale / double(scale));
     painter.setRenderHint(QPainter::SmoothPixmapTransform, smooth);
     painter.setCompositionMode(QPainter::CompositionMode_Source);
     for (const QRect& rect : region) {
         const int around = smooth ? 2 : 0;
-        const QRect source = rect.adjusted(-around, -around, around, around) & QRect({}, size());
+        const QRect source =
+            pixels_in(rect.adjusted(-around, -around, around, around) & QRect({}, size()));
         QImage pixels(source.size(), QImage::Format_RGB32);
         if (pixels.isNull()) {  // no memory for it at this moment
             fOwner->Pixels().Touch();
             fTimer.start(kRetry_ms, this);
             return;
         }
-        _CopyPixels(source, pixels, QPoint(0, 0));
+        _CopyPixels(source, scale, pixels, QPoint(0, 0));
         painter.setClipRect(rect);
-        painter.drawImage(QRect(source), pixels);
+        painter.drawImage(QRectF(source.x() / double(scale), source.y() / double(scale),
+                                 source.width() / double(scale), source.height() / double(scale)),
+                          pixels);
     }
 }
 
-void NativeWindow::_CopyPixels(const QRect& rect, QImage& image, QPoint to)
+void NativeWindow::_CopyPixels(const QRect& rect, float scale, QImage& image, QPoint to)
 {
     Surface target;
     target.bits = image.bits();
     target.bytesPerRow = int32(image.bytesPerLine());
     target.width = image.width();
     target.height = image.height();
+    target.scale = scale;
     fOwner->Pixels().Draw({rect.left(), rect.top(), rect.right(), rect.bottom()}, target, to.x(),
                           to.y());
 }

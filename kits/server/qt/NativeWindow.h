@@ -84,9 +84,9 @@ private:
     void _TellFrame();
     void _Repaint();
     void _Flush();
-    QRegion _TakeDirty();
-    void _Paint(const QRegion& region, QImage& image);
-    void _CopyPixels(const QRect& rect, QImage& image, QPoint to);
+    QRegion _TakeDirty(float* scale);
+    void _Paint(const QRegion& region, float scale, QImage& image);
+    void _CopyPixels(const QRect& rect, float scale, QImage& image, QPoint to);
     BPoint _OnScreen(QPointF where) const;        // stage locked
     void _MoveTo(QPointF where, bigtime_t when);  // stage locked
     void _DragTo(const QMouseEvent* event);
@@ -97,7 +97,7 @@ private:
 
     QtWindow* fOwner;  // null: gone
     QBackingStore fStore;
-    double fScale = 1;  // the screen's pixels a pixel of the window, as the store has them
+    double fScale = 1;  // the screen's pixels a unit of the window, as the store has them
     bool fIsMenu = false;
     bool fAppears = false;
     bool fSettingState = false;  // the window's state changes as the program asked

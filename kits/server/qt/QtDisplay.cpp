@@ -142,6 +142,7 @@ void QtDisplay::_ReadScreen()
                 float(screen->physicalSize().height() / 10)};
     if (fMonitor.name.empty())
         fMonitor.name = screen->name().toStdString();
+    fScale = sensible_scale(screen->devicePixelRatio());
     qreal rate = screen->refreshRate();
     fFrameInterval = rate > 20 && rate < 500 ? bigtime_t(1000000 / rate) : 1000000 / 60;
 }

@@ -30,6 +30,7 @@ public:
     ScreenWindow* Create(const WindowSpec& spec, EventSink* sink) override;
     BRect ScreenFrame() const override { return fScreen; }
     bigtime_t FrameInterval() const override { return fFrameInterval; }
+    float Scale() const override { return fScale; }
     Monitor ScreenMonitor() const override { return fMonitor; }
     void SetPointer(BPoint where) override;
     int32 CountWorkspaces() override;
@@ -79,6 +80,7 @@ private:
     std::unique_ptr<QtDrag> fDrag;              // server's thread: the last one
     Monitor fMonitor;                           // stage locked
     BRect fScreen{0, 0, 1023, 767};             // stage locked
+    float fScale = 1;                           // stage locked
     std::shared_ptr<Clipboard> fClipboard;      // set before the constructor returns
     std::shared_ptr<Clipboard> fPrimary;        // as well; null where there is none
     bigtime_t fFrameInterval = 1000000 / 60;

@@ -25,7 +25,7 @@ QtWindow* QtWindow::Make(QtDisplay* display, const WindowSpec& spec, EventSink* 
 }
 
 QtWindow::QtWindow(QtDisplay* display, const WindowSpec& spec, EventSink* sink)
-    : ScreenWindow(spec, sink), fDisplay(display), fWanted(fSpec.frame)
+    : ScreenWindow(spec, sink), fDisplay(display), fWanted(fSpec.frame), fScale(display->Scale())
 {
 }
 
@@ -330,6 +330,18 @@ void QtWindow::NativeUncovered(const clipping_rect& rect)
     Event event;
     event.kind = EventKind::Uncovered;
     event.frame.Set(float(rect.left), float(rect.top), float(rect.right), float(rect.bottom));
+    Deliver(event);
+}
+
+// The window has come to a screen of other pixels, or its screen has others.
+void QtWindow::NativeScale(double native)
+{
+    const float scale = sensible_scale(native);
+    if (fScale.exchange(scale) == scale)
+        return;
+    StageLock lock;
+    Event event;
+    event.kind = EventKind::ScaleChanged;
     Deliver(event);
 }
 

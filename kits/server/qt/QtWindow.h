@@ -1,6 +1,7 @@
 #ifndef SERVER_QT_QT_WINDOW_H
 #define SERVER_QT_QT_WINDOW_H
 
+#include <atomic>
 #include <memory>
 
 #include "server/screen/EchoFilter.h"
@@ -29,6 +30,7 @@ public:
     void Present(const Surface& surface, const clipping_rect* rects, int32 count) override;
 
     Border Decoration() const override { return fBorder; }
+    float Scale() const override { return fScale; }
     void ActivateByUser() override;
     bool HasHostFocus() const override { return fHasFocus; }
 
@@ -40,6 +42,7 @@ public:
     void NativeMinimized(bool minimized);
     void NativeZoomed(bool zoomed);
     void NativeUncovered(const clipping_rect& rect);
+    void NativeScale(double scale);
     void NativeFocus(bool focus);
     // A menu's window had the keyboard for the active window, and has lost it to another program.
     static void NoFocus();
@@ -89,6 +92,7 @@ private:
     Border fBorder{5, 26};                  // stage locked: a guess until the window is mapped
     Cursor fCursor;                         // stage locked
     bool fHasFocus = false;                 // stage locked
+    std::atomic<float> fScale;
 };
 
 }  // namespace server

@@ -17,6 +17,10 @@ public:
     virtual ScreenWindow* Create(const WindowSpec& spec, EventSink* sink) = 0;
     virtual BRect ScreenFrame() const = 0;
     virtual bigtime_t FrameInterval() const = 0;
+    // The pixels a unit, of new windows and of pictures of the screen: a sensible_scale().
+    virtual float Scale() const = 0;
+    // What the user does to a screen; nothing where it has a say of its own.
+    virtual void SetScale(float) {}
     virtual Monitor ScreenMonitor() const { return {}; }
     virtual void SetPointer(BPoint where) = 0;
     virtual int32 CountWorkspaces() = 0;

@@ -92,6 +92,26 @@ bigtime_t FrameInterval()
     return display->FrameInterval();
 }
 
+float ScreenScale()
+{
+    Backend* display;
+    {
+        BPrivate::MutexLock guard(choice_mutex());
+        display = sBackend;
+    }
+    if (display == nullptr)
+        return 1;
+    StageLock lock;
+    return display->Scale();
+}
+
+void SetScreenScale(float scale)
+{
+    Backend* display = backend();
+    StageLock lock;
+    display->SetScale(sensible_scale(scale));
+}
+
 Monitor ScreenMonitor()
 {
     Backend* display = backend();
@@ -99,29 +119,16 @@ Monitor ScreenMonitor()
     return display->ScreenMonitor();
 }
 
-status_t SaveScreen(const char* pngPath)
-{
-    std::vector<uint32> pixels;
-    int32 width, height;
-    if (pngPath == nullptr)
-        return B_BAD_VALUE;
-    const status_t status = ReadScreen(ScreenFrame(), &pixels, &width, &height);
-    if (status != B_OK)
-        return status;
-    const std::string bytes = EncodePng(pixels, width, height);
-    std::ofstream file(pngPath, std::ios::binary);
-    file << bytes << std::flush;
-    return file.good() && !bytes.empty() ? B_OK : B_ERROR;
-}
-
-status_t ReadScreen(BRect rect, std::vector<uint32>* pixels, int32* width, int32* height)
+// Pictures of the screen in units or in any other scale.
+static status_t read_screen(BRect rect, float scale, std::vector<uint32>* pixels, int32* width,
+                            int32* height)
 {
     BRect screen = ScreenFrame();
     rect = rect & screen;
     if (!rect.IsValid())
         return B_BAD_VALUE;
-    *width = rect.IntegerWidth() + 1;
-    *height = rect.IntegerHeight() + 1;
+    *width = first_pixel(rect.IntegerWidth() + 1, scale);
+    *height = first_pixel(rect.IntegerHeight() + 1, scale);
     try {
         pixels->resize(static_cast<size_t>(*width) * *height);
     } catch (const std::bad_alloc&) {
@@ -132,9 +139,36 @@ status_t ReadScreen(BRect rect, std::vector<uint32>* pixels, int32* width, int32
     target.width = *width;
     target.height = *height;
     target.bytesPerRow = *width * 4;
+    target.scale = scale;
     StageLock lock;
     draw_screen(target, rect.LeftTop());
     return B_OK;
+}
+
+status_t SaveScreen(const char* pngPath)
+{
+    std::vector<uint32> pixels;
+    int32 width, height;
+    if (pngPath == nullptr)
+        return B_BAD_VALUE;
+    Backend* display = backend();
+    float scale;
+    {
+        StageLock lock;
+        scale = display->Scale();
+    }
+    const status_t status = read_screen(ScreenFrame(), scale, &pixels, &width, &height);
+    if (status != B_OK)
+        return status;
+    const std::string bytes = EncodePng(pixels, width, height);
+    std::ofstream file(pngPath, std::ios::binary);
+    file << bytes << std::flush;
+    return file.good() && !bytes.empty() ? B_OK : B_ERROR;
+}
+
+status_t ReadScreen(BRect rect, std::vector<uint32>* pixels, int32* width, int32* height)
+{
+    return read_screen(rect, 1, pixels, width, height);
 }
 
 void PointerState(BPoint* screenWhere, uint32* buttons, uint32* presses)

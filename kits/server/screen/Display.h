@@ -47,6 +47,7 @@ enum class EventKind : uint8 {
     DragCancelled,       // the user has thought better of it; to the window that has the pointer
     ReaderCame,          // a screen reader listens from here on
     ReaderAsked,         // request
+    ScaleChanged,        // the screen's pixels a unit of the window are others: Window::Scale()
 };
 
 class EventSink;
@@ -146,13 +147,16 @@ public:
     virtual void SetCompositionPlace(BRect place) = 0;
     // What is being composed stays where it is, and nothing more of it comes.
     virtual void EndComposition() = 0;
-    // Hands finished pixels over: `rects` of `surface` (a B_RGBA32 back buffer of the window's
-    // size) are copied before the call returns, and reach the screen with its next frame.
+    // Hands finished pixels over: `rects` of `surface` (pixels of a B_RGBA32 back buffer of the
+    // window's size, best in the window's scale) are copied before the call returns, and reach the
+    // screen with its next frame.
     virtual void Present(const Surface& surface, const clipping_rect* rects, int32 count) = 0;
     // What screen readers are told of the window from here on.
     virtual void SetAccessible(std::shared_ptr<const AccessibleTree> tree) = 0;
     // Size of title bar and borders as far as known: what the content's frame grows by.
     virtual BRect DecoratorFrame(BRect content) const = 0;
+    // The screen's pixels a unit of the window: a sensible_scale().
+    virtual float Scale() const = 0;
 
 protected:
     virtual ~Window() = default;
@@ -168,9 +172,15 @@ struct Monitor {
     float width_cm = 0, height_cm = 0;  // 0: not known
 };
 Monitor ScreenMonitor();
-// All windows in stacking order over the desktop colour. Returns a PNG file's status.
+// The pixels a unit of most windows; 1 while no display has been asked for anything yet.
+float ScreenScale();
+// Gives the display in memory other pixels; a real one has its own.
+void SetScreenScale(float scale);
+// All windows in stacking order over the desktop colour, in the pixels of the screen. Returns a PNG
+// file's status.
 status_t SaveScreen(const char* pngPath);
-// Pixels of the screen or, on a real display, of our own windows: B_RGBA32, resized to `rect`.
+// The screen or, on a real display, our own windows, a pixel for each unit: B_RGBA32, resized to
+// `rect`.
 status_t ReadScreen(BRect rect, std::vector<uint32>* pixels, int32* width, int32* height);
 
 // Input as it is at this moment. The number of presses so far tells who looks from time to time of

@@ -19,12 +19,14 @@ static clipping_rect clip(const clipping_rect& rect, int32 width, int32 height)
     return BPrivate::intersect(rect, {0, 0, width - 1, height - 1});
 }
 
-bool FrontBuffer::Resize(int32 width, int32 height)
+bool FrontBuffer::Resize(int32 unitWidth, int32 unitHeight)
 {
-    if (width < 1 || height < 1 || width > kMaxSide || height > kMaxSide ||
-        int64(width) * height > kMaxPixels)
+    if (unitWidth < 1 || unitHeight < 1 || unitWidth > kMaxSide || unitHeight > kMaxSide)
         return false;
     BPrivate::MutexLock guard(fLock);
+    const int32 width = first_pixel(unitWidth, fScale), height = first_pixel(unitHeight, fScale);
+    if (int64(width) * height > kMaxPixels)
+        return false;
     if (width == fWidth && height == fHeight)
         return true;
     const size_t row = size_t(width) * sizeof(uint32);
@@ -37,6 +39,24 @@ bool FrontBuffer::Resize(int32 width, int32 height)
     fPixels = std::move(pixels);
     fWidth = width;
     fHeight = height;
+    fUnitWidth = unitWidth;
+    fUnitHeight = unitHeight;
+    fDirty.assign(1, {0, 0, width - 1, height - 1});
+    return true;
+}
+
+bool FrontBuffer::_Rescale(float scale)
+{
+    const int32 width = first_pixel(fUnitWidth, scale), height = first_pixel(fUnitHeight, scale);
+    if (int64(width) * height > kMaxPixels)
+        return false;
+    PixelBuffer pixels = make_pixels(size_t(width) * size_t(height) * sizeof(uint32));
+    if (pixels == nullptr)
+        return false;
+    fPixels = std::move(pixels);
+    fWidth = width;
+    fHeight = height;
+    fScale = scale;
     fDirty.assign(1, {0, 0, width - 1, height - 1});
     return true;
 }
@@ -47,6 +67,8 @@ bool FrontBuffer::Copy(const Surface& surface, const clipping_rect* rects, int32
         return false;
     BPrivate::MutexLock guard(fLock);
     bool wasClean = fDirty.empty();
+    if (surface.scale != fScale && !_Rescale(surface.scale))
+        return false;
     int32 width = std::min(fWidth, surface.width);
     int32 height = std::min(fHeight, surface.height);
     for (int32 i = 0; i < count; i++) {
@@ -73,25 +95,32 @@ void FrontBuffer::Touch()
     fDirty.assign(1, {0, 0, fWidth - 1, fHeight - 1});
 }
 
-std::vector<clipping_rect> FrontBuffer::TakeDirty()
+std::vector<clipping_rect> FrontBuffer::TakeDirty(float* scale)
 {
     BPrivate::MutexLock guard(fLock);
+    *scale = fScale;
     return std::exchange(fDirty, {});
 }
 
 void FrontBuffer::Draw(const clipping_rect& wanted, const Surface& target, int32 x, int32 y)
 {
     BPrivate::MutexLock guard(fLock);
-    const int32 dx = x - wanted.left;
-    const int32 dy = y - wanted.top;
-    const clipping_rect rect = BPrivate::intersect(
-        clip(wanted, fWidth, fHeight), {-dx, -dy, target.width - 1 - dx, target.height - 1 - dy});
+    const double step = double(fScale) / double(target.scale);
+    const auto place = [step](int32 at) { return int32((double(at) + 0.5) * step); };
+    clipping_rect rect =
+        clip(wanted, first_pixel(fUnitWidth, target.scale), first_pixel(fUnitHeight, target.scale));
+    int32 dx = x - wanted.left;
+    int32 dy = y - wanted.top;
+    rect.left = std::max(rect.left, -dx);
+    rect.top = std::max(rect.top, -dy);
+    rect.right = std::min(rect.right, target.width - 1 - dx);
+    rect.bottom = std::min(rect.bottom, target.height - 1 - dy);
     for (int32 row = rect.top; row <= rect.bottom; row++) {
-        const uint32* from = _Row(row);
+        const uint32* from = _Row(step == 1 ? row : std::min(place(row), fHeight - 1));
         uint8* bits = target.bits + ptrdiff_t(row + dy) * target.bytesPerRow;
         auto* to = reinterpret_cast<uint32*>(bits);
         for (int32 column = rect.left; column <= rect.right; column++) {
-            uint32 pixel = from[column];
+            uint32 pixel = from[step == 1 ? column : std::min(place(column), fWidth - 1)];
             to[column + dx] = pixel != 0 ? pixel : kUnpainted;
         }
     }

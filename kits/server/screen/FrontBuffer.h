@@ -1,8 +1,8 @@
 #ifndef SERVER_FRONT_BUFFER_H
 #define SERVER_FRONT_BUFFER_H
 
-// The finished pixels of one window: what the screen shows of it. Its own lock is held for one
-// copy at a time, and nothing else is locked under it.
+// The finished pixels of one window: what the screen shows of it, in the scale of what was copied
+// in last. Its own lock is held for one copy at a time, and nothing else is locked under it.
 
 #include <Region.h>
 
@@ -17,22 +17,25 @@ namespace server {
 
 class FrontBuffer {
 public:
-    // New size in pixels. What is kept of the picture stays; the rest counts as not painted yet.
+    // New size in units. What is kept of the picture stays; the rest counts as not painted yet.
     // False, and nothing changed, when memory runs out or no window can be that large.
     bool Resize(int32 width, int32 height);
 
-    // Takes pixels over from a back buffer. True if nothing was waiting for the screen before.
+    // Takes pixels over from a back buffer; those of another scale than before drop what was there.
+    // True if nothing was waiting for the screen before.
     bool Copy(const Surface& surface, const clipping_rect* rects, int32 count);
     // Everything waits for the screen.
     void Touch();
-    // The rectangles that wait for the screen; none waits afterwards.
-    std::vector<clipping_rect> TakeDirty();
+    // The rectangles of pixels that wait for the screen, and their scale; none waits afterwards.
+    std::vector<clipping_rect> TakeDirty(float* scale);
 
-    // Lays the part of the picture that `rect` (of the window) names over `target`, whose left
-    // top pixel is (0, 0), at (x, y). Pixels not painted yet show as the panel's grey.
+    // Lays the part of the picture that `rect` (pixels of the window in the target's scale) names
+    // over `target`, whose left top pixel is (0, 0), at (x, y). Pixels not painted yet show as the
+    // panel's grey; those of a picture in another scale are the nearest ones.
     void Draw(const clipping_rect& rect, const Surface& target, int32 x, int32 y);
 
 private:
+    bool _Rescale(float scale) REQUIRES(fLock);
     void _AddDirty(const clipping_rect& rect) REQUIRES(fLock);
     uint32* _Row(int32 y) REQUIRES(fLock)
     {
@@ -44,6 +47,9 @@ private:
     PixelBuffer fPixels GUARDED_BY(fLock);
     int32 fWidth GUARDED_BY(fLock) = 0;
     int32 fHeight GUARDED_BY(fLock) = 0;
+    int32 fUnitWidth GUARDED_BY(fLock) = 0;
+    int32 fUnitHeight GUARDED_BY(fLock) = 0;
+    float fScale GUARDED_BY(fLock) = 1;
     std::vector<clipping_rect> fDirty GUARDED_BY(fLock);
 };
 

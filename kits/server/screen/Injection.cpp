@@ -153,6 +153,8 @@ void inject_window_activate(float x, float y)
     on_window(x, y, [](ScreenWindow& window) { window.ActivateByUser(); });
 }
 
+void inject_display_scale(float scale) { SetScreenScale(scale); }
+
 int32_t inject_save_screen(const char* png_path) { return SaveScreen(png_path); }
 
 }  // extern "C"

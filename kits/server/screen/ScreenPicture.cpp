@@ -27,10 +27,10 @@ public:
     {
     }
 
-    void Fill(clipping_rect rect, uint32 color)
+    void Fill(const clipping_rect& area, uint32 color)
     {
-        rect = _Held(rect);
-        if (BPrivate::is_empty(rect))
+        const clipping_rect rect = _Visible(area);
+        if (rect.right < rect.left)
             return;
         for (int32 y = rect.top; y <= rect.bottom; y++) {
             uint8* bits = fTarget.bits + ptrdiff_t(y) * fTarget.bytesPerRow;
@@ -54,12 +54,16 @@ public:
     void Blend(const DragPicture& picture, BPoint leftTop);
 
 private:
-    // What the picture holds of a box of the screen, in its own places.
-    clipping_rect _Held(const clipping_rect& box) const
+    // The pixels of a part of the screen, as far as the picture has them.
+    clipping_rect _Visible(const clipping_rect& area) const
     {
-        return BPrivate::intersect(BPrivate::moved(box, -fLeft, -fTop),
-                                   {0, 0, fTarget.width - 1, fTarget.height - 1});
+        const clipping_rect rect =
+            pixels_of({area.left - fLeft, area.top - fTop, area.right - fLeft, area.bottom - fTop},
+                      fTarget.scale);
+        return {std::max(rect.left, 0), std::max(rect.top, 0),
+                std::min(rect.right, fTarget.width - 1), std::min(rect.bottom, fTarget.height - 1)};
     }
+    int32 _Pixel(int32 unit) const { return first_pixel(unit, fTarget.scale); }
 
     Surface fTarget;
     int32 fLeft, fTop;
@@ -81,8 +85,8 @@ void Screenshot::Title(const std::string& text, const clipping_rect& room, uint3
 {
     Target target;
     target.surface = &fTarget;
-    target.bounds = _Held(room);
-    if (BPrivate::is_empty(target.bounds))
+    target.bounds = _Visible(room);
+    if (target.bounds.right < target.bounds.left || target.bounds.bottom < target.bounds.top)
         return;
     target.clip = &target.bounds;
     target.count = 1;
@@ -96,8 +100,9 @@ void Screenshot::Title(const std::string& text, const clipping_rect& room, uint3
 void Screenshot::Content(ScreenWindow& window)
 {
     BRect frame = window.Frame();
-    window.Pixels().Draw({0, 0, int32(frame.Width()), int32(frame.Height())}, fTarget,
-                         int32(frame.left) - fLeft, int32(frame.top) - fTop);
+    window.Pixels().Draw(
+        pixels_of({0, 0, int32(frame.Width()), int32(frame.Height())}, fTarget.scale), fTarget,
+        _Pixel(int32(frame.left) - fLeft), _Pixel(int32(frame.top) - fTop));
 }
 
 uint32 blended(uint32 below, uint32 above)
@@ -114,15 +119,19 @@ uint32 blended(uint32 below, uint32 above)
 
 void Screenshot::Blend(const DragPicture& picture, BPoint leftTop)
 {
-    const int32 left = int32(leftTop.x) - fLeft, top = int32(leftTop.y) - fTop;
-    const int32 right = std::min(picture.width, fTarget.width - left);
-    const int32 bottom = std::min(picture.height, fTarget.height - top);
+    const int32 left = _Pixel(int32(leftTop.x) - fLeft), top = _Pixel(int32(leftTop.y) - fTop);
+    const int32 right = std::min(_Pixel(picture.width), fTarget.width - left);
+    const int32 bottom = std::min(_Pixel(picture.height), fTarget.height - top);
+    const auto place = [this](int32 at, int32 size) {
+        return std::min(int32((float(at) + 0.5f) / fTarget.scale), size - 1);
+    };
     for (int32 y = std::max(0, -top); y < bottom; y++) {
         auto* row =
             reinterpret_cast<uint32*>(fTarget.bits + ptrdiff_t(top + y) * fTarget.bytesPerRow);
-        const uint32* source = &picture.pixels[size_t(y) * size_t(picture.width)];
+        const uint32* source =
+            &picture.pixels[size_t(place(y, picture.height)) * size_t(picture.width)];
         for (int32 x = std::max(0, -left); x < right; x++)
-            row[left + x] = blended(row[left + x], source[x]);
+            row[left + x] = blended(row[left + x], source[place(x, picture.width)]);
     }
 }
 
@@ -200,6 +209,7 @@ void draw_screen(const Surface& target, BPoint leftTop)
 {
     Screenshot shot(target, leftTop);
     int32 left = int32(leftTop.x), top = int32(leftTop.y);
+    // Never fewer units than the picture has pixels.
     shot.Fill({left, top, left + target.width - 1, top + target.height - 1}, sDesktop);
     for (ScreenWindow* window : stage().Windows()) {
         if (stage().IsVisible(window))

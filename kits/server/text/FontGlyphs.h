@@ -69,7 +69,7 @@ public:
     hb_font_t* Shaper();          // scaled by 64
     float Pixels() const { return fPixels; }
     float SyntheticWeight() const { return fBold; }
-    const FontStyle& Style() const { return *fStyle; }
+    FontStyle& Style() const { return *fStyle; }
     FontFile& File() const { return *fFile; }
 
     std::shared_ptr<const Glyph> Raster(uint32 glyph, GlyphPhase phase);

@@ -11,6 +11,7 @@
 #include <server/text/TextLayout.h>
 #include <server/text/TextRuns.h>
 
+#include "server/painter/PainterUnits.h"
 #include "support/Boxes.h"
 
 namespace server {
@@ -32,9 +33,9 @@ bool touches(const clipping_rect& a, const clipping_rect& b)
     return !BPrivate::is_empty(a) && BPrivate::overlap(a, b);
 }
 
-bool wants_outlines(const Paint& paint, const FontSpec& font)
+bool wants_outlines(const Paint& paint, const FontSpec& font, RunScale scale)
 {
-    return font.size > kLargestKeptSize || paint.transform != nullptr;
+    return font.size * scale.times > kLargestKeptSize || paint.transform != nullptr;
 }
 
 // The lines of a face, and the bar behind a negative one, along the whole text.
@@ -97,9 +98,11 @@ clipping_rect draw_run_at(const Target& target, const Paint& paint, const TextRu
     return changed;
 }
 
-// Draws one piece from finished pixels and returns its width.
+// Draws one piece from finished pixels and returns its width. The pen is pixels, the width is not
+// scaled.
 float draw_piece(const Target& target, const Paint& paint, const FontSpec& font, const char* text,
-                 int32 length, const escapement_delta* delta, BPoint pen, clipping_rect& changed)
+                 int32 length, const escapement_delta* delta, RunScale scale, BPoint pen,
+                 clipping_rect& changed)
 {
     bool whole = font.rotation == 0.0f &&
                  (font.spacing == B_BITMAP_SPACING || font.spacing == B_FIXED_SPACING);
@@ -115,7 +118,7 @@ float draw_piece(const Target& target, const Paint& paint, const FontSpec& font,
         phase.x = static_cast<uint8>((pen.x - x) * 4.0f);
         phase.y = static_cast<uint8>((pen.y - y) * 4.0f);
     }
-    auto run = FindRun(font, text, length, delta, phase, RunUse::Draw);
+    auto run = FindRun(font, text, length, delta, phase, scale, RunUse::Draw);
     if (seen) {
         join(changed,
              draw_run_at(target, paint, *run, static_cast<int32>(x), static_cast<int32>(y)));
@@ -138,8 +141,8 @@ FT_Matrix matrix_of(const BAffineTransform* transform)
 
 // Draws one piece from the outlines, clipped, and returns its width.
 float draw_outlines(const Target& target, const Paint& paint, const FontSpec& font,
-                    const char* text, int32 length, const escapement_delta* delta, BPoint pen,
-                    clipping_rect& changed)
+                    const char* text, int32 length, const escapement_delta* delta, RunScale scale,
+                    BPoint pen, clipping_rect& changed)
 {
     Turn turn(font.rotation);
     FT_Matrix matrix = matrix_of(paint.transform);
@@ -149,18 +152,21 @@ float draw_outlines(const Target& target, const Paint& paint, const FontSpec& fo
     BPrivate::MutexLock lock(FontLock());
     Layout layout;  // gives its fonts back with the lock held
     LayOut(font, text, length, delta, &layout);
+    std::vector<std::shared_ptr<ScaledFont>> drawn;
+    for (const auto& each : layout.fonts)
+        drawn.push_back(DrawnFont(font, each, scale));
     for (const PlacedGlyph& placed : layout.glyphs) {
         BPoint offset = turn.At(placed.x, placed.y);
-        double x = static_cast<double>(pen.x) + offset.x;
-        double y = static_cast<double>(pen.y) + offset.y;
+        double x = static_cast<double>(pen.x) + offset.x * scale.times;
+        double y = static_cast<double>(pen.y) + offset.y * scale.times;
         if (const BAffineTransform* transform = paint.transform) {
             double movedX = x * transform->sx + y * transform->shx + transform->tx;
             y = x * transform->shy + y * transform->sy + transform->ty;
             x = movedX;
         }
         clipping_rect box;
-        if (!layout.fonts[placed.font]->RasterClipped(placed.glyph, matrix, x, y, target.bounds,
-                                                      &box, &bits)) {
+        if (!drawn[placed.font]->RasterClipped(placed.glyph, matrix, x, y, target.bounds, &box,
+                                               &bits)) {
             continue;
         }
         lock.Unlock();
@@ -173,11 +179,11 @@ float draw_outlines(const Target& target, const Paint& paint, const FontSpec& fo
 }
 
 // True if a piece that is `width` wide cannot reach the target, with room for what glyphs have
-// outside their own width.
-bool misses(const Target& target, const FontSpec& font, BPoint pen, float width)
+// outside their own width. All of it is pixels.
+bool misses(const Target& target, float size, float rotation, BPoint pen, float width)
 {
-    BPoint end = pen + Turn(font.rotation).At(width, 0);
-    double room = 4.0 * std::min(font.size, kLargestSize) + 16.0;
+    BPoint end = pen + Turn(rotation).At(width, 0);
+    double room = 4.0 * std::min(size, kLargestSize) + 16.0;
     return std::max(pen.x, end.x) + room < target.bounds.left ||
            std::min(pen.x, end.x) - room > target.bounds.right ||
            std::max(pen.y, end.y) + room < target.bounds.top ||
@@ -193,13 +199,19 @@ float measure_piece(const FontSpec& font, const char* text, int32 length,
     return layout.width;
 }
 
-clipping_rect draw_text(const Target& target, const Paint& paint, const FontSpec& font,
-                        const char* text, int32 length, const escapement_delta* delta, BPoint* pen)
+// `target` and `paint` are those of pixels.
+clipping_rect draw_scaled_text(const Target& target, const Paint& paint, const FontSpec& font,
+                               const char* text, int32 length, const escapement_delta* delta,
+                               RunScale scale, BPoint* pen)
 {
     clipping_rect changed = kNothing;
-    auto draw = wants_outlines(paint, font) ? draw_outlines : draw_piece;
+    auto in_pixels = [=](BPoint place) {
+        return BPoint(place.x * scale.times, place.y * scale.times);
+    };
+    auto draw = wants_outlines(paint, font, scale) ? draw_outlines : draw_piece;
     if (length <= kPieceBytes) {
-        float width = draw(target, paint, font, text, length, delta, *pen, changed);
+        float width =
+            draw(target, paint, font, text, length, delta, scale, in_pixels(*pen), changed);
         *pen += Turn(font.rotation).At(width, 0);
         return changed;
     }
@@ -210,14 +222,26 @@ clipping_rect draw_text(const Target& target, const Paint& paint, const FontSpec
     while (length > 0) {
         int32 piece = PieceLength(font, text, length);
         float width = measure_piece(font, text, piece, delta);
-        if (paint.transform != nullptr || !misses(target, font, *pen, width))
-            draw(target, paint, font, text, piece, delta, *pen, changed);
+        const BPoint place = in_pixels(*pen);
+        if (paint.transform != nullptr ||
+            !misses(target, font.size * scale.times, font.rotation, place, width * scale.times))
+            draw(target, paint, font, text, piece, delta, scale, place, changed);
         along += width;
         *pen = start + turn.At(along, 0);
         text += piece;
         length -= piece;
     }
     return changed;
+}
+
+clipping_rect draw_text(const Target& target, const Paint& paint, const FontSpec& font,
+                        const char* text, int32 length, const escapement_delta* delta, BPoint* pen)
+{
+    if (!is_scaled(target))
+        return draw_scaled_text(target, paint, font, text, length, delta, {}, pen);
+    const PixelTarget pixels(target);
+    return draw_scaled_text(pixels, PixelPaint(paint, pixels, PixelPaint::Places::Edges), font,
+                            text, length, delta, {pixels.Scale()}, pen);
 }
 
 }  // namespace

@@ -28,9 +28,9 @@ std::atomic<uint32> sGeneration;
 
 // Everything that decides a run but its text, as bits.
 struct RunKey {
-    uint64 words[5];
+    uint64 words[6];
 
-    RunKey(const FontSpec& font, const escapement_delta* delta, GlyphPhase phase)
+    RunKey(const FontSpec& font, const escapement_delta* delta, GlyphPhase phase, RunScale scale)
     {
         auto pair = [](float low, float high) {
             return static_cast<uint64>(std::bit_cast<uint32>(high)) << 32 |
@@ -46,6 +46,7 @@ struct RunKey {
                        << 8 |
                    static_cast<uint64>(phase.x) << 4 | phase.y;
         words[4] = delta != nullptr ? pair(delta->nonspace, delta->space) : 0;
+        words[5] = std::bit_cast<uint32>(scale.times);
     }
 };
 
@@ -59,7 +60,8 @@ uint64 hash_of(const RunKey& key, const char* text, size_t length)
 {
     constexpr uint64 kA = 0x9E3779B97F4A7C15, kB = 0xD1B54A32D192ED03, kC = 0x8CB92BA72F3D8DD7;
     uint64 hash = mix(key.words[0] ^ kA, key.words[1] ^ kB) ^
-                  mix(key.words[2] ^ kC, key.words[3] ^ kA) ^ (key.words[4] + length) * kB;
+                  mix(key.words[2] ^ kC, key.words[3] ^ kA) ^
+                  (key.words[4] + length + (key.words[5] << 32)) * kB;
     for (; length > 8; text += 8, length -= 8) {
         uint64 word;
         memcpy(&word, text, 8);
@@ -205,18 +207,31 @@ void blend(const Glyph& glyph, int32 x, int32 y, TextRun& run)
     }
 }
 
+// How far a glyph is moved to stand in the middle of its whole-pixel advance.
+float middle_shift(ScaledFont& font, uint32 glyph)
+{
+    const float advance = font.Advance(glyph);
+    return advance > 0.0f ? (std::max(1.0f, std::round(advance)) - advance) / 2.0f : 0.0f;
+}
+
 // Where a glyph falls on the pixel grid.
 RunGlyph set_glyph(const FontSpec& spec, const Layout& layout, const PlacedGlyph& placed,
-                   const Turn& turn, GlyphPhase pen)
+                   const Turn& turn, GlyphPhase pen, RunScale scale, ScaledFont& drawn)
 {
+    const bool whole = !turn.turned && spec.spacing != B_CHAR_SPACING;
+    const bool centred = whole && spec.spacing == B_BITMAP_SPACING;
     BPoint at = turn.At(placed.x, placed.y);
     GlyphPhase phase;
-    bool whole = !turn.turned && spec.spacing != B_CHAR_SPACING;
+    if (scale.times != 1.0f) {
+        if (centred)
+            at.x += middle_shift(*layout.fonts[placed.font], placed.glyph);
+        at = BPoint(at.x * scale.times, at.y * scale.times);
+    }
     int32 x, y;
     if (whole || (spec.flags & B_DISABLE_ANTIALIASING)) {
         x = static_cast<int32>(std::floor(at.x + pen.x / 4.0f + 0.5f));
         y = static_cast<int32>(std::floor(at.y + pen.y / 4.0f + 0.5f));
-        phase.centred = whole && spec.spacing == B_BITMAP_SPACING;
+        phase.centred = centred && scale.times == 1.0f;
     } else {
         int32 quartersX = static_cast<int32>(std::floor(at.x * 4.0f + 0.5f)) + pen.x;
         int32 quartersY = static_cast<int32>(std::floor(at.y * 4.0f + 0.5f)) + pen.y;
@@ -227,18 +242,22 @@ RunGlyph set_glyph(const FontSpec& spec, const Layout& layout, const PlacedGlyph
         phase.x = quartersX & 3;
         phase.y = quartersY & 3;
     }
-    auto glyph = layout.fonts[placed.font]->Raster(placed.glyph, phase);
+    auto glyph = drawn.Raster(placed.glyph, phase);
     x += glyph->left;
     y += glyph->top;
     return {std::move(glyph), x, y};
 }
 
-void draw_run(const FontSpec& spec, const Layout& layout, GlyphPhase pen, TextRun& run)
+void draw_run(const FontSpec& spec, const Layout& layout, GlyphPhase pen, RunScale scale,
+              TextRun& run) REQUIRES(FontLock())
 {
     Turn turn(spec.rotation);
     run.drawn = true;
+    std::vector<std::shared_ptr<ScaledFont>> drawn;
+    for (const auto& font : layout.fonts)
+        drawn.push_back(DrawnFont(spec, font, scale));
     for (const PlacedGlyph& placed : layout.glyphs) {
-        RunGlyph set = set_glyph(spec, layout, placed, turn, pen);
+        RunGlyph set = set_glyph(spec, layout, placed, turn, pen, scale, *drawn[placed.font]);
         if (set.glyph->bits == nullptr)
             continue;
         run.ink = BPrivate::unite(
@@ -257,7 +276,8 @@ void draw_run(const FontSpec& spec, const Layout& layout, GlyphPhase pen, TextRu
 }
 
 RunPointer make_run(const FontSpec& font, const RunKey& key, uint64 hash, const char* text,
-                    int32 length, const escapement_delta* delta, GlyphPhase phase, RunUse use)
+                    int32 length, const escapement_delta* delta, GlyphPhase phase, RunScale scale,
+                    RunUse use)
 {
     auto run = std::make_shared<KeptRun>(key, hash, text, length);
     BPrivate::MutexLock lock(FontLock());
@@ -265,17 +285,17 @@ RunPointer make_run(const FontSpec& font, const RunKey& key, uint64 hash, const 
     LayOut(font, text, length, delta, &layout);
     run->width = layout.width;
     if (use == RunUse::Draw)
-        draw_run(font, layout, phase, *run);
+        draw_run(font, layout, phase, scale, *run);
     return run;
 }
 
 // The slot of the calling thread that holds the run, or null while the thread ends; `made` keeps
 // the run for then.
 const RunPointer* find(const FontSpec& font, const char* text, int32 length,
-                       const escapement_delta* delta, GlyphPhase phase, RunUse use,
+                       const escapement_delta* delta, GlyphPhase phase, RunScale scale, RunUse use,
                        RunPointer& made)
 {
-    RunKey key(font, delta, phase);
+    RunKey key(font, delta, phase, scale);
     size_t bytes = static_cast<size_t>(length);
     uint64 hash = hash_of(key, text, bytes);
     bool draw = use == RunUse::Draw;
@@ -286,7 +306,7 @@ const RunPointer* find(const FontSpec& font, const char* text, int32 length,
     Shard& shard = shard_for(hash);
     RunPointer run = shard.Find(key, hash, text, bytes);
     if (run == nullptr || (draw && !run->drawn)) {
-        run = make_run(font, key, hash, text, length, delta, phase, use);
+        run = make_run(font, key, hash, text, length, delta, phase, scale, use);
         shard.Insert(run);
     }
     *slot = std::move(run);
@@ -304,16 +324,29 @@ size_t TextRun::Bytes() const
 }
 
 std::shared_ptr<const TextRun> FindRun(const FontSpec& font, const char* text, int32 length,
-                                       const escapement_delta* delta, GlyphPhase phase, RunUse use)
+                                       const escapement_delta* delta, GlyphPhase phase,
+                                       RunScale scale, RunUse use)
 {
     RunPointer made;
-    return *find(font, text, length, delta, phase, use, made);
+    return *find(font, text, length, delta, phase, scale, use, made);
+}
+
+std::shared_ptr<ScaledFont> DrawnFont(const FontSpec& spec, const std::shared_ptr<ScaledFont>& font,
+                                      RunScale scale)
+{
+    if (scale.times == 1.0f)
+        return font;
+    FontSpec larger = spec;
+    larger.size *= scale.times;
+    larger.falseBoldWidth *= scale.times;
+    auto drawn = ScaledFont::Get(larger, &font->Style());
+    return drawn != nullptr ? drawn : font;
 }
 
 float RunWidth(const FontSpec& font, const char* text, int32 length, const escapement_delta* delta)
 {
     RunPointer made;
-    return (*find(font, text, length, delta, {}, RunUse::Measure, made))->width;
+    return (*find(font, text, length, delta, {}, {}, RunUse::Measure, made))->width;
 }
 
 void ForgetRuns() { sGeneration++; }

@@ -28,9 +28,19 @@ struct TextRun {
 
 enum class RunUse { Measure, Draw };
 
-// The run of a text of at most kPieceBytes. `phase` is where the pen stands between pixels.
+// How large the pixels of a run are drawn: laid out as the font says, then `times` as large.
+struct RunScale {
+    float times = 1.0f;
+};
+
+// The run of a text of at most kPieceBytes. `phase` is where the pen stands between pixels. The
+// run's width is not scaled.
 std::shared_ptr<const TextRun> FindRun(const FontSpec& font, const char* text, int32 length,
-                                       const escapement_delta* delta, GlyphPhase phase, RunUse use);
+                                       const escapement_delta* delta, GlyphPhase phase,
+                                       RunScale scale, RunUse use);
+// The font of a layout as it is drawn.
+std::shared_ptr<ScaledFont> DrawnFont(const FontSpec& spec, const std::shared_ptr<ScaledFont>& font,
+                                      RunScale scale) REQUIRES(FontLock());
 // Its width alone.
 float RunWidth(const FontSpec& font, const char* text, int32 length, const escapement_delta* delta);
 // Makes every kept run stale: fonts came or went.

@@ -1,0 +1,123 @@
+// Two copies of a bitmap: one as it is known, one in the screen's pixels. Where the bitmap is not
+// as known its bits were written past the views, and the finer picture takes them over as squares.
+
+#include <interface/drawing/FinePicture.h>
+
+#include <algorithm>
+#include <cstring>
+#include <new>
+
+namespace BPrivate {
+
+static uint32* row_of(const server::Surface& surface, int32 y)
+{
+    return reinterpret_cast<uint32*>(surface.bits + ptrdiff_t(y) * surface.bytesPerRow);
+}
+
+std::unique_ptr<FinePicture> FinePicture::Make(const server::Surface& bitmap, float scale)
+{
+    if (scale == 1 || bitmap.bits == nullptr ||
+        (bitmap.space != B_RGBA32 && bitmap.space != B_RGB32))
+        return nullptr;
+    std::unique_ptr<FinePicture> picture(new (std::nothrow) FinePicture);
+    if (picture == nullptr)
+        return nullptr;
+    MutexLock lock(picture->fLock);
+    return picture->_Remake(bitmap, scale) ? std::move(picture) : nullptr;
+}
+
+bool FinePicture::Room::Make(server::Surface* surface, int32 width, int32 height)
+{
+    const int64 row = int64(width) * 4;
+    if (width < 1 || height < 1 || row > INT32_MAX / height)
+        return false;
+    server::PixelBuffer buffer = server::make_pixels(size_t(row) * size_t(height));
+    if (buffer == nullptr)
+        return false;
+    bits = std::move(buffer);
+    surface->bits = bits.get();
+    surface->bytesPerRow = int32(row);
+    surface->width = width;
+    surface->height = height;
+    return true;
+}
+
+bool FinePicture::_Remake(const server::Surface& bitmap, float scale)
+{
+    if (!fKnownRoom.Make(&fKnown, bitmap.width, bitmap.height) ||
+        !fFineRoom.Make(&fFine, server::first_pixel(bitmap.width, scale),
+                        server::first_pixel(bitmap.height, scale)))
+        return false;
+    fKnown.space = fFine.space = bitmap.space;
+    fFine.scale = fScale = scale;
+    for (int32 y = 0; y < bitmap.height; y++) {
+        memcpy(row_of(fKnown, y), row_of(bitmap, y), size_t(bitmap.width) * 4);
+        const clipping_rect line = server::pixels_of({0, y, 0, y}, scale);
+        uint32* const first = row_of(fFine, line.top);
+        for (int32 x = 0; x < bitmap.width; x++) {
+            std::fill(first + server::first_pixel(x, scale),
+                      first + server::first_pixel(x + 1, scale), row_of(bitmap, y)[x]);
+        }
+        for (int32 next = line.top + 1; next <= line.bottom; next++)
+            memcpy(row_of(fFine, next), first, size_t(fFine.width) * 4);
+    }
+    return true;
+}
+
+void FinePicture::_Flatten(int32 x, int32 y, uint32 pixel)
+{
+    const clipping_rect box = server::pixels_of({x, y, x, y}, fFine.scale);
+    for (int32 row = box.top; row <= box.bottom; row++)
+        std::fill(row_of(fFine, row) + box.left, row_of(fFine, row) + box.right + 1, pixel);
+}
+
+void FinePicture::_Agree(const server::Surface& bitmap, const clipping_rect& units)
+{
+    const size_t bytes = size_t(units.right - units.left + 1) * 4;
+    for (int32 y = units.top; y <= units.bottom; y++) {
+        const uint32* is = row_of(bitmap, y);
+        uint32* known = row_of(fKnown, y);
+        if (memcmp(is + units.left, known + units.left, bytes) == 0)
+            continue;
+        for (int32 x = units.left; x <= units.right; x++) {
+            if (is[x] == known[x])
+                continue;
+            known[x] = is[x];
+            _Flatten(x, y, is[x]);
+        }
+    }
+}
+
+server::Target FinePicture::_FineTarget(const server::Target& target)
+{
+    fClip.assign(target.clip, target.clip + target.count);
+    for (clipping_rect& rect : fClip)
+        rect = server::pixels_of(rect, fFine.scale);
+    return {&fFine, fClip.data(), target.count, server::pixels_of(target.bounds, fFine.scale)};
+}
+
+FinePicture::Part FinePicture::Copy(const server::Surface& bitmap, const clipping_rect& units,
+                                    float scale)
+{
+    MutexLock lock(fLock);
+    Part part;
+    const clipping_rect held = {std::max(units.left, 0), std::max(units.top, 0),
+                                std::min(units.right, bitmap.width - 1),
+                                std::min(units.bottom, bitmap.height - 1)};
+    if (held.left > held.right || held.top > held.bottom || fKnown.bits == nullptr ||
+        (fFine.scale != scale && !_Remake(bitmap, scale)))
+        return part;
+    _Agree(bitmap, held);
+    const clipping_rect box = server::pixels_of(held, scale);
+    const int32 width = box.right - box.left + 1, height = box.bottom - box.top + 1;
+    part.pixels.resize(size_t(width) * size_t(height));
+    for (int32 y = 0; y < height; y++) {
+        memcpy(part.pixels.data() + size_t(y) * size_t(width),
+               row_of(fFine, box.top + y) + box.left, size_t(width) * 4);
+    }
+    part.surface = {reinterpret_cast<uint8*>(part.pixels.data()), width * 4, width, height,
+                    fFine.space};
+    return part;
+}
+
+}  // namespace BPrivate

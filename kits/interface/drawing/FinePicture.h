@@ -1,0 +1,69 @@
+#ifndef INTERFACE_FINE_PICTURE_H
+#define INTERFACE_FINE_PICTURE_H
+
+// The pixels of a bitmap that takes views, drawn along in the scale of the screen. The bitmap's own
+// bits stay what counts: where anybody else has written them, its picture shows these bits.
+
+#include <server/painter/Painter.h>
+#include <server/painter/PixelMemory.h>
+
+#include <atomic>
+#include <memory>
+#include <vector>
+
+#include "support/Mutex.h"
+
+namespace BPrivate {
+
+class [[gnu::visibility("hidden")]] FinePicture
+{
+public:
+    // A picture of a bitmap as it is. Null where none is needed: at scale 1, or for a bitmap of
+    // other than 32 bits a pixel; or where memory runs out.
+    static std::unique_ptr<FinePicture> Make(const server::Surface& bitmap, float scale);
+
+    float Scale() const { return fScale; }
+    // After `paint(target)` has drawn on the bitmap itself: the same on what is known of it, and on
+    // its picture.
+    template <class Paint>
+    void DrawAlong(const server::Target& target, const Paint& paint)
+    {
+        MutexLock lock(fLock);
+        server::Target known = target;
+        known.surface = &fKnown;
+        paint(known);
+        paint(_FineTarget(target));
+    }
+
+    // A copy of the pixels of a part in this scale, or nothing if memory runs out.
+    struct Part {
+        std::vector<uint32> pixels;
+        server::Surface surface;
+    };
+    Part Copy(const server::Surface& bitmap, const clipping_rect& units, float scale);
+
+private:
+    struct Room {
+        server::PixelBuffer bits;
+        bool Make(server::Surface* surface, int32 width, int32 height);
+    };
+
+    FinePicture() = default;
+    bool _Remake(const server::Surface& bitmap, float scale) REQUIRES(fLock);
+    void _Agree(const server::Surface& bitmap, const clipping_rect& units) REQUIRES(fLock);
+    void _Flatten(int32 x, int32 y, uint32 pixel) REQUIRES(fLock);
+    server::Target _FineTarget(const server::Target& target) REQUIRES(fLock);
+
+    Mutex fLock;  // nothing else is locked under it
+    // The bitmap as all drawing would have left it.
+    server::Surface fKnown GUARDED_BY(fLock);
+    server::Surface fFine GUARDED_BY(fLock);
+    Room fKnownRoom GUARDED_BY(fLock);
+    Room fFineRoom GUARDED_BY(fLock);
+    std::vector<clipping_rect> fClip GUARDED_BY(fLock);
+    std::atomic<float> fScale{1};  // of `fFine`
+};
+
+}  // namespace BPrivate
+
+#endif  // INTERFACE_FINE_PICTURE_H
