@@ -66,10 +66,11 @@ extern "C" void KillGadget(int32_t, int32_t ident)
                 [](const GadgetAccess& gadget) { dispose_gadget(&gadget.Record()); });
 }
 
-// Texts have fonts of their own.
+// Texts have fonts of their own. The platform shows a new font with the next redraw only.
 static void set_font(BView& view, const BFont& font, uint32 mask)
 {
     view.SetFont(&font, mask);
+    view.Invalidate();
     if (auto* field = dynamic_cast<BTextControl*>(&view))
         set_font(*field->TextView(), font, mask);
     else if (auto* text = dynamic_cast<BTextView*>(&view))

@@ -3,7 +3,9 @@
 #include "gadgets/gadget_window.h"
 
 #include <Bitmap.h>
+#include <Application.h>
 #include <Screen.h>
+#include <Window.h>
 
 #include <algorithm>
 #include <memory>
@@ -43,11 +45,27 @@ protected:
     {
         return Make(kind, 20, 20, 180, 60, text, value);
     }
+    // Until all that there is to be drawn is on the screen.
+    static bool IsDrawn()
+    {
+        for (int32 i = 0; i < be_app->CountWindows(); i++) {
+            BWindow* const window = be_app->WindowAt(i);
+            if (window == nullptr || !window->Lock())
+                continue;
+            const bool waits = window->NeedsUpdate();
+            window->Sync();
+            window->Unlock();
+            if (waits)
+                return false;
+        }
+        return true;
+    }
     // What an action makes of the picture, once it is another one.
     template <class Act>
     static bool Changes(Act act)
     {
         Settle();
+        EXPECT_TRUE(eventually(IsDrawn));
         const Pixels before = pixels_shown();
         act();
         return eventually([&] { return pixels_shown() != before; });
@@ -76,8 +94,8 @@ TEST_F(StylePixels, BarsAndFillsOfSlidersHaveTheirColours)
 TEST_F(StylePixels, SlidersShowThumbsMarksAndLimits)
 {
     const int32_t slider = Show(15);
-    EXPECT_TRUE(Changes([=] { SetStyle(slider, 1); }));
     EXPECT_TRUE(Changes([=] { SetStyle(slider, 0); }));
+    EXPECT_TRUE(Changes([=] { SetStyle(slider, 1); }));
     EXPECT_TRUE(Changes([=] {
         SetHashCount(slider, 11);
         SetHashType(slider, 1);
@@ -124,7 +142,7 @@ TEST_F(StylePixels, FontsShow)
 TEST_F(StylePixels, BoxesShowTheirBordersAndLabels)
 {
     const int32_t box = Show(24, "Box");
-    for (const int32_t border : {1, 2, 0})
+    for (const int32_t border : {2, 0, 1})
         EXPECT_TRUE(Changes([=] { SetBorder(box, border); })) << border;
     EXPECT_TRUE(Changes([=] { SetLabelBBox(box, "Another label"); }));
 }
