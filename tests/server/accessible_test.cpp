@@ -18,7 +18,10 @@
 #include <atomic>
 #include <chrono>
 #include <functional>
+#include <memory>
+#include <string>
 #include <thread>
+#include <vector>
 
 #include "interface/accessible/TextUnits.h"
 #include "server/screen/AccessibleIndex.h"
@@ -78,6 +81,12 @@ protected:
         if (fWindow != nullptr && fWindow->Lock())
             fWindow->Quit();
     }
+    // Lists do not own their rows: these live until the window is gone.
+    BStringItem* Row(const std::string& text)
+    {
+        fRows.push_back(std::make_unique<BStringItem>(text.c_str()));
+        return fRows.back().get();
+    }
     void Listen(bool listens)
     {
         StageLock lock;
@@ -133,6 +142,7 @@ protected:
             window->Ask({item, what, value, from, to, text});
     }
 
+    std::vector<std::unique_ptr<BStringItem>> fRows;
     ToldWindow* fWindow = nullptr;
     Tree fTree;
 };
@@ -249,7 +259,7 @@ TEST_F(Accessible, RowsAboutThoseInSightAreToldAndAllAreCounted)
     Listen(true);
     auto* list = new BListView(BRect(10, 10, 200, 100), "l");
     for (int i = 0; i < 5000; i++)
-        list->AddItem(new BStringItem(("row " + std::to_string(i)).c_str()));
+        list->AddItem(Row("row " + std::to_string(i)));
     list->SetToolTip("Rows");
     fWindow->AddChild(list);
     Show();
@@ -275,9 +285,9 @@ TEST_F(Accessible, OutlinesTellTheirLevels)
 {
     Listen(true);
     auto* list = new BOutlineListView(BRect(10, 10, 200, 100), "l");
-    auto* top = new BStringItem("top");
+    BStringItem* const top = Row("top");
     list->AddItem(top);
-    list->AddUnder(new BStringItem("below"), top);
+    list->AddUnder(Row("below"), top);
     fWindow->AddChild(list);
     Show();
     EXPECT_EQ(Named("below").description, "level 2");
