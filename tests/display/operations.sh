@@ -169,6 +169,14 @@ places() {
     expect_frame "$first" '437 334 150 100'
 }
 
+# What the program says and what the window manager has, with nothing on its way between them.
+settled() {
+    xprop -id "$first" WM_STATE | grep -q Normal || return 1
+    tell title 1 'behind it'
+    expect_has "$first" _NET_WM_NAME 'behind it'
+    xprop -id "$first" WM_STATE | grep -q Normal
+}
+
 states() {
     tell iconify 1 1
     expect 'minimized 1'
@@ -176,6 +184,9 @@ states() {
     tell iconify 1 0
     expect 'minimized 0'
     expect_has "$first" WM_STATE Normal
+    tell wink 1
+    expect winked
+    settled || fail "an icon, though it was restored last"
     tell hide 1
     eventually state_is "$first" IsUnMapped || fail "still there"
     expect_lacks "$first" WM_STATE Normal

@@ -86,6 +86,9 @@ icons() {
     ask iconify 1 0 'minimized 0'
     ask place 1 'at 100 120, 299 by 199'
     [ "$(grep -c minimized "$log")" -eq 2 ] || fail "it says so more than once"
+    ask wink 1 winked
+    ask place 1 'at 100 120, 299 by 199'
+    [ "$(grep -c minimized "$log")" -eq 22 ] || fail "the answers to old wishes are told"
 }
 
 ending() {

@@ -262,9 +262,11 @@ void WindowData::_DeliverWindowEvent(const server::Event& event)
             break;
         }
         case server::EventKind::Minimized: {
-            screenMinimized = event.active;
-            if (minimized == event.active)
-                break;  // the program's own doing
+            {
+                MutexLock state(stateLock);
+                if (icons.IsEcho(event.active))
+                    break;
+            }
             auto message = message_at(B_MINIMIZE, real_time_clock_usecs());
             message->AddBool("minimize", event.active);
             Post(std::move(message));

@@ -188,6 +188,8 @@ struct [[gnu::visibility("hidden")]] WindowData : public server::EventSink
     void DispatchKey(const server::Event& event, BView* view);
     void Press(BPoint where);
 
+    // Has the screen show the window or its icon, unless it was asked for that last.
+    void ShowAsIcon(bool icon);
     bool Holds(const BView* view) const;
     // The view that gets the pointer until the last button is up; null if none.
     BView* MouseHolder() const;
@@ -206,6 +208,7 @@ struct [[gnu::visibility("hidden")]] WindowData : public server::EventSink
     BRect frame GUARDED_BY(stateLock);  // the program's view; ScreenWindow.h has the screen's
     server::EchoFilter<BPoint> moves GUARDED_BY(stateLock);
     server::EchoFilter<std::pair<float, float>> sizes GUARDED_BY(stateLock);
+    server::EchoFilter<bool> icons GUARDED_BY(stateLock);
     BString title GUARDED_BY(stateLock);
 
     std::atomic<window_look> look{B_TITLED_WINDOW_LOOK};
@@ -216,9 +219,8 @@ struct [[gnu::visibility("hidden")]] WindowData : public server::EventSink
     float maxZoomWidth = 32768, maxZoomHeight = 32768;
     BRect frameBeforeZoom;
     BRect zoomedFrame;
-    std::atomic<int32> hideLevel{1};           // 0: visible
-    std::atomic<bool> minimized{false};        // as the program knows it
-    std::atomic<bool> screenMinimized{false};  // as the screen has it
+    std::atomic<int32> hideLevel{1};     // 0: visible
+    std::atomic<bool> minimized{false};  // as the program knows it
     std::atomic<bool> active{false};
     bool screenActive = false;  // under the lock of count_active()
 

@@ -17,6 +17,7 @@
 #include <interface/window/WindowPrivate.h>
 
 using BPrivate::ViewPrivate;
+using BPrivate::WindowData;
 
 struct TypeRow {
     int32 type;
@@ -104,6 +105,19 @@ void BWindow::Hide()
 
 bool BWindow::IsHidden() const { return fData->hideLevel > 0; }
 
+void WindowData::ShowAsIcon(bool icon)
+{
+    if (display == nullptr)
+        return;
+    {
+        MutexLock state(stateLock);
+        if (icons.Newest() == icon)
+            return;
+        icons.Asked(icon);
+    }
+    display->Minimize(icon);
+}
+
 bool BWindow::IsMinimized() const { return fData->minimized; }
 
 void BWindow::Minimize(bool minimize)
@@ -112,17 +126,14 @@ void BWindow::Minimize(bool minimize)
     if (!lock.IsLocked() || IsModal() || IsFloating() || IsHidden())
         return;
     fData->minimized = minimize;
-    if (fData->display != nullptr && fData->screenMinimized != minimize)
-        fData->display->Minimize(minimize);
+    fData->ShowAsIcon(minimize);
 }
 
 // Dispatch of B_MINIMIZE. A hook that refuses takes the screen's own change back.
 void BWindow::_MinimizeAsked(bool minimize)
 {
     Minimize(minimize);
-    if (fData->display != nullptr && fData->minimized != fData->screenMinimized &&
-        fData->screenMinimized == minimize)
-        fData->display->Minimize(!minimize);
+    fData->ShowAsIcon(fData->minimized);
 }
 
 void BWindow::Activate(bool active)

@@ -20,6 +20,8 @@ public:
         fNewest = value;
         fAsked.push_back({value, system_time()});
     }
+    // What was asked for last, or came from the screen after it.
+    Value Newest() const { return fNewest; }
     // True if the program knows of `value` already, or has asked for another one since.
     bool IsEcho(Value value)
     {

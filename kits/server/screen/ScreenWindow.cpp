@@ -153,8 +153,7 @@ void ScreenWindow::MinimizeByUser(bool minimize)
 void ScreenWindow::Minimize(bool minimize)
 {
     StageLock lock;
-    if (minimize != fMinimized)
-        Iconify(minimize);
+    Iconify(minimize);  // whatever is still on its way to the screen
 }
 
 void ScreenWindow::MoveTo(BPoint leftTop)
