@@ -2,6 +2,8 @@
 
 #include "memory/support/failing_memory.h"
 
+#include <algorithm>
+#include <cstring>
 #include <functional>
 #include <string>
 #include <vector>
@@ -9,6 +11,8 @@
 namespace {
 
 const char* const kLong = "A text that is too long to be kept in any small buffer of a string";
+const char* const kLines =
+    "A first line of some length\n\tand a second one\n\nThe third one is below an empty one\n";
 const char* const kChoices[] = {"first", kLong, "third", nullptr};
 
 bool has_labels(int32_t kind) { return kind == 18 || kind == 19; }
@@ -135,6 +139,26 @@ TEST_F(GadgetCalls, OfAllKindsGoOn)
         [&](int32_t g) { SetInteger(g, 1234567); },
         [&](int32_t g) { SetMaxSizeString(g, 40); },
         [&](int32_t g) { SetFilterString(g, 5); },
+        [&](int32_t g) { TEditSetText(g, kLines); },
+        [&](int32_t g) { TEditInsertText(g, kLong); },
+        [&](int32_t g) { TEditWordWrap(g, 1); },
+        [&](int32_t g) { TEditGotoLine(g, 2); },
+        [&](int32_t g) { TEditSetTabWidth(g, 40); },
+        [&](int32_t g) { TEditGetLine(g, 1); },
+        [&](int32_t g) { TEditGetAll(g); },
+        [&](int32_t g) { TEditLineAt(g, 50); },
+        [&](int32_t g) { TEditSelect(g, 3, 60); },
+        [&](int32_t g) { TEditReplaceSelection(g, kLong); },
+        [&](int32_t g) { TEditFind(g, "third", 0, 0); },
+        [&](int32_t g) { TEditUndo(g); },
+        [&](int32_t g) { TEditRedo(g); },
+        [&](int32_t g) { TEditSetColor(g, 2, 9, 0xFF00); },
+        [&](int32_t g) { TEditSetFont(g, 4, 30, 0); },
+        [&](int32_t g) { TEditSetMaxSize(g, 20); },
+        [&](int32_t g) { SelectAll(g); },
+        [&](int32_t g) { CopyString(g); },
+        [&](int32_t g) { PasteString(g); },
+        [&](int32_t g) { CutString(g); },
         [&](int32_t g) { SetDefaultButton(fWindow, g); },
         [&](int32_t g) { AttachPopUpToGadget(g, 0); },
         [&](int32_t g) { ResizeGadget(g, 150, 80); },
@@ -154,6 +178,68 @@ TEST_F(GadgetCalls, OfAllKindsGoOn)
             with_each_failing([&] { call(gadget); });
         EXPECT_TRUE(is_gadget_ident(gadget));
         KillGadget(fWindow, gadget);
+    }
+}
+
+// Text, lines and places of an editor.
+void expect_whole(int32_t editor)
+{
+    const int32_t size = TEditGetSize(editor), lines = TEditCountLines(editor);
+    char* const text = TEditGetAll(editor);
+    ASSERT_NE(text, nullptr);
+    EXPECT_EQ(int32_t(strlen(text)), size);
+    MyFree(text);
+    EXPECT_EQ(TEditLineAt(editor, size), lines - 1);
+    EXPECT_LE(TEditLineStart(editor, lines - 1), size);
+    EXPECT_LE(TEditCaret(editor), size);
+}
+
+int32_t line_feeds(int32_t editor)
+{
+    char* const text = TEditGetAll(editor);
+    const int32_t count = int32_t(std::count(text, text + strlen(text), '\n'));
+    MyFree(text);
+    return count;
+}
+
+// What an edit without memory leaves of an editor, the next ones can go on with.
+TEST_F(GadgetCalls, EditorsStayWhole)
+{
+    const std::vector<std::function<void(int32_t)>> edits = {
+        [](int32_t g) { TEditSetText(g, kLines); },
+        [](int32_t g) { TEditSelect(g, 5, 60); },
+        [](int32_t g) { TEditReplaceSelection(g, kLines); },
+        [](int32_t g) { TEditInsertText(g, "typed"); },
+        [](int32_t g) { TEditSetColor(g, 2, 9, 0xFF00); },
+        [](int32_t g) { TEditSetFont(g, 4, 30, 0); },
+        [](int32_t g) { TEditUndo(g); },
+        [](int32_t g) { TEditRedo(g); },
+    };
+    std::string many;
+    for (int i = 0; i < 300; i++)
+        many += "a line\n";
+    for (size_t i = 0; i < edits.size(); i++) {
+        SCOPED_TRACE(i);
+        int before = 0;
+        do {
+            const int32_t editor = Make(26);
+            TEditWordWrap(editor, 0);
+            for (size_t done = 0; done < i; done++)
+                edits[done](editor);
+            TEditGotoLine(editor, 1);
+            fail_after(before++);
+            edits[i](editor);
+            stop_failing();
+            expect_whole(editor);
+            // The next edit breaks all lines where they should be.
+            TEditInsertText(editor, many.c_str());
+            expect_whole(editor);
+            EXPECT_EQ(TEditCountLines(editor), line_feeds(editor) + 1);
+            TEditUndo(editor);
+            expect_whole(editor);
+            EXPECT_EQ(TEditCountLines(editor), line_feeds(editor) + 1);
+            KillGadget(fWindow, editor);
+        } while (has_failed());
     }
 }
 

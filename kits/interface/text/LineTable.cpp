@@ -4,12 +4,17 @@
 
 #include <algorithm>
 #include <iterator>
+#include <utility>
 
 namespace BPrivate {
 
 static const size_t kFull = 64;  // lines of a block as it is made; it is split at twice as many
 
-LineTable::LineTable() : fBlocks(1) { fBlocks[0].lines.resize(1); }
+LineTable::LineTable() : fBlocks(1)
+{
+    fBlocks[0].lines.resize(1);
+    _ReserveSums(1);
+}
 
 void LineTable::Block::Sum()
 {
@@ -23,9 +28,21 @@ void LineTable::Block::Sum()
     }
 }
 
+// Makes room for the sums of so many blocks, so that they need no memory later.
+void LineTable::_ReserveSums(size_t blocks) const
+{
+    if (fSums.widths.capacity() > blocks)
+        return;
+    const size_t room = 2 * blocks + 1;
+    fSums.lines.reserve(room);
+    fSums.bytes.reserve(room);
+    fSums.heights.reserve(room);
+    fSums.widths.reserve(room);
+}
+
 const LineTable::Sums& LineTable::_Sums() const
 {
-    if (fSummed == fBlocks.size() && fSums.lines.size() == fSummed + 1)
+    if (fSummed == fBlocks.size() && fSums.widths.size() == fSummed + 1)
         return fSums;
     const size_t count = fBlocks.size() + 1;
     fSums.lines.resize(count);
@@ -107,28 +124,56 @@ void LineTable::Replace(int32 first, int32 count, const std::vector<TextLine>& l
     _Remove(first + int32(lines.size()), count);
 }
 
+void LineTable::Join(int32 first, int32 last, int32 bytes)
+{
+    const Place from = At(first), to = At(last);
+    const size_t index = _BlockOf(from.index);
+    Block& block = fBlocks[index];
+    block.lines[size_t(from.index - fSums.lines[index])].length =
+        to.offset + to.line.length - from.offset + bytes;
+    block.Sum();
+    fSummed = std::min(fSummed, index);
+    _Remove(from.index + 1, to.index - from.index);
+}
+
 void LineTable::_Insert(int32 first, const std::vector<TextLine>& lines)
 {
     if (lines.empty())
         return;
     const size_t index = _BlockOf(first);
-    const int32 place = first - fSums.lines[index];
-    fSummed = std::min(fSummed, index);
     std::vector<TextLine>& held = fBlocks[index].lines;
-    held.insert(held.begin() + place, lines.begin(), lines.end());
-    if (held.size() <= 2 * kFull) {
+    const auto place = held.begin() + (first - fSums.lines[index]);
+    if (held.size() + lines.size() <= 2 * kFull) {
+        held.insert(place, lines.begin(), lines.end());
         fBlocks[index].Sum();
-        return;
+    } else {
+        std::vector<TextLine> all;
+        all.reserve(held.size() + lines.size());
+        all.insert(all.end(), held.begin(), place);
+        all.insert(all.end(), lines.begin(), lines.end());
+        all.insert(all.end(), place, held.end());
+        _Split(index, all);
     }
+    fSummed = std::min(fSummed, index);
+}
+
+// Puts blocks with these lines in the place of one. They are whole before any of them is there.
+void LineTable::_Split(size_t index, const std::vector<TextLine>& lines)
+{
     std::vector<Block> parts;
-    for (size_t at = 0; at < held.size(); at += kFull) {
-        const size_t end = std::min(at + kFull, held.size());
+    for (size_t at = 0; at < lines.size(); at += kFull) {
+        const size_t end = std::min(at + kFull, lines.size());
         Block& part = parts.emplace_back();
-        part.lines.assign(held.begin() + ptrdiff_t(at), held.begin() + ptrdiff_t(end));
+        part.lines.assign(lines.begin() + ptrdiff_t(at), lines.begin() + ptrdiff_t(end));
         part.Sum();
     }
-    const auto spot = fBlocks.erase(fBlocks.begin() + ptrdiff_t(index));
-    fBlocks.insert(spot, std::make_move_iterator(parts.begin()),
+    const size_t count = fBlocks.size() - 1 + parts.size();
+    if (fBlocks.capacity() < count)
+        fBlocks.reserve(std::max(count, 2 * fBlocks.capacity()));
+    _ReserveSums(count);
+    fBlocks[index] = std::move(parts.front());
+    fBlocks.insert(fBlocks.begin() + ptrdiff_t(index) + 1,
+                   std::make_move_iterator(parts.begin() + 1),
                    std::make_move_iterator(parts.end()));
 }
 

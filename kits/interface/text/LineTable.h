@@ -3,7 +3,8 @@
 
 // The lines of a text as it is broken: how many bytes and how high each is, and which one is at a
 // byte or at a height. Lines are kept in blocks with their sums, so that a change in a long text
-// touches one block, and a search looks at few. A text has one line at least. One thread.
+// touches one block, and a search looks at few. A text has one line at least. Where memory fails,
+// all is as it was. One thread.
 
 #include <SupportDefs.h>
 
@@ -63,6 +64,8 @@ public:
 
     // Puts lines in the place of `count` lines from `first` on. Not all may go without others.
     void Replace(int32 first, int32 count, const std::vector<TextLine>& lines);
+    // Makes one of the lines from `first` to `last`, with as many bytes more. Needs no memory.
+    void Join(int32 first, int32 last, int32 bytes);
 
 private:
     struct Block {
@@ -87,6 +90,8 @@ private:
     Place _Find(const std::vector<Number>& sums, Number limit, Before before) const;
     void _Remove(int32 first, int32 count);
     void _Insert(int32 first, const std::vector<TextLine>& lines);
+    void _Split(size_t index, const std::vector<TextLine>& lines);
+    void _ReserveSums(size_t blocks) const;
 
     std::vector<Block> fBlocks;
     mutable Sums fSums;

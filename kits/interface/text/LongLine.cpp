@@ -11,13 +11,13 @@ static const int32 kReach = 256;
 
 void LongLine::Begin(int32 start, int32 end)
 {
-    fStart = start;
-    fLength = end - start;
-    fWidth = 0;
     Part all;
-    all.length = fLength;
+    all.length = end - start;
     all.known = false;
     fParts.assign(1, all);
+    fStart = start;
+    fLength = all.length;
+    fWidth = 0;
 }
 
 void LongLine::Replace(int32 from, int32 to, int32 length)

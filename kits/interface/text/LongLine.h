@@ -47,6 +47,7 @@ public:
                 std::vector<Part> parts;
                 measure(at, at + part.length, x, &parts);
                 count = parts.size();
+                fParts.reserve(fParts.size() - 1 + count);
                 const auto spot = fParts.erase(fParts.begin() + ptrdiff_t(i));
                 fParts.insert(spot, parts.begin(), parts.end());
             }

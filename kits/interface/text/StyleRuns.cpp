@@ -48,9 +48,14 @@ int32 StyleTable::Find(const BFont& font, rgb_color color)
     style->height =
         std::max(std::ceil(height.ascent + height.descent + height.leading), style->ascent);
     style->widths = widths;
-    fStyles.push_back(std::move(style));
-    const auto number = int32(fStyles.size()) - 1;
-    fByHash.emplace(hash, number);
+    const auto number = int32(fStyles.size());
+    const auto entry = fByHash.emplace(hash, number);
+    try {
+        fStyles.push_back(std::move(style));
+    } catch (...) {
+        fByHash.erase(entry);
+        throw;
+    }
     return number;
 }
 
@@ -83,6 +88,16 @@ StyleRuns::Place StyleRuns::At(int32 offset) const
             high = middle - 1;
     }
     return AtIndex(low);
+}
+
+// Room for so many runs more, wherever the gap goes.
+void StyleRuns::_Reserve(size_t more)
+{
+    const size_t count = fBefore.size() + fAfter.size() + more;
+    for (std::vector<Start>* starts : {&fBefore, &fAfter}) {
+        if (starts->capacity() < count)
+            starts->reserve(std::max(count, 2 * starts->capacity()));
+    }
 }
 
 // Runs that start before `offset` stand before the gap, the others behind it.
@@ -141,6 +156,7 @@ void StyleRuns::Set(int32 from, int32 to, int32 style)
 {
     if (from >= to)
         return;
+    _Reserve(2);  // it, and what is left of the one behind it
     const Place end = At(to);
     const bool splits = to < fLength && end.from < to;
     _MoveGap(from);
@@ -169,6 +185,7 @@ std::vector<StyleRun> StyleRuns::Copy(int32 from, int32 to) const
 
 void StyleRuns::Put(int32 from, const std::vector<StyleRun>& runs)
 {
+    _Reserve(2 * runs.size());
     for (const StyleRun& run : runs) {
         Set(from, from + run.length, run.style);
         from += run.length;

@@ -3,7 +3,7 @@
 
 // Which style each byte of a text has, as numbers; and the styles behind the numbers. Runs lie
 // around a gap where the text was changed last, so that typing moves no run that it does not
-// touch. One thread.
+// touch. Where memory fails, all is as it was. One thread.
 
 #include <Font.h>
 #include <SupportDefs.h>
@@ -54,7 +54,7 @@ public:
         int32 style;
     };
 
-    explicit StyleRuns(int32 style) : fBefore{{0, style}} {}
+    explicit StyleRuns(int32 style) : fBefore{{0, style}} { _Reserve(0); }
 
     int32 Length() const { return fLength; }
     int32 CountRuns() const { return int32(fBefore.size() + fAfter.size()); }
@@ -62,7 +62,8 @@ public:
     Place At(int32 offset) const;
     Place AtIndex(int32 index) const;
 
-    // What is inserted has the style of the byte before it, or of the text's start.
+    // What is inserted has the style of the byte before it, or of the text's start. Neither needs
+    // memory.
     void Insert(int32 offset, int32 length);
     void Remove(int32 from, int32 to);
     void Set(int32 from, int32 to, int32 style);
@@ -78,9 +79,11 @@ private:
     };
 
     int32 _From(int32 index) const;
+    void _Reserve(size_t more);
     void _MoveGap(int32 offset);
     void _Join();
 
+    // Each has room for all of them.
     std::vector<Start> fBefore;  // the first one is at 0 and stays there
     std::vector<Start> fAfter;   // the last one follows the gap
     int32 fLength = 0;

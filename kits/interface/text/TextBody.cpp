@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <new>
 #include <string_view>
 
 #include <server/text/Characters.h>
@@ -450,6 +451,7 @@ LineChange TextBody::Break()
     if (Length() == 0 || fBuffer.At(Length() - 1) == '\n')
         lines.push_back(_BreakAt(Length()));
     fLines.Replace(0, before, lines);
+    fRough = false;
     return {0, int32(lines.size()), before, false};
 }
 
@@ -489,18 +491,26 @@ LineChange TextBody::_Rebreak(int32 from, int32 to, int32 removed)
     return {first.index, count, end - first.index, height == oldHeight};
 }
 
-// ---- Edits
-
-bool TextBody::Replace(const char* text, int32 length, int32 style)
+// Breaks the lines of an edit, whatever happens.
+LineChange TextBody::_Follow(int32 from, int32 to, int32 removed)
 {
-    TextBuffer buffer;
-    if (!buffer.Insert(0, text, length))
-        return false;
-    fBuffer = std::move(buffer);
-    fRuns.Reset(length, style);
-    fLong.Forget();
-    return true;
+    try {
+        if (!fRough)
+            return _Rebreak(from, to, removed);
+    } catch (const std::bad_alloc&) {
+    }
+    const int32 before = fLines.CountLines();
+    const int32 first = fLines.AtOffset(from).index;
+    fLines.Join(first, fLines.AtOffset(from + removed).index, to - from - removed);
+    try {
+        return Break();
+    } catch (const std::bad_alloc&) {
+        fRough = true;
+        return {first, 1, 1 + before - fLines.CountLines(), false};
+    }
 }
+
+// ---- Edits
 
 bool TextBody::Insert(int32 offset, const char* text, int32 length, LineChange* change)
 {
@@ -508,7 +518,7 @@ bool TextBody::Insert(int32 offset, const char* text, int32 length, LineChange* 
         return false;
     fRuns.Insert(offset, length);
     fLong.Replace(offset, offset, length);
-    *change = _Rebreak(offset, offset + length, 0);
+    *change = _Follow(offset, offset + length, 0);
     return true;
 }
 
@@ -517,9 +527,9 @@ void TextBody::Remove(int32 from, int32 to, LineChange* change)
     fBuffer.Remove(from, to);
     fRuns.Remove(from, to);
     fLong.Replace(from, to, 0);
-    *change = _Rebreak(from, from, to - from);
+    *change = _Follow(from, from, to - from);
 }
 
-LineChange TextBody::Rebreak(int32 from, int32 to) { return _Rebreak(from, to, to - from); }
+LineChange TextBody::Rebreak(int32 from, int32 to) { return _Follow(from, to, to - from); }
 
 }  // namespace BPrivate

@@ -2,7 +2,7 @@
 #define INTERFACE_TEXT_BODY_H
 
 // A text with its styles, broken into lines: what of a text view has no window. Offsets that come
-// in are right. One thread.
+// in are right. Where memory fails, a change is made whole or not at all. One thread.
 
 #include <InterfaceDefs.h>
 #include <SupportDefs.h>
@@ -70,9 +70,10 @@ public:
     }
     bool Hidden() const { return fHidden; }
     LineChange Break();
+    bool IsRough() const { return fRough; }
 
-    // False, and nothing changed, without memory.
-    bool Replace(const char* text, int32 length, int32 style);  // all of it
+    // Edits. Lines that can not be broken for want of memory become one, which is rough: Break()
+    // mends it, and so does the next edit. False, and nothing changed, without memory.
     bool Insert(int32 offset, const char* text, int32 length, LineChange* change);
     void Remove(int32 from, int32 to, LineChange* change);
     // Styles, for which the lines are to be broken anew by Rebreak() after.
@@ -125,6 +126,7 @@ private:
     float _TabWidth(float x) const;
     void _SetHeight(int32 from, int32 to, TextLine* line) const;
     LineChange _Rebreak(int32 from, int32 to, int32 removed);
+    LineChange _Follow(int32 from, int32 to, int32 removed);
     void _PlaceStarts(const TextPiece& piece) const;
     int32 _Window(int32 offset) const;
 
@@ -135,6 +137,7 @@ private:
     float fWidth = 0;
     float fTabWidth = 28;
     bool fHidden = false;
+    bool fRough = false;                        // some lines are not broken where they should be
     mutable LongLine fLong;                     // the one that was looked at last
     mutable std::string fCopy, fDots, fWindow;  // rooms of the moment
     mutable std::vector<float> fStarts;

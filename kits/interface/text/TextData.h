@@ -17,6 +17,7 @@
 
 #include "interface/text/TextBody.h"
 #include "interface/text/UndoHistory.h"
+#include "interface/view/ViewPrivate.h"
 
 namespace BPrivate {
 
@@ -95,6 +96,7 @@ struct [[gnu::visibility("hidden")]] TextData
     void InvalidateCaret();
     // Lines are broken anew, all of them.
     void Relayout();
+    void MendLines();  // those that there was no memory for
     void FollowInsets();
     // Scroll bars, and the frame of a view that follows its text.
     void Resized();
@@ -161,6 +163,50 @@ struct [[gnu::visibility("hidden")]] TextData
     void Restyle(int32 from, int32 to, const BFont* font, uint32 mode, const rgb_color* color);
     void Restyled(int32 from, const std::vector<StyleRun>& before);
     void ChangedStyle(int32 from, int32 to);
+};
+
+// One step of undo, to the end of a block; a view that went has none.
+class [[gnu::visibility("hidden")]] UndoScope
+{
+public:
+    UndoScope(TextData & text, undo_state kind) : fText(text), fSelf(text.view)
+    {
+        fText.history.Begin(kind, fText.Selection());
+    }
+    ~UndoScope()
+    {
+        if (fSelf.View() != nullptr)
+            fText.history.End(fText.Selection());
+    }
+    UndoScope(const UndoScope&) = delete;
+    UndoScope& operator=(const UndoScope&) = delete;
+    bool IsThere() const { return fSelf.View() != nullptr; }  // the view
+
+private:
+    TextData& fText;
+    const ViewRef fSelf;
+};
+
+// What is done to a text in a block is not written down.
+class [[gnu::visibility("hidden")]] UnrecordedScope
+{
+public:
+    explicit UnrecordedScope(TextData & text) : fText(text), fSelf(text.view)
+    {
+        fText.history.Suspend(true);
+    }
+    ~UnrecordedScope()
+    {
+        if (fSelf.View() != nullptr)
+            fText.history.Suspend(false);
+    }
+    UnrecordedScope(const UnrecordedScope&) = delete;
+    UnrecordedScope& operator=(const UnrecordedScope&) = delete;
+    bool IsThere() const { return fSelf.View() != nullptr; }  // the view
+
+private:
+    TextData& fText;
+    const ViewRef fSelf;
 };
 
 // The modifiers of the event that is being handled, which may be some time ago.

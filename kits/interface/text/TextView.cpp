@@ -170,9 +170,8 @@ void BTextView::AdoptSystemColors()
     SetViewColor(ui_color(B_DOCUMENT_BACKGROUND_COLOR));
     SetLowColor(ViewColor());
     const rgb_color color = ui_color(B_DOCUMENT_TEXT_COLOR);
-    fText->history.Suspend(true);
+    const BPrivate::UnrecordedScope unrecorded(*fText);
     SetFontAndColor(0, TextLength(), nullptr, 0, &color);
-    fText->history.Suspend(false);
     fText->systemColors = true;
 }
 

@@ -14,19 +14,17 @@ namespace BPrivate {
 // Puts a text in the place of what was being composed; false if the view went.
 bool TextData::SetComposed(const std::string& text)
 {
-    const ViewRef self(view);
-    history.Suspend(true);
+    const UnrecordedScope unrecorded(*this);
     const int32 from = Clamp(composed->offset), to = Clamp(composed->offset + composed->length);
     if (from < to)
         DeleteHook(from, to);
-    if (self.View() == nullptr)
+    if (!unrecorded.IsThere())
         return false;
     const int32 before = body.Length();
     if (!text.empty() && Fits(int32(text.size())))
         InsertHook(text.data(), int32(text.size()), from, nullptr);
-    if (self.View() == nullptr)
+    if (!unrecorded.IsThere())
         return false;
-    history.Suspend(false);
     if (composed) {
         composed->offset = from;
         composed->length = std::max(body.Length() - before, int32(0));

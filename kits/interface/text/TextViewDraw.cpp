@@ -63,6 +63,7 @@ static void draw_line(BTextView* view, const TextData& text, const LineTable::Pl
 void BTextView::Draw(BRect updateRect)
 {
     TextData& text = *fText;
+    text.MendLines();
     PushState();
     SetDrawingMode(B_OP_OVER);
     SetLowColor(ViewColor());

@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <new>
 #include <string>
 
 #include "interface/text/TextData.h"
@@ -59,22 +60,22 @@ bool TextData::ReplaceSelection(const char* text, int32 length, const text_run_a
 {
     if (!Fits(length - (selEnd - selStart)))
         return false;
-    const ViewRef self(view);
-    history.Begin(kind, Selection());
-    const int32 style = selStart < selEnd ? body.Runs().At(selStart).style : -1;
-    if (selStart < selEnd) {
-        DeleteHook(selStart, selEnd);
-        if (self.View() == nullptr)
+    {
+        const UndoScope step(*this, kind);
+        const int32 style = selStart < selEnd ? body.Runs().At(selStart).style : -1;
+        if (selStart < selEnd) {
+            DeleteHook(selStart, selEnd);
+            if (!step.IsThere())
+                return false;
+            // What takes the place of other text looks like it.
+            if (stylable && runs == nullptr && length > 0)
+                caretStyle = style;
+        }
+        if (length > 0)
+            InsertHook(text, length, selStart, runs);
+        if (!step.IsThere())
             return false;
-        // What takes the place of other text looks like it.
-        if (stylable && runs == nullptr && length > 0)
-            caretStyle = style;
     }
-    if (length > 0)
-        InsertHook(text, length, selStart, runs);
-    if (self.View() == nullptr)
-        return false;
-    history.End(Selection());
     MoveCaret(selEnd, false);
     return true;
 }
@@ -85,11 +86,8 @@ void TextData::DeleteRange(int32 from, int32 to, undo_state kind)
     to = Clamp(to);
     if (from >= to)
         return;
-    const ViewRef self(view);
-    history.Begin(kind, Selection());
+    const UndoScope step(*this, kind);
     DeleteHook(from, to);
-    if (self.View() != nullptr)
-        history.End(Selection());
 }
 
 // ---- Selection
@@ -182,12 +180,18 @@ void TextData::CarryOutStep(UndoHistory::Side from)
     const bool back = from == Side::Done;
     UndoStep step = history.Take(from);
     const uint32 generation = history.Generation();
-    history.Suspend(true);
-    for (size_t i = 0; i < step.edits.size(); i++) {
-        if (!CarryOut(step.edits[back ? step.edits.size() - 1 - i : i], back))
-            return;
+    try {
+        const UnrecordedScope unrecorded(*this);
+        for (size_t i = 0; i < step.edits.size(); i++) {
+            if (!CarryOut(step.edits[back ? step.edits.size() - 1 - i : i], back))
+                return;
+        }
+    } catch (const std::bad_alloc&) {
+        // Half of it is done.
+        if (self.View() != nullptr)
+            history.Clear();
+        throw;
     }
-    history.Suspend(false);
     const TextSelection selection = back ? step.before : step.after;
     if (generation == history.Generation())
         history.Put(back ? Side::Undone : Side::Done, std::move(step));
@@ -208,7 +212,9 @@ bool TextData::Redo()
 
 using BPrivate::LineChange;
 using BPrivate::TextData;
+using BPrivate::UndoScope;
 using BPrivate::UndoStep;
+using BPrivate::UnrecordedScope;
 using BPrivate::ViewRef;
 
 // ---- Hooks of the text
@@ -221,22 +227,21 @@ void BTextView::InsertText(const char* text, int32 length, int32 offset, const t
     offset = data.Clamp(offset);
     const int32 style =
         data.selStart == data.selEnd && offset == data.selStart ? data.caretStyle : -1;
-    data.history.Begin(B_UNDO_PASTE, data.Selection());
+    const UndoScope step(data, B_UNDO_PASTE);
     data.InvalidateCaret();
     LineChange change;
-    if (data.body.Insert(offset, text, length, &change)) {
-        data.history.AddInsertion(offset, text, length);
-        data.Added(offset, length);
-        data.InvalidateChange(change);
-        if (data.stylable && runs != nullptr) {
-            data.ApplyRuns(offset, length, runs);
-        } else if (style >= 0) {
-            data.body.SetStyle(offset, offset + length, style);
-            data.ChangedStyle(offset, offset + length);
-        }
-        data.Resized();
+    if (!data.body.Insert(offset, text, length, &change))
+        return;
+    data.history.AddInsertion(offset, text, length);
+    data.Added(offset, length);
+    data.InvalidateChange(change);
+    if (data.stylable && runs != nullptr) {
+        data.ApplyRuns(offset, length, runs);
+    } else if (style >= 0) {
+        data.body.SetStyle(offset, offset + length, style);
+        data.ChangedStyle(offset, offset + length);
     }
-    data.history.End(data.Selection());
+    data.Resized();
 }
 
 void BTextView::DeleteText(int32 fromOffset, int32 toOffset)
@@ -246,18 +251,15 @@ void BTextView::DeleteText(int32 fromOffset, int32 toOffset)
     toOffset = data.Clamp(toOffset);
     if (fromOffset >= toOffset)
         return;
-    data.history.Begin(B_UNDO_CLEAR, data.Selection());
-    if (data.history.Records())
-        data.history.AddRemoval(fromOffset,
-                                BPrivate::copied(data.body.Buffer(), fromOffset, toOffset),
-                                data.body.Runs().Copy(fromOffset, toOffset));
+    const UndoScope step(data, B_UNDO_CLEAR);
     data.InvalidateCaret();
+    data.history.AddRemoval(fromOffset, data.body.Buffer(), data.body.Runs(),
+                            toOffset - fromOffset);
     LineChange change;
     data.body.Remove(fromOffset, toOffset, &change);
     data.Removed(fromOffset, toOffset);
     data.InvalidateChange(change);
     data.Resized();
-    data.history.End(data.Selection());
 }
 
 // ---- Text
@@ -275,14 +277,16 @@ void BTextView::SetText(const char* text, int32 length, const text_run_array* ru
     if (length > data.maxBytes)
         length =
             int32(BPrivate::utf8_fitting({text, size_t(length)}, size_t(data.maxBytes)).size());
-    data.history.Suspend(true);
-    if (TextLength() > 0)
-        DeleteText(0, TextLength());
-    if (self.View() != nullptr && length > 0)
-        InsertText(text, length, 0, runs);
+    {
+        const UnrecordedScope unrecorded(data);
+        data.history.Clear();
+        if (TextLength() > 0)
+            DeleteText(0, TextLength());
+        if (self.View() != nullptr && length > 0)
+            InsertText(text, length, 0, runs);
+    }
     if (self.View() == nullptr)
         return;
-    data.history.Suspend(false);
     data.history.Clear();
     data.SelectFrom(0, 0);
     if (self.View() != nullptr)
@@ -327,11 +331,8 @@ void BTextView::Insert(int32 offset, const char* text, int32 length, const text_
     length = int32(strnlen(text, size_t(length)));
     if (length == 0 || !data.Fits(length))
         return;
-    const ViewRef self(this);
-    data.history.Begin(B_UNDO_PASTE, data.Selection());
+    const UndoScope step(data, B_UNDO_PASTE);
     InsertText(text, length, data.Clamp(offset), runs);
-    if (self.View() != nullptr)
-        data.history.End(data.Selection());
 }
 
 void BTextView::Delete() { Delete(fText->selStart, fText->selEnd); }

@@ -110,20 +110,21 @@ void TextData::ReplaceTyped(const char* text, int32 length)
         return;
     const bool plain = selStart == selEnd;
     const ViewRef self(view);
-    history.Begin(B_UNDO_TYPING, Selection());
-    int32 style = caretStyle;
-    if (!plain) {
-        style = body.Runs().At(selStart).style;
-        DeleteHook(selStart, selEnd);
+    {
+        const UndoScope step(*this, B_UNDO_TYPING);
+        int32 style = caretStyle;
+        if (!plain) {
+            style = body.Runs().At(selStart).style;
+            DeleteHook(selStart, selEnd);
+        }
+        if (!step.IsThere())
+            return;
+        caretStyle = stylable ? style : -1;
+        if (length > 0)
+            InsertHook(text, length, selStart, nullptr);
     }
     if (self.View() == nullptr)
         return;
-    caretStyle = stylable ? style : -1;
-    if (length > 0)
-        InsertHook(text, length, selStart, nullptr);
-    if (self.View() == nullptr)
-        return;
-    history.End(Selection());
     SelectFrom(selEnd, selEnd);
     if (self.View() != nullptr)
         view->ScrollToOffset(lead);

@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <new>
 
 #include <server/text/Characters.h>
 
@@ -121,6 +122,17 @@ void TextData::Relayout()
     body.Break();
     view->Invalidate();
     Resized();
+}
+
+void TextData::MendLines()
+{
+    if (!body.IsRough())
+        return;
+    try {
+        Relayout();
+    } catch (const std::bad_alloc&) {
+        // as they are, until there is memory
+    }
 }
 
 void TextData::FollowInsets()

@@ -246,7 +246,7 @@ bool TextData::TakeDrop(BMessage* message)
     const ViewRef self(view);
     if (own && offset >= selStart && offset <= selEnd)
         return true;
-    history.Begin(B_UNDO_DROP, Selection());
+    const UndoScope step(*this, B_UNDO_DROP);
     if (own && (held_keys(view) & B_CONTROL_KEY) == 0) {
         const int32 from = selStart, to = selEnd;
         DeleteHook(from, to);
@@ -259,8 +259,6 @@ bool TextData::TakeDrop(BMessage* message)
     SelectFrom(offset, offset);
     if (self.View() != nullptr && TakeData(message, B_UNDO_DROP) && self.View() != nullptr)
         SelectFrom(offset, selEnd);
-    if (self.View() != nullptr)
-        history.End(Selection());
     return true;
 }
 

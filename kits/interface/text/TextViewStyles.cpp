@@ -88,11 +88,8 @@ void TextData::Restyled(int32 from, const std::vector<StyleRun>& before)
 {
     if (!stylable)
         return;
-    int32 to = from;
-    for (const StyleRun& run : before)
-        to += run.length;
     history.Begin(B_UNDO_TYPING, Selection());
-    history.AddStyles(from, before, body.Runs().Copy(from, to));
+    history.AddStyles(from, before, body.Runs());
     history.End(Selection());
     history.Close();
 }

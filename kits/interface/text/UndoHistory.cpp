@@ -3,6 +3,7 @@
 #include "interface/text/UndoHistory.h"
 
 #include <algorithm>
+#include <new>
 #include <string_view>
 
 #include <server/text/Characters.h>
@@ -45,6 +46,7 @@ void UndoHistory::Begin(undo_state kind, TextSelection selection)
     if (fDepth++ > 0)
         return;
     fStep = UndoStep();
+    fForgot = false;
     fStep.kind = kind;
     fStep.before = selection;
 }
@@ -92,29 +94,48 @@ static void join(TextEdit& before, const TextEdit& edit)
     before.removedRuns = std::move(runs);
 }
 
+// Puts a step behind the others, or joins it to the last.
+void UndoHistory::_Keep(UndoStep& step)
+{
+    for (const TextEdit& each : step.edits)
+        step.size += each.Size();
+    if (_GoesOn(step)) {
+        UndoStep& last = fDone.back();
+        join(last.edits.back(), step.edits.back());
+        last.blank = step.blank;
+        last.after = step.after;
+        last.size += step.size;
+        fSize += step.size;
+    } else {
+        const size_t size = step.size;
+        fDone.push_back(std::move(step));
+        fSize += size;
+    }
+    _Trim();
+}
+
 void UndoHistory::End(TextSelection selection)
 {
-    if (--fDepth > 0 || fStep.edits.empty() || !Records())
+    if (--fDepth > 0 || fForgot || fStep.edits.empty() || !Records())
         return;
     fUndone.clear();
     fStep.after = selection;
     fStep.open = fStep.kind == B_UNDO_TYPING;
     const TextEdit& edit = fStep.edits.back();
     fStep.blank = is_blank(edit.inserted.empty() ? edit.removed : edit.inserted);
-    if (_GoesOn(fStep)) {
-        UndoStep& last = fDone.back();
-        join(last.edits.back(), edit);
-        last.blank = fStep.blank;
-        last.after = selection;
-        last.size += edit.Size();
-        fSize += edit.Size();
-    } else {
-        for (const TextEdit& each : fStep.edits)
-            fStep.size += each.Size();
-        fSize += fStep.size;
-        fDone.push_back(std::move(fStep));
+    try {
+        _Keep(fStep);
+    } catch (const std::bad_alloc&) {
+        _Forget();
     }
-    _Trim();
+}
+
+// Older steps would not meet the text that they were made of.
+void UndoHistory::_Forget()
+{
+    Clear();
+    fStep.edits.clear();
+    fForgot = true;
 }
 
 void UndoHistory::_Trim()
@@ -125,36 +146,52 @@ void UndoHistory::_Trim()
     }
 }
 
-TextEdit& UndoHistory::_Add(int32 offset)
+template <class Fill>
+void UndoHistory::_Add(int32 offset, Fill fill)
 {
-    TextEdit& edit = fStep.edits.emplace_back();
-    edit.offset = offset;
-    return edit;
+    if (!Records() || fForgot)
+        return;
+    try {
+        TextEdit edit;
+        edit.offset = offset;
+        if (fill(edit))
+            fStep.edits.push_back(std::move(edit));
+    } catch (const std::bad_alloc&) {
+        _Forget();
+    }
 }
 
 void UndoHistory::AddInsertion(int32 offset, const char* text, int32 length)
 {
-    if (Records())
-        _Add(offset).inserted.assign(text, size_t(length));
+    _Add(offset, [=](TextEdit& edit) {
+        edit.inserted.assign(text, size_t(length));
+        return true;
+    });
 }
 
-void UndoHistory::AddRemoval(int32 offset, std::string text, std::vector<StyleRun> runs)
+void UndoHistory::AddRemoval(int32 offset, const TextBuffer& buffer, const StyleRuns& runs,
+                             int32 length)
 {
-    if (!Records())
-        return;
-    TextEdit& edit = _Add(offset);
-    edit.removed = std::move(text);
-    edit.removedRuns = std::move(runs);
+    _Add(offset, [&](TextEdit& edit) {
+        edit.removed.resize(size_t(length));
+        buffer.Copy(offset, length, edit.removed.data());
+        edit.removedRuns = runs.Copy(offset, offset + length);
+        return true;
+    });
 }
 
-void UndoHistory::AddStyles(int32 offset, std::vector<StyleRun> before, std::vector<StyleRun> after)
+void UndoHistory::AddStyles(int32 offset, const std::vector<StyleRun>& before,
+                            const StyleRuns& runs)
 {
-    if (!Records() || before == after)
-        return;
-    TextEdit& edit = _Add(offset);
-    edit.styles = true;
-    edit.removedRuns = std::move(before);
-    edit.insertedRuns = std::move(after);
+    _Add(offset, [&](TextEdit& edit) {
+        int32 to = offset;
+        for (const StyleRun& run : before)
+            to += run.length;
+        edit.styles = true;
+        edit.removedRuns = before;
+        edit.insertedRuns = runs.Copy(offset, to);
+        return edit.removedRuns != edit.insertedRuns;
+    });
 }
 
 UndoStep UndoHistory::Take(Side side)
@@ -171,9 +208,13 @@ UndoStep UndoHistory::Take(Side side)
 void UndoHistory::Put(Side side, UndoStep step)
 {
     step.open = false;
-    if (side == Side::Done)
-        fSize += step.size;
-    (side == Side::Done ? fDone : fUndone).push_back(std::move(step));
+    const size_t size = step.size;
+    try {
+        (side == Side::Done ? fDone : fUndone).push_back(std::move(step));
+        fSize += side == Side::Done ? size : 0;
+    } catch (const std::bad_alloc&) {
+        Clear();
+    }
 }
 
 }  // namespace BPrivate

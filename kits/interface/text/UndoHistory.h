@@ -1,7 +1,8 @@
 #ifndef INTERFACE_UNDO_HISTORY_H
 #define INTERFACE_UNDO_HISTORY_H
 
-// What was done to a text, step by step, to be taken back and brought back. One thread.
+// What was done to a text, step by step, to be taken back and brought back. What there is no memory
+// for is forgotten, and all before it. One thread.
 
 #include <TextView.h>
 
@@ -10,6 +11,7 @@
 #include <vector>
 
 #include "interface/text/StyleRuns.h"
+#include "interface/text/TextBuffer.h"
 
 namespace [[gnu::visibility("hidden")]] BPrivate {
 
@@ -57,8 +59,9 @@ public:
     void Close();
 
     void AddInsertion(int32 offset, const char* text, int32 length);
-    void AddRemoval(int32 offset, std::string text, std::vector<StyleRun> runs);
-    void AddStyles(int32 offset, std::vector<StyleRun> before, std::vector<StyleRun> after);
+    void AddRemoval(int32 offset, const TextBuffer& buffer, const StyleRuns& runs, int32 length);
+    // The styles of a part that had these before.
+    void AddStyles(int32 offset, const std::vector<StyleRun>& before, const StyleRuns& runs);
 
     // Takes the last step that was done, or taken back, out: for the caller to carry out, and to
     // put on the other side, unless all was cleared meanwhile.
@@ -68,15 +71,19 @@ public:
     uint32 Generation() const { return fGeneration; }  // changes with Clear()
 
 private:
-    TextEdit& _Add(int32 offset);
+    template <class Fill>
+    void _Add(int32 offset, Fill fill);
+    void _Forget();
+    void _Keep(UndoStep& step);
     bool _GoesOn(const UndoStep& step) const;
     void _Trim();
 
     bool fEnabled = true;
     int32 fSuspended = 0;
     uint32 fGeneration = 0;
-    int32 fDepth = 0;  // of Begin() without End()
-    UndoStep fStep;    // the one being made
+    int32 fDepth = 0;      // of Begin() without End()
+    UndoStep fStep;        // the one being made
+    bool fForgot = false;  // part of it
     std::deque<UndoStep> fDone, fUndone;
     size_t fSize = 0;  // of fDone
 };
