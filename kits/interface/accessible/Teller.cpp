@@ -173,8 +173,8 @@ std::string Teller::ToolTip(BView& view) const
 
 std::string Teller::_OwnToolTip(BView& view) const
 {
-    if (ViewPrivate::Data(&view).toolTipText.Length() > 0)
-        return ViewPrivate::Data(&view).toolTipText.String();
+    if (ViewPrivate::Data(&view).Extras().toolTipText.Length() > 0)
+        return ViewPrivate::Data(&view).Extras().toolTipText.String();
     BMessage message(kTellReader);
     message.AddPointer("view", &view);
     const char* text;

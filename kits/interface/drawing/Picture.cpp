@@ -178,7 +178,7 @@ status_t BPicture::Play(void** callBackTable, int32 tableEntries, void* userData
 static void begin_recording(BPrivate::ViewData& data, BPicture* picture,
                             std::unique_ptr<PictureData> start)
 {
-    data.pictures.emplace_back(picture, start.get());
+    data.NeedExtras().pictures.emplace_back(picture, start.get());
     data.recording = start.release();
     data.Outdate();
 }
@@ -215,11 +215,12 @@ void BView::AppendToPicture(BPicture* a_picture)
 
 BPicture* BView::EndPicture()
 {
-    if (fData->pictures.empty())
+    if (fData->Extras().pictures.empty())
         return nullptr;
-    auto [picture, data] = fData->pictures.back();
-    fData->pictures.pop_back();
-    fData->recording = fData->pictures.empty() ? nullptr : fData->pictures.back().second;
+    auto& pictures = fData->extras->pictures;
+    auto [picture, data] = pictures.back();
+    pictures.pop_back();
+    fData->recording = pictures.empty() ? nullptr : pictures.back().second;
     fData->Outdate();
     picture->fData.reset(data);
     return picture;

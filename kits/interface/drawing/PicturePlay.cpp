@@ -378,7 +378,7 @@ bool PictureData::PlayCall(Reader& in, BView* view, int depth) const
 // With a state of its own, which is gone afterwards.
 void PictureData::PlayAt(const PictureData& picture, BView* view, BPoint where, int depth)
 {
-    const size_t states = ViewPrivate::StateDepth(view);
+    const int32 states = ViewPrivate::StateDepth(view);
     view->SetOrigin(view->Origin() + where);
     view->PushState();
     picture.Play(view, depth);

@@ -135,18 +135,17 @@ void Canvas::_Clear(const clipping_rect& rect)
     Touched(rect);
 }
 
-void PixelClip::Set(const BRegion& region, server::Surface* surface)
+server::Target PixelClip::Set(const BRegion& region, server::Surface* surface)
 {
-    fTarget.surface = surface;
-    fTarget.count = region.CountRects();
-    fTarget.clip = RegionAccess::Rects(region);
-    fTarget.bounds = server::pixels_of(region.FrameInt(), surface->scale);
+    server::Target target{surface, RegionAccess::Rects(region), region.CountRects(),
+                          server::pixels_of(region.FrameInt(), surface->scale)};
     if (surface->scale == 1)
-        return;
-    fRects.assign(fTarget.clip, fTarget.clip + fTarget.count);
+        return target;
+    fRects.assign(target.clip, target.clip + target.count);
     for (clipping_rect& rect : fRects)
         rect = server::pixels_of(rect, surface->scale);
-    fTarget.clip = fRects.data();
+    target.clip = fRects.data();
+    return target;
 }
 
 // Waiting for Draw().
@@ -225,7 +224,7 @@ void Canvas::_DrawView(BView* view)
     const BRect updateRect = dirty.Frame().OffsetByCopy(-x, -y);
     auto still_here = [&] { return self.View() != nullptr && data.canvas == this; };
     auto call = [&](void (BView::*draw)(BRect)) {
-        const size_t depth = data.states.size();
+        const int32 depth = data.stateDepth;
         data.PushState();
         (view->*draw)(updateRect);
         if (still_here())
@@ -278,8 +277,7 @@ void Canvas::_DrawBackground(BView* view, const BRegion& dirty)
 {
     const ViewData& data = ViewPrivate::Data(view);
     PixelClip clip;
-    clip.Set(dirty, &fSurface);
-    const server::Target& target = clip.Target();
+    const server::Target target = clip.Set(dirty, &fSurface);
     server::Paint paint;
     if (data.viewColor != B_TRANSPARENT_COLOR) {
         // What is filled is the clipping: it needs not be cut by itself, piece by piece.
@@ -287,7 +285,7 @@ void Canvas::_DrawBackground(BView* view, const BRegion& dirty)
         paint.high = data.viewColor;
         Touched(server::FillRegion({&fSurface, &frame, 1, frame}, paint, dirty));
     }
-    const ViewBitmap* background = data.background.get();
+    const ViewBitmap* background = data.Extras().background.get();
     if (background == nullptr)
         return;
     int32 x, y;

@@ -123,13 +123,11 @@ private:
 class [[gnu::visibility("hidden")]] PixelClip
 {
 public:
-    // `region` has to stay as it is.
-    void Set(const BRegion& region, server::Surface* surface);
-    const server::Target& Target() const { return fTarget; }
+    // What is drawn on then. `region` and this have to stay as they are.
+    server::Target Set(const BRegion& region, server::Surface* surface);
 
 private:
-    std::vector<clipping_rect> fRects;
-    server::Target fTarget;
+    std::vector<clipping_rect> fRects;  // in use only where a unit is not a pixel
 };
 
 }  // namespace BPrivate

@@ -39,8 +39,25 @@ ViewData::ViewData(BView* view) : generation(&kNoCanvas), self(view) {}
 
 ViewData::~ViewData()
 {
-    for (auto& [picture, data] : pictures)
+    for (auto& [picture, data] : Extras().pictures)
         delete data;
+    while (saved != nullptr)  // one by one: there may be very many
+        saved = std::move(saved->below);
+}
+
+const ViewExtras& ViewData::Extras() const
+{
+    // Never destroyed, and needs no memory: who deletes a view asks as well.
+    alignas(ViewExtras) static char room[sizeof(ViewExtras)];
+    static const auto* const none = new (room) ViewExtras;
+    return extras != nullptr ? *extras : *none;
+}
+
+ViewExtras& ViewData::NeedExtras()
+{
+    if (extras == nullptr)
+        extras = std::make_unique<ViewExtras>();
+    return *extras;
 }
 
 void ViewData::SetCanvas(Canvas* newCanvas)
@@ -80,7 +97,8 @@ BView::BView(BRect frame, const char* name, uint32 resizingMode, uint32 flags) :
 BView::BView(const char* name, uint32 flags, BLayout* layout) : BHandler(name)
 {
     _Init(BRect(0, 0, -1, -1), B_FOLLOW_LEFT_TOP, flags | B_SUPPORTS_LAYOUT);
-    fData->layout = layout;
+    if (layout != nullptr)
+        fData->NeedExtras().layout = layout;
 }
 
 BView::~BView()

@@ -284,8 +284,7 @@ bool ViewData::MakeReady()
         region = &clip;
     }
     drawable = region;
-    pixelClip.Set(*region, &canvas->Pixels());
-    target = pixelClip.Target();
+    target = pixelClip.Set(*region, &canvas->Pixels());
     readyAt = *generation;
     return target.count > 0;
 }

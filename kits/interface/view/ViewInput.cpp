@@ -14,8 +14,8 @@ namespace BPrivate {
 const BCursor* ViewPrivate::Cursor(const BView* view)
 {
     for (; view != nullptr; view = view->fData->parent) {
-        if (view->fData->cursor != nullptr)
-            return view->fData->cursor.get();
+        if (const BCursor* cursor = view->fData->Extras().cursor.get())
+            return cursor;
     }
     return nullptr;
 }
@@ -86,13 +86,13 @@ static void invert_outline(BView* view, BRect rect)
 
 void ViewPrivate::TrackPointer(BView* view, BPoint windowPoint, uint32 buttons)
 {
-    if (view->fData->tracking == nullptr)
+    if (view->fData->Extras().tracking == nullptr)
         return;
-    RectTracking& tracking = *view->fData->tracking;
+    RectTracking& tracking = *view->fData->extras->tracking;
     const BPoint where = ToView(view, windowPoint);
     invert_outline(view, tracking.rect);
     if (buttons == 0) {
-        view->fData->tracking = nullptr;
+        view->fData->extras->tracking = nullptr;
         return;
     }
     const BPoint delta = where - tracking.grip;
@@ -230,7 +230,7 @@ void BView::BeginRectTracking(BRect startRect, uint32 style)
     BPoint where;
     uint32 buttons;
     GetMouse(&where, &buttons, false);
-    fData->tracking =
+    fData->NeedExtras().tracking =
         std::make_unique<BPrivate::RectTracking>(BPrivate::RectTracking{style, startRect, where});
     BPrivate::invert_outline(this, startRect);
 }
@@ -238,16 +238,16 @@ void BView::BeginRectTracking(BRect startRect, uint32 style)
 void BView::EndRectTracking()
 {
     ViewLock lock(this);
-    if (fData->tracking == nullptr)
+    if (fData->Extras().tracking == nullptr)
         return;
-    BPrivate::invert_outline(this, fData->tracking->rect);
-    fData->tracking = nullptr;
+    BPrivate::invert_outline(this, fData->extras->tracking->rect);
+    fData->extras->tracking = nullptr;
 }
 
 void BView::SetViewCursor(const BCursor* cursor, bool)
 {
     ViewLock lock(this);
-    fData->cursor = cursor != nullptr ? std::make_unique<BCursor>(*cursor) : nullptr;
+    fData->NeedExtras().cursor = cursor != nullptr ? std::make_unique<BCursor>(*cursor) : nullptr;
     if (BWindow* window = Window())
         window->_UpdateCursor();
 }
@@ -269,21 +269,21 @@ void BView::Sync() const
 
 void BView::SetToolTip(const char* text)
 {
-    fData->toolTipText = text;
+    fData->NeedExtras().toolTipText = text;
     fData->TellReader();
 }
 
-void BView::SetToolTip(BToolTip* tip) { fData->toolTip = tip; }
+void BView::SetToolTip(BToolTip* tip) { fData->NeedExtras().toolTip = tip; }
 
-BToolTip* BView::ToolTip() const { return fData->toolTip; }
+BToolTip* BView::ToolTip() const { return fData->Extras().toolTip; }
 
 void BView::ShowToolTip(BToolTip*) {}
 void BView::HideToolTip() {}
 
 bool BView::GetToolTipAt(BPoint, BToolTip** _tip)
 {
-    if (fData->toolTip == nullptr || _tip == nullptr)
+    if (ToolTip() == nullptr || _tip == nullptr)
         return false;
-    *_tip = fData->toolTip;
+    *_tip = ToolTip();
     return true;
 }

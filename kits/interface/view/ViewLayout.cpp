@@ -31,40 +31,47 @@ BSize BView::MinSize()
 {
     float width = 0, height = 0;
     GetPreferredSize(&width, &height);
-    return chosen(fData->minSize, BSize(width, height));
+    return chosen(fData->Extras().minSize, BSize(width, height));
 }
 
-BSize BView::MaxSize() { return chosen(fData->maxSize, BSize(B_SIZE_UNLIMITED, B_SIZE_UNLIMITED)); }
+BSize BView::MaxSize()
+{
+    return chosen(fData->Extras().maxSize, BSize(B_SIZE_UNLIMITED, B_SIZE_UNLIMITED));
+}
 
 BSize BView::PreferredSize()
 {
     float width = 0, height = 0;
     GetPreferredSize(&width, &height);
-    return chosen(fData->preferredSize, BSize(width, height));
+    return chosen(fData->Extras().preferredSize, BSize(width, height));
 }
 
-BAlignment BView::LayoutAlignment() { return fData->alignment; }
+BAlignment BView::LayoutAlignment() { return fData->Extras().alignment; }
 
-void BView::SetExplicitMinSize(BSize size) { fData->minSize = size; }
+void BView::SetExplicitMinSize(BSize size) { fData->NeedExtras().minSize = size; }
 
-void BView::SetExplicitMaxSize(BSize size) { fData->maxSize = size; }
+void BView::SetExplicitMaxSize(BSize size) { fData->NeedExtras().maxSize = size; }
 
-void BView::SetExplicitPreferredSize(BSize size) { fData->preferredSize = size; }
+void BView::SetExplicitPreferredSize(BSize size) { fData->NeedExtras().preferredSize = size; }
 
 void BView::SetExplicitSize(BSize size)
 {
-    fData->minSize = fData->maxSize = fData->preferredSize = size;
+    BPrivate::ViewExtras& extras = fData->NeedExtras();
+    extras.minSize = extras.maxSize = extras.preferredSize = size;
 }
 
-void BView::SetExplicitAlignment(BAlignment alignment) { fData->alignment = alignment; }
+void BView::SetExplicitAlignment(BAlignment alignment)
+{
+    fData->NeedExtras().alignment = alignment;
+}
 
-BSize BView::ExplicitMinSize() const { return fData->minSize; }
+BSize BView::ExplicitMinSize() const { return fData->Extras().minSize; }
 
-BSize BView::ExplicitMaxSize() const { return fData->maxSize; }
+BSize BView::ExplicitMaxSize() const { return fData->Extras().maxSize; }
 
-BSize BView::ExplicitPreferredSize() const { return fData->preferredSize; }
+BSize BView::ExplicitPreferredSize() const { return fData->Extras().preferredSize; }
 
-BAlignment BView::ExplicitAlignment() const { return fData->alignment; }
+BAlignment BView::ExplicitAlignment() const { return fData->Extras().alignment; }
 
 bool BView::HasHeightForWidth() { return false; }
 
@@ -78,19 +85,19 @@ void BView::GetHeightForWidth(float, float* min, float* max, float* preferred)
         *preferred = PreferredSize().height;
 }
 
-void BView::SetLayout(BLayout* layout) { fData->layout = layout; }
+void BView::SetLayout(BLayout* layout) { fData->NeedExtras().layout = layout; }
 
-BLayout* BView::GetLayout() const { return fData->layout; }
+BLayout* BView::GetLayout() const { return fData->Extras().layout; }
 
 void BView::EnableLayoutInvalidation()
 {
-    if (fData->layoutDisabled > 0)
-        fData->layoutDisabled--;
+    if (fData->Extras().layoutDisabled > 0)
+        fData->extras->layoutDisabled--;
 }
 
-void BView::DisableLayoutInvalidation() { fData->layoutDisabled++; }
+void BView::DisableLayoutInvalidation() { fData->NeedExtras().layoutDisabled++; }
 
-bool BView::IsLayoutInvalidationDisabled() { return fData->layoutDisabled > 0; }
+bool BView::IsLayoutInvalidationDisabled() { return fData->Extras().layoutDisabled > 0; }
 
 bool BView::IsLayoutValid() const { return true; }
 

@@ -84,6 +84,12 @@ struct DrawState {
     void ClipInView(BRegion* region) const;
 };
 
+struct [[gnu::visibility("hidden")]] SavedState
+{
+    DrawState state;
+    std::unique_ptr<SavedState> below;
+};
+
 struct LineArray {
     struct Line {
         BPoint start, end;
@@ -97,6 +103,23 @@ struct RectTracking {
     uint32 style = B_TRACK_WHOLE_RECT;
     BRect rect;
     BPoint grip;  // the pointer's place as the rectangle is
+};
+
+// What few views have.
+struct [[gnu::visibility("hidden")]] ViewExtras
+{
+    BSize minSize{B_SIZE_UNSET, B_SIZE_UNSET};
+    BSize maxSize{B_SIZE_UNSET, B_SIZE_UNSET};
+    BSize preferredSize{B_SIZE_UNSET, B_SIZE_UNSET};
+    BAlignment alignment;
+    BLayout* layout = nullptr;
+    int32 layoutDisabled = 0;
+    BString toolTipText;
+    BToolTip* toolTip = nullptr;
+    std::unique_ptr<ViewBitmap> background;
+    std::unique_ptr<BCursor> cursor;
+    std::vector<std::pair<BPicture*, PictureData*>> pictures;  // being recorded, innermost last
+    std::unique_ptr<RectTracking> tracking;                    // while one is tracked
 };
 
 // A scroll bar that has the view as its target, by what the view wants of it.
@@ -184,6 +207,9 @@ struct [[gnu::visibility("hidden")]] ViewData
         if (server::reader_listens())
             _TellReader();
     }
+    // What is set of the extras, or what they are unset; and those to be set.
+    const ViewExtras& Extras() const;
+    ViewExtras& NeedExtras();
     void TreeChanged();  // the clipping of views in the window is to be made anew
     // Takes the children from `child` on, whose places count from (x, y), out of a region.
     void ExcludeChildren(BRegion * region, BView * child, double x, double y) const;
@@ -197,7 +223,7 @@ struct [[gnu::visibility("hidden")]] ViewData
     DrawState state;
 
     PictureData* recording = nullptr;
-    std::vector<std::unique_ptr<DrawState>> states;
+    std::unique_ptr<SavedState> saved;  // those below this state
     std::unique_ptr<BAffineTransform> paintTransform;
     BRegion visible;
     uint32 visibleAt = 0;
@@ -206,6 +232,7 @@ struct [[gnu::visibility("hidden")]] ViewData
     BRegion clip;                       // what may be drawn on, if it is cut further than `visible`
     const BRegion* drawable = nullptr;  // one of these two
     PixelClip pixelClip;                // of it
+    int32 stateDepth = 0;
 
     // Tree. `parent` is the window's top view for the views that hang in the window.
     BView* const self;
@@ -237,22 +264,11 @@ struct [[gnu::visibility("hidden")]] ViewData
     rgb_color viewColor = {255, 255, 255, 255};
     color_which viewWhich = B_NO_COLOR, highWhich = B_NO_COLOR, lowWhich = B_NO_COLOR;
     float viewTint = B_NO_TINT, highTint = B_NO_TINT, lowTint = B_NO_TINT;
-    std::unique_ptr<ViewBitmap> background;
-    std::unique_ptr<BCursor> cursor;
+    std::unique_ptr<ViewExtras> extras;  // made with the first that is set
     std::unique_ptr<LineArray> lineArray;
-    std::vector<std::pair<BPicture*, PictureData*>> pictures;  // being recorded, innermost last
-    std::unique_ptr<RectTracking> tracking;                    // while one is tracked
     uint32 eventMask = 0, eventOptions = 0;
     std::unique_ptr<ScrollBarLink[]> bars;  // by orientation; null without any
 
-    BSize minSize{B_SIZE_UNSET, B_SIZE_UNSET};
-    BSize maxSize{B_SIZE_UNSET, B_SIZE_UNSET};
-    BSize preferredSize{B_SIZE_UNSET, B_SIZE_UNSET};
-    BAlignment alignment;
-    BLayout* layout = nullptr;
-    int32 layoutDisabled = 0;
-    BString toolTipText;
-    BToolTip* toolTip = nullptr;
     uint32 readerId = 0;  // its name for screen readers, never used again; 0: they know nothing yet
 
 private:
@@ -428,8 +444,8 @@ struct [[gnu::visibility("hidden")]] ViewPrivate
     static void ForgetScrollBars(BView * view);
 
     // How deep the stack of states is; cut back to a depth it had.
-    static size_t StateDepth(const BView* view);
-    static void RestoreState(BView * view, size_t depth);
+    static int32 StateDepth(const BView* view);
+    static void RestoreState(BView * view, int32 depth);
 };
 
 }  // namespace BPrivate

@@ -53,7 +53,8 @@ void DrawState::SetFont(const BFont& newFont)
 
 void ViewData::PushState()
 {
-    states.push_back(std::make_unique<DrawState>(state));
+    saved.reset(new SavedState{state, std::move(saved)});
+    stateDepth++;
     if (state.clip || state.viewClip) {
         auto clipped = std::make_shared<BRegion>();
         clipped->Set(clipping_rect{-(1 << 29), -(1 << 29), 1 << 29, 1 << 29});
@@ -73,18 +74,19 @@ void ViewData::PushState()
 
 void ViewData::PopState()
 {
-    if (states.empty())
+    if (saved == nullptr)
         return;
-    state = std::move(*states.back());
-    states.pop_back();
+    state = std::move(saved->state);
+    saved = std::move(saved->below);
+    stateDepth--;
     Outdate();
 }
 
-size_t ViewPrivate::StateDepth(const BView* view) { return view->fData->states.size(); }
+int32 ViewPrivate::StateDepth(const BView* view) { return view->fData->stateDepth; }
 
-void ViewPrivate::RestoreState(BView* view, size_t depth)
+void ViewPrivate::RestoreState(BView* view, int32 depth)
 {
-    while (view->fData->states.size() > depth)
+    while (view->fData->stateDepth > depth)
         view->fData->PopState();
 }
 
@@ -484,7 +486,7 @@ void BView::SetViewBitmap(const BBitmap* bitmap, BRect srcRect, BRect dstRect, u
     background->follow = followFlags;
     background->options = options;
     BPrivate::ViewLock lock(this);
-    fData->background = std::move(background);
+    fData->NeedExtras().background = std::move(background);
     Invalidate();
 }
 
@@ -497,9 +499,9 @@ void BView::SetViewBitmap(const BBitmap* bitmap, uint32 followFlags, uint32 opti
 void BView::ClearViewBitmap()
 {
     BPrivate::ViewLock lock(this);
-    if (fData->background == nullptr)
+    if (fData->Extras().background == nullptr)
         return;
-    fData->background.reset();
+    fData->extras->background.reset();
     Invalidate();
 }
 

@@ -102,7 +102,8 @@ void ViewPrivate::Forget(BView* branch, BWindow* window)
         return;
     window->_ForgetView(branch);
     data.attached = data.allAttached = false;
-    data.tracking = nullptr;
+    if (data.extras != nullptr)
+        data.extras->tracking = nullptr;
     data.window = nullptr;
     data.SetCanvas(nullptr);
     branch->SetNextHandler(nullptr);
@@ -175,8 +176,18 @@ void BView::AddChild(BView* child, BView* before)
 
 bool BView::AddChild(BLayoutItem*) { return false; }
 
+// Most of a view is read when it leaves its parent and is deleted; memory may be far.
+static void expect_use(const ViewData& data)
+{
+    const size_t line = 64;
+    const auto* bytes = reinterpret_cast<const char*>(&data);
+    for (size_t at = 0; at < sizeof data; at += line)
+        __builtin_prefetch(bytes + at);
+}
+
 bool BView::RemoveSelf()
 {
+    expect_use(*fData);
     BPrivate::ViewLock lock(this);
     if (fData->parent == nullptr)
         return false;
