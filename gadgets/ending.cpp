@@ -79,12 +79,13 @@ void begin_dispatch(const BWindow* window)
 static MyGadget* take_held(const BWindow* window)
 {
     RegistryLock registry;
-    const auto found = std::find_if(held().begin(), held().end(),
+    const auto found = std::find_if(held().rbegin(), held().rend(),
                                     [=](const auto& pair) { return pair.first == window; });
-    if (found == held().end())
+    if (found == held().rend())
         return nullptr;
     MyGadget* const gadget = found->second;
-    held().erase(found);
+    *found = held().back();
+    held().pop_back();
     return gadget;
 }
 

@@ -36,8 +36,11 @@ bool GadgetList::Enter(MyGadget* gadget)
         const int32 place = CountItems();
         if (static_cast<size_t>(place) + 1 > fSlots.size() / 2)
             _Grow();
-        if (!AddItem(gadget))
+        fIdents.push_back(gadget->ident);
+        if (!AddItem(gadget)) {
+            fIdents.pop_back();
             return false;
+        }
         fSlots[_SlotOf(gadget->ident)] = {gadget->ident, place};
         return true;
     });
@@ -52,10 +55,11 @@ bool GadgetList::Remove(MyGadget* gadget)
     _Free(slot);
     const int32 last = CountItems() - 1;
     if (place != last) {
-        auto* moved = static_cast<MyGadget*>(ItemAtFast(last));
-        ReplaceItem(place, moved);
-        fSlots[_SlotOf(moved->ident)].place = place;
+        ReplaceItem(place, ItemAtFast(last));
+        fIdents[static_cast<size_t>(place)] = fIdents.back();
+        fSlots[_SlotOf(fIdents.back())].place = place;
     }
+    fIdents.pop_back();
     RemoveItem(last);
     return true;
 }

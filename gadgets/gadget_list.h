@@ -52,8 +52,9 @@ private:
     void _Grow();
     void _Free(uint32_t slot);
 
-    std::vector<Slot> fSlots;  // a power of two, twice as many as gadgets at least
-    int fShift;                // of the product of 32 bits, down to a slot's number
+    std::vector<int32_t> fIdents;  // by place
+    std::vector<Slot> fSlots;      // a power of two, twice as many as gadgets at least
+    int fShift;                    // of the product of 32 bits, down to a slot's number
 };
 
 // That of the table in use; null if there is none.

@@ -6,8 +6,13 @@
 #include <Looper.h>
 #include <Messenger.h>
 
+#include <algorithm>
 #include <atomic>
 #include <functional>
+#include <memory>
+#include <random>
+#include <utility>
+#include <vector>
 
 #include "app/Mailbox.h"
 
@@ -242,6 +247,34 @@ TEST(Messenger, NamesAHandlerAndItsLooper)
         each->Lock();
         each->Quit();
     }
+}
+
+// Thousands come and go in no order: those that stay are found, and nobody takes their place.
+TEST(Messenger, FindsItsHandlerAmongManyThatComeAndGo)
+{
+    std::minstd_rand random(3);
+    auto* looper = new Answerer([](BMessage*) {});
+    looper->Lock();
+    std::vector<std::pair<std::unique_ptr<BHandler>, BMessenger>> all;
+    for (int round = 0; round < 4; round++) {
+        for (int i = 0; i < 1500; i++) {
+            auto handler = std::make_unique<BHandler>();
+            looper->AddHandler(handler.get());
+            const BMessenger messenger(handler.get());
+            all.emplace_back(std::move(handler), messenger);
+        }
+        std::shuffle(all.begin(), all.end(), random);
+        for (size_t i = 0; i < all.size(); i++) {
+            if (i % 3 != 0)
+                all[i].first.reset();
+        }
+        for (const auto& [handler, messenger] : all) {
+            BLooper* found = nullptr;
+            EXPECT_EQ(messenger.Target(&found), handler.get());
+            EXPECT_EQ(messenger.IsValid(), handler != nullptr);
+        }
+    }
+    looper->Quit();
 }
 
 TEST(Messenger, OtherProgramsAreOutOfReach)

@@ -3,8 +3,7 @@
 
 #include "app/looper/Tokens.h"
 
-#include <unordered_map>
-
+#include "app/looper/TokenTable.h"
 #include "support/Futex.h"
 #include "support/Mutex.h"
 
@@ -12,16 +11,17 @@ namespace BPrivate {
 namespace {
 
 struct Entry {
-    BHandler* handler;
-    const BLooper* looper;
-    LooperSlot* slot;
-    ReplyWaiter* waiter;
-    int32 place;
+    int32 token = 0;
+    int32 place = 0;
+    BHandler* handler = nullptr;
+    const BLooper* looper = nullptr;
+    LooperSlot* slot = nullptr;
+    ReplyWaiter* waiter = nullptr;
 };
 
 struct Table {
     BPrivate::Mutex lock;
-    std::unordered_map<int32, Entry> entries GUARDED_BY(lock);
+    TokenTable<Entry> entries GUARDED_BY(lock);
     int32 last GUARDED_BY(lock) = 0;
 };
 
@@ -32,14 +32,15 @@ Table& table()
     return *sTable;
 }
 
-int32 add(const Entry& entry)
+int32 add(Entry entry)
 {
     Table& tokens = table();
     BPrivate::MutexLock guard(tokens.lock);
     do {
-        tokens.last = tokens.last == INT32_MAX ? 1 : tokens.last + 1;
-    } while (!tokens.entries.try_emplace(tokens.last, entry).second);
-    return tokens.last;
+        entry.token = tokens.last == INT32_MAX ? 1 : tokens.last + 1;
+        tokens.last = entry.token;
+    } while (!tokens.entries.Add(entry));
+    return entry.token;
 }
 
 template <class Result>
@@ -47,8 +48,8 @@ Result look_up(int32 token, Result Entry::*member)
 {
     Table& tokens = table();
     BPrivate::MutexLock guard(tokens.lock);
-    auto found = tokens.entries.find(token);
-    return found != tokens.entries.end() ? found->second.*member : Result();
+    const Entry* found = tokens.entries.Find(token);
+    return found != nullptr ? found->*member : Result();
 }
 
 template <class Value>
@@ -56,25 +57,21 @@ void set(int32 token, Value Entry::*member, Value value)
 {
     Table& tokens = table();
     BPrivate::MutexLock guard(tokens.lock);
-    auto found = tokens.entries.find(token);
-    if (found != tokens.entries.end())
-        found->second.*member = value;
+    if (Entry* found = tokens.entries.Find(token))
+        found->*member = value;
 }
 
 }  // namespace
 
-int32 Tokens::Add(BHandler* handler) { return add(Entry{handler, nullptr, nullptr, nullptr, 0}); }
+int32 Tokens::Add(BHandler* handler) { return add(Entry{.handler = handler}); }
 
-int32 Tokens::AddWaiter(ReplyWaiter* waiter)
-{
-    return add(Entry{nullptr, nullptr, nullptr, waiter, 0});
-}
+int32 Tokens::AddWaiter(ReplyWaiter* waiter) { return add(Entry{.waiter = waiter}); }
 
 void Tokens::Remove(int32 token)
 {
     Table& tokens = table();
     BPrivate::MutexLock guard(tokens.lock);
-    tokens.entries.erase(token);
+    tokens.entries.Remove(token);
 }
 
 void Tokens::BindSlot(int32 token, LooperSlot* slot) { set(token, &Entry::slot, slot); }
@@ -89,9 +86,8 @@ BHandler* Tokens::HandlerIn(const BLooper* looper, int32 token)
 {
     Table& tokens = table();
     BPrivate::MutexLock guard(tokens.lock);
-    auto found = tokens.entries.find(token);
-    return found != tokens.entries.end() && found->second.looper == looper ? found->second.handler
-                                                                           : nullptr;
+    const Entry* found = tokens.entries.Find(token);
+    return found != nullptr && found->looper == looper ? found->handler : nullptr;
 }
 
 const BLooper* Tokens::LooperOf(int32 token) { return look_up(token, &Entry::looper); }
@@ -107,14 +103,14 @@ bool Tokens::Answer(int32 token, BMessage* reply)
     // The lock keeps the waiting sender from leaving while its waiter is written.
     Table& tokens = table();
     BPrivate::MutexLock guard(tokens.lock);
-    auto found = tokens.entries.find(token);
-    if (found == tokens.entries.end() || found->second.waiter == nullptr)
+    const Entry* found = tokens.entries.Find(token);
+    if (found == nullptr || found->waiter == nullptr)
         return false;
-    ReplyWaiter* waiter = found->second.waiter;
+    ReplyWaiter* waiter = found->waiter;
     waiter->reply = reply;
     waiter->answered.store(1, std::memory_order_release);
     futex_wake(waiter->answered, 1);
-    tokens.entries.erase(found);  // one answer is enough
+    tokens.entries.Remove(token);  // one answer is enough
     return true;
 }
 
