@@ -37,10 +37,13 @@ LOGGED(picture)
 
 /* --- sizes and colours */
 
+/* A slider that is set in proportion tells a number that is none of its range. */
 static void on_size(int32_t value)
 {
-    gallery_log("size", "value", SMALLEST + value);
-    states_show(SMALLEST + value);
+    const int32_t most = LARGEST - SMALLEST;
+    const int32_t points = SMALLEST + (value < 0 ? 0 : value > most ? most : value);
+    gallery_log("size", "value", points);
+    states_show(points);
 }
 
 static void show_color(int32_t red, int32_t green, int32_t blue)

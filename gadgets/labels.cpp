@@ -50,8 +50,10 @@ BView* create_bbox(const GadgetSpec& spec)
 
 extern "C" void SetBorder(int32_t ident, int32_t style)
 {
+    const bool is_none = style != B_PLAIN_BORDER && style != B_FANCY_BORDER;
+    const auto border = is_none ? B_NO_BORDER : static_cast<border_style>(style);
     on_gadget<BBox>(ident, kBox, Unlocked::Act,
-                    [=](BBox& box, MyGadget&) { box.SetBorder(static_cast<border_style>(style)); });
+                    [=](BBox& box, MyGadget&) { box.SetBorder(border); });
 }
 
 // Takes the gadget out that is the label, which the box would delete.

@@ -101,7 +101,7 @@ extern "C" void SetHashCount(int32_t ident, int32_t count)
 extern "C" void SetHashType(int32_t ident, int32_t location)
 {
     on_slider(ident, Unlocked::Act, [=](BSlider& slider) {
-        slider.SetHashMarks(static_cast<hash_mark_location>(location));
+        slider.SetHashMarks(static_cast<hash_mark_location>(location & B_HASH_MARKS_BOTH));
     });
 }
 

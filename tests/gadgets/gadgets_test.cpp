@@ -244,8 +244,13 @@ TEST_F(GadgetTest, BoxLabelReplacesATitleWithoutKillingIt)
     EXPECT_TRUE(is_gadget_ident(check));
     SetChecked(check, 1);
     EXPECT_TRUE(GetChecked(check));
+    const auto border = [this] {
+        return WithView(0, [](BView* view) { return dynamic_cast<BBox*>(view)->Border(); });
+    };
     SetBorder(box, 0);
+    EXPECT_EQ(border(), B_PLAIN_BORDER);
     SetBorder(box, 99);
+    EXPECT_EQ(border(), B_NO_BORDER);
     SetLabelBBox(box, nullptr);
     KillGadget(0, check);
 }
@@ -290,7 +295,7 @@ TEST_F(GadgetTest, SlidersTakeTheirStyle)
     SetBarColor(slider, 0x11223344);
     SetFillColor(slider, int32_t(0xAABBCCFF));
     SetHashCount(slider, INT32_MAX);
-    SetHashType(slider, 3);
+    SetHashType(slider, -1);
     SetLimitsLabel(slider, "low", nullptr);
     WithView(0, [](BView* view) {
         auto* object = dynamic_cast<BSlider*>(view);
