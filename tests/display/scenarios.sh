@@ -55,6 +55,28 @@ picture() {
     expect 'redrawn 299'
 }
 
+# The X server reads the window's pixels where they are: Qt's copy of them goes.
+shared() {
+    local maps=/proc/$program/maps
+    eventually pixel_is 399 319 '#2060C0' || fail "right bottom pixel is $(pixel 399 319)"
+    no_copy() { grep -q 'memfd:window pixels' "$maps" && ! grep -q SYSV "$maps"; }
+    eventually no_copy || fail "not one copy: $(grep -E 'memfd|SYSV' "$maps")"
+    # Of each size.
+    xdotool windowsize "$window" 350 260
+    expect 'resized 349 259'
+    eventually pixel_is 440 370 '#D8D8D8' || fail "what it grew by is $(pixel 440 370)"
+    activate "$window"
+    xdotool mousemove 150 170 click 1
+    eventually pixel_is 399 319 '#2060C0' || fail "its picture is gone"
+    # And after it was away.
+    xdotool windowminimize "$window"
+    expect 'minimized 1'
+    xdotool windowactivate "$window"
+    expect 'minimized 0'
+    eventually pixel_is 399 319 '#2060C0' || fail "its picture does not come back"
+    eventually no_copy || fail "not one copy: $(grep -E 'memfd|SYSV' "$maps")"
+}
+
 # Who is clicked comes in front of other programs' windows.
 front() {
     start_other

@@ -3,6 +3,7 @@
 #include "server/painter/PixelMemory.h"
 
 #include <sys/mman.h>
+#include <unistd.h>
 
 #include <cstdlib>
 #include <cstring>
@@ -38,6 +39,31 @@ void free_pixels(uint8* pixels, size_t bytes)
         munmap(pixels, bytes);
     else
         std::free(pixels);
+}
+
+uint8* map_shared_pixels(size_t bytes, int* descriptor)
+{
+    *descriptor = -1;
+    const int file = memfd_create("window pixels", MFD_CLOEXEC);
+    if (file < 0)
+        return nullptr;
+    void* pages = ftruncate(file, off_t(bytes)) == 0
+                      ? mmap(nullptr, bytes, PROT_READ | PROT_WRITE, MAP_SHARED, file, 0)
+                      : MAP_FAILED;
+    if (pages == MAP_FAILED) {
+        close(file);
+        return nullptr;
+    }
+    *descriptor = file;
+    return static_cast<uint8*>(pages);
+}
+
+void FreePixels::operator()(uint8* pixels) const
+{
+    if (shared)
+        munmap(pixels, bytes);
+    else
+        free_pixels(pixels, bytes);
 }
 
 }  // namespace server

@@ -17,15 +17,25 @@ uint8* allocate_pixels(size_t bytes);
 // `bytes` as they were asked for; null is allowed.
 void free_pixels(uint8* pixels, size_t bytes);
 
+// The same as pages that another process can look at too: who is given the descriptor, which is the
+// caller's to close. To be unmapped. Null, and no descriptor, when memory runs out.
+uint8* map_shared_pixels(size_t bytes, int* descriptor);
+
 struct FreePixels {
     size_t bytes = 0;
-    void operator()(uint8* pixels) const { free_pixels(pixels, bytes); }
+    bool shared = false;
+    void operator()(uint8* pixels) const;
 };
 using PixelBuffer = std::unique_ptr<uint8[], FreePixels>;
 
 inline PixelBuffer make_pixels(size_t bytes)
 {
-    return PixelBuffer(allocate_pixels(bytes), FreePixels{bytes});
+    return PixelBuffer(allocate_pixels(bytes), FreePixels{bytes, false});
+}
+
+inline PixelBuffer make_shared_pixels(size_t bytes, int* descriptor)
+{
+    return PixelBuffer(map_shared_pixels(bytes, descriptor), FreePixels{bytes, true});
 }
 
 }  // namespace server

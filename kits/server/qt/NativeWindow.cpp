@@ -29,6 +29,7 @@ namespace server {
 namespace {
 
 const int kRetry_ms = 100;
+const int kBusy_ms = 4;
 const uint32 kXLockMask = 0x02;     // Caps Lock in the state of an X key event
 const uint32 kXNumLockMask = 0x10;  // Mod2, where Num Lock is on every usual keyboard
 
@@ -119,7 +120,7 @@ bool read_drop(const QMimeData& data, Event* drop)
 
 }  // namespace
 
-NativeWindow::NativeWindow(QtWindow* owner) : fOwner(owner), fStore(this)
+NativeWindow::NativeWindow(QtWindow* owner) : fOwner(owner)
 {
     setSurfaceType(QSurface::RasterSurface);
     // By a button of Qt's own decoration: no event tells of it.
@@ -339,20 +340,60 @@ void NativeWindow::_Flush()
     fLastFlush = system_time();
     if (!isExposed())
         return;
-    if (fStore.size() != size() || fScale != devicePixelRatio()) {
+    const bool sameSize = fStored == size() && fScale == devicePixelRatio();
+    if (sameSize && fPixels != nullptr && _Show())
+        return;
+    if (!sameSize) {
+        if (fStore)
+            fStore->resize(size());
+        fStored = size();
         fScale = devicePixelRatio();
-        fStore.resize(size());
         fOwner->NativeScale(fScale);
         fOwner->Pixels().Touch();
     }
+    _Store();
+}
+
+// Has the screen look at the pixels where they are; false if it can not.
+bool NativeWindow::_Show()
+{
+    if (fPixels->IsBusy()) {
+        fTimer.start(kBusy_ms, Qt::PreciseTimer, this);
+        return true;
+    }
+    SharedPixels shared;
+    if (!fOwner->Pixels().TakeShared(&shared))
+        return false;
+    if (shared.descriptor >= 0)
+        fPixels->Attach(shared.descriptor, shared.width, shared.height);
+    if (shared.scale != float(fScale)) {
+        if (!shared.dirty.empty())
+            fOwner->Pixels().Touch();
+        return false;
+    }
+    fStore.reset();
+    if (!shared.dirty.empty())
+        fPixels->Show(shared.dirty);
+    return true;
+}
+
+// Shows the pixels by a copy of Qt's. The first frame of each size is one, with which Qt tells the
+// window manager that the window has grown.
+void NativeWindow::_Store()
+{
     float scale;
     const QRegion region = _TakeDirty(&scale);
     if (region.isEmpty())
         return;
-    fStore.beginPaint(region);
-    _Paint(region, scale, *static_cast<QImage*>(fStore.paintDevice()));
-    fStore.endPaint();
-    fStore.flush(region);
+    if (!fStore)
+        fStore.emplace(this).resize(size());
+    fStore->beginPaint(region);
+    _Paint(region, scale, *static_cast<QImage*>(fStore->paintDevice()));
+    fStore->endPaint();
+    fStore->flush(region);
+    // With the next frame it is of no use any more.
+    if (fPixels != nullptr && !fTimer.isActive())
+        fTimer.start(int(fOwner->FrameInterval() / 1000 + 1), this);
 }
 
 static bool is_whole(double scale) { return scale == std::floor(scale); }
@@ -463,7 +504,7 @@ void NativeWindow::paintEvent(QPaintEvent* event)
     if (std::exchange(fWasShown, false))
         return;
     const QRect rect = event->rect();
-    const bool uncovered = fStore.size() == size();  // or else it grew
+    const bool uncovered = fStored == size();  // or else it grew
     _Repaint();
     if (uncovered)
         fOwner->NativeUncovered({rect.left(), rect.top(), rect.right(), rect.bottom()});

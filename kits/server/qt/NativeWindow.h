@@ -7,10 +7,12 @@
 
 #include <OS.h>
 
+#include <optional>
 #include <string>
 
 #include "server/qt/AccessibleWindow.h"
 #include "server/qt/WindowKind.h"
+#include "server/qt/x11/X11Pixels.h"
 #include "server/screen/ScreenWindow.h"
 #include "server/screen/Stage.h"
 
@@ -28,6 +30,8 @@ public:
     explicit NativeWindow(QtWindow* owner);
     ~NativeWindow() override;
 
+    // How the screen looks at the window's pixels itself; null: it does not.
+    void SetPixels(std::unique_ptr<X11Pixels> pixels) { fPixels = std::move(pixels); }
     void SetKind(const WindowKind& kind);
     void SetPlace(BRect frame);
     void SetTitle(const std::string& title);
@@ -84,6 +88,8 @@ private:
     void _TellFrame();
     void _Repaint();
     void _Flush();
+    bool _Show();
+    void _Store();
     QRegion _TakeDirty(float* scale);
     void _Paint(const QRegion& region, float scale, QImage& image);
     void _CopyPixels(const QRect& rect, float scale, QImage& image, QPoint to);
@@ -95,9 +101,11 @@ private:
     QVariant _InputProperty(Qt::InputMethodQuery query) const;
     void _Drop(QDropEvent* event);
 
-    QtWindow* fOwner;  // null: gone
-    QBackingStore fStore;
-    double fScale = 1;  // the screen's pixels a unit of the window, as the store has them
+    QtWindow* fOwner;                     // null: gone
+    std::unique_ptr<X11Pixels> fPixels;   // null: the screen has all pixels from the store
+    std::optional<QBackingStore> fStore;  // as long as it is of use
+    QSize fStored;                        // the size of the window that was last shown from it
+    double fScale = 1;  // the screen's pixels a unit of the window, as it was shown then
     bool fIsMenu = false;
     bool fAppears = false;
     bool fSettingState = false;  // the window's state changes as the program asked

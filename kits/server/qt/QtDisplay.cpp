@@ -111,6 +111,7 @@ void QtDisplay::_Run()
         {
             StageLock lock;
             fQueue = &queue;
+            fReadsPixels = fX11 != nullptr && fX11->ReadsPixels();
             _ReadScreen();
         }
         QObject::connect(application.primaryScreen(), &QScreen::geometryChanged, &queue, [this] {

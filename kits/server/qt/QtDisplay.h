@@ -59,6 +59,8 @@ public:
     void DragTo(BPoint where);
     // The X server's side of things; null elsewhere. Server's thread.
     X11Screen* X11() const { return fX11.get(); }
+    // Whether the screen's process looks at windows' pixels itself. Stage locked.
+    bool ReadsPixels() const { return fReadsPixels; }
 
 private:
     class TaskQueue;
@@ -81,6 +83,7 @@ private:
     Monitor fMonitor;                           // stage locked
     BRect fScreen{0, 0, 1023, 767};             // stage locked
     float fScale = 1;                           // stage locked
+    bool fReadsPixels = false;                  // stage locked
     std::shared_ptr<Clipboard> fClipboard;      // set before the constructor returns
     std::shared_ptr<Clipboard> fPrimary;        // as well; null where there is none
     bigtime_t fFrameInterval = 1000000 / 60;

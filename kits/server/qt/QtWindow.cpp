@@ -16,6 +16,8 @@ static WindowKind kind_of(const WindowSpec& spec) { return {spec.look, spec.feel
 QtWindow* QtWindow::Make(QtDisplay* display, const WindowSpec& spec, EventSink* sink)
 {
     auto* window = new QtWindow(display, spec, sink);
+    if (display->ReadsPixels())
+        window->fPixels.Share();
     if (!window->ResizePixels(window->fSpec.frame)) {
         delete window;
         return nullptr;
@@ -61,6 +63,8 @@ void QtWindow::_MakeNative()
     fNative->SetPlace(spec.frame);
     fNative->SetCursorImage(cursor, hidden);
     fNative->create();
+    if (fDisplay->X11() != nullptr)
+        fNative->SetPixels(fDisplay->X11()->PixelsOf(uint32(fNative->winId())));
     _TellHints(spec);
     _TellTitle(spec.title);
 }

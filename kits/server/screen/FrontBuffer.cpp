@@ -3,6 +3,8 @@
 #include "server/screen/FrontBuffer.h"
 #include "support/Boxes.h"
 
+#include <unistd.h>
+
 #include <algorithm>
 #include <cstring>
 #include <utility>
@@ -11,12 +13,55 @@ namespace server {
 
 static const int32 kMaxSide = 32767;             // what an X server takes
 static const int64 kMaxPixels = int64(1) << 27;  // half a gigabyte
-static const uint32 kUnpainted = 0xffd8d8d8;     // the panel's grey
-static const size_t kMaxDirty = 16;              // more are joined to one
+static const uint32 kOpaque = 0xff000000;
+static const uint32 kUnpainted = 0x00d8d8d8;  // the panel's grey
+static const size_t kMaxDirty = 16;           // more are joined to one
 
 static clipping_rect clip(const clipping_rect& rect, int32 width, int32 height)
 {
     return BPrivate::intersect(rect, {0, 0, width - 1, height - 1});
+}
+
+FrontBuffer::~FrontBuffer()
+{
+    if (fDescriptor >= 0)
+        close(fDescriptor);
+}
+
+void FrontBuffer::Share()
+{
+    BPrivate::MutexLock guard(fLock);
+    fShares = true;
+}
+
+struct FrontBuffer::Memory {
+    PixelBuffer pixels;
+    int descriptor = -1;
+};
+
+// Pixels that nobody has painted; none when memory runs out.
+FrontBuffer::Memory FrontBuffer::_Make(int32 width, int32 height)
+{
+    Memory memory;
+    const size_t count = size_t(width) * size_t(height);
+    if (fShares)
+        memory.pixels = make_shared_pixels(count * sizeof(uint32), &memory.descriptor);
+    if (memory.pixels != nullptr)
+        std::fill_n(reinterpret_cast<uint32*>(memory.pixels.get()), count, kUnpainted);
+    else
+        memory.pixels = make_pixels(count * sizeof(uint32));
+    return memory;
+}
+
+void FrontBuffer::_Take(Memory& memory, int32 width, int32 height)
+{
+    if (fDescriptor >= 0)
+        close(fDescriptor);
+    fPixels = std::move(memory.pixels);
+    fDescriptor = memory.descriptor;
+    fWidth = width;
+    fHeight = height;
+    fDirty.assign(1, {0, 0, width - 1, height - 1});
 }
 
 bool FrontBuffer::Resize(int32 unitWidth, int32 unitHeight)
@@ -29,19 +74,16 @@ bool FrontBuffer::Resize(int32 unitWidth, int32 unitHeight)
         return false;
     if (width == fWidth && height == fHeight)
         return true;
-    const size_t row = size_t(width) * sizeof(uint32);
-    PixelBuffer pixels = make_pixels(row * height);
-    if (pixels == nullptr)
+    Memory memory = _Make(width, height);
+    if (memory.pixels == nullptr)
         return false;
+    const size_t row = size_t(width) * sizeof(uint32);
     const size_t kept = size_t(std::min(width, fWidth)) * sizeof(uint32);
     for (int32 y = 0; y < std::min(height, fHeight); y++)
-        memcpy(pixels.get() + y * row, _Row(y), kept);
-    fPixels = std::move(pixels);
-    fWidth = width;
-    fHeight = height;
+        memcpy(memory.pixels.get() + y * row, _Row(y), kept);
+    _Take(memory, width, height);
     fUnitWidth = unitWidth;
     fUnitHeight = unitHeight;
-    fDirty.assign(1, {0, 0, width - 1, height - 1});
     return true;
 }
 
@@ -50,14 +92,11 @@ bool FrontBuffer::_Rescale(float scale)
     const int32 width = first_pixel(fUnitWidth, scale), height = first_pixel(fUnitHeight, scale);
     if (int64(width) * height > kMaxPixels)
         return false;
-    PixelBuffer pixels = make_pixels(size_t(width) * size_t(height) * sizeof(uint32));
-    if (pixels == nullptr)
+    Memory memory = _Make(width, height);
+    if (memory.pixels == nullptr)
         return false;
-    fPixels = std::move(pixels);
-    fWidth = width;
-    fHeight = height;
+    _Take(memory, width, height);
     fScale = scale;
-    fDirty.assign(1, {0, 0, width - 1, height - 1});
     return true;
 }
 
@@ -82,7 +121,7 @@ bool FrontBuffer::Copy(const Surface& surface, const clipping_rect* rects, int32
                 rect.left;
             uint32* to = _Row(y) + rect.left;
             for (int32 x = 0; x < length; x++)
-                to[x] = from[x] | 0xff000000;
+                to[x] = from[x] | kOpaque;
         }
         _AddDirty(rect);
     }
@@ -100,6 +139,19 @@ std::vector<clipping_rect> FrontBuffer::TakeDirty(float* scale)
     BPrivate::MutexLock guard(fLock);
     *scale = fScale;
     return std::exchange(fDirty, {});
+}
+
+bool FrontBuffer::TakeShared(SharedPixels* shared)
+{
+    BPrivate::MutexLock guard(fLock);
+    if (!fPixels.get_deleter().shared)
+        return false;
+    shared->descriptor = std::exchange(fDescriptor, -1);
+    shared->width = fWidth;
+    shared->height = fHeight;
+    shared->scale = fScale;
+    shared->dirty = std::exchange(fDirty, {});
+    return true;
 }
 
 void FrontBuffer::Draw(const clipping_rect& wanted, const Surface& target, int32 x, int32 y)
@@ -121,7 +173,7 @@ void FrontBuffer::Draw(const clipping_rect& wanted, const Surface& target, int32
         auto* to = reinterpret_cast<uint32*>(bits);
         for (int32 column = rect.left; column <= rect.right; column++) {
             uint32 pixel = from[step == 1 ? column : std::min(place(column), fWidth - 1)];
-            to[column + dx] = pixel != 0 ? pixel : kUnpainted;
+            to[column + dx] = (pixel != 0 ? pixel : kUnpainted) | kOpaque;
         }
     }
 }

@@ -15,8 +15,23 @@
 
 namespace server {
 
+// What another process needs to look at the pixels itself.
+struct SharedPixels {
+    int descriptor = -1;  // of memory that was not told of before, the taker's to close; else -1
+    int32 width = 0, height = 0;
+    float scale = 1;
+    std::vector<clipping_rect> dirty;  // rectangles of pixels that have waited for the screen
+};
+
 class FrontBuffer {
 public:
+    FrontBuffer() = default;
+    ~FrontBuffer();
+    FrontBuffer(const FrontBuffer&) = delete;
+    FrontBuffer& operator=(const FrontBuffer&) = delete;
+
+    // The screen's own process is to look at the pixels, where there is memory for that.
+    void Share();
     // New size in units. What is kept of the picture stays; the rest counts as not painted yet.
     // False, and nothing changed, when memory runs out or no window can be that large.
     bool Resize(int32 width, int32 height);
@@ -28,6 +43,9 @@ public:
     void Touch();
     // The rectangles of pixels that wait for the screen, and their scale; none waits afterwards.
     std::vector<clipping_rect> TakeDirty(float* scale);
+    // The same for one that looks at the pixels itself, while new ones may be copied in: those are
+    // finished as well, and wait again. False, and all waits on, where the memory is not shared.
+    bool TakeShared(SharedPixels* shared);
 
     // Lays the part of the picture that `rect` (pixels of the window in the target's scale) names
     // over `target`, whose left top pixel is (0, 0), at (x, y). Pixels not painted yet show as the
@@ -35,6 +53,9 @@ public:
     void Draw(const clipping_rect& rect, const Surface& target, int32 x, int32 y);
 
 private:
+    struct Memory;
+    Memory _Make(int32 width, int32 height) REQUIRES(fLock);
+    void _Take(Memory& memory, int32 width, int32 height) REQUIRES(fLock);
     bool _Rescale(float scale) REQUIRES(fLock);
     void _AddDirty(const clipping_rect& rect) REQUIRES(fLock);
     uint32* _Row(int32 y) REQUIRES(fLock)
@@ -45,6 +66,8 @@ private:
     BPrivate::Mutex fLock;
     // B_RGBA32 rows without padding; alpha 0 marks a pixel that nobody painted yet.
     PixelBuffer fPixels GUARDED_BY(fLock);
+    bool fShares GUARDED_BY(fLock) = false;  // wanted
+    int fDescriptor GUARDED_BY(fLock) = -1;  // of the memory, as long as nobody took it
     int32 fWidth GUARDED_BY(fLock) = 0;
     int32 fHeight GUARDED_BY(fLock) = 0;
     int32 fUnitWidth GUARDED_BY(fLock) = 0;

@@ -35,7 +35,10 @@ std::unique_ptr<X11Screen> X11Screen::Connect()
 }
 
 X11Screen::X11Screen(xcb_connection_t* connection, uint32 root)
-    : fConnection(connection), fRoot(root), fHints(connection, root)
+    : fConnection(connection),
+      fRoot(root),
+      fHints(connection, root),
+      fReadsPixels(X11Pixels::AreKnownTo(connection))
 {
     fCount = _Atom("_NET_NUMBER_OF_DESKTOPS");
     fCurrent = _Atom("_NET_CURRENT_DESKTOP");
@@ -115,6 +118,11 @@ void X11Screen::_Tell(uint32 window, uint32 message, uint32 first, uint32 second
                    XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT,
                    reinterpret_cast<const char*>(&event));
     xcb_flush(fConnection);
+}
+
+std::unique_ptr<X11Pixels> X11Screen::PixelsOf(uint32 window)
+{
+    return fReadsPixels ? X11Pixels::Of(fConnection, window) : nullptr;
 }
 
 void X11Screen::Flush() { xcb_flush(fConnection); }

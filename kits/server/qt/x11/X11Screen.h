@@ -11,6 +11,7 @@
 #include <memory>
 
 #include "server/qt/x11/X11Hints.h"
+#include "server/qt/x11/X11Pixels.h"
 
 struct xcb_connection_t;
 
@@ -38,6 +39,9 @@ public:
     // Has a window that is only to be seen take no input: the one below it is in front for that.
     void PassInputThrough(uint32 window);
     X11Hints& Hints() { return fHints; }
+    // Whether the X server reads pixels where they are; null for a window of which it does not.
+    bool ReadsPixels() const { return fReadsPixels; }
+    std::unique_ptr<X11Pixels> PixelsOf(uint32 window);
 
     bool nativeEventFilter(const QByteArray& type, void* message, qintptr* result) override;
 
@@ -53,6 +57,7 @@ private:
     xcb_connection_t* fConnection;
     uint32 fRoot;
     X11Hints fHints;
+    const bool fReadsPixels;
     uint32 fCount, fCurrent, fOfWindow, fRestack;  // atoms
 };
 
