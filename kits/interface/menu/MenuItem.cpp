@@ -108,6 +108,7 @@ void BMenuItem::_Changed()
 
 void BMenuItem::_Redraw()
 {
+    BPrivate::OpenMenuLock open(fSuper);
     if (fSuper != nullptr && fSuper->Window() != nullptr)
         fSuper->Invalidate(Frame());
 }

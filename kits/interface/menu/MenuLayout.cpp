@@ -91,6 +91,7 @@ void BMenu::_LayoutItems()
 
 void BMenu::_ItemsChanged()
 {
+    BPrivate::OpenMenuLock open(this);
     fLaidOut = false;
     if (Window() == nullptr)
         return;
