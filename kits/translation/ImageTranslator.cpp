@@ -12,6 +12,7 @@
 #include <new>
 #include <utility>
 
+#include "interface/drawing/BitmapSurface.h"
 #include "translation/BitmapData.h"
 #include "translation/ImageFormats.h"
 
@@ -26,11 +27,14 @@ static translation_format make_format(uint32 type, float quality, float capabili
     return format;
 }
 
-static Surface surface_of(const BBitmap& bitmap)
+// What no pixel covers, and a stream tells all the same.
+static void zero_row_ends(const BBitmap& bitmap)
 {
-    return {static_cast<uint8*>(bitmap.Bits()), bitmap.BytesPerRow(),
-            bitmap.Bounds().IntegerWidth() + 1, bitmap.Bounds().IntegerHeight() + 1,
-            bitmap.ColorSpace()};
+    const Surface image = surface_of(bitmap);
+    const size_t row = size_t(image.width) * 4;
+    for (int32 y = 0; y < image.height; y++)
+        memset(image.bits + ptrdiff_t(y) * image.bytesPerRow + row, 0,
+               size_t(image.bytesPerRow) - row);
 }
 
 bool ImageTranslator::IsThere(const ImageFormat& format)
@@ -130,10 +134,14 @@ status_t ImageTranslator::Translate(BPositionIO* source, const translator_info*,
 status_t ImageTranslator::_Read(BPositionIO* source, BMessage* extension,
                                 BPositionIO* destination) const
 {
+    // The host's readers write every pixel, our own may rely on zeroes.
+    const uint32 flags = fFormat.read != nullptr ? 0 : kPixelsUnset;
     std::unique_ptr<BBitmap> bitmap;
     auto place = [&](int32 width, int32 height, color_space space) {
         bitmap.reset(new (std::nothrow)
-                         BBitmap(BRect(0, 0, float(width - 1), float(height - 1)), 0, space));
+                         BBitmap(BRect(0, 0, float(width - 1), float(height - 1)), flags, space));
+        if (bitmap != nullptr && bitmap->IsValid() && flags != 0)
+            zero_row_ends(*bitmap);
         return bitmap != nullptr && bitmap->IsValid() ? surface_of(*bitmap) : Surface();
     };
     const status_t status = fFormat.read != nullptr

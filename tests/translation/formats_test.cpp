@@ -100,6 +100,39 @@ TEST(ImageFormats, EveryCutOffFileIsAnError)
     }
 }
 
+// What a file is read to behind an image of its size that is gone, all of whose bytes were `left`.
+static Bytes read_behind(uint8_t left, const Bytes& file)
+{
+    {
+        const BBitmap before(BRect(0, 0, 1199, 999), 0, B_RGBA32);
+        memset(before.Bits(), left, size_t(before.BitsLength()));
+    }
+    std::unique_ptr<BBitmap> bitmap;
+    if (decode(file, &bitmap) != B_OK)
+        return {};
+    const auto* bits = static_cast<const uint8_t*>(bitmap->Bits());
+    return Bytes(bits, bits + bitmap->BitsLength());
+}
+
+TEST(ImageFormats, LargeOnesShowNothingOfTheImageBefore)
+{
+    for (const uint32_t type : {B_PNG_FORMAT, B_JPEG_FORMAT, B_BMP_FORMAT, B_TIFF_FORMAT,
+                                B_PPM_FORMAT, B_TGA_FORMAT, B_WEBP_FORMAT}) {
+        SCOPED_TRACE(name_of(type));
+        const Bytes whole = encode(make_fields(1100, 1000, B_RGBA32), type);
+        for (size_t part = 0; part < 6 && !whole.empty(); part++) {
+            Bytes file = whole;
+            if (part == 1)
+                file.resize(file.size() - 3);
+            else if (part > 1)
+                file[file.size() / 8 * part] ^= 0x5A;
+            const Bytes found = read_behind(0x11, file);
+            EXPECT_FALSE(part == 0 && found.empty());
+            EXPECT_TRUE(found == read_behind(0xEE, file)) << "damage " << part;
+        }
+    }
+}
+
 TEST(ImageFormats, OtherColourSpacesAreWrittenToo)
 {
     for (const color_space space : {B_CMAP8, B_GRAY8, B_RGB16, B_RGB24, B_GRAY1}) {

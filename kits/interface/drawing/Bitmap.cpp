@@ -40,7 +40,7 @@ static int64 default_row(color_space space, int64 width)
 
 void BBitmap::_Init(BRect bounds, color_space colorSpace, uint32 flags, int32 bytesPerRow)
 {
-    fFlags = flags;
+    fFlags = flags & ~BPrivate::kPixelsUnset;
     fStatus = B_BAD_VALUE;
     if (!bounds.IsValid() || server::BytesPerRow(colorSpace, 1) == 0)
         return;
@@ -63,7 +63,8 @@ void BBitmap::_Init(BRect bounds, color_space colorSpace, uint32 flags, int32 by
         return;
     }
     const size_t length = size_t(row * height);
-    fBits = server::allocate_pixels(length);
+    const bool unset = (flags & BPrivate::kPixelsUnset) != 0;
+    fBits = unset ? server::allocate_unset_pixels(length) : server::allocate_pixels(length);
     if (fBits == nullptr) {
         fStatus = B_NO_MEMORY;
         return;
@@ -106,7 +107,7 @@ void BBitmap::_CopyFrom(const BBitmap& source, uint32 flags)
         fStatus = source.fStatus;
         return;
     }
-    _Init(source.fBounds, source.fSpace, flags, source.fBytesPerRow);
+    _Init(source.fBounds, source.fSpace, flags | BPrivate::kPixelsUnset, source.fBytesPerRow);
     if (fStatus == B_OK)
         memcpy(fBits, source.fBits, size_t(fLength));
 }
@@ -166,7 +167,7 @@ BBitmap::BBitmap(BMessage* data) : BArchivable(data)
         data->FindInt32("_cspace", &space) != B_OK || data->FindInt32("_bmflags", &flags) != B_OK ||
         data->FindInt32("_rowbytes", &row) != B_OK)
         return;
-    _Init(frame, BPrivate::space_of(space), uint32(flags), row);
+    _Init(frame, BPrivate::space_of(space), uint32(flags) & ~BPrivate::kPixelsUnset, row);
     const void* bits;
     ssize_t length;
     if (fStatus == B_OK && data->FindData("_data", B_RAW_TYPE, &bits, &length) == B_OK)

@@ -7,6 +7,9 @@
 
 namespace BPrivate {
 
+// A flag for bitmaps whose maker writes every byte of them: it is not zeroed, and forgets the flag.
+const uint32 kPixelsUnset = 0x80000000;
+
 // The pixels of a bitmap; without bits for an invalid one. Holds while the bitmap lives.
 inline server::Surface surface_of(const BBitmap& bitmap)
 {

@@ -2,8 +2,8 @@
 #define SERVER_PIXEL_MEMORY_H
 
 // Memory for the pixels of windows and bitmaps. Large pieces are pages of the system's own, which
-// has them back at once: the heap would keep what lies between the small things that stay. Any
-// thread.
+// has them back at once, or when it wants them: the heap would keep what lies between the small
+// things that stay. Any thread.
 
 #include <SupportDefs.h>
 
@@ -14,6 +14,8 @@ namespace server {
 // Zeroes, from the start of a cache line on; large pieces cost what is written of them. Null when
 // memory runs out.
 uint8* allocate_pixels(size_t bytes);
+// The same for those who write all of it: there may be anything in it.
+uint8* allocate_unset_pixels(size_t bytes);
 // `bytes` as they were asked for; null is allowed.
 void free_pixels(uint8* pixels, size_t bytes);
 

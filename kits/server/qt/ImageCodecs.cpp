@@ -19,7 +19,8 @@ namespace server {
 
 static const int kJpegQuality = 90;  // per cent
 
-// A stream as Qt reads it, which remembers whether it was asked for more than it has.
+// A stream as Qt reads it, which remembers whether it was asked for more than it has. Readers ask
+// for a few bytes at a time: they come from a piece that is read at once.
 class StreamDevice final : public QIODevice {
 public:
     explicit StreamDevice(BPositionIO* source) : fSource(source)
@@ -45,7 +46,7 @@ protected:
     {
         qint64 got = 0;
         while (got < most) {
-            const ssize_t part = fSource->ReadAt(fPlace + got, bytes + got, size_t(most - got));
+            const qint64 part = _ReadPart(fPlace + got, bytes + got, most - got);
             if (part <= 0)
                 break;
             got += part;
@@ -58,7 +59,24 @@ protected:
     qint64 writeData(const char*, qint64) override { return -1; }
 
 private:
+    // Some of the bytes from `place` on; 0 behind the last one.
+    qint64 _ReadPart(qint64 place, char* bytes, qint64 most)
+    {
+        if (place < fPieceStart || place >= fPieceStart + fPieceSize) {
+            if (most >= qint64(sizeof(fPiece)))
+                return fSource->ReadAt(place, bytes, size_t(most));
+            fPieceStart = place;
+            fPieceSize = std::max<ssize_t>(fSource->ReadAt(place, fPiece, sizeof(fPiece)), 0);
+        }
+        const qint64 part = std::min(most, fPieceStart + fPieceSize - place);
+        memcpy(bytes, fPiece + (place - fPieceStart), size_t(part));
+        return part;
+    }
+
     BPositionIO* fSource;
+    char fPiece[16 * 1024];
+    qint64 fPieceStart = 0;
+    qint64 fPieceSize = 0;
     qint64 fSize = 0;
     qint64 fPlace = 0;
     bool fWasShort = false;
