@@ -32,7 +32,7 @@
 #include "interface/menu/MenuTracker.h"
 #include "app/roster/RunningApps.h"
 #include "app/looper/Scripting.h"
-#include "server/screen/Display.h"
+#include "server/screen/Screen.h"
 
 using BPrivate::LooperRef;
 using BPrivate::LooperTable;

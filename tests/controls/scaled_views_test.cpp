@@ -17,7 +17,7 @@
 #include <cmath>
 #include <vector>
 
-#include "server/screen/Display.h"
+#include "server/screen/Screen.h"
 
 namespace {
 

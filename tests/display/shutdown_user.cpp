@@ -7,7 +7,7 @@
 #include <thread>
 #include <vector>
 
-#include "server/screen/Display.h"
+#include "server/screen/Screen.h"
 
 using namespace server;
 

@@ -14,7 +14,7 @@
 #include <thread>
 #include <vector>
 
-#include "server/screen/Display.h"
+#include "server/screen/Screen.h"
 #include "server/screen/ScreenWindow.h"
 #include "server/screen/Stage.h"
 

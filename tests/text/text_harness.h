@@ -9,7 +9,7 @@
 
 #include <tests/interface/window_harness.h>
 
-#include <server/screen/Display.h>
+#include <server/screen/Screen.h>
 
 #include <string>
 #include <vector>

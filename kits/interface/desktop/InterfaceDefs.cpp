@@ -12,7 +12,7 @@
 #include <iterator>
 #include <mutex>
 
-#include "server/screen/Display.h"
+#include "server/screen/Screen.h"
 #include "server/screen/KeyTable.h"
 #include "server/painter/Painter.h"
 

@@ -10,7 +10,7 @@
 #include <memory>
 #include <vector>
 
-#include "server/screen/Display.h"
+#include "server/screen/Screen.h"
 #include "server/painter/Painter.h"
 
 BScreen::BScreen(screen_id id) : fId(id) {}

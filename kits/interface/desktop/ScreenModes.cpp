@@ -10,7 +10,7 @@
 #include <cstring>
 #include <string>
 
-#include "server/screen/Display.h"
+#include "server/screen/Screen.h"
 
 static bool is_same_mode(const display_mode& one, const display_mode& other)
 {

@@ -9,7 +9,7 @@
 #include <deque>
 #include <mutex>
 
-#include <server/screen/Display.h>
+#include <server/screen/Screen.h>
 
 namespace [[gnu::visibility("hidden")]] BPrivate {
 

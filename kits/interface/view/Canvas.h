@@ -12,7 +12,7 @@
 
 #include <server/painter/Painter.h>
 #include <server/painter/PixelMemory.h>
-#include <server/screen/Display.h>
+#include <server/screen/Screen.h>
 #include <server/screen/Surface.h>
 
 #include <vector>

@@ -9,7 +9,7 @@
 
 #include <memory>
 
-#include <server/screen/Display.h>
+#include <server/screen/Screen.h>
 
 class BBitmap;
 class BMessage;

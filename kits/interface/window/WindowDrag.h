@@ -10,7 +10,7 @@
 
 #include <memory>
 
-#include <server/screen/Display.h>
+#include <server/screen/Screen.h>
 
 namespace [[gnu::visibility("hidden")]] BPrivate {
 

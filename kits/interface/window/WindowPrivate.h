@@ -18,7 +18,7 @@
 #include <vector>
 
 #include <interface/view/Canvas.h>
-#include <server/screen/Display.h>
+#include <server/screen/Screen.h>
 #include <server/screen/Accessible.h>
 #include <server/screen/EchoFilter.h>
 #include <support/Mutex.h>

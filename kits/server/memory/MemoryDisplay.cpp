@@ -7,7 +7,7 @@
 #include <cstdlib>
 #include <utility>
 
-#include "server/screen/Backend.h"
+#include "server/screen/Displays.h"
 #include "server/screen/ScreenWindow.h"
 #include "server/screen/Stage.h"
 
@@ -66,7 +66,7 @@ private:
     void _Unseen();  // it may have gone out of sight
 };
 
-class MemoryDisplay final : public Backend {
+class MemoryDisplay final : public Display {
 public:
     MemoryDisplay()
     {
@@ -211,6 +211,6 @@ void MemoryWindow::ActivateByUser() { _Activate(); }
 
 }  // namespace
 
-Backend* make_memory_display() { return new MemoryDisplay; }
+Display* make_memory_display() { return new MemoryDisplay; }
 
 }  // namespace server

@@ -337,7 +337,7 @@ void QtDisplay::Shutdown()
     });
 }
 
-Backend* make_qt_display()
+Display* make_qt_display()
 {
     if (!can_reach_display())
         return nullptr;

@@ -12,7 +12,7 @@
 #include <thread>
 #include <vector>
 
-#include "server/screen/Backend.h"
+#include "server/screen/Displays.h"
 
 class QGuiApplication;
 
@@ -22,7 +22,7 @@ class QtDrag;
 class QtWindow;
 class X11Screen;
 
-class QtDisplay final : public Backend {
+class QtDisplay final : public Display {
 public:
     // Starts the thread and waits until Qt is up.
     QtDisplay();

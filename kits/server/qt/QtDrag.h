@@ -3,7 +3,7 @@
 
 #include <memory>
 
-#include "server/screen/Display.h"
+#include "server/screen/Screen.h"
 
 namespace server {
 

@@ -4,7 +4,7 @@
 
 #include <cstring>
 
-#include "server/screen/Backend.h"
+#include "server/screen/Displays.h"
 #include "server/screen/KeyTable.h"
 #include "server/screen/ScreenWindow.h"
 #include "server/screen/Stage.h"

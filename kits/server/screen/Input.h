@@ -6,7 +6,7 @@
 
 #include <vector>
 
-#include <server/screen/Display.h>
+#include <server/screen/Screen.h>
 
 namespace server {
 

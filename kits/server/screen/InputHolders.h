@@ -5,7 +5,7 @@
 
 #include <vector>
 
-#include <server/screen/Display.h>
+#include <server/screen/Screen.h>
 
 namespace server {
 

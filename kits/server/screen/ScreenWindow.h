@@ -9,7 +9,7 @@
 // of it: its own changes hold there at once, the user's when their message is dispatched, and an
 // echo filter keeps the screen's late answers from taking a newer wish back.
 
-#include <server/screen/Display.h>
+#include <server/screen/Screen.h>
 #include <server/screen/FrontBuffer.h>
 
 namespace server {

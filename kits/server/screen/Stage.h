@@ -13,7 +13,7 @@
 #include <utility>
 #include <vector>
 
-#include <server/screen/Display.h>
+#include <server/screen/Screen.h>
 #include <server/screen/Input.h>
 #include <server/screen/InputHolders.h>
 

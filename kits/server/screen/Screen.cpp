@@ -1,6 +1,6 @@
-// Chooses the display on first use, and hands the calls of Display.h to it and to the stage.
+// Chooses the display on first use, and hands the calls of Screen.h to it and to the stage.
 
-#include "server/screen/Display.h"
+#include "server/screen/Screen.h"
 
 #include <OS.h>
 
@@ -12,7 +12,7 @@
 
 #include "app/CursorImage.h"
 #include "kernel/threads/ProcessExit.h"
-#include "server/screen/Backend.h"
+#include "server/screen/Displays.h"
 #include "server/screen/Images.h"
 #include "server/screen/ScreenPicture.h"
 #include "server/screen/ScreenWindow.h"
@@ -30,7 +30,7 @@ BPrivate::Mutex& choice_mutex()
     return *mutex;
 }
 
-Backend* sBackend GUARDED_BY(choice_mutex());
+Display* sDisplay GUARDED_BY(choice_mutex());
 
 bool has_display()
 {
@@ -42,33 +42,33 @@ bool has_display()
     return false;
 }
 
-Backend* chosen_backend() REQUIRES(choice_mutex())
+Display* chosen_display() REQUIRES(choice_mutex())
 {
-    if (sBackend == nullptr && has_display()) {
-        sBackend = make_qt_display();
-        if (sBackend != nullptr) {
+    if (sDisplay == nullptr && has_display()) {
+        sDisplay = make_qt_display();
+        if (sDisplay != nullptr) {
             BPrivate::on_process_exit(Shutdown);
             atexit(Shutdown);  // the second best, for threads that the kits do not know
         } else {
             fputs("cannot reach the display: windows stay in memory\n", stderr);
         }
     }
-    if (sBackend == nullptr)
-        sBackend = make_memory_display();
-    return sBackend;
+    if (sDisplay == nullptr)
+        sDisplay = make_memory_display();
+    return sDisplay;
 }
 
-Backend* backend()
+Display* the_display()
 {
     BPrivate::MutexLock guard(choice_mutex());
-    return chosen_backend();
+    return chosen_display();
 }
 
 }  // namespace
 
 Window* Window::Create(const WindowSpec& spec, EventSink* sink)
 {
-    Backend* display = backend();
+    Display* display = the_display();
     StageLock lock;
     ScreenWindow* window = display->Create(spec, sink);
     if (window != nullptr)
@@ -78,7 +78,7 @@ Window* Window::Create(const WindowSpec& spec, EventSink* sink)
 
 BRect ScreenFrame()
 {
-    Backend* display = backend();
+    Display* display = the_display();
     StageLock lock;
     return display->ScreenFrame();
 }
@@ -87,17 +87,17 @@ color_space ScreenSpace() { return B_RGBA32; }
 
 bigtime_t FrameInterval()
 {
-    Backend* display = backend();
+    Display* display = the_display();
     StageLock lock;
     return display->FrameInterval();
 }
 
 float ScreenScale()
 {
-    Backend* display;
+    Display* display;
     {
         BPrivate::MutexLock guard(choice_mutex());
-        display = sBackend;
+        display = sDisplay;
     }
     if (display == nullptr)
         return 1;
@@ -107,14 +107,14 @@ float ScreenScale()
 
 void SetScreenScale(float scale)
 {
-    Backend* display = backend();
+    Display* display = the_display();
     StageLock lock;
     display->SetScale(sensible_scale(scale));
 }
 
 Monitor ScreenMonitor()
 {
-    Backend* display = backend();
+    Display* display = the_display();
     StageLock lock;
     return display->ScreenMonitor();
 }
@@ -151,7 +151,7 @@ status_t SaveScreen(const char* pngPath)
     int32 width, height;
     if (pngPath == nullptr)
         return B_BAD_VALUE;
-    Backend* display = backend();
+    Display* display = the_display();
     float scale;
     {
         StageLock lock;
@@ -195,7 +195,7 @@ void KeyStates(uint8 states[16])
 
 void SetPointer(BPoint screenWhere)
 {
-    Backend* display = backend();
+    Display* display = the_display();
     StageLock lock;
     display->SetPointer(screenWhere);
 }
@@ -214,7 +214,7 @@ void SetClickSpeed(bigtime_t speed)
 
 void BeginDrag(std::shared_ptr<const DragPicture> picture, ClipboardForms forms)
 {
-    Backend* display = backend();
+    Display* display = the_display();
     StageLock lock;
     stage().BeginDrag(picture, [=](bool dropped) { display->DragEnded(dropped); });
     display->DragBegan(picture, std::move(forms));
@@ -241,7 +241,7 @@ EventSink* SinkAt(BPoint screenWhere, BPoint* where)
 
 void HoldInput(EventSink* sink, EventSink* owner, BPoint* screenWhere, uint32* buttons)
 {
-    Backend* display = backend();
+    Display* display = the_display();
     StageLock lock;
     stage().HoldInput(sink, owner);
     *screenWhere = stage().Pointer();
@@ -251,7 +251,7 @@ void HoldInput(EventSink* sink, EventSink* owner, BPoint* screenWhere, uint32* b
 
 void ReleaseInput(EventSink* sink)
 {
-    Backend* display = backend();
+    Display* display = the_display();
     StageLock lock;
     if (stage().ReleaseInput(sink))
         display->InputHeld(false);
@@ -259,28 +259,28 @@ void ReleaseInput(EventSink* sink)
 
 int32 CountWorkspaces()
 {
-    Backend* display = backend();
+    Display* display = the_display();
     StageLock lock;
     return display->CountWorkspaces();
 }
 
 int32 CurrentWorkspace()
 {
-    Backend* display = backend();
+    Display* display = the_display();
     StageLock lock;
     return display->CurrentWorkspace();
 }
 
 void ActivateWorkspace(int32 workspace)
 {
-    Backend* display = backend();
+    Display* display = the_display();
     StageLock lock;
     display->ActivateWorkspace(workspace);
 }
 
 void SetWorkspaceCount(int32 count)
 {
-    Backend* display = backend();
+    Display* display = the_display();
     StageLock lock;
     display->SetWorkspaceCount(count);
 }
@@ -326,8 +326,8 @@ void SetAppCursor(const BCursor* cursor)
     BPrivate::MutexLock guard(choice_mutex());
     StageLock lock;
     stage().SetAppCursor(BPrivate::cursor_image(cursor));
-    if (sBackend != nullptr)
-        sBackend->UpdateCursors();
+    if (sDisplay != nullptr)
+        sDisplay->UpdateCursors();
 }
 
 void SetCursorHidden(bool hidden)
@@ -335,8 +335,8 @@ void SetCursorHidden(bool hidden)
     BPrivate::MutexLock guard(choice_mutex());
     StageLock lock;
     stage().SetCursorHidden(hidden);
-    if (sBackend != nullptr)
-        sBackend->UpdateCursors();
+    if (sDisplay != nullptr)
+        sDisplay->UpdateCursors();
 }
 
 void ObscureCursor()
@@ -344,28 +344,28 @@ void ObscureCursor()
     BPrivate::MutexLock guard(choice_mutex());
     StageLock lock;
     stage().ObscureCursor();
-    if (sBackend != nullptr)
-        sBackend->UpdateCursors();
+    if (sDisplay != nullptr)
+        sDisplay->UpdateCursors();
 }
 
 std::shared_ptr<Clipboard> SystemClipboard()
 {
     BPrivate::MutexLock guard(choice_mutex());
-    return chosen_backend()->SystemClipboard();
+    return chosen_display()->SystemClipboard();
 }
 
 std::shared_ptr<Clipboard> PrimarySelection()
 {
     BPrivate::MutexLock guard(choice_mutex());
-    return chosen_backend()->PrimarySelection();
+    return chosen_display()->PrimarySelection();
 }
 
 void Shutdown()
 {
-    Backend* display;
+    Display* display;
     {
         BPrivate::MutexLock guard(choice_mutex());
-        display = sBackend;
+        display = sDisplay;
     }
     if (display != nullptr)
         display->Shutdown();

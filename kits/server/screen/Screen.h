@@ -1,5 +1,5 @@
-#ifndef SERVER_DISPLAY_H
-#define SERVER_DISPLAY_H
+#ifndef SERVER_SCREEN_H
+#define SERVER_SCREEN_H
 
 // The screen, its windows and its input. There are two displays: Qt's (an X server or Wayland) and
 // one in memory, taken when neither DISPLAY nor WAYLAND_DISPLAY is set. One server thread owns all
@@ -248,4 +248,4 @@ void Shutdown();
 
 }  // namespace server
 
-#endif  // SERVER_DISPLAY_H
+#endif  // SERVER_SCREEN_H

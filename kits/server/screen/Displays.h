@@ -1,17 +1,17 @@
-#ifndef SERVER_BACKEND_H
-#define SERVER_BACKEND_H
+#ifndef SERVER_DISPLAYS_H
+#define SERVER_DISPLAYS_H
 
 // What the two displays do each in its own way. Unless it says otherwise a function is called with
 // the stage locked and must not wait.
 
 #include <server/clipboard/Clipboard.h>
-#include <server/screen/Display.h>
+#include <server/screen/Screen.h>
 
 namespace server {
 
 class ScreenWindow;
 
-class Backend {
+class Display {
 public:
     // A window that is not on the stage yet; null when the screen can not take another one.
     virtual ScreenWindow* Create(const WindowSpec& spec, EventSink* sink) = 0;
@@ -42,14 +42,14 @@ public:
     virtual void Shutdown() = 0;
 
 protected:
-    ~Backend() = default;
+    ~Display() = default;
 };
 
 // A display in memory: no thread, no native windows.
-Backend* make_memory_display();
+Display* make_memory_display();
 // Qt's display, with the server's thread running. Null when no display can be reached.
-Backend* make_qt_display();
+Display* make_qt_display();
 
 }  // namespace server
 
-#endif  // SERVER_BACKEND_H
+#endif  // SERVER_DISPLAYS_H
