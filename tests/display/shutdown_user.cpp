@@ -7,7 +7,7 @@
 #include <thread>
 #include <vector>
 
-#include "server/screen/Screen.h"
+#include "server/screen/ScreenWindow.h"
 
 using namespace server;
 
@@ -22,18 +22,18 @@ struct Sink : public EventSink {
 
 std::atomic<int> sOpened{0};
 
-Window* open_window(Sink* sink)
+ScreenWindow* open_window(Sink* sink)
 {
     WindowSpec spec;
     spec.frame.Set(50, 50, 199, 149);
-    return Window::Create(spec, sink);
+    return ScreenWindow::Create(spec, sink);
 }
 
 void open_and_close()
 {
     Sink sink;
-    Window* kept = nullptr;
-    while (Window* window = open_window(&sink)) {
+    ScreenWindow* kept = nullptr;
+    while (ScreenWindow* window = open_window(&sink)) {
         window->Show();
         window->MoveTo(BPoint(60, 60));
         sOpened++;

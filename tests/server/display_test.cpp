@@ -14,7 +14,6 @@
 #include <thread>
 #include <vector>
 
-#include "server/screen/Screen.h"
 #include "server/screen/ScreenWindow.h"
 #include "server/screen/Stage.h"
 
@@ -44,7 +43,7 @@ public:
 // A shown window that ends with the test.
 struct TestWindow {
     Recorder sink;
-    Window* window;
+    ScreenWindow* window;
 
     explicit TestWindow(BRect frame, uint32 flags = 0, window_feel feel = B_NORMAL_WINDOW_FEEL,
                         window_look look = B_TITLED_WINDOW_LOOK)
@@ -54,7 +53,7 @@ struct TestWindow {
         spec.flags = flags;
         spec.feel = feel;
         spec.look = look;
-        window = Window::Create(spec, &sink);
+        window = ScreenWindow::Create(spec, &sink);
         window->Show();
     }
     ~TestWindow() { window->Destroy(); }
@@ -84,7 +83,7 @@ uint32 pixel_at(float x, float y)
     return pixels[0];
 }
 
-void fill(Window* window, int32 width, int32 height, uint32 color)
+void fill(ScreenWindow* window, int32 width, int32 height, uint32 color)
 {
     std::vector<uint32> pixels(size_t(width) * height, color);
     Surface surface;
@@ -247,7 +246,7 @@ TEST(MemoryDisplay, SubsetForgetsWindowsThatGo)
 {
     TestWindow modal(BRect(400, 50, 499, 149), 0, B_MODAL_SUBSET_WINDOW_FEEL);
     auto member = std::make_unique<TestWindow>(BRect(50, 50, 149, 149));
-    Window* const gone = member->window;
+    ScreenWindow* const gone = member->window;
     modal.window->AddToSubset(gone);
     member.reset();
     modal.window->RemoveFromSubset(gone);
@@ -345,7 +344,7 @@ TEST(MemoryDisplay, WindowsTooLargeToHoldAreRefused)
                             BRect(0, 0, 32000, 32000)};
     for (BRect frame : frames) {
         spec.frame = frame;
-        EXPECT_EQ(Window::Create(spec, &sink), nullptr);
+        EXPECT_EQ(ScreenWindow::Create(spec, &sink), nullptr);
     }
     TestWindow window(BRect(0, 0, 99, 99));
     window.window->SetSizeLimits(0, 1e9f, 0, 1e9f);
@@ -560,7 +559,7 @@ TEST(Stage, InputForAWindowThatIsGoneReachesNobody)
 {
     TestWindow other(BRect(300, 100, 399, 199));
     auto window = std::make_unique<TestWindow>(BRect(100, 100, 199, 199));
-    auto* gone = static_cast<ScreenWindow*>(window->window);
+    ScreenWindow* const gone = window->window;
     window.reset();
     const size_t before = other.sink.events.size();
     StageLock lock;
@@ -725,7 +724,7 @@ TEST(MemoryDisplay, TakesTheNearestScaleThatTheEnvironmentNames)
         const auto open = [&] {
             setenv("PLINTH_DISPLAY_SCALE", each.text, 1);
             Recorder sink;
-            exit(Window::Create(WindowSpec(), &sink)->Scale() == each.scale ? 0 : 1);
+            exit(ScreenWindow::Create(WindowSpec(), &sink)->Scale() == each.scale ? 0 : 1);
         };
         EXPECT_EXIT(open(), testing::ExitedWithCode(0), "") << each.text;
     }

@@ -19,7 +19,7 @@
 
 namespace BPrivate {
 
-Canvas::Canvas(BWindow* window, server::Window* display)
+Canvas::Canvas(BWindow* window, server::ScreenWindow* display)
     : fWindow(window), fDisplay(display), fOffscreen(false)
 {
     if (display != nullptr)

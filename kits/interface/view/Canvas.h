@@ -12,7 +12,7 @@
 
 #include <server/painter/Painter.h>
 #include <server/painter/PixelMemory.h>
-#include <server/screen/Screen.h>
+#include <server/screen/ScreenWindow.h>
 #include <server/screen/Surface.h>
 
 #include <vector>
@@ -28,7 +28,7 @@ class [[gnu::visibility("hidden")]] Canvas
 {
 public:
     // A back buffer for `window`, without pixels until Resize(), presented through `display`.
-    Canvas(BWindow * window, server::Window * display);
+    Canvas(BWindow * window, server::ScreenWindow * display);
     // Draws into the bits of a bitmap; nothing is presented and no view is asked to Draw().
     Canvas(BWindow * window, const server::Surface& bitmap);
     ~Canvas();
@@ -102,7 +102,7 @@ private:
     clipping_rect _Pixels() const { return {0, 0, fSurface.width - 1, fSurface.height - 1}; }
 
     BWindow* const fWindow;
-    server::Window* const fDisplay;  // null too when the screen took no more windows
+    server::ScreenWindow* const fDisplay;  // null too when the screen took no more windows
     const bool fOffscreen;
     server::Surface fSurface;
     const std::unique_ptr<FinePicture> fFine;

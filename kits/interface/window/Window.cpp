@@ -304,7 +304,7 @@ void BWindow::_Init(BRect frame, const char* title, window_look look, window_fee
     spec.feel = feel;
     spec.flags = flags;
     spec.workspaces = workspace;
-    fData->display = server::Window::Create(spec, fData);
+    fData->display = server::ScreenWindow::Create(spec, fData);
     fData->canvas = std::make_unique<Canvas>(this, fData->display);
     fData->canvas->Resize(frame.IntegerWidth() + 1, frame.IntegerHeight() + 1);
     fData->topView = ViewPrivate::NewTop(this, fData->canvas.get(), frame.Width(), frame.Height());

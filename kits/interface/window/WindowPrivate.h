@@ -18,7 +18,7 @@
 #include <vector>
 
 #include <interface/view/Canvas.h>
-#include <server/screen/Screen.h>
+#include <server/screen/ScreenWindow.h>
 #include <server/screen/Accessible.h>
 #include <server/screen/EchoFilter.h>
 #include <support/Mutex.h>
@@ -198,8 +198,8 @@ struct [[gnu::visibility("hidden")]] WindowData : public server::EventSink
     void ListenersChanged();
 
     BWindow* const window;
-    bool offscreen = false;             // carries a bitmap's views
-    server::Window* display = nullptr;  // null if offscreen, or if the screen took no more
+    bool offscreen = false;                   // carries a bitmap's views
+    server::ScreenWindow* display = nullptr;  // null if offscreen, or if the screen took no more
     std::unique_ptr<Canvas> canvas;
     BView* topView = nullptr;
 
@@ -258,7 +258,7 @@ struct [[gnu::visibility("hidden")]] WindowData : public server::EventSink
     std::vector<BMenuBar*> menuBars;  // those in the window, whose shortcuts its keys are
     BLayout* layout = nullptr;
     int32 alignment[9] = {};  // mode, then SetWindowAlignment()'s numbers in order
-    std::map<BWindow*, server::Window*> subset;  // only compared: they may be gone
+    std::map<BWindow*, server::ScreenWindow*> subset;  // only compared: they may be gone
     BMessage decorator;
 
 private:

@@ -293,7 +293,7 @@ status_t BWindow::AddToSubset(BWindow* window)
     if (!lock.IsLocked() ||
         (fData->feel != B_MODAL_SUBSET_WINDOW_FEEL && fData->feel != B_FLOATING_SUBSET_WINDOW_FEEL))
         return B_BAD_VALUE;
-    server::Window* display = window->fData->display;
+    server::ScreenWindow* display = window->fData->display;
     fData->subset[window] = display;
     if (fData->display != nullptr && display != nullptr)
         fData->display->AddToSubset(display);

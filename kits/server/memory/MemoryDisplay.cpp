@@ -49,7 +49,7 @@ public:
     void Show() override;
     void Hide() override;
     void Activate(bool active) override;
-    void SendBehind(Window* other) override;
+    void SendBehind(ScreenWindow* other) override;
     void SetCursor(const BCursor*) override {}
     void Present(const Surface& surface, const clipping_rect* rects, int32 count) override;
     float Scale() const override { return sScale; }
@@ -193,11 +193,11 @@ void MemoryWindow::Activate(bool active)
     }
 }
 
-void MemoryWindow::SendBehind(Window* other)
+void MemoryWindow::SendBehind(ScreenWindow* other)
 {
     StageLock lock;
     bool wasActive = stage().Active() == this;
-    stage().PutBehind(this, static_cast<ScreenWindow*>(other));
+    stage().PutBehind(this, other);
     if (wasActive && stage().IsVisible(this))
         stage().ActivateNext();
 }

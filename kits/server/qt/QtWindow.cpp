@@ -167,7 +167,7 @@ void QtWindow::Activate(bool active)
     }
 }
 
-void QtWindow::SendBehind(Window* other)
+void QtWindow::SendBehind(ScreenWindow* other)
 {
     StageLock lock;
     auto* above = static_cast<QtWindow*>(other);

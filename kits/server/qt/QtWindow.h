@@ -25,7 +25,7 @@ public:
     void Show() override;
     void Hide() override;
     void Activate(bool active) override;
-    void SendBehind(Window* other) override;
+    void SendBehind(ScreenWindow* other) override;
     void SetCursor(const BCursor* cursor) override;
     void Present(const Surface& surface, const clipping_rect* rects, int32 count) override;
 

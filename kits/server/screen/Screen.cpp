@@ -66,7 +66,7 @@ Display* the_display()
 
 }  // namespace
 
-Window* Window::Create(const WindowSpec& spec, EventSink* sink)
+ScreenWindow* ScreenWindow::Create(const WindowSpec& spec, EventSink* sink)
 {
     Display* display = the_display();
     StageLock lock;

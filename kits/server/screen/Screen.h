@@ -47,10 +47,11 @@ enum class EventKind : uint8 {
     DragCancelled,       // the user has thought better of it; to the window that has the pointer
     ReaderCame,          // a screen reader listens from here on
     ReaderAsked,         // request
-    ScaleChanged,        // the screen's pixels a unit of the window are others: Window::Scale()
+    ScaleChanged,  // the screen's pixels a unit of the window are others: ScreenWindow::Scale()
 };
 
 class EventSink;
+class ScreenWindow;
 struct AccessibleRequest;
 struct AccessibleTree;
 
@@ -113,53 +114,6 @@ struct WindowSpec {
     uint32 flags = 0;
     uint32 workspaces = B_CURRENT_WORKSPACE;
     float minWidth = 0, maxWidth = 32768, minHeight = 0, maxHeight = 32768;
-};
-
-// One window of the screen. The calls return at once; the server's thread carries them out in
-// order. Changes that the program asked for come back as events like the user's own.
-class Window {
-public:
-    // Null when the screen can not take another window. The window starts hidden.
-    static Window* Create(const WindowSpec& spec, EventSink* sink);
-    // No event reaches the sink once this returns. The object is gone.
-    virtual void Destroy() = 0;
-
-    virtual void Show() = 0;
-    virtual void Hide() = 0;
-    virtual void Minimize(bool minimize) = 0;
-    virtual void Activate(bool active) = 0;      // active false: behind all others
-    virtual void SendBehind(Window* other) = 0;  // null: to the back
-    virtual void MoveTo(BPoint leftTop) = 0;
-    virtual void ResizeTo(float width, float height) = 0;  // right-left, bottom-top
-    virtual void SetTitle(const std::string& title) = 0;
-    virtual void SetLook(window_look look) = 0;
-    virtual void SetFeel(window_feel feel) = 0;
-    virtual void SetFlags(uint32 flags) = 0;
-    virtual void SetSizeLimits(float minWidth, float maxWidth, float minHeight,
-                               float maxHeight) = 0;
-    virtual void SetWorkspaces(uint32 workspaces) = 0;
-    // The windows that one of a subset feel blocks, or floats above. One that goes leaves them; it
-    // may be gone when it is removed.
-    virtual void AddToSubset(Window* other) = 0;
-    virtual void RemoveFromSubset(Window* other) = 0;
-    virtual void SetCursor(const BCursor* cursor) = 0;  // null: the default
-    // Where the text is that an input method makes, in the window: its list of words goes there.
-    virtual void SetCompositionPlace(BRect place) = 0;
-    // What is being composed stays where it is, and nothing more of it comes.
-    virtual void EndComposition() = 0;
-    // Hands finished pixels over: `rects` of `surface` (pixels of a B_RGBA32 back buffer of the
-    // window's size, best in the window's scale) are copied before the call returns, and reach the
-    // screen with its next frame.
-    virtual void Present(const Surface& surface, const clipping_rect* rects, int32 count) = 0;
-    // What screen readers are told of the window from here on.
-    virtual void SetAccessible(std::shared_ptr<const AccessibleTree> tree) = 0;
-    // Size of title bar and borders as far as known: what the content's frame grows by.
-    virtual BRect DecoratorFrame(BRect content) const = 0;
-    // The screen's pixels a unit of the window: a sensible_scale().
-    virtual float Scale() const = 0;
-
-protected:
-    virtual ~Window() = default;
 };
 
 // Screen.

@@ -191,21 +191,20 @@ void ScreenWindow::SetFeel(window_feel feel)
     stage().MindBlockers();
 }
 
-void ScreenWindow::AddToSubset(Window* other)
+void ScreenWindow::AddToSubset(ScreenWindow* other)
 {
     StageLock lock;
-    auto* member = static_cast<ScreenWindow*>(other);
-    if (std::find(fSubset.begin(), fSubset.end(), member) != fSubset.end())
+    if (std::find(fSubset.begin(), fSubset.end(), other) != fSubset.end())
         return;
-    fSubset.push_back(member);
+    fSubset.push_back(other);
     Restyled();
     stage().MindBlockers();
 }
 
-void ScreenWindow::RemoveFromSubset(Window* other)
+void ScreenWindow::RemoveFromSubset(ScreenWindow* other)
 {
     StageLock lock;
-    if (std::erase(fSubset, static_cast<ScreenWindow*>(other)) == 0)
+    if (std::erase(fSubset, other) == 0)
         return;
     Restyled();
     stage().MindBlockers();

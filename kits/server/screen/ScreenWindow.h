@@ -1,8 +1,8 @@
 #ifndef SERVER_SCREEN_WINDOW_H
 #define SERVER_SCREEN_WINDOW_H
 
-// What the windows of both displays share: their place, state and pixels as the stage knows them.
-// Everything but the front buffer is guarded by the stage's lock.
+// One window of the screen, and what the windows of both displays share: their place, state and
+// pixels as the stage knows them. Everything but the front buffer is guarded by the stage's lock.
 //
 // A window's place is the screen's: Frame() is where the screen has it, Wanted() where it will have
 // it when the program's last word is carried out. What BWindow::Frame() says is the program's view
@@ -14,8 +14,51 @@
 
 namespace server {
 
-class ScreenWindow : public Window {
+class ScreenWindow {
 public:
+    // ---- For its owner: the calls return at once, and the server's thread carries them out in
+    // order. Changes that the program asked for come back as events like the user's own.
+
+    // Null when the screen can not take another window. The window starts hidden.
+    static ScreenWindow* Create(const WindowSpec& spec, EventSink* sink);
+    // No event reaches the sink once this returns. The object is gone.
+    virtual void Destroy() = 0;
+
+    virtual void Show() = 0;
+    virtual void Hide() = 0;
+    void Minimize(bool minimize);
+    virtual void Activate(bool active) = 0;            // active false: behind all others
+    virtual void SendBehind(ScreenWindow* other) = 0;  // null: to the back
+    void MoveTo(BPoint leftTop);
+    void ResizeTo(float width, float height);  // right-left, bottom-top
+    void SetTitle(const std::string& title);
+    void SetLook(window_look look);
+    void SetFeel(window_feel feel);
+    void SetFlags(uint32 flags);
+    void SetSizeLimits(float minWidth, float maxWidth, float minHeight, float maxHeight);
+    void SetWorkspaces(uint32 workspaces);
+    // The windows that one of a subset feel blocks, or floats above. One that goes leaves them; it
+    // may be gone when it is removed.
+    void AddToSubset(ScreenWindow* other);
+    void RemoveFromSubset(ScreenWindow* other);
+    virtual void SetCursor(const BCursor* cursor) = 0;  // null: the default
+    // Where the text is that an input method makes, in the window: its list of words goes there.
+    void SetCompositionPlace(BRect place);
+    // What is being composed stays where it is, and nothing more of it comes.
+    void EndComposition();
+    // Hands finished pixels over: `rects` of `surface` (pixels of a B_RGBA32 back buffer of the
+    // window's size, best in the window's scale) are copied before the call returns, and reach the
+    // screen with its next frame.
+    virtual void Present(const Surface& surface, const clipping_rect* rects, int32 count) = 0;
+    // What screen readers are told of the window from here on.
+    void SetAccessible(std::shared_ptr<const AccessibleTree> tree);
+    // Size of title bar and borders as far as known: what the content's frame grows by.
+    BRect DecoratorFrame(BRect content) const;
+    // The screen's pixels a unit of the window: a sensible_scale().
+    virtual float Scale() const = 0;
+
+    // ---- For the stage and the displays
+
     // Pixels around the content.
     struct Border {
         int32 side = 0;  // left, right and bottom
@@ -63,21 +106,6 @@ public:
     void CloseByUser();
     void ZoomByUser();
 
-    void Minimize(bool minimize) override;
-    void MoveTo(BPoint leftTop) override;
-    void ResizeTo(float width, float height) override;
-    void SetTitle(const std::string& title) override;
-    void SetLook(window_look look) override;
-    void SetFeel(window_feel feel) override;
-    void SetFlags(uint32 flags) override;
-    void SetSizeLimits(float minWidth, float maxWidth, float minHeight, float maxHeight) override;
-    void SetWorkspaces(uint32 workspaces) override;
-    void AddToSubset(Window* other) override;
-    void RemoveFromSubset(Window* other) override;
-    BRect DecoratorFrame(BRect content) const override;
-    void SetCompositionPlace(BRect place) override;
-    void EndComposition() override;
-    void SetAccessible(std::shared_ptr<const AccessibleTree> tree) override;
     // Stage locked.
     BRect CompositionPlace() const { return fCompositionPlace; }
     const std::shared_ptr<const AccessibleTree>& Accessible() const { return fAccessible; }
@@ -85,7 +113,7 @@ public:
     void Ask(const AccessibleRequest& request);
 
 protected:
-    ~ScreenWindow() override = default;
+    virtual ~ScreenWindow() = default;
 
     // Where the window is, or soon will be. Stage locked, as for all hooks below.
     virtual BRect Wanted() const { return fSpec.frame; }
