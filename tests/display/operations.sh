@@ -5,26 +5,12 @@ scenario=$1 program_path=$2
 . "$(dirname "$0")/screen.sh"
 
 start_program() {
-    mkfifo "$folder/calls"
-    "$program_path" <"$folder/calls" >"$log" 2>"$folder/err" &
-    program=$!
-    started+=("$program")
-    exec {calls}>"$folder/calls"
-    expect ready
+    start_told "$program_path"
     eventually both_show || fail "not both windows"
     first=$(named 'first window') second=$(named 'second window')
 }
 named() { xdotool search --all --onlyvisible --pid "$program" --name "$1" | tail -n 1; }
 both_show() { [ -n "$(named 'first window')" ] && [ -n "$(named 'second window')" ]; }
-# tell CALL...: answers are looked for from here on.
-tell() {
-    mark
-    echo "$*" >&"$calls"
-}
-ask() {
-    tell "${@:1:$#-1}"
-    expect "${*: -1}"
-}
 # Asks again, of what the program may not have heard yet.
 asked() {
     tell "${@:1:$#-1}"

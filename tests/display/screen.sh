@@ -74,3 +74,22 @@ become_active() {
     return 1
 }
 activate() { eventually become_active "$1" || fail "the window does not become active"; }
+
+# start_told PROGRAM...: one that is told what to do. Its errors go to a file of their own.
+start_told() {
+    mkfifo "$folder/calls"
+    "$@" <"$folder/calls" >"$log" 2>"$folder/err" &
+    program=$!
+    started+=("$program")
+    exec {calls}>"$folder/calls"
+    expect ready
+}
+# tell CALL...: answers are looked for from here on. ask CALL... ANSWER
+tell() {
+    mark
+    echo "$*" >&"$calls"
+}
+ask() {
+    tell "${@:1:$#-1}"
+    expect "${*: -1}"
+}

@@ -13,21 +13,8 @@ start_compositor() {
     eventually test -S "$folder/plinth-test" || fail "no compositor: $(cat "$folder/weston")"
 }
 start_program() {
-    mkfifo "$folder/calls"
-    "$1" <"$folder/calls" >"$log" 2>"$folder/err" &
-    program=$!
-    started+=("$program")
-    exec {calls}>"$folder/calls"
-    expect ready
+    start_told "$1"
     ! grep -q 'in memory' "$folder/err" || fail "it is not on the screen"
-}
-tell() {
-    mark
-    echo "$*" >&"$calls"
-}
-ask() {
-    tell "${@:1:$#-1}"
-    expect "${*: -1}"
 }
 ended() { ! kill -0 "$program"; }
 
