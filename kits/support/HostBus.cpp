@@ -10,8 +10,7 @@
 
 namespace BPrivate {
 
-// Where the user's bus listens, "" for none. An address that would have to start one is none.
-static std::string session_address()
+std::string session_bus_address()
 {
     const char* address = getenv("DBUS_SESSION_BUS_ADDRESS");
     if (address != nullptr && address[0] != '\0')
@@ -92,7 +91,7 @@ static const HostBus::Object kBus = {"org.freedesktop.DBus", "/org/freedesktop/D
 
 HostBus::HostBus(Kind kind, bigtime_t timeout_us) : fTimeoutMs(static_cast<int>(timeout_us / 1000))
 {
-    const std::string address = kind == Kind::Session ? session_address() : system_address();
+    const std::string address = kind == Kind::Session ? session_bus_address() : system_address();
     if (address.empty())
         return;
     GError* error = nullptr;

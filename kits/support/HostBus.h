@@ -18,6 +18,9 @@ struct FreeVariant {
 };
 using Variant = std::unique_ptr<GVariant, FreeVariant>;
 
+// Where the user's bus listens, "" for none. An address that would have to start one is none.
+std::string session_bus_address();
+
 // A connection of its own to a bus, for one thread at a time.
 class HostBus {
 public:

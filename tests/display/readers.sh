@@ -14,13 +14,13 @@ start_session_bus() {
     export DBUS_SESSION_BUS_ADDRESS
 }
 
-# With a reader, as all programs are told. The bus's starter ends what it has started itself.
+# With a reader, as all programs are told, or with 0 none. The bus's starter ends what it has started itself.
 start_readers() {
     local launcher
     for launcher in /usr/libexec/at-spi-bus-launcher /usr/lib/at-spi2-core/at-spi-bus-launcher; do
         [ -x "$launcher" ] && break
     done
-    "$launcher" --launch-immediately --a11y=1 >"$folder/launcher" 2>&1 &
+    "$launcher" --launch-immediately --a11y="${1:-1}" >"$folder/launcher" 2>&1 &
     started+=($!)
     eventually gdbus call --session --dest org.a11y.Bus --object-path /org/a11y/bus \
         --method org.a11y.Bus.GetAddress || fail "no accessibility bus: $(cat "$folder/launcher")"
@@ -231,9 +231,35 @@ late() {
     expect pressed
 }
 
+# One that is switched on when the bus and the program run, off, and on again.
+switched() {
+    for _ in 1 2; do
+        switch IsEnabled true
+        answers 'push button\|Press me\|.*' of 'Press me'
+        [ "$("$reader" tree | grep -c '|Press me|')" = 1 ] || fail "told twice"
+        ask do 'Press me' press
+        expect pressed
+        tell label
+        answers 'check box\|Louder\|.*' of Louder
+        switch ScreenReaderEnabled true
+        switch IsEnabled false
+        answers 'push button\|Press me\|.*' of 'Press me'
+        switch ScreenReaderEnabled false
+    done
+}
+switch() {
+    gdbus call --session --dest org.a11y.Bus --object-path /org/a11y/bus \
+        --method org.freedesktop.DBus.Properties.Set org.a11y.Status "$1" "<$2>" >/dev/null ||
+        fail "cannot switch $1 $2"
+}
+
 start_server
 start_session_bus
-[ "$scenario" = late ] || start_readers
+case $scenario in
+    late) ;;
+    switched) start_readers 0 ;;
+    *) start_readers ;;
+esac
 start_program
 eventually window_shows "$pid" || fail "no window"
 [ "$scenario" != late ] || start_readers

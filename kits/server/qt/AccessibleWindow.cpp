@@ -32,15 +32,64 @@ bool is_row(const AccessibleItem& item)
 
 // --- readers
 
-ReaderWatch::ReaderWatch()
+namespace {
+
+// Qt makes its connection to the bus of the readers when it is asked for them first, and shows it
+// to nobody; but it is an object, and gets a part.
+class ConnectionFinder : public QObject {
+public:
+    ConnectionFinder()
+    {
+        qApp->installEventFilter(this);
+        QAccessible::isActive();
+    }
+    bool eventFilter(QObject* object, QEvent* event) override
+    {
+        if (event->type() == QEvent::ChildAdded && object->inherits("DBusConnection"))
+            fFound = object;
+        return false;
+    }
+    QObject* Found() const { return fFound; }
+
+private:
+    QObject* fFound = nullptr;
+};
+
+// The user wants Qt to serve readers whatever the desktop says.
+bool is_always_on()
+{
+    return qEnvironmentVariableIsSet("QT_LINUX_ACCESSIBILITY_ALWAYS_ON") ||
+           qEnvironmentVariableIsSet("AT_SPI_BUS_ADDRESS");
+}
+
+}  // namespace
+
+ReaderWatch::ReaderWatch() : fConnection(ConnectionFinder().Found())
 {
     QAccessible::installFactory(make_root);
     QAccessible::installActivationObserver(this);
     accessibilityActiveChanged(QAccessible::isActive());
+    if (!is_always_on())
+        fSwitch = std::make_unique<ReaderSwitch>(
+            [this](bool on, const std::string& address) { _Switched(on, address); });
+}
+
+// Once Qt serves readers it does so to the end, and is not told anything.
+void ReaderWatch::_Switched(bool on, const std::string& address)
+{
+    if (QAccessible::isActive()) {
+        accessibilityActiveChanged(on);
+    } else if (on && fConnection != nullptr) {
+        // It asks again, and may have been on the bus before without anybody having heard of it.
+        QMetaObject::invokeMethod(fConnection, "serviceRegistered");
+        QMetaObject::invokeMethod(fConnection, "connectA11yBus",
+                                  Q_ARG(QString, QString::fromStdString(address)));
+    }
 }
 
 ReaderWatch::~ReaderWatch()
 {
+    fSwitch.reset();
     QAccessible::removeActivationObserver(this);
     QAccessible::removeFactory(make_root);
     accessibilityActiveChanged(false);

@@ -6,12 +6,14 @@
 
 #include <QAccessible>
 #include <QList>
+#include <QPointer>
 #include <QRect>
 #include <QString>
 
 #include <map>
 #include <memory>
 
+#include "server/qt/ReaderSwitch.h"
 #include "server/screen/AccessibleIndex.h"
 
 namespace server {
@@ -60,6 +62,12 @@ public:
     ReaderWatch();
     ~ReaderWatch();
     void accessibilityActiveChanged(bool active) override;
+
+private:
+    void _Switched(bool on, const std::string& address);
+
+    QPointer<QObject> fConnection;  // Qt's to the bus of the readers
+    std::unique_ptr<ReaderSwitch> fSwitch;
 };
 
 }  // namespace server

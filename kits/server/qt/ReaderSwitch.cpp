@@ -1,0 +1,172 @@
+#include "server/qt/ReaderSwitch.h"
+
+#include <gio/gio.h>
+
+#include <utility>
+
+#include "support/HostBus.h"
+
+namespace server {
+
+static const char* const kService = "org.a11y.Bus";
+static const char* const kPath = "/org/a11y/bus";
+static const char* const kStatus = "org.a11y.Status";
+static const char* const kBus = "org.a11y.Bus";
+static const char* const kProperties = "org.freedesktop.DBus.Properties";
+
+class ReaderSwitch::Watch {
+public:
+    Watch(const std::string& address, Switched switched);
+    ~Watch();
+    Watch(const Watch&) = delete;
+
+private:
+    static void _Connected(GObject* source, GAsyncResult* result, void* data);
+    static void _Came(GDBusConnection* bus, const char* name, const char* owner, void* data);
+    static void _Went(GDBusConnection* bus, const char* name, void* data);
+    static void _Changed(GDBusConnection* bus, const char* sender, const char* path,
+                         const char* interface, const char* signal, GVariant* arguments,
+                         void* data);
+    static void _Answered(GObject* source, GAsyncResult* result, void* data);
+    static void _Addressed(GObject* source, GAsyncResult* result, void* data);
+    void _Ask();
+    void _Call(const char* interface, const char* method, GVariant* arguments,
+               const char* reply_type, GAsyncReadyCallback answered);
+    void _Tell(bool on, const std::string& address = "");
+
+    const Switched fSwitched;
+    GCancellable* const fEnd = g_cancellable_new();
+    GDBusConnection* fBus = nullptr;
+    unsigned fSubscription = 0, fNameWatch = 0;
+    bool fOn = false;
+};
+
+ReaderSwitch::Watch::Watch(const std::string& address, Switched switched)
+    : fSwitched(std::move(switched))
+{
+    const int flags = G_DBUS_CONNECTION_FLAGS_AUTHENTICATION_CLIENT |
+                      G_DBUS_CONNECTION_FLAGS_MESSAGE_BUS_CONNECTION;
+    g_dbus_connection_new_for_address(address.c_str(), static_cast<GDBusConnectionFlags>(flags),
+                                      nullptr, fEnd, _Connected, this);
+}
+
+ReaderSwitch::Watch::~Watch()
+{
+    g_cancellable_cancel(fEnd);
+    if (fBus != nullptr) {
+        g_bus_unwatch_name(fNameWatch);
+        g_dbus_connection_signal_unsubscribe(fBus, fSubscription);
+        g_object_unref(fBus);
+    }
+    g_object_unref(fEnd);
+}
+
+// True if it failed; of a call that was given up the watch is gone.
+static bool has_failed(GError* error)
+{
+    if (error == nullptr)
+        return false;
+    g_error_free(error);
+    return true;
+}
+
+void ReaderSwitch::Watch::_Connected(GObject*, GAsyncResult* result, void* data)
+{
+    GError* error = nullptr;
+    GDBusConnection* const bus = g_dbus_connection_new_for_address_finish(result, &error);
+    if (has_failed(error))
+        return;
+    auto* const self = static_cast<Watch*>(data);
+    self->fBus = bus;
+    g_dbus_connection_set_exit_on_close(bus, false);
+    self->fSubscription = g_dbus_connection_signal_subscribe(
+        bus, kService, kProperties, "PropertiesChanged", kPath, kStatus, G_DBUS_SIGNAL_FLAGS_NONE,
+        _Changed, self, nullptr);
+    self->fNameWatch = g_bus_watch_name_on_connection(bus, kService, G_BUS_NAME_WATCHER_FLAGS_NONE,
+                                                      _Came, _Went, self, nullptr);
+}
+
+void ReaderSwitch::Watch::_Came(GDBusConnection*, const char*, const char*, void* data)
+{
+    static_cast<Watch*>(data)->_Ask();
+}
+
+void ReaderSwitch::Watch::_Went(GDBusConnection*, const char*, void* data)
+{
+    static_cast<Watch*>(data)->_Tell(false);
+}
+
+void ReaderSwitch::Watch::_Changed(GDBusConnection*, const char*, const char*, const char*,
+                                   const char*, GVariant*, void* data)
+{
+    static_cast<Watch*>(data)->_Ask();
+}
+
+void ReaderSwitch::Watch::_Call(const char* interface, const char* method, GVariant* arguments,
+                                const char* reply_type, GAsyncReadyCallback answered)
+{
+    g_dbus_connection_call(fBus, kService, kPath, interface, method, arguments,
+                           G_VARIANT_TYPE(reply_type), G_DBUS_CALL_FLAGS_NO_AUTO_START, -1, fEnd,
+                           answered, this);
+}
+
+// One of two values says it, and the signal has only what has changed: both are asked for.
+void ReaderSwitch::Watch::_Ask()
+{
+    _Call(kProperties, "GetAll", g_variant_new("(s)", kStatus), "(a{sv})", _Answered);
+}
+
+// Null if the call failed.
+static GVariant* end_call(GObject* source, GAsyncResult* result)
+{
+    GError* error = nullptr;
+    GVariant* const answer =
+        g_dbus_connection_call_finish(G_DBUS_CONNECTION(source), result, &error);
+    return has_failed(error) ? nullptr : answer;
+}
+
+void ReaderSwitch::Watch::_Answered(GObject* source, GAsyncResult* result, void* data)
+{
+    GVariant* const answer = end_call(source, result);
+    if (answer == nullptr)
+        return;
+    GVariant* const values = g_variant_get_child_value(answer, 0);
+    gboolean enabled = false, read = false;
+    g_variant_lookup(values, "IsEnabled", "b", &enabled);
+    g_variant_lookup(values, "ScreenReaderEnabled", "b", &read);
+    g_variant_unref(values);
+    g_variant_unref(answer);
+    auto* const self = static_cast<Watch*>(data);
+    if (enabled || read)
+        self->_Call(kBus, "GetAddress", nullptr, "(s)", _Addressed);
+    else
+        self->_Tell(false);
+}
+
+void ReaderSwitch::Watch::_Addressed(GObject* source, GAsyncResult* result, void* data)
+{
+    GVariant* const answer = end_call(source, result);
+    if (answer == nullptr)
+        return;
+    const char* address;
+    g_variant_get(answer, "(&s)", &address);
+    static_cast<Watch*>(data)->_Tell(true, address);
+    g_variant_unref(answer);
+}
+
+void ReaderSwitch::Watch::_Tell(bool on, const std::string& address)
+{
+    if (std::exchange(fOn, on) != on)
+        fSwitched(on, address);
+}
+
+ReaderSwitch::ReaderSwitch(Switched switched)
+{
+    const std::string address = BPrivate::session_bus_address();
+    if (!address.empty())
+        fWatch = std::make_unique<Watch>(address, std::move(switched));
+}
+
+ReaderSwitch::~ReaderSwitch() = default;
+
+}  // namespace server
