@@ -205,11 +205,15 @@ static bool is_meant(const Thing& thing, const std::string& name)
 {
     if (name.compare(0, 5, "role:") == 0)
         return role_of(thing) == name.substr(5);
+    if (name.compare(0, 8, "showing:") == 0)
+        return name_of(thing) == name.substr(8) &&
+               states_of(thing).find("showing") != std::string::npos;
     return name.compare(0, 6, "range:") == 0 ? range_of(thing) == name.substr(6)
                                              : name_of(thing) == name;
 }
 
-// By its name, by "role:" and the name of its role, or by "range:" and that. Of long lists only the
+// By its name, also behind "showing:" if that is so, by "role:" and the name of its role, or by
+// "range:" and that. Of long lists only the
 // first are looked at.
 static bool find(const Thing& inside, const std::string& name, Thing* found)
 {

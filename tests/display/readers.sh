@@ -222,6 +222,23 @@ menus() {
     xdotool key Escape
     eventually grep -qE '(focused\|1|Focus:Focus:).*\|Loud' "$folder/events" || fail "$(cat "$folder/events")"
 }
+# What is chosen in an open menu reaches whoever waits for the user there.
+open_menu() {
+    window=$(xdotool search --name '^Told$')
+    activate "$window"
+    xdotool mousemove_relative 0 0 key F10
+    answers 'menu item\|Open\|.*selectable,.*showing.*\|press,setfocus' of showing:Open actions
+    ask do showing:Open press
+    expect 'menu 11'
+    eventually none_shows Open || fail "the menu is still open: $("$reader" tree)"
+    xdotool key F10
+    answers 'menu item\|Save\|.*showing.*\|' of showing:Save actions
+    "$reader" do showing:Save press 2>/dev/null && fail "a disabled item can be pressed"
+    ask do showing:Open press
+    eventually none_shows Open || fail "the menu is still open: $("$reader" tree)"
+    [ "$(grep -c 'menu 11' "$log")" = 2 ] || fail "chosen $(grep -c 'menu 11' "$log") times"
+}
+none_shows() { ! "$reader" tree | grep -E "\|$1\|" | grep -q showing; }
 menu_is_told() { "$reader" tree | grep -qE 'pop.?up menu\||menu\|'; }
 
 # One that comes when the program runs already is told all.

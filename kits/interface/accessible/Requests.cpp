@@ -20,6 +20,7 @@
 #include <interface/accessible/TextUnits.h>
 #include <interface/menu/MenuPrivate.h>
 #include <interface/menu/MenuTracker.h>
+#include <interface/menu/MenuWindow.h>
 #include <interface/text/TextData.h>
 #include <interface/window/WindowPrivate.h>
 
@@ -71,6 +72,10 @@ static void press_menu_item(BMenu& menu, int32 index)
     BMenuItem* const item = menu.ItemAt(index);
     if (item == nullptr || !item->IsEnabled())
         return;
+    if (dynamic_cast<MenuWindow*>(menu.Window()) != nullptr) {
+        MenuTracker::Choose(&menu, item);  // somebody waits for the choice there
+        return;
+    }
     auto* const bar = dynamic_cast<BMenuBar*>(&menu);
     if (item->Submenu() == nullptr) {
         MenuTracker::CancelAll();

@@ -9,18 +9,11 @@
 #include <SeparatorItem.h>
 
 #include <interface/menu/MenuPrivate.h>
-#include <interface/menu/MenuWindow.h>
 
 namespace BPrivate {
 
 using server::AccessibleRole;
 using Item = Teller::Item;
-
-// Whoever opened a menu waits for the user's own choice there; the bar's items can be chosen.
-uint32 Teller::_MenuPress() const
-{
-    return dynamic_cast<const MenuWindow*>(fWindow) == nullptr ? server::kCanBePressed : 0u;
-}
 
 void Teller::_AddMenuItem(BMenu& menu, BMenuItem& choice, uint32 part, int32 parent, bool open)
 {
@@ -41,7 +34,7 @@ void Teller::_AddMenuItem(BMenu& menu, BMenuItem& choice, uint32 part, int32 par
     if (!choice.IsEnabled())
         item.states |= server::kIsDisabled;
     else if (!separator && MenuPrivate::IsChoice(&choice))
-        item.states |= server::kIsSelectable | _MenuPress();
+        item.states |= server::kIsSelectable | server::kCanBePressed;
     if (choice.Submenu() != nullptr)
         item.states |= server::kHasMenu;
     if (open && MenuPrivate::Selected(&menu) == &choice) {

@@ -62,7 +62,6 @@ private:
     void _Tell(BView& view, int32 parent);
     TellView _TellFor(const BView& view);
     std::string _OwnToolTip(BView& view) const;
-    uint32 _MenuPress() const;
     void _AddMenuItem(BMenu& menu, BMenuItem& item, uint32 part, int32 parent, bool open);
 
     BWindow* const fWindow;

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <utility>
 
 namespace BPrivate {
 
@@ -34,15 +35,22 @@ bool MenuInput::IsCancelled() const
     return fCancelled;
 }
 
+void MenuInput::Wake()
+{
+    std::lock_guard guard(fLock);
+    fWoken = true;
+    fChanged.notify_one();
+}
+
 bool MenuInput::Next(bigtime_t deadline, server::Event* event)
 {
     std::unique_lock guard(fLock);
-    const auto is_ready = [this] { return fCancelled || !fEvents.empty(); };
+    const auto is_ready = [this] { return fCancelled || fWoken || !fEvents.empty(); };
     if (deadline == B_INFINITE_TIMEOUT)
         fChanged.wait(guard, is_ready);
     else
         fChanged.wait_for(guard, std::chrono::microseconds(deadline - system_time()), is_ready);
-    if (fCancelled || fEvents.empty())
+    if (fCancelled || std::exchange(fWoken, false) || fEvents.empty())
         return false;
     *event = fEvents.front();
     fEvents.pop_front();

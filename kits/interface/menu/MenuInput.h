@@ -20,7 +20,10 @@ public:
     // Ends the waiting, now and from now on. Any thread.
     void Cancel();
     bool IsCancelled() const;
-    // The next event, waited for until `deadline`; false if there was none, or no more are wanted.
+    // Ends one waiting. Any thread.
+    void Wake();
+    // The next event, waited for until `deadline`; false if there was none, no more are wanted, or
+    // somebody woke who waits.
     bool Next(bigtime_t deadline, server::Event* event);
     // True if the user has gone elsewhere: pressed or typed something, or left `area`.
     bool HasLeft(BRect area) const;
@@ -30,6 +33,7 @@ private:
     std::condition_variable fChanged;
     std::deque<server::Event> fEvents;
     bool fCancelled = false;
+    bool fWoken = false;
 };
 
 }  // namespace BPrivate

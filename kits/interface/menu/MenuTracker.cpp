@@ -90,6 +90,8 @@ void MenuTracker::Forget(const BMenuItem* item)
     for (MenuTracker* tracker : trackers().running) {
         auto* chosen = const_cast<BMenuItem*>(item);
         tracker->fChosen.compare_exchange_strong(chosen, nullptr);
+        if (tracker->fAskedItem == item)
+            tracker->fAskedItem = nullptr;
     }
 }
 
@@ -98,6 +100,44 @@ void MenuTracker::CancelAll()
     BPrivate::MutexLock guard(trackers().lock);
     for (MenuTracker* tracker : trackers().running)
         tracker->fInput.Cancel();
+}
+
+void MenuTracker::Choose(const BMenu* menu, BMenuItem* item)
+{
+    BPrivate::MutexLock guard(trackers().lock);
+    for (MenuTracker* tracker : trackers().running) {
+        const auto& menus = tracker->fMenus;
+        if (std::find(menus.begin(), menus.end(), menu) == menus.end())
+            continue;
+        tracker->fAskedMenu = menu;
+        tracker->fAskedItem = item;
+        tracker->fInput.Wake();
+    }
+}
+
+// Does what another thread asked for: as the pointer there, and Enter.
+void MenuTracker::_Obey()
+{
+    const BMenu* menu;
+    BMenuItem* item;
+    {
+        BPrivate::MutexLock guard(trackers().lock);
+        menu = fAskedMenu;
+        item = std::exchange(fAskedItem, nullptr);
+    }
+    for (size_t level = 0; item != nullptr && level < fLevels.size(); level++) {
+        bool is_there = false;
+        _With(level, [&](BMenu& open) {
+            is_there = &open == menu && open.IndexOf(item) >= 0 && MenuPrivate::IsChoice(item);
+            if (is_there)
+                _GoTo(item, level);
+        });
+        if (!is_there)
+            continue;
+        _CloseTo(level + 1);
+        _Enter();
+        return;
+    }
 }
 
 bool MenuTracker::_LockRoot()
@@ -152,6 +192,7 @@ BMenuItem* MenuTracker::Run()
         server::Event event;
         if (fInput.Next(_Deadline(), &event))
             _Handle(event);
+        _Obey();
         _TimesUp();
     }
     if (fInput.IsCancelled())

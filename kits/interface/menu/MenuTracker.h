@@ -49,6 +49,8 @@ public:
     // The menus that show this one close, or all. False if nobody follows the user through it.
     static bool Cancel(const BMenu* menu);
     static void CancelAll();
+    // As if the user had chosen an item of an open menu, or what opens its own menu. Does not wait.
+    static void Choose(const BMenu* menu, BMenuItem* item);
 
 private:
     // An open menu. Only the root may be in a window that is not the menus' own.
@@ -107,6 +109,7 @@ private:
     void _OutOf();
     void _NextTitle(int32 step);
     void _Letter(const char* character, bool triggers);
+    void _Obey();
     void _UseKeyboard();
 
     BMenu* const fRoot;
@@ -115,7 +118,9 @@ private:
     std::atomic<bool> fRootGone{false};
     std::atomic<BMenuItem*> fChosen{nullptr};
     std::atomic<bool> fDone{false};
-    std::vector<const BMenu*> fMenus;  // open ones and the root; lock of the list of trackers
+    std::vector<const BMenu*> fMenus;   // open ones and the root; lock of the list of trackers
+    const BMenu* fAskedMenu = nullptr;  // what somebody else chose, and where; same lock
+    BMenuItem* fAskedItem = nullptr;
     MenuInput fInput;
 
     // Only the thread in Run().
