@@ -55,7 +55,11 @@ static bool attach(MyGadget* gadget, int32_t window_ident, const char* call)
     if (window_ident == -1)
         return enter_registry(gadget);
     WindowAccess window(window_ident, call);
-    if (!window || !enter_registry(gadget))
+    if (!window)
+        return false;
+    LooseLock loose;  // who finds it sees it in the window
+    loose.Take();
+    if (!enter_registry(gadget))
         return false;
     if (guarded(false, [&] { return add_to(*window.Window(), *gadget); }))
         return true;

@@ -19,7 +19,7 @@ static int32_t family_of(int32_t kind)
     return row != nullptr ? row->family : kind;
 }
 
-static MyGadget* find_gadget(const RegistryLock& registry, int32_t ident)
+MyGadget* find_gadget(const RegistryLock& registry, int32_t ident)
 {
     const GadgetList* list = ident < 1 ? nullptr : gadget_list(registry);
     return list != nullptr ? list->Find(ident) : nullptr;

@@ -80,6 +80,7 @@ struct MyGadget {
 
 // The record of a gadget, null if there is none. See MyGadget for how long it may be read.
 MyGadget* gadget_record(int32_t ident);
+MyGadget* find_gadget(const RegistryLock& registry, int32_t ident);
 // Its view, whatever its kind.
 BView* gadget_view(int32_t ident);
 // Its view, or the view inside if that is a scroll view.

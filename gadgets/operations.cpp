@@ -151,7 +151,7 @@ extern "C" void SetHandlerForGadget(int32_t ident, int32_t slot, void* handler)
     if (slot < 1 || slot > 8 || kSlots[slot] == nullptr)
         return;
     RegistryLock registry;
-    if (auto* gadget = ident < 1 ? nullptr : find_record<MyGadget>(registry, ident))
+    if (MyGadget* gadget = find_gadget(registry, ident))
         gadget->*kSlots[slot] = handler;
 }
 

@@ -186,7 +186,7 @@ extern "C" void AttachGadgetToWindow(int32_t window_ident, int32_t ident)
 extern "C" void AttachPopUpToGadget(int32_t ident, int32_t menu_ident)
 {
     RegistryLock registry;
-    auto* gadget = ident < 1 ? nullptr : find_record<MyGadget>(registry, ident);
+    MyGadget* gadget = find_gadget(registry, ident);
     if (gadget != nullptr && (menu_ident == 0 || is_pop_up(registry, menu_ident)))
         gadget->popup = menu_ident;
 }

@@ -80,6 +80,7 @@ int32 place_of(const BList& list, int32_t ident)
 template <class Record>
 Record* find_record(const RegistryLock& registry, int32_t ident)
 {
+    static_assert(Record::kSlot != kGadgets, "in no order: find_gadget()");
     BList* list = registry.List(Record::kSlot);
     if (list == nullptr)
         return nullptr;

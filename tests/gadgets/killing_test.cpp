@@ -52,6 +52,7 @@ TEST_F(GadgetTest, ThoseThatStayAreWhereTheyWereWhoeverIsKilled)
     std::vector<int32_t> idents, left;
     for (int32_t i = 0; i < 200; i++) {
         idents.push_back(Make(15, i % 10 * 30, i / 10 * 15, 24, 14, nullptr, 100));
+        SetHandlerForGadget(idents.back(), 3, nullptr);
         SetValue(idents.back(), i % 100);
     }
     std::vector<int32_t> order(idents);
@@ -69,6 +70,12 @@ TEST_F(GadgetTest, ThoseThatStayAreWhereTheyWereWhoeverIsKilled)
         EXPECT_EQ(GetValue(idents[i]), stays ? int32_t(i % 100) : 0);
         if (stays)
             left.push_back(static_cast<int32_t>(i));
+    }
+    for (const int32_t place : left) {
+        SetHandlerForGadget(idents[static_cast<size_t>(place)], 3,
+                            reinterpret_cast<void*>(on_value));
+        SetValue(idents[static_cast<size_t>(place)], 100);
+        EXPECT_EQ(Calls(), "value 100") << place;
     }
     ASSERT_EQ(CountViews(), static_cast<int32>(left.size()));
     for (size_t i = 0; i < left.size(); i++)
