@@ -109,7 +109,7 @@ void TextData::InputMethodEvent(const BMessage& message)
 {
     switch (message.GetInt32("be:opcode", -1)) {
         case B_INPUT_METHOD_STARTED:
-            composed.emplace();
+            composed = Composed();
             composed->offset = selStart;
             message.FindMessenger("be:reply_to", &composed->method);
             break;
