@@ -141,6 +141,7 @@ BView* create_scroller(const GadgetSpec& spec)
 {
     const bool horizontal = spec.kind == kScrollBar;
     BRect frame = spec.frame;
+    // As thick at any font size: kept on purpose, programs place things beside it.
     if (horizontal)
         frame.bottom = frame.top + B_H_SCROLL_BAR_HEIGHT;
     else

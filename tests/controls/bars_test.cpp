@@ -1,5 +1,7 @@
 // Scroll bars, scroll views, sliders and status bars: their rules, and what the pointer does.
 
+#include <Bitmap.h>
+#include <Font.h>
 #include <Message.h>
 #include <ScrollBar.h>
 #include <ScrollView.h>
@@ -10,8 +12,10 @@
 
 #include <tests/interface/window_harness.h>
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
+#include <vector>
 
 using namespace window_test;
 
@@ -247,6 +251,30 @@ TEST(ScrollBarSizes, NoneIsTooSmallToBeDrawn)
     BMessenger(window).SendMessage(&request, &reply);
     window->Lock();
     window->Quit();
+}
+
+// The thickness is the platform's at any size of the font: edges do not grow into it.
+TEST(ScrollBarSizes, EdgesFitTheBarWhateverTheFont)
+{
+    const auto drawn = [](float points) {
+        BBitmap bitmap(BRect(0, 0, 14, 99), B_RGB32, true);
+        auto* bar = new BScrollBar(bitmap.Bounds(), "", nullptr, 0, 100, B_VERTICAL);
+        BFont font;
+        font.SetSize(points);
+        bar->SetFont(&font);
+        bar->SetProportion(0.4f);
+        bitmap.Lock();
+        bitmap.AddChild(bar);
+        bar->Draw(bar->Bounds());
+        bar->Sync();
+        bitmap.Unlock();
+        const auto* bits = static_cast<const uint8*>(bitmap.Bits());
+        return std::vector<uint8>(bits, bits + bitmap.BitsLength());
+    };
+    const auto usual = drawn(12);
+    EXPECT_NE(std::count(usual.begin(), usual.end(), usual.front()), ssize_t(usual.size()));
+    for (const float points : {8.f, 18.f, 24.f, 36.f})
+        EXPECT_EQ(drawn(points), usual) << points;
 }
 
 // --- scroll views

@@ -333,6 +333,21 @@ TEST_F(GadgetTest, ScrollBarsCallForValuesAndProportions)
     EXPECT_EQ(Calls(), "value 20, value 22");
 }
 
+TEST_F(GadgetTest, ScrollBarsAreFourteenPixelsThickAtAnyFontSizeKept)
+{
+    for (const int32_t points : {8, 12, 18, 24, 36}) {
+        const int32_t font = OpenFont(nullptr, nullptr, points);
+        const int32_t across = Make(13, 10, 20, 80, 50), up = Make(14, 10, 50, 50, 80);
+        SetFontGadget(across, font);
+        SetFontGadget(up, font);
+        EXPECT_EQ(FrameOf(0), BRect(10, 20, 90, 34)) << points;
+        EXPECT_EQ(FrameOf(1), BRect(10, 50, 24, 130)) << points;
+        KillGadget(0, across);
+        KillGadget(0, up);
+        CloseFont(font);
+    }
+}
+
 TEST_F(GadgetTest, KindsWithoutAValueHaveNone)
 {
     const int32_t icon = CreateImage(8, 8);

@@ -3,6 +3,7 @@
 #include <interface/controls/Look.h>
 
 #include <Bitmap.h>
+#include <ScrollBar.h>
 #include <String.h>
 #include <View.h>
 
@@ -89,6 +90,13 @@ float Look::BorderWidth(border_style border)
 float Look::ScrollBarThickness() const
 {
     return std::max(14.0f, std::ceil(1.272f * ItemSpacing()));
+}
+
+void Look::FitScrollBar(float thickness)
+{
+    const float most = std::max(1.0f, std::floor(thickness / B_V_SCROLL_BAR_WIDTH));
+    if (fLine > most)
+        _SetLine(most);
 }
 
 float Look::ButtonInset(uint32 state) const

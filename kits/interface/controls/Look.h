@@ -72,6 +72,8 @@ public:
     // Where the label of a group starts.
     float GroupLabelStart() const { return Scaled(10); }
     float ScrollBarThickness() const;
+    // Edges no thicker than suits a scroll bar so thick, which may be less than the font wants.
+    void FitScrollBar(float thickness);
     // The room that a push button's frame takes on each side; the default button has more.
     float ButtonInset(uint32 state = 0) const;
     // The box of a check box or the knob of a radio button in a control with left top corner 0, 0.

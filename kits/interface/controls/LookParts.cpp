@@ -66,7 +66,7 @@ void Look::DrawCheckBox(BRect box, uint32 state) const
 {
     const BRect well = DrawSunken(box, state);
     Fill(well, Well(state));
-    const float inset = Scaled(2);
+    const float inset = std::max(1.0f, std::round((well.Width() + 1) / 6));
     const BRect mark = well.InsetByCopy(inset, inset);
     fView->SetHighColor(Mark(state));
     if ((state & kMixed) != 0) {

@@ -312,7 +312,8 @@ void BScrollBar::GetSteps(float* _smallStep, float* _largeStep) const
 
 void BScrollBar::Draw(BRect)
 {
-    const Look look(this);
+    Look look(this);
+    look.FitScrollBar(fOrientation == B_VERTICAL ? Bounds().Width() : Bounds().Height());
     const ScrollBarParts parts(this);
     const uint32 state = _HasRange() ? 0 : uint32(Look::kDisabled);
     const auto held = [&](Part part) {
