@@ -11,6 +11,10 @@ public:
     BBox(BRect frame, const char* name = nullptr, uint32 resizingMode = B_FOLLOW_LEFT_TOP,
          uint32 flags = B_WILL_DRAW | B_FRAME_EVENTS | B_NAVIGABLE_JUMP,
          border_style border = B_FANCY_BORDER);
+    /* Without a frame, around a child if one is given. */
+    BBox(const char* name, uint32 flags = B_WILL_DRAW | B_FRAME_EVENTS | B_NAVIGABLE_JUMP,
+         border_style border = B_FANCY_BORDER, BView* child = nullptr);
+    BBox(border_style border, BView* child);
     BBox(BMessage* archive);
     virtual ~BBox();
 

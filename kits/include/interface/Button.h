@@ -15,6 +15,10 @@ public:
     BButton(BRect frame, const char* name, const char* label, BMessage* message,
             uint32 resizingMode = B_FOLLOW_LEFT_TOP,
             uint32 flags = B_WILL_DRAW | B_NAVIGABLE | B_FULL_UPDATE_ON_RESIZE);
+    /* Without a frame: as large as it wants to be. */
+    BButton(const char* name, const char* label, BMessage* message,
+            uint32 flags = B_WILL_DRAW | B_NAVIGABLE | B_FULL_UPDATE_ON_RESIZE);
+    BButton(const char* label, BMessage* message = nullptr);
     BButton(BMessage* data);
     virtual ~BButton();
 

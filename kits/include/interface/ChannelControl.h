@@ -14,6 +14,8 @@ public:
     BChannelControl(BRect frame, const char* name, const char* label, BMessage* model,
                     int32 channelCount = 1, uint32 resizingMode = B_FOLLOW_LEFT_TOP,
                     uint32 flags = B_WILL_DRAW);
+    BChannelControl(const char* name, const char* label, BMessage* model, int32 channelCount = 1,
+                    uint32 flags = B_WILL_DRAW);
     BChannelControl(BMessage* archive);
     virtual ~BChannelControl();
 

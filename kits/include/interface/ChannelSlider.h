@@ -14,6 +14,9 @@ public:
     BChannelSlider(BRect area, const char* name, const char* label, BMessage* message,
                    orientation orientation, int32 channels = 1,
                    uint32 resizeMode = B_FOLLOW_LEFT_TOP, uint32 flags = B_WILL_DRAW);
+    /* Without a frame: as large as it wants to be. */
+    BChannelSlider(const char* name, const char* label, BMessage* message, orientation orientation,
+                   int32 channels = 1, uint32 flags = B_WILL_DRAW);
     BChannelSlider(BMessage* archive);
     virtual ~BChannelSlider();
 
@@ -43,6 +46,8 @@ public:
     // The way of the thumb from the minimum, and all its way.
     virtual float ThumbDeltaFor(int32 channel);
     virtual float ThumbRangeFor(int32 channel);
+    /* What the tool tip says while a thumb is dragged: the value. */
+    virtual void UpdateToolTip(int32 currentValue);
 
 private:
     BRect _ChannelFrame(int32 channel) const;

@@ -10,6 +10,10 @@ public:
     // Not lower than its box needs.
     BCheckBox(BRect frame, const char* name, const char* label, BMessage* message,
               uint32 resizingMode = B_FOLLOW_LEFT_TOP, uint32 flags = B_WILL_DRAW | B_NAVIGABLE);
+    /* Without a frame: as large as it wants to be. */
+    BCheckBox(const char* name, const char* label, BMessage* message,
+              uint32 flags = B_WILL_DRAW | B_NAVIGABLE);
+    BCheckBox(const char* label, BMessage* message = nullptr);
     BCheckBox(BMessage* data);
     virtual ~BCheckBox();
 

@@ -23,6 +23,7 @@ public:
     // The control adopts the message.
     BControl(BRect frame, const char* name, const char* label, BMessage* message,
              uint32 resizingMode, uint32 flags);
+    BControl(const char* name, const char* label, BMessage* message, uint32 flags);
     virtual ~BControl();
 
     BControl(BMessage* data);

@@ -45,6 +45,9 @@ public:
 
     BMenu* Menu() const;
     BMenuBar* MenuBar() const;
+    /* Null: views are placed by their frames alone. */
+    BLayoutItem* CreateLabelLayoutItem();
+    BLayoutItem* CreateMenuBarLayoutItem();
     BMenuItem* MenuItem() const;  // the title
 
     virtual void SetLabel(const char* label);

@@ -11,6 +11,8 @@ class BOptionControl : public BControl {
 public:
     BOptionControl(BRect frame, const char* name, const char* label, BMessage* message,
                    uint32 resizeMask = B_FOLLOW_LEFT_TOP, uint32 flags = B_WILL_DRAW);
+    BOptionControl(const char* name, const char* label, BMessage* message,
+                   uint32 flags = B_WILL_DRAW);
     virtual ~BOptionControl();
 
     virtual void MessageReceived(BMessage* message);

@@ -21,6 +21,8 @@ public:
     // Follows the right or bottom edge of its parent.
     BScrollBar(BRect frame, const char* name, BView* target, float min, float max,
                orientation direction);
+    /* Without a frame: as thick as it wants to be. */
+    BScrollBar(const char* name, BView* target, float min, float max, orientation direction);
     BScrollBar(BMessage* archive);
     virtual ~BScrollBar();
 

@@ -30,6 +30,10 @@ public:
             int32 maxValue, orientation posture, thumb_style thumbType = B_BLOCK_THUMB,
             uint32 resizingMode = B_FOLLOW_LEFT_TOP,
             uint32 flags = B_NAVIGABLE | B_WILL_DRAW | B_FRAME_EVENTS);
+    /* Without a frame: as large as it wants to be. */
+    BSlider(const char* name, const char* label, BMessage* message, int32 minValue, int32 maxValue,
+            orientation posture, thumb_style thumbType = B_BLOCK_THUMB,
+            uint32 flags = B_NAVIGABLE | B_WILL_DRAW | B_FRAME_EVENTS);
     BSlider(BMessage* archive);
     virtual ~BSlider();
 

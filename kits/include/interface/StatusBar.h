@@ -12,6 +12,8 @@ class BStatusBar : public BView {
 public:
     BStatusBar(BRect frame, const char* name, const char* label = nullptr,
                const char* trailingLabel = nullptr);
+    /* Without a frame: as large as it wants to be. */
+    BStatusBar(const char* name, const char* label = nullptr, const char* trailingLabel = nullptr);
     BStatusBar(BMessage* archive);
     virtual ~BStatusBar();
 

@@ -10,6 +10,8 @@ class BStringView : public BView {
 public:
     BStringView(BRect frame, const char* name, const char* text,
                 uint32 resizingMode = B_FOLLOW_LEFT_TOP, uint32 flags = B_WILL_DRAW);
+    /* Without a frame: as large as it wants to be. */
+    BStringView(const char* name, const char* text, uint32 flags = B_WILL_DRAW);
     BStringView(BMessage* archive);
     virtual ~BStringView();
 

@@ -22,6 +22,23 @@ BBox::BBox(BRect frame, const char* name, uint32 resizingMode, uint32 flags, bor
     SetFont(be_bold_font);
 }
 
+BBox::BBox(const char* name, uint32 flags, border_style border, BView* child)
+    : BBox(BRect(), name, B_FOLLOW_LEFT_TOP, flags, border)
+{
+    if (child == nullptr)
+        return;
+    const BRect inner = InnerFrame();  // of no size
+    child->MoveTo(inner.LeftTop());
+    ResizeTo(child->Bounds().Width() - inner.Width() + Bounds().Width(),
+             child->Bounds().Height() - inner.Height() + Bounds().Height());
+    AddChild(child);
+}
+
+BBox::BBox(border_style border, BView* child)
+    : BBox(nullptr, B_WILL_DRAW | B_FRAME_EVENTS | B_NAVIGABLE_JUMP, border, child)
+{
+}
+
 BBox::BBox(BMessage* archive) : BView(archive), fStyle(B_FANCY_BORDER)
 {
     if (archive == nullptr)

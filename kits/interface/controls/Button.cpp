@@ -25,6 +25,14 @@ BButton::BButton(BRect frame, const char* name, const char* label, BMessage* mes
     BPrivate::grow_to_height(this, std::ceil(look.Size() + look.TextHeight()));
 }
 
+BButton::BButton(const char* name, const char* label, BMessage* message, uint32 flags)
+    : BButton(BRect(), name, label, message, B_FOLLOW_LEFT_TOP, flags)
+{
+    BButton::ResizeToPreferred();
+}
+
+BButton::BButton(const char* label, BMessage* message) : BButton(nullptr, label, message) {}
+
 BButton::BButton(BMessage* data) : BControl(data)
 {
     bool is_default = false;

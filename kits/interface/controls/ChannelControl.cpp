@@ -17,6 +17,12 @@ BChannelControl::BChannelControl(BRect frame, const char* name, const char* labe
     _Init(channelCount);
 }
 
+BChannelControl::BChannelControl(const char* name, const char* label, BMessage* model,
+                                 int32 channelCount, uint32 flags)
+    : BChannelControl(BRect(), name, label, model, channelCount, B_FOLLOW_LEFT_TOP, flags)
+{
+}
+
 void BChannelControl::_Init(int32 channels)
 {
     const size_t count = size_t(std::clamp(channels, int32(0), int32(4096)));

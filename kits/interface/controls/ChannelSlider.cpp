@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <string>
 #include <vector>
 
 #include <interface/controls/ControlPrivate.h>
@@ -32,6 +33,13 @@ BChannelSlider::BChannelSlider(BRect area, const char* name, const char* label, 
                       resizeMode, flags | B_FULL_UPDATE_ON_RESIZE),
       fOrientation(orientation)
 {
+}
+
+BChannelSlider::BChannelSlider(const char* name, const char* label, BMessage* message,
+                               orientation orientation, int32 channels, uint32 flags)
+    : BChannelSlider(BRect(), name, label, message, orientation, channels, B_FOLLOW_LEFT_TOP, flags)
+{
+    BChannelSlider::ResizeToPreferred();
 }
 
 BChannelSlider::BChannelSlider(BMessage* archive)
@@ -241,7 +249,13 @@ void BChannelSlider::_Drag(BPoint where)
             values[channel] = int32(std::clamp(values[channel] + step, int64(low), int64(high)));
     }
     BChannelControl::SetValue(0, CountChannels(), values.data());
+    UpdateToolTip(ValueFor(fDragged));
     InvokeNotifyChannel(ModificationMessage(), B_CONTROL_MODIFIED);
+}
+
+void BChannelSlider::UpdateToolTip(int32 currentValue)
+{
+    SetToolTip(std::to_string(currentValue).c_str());
 }
 
 void BChannelSlider::MouseMoved(BPoint where, uint32, const BMessage*)

@@ -20,6 +20,14 @@ BCheckBox::BCheckBox(BRect frame, const char* name, const char* label, BMessage*
     BPrivate::grow_to_height(this, Look(this).MarkHeight());
 }
 
+BCheckBox::BCheckBox(const char* name, const char* label, BMessage* message, uint32 flags)
+    : BCheckBox(BRect(), name, label, message, B_FOLLOW_LEFT_TOP, flags)
+{
+    BCheckBox::ResizeToPreferred();
+}
+
+BCheckBox::BCheckBox(const char* label, BMessage* message) : BCheckBox(nullptr, label, message) {}
+
 BCheckBox::BCheckBox(BMessage* data) : BControl(data)
 {
     bool to_off;

@@ -33,6 +33,11 @@ BControl::BControl(BRect frame, const char* name, const char* label, BMessage* m
 {
 }
 
+BControl::BControl(const char* name, const char* label, BMessage* message, uint32 flags)
+    : BControl(BRect(), name, label, message, B_FOLLOW_LEFT_TOP, flags)
+{
+}
+
 BControl::~BControl() { delete fIcon; }
 
 BControl::BControl(BMessage* data) : BView(data)

@@ -12,6 +12,11 @@ BOptionControl::BOptionControl(BRect frame, const char* name, const char* label,
 {
 }
 
+BOptionControl::BOptionControl(const char* name, const char* label, BMessage* message, uint32 flags)
+    : BControl(name, label, message, flags)
+{
+}
+
 BOptionControl::~BOptionControl() = default;
 
 void BOptionControl::MessageReceived(BMessage* message)

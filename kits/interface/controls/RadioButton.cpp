@@ -20,6 +20,17 @@ BRadioButton::BRadioButton(BRect frame, const char* name, const char* label, BMe
     BPrivate::grow_to_height(this, height);
 }
 
+BRadioButton::BRadioButton(const char* name, const char* label, BMessage* message, uint32 flags)
+    : BRadioButton(BRect(), name, label, message, B_FOLLOW_LEFT_TOP, flags)
+{
+    BRadioButton::ResizeToPreferred();
+}
+
+BRadioButton::BRadioButton(const char* label, BMessage* message)
+    : BRadioButton(nullptr, label, message)
+{
+}
+
 BRadioButton::BRadioButton(BMessage* data) : BControl(data) {}
 
 BRadioButton::~BRadioButton() = default;

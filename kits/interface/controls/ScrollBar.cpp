@@ -105,6 +105,12 @@ BScrollBar::BScrollBar(BRect frame, const char* name, BView* target, float min, 
     SetTarget(target);
 }
 
+BScrollBar::BScrollBar(const char* name, BView* target, float min, float max, orientation direction)
+    : BScrollBar(BRect(), name, target, min, max, direction)
+{
+    BScrollBar::ResizeToPreferred();
+}
+
 BScrollBar::BScrollBar(BMessage* archive)
     : BView(archive), fMin(0), fMax(0), fOrientation(B_HORIZONTAL)
 {

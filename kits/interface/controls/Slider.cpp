@@ -47,6 +47,14 @@ BSlider::BSlider(BRect frame, const char* name, const char* label, BMessage* mes
     SetValueNoUpdate(fMin);
 }
 
+BSlider::BSlider(const char* name, const char* label, BMessage* message, int32 minValue,
+                 int32 maxValue, orientation posture, thumb_style thumbType, uint32 flags)
+    : BSlider(BRect(), name, label, message, minValue, maxValue, posture, thumbType,
+              B_FOLLOW_LEFT_TOP, flags)
+{
+    BSlider::ResizeToPreferred();
+}
+
 BSlider::BSlider(BMessage* archive)
     : BControl(archive),
       fStyle(B_BLOCK_THUMB),

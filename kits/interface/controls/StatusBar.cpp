@@ -23,6 +23,12 @@ BStatusBar::BStatusBar(BRect frame, const char* name, const char* label, const c
 {
 }
 
+BStatusBar::BStatusBar(const char* name, const char* label, const char* trailingLabel)
+    : BStatusBar(BRect(), name, label, trailingLabel)
+{
+    BStatusBar::ResizeToPreferred();
+}
+
 BStatusBar::BStatusBar(BMessage* archive) : BView(archive), fBarColor(ui_color(B_STATUS_BAR_COLOR))
 {
     if (archive == nullptr)

@@ -30,6 +30,12 @@ BStringView::BStringView(BRect frame, const char* name, const char* text, uint32
 {
 }
 
+BStringView::BStringView(const char* name, const char* text, uint32 flags)
+    : BStringView(BRect(), name, text, B_FOLLOW_LEFT_TOP, flags)
+{
+    BStringView::ResizeToPreferred();
+}
+
 BStringView::BStringView(BMessage* archive) : BView(archive), fTruncation(B_NO_TRUNCATION)
 {
     if (archive == nullptr)

@@ -311,6 +311,9 @@ BMenu* BMenuField::Menu() const { return fMenu; }
 BMenuBar* BMenuField::MenuBar() const { return fBar; }
 BMenuItem* BMenuField::MenuItem() const { return fBar->ItemAt(0); }
 
+BLayoutItem* BMenuField::CreateLabelLayoutItem() { return nullptr; }
+BLayoutItem* BMenuField::CreateMenuBarLayoutItem() { return nullptr; }
+
 void BMenuField::ShowPopUpMarker() { fBar->ShowMarker(true); }
 void BMenuField::HidePopUpMarker() { fBar->ShowMarker(false); }
 
