@@ -68,6 +68,7 @@ const struct Operation {
     {"SetEnabled",
      {},
      [](int32_t i, int32_t n, const char*) { SetEnabled(i, static_cast<int8_t>(n)); }},
+    {"SetTipsWindow", {}, [](int32_t i, int32_t, const char* t) { SetTipsWindow(i, t); }},
     {"ActivateGadget", {}, [](int32_t i, int32_t, const char*) { ActivateGadget(i); }},
     {"FocusOnClick",
      {},
@@ -149,6 +150,45 @@ TEST_F(BadInputTest, IdentsOfOtherThingsAreNoGadgets)
     EXPECT_EQ(CountViews(), 0);
     CloseFont(font);
     KillMenu(menu);
+}
+
+// Whatever is made is found, and goes again.
+TEST_F(BadInputTest, GadgetsAreMadeOfAnyNumbersAndTexts)
+{
+    const char* const longs[] = {fLong.c_str(), "b", nullptr};
+    const char* const empty[] = {"", nullptr};
+    const void* const texts[] = {nullptr, "", fLong.c_str()};
+    const void* const arrays[] = {nullptr, empty, longs};
+    for (int32_t kind = -1; kind <= 47; kind++) {
+        for (const int32_t parent : {window.Ident(), -1, 0, -2, fIcon, INT32_MAX}) {
+            for (size_t i = 0; i < std::size(kNumbers); i++) {
+                const int32_t number = kNumbers[i];
+                const void* text = kind == 18 || kind == 19 ? arrays[i % 3] : texts[i % 3];
+                const int32_t ident =
+                    CreateGadget(kind, parent, number, -number / 2, number, number, text, number);
+                EXPECT_EQ(is_gadget_ident(ident), ident != 0);
+                EXPECT_TRUE(ident == 0 || parent == window.Ident() || parent == -1);
+                EXPECT_TRUE(ident == 0 || (kind >= 1 && kind <= 34)) << kind;
+                KillGadget(number, ident);
+                EXPECT_FALSE(is_gadget_ident(ident));
+            }
+        }
+    }
+    EXPECT_EQ(CountViews(), 0);
+}
+
+TEST_F(BadInputTest, WindowsThatAreNoneAreLeftAlone)
+{
+    const int32_t button = Make(1, 0, 0, 10, 10);
+    const int32_t loose = CreateGadget(1, -1, 0, 0, 10, 10, "loose", 0);
+    for (const int32_t ident : {0, -1, -2, INT32_MIN, INT32_MAX, button, fIcon}) {
+        RemoveAll(ident);
+        ToolTipsWindow(ident, 1);
+        ToolTipsWindow(ident, 0);
+        AttachGadgetToWindow(ident, loose);
+    }
+    EXPECT_EQ(CountViews(), 1);
+    KillGadget(0, loose);
 }
 
 TEST_F(BadInputTest, OperationsLeaveOtherKindsAsTheyAre)

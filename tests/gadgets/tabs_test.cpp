@@ -160,6 +160,17 @@ TEST_F(TabGadgets, WidthsAreAsUsualOrOfTheWidestLabel)
     EXPECT_EQ(width(0), usual);
     SetTabHeight(ident, 40);
     EXPECT_EQ(Ask([](BTabView& tabs) { return tabs.TabFrame(0).Height(); }), 40);
+    // The same by the number of what is set.
+    TabSystem(ident, 30, 0);
+    EXPECT_EQ(Ask([](BTabView& tabs) { return tabs.TabFrame(0).Height(); }), 30);
+    TabSystem(ident, 0, 1);
+    EXPECT_LT(width(0), usual);
+    for (const int32_t what : {-1, 2, INT32_MAX})
+        TabSystem(ident, 1, what);
+    TabSystem(ident, 2, 1);
+    EXPECT_EQ(width(0), width(1));
+    TabSystem(ident, 1, 1);
+    EXPECT_EQ(width(0), usual);
 }
 
 TEST_F(TabGadgets, FocusTabIsTheOneNamedOrInFront)
