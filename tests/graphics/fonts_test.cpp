@@ -13,6 +13,8 @@
 #include <string>
 #include <vector>
 
+#include "runtime/registry.h"
+
 namespace {
 
 const uint32_t kInk = 0x000000FF;
@@ -48,6 +50,22 @@ std::string other_case(std::string text)
     for (char& c : text)
         c = static_cast<char>(islower(c) ? toupper(c) : tolower(c));
     return text;
+}
+
+// The font of an ident, null if there is none.
+const BFont* font_of(int32_t ident)
+{
+    struct Record {
+        intptr_t ident;
+        const BFont* font;
+    };
+    const BList* fonts = reinterpret_cast<BList**>(gRegistry)[kFonts];
+    for (int32 i = 0; i < fonts->CountItems(); i++) {
+        const auto* record = static_cast<const Record*>(fonts->ItemAt(i));
+        if (record->ident == ident)
+            return record->font;
+    }
+    return nullptr;
 }
 
 // The box of what a text marks, drawn from the middle of an empty window.
@@ -271,6 +289,28 @@ TEST_F(Fonts, OpenOnesHaveIdentsOfTheirOwn)
     const int32_t window = fWindow;
     CloseFont(window);
     EXPECT_TRUE(is_window_ident(window));
+}
+
+TEST_F(Fonts, OpenOnesAreWhatWasAskedUntilTheyAreClosed)
+{
+    const int32_t bold = OpenFont(family_of_plain().c_str(), "Bold", 17);
+    const int32_t unknown = OpenFont("No such family", "No such style", 100000);
+    ASSERT_NE(font_of(bold), nullptr);
+    font_family family;
+    font_style style;
+    font_of(bold)->GetFamilyAndStyle(&family, &style);
+    EXPECT_EQ(family, family_of_plain());
+    EXPECT_STREQ(style, "Bold");
+    EXPECT_EQ(font_of(bold)->Size(), 17);
+    ASSERT_NE(font_of(unknown), nullptr);
+    font_of(unknown)->GetFamilyAndStyle(&family, nullptr);
+    EXPECT_EQ(family, family_of_plain());
+    EXPECT_EQ(font_of(unknown)->Size(), 100000);
+    CloseFont(bold);
+    EXPECT_EQ(font_of(bold), nullptr);
+    EXPECT_NE(font_of(unknown), nullptr);
+    CloseFont(unknown);
+    EXPECT_EQ(font_of(unknown), nullptr);
 }
 
 TEST(FontFamilies, ExistInAnyCaseAsTheyAreListed)

@@ -12,11 +12,14 @@
 #include <Window.h>
 
 #include <atomic>
+#include <climits>
 #include <memory>
 #include <mutex>
 #include <string>
 #include <thread>
 #include <vector>
+
+#include "windows/menus.h"
 
 namespace {
 
@@ -374,6 +377,77 @@ TEST_F(ProgramMenus, EnablingIsUpsideDownKept)
     SetEnableLabel(window, 102, 0);
     EXPECT_TRUE(window.IsEnabled({0, 1}));
     RemoveMenu(window);
+    KillMenu(menu);
+}
+
+TEST_F(ProgramMenus, AnyOtherFlagEnablesKept)
+{
+    MenuWindow window;
+    const int32_t menu = CreateMenu(kFile);
+    AttachMenuToWin(window, menu);
+    for (int32_t flag : {2, -1, INT32_MIN, INT32_MAX}) {
+        SetEnableLabel(window, 101, 1);
+        SetEnableLabel(window, 101, flag);
+        EXPECT_TRUE(window.IsEnabled({0, 0})) << flag;
+    }
+    RemoveMenu(window);
+    KillMenu(menu);
+}
+
+TEST_F(ProgramMenus, SettersChangeTheFirstMatchUnderEachTitle)
+{
+    MenuWindow window;
+    const int32_t menu =
+        menu_of({"t*00000000A", "i*00000007one", "i*00000007two", "i*00000008end", "t*00000000B",
+                 "x*00000000C", "i*00000007three", "i*00000009end", "q"});
+    ASSERT_EQ(AttachMenuToWin(window, menu), 1);
+    SetNameLabel(window, 7, "found");
+    SetEnableLabel(window, 7, 1);
+    EXPECT_EQ(window.Label({0, 0}), "found");
+    EXPECT_EQ(window.Label({0, 1}), "two");
+    EXPECT_EQ(window.Label({1, 0, 0}), "found");
+    EXPECT_FALSE(window.IsEnabled({0, 0}) || window.IsEnabled({1, 0, 0}));
+    EXPECT_TRUE(window.IsEnabled({0, 1}) && window.IsEnabled({0}));
+    RemoveMenu(window);
+    KillMenu(menu);
+}
+
+TEST_F(ProgramMenus, DisabledMenusDoNotOpen)
+{
+    MenuWindow window;
+    const int32_t menu = menu_of({"t*10000000Off", "i*00000001a", "t*00000000On", "x*10000000Below",
+                                  "s*00000002bbb", "i*00000003c", "q"});
+    ASSERT_EQ(AttachMenuToWin(window, menu), 1);
+    EXPECT_FALSE(window.IsEnabled({0}));
+    EXPECT_TRUE(window.IsEnabled({1}));
+    EXPECT_FALSE(window.IsEnabled({1, 0}));
+    press(kKeyF10);
+    EXPECT_TRUE(window.OpenMenu({1}).IsValid()) << "the first that can";
+    press(kKeyEnter);
+    EXPECT_TRUE(sChoices.Wait("3")) << sChoices.All();
+    RemoveMenu(window);
+    KillMenu(menu);
+}
+
+TEST_F(ProgramMenus, ItemsOfAPopUpMenuKeepTheirOwnMarks)
+{
+    MenuWindow window;
+    const char* lines[] = {"i*00100001First", "i*01100002Second", "q", nullptr};
+    const int32_t menu = CreatePopUpMenu(lines);
+    ASSERT_EQ(AttachPopUpToWindow(window, menu), 1);
+    const BList* menus = reinterpret_cast<BList**>(gRegistry)[kMenus];
+    const BMenu* shown =
+        static_cast<const MenuRecord*>(menus->ItemAt(menus->CountItems() - 1))->menu;
+    const auto marked = [=](int32 index) { return shown->ItemAt(index)->IsMarked(); };
+    EXPECT_FALSE(marked(0));
+    const int32 before = be_app->CountWindows();
+    window.Click(60, 60, 2);
+    ASSERT_TRUE(eventually([=] { return be_app->CountWindows() > before; }));
+    press(kKeyDown);
+    press(kKeyEnter);
+    ASSERT_TRUE(sChoices.Wait("1")) << sChoices.All();
+    EXPECT_TRUE(eventually([&] { return marked(0) && marked(1); })) << "no radio mode";
+    AttachPopUpToWindow(window, 0);
     KillMenu(menu);
 }
 

@@ -437,6 +437,28 @@ TEST_F(WindowOperations, EnterGoesToTheDefaultGadgetOfAnyKind)
     EXPECT_EQ(sActions, 2);
 }
 
+TEST_F(WindowOperations, AGadgetOfEachKindCanBeTheDefault)
+{
+    int32_t made = 0;
+    for (int32_t kind = 1; kind <= 46; kind++) {
+        SCOPED_TRACE(kind);
+        TestWindow window(400, 120, 200, 150);
+        const int32_t gadget = CreateGadget(kind, window, 10, 10, 80, 30, nullptr, 0);
+        auto* platform = reinterpret_cast<BWindow*>(GetAdress(window));
+        ActivateWindow(window);
+        SetDefaultButton(window, gadget);
+        const bool has_view = gadget != 0 && platform->DefaultButton() != nullptr;
+        EXPECT_EQ(has_view, gadget != 0);
+        made += has_view;
+        press_enter();
+        SetDefaultButton(window, gadget);
+        KillGadget(window, gadget);
+        press_enter();
+        EXPECT_TRUE(eventually([&] { return platform->DefaultButton() == nullptr; }));
+    }
+    EXPECT_GT(made, 30);
+}
+
 TEST_F(WindowOperations, DefaultGadgetsAreThoseOfTheWindow)
 {
     TestWindow other(400, 120);

@@ -182,7 +182,8 @@ bool BWindow::_EnterMenuBar()
     const auto bar = std::find(bars.begin(), bars.end(), fData->keyMenuBar);
     if (bar == bars.end() || (*bar)->CountItems() == 0)
         return false;
-    MenuPrivate::StartBar(*bar);
+    BMenuItem* const first = MenuPrivate::NextChoice(*bar, nullptr, 1);
+    MenuPrivate::StartBar(*bar, first != nullptr ? (*bar)->IndexOf(first) : 0);
     return true;
 }
 
