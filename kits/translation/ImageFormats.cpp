@@ -83,7 +83,8 @@ const ImageFormat kImageFormats[] = {
      0.6f},
     {B_TGA_FORMAT, "Targa image", "image/x-targa", "", MatchesTarga, ReadTarga, WriteTarga, true,
      0.7f, 0.3f},
-    {'SVG ', "SVG drawing", "image/svg+xml", "", matches_svg, ReadSvg, nullptr, true, 0.7f, 0.5f},
+    {'SVG ', "SVG drawing", "image/svg+xml", "", matches_svg, ReadSvg, nullptr, true, 0.7f, 0.5f,
+     ReadsSvg},
 };
 
 const int32 kImageFormatCount = int32(std::size(kImageFormats));

@@ -29,6 +29,7 @@ struct ImageFormat {
     bool keeps_alpha;    // what does not is written on white
     float quality;
     float capability;
+    bool (*is_there)() = nullptr;  // of our own that need something installed
 };
 
 const size_t kHeadSize = 1024;  // bytes that `matches` looks at, at most
@@ -37,6 +38,7 @@ extern const ImageFormat kImageFormats[];
 extern const int32 kImageFormatCount;
 
 // Those that the host has no reader or writer for, or none that is good for hostile files.
+bool ReadsSvg();
 status_t ReadSvg(BPositionIO* source, const PlaceForImage& place);
 status_t ReadGif(BPositionIO* source, const PlaceForImage& place);
 status_t WriteGif(const Surface& image, BPositionIO* destination);

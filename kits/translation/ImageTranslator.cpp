@@ -39,6 +39,8 @@ static void zero_row_ends(const BBitmap& bitmap)
 
 bool ImageTranslator::IsThere(const ImageFormat& format)
 {
+    if (format.is_there != nullptr)
+        return format.is_there();
     return format.read != nullptr || server::ReadsImages(format.host_name);
 }
 

@@ -1,98 +1,208 @@
-// Drawings in SVG, by librsvg: it needs no display for texts, limits what a drawing may ask for,
-// and looks at no other file.
+// Drawings in SVG, by librsvg's own command in a process of its own: it needs no display for texts
+// and looks at no other file, and whatever a hostile drawing does to it (endless work, gigabytes,
+// an abort) ends there.
 
 #include "translation/ImageFormats.h"
 
-#include <librsvg/rsvg.h>
+#include <OS.h>
+
+#include <errno.h>
+#include <fcntl.h>
+#include <poll.h>
+#include <signal.h>
+#include <spawn.h>
+#include <stdlib.h>
+#include <sys/mman.h>
+#include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 #include <algorithm>
-#include <cmath>
 #include <memory>
 #include <new>
+#include <string>
+#include <string_view>
+#include <utility>
 
 namespace BPrivate {
 
-static const off_t kMostBytes = 32 * 1024 * 1024;
-static const double kDefaultSide = 256;  // pixels, of a drawing that names no size
-static const int32 kMostSide = 32767;    // as far as cairo counts
+static const char* const kCommand = "rsvg-convert";
+static const off_t kMostBytes = 32 * 1024 * 1024;            // of a drawing
+static const size_t kMostPicture = server::kMostPixels * 4;  // bytes of what it becomes
+static const rlim_t kMostMemory = 1 << 30;
+static const rlim_t kMostWork = 10;  // seconds of a processor
+static const bigtime_t kMostTime = 60 * 1000 * 1000;
+static const size_t kPiece = 64 * 1024;
 
-struct Unref {
-    void operator()(RsvgHandle* handle) const { g_object_unref(handle); }
-    void operator()(cairo_surface_t* surface) const { cairo_surface_destroy(surface); }
-    void operator()(cairo_t* context) const { cairo_destroy(context); }
+namespace {
+
+class Descriptor {
+public:
+    explicit Descriptor(int number = -1) : fNumber(number) {}
+    Descriptor(Descriptor&& other) noexcept : fNumber(std::exchange(other.fNumber, -1)) {}
+    Descriptor& operator=(Descriptor&& other) noexcept
+    {
+        std::swap(fNumber, other.fNumber);
+        return *this;
+    }
+    ~Descriptor()
+    {
+        if (fNumber >= 0)
+            close(fNumber);
+    }
+    int Number() const { return fNumber; }
+    bool IsOpen() const { return fNumber >= 0; }
+
+private:
+    int fNumber;
 };
 
-static RsvgHandle* open_svg(BPositionIO* source, status_t* status)
-{
-    off_t size = 0;
-    *status = source->GetSize(&size);
-    if (*status != B_OK)
-        return nullptr;
-    *status = B_NO_MEMORY;
-    if (size > kMostBytes)
-        return nullptr;
-    const std::unique_ptr<uint8[]> bytes(new (std::nothrow) uint8[size_t(size)]);
-    if (bytes == nullptr)
-        return nullptr;
-    *status = B_BAD_DATA;
-    if (size == 0 || source->ReadAtExactly(0, bytes.get(), size_t(size)) != B_OK)
-        return nullptr;
-    return rsvg_handle_new_from_data(bytes.get(), size_t(size), nullptr);
-}
-
-// The size that the drawing names, else that of its view box.
-static void find_size(RsvgHandle* handle, double* width, double* height)
-{
-    if (rsvg_handle_get_intrinsic_size_in_pixels(handle, width, height) && *width > 0 &&
-        *height > 0)
-        return;
-    gboolean has_width, has_height, has_box;
-    RsvgLength length;
-    RsvgRectangle box = {};
-    rsvg_handle_get_intrinsic_dimensions(handle, &has_width, &length, &has_height, &length,
-                                         &has_box, &box);
-    *width = has_box && box.width > 0 ? box.width : kDefaultSide;
-    *height = has_box && box.height > 0 ? box.height : kDefaultSide;
-}
-
-// From cairo's pixels, multiplied by their alpha, to plain ones.
-static void divide_by_alpha(const Surface& surface)
-{
-    for (int32 y = 0; y < surface.height; y++) {
-        uint8* pixel = surface.bits + ptrdiff_t(y) * surface.bytesPerRow;
-        for (int32 x = 0; x < surface.width; x++, pixel += 4) {
-            const uint32 alpha = pixel[3];
-            if (alpha == 0 || alpha == 255)
-                continue;
-            for (int i = 0; i < 3; i++)
-                pixel[i] = uint8(std::min<uint32>((pixel[i] * 255u + alpha / 2) / alpha, 255));
+// A program that turns what it reads into what it writes; ended when nobody wants it any more.
+class Converter {
+public:
+    ~Converter()
+    {
+        if (fProcess < 0)
+            return;
+        kill(fProcess, SIGKILL);
+        while (waitpid(fProcess, nullptr, 0) < 0 && errno == EINTR) {
         }
     }
+    status_t Start(const std::string& path, const Descriptor& input);
+    // All that it writes.
+    status_t Read(BPositionIO* output);
+
+private:
+    pid_t fProcess = -1;
+    Descriptor fOutput;
+};
+
+}  // namespace
+
+static void limit(pid_t process, __rlimit_resource what, rlim_t most)
+{
+    const rlimit both = {most, most};
+    prlimit(process, what, &both, nullptr);
+}
+
+status_t Converter::Start(const std::string& path, const Descriptor& input)
+{
+    int ends[2];
+    if (pipe2(ends, O_CLOEXEC) != 0)
+        return B_NO_MORE_FDS;
+    fOutput = Descriptor(ends[0]);
+    const Descriptor written(ends[1]);
+    posix_spawn_file_actions_t files;
+    posix_spawn_file_actions_init(&files);
+    posix_spawn_file_actions_adddup2(&files, input.Number(), STDIN_FILENO);
+    posix_spawn_file_actions_adddup2(&files, written.Number(), STDOUT_FILENO);
+    posix_spawn_file_actions_addopen(&files, STDERR_FILENO, "/dev/null", O_WRONLY, 0);
+    posix_spawn_file_actions_addclosefrom_np(&files, STDERR_FILENO + 1);
+    posix_spawnattr_t attributes;
+    posix_spawnattr_init(&attributes);
+    sigset_t signals;
+    sigemptyset(&signals);
+    posix_spawnattr_setsigmask(&attributes, &signals);
+    sigfillset(&signals);
+    posix_spawnattr_setsigdefault(&attributes, &signals);
+    posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF);
+    std::string name = kCommand;
+    char* arguments[] = {name.data(), nullptr};
+    const int error = posix_spawn(&fProcess, path.c_str(), &files, &attributes, arguments, environ);
+    posix_spawnattr_destroy(&attributes);
+    posix_spawn_file_actions_destroy(&files);
+    if (error != 0) {
+        fProcess = -1;
+        return B_NOT_SUPPORTED;
+    }
+    limit(fProcess, RLIMIT_AS, kMostMemory);
+    limit(fProcess, RLIMIT_CPU, kMostWork);
+    limit(fProcess, RLIMIT_CORE, 0);
+    return B_OK;
+}
+
+status_t Converter::Read(BPositionIO* output)
+{
+    const bigtime_t deadline = system_time() + kMostTime;
+    const std::unique_ptr<char[]> piece(new (std::nothrow) char[kPiece]);
+    if (piece == nullptr)
+        return B_NO_MEMORY;
+    for (size_t size = 0; size <= kMostPicture;) {
+        const bigtime_t left = deadline - system_time();
+        pollfd wanted = {fOutput.Number(), POLLIN, 0};
+        const int ready = left > 0 ? poll(&wanted, 1, int(left / 1000) + 1) : 0;
+        if (ready < 0 && errno == EINTR)
+            continue;
+        if (ready <= 0)
+            return B_TIMED_OUT;
+        const ssize_t part = read(fOutput.Number(), piece.get(), kPiece);
+        if (part == 0)
+            return size > 0 ? B_OK : B_BAD_DATA;
+        if (part < 0 || output->Write(piece.get(), size_t(part)) != part)
+            return part < 0 ? B_IO_ERROR : B_NO_MEMORY;
+        size += size_t(part);
+    }
+    return B_NO_MEMORY;
+}
+
+// The command's path, "" where it is not installed.
+static std::string find_command()
+{
+    const char* variable = getenv("PATH");
+    std::string_view left = variable != nullptr ? variable : "/usr/bin";
+    while (!left.empty()) {
+        const std::string_view folder = left.substr(0, left.find(':'));
+        left.remove_prefix(std::min(folder.size() + 1, left.size()));
+        const std::string path = std::string(folder) + "/" + kCommand;
+        if (!folder.empty() && folder[0] == '/' && access(path.c_str(), X_OK) == 0)
+            return path;
+    }
+    return "";
+}
+
+bool ReadsSvg() { return !find_command().empty(); }
+
+// The drawing as a file in memory, at its start.
+static status_t copy_drawing(BPositionIO* source, Descriptor* _copy)
+{
+    off_t size = 0;
+    const status_t status = source->GetSize(&size);
+    if (status != B_OK)
+        return status;
+    if (size > kMostBytes)
+        return B_NO_MEMORY;
+    Descriptor copy(memfd_create("drawing", MFD_CLOEXEC));
+    const std::unique_ptr<char[]> piece(new (std::nothrow) char[kPiece]);
+    if (!copy.IsOpen() || piece == nullptr)
+        return B_NO_MEMORY;
+    for (off_t place = 0; place < size;) {
+        const auto wanted = size_t(std::min<off_t>(size - place, kPiece));
+        const ssize_t part = source->ReadAt(place, piece.get(), wanted);
+        if (part <= 0)
+            return B_BAD_DATA;
+        if (write(copy.Number(), piece.get(), size_t(part)) != part)
+            return B_NO_MEMORY;
+        place += part;
+    }
+    lseek(copy.Number(), 0, SEEK_SET);
+    *_copy = std::move(copy);
+    return B_OK;
 }
 
 status_t ReadSvg(BPositionIO* source, const PlaceForImage& place)
 {
-    status_t status;
-    const std::unique_ptr<RsvgHandle, Unref> handle(open_svg(source, &status));
-    if (handle == nullptr)
+    Descriptor drawing;
+    status_t status = copy_drawing(source, &drawing);
+    if (status != B_OK)
         return status;
-    double width, height;
-    find_size(handle.get(), &width, &height);
-    if (!(width <= kMostSide) || !(height <= kMostSide) ||
-        std::ceil(width) * std::ceil(height) > double(server::kMostPixels))
-        return B_NO_MEMORY;
-    const Surface target = place(int32(std::ceil(width)), int32(std::ceil(height)), B_RGBA32);
-    if (target.bits == nullptr)
-        return B_NO_MEMORY;
-    const std::unique_ptr<cairo_surface_t, Unref> surface(cairo_image_surface_create_for_data(
-        target.bits, CAIRO_FORMAT_ARGB32, target.width, target.height, target.bytesPerRow));
-    const std::unique_ptr<cairo_t, Unref> context(cairo_create(surface.get()));
-    const RsvgRectangle all = {0, 0, width, height};
-    if (!rsvg_handle_render_document(handle.get(), context.get(), &all, nullptr))
-        return B_BAD_DATA;
-    cairo_surface_finish(surface.get());
-    divide_by_alpha(target);
-    return B_OK;
+    BMallocIO picture;
+    {
+        Converter converter;
+        status = converter.Start(find_command(), drawing);
+        if (status == B_OK)
+            status = converter.Read(&picture);
+    }
+    return status == B_OK ? server::ReadImage(&picture, "png", place) : status;
 }
 
 }  // namespace BPrivate

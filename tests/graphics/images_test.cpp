@@ -126,6 +126,24 @@ TEST(Images, WhatIsNoPictureLoadsNothing)
     EXPECT_EQ(LoadImage(folder.Put("/b.png", "").c_str()), 0);
 }
 
+TEST(Images, HostileDrawingsLoadNothing)
+{
+    const TempFolder folder;
+    const std::string root = "<svg xmlns='http://www.w3.org/2000/svg' ";
+    const std::string inside = "width='20' height='20'><text font-size='1e30'>x</text></svg>";
+    const std::string drawings[] = {root + inside, root + "width='1e9' height='1e9'/>",
+                                    root + "viewBox='0 0 1e20 1e20'/>", root + "width='20'",
+                                    "\x1f\x8b\x08" + root + inside};
+    for (const std::string& drawing : drawings) {
+        const std::string path = folder.Put("/a.svg", drawing);
+        EXPECT_EQ(LoadImage(path.c_str()), 0) << drawing;
+        EXPECT_EQ(BTranslationUtils::GetBitmapFile(path.c_str()), nullptr) << drawing;
+    }
+    const Image good(
+        LoadImage(folder.Put("/b.svg", root + "width='20' height='10'><rect/></svg>").c_str()));
+    EXPECT_EQ(GetImageWidth(good), 20);
+}
+
 TEST(Images, NewOneIsTransparentAndBounded)
 {
     const Image image(2, 3);

@@ -262,6 +262,43 @@ TEST(ImageFormats, GiganticImagesAreRefused)
     }
 }
 
+static std::string times(int count, const std::string& text)
+{
+    std::string all;
+    for (int i = 0; i < count; i++)
+        all += text;
+    return all;
+}
+
+TEST(ImageFormats, DrawingsThatAskForTooMuchAreErrors)
+{
+    const std::string root = "<svg xmlns='http://www.w3.org/2000/svg' ";
+    std::string entities = "<!ENTITY a0 'ha'>";
+    for (int i = 0; i < 12; i++) {
+        const std::string deeper = "&a" + std::to_string(i) + ";";
+        entities += "<!ENTITY a" + std::to_string(i + 1) + " '" + times(10, deeper) + "'>";
+    }
+    const std::string drawings[] = {
+        "<!DOCTYPE svg [" + entities + "]>" + root +
+            "width='9' height='9'><text>&a12;</text></svg>",
+        root + "width='9' height='9'>" + times(100000, "<g>") + times(100000, "</g>") + "</svg>",
+        root + "width='9' height='9'><text font-size='1e30'>x</text></svg>",
+        root + "width='9' height='9'><filter id='f'><feConvolveMatrix order='1000' kernelMatrix='" +
+            times(1000000, "1 ") +
+            "'/></filter><rect width='9' height='9' filter='url(#f)'/></svg>",
+        root + "viewBox='0 0 8000 8000'>" + times(30, "<g opacity='.5'>") +
+            "<rect width='9' height='9'/>" + times(30, "</g>") + "</svg>",
+        root + "viewBox='0 0 1e20 1e20'/>",
+    };
+    for (const std::string& drawing : drawings) {
+        std::unique_ptr<BBitmap> bitmap;
+        EXPECT_NE(decode(bytes_of(drawing), &bitmap), B_OK) << &drawing - drawings;
+        EXPECT_EQ(bitmap, nullptr);
+    }
+    std::unique_ptr<BBitmap> bitmap;
+    EXPECT_EQ(decode(kSvg, &bitmap), B_OK) << "the next one is read";
+}
+
 TEST(ImageFormats, DrawingsReachNoOtherFile)
 {
     std::unique_ptr<BBitmap> bitmap;
