@@ -1,8 +1,8 @@
 #!/usr/bin/env bash
-# One scenario of tests/display/CMakeLists.txt: scenarios.sh NAME LISTENER DRAG_SOURCE. Starts its
-# own X server and window manager, runs the listener, plays the user, and compares what the
-# listener prints. Ends what it started and nothing else.
-scenario=$1 listener=$2 drag_source=$3
+# One scenario of tests/display/CMakeLists.txt: scenarios.sh NAME LISTENER DRAG_SOURCE [NO_ROOM].
+# Starts its own X server and window manager, runs the listener, plays the user, and compares what
+# the listener prints. Ends what it started and nothing else.
+scenario=$1 listener=$2 drag_source=$3 no_room=${4:-}
 . "$(dirname "$0")/screen.sh"
 
 client_frame() {
@@ -127,6 +127,15 @@ scaled_between() { scaled_screen; }
 
 few_colors() {
     eventually pixel_is 100 120 '#2061C5' || fail "left top pixel is $(pixel 100 120)"
+    eventually pixel_is 399 319 '#2061C5' || fail "right bottom pixel is $(pixel 399 319)"
+}
+
+# What could not be shown for want of memory is shown when there is some, though nothing else
+# happens.
+no_room() {
+    ! pixel_is 110 130 '#2061C5' || fail "it is shown without memory"
+    touch "$NO_ROOM_UNTIL"
+    eventually pixel_is 110 130 '#2061C5' || fail "pixel is $(pixel 110 130)"
     eventually pixel_is 399 319 '#2061C5' || fail "right bottom pixel is $(pixel 399 319)"
 }
 
@@ -342,6 +351,7 @@ exit_without_wayland() {
 if [[ $scenario != exit_without_* ]]; then
     case $scenario in
     few_colors) depth=16 ;;
+    no_room) depth=16 NO_ROOM_UNTIL=$folder/room && export NO_ROOM_UNTIL ;;
     scaled_twice) scale=2 ;;
     scaled_between) scale=1.5 ;;
     x_beside_dead_wayland) export WAYLAND_DISPLAY=wayland-not-there XDG_SESSION_TYPE=wayland ;;
@@ -350,6 +360,7 @@ if [[ $scenario != exit_without_* ]]; then
     start_server
     case $scenario in
     self_closing) start_listener with-a-second ;;
+    no_room) LD_PRELOAD=$no_room start_listener ;;
     *) start_listener ;;
     esac
 fi
