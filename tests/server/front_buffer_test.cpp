@@ -5,6 +5,9 @@
 #include <sys/mman.h>
 #include <unistd.h>
 
+#include <filesystem>
+#include <iterator>
+#include <memory>
 #include <vector>
 
 #include "server/screen/FrontBuffer.h"
@@ -107,6 +110,30 @@ TEST(FrontBuffer, AnotherSizeIsOtherMemoryWithTheSamePicture)
     EXPECT_EQ(onlooker.At(1, 1), 0x112233u);
     EXPECT_EQ(onlooker.At(kWidth, 0), 0xd8d8d8u);
     EXPECT_EQ(former.At(1, 1), 0x112233u) << "who still looks there may";
+}
+
+// How many descriptors the process has.
+size_t count_descriptors()
+{
+    const std::filesystem::directory_iterator all("/proc/self/fd");
+    return size_t(std::distance(begin(all), end(all)));
+}
+
+TEST(FrontBuffer, NobodyLooksNoDescriptorIsOpen)
+{
+    const size_t before = count_descriptors();
+    std::vector<std::unique_ptr<FrontBuffer>> buffers;
+    for (int i = 0; i < 20; i++) {
+        buffers.push_back(std::make_unique<FrontBuffer>());
+        buffers.back()->Share();
+        ASSERT_TRUE(buffers.back()->Resize(kWidth + i, kHeight));
+    }
+    EXPECT_EQ(count_descriptors(), before);
+    SharedPixels shared;
+    ASSERT_TRUE(buffers[3]->TakeShared(&shared));
+    close(shared.descriptor);
+    ASSERT_TRUE(buffers[3]->Resize(kWidth, kHeight));
+    EXPECT_EQ(count_descriptors(), before);
 }
 
 TEST(FrontBuffer, OwnMemoryIsNobodyElses)

@@ -42,15 +42,7 @@ struct FrontBuffer::Memory {
 // Pixels that nobody has painted; none when memory runs out.
 FrontBuffer::Memory FrontBuffer::_Make(int32 width, int32 height)
 {
-    Memory memory;
-    const size_t count = size_t(width) * size_t(height);
-    if (fShares)
-        memory.pixels = make_shared_pixels(count * sizeof(uint32), &memory.descriptor);
-    if (memory.pixels != nullptr)
-        std::fill_n(reinterpret_cast<uint32*>(memory.pixels.get()), count, kUnpainted);
-    else
-        memory.pixels = make_pixels(count * sizeof(uint32));
-    return memory;
+    return {make_pixels(size_t(width) * size_t(height) * sizeof(uint32)), -1};
 }
 
 void FrontBuffer::_Take(Memory& memory, int32 width, int32 height)
@@ -144,8 +136,19 @@ std::vector<clipping_rect> FrontBuffer::TakeDirty(float* scale)
 bool FrontBuffer::TakeShared(SharedPixels* shared)
 {
     BPrivate::MutexLock guard(fLock);
-    if (!fPixels.get_deleter().shared)
-        return false;
+    if (!fPixels.get_deleter().shared) {
+        // Only now: a window that waits to be shown would keep a descriptor from the program.
+        const size_t count = size_t(fWidth) * size_t(fHeight);
+        Memory memory;
+        if (fShares)
+            memory.pixels = make_shared_pixels(count * sizeof(uint32), &memory.descriptor);
+        if (memory.pixels == nullptr)
+            return false;
+        const auto* from = reinterpret_cast<const uint32*>(fPixels.get());
+        std::transform(from, from + count, reinterpret_cast<uint32*>(memory.pixels.get()),
+                       [](uint32 pixel) { return pixel != 0 ? pixel : kUnpainted; });
+        _Take(memory, fWidth, fHeight);
+    }
     shared->descriptor = std::exchange(fDescriptor, -1);
     shared->width = fWidth;
     shared->height = fHeight;
