@@ -176,6 +176,20 @@ TEST_F(Bars, LeavingForAnotherItemClosesTheSubmenu)
     EXPECT_TRUE(WaitClosed(file));
 }
 
+TEST_F(Bars, RightAndLeftWalkFromAMenuThatWasClickedOpen)
+{
+    ClickTitle(0, file);
+    Press(kKeyRight);
+    ASSERT_TRUE(WaitOpen(edit));
+    EXPECT_TRUE(WaitClosed(file));
+    EXPECT_TRUE(WaitSelected(edit->ItemAt(0)));
+    Press(kKeyLeft);
+    ASSERT_TRUE(WaitOpen(file));
+    EXPECT_TRUE(WaitSelected(file->ItemAt(0)));
+    Press(kKeyEscape);
+    EXPECT_TRUE(WaitClosed(file));
+}
+
 TEST_F(Bars, KeysEnterWalkAndChoose)
 {
     Press(kKeyF10);

@@ -151,7 +151,8 @@ void MenuTracker::_Into()
     const size_t last = fLevels.size() - 1;
     bool some = false;
     _With(last, [&](BMenu& menu) { some = MenuPrivate::Selected(&menu) != nullptr; });
-    if (!some && last > 0)
+    const bool below_title = last == 1 && _IsRow(0);
+    if (!some && last > 0 && !below_title)
         _Step(1);  // it is open already
     else if (_OpenSelected(last))
         _Step(1);
