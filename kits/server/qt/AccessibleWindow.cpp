@@ -79,7 +79,7 @@ void ReaderWatch::_Switched(bool on, const std::string& address)
 {
     if (QAccessible::isActive()) {
         accessibilityActiveChanged(on);
-    } else if (on && fConnection != nullptr) {
+    } else if (on && !address.empty() && fConnection != nullptr) {
         // It asks again, and may have been on the bus before without anybody having heard of it.
         QMetaObject::invokeMethod(fConnection, "serviceRegistered");
         QMetaObject::invokeMethod(fConnection, "connectA11yBus",

@@ -39,6 +39,7 @@ private:
     GDBusConnection* fBus = nullptr;
     unsigned fSubscription = 0, fNameWatch = 0;
     bool fOn = false;
+    bool fCame = false;  // the service, since it was asked last
 };
 
 ReaderSwitch::Watch::Watch(const std::string& address, Switched switched)
@@ -88,7 +89,9 @@ void ReaderSwitch::Watch::_Connected(GObject*, GAsyncResult* result, void* data)
 
 void ReaderSwitch::Watch::_Came(GDBusConnection*, const char*, const char*, void* data)
 {
-    static_cast<Watch*>(data)->_Ask();
+    auto* const self = static_cast<Watch*>(data);
+    self->fCame = true;
+    self->_Ask();
 }
 
 void ReaderSwitch::Watch::_Went(GDBusConnection*, const char*, void* data)
@@ -137,10 +140,11 @@ void ReaderSwitch::Watch::_Answered(GObject* source, GAsyncResult* result, void*
     g_variant_unref(values);
     g_variant_unref(answer);
     auto* const self = static_cast<Watch*>(data);
-    if (enabled || read)
+    const bool came = std::exchange(self->fCame, false);
+    if ((enabled || read) && !came)
         self->_Call(kBus, "GetAddress", nullptr, "(s)", _Addressed);
     else
-        self->_Tell(false);
+        self->_Tell(enabled || read);
 }
 
 void ReaderSwitch::Watch::_Addressed(GObject* source, GAsyncResult* result, void* data)

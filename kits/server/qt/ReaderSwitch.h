@@ -14,7 +14,8 @@ namespace server {
 class ReaderSwitch {
 public:
     // Called with what the desktop says whenever that is another than before; it begins with
-    // nobody. Readers are on a bus of their own, at `address`.
+    // nobody. Readers are on a bus of their own, at `address`; "" if they came with the service,
+    // when Qt asks itself.
     using Switched = std::function<void(bool on, const std::string& address)>;
     explicit ReaderSwitch(Switched switched);
     ~ReaderSwitch();
