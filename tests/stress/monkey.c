@@ -238,8 +238,11 @@ static int32_t keep_open(void) { return 0; }
 static void close_all(int32_t first)
 {
     const int32_t end = (int32_t)GetUniqueID();
-    for (int32_t ident = first; ident < end; ident++)
+    for (int32_t ident = first; ident < end; ident++) {
+        if (is_window_ident(ident))
+            alarm(PATIENCE_SECONDS); /* it waits for the handler that is called there */
         CloseWindow(ident);
+    }
     monkey_kill_all();
 }
 
