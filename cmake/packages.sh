@@ -20,7 +20,7 @@ build_packages=(g++ cmake ninja-build ccache pkg-config qt6-base-dev qt6-wayland
     fonts-noto-core fonts-dejavu-core libglib2.0-dev libgmime-3.0-dev libudev-dev libasound2-dev
     qt6-image-formats-plugins librsvg2-bin libgif-dev libtiff-dev shared-mime-info
     libbenchmark-dev)
-test_packages=(libgtest-dev clang clang-format locales xvfb openbox xdotool xclip x11-utils x11-xkb-utils
+test_packages=(libgtest-dev clang clang-format locales xvfb openbox xdotool xclip x11-utils x11-xserver-utils x11-xkb-utils
     imagemagick
     xdg-utils desktop-file-utils libglib2.0-bin attr dbus at-spi2-core weston sway grim wl-clipboard python3
     python3-gi ibus gir1.2-ibus-1.0)

@@ -48,6 +48,10 @@ class Failure(Exception):
     pass
 
 
+class Skipped(Exception):
+    """Something is not there that only this scenario needs."""
+
+
 def eventually(claim, what):
     """Waits until `claim` is true and returns what it is; `what` may be a function as well."""
     end = time.monotonic() + PATIENCE_S
@@ -79,6 +83,7 @@ class Hands:
         self.rest = b""
         self.last = 1
         self.held = 0
+        self.extent = 1024, 768  # of all screens
         self.start = time.monotonic()
         registry = self._make(1, 1)
         self.globals = {}
@@ -151,7 +156,7 @@ class Hands:
         self._roundtrip()
 
     def move(self, x, y):
-        self._pointer(1, int(x), int(y), 1024, 768)
+        self._pointer(1, int(x), int(y), *self.extent)
 
     def press(self, button=LEFT):
         self._pointer(2, button, 1)
@@ -267,6 +272,12 @@ class Program:
         if self.process.poll() is not None and not self.said(line):
             raise Failure("no line %r: it has ended with %d" % (line, self.process.returncode))
         return False
+
+    def said_soon(self, line, seconds):
+        end = time.monotonic() + seconds
+        while not self.said(line) and time.monotonic() < end:
+            time.sleep(0.02)
+        return self.said(line)
 
     def expect_not(self, line):
         if self.said(line):
@@ -399,6 +410,11 @@ class Desktop:
         eventually(lies_there, lambda: "it lies at %r" % (self.place(title),))
         eventually(lambda: self.picture().at(x + 1, y + 1) != GROUND, "it does not show there")
 
+    def extent(self):
+        """Width and height of the first screen, as windows count them."""
+        rect = json.loads(self.run(["swaymsg", "-r", "-t", "get_outputs"]))[0]["rect"]
+        return rect["width"], rect["height"]
+
     def focused(self):
         return next((each["name"] for each in self.windows() if each["focused"]), None)
 
@@ -406,15 +422,17 @@ class Desktop:
         self.command('[con_id=%d]' % self.window(title)["id"], "focus")
         eventually(lambda: self.focused() == title, "it does not get the keys")
 
-    def picture(self, cursor=False):
-        data = self.run(["grim"] + ["-c"] * cursor + ["-t", "ppm", "-"])
+    def picture(self, cursor=False, output=None):
+        """All screens, or one in its own pixels."""
+        data = self.run(["grim"] + ["-c"] * cursor + (["-o", output] if output else []) +
+                        ["-t", "ppm", "-"])
         return Picture(data) if data else Picture(b"P6\n0 0\n255\n")
 
-    def shows(self, color, x, y):
+    def shows(self, color, x, y, output=None):
         seen = []
 
         def looks_so():
-            seen.append(self.picture().at(x, y))
+            seen.append(self.picture(output=output).at(x, y))
             return seen[-1] == color
         eventually(looks_so, lambda: "at %d, %d is %s, not %s" % (x, y, seen[-1], color))
 
@@ -426,6 +444,9 @@ def play(scenarios, **options):
     try:
         desktop = Desktop(**options)
         scenarios[name](desktop)
+    except Skipped as skipped:
+        print("%s: %s" % (name, skipped), file=sys.stderr)
+        sys.exit(77)
     except (Failure, subprocess.TimeoutExpired) as failure:
         print("%s: %s" % (name, failure), file=sys.stderr)
         for program in desktop.programs if desktop is not None else []:

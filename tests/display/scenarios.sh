@@ -11,6 +11,7 @@ client_frame() {
 }
 frame_is() { [ "$(client_frame)" = "$1" ]; }
 scale=1  # of the screen: its pixels a pixel of the program's
+factor= fonts=  # what the user has set instead
 scaled() { echo "$@" | awk -v s="$scale" '{ for (i = 1; i <= NF; i++) printf "%s%d", (i > 1 ? " " : ""), $i * s + 0.5 }'; }
 expect_frame() { eventually frame_is "$1" || fail "client area $(client_frame), not $1"; }
 pixel() { import -window root -crop "1x1+$1+$2" -depth 8 txt:- | grep -oE '#[0-9A-F]{6}'; }
@@ -125,6 +126,56 @@ scaled_screen() {
 }
 scaled_twice() { scaled_screen; }
 scaled_between() { scaled_screen; }
+scaled_by_font() { scaled_screen; }
+scaled_by_large_font() { scaled_screen; }
+# What is no scale is 1, and the largest is 4.
+bad_font() { scaled_screen; }
+bad_scale() { scaled_screen; }
+negative_scale() { scaled_screen; }
+no_scale() { scaled_screen; }
+huge_scale() { scaled_screen; }
+
+# Two screens beside each other, the second one of twice the pixels: a window has its size, and what
+# it shows is sharp, on both.
+add_screens() {
+    xrandr --setmonitor left 1000/250x768/200+0+0 screen >"$folder/screens" &&
+        xrandr --setmonitor right 1000/250x768/200+1000+0 none >>"$folder/screens" ||
+        fail "no second screen: $(cat "$folder/screens")"
+    unset QT_SCALE_FACTOR
+    export QT_SCREEN_SCALE_FACTORS='1;2'
+}
+two_screens() {
+    activate "$window"
+    xdotool windowmove "$window" 1200 100
+    eventually frame_is '1200 100 600 400' || fail "on the finer screen it is $(client_frame)"
+    expect 'moved 1100 50'
+    eventually pixel_is 1200 100 '#2060C0' && eventually pixel_is 1799 499 '#2060C0' ||
+        fail "its picture does not fill it"
+    xdotool mousemove 1799 499 click 1
+    expect 'press 299 199 1 1'
+    xdotool windowmove "$window" 300 100
+    eventually frame_is '300 100 300 200' || fail "back on the coarser screen it is $(client_frame)"
+    eventually pixel_is 599 299 '#2060C0' || fail "its picture does not fill it"
+    xdotool mousemove 599 299 click 1
+    expect 'press 299 199 1 1'
+    expect_not 'resized.*'
+}
+
+# The screen that the window is on goes: it is still there, as large as before, on what is left.
+unplugged() {
+    xdotool windowmove "$window" 1200 100
+    eventually frame_is '1200 100 600 400' || fail "on the finer screen it is $(client_frame)"
+    xrandr --delmonitor right
+    xdotool windowmove "$window" 300 100
+    eventually frame_is '300 100 300 200' || fail "on the screen that is left it is $(client_frame)"
+    eventually pixel_is 300 100 '#2060C0' && eventually pixel_is 599 299 '#2060C0' ||
+        fail "its picture does not fill it"
+    for place in '350 160' '599 299'; do
+        xdotool mousemove $place click 1
+    done
+    expect 'press 50 60 1 1'
+    expect 'press 299 199 1 1'
+}
 
 few_colors() {
     eventually pixel_is 100 120 '#2061C5' || fail "left top pixel is $(pixel 100 120)"
@@ -355,10 +406,20 @@ if [[ $scenario != exit_without_* ]]; then
     no_room) depth=16 NO_ROOM_UNTIL=$folder/room && export NO_ROOM_UNTIL ;;
     scaled_twice) scale=2 ;;
     scaled_between) scale=1.5 ;;
+    scaled_by_font) scale=1.5 fonts=144 ;;
+    scaled_by_large_font) scale=2 fonts=192 ;;
+    bad_font) fonts=many ;;
+    bad_scale) factor=0 ;;
+    negative_scale) factor=-2 ;;
+    no_scale) factor=two ;;
+    huge_scale) scale=4 factor=100 extent=2400x1800 ;;
+    two_screens | unplugged) extent=2000x768 ;;
     x_beside_dead_wayland) export WAYLAND_DISPLAY=wayland-not-there XDG_SESSION_TYPE=wayland ;;
     esac
-    export QT_SCALE_FACTOR=$scale
+    [ -n "$fonts" ] || export QT_SCALE_FACTOR=${factor:-$scale}
     start_server
+    [[ $scenario != two_screens && $scenario != unplugged ]] || add_screens
+    [ -z "$fonts" ] || echo "Xft.dpi: $fonts" | xrdb -merge
     case $scenario in
     self_closing) start_listener with-a-second ;;
     no_room) LD_PRELOAD=$no_room start_listener ;;

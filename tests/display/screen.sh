@@ -4,6 +4,7 @@ set -u
 folder=$(mktemp -d)
 log=$folder/log
 depth=24  # bits a pixel of the X server
+extent=1024x768
 started=()
 
 finish() {
@@ -50,7 +51,7 @@ expect_not() { ! said "$1" || fail "a line \"$1\""; }
 # start_server [MANAGER]: with openbox, unless another word is said.
 start_server() {
     rm -f "$folder/display"
-    Xvfb -displayfd 1 -screen 0 "1024x768x$depth" -nolisten tcp -noreset >"$folder/display" 2>"$folder/xvfb" &
+    Xvfb -displayfd 1 -screen 0 "${extent}x$depth" -nolisten tcp -noreset >"$folder/display" 2>"$folder/xvfb" &
     server_pid=$!
     started+=("$server_pid")
     eventually test -s "$folder/display" || fail "no X server: $(cat "$folder/xvfb")"

@@ -18,6 +18,19 @@ click_editor() { xdotool mousemove 150 240 click 1; }
 # Another program's word for what is selected or was copied.
 clip_is() { [ "$(timeout 5 xclip -o -selection "$1" 2>/dev/null)" = "$2" ]; }
 
+# On a screen of twice the pixels letters are as sharp as those allow. Enlarged ones would come in
+# squares of four.
+sharp() {
+    eventually broken_squares || fail "it is an enlarged picture: $squares pixels are of its own"
+}
+squares=none
+broken_squares() {
+    import -window root -crop 500x160+220+260 +repage -depth 8 "$folder/picture.png"
+    squares=$(convert "$folder/picture.png" \( +clone -sample 50% -sample 200% \) -metric AE \
+        -compare -format '%[distortion]' info:)
+    [ "$(printf '%.0f' "$squares")" -gt 200 ]
+}
+
 field() {
     xdotool type 'Hello 1.'
     expect 'input Hello 1\.'
@@ -165,6 +178,7 @@ moved_to() {
     [ "$X" -ge "$1" ] && [ "$Y" -ge "$2" ]
 }
 
+[ "$scenario" != sharp ] || export QT_SCALE_FACTOR=2
 start_server
 start_program
 "$scenario"

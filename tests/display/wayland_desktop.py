@@ -2,10 +2,14 @@
 compositor draws the titles; its places are its own, so that windows are brought where they are
 wanted, and programs keep the places that they asked for."""
 
+import glob
 import os
+import shutil
+import subprocess
 import sys
+import time
 
-from desktop import GROUND, LEFT, MIDDLE, RIGHT, Failure, eventually, play
+from desktop import GROUND, LEFT, MIDDLE, RIGHT, Failure, Skipped, eventually, play
 
 FACE, BLUE, YELLOW = "D8D8D8", "2060C0", "FFCB00"
 PROGRAMS = sys.argv[2]
@@ -345,6 +349,289 @@ def primary(desktop):
     copy(desktop, "other ", True)
     desktop.hands.click(311, 308, MIDDLE)
     texts.expect("changed 13 other one two")
+
+
+# Two programs beside each other, the first one's stripes at the left.
+def two_draggers(desktop):
+    first = program(desktop, "display_drag_user")
+    eventually(lambda: len(desktop.windows()) == 1, "no window")
+    desktop.move("drag user", 100, 220)
+    desktop.command("[con_id=%d]" % desktop.window("drag user")["id"], "title_format moved")
+    known = desktop.windows()[0]["id"]
+    second = program(desktop, "display_drag_user")
+    eventually(lambda: len(desktop.windows()) == 2, "no second window")
+    other = next(each["id"] for each in desktop.windows() if each["id"] != known)
+    desktop.command("[con_id=%d]" % other, "move absolute position 600 220")
+    desktop.shows(BLUE, 880, 400)
+    return first, second
+
+
+# By steps, the first of them inside of the window: as a hand does, not before the drag is in sight.
+# A part of the picture that the cursor leaves free, wherever the compositor puts its hot spot.
+def picture_at(desktop, x, y):
+    return desktop.picture().at(x + 13, y + 2) not in (BLUE, GROUND)
+
+
+# By steps, the first of them inside of the window: as a hand does, not before the drag is in sight.
+def drag_from(desktop, program_, x, y, *places):
+    program_.mark()
+    desktop.hands.move(x, y)
+    desktop.hands.press()
+    program_.expect("drag")
+    for at, place in enumerate(places):
+        desktop.hands.move(*place)
+        if at == 0:
+            eventually(lambda: picture_at(desktop, *place), "no picture at the pointer")
+
+
+# Drags until the line is there: who lets go before the other program has seen anything of it, on a
+# machine that is busy, has to drag once more.
+def drag_until(desktop, source, places, target, line):
+    target.mark()
+    for pause in range(1, 8):
+        drag_from(desktop, source, 150, 300, *places)
+        time.sleep(0.02 * 2 ** pause)
+        desktop.hands.release()
+        if target.said_soon(line, 2 * pause):
+            break
+    target.expect(line)
+
+
+def drag_to_other(desktop):
+    first, second = two_draggers(desktop)
+    drag_until(desktop, first, ((200, 310), (500, 320), (700, 330), (710, 335)), second,
+               "dropped text dragged ä")
+    first.expect_not("dropped text dragged ä")
+    second.expect_not("dropped here")  # an address
+
+
+def drag_within(desktop):
+    first, second = two_draggers(desktop)
+    drag_from(desktop, first, 150, 300, (200, 310), (700, 330), (300, 330), (310, 335))
+    desktop.hands.release()
+    first.expect("dropped here")
+    second.expect_not("dropped here")
+
+
+def drag_picture(desktop):
+    first, _ = two_draggers(desktop)
+    drag_from(desktop, first, 150, 300, (200, 310), (290, 310), (300, 320), (500, 400))
+    eventually(lambda: picture_at(desktop, 500, 400), "the picture does not follow")
+    desktop.shows(BLUE, 213, 312)
+    desktop.hands.release()
+    eventually(lambda: not picture_at(desktop, 500, 400), "the picture stays after the drop")
+
+
+# Neither a click that is hardly a drag nor one that ends on the ground is in the way of the next.
+def drag_to_nowhere(desktop):
+    first, second = two_draggers(desktop)
+    desktop.hands.click(150, 300)
+    first.expect("drag")
+    drag_from(desktop, first, 150, 300, (200, 310), (500, 600), (510, 610))
+    desktop.hands.release()
+    drag_until(desktop, first, ((200, 310), (700, 330), (710, 335)), second,
+               "dropped text dragged ä")
+
+
+# Out of another program; its window is the one at the right.
+def drop_of_other(desktop, *arguments):
+    ours = program(desktop, "display_drag_user")
+    eventually(lambda: len(desktop.windows()) == 1, "no window")
+    desktop.move("drag user", 100, 220)
+    desktop.program(os.path.join(PROGRAMS, "display_drag_source"), *arguments,
+                    QT_QPA_PLATFORM="wayland")
+    desktop.window("drag source")
+    desktop.move("drag source", 600, 220)
+    for pause in range(1, 8):
+        desktop.hands.drag(650, 270, 200, 320)
+        time.sleep(0.02 * 2 ** pause)
+        desktop.hands.release()
+        if ours.said_soon("dropped at 200 220", 2 * pause):
+            break
+    return ours
+
+
+def drop_text(desktop):
+    drop_of_other(desktop, "--text").expect("dropped text fallen ü")
+
+
+def drop_picture(desktop):
+    drop_of_other(desktop, "--picture").expect("dropped image/png")
+
+
+def drop_file(desktop):
+    path = os.path.join(desktop.folder, "a file")
+    open(path, "w").close()
+    drop_of_other(desktop, path).expect("dropped file a file")
+
+
+# What is blue fills a window of 300 by 200 on a screen, which begins at `left` and has so many pixels
+# for each.
+def fills(desktop, title, output, scale, left=0):
+    inside = 0 if scale < 3 and scale == int(scale) else 2  # the compositor mixes pixels there
+    desktop.hands.move(2, 2)
+
+    def filled():
+        x, y = [int(at * scale) for at in desktop.place(title)[:2]]
+        x -= int(left * scale)
+        right, bottom = x + int(300 * scale), y + int(200 * scale)
+        picture = desktop.picture(output=output)
+        return all(picture.at(*at) == BLUE for at in ((x + inside, y + inside),
+                                                      (right - 1 - inside, bottom - 1 - inside))) \
+            and all(picture.at(*at) == GROUND for at in ((x + 20, bottom + 8), (right + 8, y + 20)))
+    eventually(filled, lambda: "it does not fill its place %r" % (desktop.place(title),))
+    return desktop.place(title)[:2]
+
+
+# Wherever it comes to lie when it is asked to go to a place near the one that is asked for.
+def brought_to(desktop, title, x, y):
+    def lies_there():
+        left, top = desktop.place(title)[:2]
+        if abs(left - x) < 30 and abs(top - y) < 50:
+            return left, top
+        desktop.command("[con_id=%d]" % desktop.window(title)["id"],
+                        "move absolute position %d %d" % (x, y))
+        return None
+    return eventually(lies_there, lambda: "it lies at %r" % (desktop.place(title),))
+
+
+# The user chooses another scale meanwhile; what the program counts stays.
+def scale_changes(desktop):
+    listener, title = alone(desktop, "display_listener")
+    for scale in (2, 1.5, 3, 1):
+        desktop.command("output HEADLESS-1 scale %g" % scale)
+        brought_to(desktop, title, 20, 20)
+        fills(desktop, title, "HEADLESS-1", scale)
+        desktop.hands.extent = [10 * side for side in desktop.extent()]
+        listener.mark()
+        for where in ((50, 50), (2, 3), (297, 196)):
+            line = "press %d %d 1 1" % where
+
+            def lands():  # the compositor may just have brought it to another place
+                x, y = desktop.place(title)[:2]
+                desktop.hands.click((x + where[0]) * 10 + 5, (y + where[1]) * 10 + 5)
+                return listener.said_soon(line, 2)
+            eventually(lands, "no line " + line)
+    if any(line.startswith(("resized", "moved")) for line in listener.lines()):
+        raise Failure("its numbers have changed")
+
+
+# Letters of the screen's pixels are not made of squares.
+def expect_sharp(desktop, title, output, left=0):
+    def broken_squares():
+        x, y = [2 * at for at in desktop.place(title)[:2]]
+        picture = desktop.picture(output=output)
+        return sum(len({picture.at(column + dx - 2 * left, row + dy)
+                        for dx in (0, 1) for dy in (0, 1)}) > 1
+                   for row in range(y + 20, y + 68, 2) for column in range(x + 20, x + 120, 2))
+    eventually(lambda: broken_squares() > 30, "the text is an enlarged one")
+
+
+def sharp_after_change(desktop):
+    _, title = alone(desktop, "display_texts")
+    desktop.command("output HEADLESS-1 scale 2")
+    brought_to(desktop, title, 20, 20)
+    expect_sharp(desktop, title, "HEADLESS-1")
+
+
+def sharp_on_other_output(desktop):
+    _, title = alone(desktop, "display_texts")
+    second_output(desktop, 2)
+    brought_to(desktop, title, 1044, 60)
+    expect_sharp(desktop, title, "HEADLESS-2", 1024)
+
+
+def second_output(desktop, scale):
+    desktop.command("create_output")
+    desktop.command("output HEADLESS-2 resolution 1024x768 position 1024 0 scale %g "
+                    "bg #406080 solid_color" % scale)
+    desktop.hands.extent = 1024 + int(1024 / scale), 768
+    desktop.shows(GROUND, 1, 1, output="HEADLESS-2")
+
+
+# Each screen has its own scale: the window has its size on both.
+def two_outputs(desktop):
+    listener, title = alone(desktop, "display_listener")
+    second_output(desktop, 2)
+    brought_to(desktop, title, 1044, 60)
+    x, y = fills(desktop, title, "HEADLESS-2", 2, 1024)
+    desktop.hands.click(x + 299, y + 199)
+    listener.expect("press 299 199 1 1")
+    brought_to(desktop, title, 40, 60)
+    x, y = fills(desktop, title, "HEADLESS-1", 1)
+    desktop.hands.click(x + 50, y + 60)
+    listener.expect("press 50 60 1 1")
+    if any(line.startswith("resized") for line in listener.lines()):
+        raise Failure("its size has changed")
+
+
+def bad_scales(desktop):
+    for number, word in enumerate(("0", "-2", "two", "nan")):
+        started = program(desktop, "display_listener", QT_SCALE_FACTOR=word)
+        eventually(lambda: len(desktop.windows()) == number + 1, "no window")
+        newest = max(desktop.windows(), key=lambda each: each["id"])
+        if (newest["window_rect"]["width"], newest["window_rect"]["height"]) != (300, 200):
+            raise Failure("with %s it is %r" % (word, newest["window_rect"]))
+        started.expect("ready")
+
+
+def wheel(desktop):
+    lists, _ = alone(desktop, "display_lists")
+    desktop.hands.move(400, 240)
+    for _ in range(5):
+        desktop.hands.wheel(1)
+    desktop.hands.click(401, 241)
+    eventually(lambda: any(line.startswith("first") for line in lists.lines()), "no row")
+    if lists.said("first 0 rows 0"):
+        raise Failure("it has not scrolled")
+    lists.mark()
+    for _ in range(9):
+        desktop.hands.wheel(-1)
+    desktop.hands.click(440, 242)
+    lists.expect("first 0 rows 0")
+
+
+# Runs in memory where Qt has no way to the compositor.
+def no_plugin(desktop):
+    folders = glob.glob("/usr/lib/*/qt6/plugins/platforms")
+    hidden = ["unshare", "-rm", "sh", "-c", 'mount -t tmpfs none "$0" && exec "$@"'] + folders[:1]
+    if len(folders) != 1 or subprocess.run(hidden + ["true"], capture_output=True).returncode != 0:
+        raise Skipped("nothing can be hidden from a program here")
+    listener = desktop.program(*hidden, os.path.abspath(os.path.join(PROGRAMS, "display_listener")))
+    listener.expect("ready")
+    with open(listener.errors.name) as errors:
+        if errors.read().count("in memory") != 1:
+            raise Failure("it does not say where its windows are")
+
+
+# The compositor of the tests has another protocol for it than this Qt: input methods come by the
+# message bus.
+def input_method(desktop):
+    engine = os.path.join(os.path.dirname(os.path.abspath(__file__)), "input_engine.py")
+    if shutil.which("ibus-daemon") is None or \
+            subprocess.run(["/usr/bin/python3", "-B", engine, "check"]).returncode != 0:
+        raise Skipped("no ibus")
+    bus = os.path.join(desktop.folder, "bus")
+    os.environ.update(DBUS_SESSION_BUS_ADDRESS="unix:path=" + bus, XDG_CACHE_HOME=desktop.folder)
+    desktop.start(["dbus-daemon", "--session", "--nofork", "--nopidfile",
+                   "--address=unix:path=" + bus])
+    eventually(lambda: os.path.exists(bus), "no message bus")
+    desktop.start(["ibus-daemon", "--panel=disable", "--emoji-extension=disable",
+                   "--config=disable"])
+    eventually(lambda: desktop.run(["ibus", "address"]).startswith(b"unix:"), "no ibus")
+    method = desktop.program("/usr/bin/python3", "-B", engine)
+    method.expect("ready")
+    composer, _ = alone(desktop, "display_composer", QT_IM_MODULE="ibus")
+    method.expect("focus")
+    for letter in "nihao":
+        desktop.hands.key(letter)
+    composer.expect("opcode 0")
+    composer.expect('opcode 2 "nihao" selection 5-5 clause 0-5')
+    desktop.hands.key("space")
+    eventually(lambda: any(line.startswith('opcode 2 "你好" confirmed')
+                           for line in composer.lines()), "no word")
+    composer.expect("opcode 1")
+    composer.expect_not("key n")
 
 
 play(globals())

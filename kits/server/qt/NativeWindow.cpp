@@ -9,6 +9,7 @@
 #include <QInputMethodQueryEvent>
 #include <QMimeData>
 #include <QPainter>
+#include <QScreen>
 #include <QUrl>
 
 #include <InterfaceDefs.h>
@@ -22,6 +23,7 @@
 #include "server/screen/KeyTable.h"
 #include "server/qt/Cursors.h"
 #include "server/qt/Platforms.h"
+#include "server/qt/QtDrag.h"
 #include "server/qt/QtWindow.h"
 
 namespace server {
@@ -130,6 +132,14 @@ NativeWindow::NativeWindow(QtWindow* owner) : fOwner(owner)
             fOwner->NativeMinimized(true);
         }
     });
+    // Its pixels may be others there, and nobody else asks for them. Qt is not done with it yet.
+    connect(
+        this, &QWindow::screenChanged, this,
+        [this] {
+            if (fOwner != nullptr && isExposed())
+                _Repaint();
+        },
+        Qt::QueuedConnection);
 }
 
 NativeWindow::~NativeWindow() { fAccessible.reset(); }
@@ -169,6 +179,7 @@ void NativeWindow::SetPlace(BRect frame)
                       int(frame.Height()) + 1);
     const bool changes = place != QRect(fPlace, size());
     fPlace = place.topLeft();
+    fUnits = place.size();
     setGeometry(place);
     _TellFrame();
     if (changes && fAppears && _HangsOn() && !Grabs())
@@ -210,6 +221,19 @@ void NativeWindow::Disappear()
 {
     fAppears = false;
     hide();
+}
+
+// On Wayland Qt takes another scale of the same screen over with a new surface alone.
+void NativeWindow::FollowScreen()
+{
+    if (!hides_places() || fIsMenu || !isVisible() ||
+        devicePixelRatio() == screen()->devicePixelRatio())
+        return;
+    const bool wasActive = isActive();
+    hide();
+    show();
+    if (wasActive)
+        requestActivate();
 }
 
 bool NativeWindow::_HangsOn() const { return fIsMenu && hides_places(); }
@@ -523,8 +547,29 @@ void NativeWindow::_Repaint()
 
 void NativeWindow::moveEvent(QMoveEvent*) { _TellFrame(); }
 
+// On a screen of other pixels X leaves a window as many of them as it had, which are more or fewer
+// units: it gets the size that it had in units, unless it would go back to the other screen by
+// that.
+bool NativeWindow::_KeepsUnits()
+{
+    const double before = std::exchange(fUnitsScale, devicePixelRatio());
+    if (hides_places() || before == fUnitsScale || !fUnits.isValid() || size() == fUnits ||
+        (windowStates() & (Qt::WindowMaximized | Qt::WindowFullScreen)) != 0)
+        return false;
+    const QScreen* const next = QGuiApplication::screenAt(QRect(position(), fUnits).center());
+    if (next != nullptr && next != screen())
+        return false;
+    setMinimumSize(minimumSize());  // which the window manager counts in pixels
+    setMaximumSize(maximumSize());
+    resize(fUnits);
+    return true;
+}
+
 void NativeWindow::resizeEvent(QResizeEvent*)
 {
+    if (_KeepsUnits())
+        return;
+    fUnits = size();
     _TellFrame();
     _FitTitle();
 }
@@ -710,8 +755,23 @@ void NativeWindow::EndInput()
         QGuiApplication::inputMethod()->reset();
 }
 
+// True if it is a drag of this program's that the compositor carries, which the stage knows.
+bool NativeWindow::_CarriesOwn(const QDropEvent* event, bool dropped)
+{
+    StageLock lock;
+    if (!QtDrag::IsCarried() || stage().Dragged() == nullptr)
+        return false;
+    QtDrag::Entered();
+    stage().CarryTo(_OnScreen(event->position()), fOwner);
+    if (dropped)
+        stage().SyncButtons(0);
+    return true;
+}
+
 void NativeWindow::_Drop(QDropEvent* event)
 {
+    if (_CarriesOwn(event, true))
+        return event->acceptProposedAction();
     Event drop;
     if (!read_drop(*event->mimeData(), &drop))
         return event->ignore();
@@ -721,10 +781,22 @@ void NativeWindow::_Drop(QDropEvent* event)
     stage().Drop(_OnScreen(event->position()), drop, fOwner);
 }
 
+// While the compositor has the pointer Qt makes up some events of it. A press is a real one: the
+// drag is over by then.
+static bool is_made_up(QEvent::Type type)
+{
+    if (type == QEvent::MouseButtonPress)
+        QtDrag::Over();
+    return QtDrag::IsCarried() && (type == QEvent::Enter || type == QEvent::Leave ||
+                                   type == QEvent::MouseMove || type == QEvent::MouseButtonRelease);
+}
+
 bool NativeWindow::event(QEvent* event)
 {
     if (fOwner == nullptr)
         return QObject::event(event);
+    if (is_made_up(event->type()))
+        return true;
     switch (event->type()) {
         case QEvent::Close: {
             // The window's own thread decides.
@@ -764,7 +836,14 @@ bool NativeWindow::event(QEvent* event)
         case QEvent::DragMove: {
             auto* drag = static_cast<QDropEvent*>(event);
             drag->setDropAction(Qt::CopyAction);
-            drag->setAccepted(is_of_use(*drag->mimeData()));
+            drag->setAccepted(_CarriesOwn(drag, false) || is_of_use(*drag->mimeData()));
+            return true;
+        }
+        case QEvent::DragLeave: {
+            StageLock lock;
+            stage().SetCovered(true);
+            if (stage().Dragged() != nullptr)
+                stage().MovePointer(stage().Pointer());
             return true;
         }
         case QEvent::Drop:

@@ -46,6 +46,8 @@ public:
     bool IsMenu() const { return fIsMenu; }
     void Appear();
     void Disappear();
+    // The screen has changed, in its scale maybe.
+    void FollowScreen();
     // Where places are hidden: the compositor gives it, a menu, the input of all other windows, and
     // closes it when another place is pressed.
     bool Grabs() const;
@@ -86,6 +88,7 @@ private:
     void _FitTitle();
     void _Restored();
     void _TellFrame();
+    bool _KeepsUnits();
     void _Repaint();
     void _Flush();
     bool _Show();
@@ -100,6 +103,7 @@ private:
     void _Compose(const QInputMethodEvent& event);
     QVariant _InputProperty(Qt::InputMethodQuery query) const;
     void _Drop(QDropEvent* event);
+    bool _CarriesOwn(const QDropEvent* event, bool dropped);
 
     QtWindow* fOwner;                     // null: gone
     std::unique_ptr<X11Pixels> fPixels;   // null: the screen has all pixels from the store
@@ -112,6 +116,8 @@ private:
     bool fIsIcon = false;        // as far as the window knows, where nobody else does
     QString fTitle;
     QPoint fPlace;           // on the screen, as it was asked for
+    QSize fUnits;            // the last size that was not one of another scale
+    double fUnitsScale = 1;  // pixels a unit then
     bool fWasShown = false;  // the next paint event is that of its coming into sight
     bool fGrabbing = false;
     QBasicTimer fTimer;  // runs while something waits for the next frame

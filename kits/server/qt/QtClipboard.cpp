@@ -55,6 +55,18 @@ bool QtClipboard::Call(std::function<void()> work)
     return future.wait_for(patience) == std::future_status::ready;
 }
 
+QMimeData* mime_data_of(const ClipboardForms& forms)
+{
+    auto* data = new QMimeData;
+    for (const ClipboardForm& form : forms) {
+        const QByteArray bytes(form.bytes.data(), qsizetype(form.bytes.size()));
+        if (form.type == kTextForm)
+            data->setData(QLatin1String(kQtText), bytes);
+        data->setData(QString::fromStdString(form.type), bytes);
+    }
+    return data;
+}
+
 static bool read_form(const QMimeData& data, const std::string& type, std::string* bytes)
 {
     const QString name = QString::fromStdString(type);
@@ -88,14 +100,7 @@ status_t QtClipboard::WriteNow(ClipboardForms forms, std::optional<uint32> expec
     const uint32 before = fChanges;
     if (expected.value_or(before) != before)
         return B_ERROR;
-    auto* data = new QMimeData;  // the clipboard's
-    for (const ClipboardForm& form : forms) {
-        const QByteArray bytes(form.bytes.data(), qsizetype(form.bytes.size()));
-        if (form.type == kTextForm)
-            data->setData(QLatin1String(kQtText), bytes);
-        data->setData(QString::fromStdString(form.type), bytes);
-    }
-    QGuiApplication::clipboard()->setMimeData(data, fMode);
+    QGuiApplication::clipboard()->setMimeData(mime_data_of(forms), fMode);
     if (fChanges == before)
         _Changed();
     *changes = fChanges;

@@ -14,9 +14,14 @@
 
 #include "server/qt/WaitingClipboard.h"
 
+class QMimeData;
+
 namespace server {
 
 class QtDisplay;
+
+// The forms as Qt takes them; the caller's.
+QMimeData* mime_data_of(const ClipboardForms& forms);
 
 class QtClipboard final : public WaitingClipboard {
 public:

@@ -44,6 +44,74 @@ void filter_message(QtMsgType type, const QMessageLogContext&, const QString& te
     fprintf(stderr, "%s\n", text.toLocal8Bit().constData());
 }
 
+// A variable that is Qt's to read while it starts, and not our children's: it has its own value
+// again after that.
+class StartVariable {
+public:
+    StartVariable(const char* name, const QByteArray& value)
+        : fName(name), fWasSet(qEnvironmentVariableIsSet(name)), fBefore(qgetenv(name))
+    {
+        if (!value.isEmpty())
+            qputenv(fName, value);
+    }
+    ~StartVariable()
+    {
+        if (fWasSet)
+            qputenv(fName, fBefore);
+        else
+            qunsetenv(fName);
+    }
+    StartVariable(const StartVariable&) = delete;
+
+private:
+    const char* const fName;
+    const bool fWasSet;
+    const QByteArray fBefore;
+};
+
+// Scales by their numbers, or "screen=number", with a semicolon between them: each a sensible one.
+QByteArray sensible_scales(const QByteArray& scales)
+{
+    QByteArrayList result;
+    for (const QByteArray& each : scales.split(';')) {
+        const auto number = each.lastIndexOf('=') + 1;
+        bool is_number;
+        const double scale = each.mid(number).toDouble(&is_number);
+        const bool is_sensible = is_number && scale >= 1 && scale <= double(kLargestScale);
+        result += is_sensible
+                      ? each
+                      : each.left(number) + QByteArray::number(double(sensible_scale(scale)));
+    }
+    return result.join(';');
+}
+
+// Units are pixels unless the user says otherwise: not what a monitor tells of its size, but the
+// resolution of fonts and Qt's own variables count.
+class StartScales {
+public:
+    StartScales()
+        : fFactor("QT_SCALE_FACTOR", _Sensible("QT_SCALE_FACTOR", font_resolution_scale())),
+          fScaling("QT_ENABLE_HIGHDPI_SCALING", _Unless("QT_ENABLE_HIGHDPI_SCALING", "0")),
+          fScreens("QT_SCREEN_SCALE_FACTORS", _Sensible("QT_SCREEN_SCALE_FACTORS", 1))
+    {
+    }
+
+private:
+    static QByteArray _Unless(const char* name, const char* value)
+    {
+        return qEnvironmentVariableIsSet(name) ? QByteArray() : QByteArray(value);
+    }
+    static QByteArray _Sensible(const char* name, double otherwise)
+    {
+        if (qEnvironmentVariableIsSet(name))
+            return sensible_scales(qgetenv(name));
+        return otherwise != 1 ? QByteArray::number(otherwise) : QByteArray();
+    }
+
+    // The first one looks whether the user has set any.
+    const StartVariable fFactor, fScaling, fScreens;
+};
+
 }  // namespace
 
 // Wakes the server's thread for the tasks that wait.
@@ -79,10 +147,7 @@ void QtDisplay::_Run()
     int count = 1;
     strncpy(name, program_invocation_short_name, sizeof(name) - 1);
 
-    // BeOS knows pixels alone. The variable is Qt's to read, not our children's.
-    bool scaling = qEnvironmentVariableIsSet("QT_ENABLE_HIGHDPI_SCALING");
-    if (!scaling)
-        qputenv("QT_ENABLE_HIGHDPI_SCALING", "0");
+    auto scales = std::make_unique<const StartScales>();
     QtMessageHandler before = qInstallMessageHandler(filter_message);
     QGuiApplication application(count, arguments);
     // Qt's plug-ins are destroyed with the process, and still count down what they know of the
@@ -90,8 +155,7 @@ void QtDisplay::_Run()
     [[maybe_unused]] static QObject* volatile sKept;
     sKept = new QObject;
     qInstallMessageHandler(before);
-    if (!scaling)
-        qunsetenv("QT_ENABLE_HIGHDPI_SCALING");
+    scales.reset();
     // Qt takes the user's locale over for the process; numbers keep their decimal point.
     setlocale(LC_NUMERIC, "C");
     QGuiApplication::setQuitOnLastWindowClosed(false);
@@ -114,15 +178,17 @@ void QtDisplay::_Run()
             fReadsPixels = fX11 != nullptr && fX11->ReadsPixels();
             _ReadScreen();
         }
-        QObject::connect(application.primaryScreen(), &QScreen::geometryChanged, &queue, [this] {
-            StageLock lock;
-            _ReadScreen();
-            Event event;
-            event.kind = EventKind::ScreenChanged;
-            event.frame = fScreen;
-            for (ScreenWindow* window : stage().Windows())
-                window->Deliver(event);
-        });
+        const auto follow = [this, &queue](const QScreen* screen) {
+            QObject::connect(screen, &QScreen::geometryChanged, &queue,
+                             [this] { _ScreenChanged(); });
+            QObject::connect(screen, &QScreen::physicalDotsPerInchChanged, &queue,
+                             [this] { _ScreenChanged(); });
+        };
+        for (const QScreen* screen : QGuiApplication::screens())
+            follow(screen);
+        QObject::connect(&application, &QGuiApplication::screenAdded, &queue, follow);
+        QObject::connect(&application, &QGuiApplication::primaryScreenChanged, &queue,
+                         [this] { _ScreenChanged(); });
         sStarted.release();
         application.exec();
 
@@ -132,9 +198,34 @@ void QtDisplay::_Run()
     }
 }
 
+void QtDisplay::_ScreenChanged()
+{
+    // Nothing is deleted but on this thread.
+    std::vector<NativeWindow*> natives;
+    {
+        StageLock lock;
+        const BRect before = fScreen;
+        _ReadScreen();
+        Event event;
+        event.kind = EventKind::ScreenChanged;
+        event.frame = fScreen;
+        for (ScreenWindow* window : stage().Windows()) {
+            if (fScreen != before)
+                window->Deliver(event);
+            if (NativeWindow* native = static_cast<QtWindow*>(window)->Native())
+                natives.push_back(native);
+        }
+    }
+    for (NativeWindow* native : natives)
+        native->FollowScreen();
+}
+
+// The first screen of several. One that has just gone, the last, leaves its numbers.
 void QtDisplay::_ReadScreen()
 {
     QScreen* screen = QGuiApplication::primaryScreen();
+    if (screen == nullptr)
+        return;
     QRect geometry = screen->geometry();
     fScreen.Set(float(geometry.left()), float(geometry.top()), float(geometry.right()),
                 float(geometry.bottom()));

@@ -70,6 +70,7 @@ private:
     void _RunTasks();
     void _EndTasks();
     void _ReadScreen();
+    void _ScreenChanged();
 
     std::thread fThread;
     std::thread::id fThreadId;  // set before the constructor returns

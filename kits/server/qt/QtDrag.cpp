@@ -4,14 +4,20 @@
 #include "server/qt/QtDrag.h"
 
 #include <QBackingStore>
+#include <QDrag>
 #include <QImage>
+#include <QMimeData>
 #include <QPainter>
+#include <QPixmap>
 #include <QRegion>
 #include <QSurfaceFormat>
+#include <QTimer>
 #include <QWindow>
 
 #include <utility>
 
+#include "server/qt/Platforms.h"
+#include "server/qt/QtClipboard.h"
 #include "server/qt/QtWindow.h"
 #include "server/qt/x11/X11Drag.h"
 #include "server/qt/x11/X11Screen.h"
@@ -110,8 +116,80 @@ static bool is_own_window(uint32 id)
     return false;
 }
 
+// A drag that the compositor carries, which may outlive the QtDrag that began it.
+struct QtDrag::Carried {
+    std::shared_ptr<const DragPicture> picture;
+    ClipboardForms forms;
+    bool ended = false;    // the stage knows
+    bool entered = false;  // the compositor has it
+};
+
+QtDrag::Carried* QtDrag::sCarried = nullptr;
+
+static QPixmap pixmap_of(const DragPicture& picture)
+{
+    const QImage image(reinterpret_cast<const uchar*>(picture.pixels.data()), picture.width,
+                       picture.height, picture.width * 4, QImage::Format_ARGB32);
+    return QPixmap::fromImage(image.copy());
+}
+
+bool QtDrag::IsCarried() { return sCarried != nullptr; }
+
+void QtDrag::Entered()
+{
+    if (sCarried != nullptr)
+        sCarried->entered = true;
+}
+
+void QtDrag::Over()
+{
+    const Carried* const carried = std::exchange(sCarried, nullptr);
+    if (carried == nullptr)
+        return;
+    StageLock lock;
+    // A button that was up before the compositor knew leaves all to the stage, which hears of that
+    // in the usual way.
+    if (stage().Dragged() != carried->picture.get() || !carried->entered)
+        return;
+    stage().SetCovered(true);  // another program has it, or nobody
+    stage().SyncButtons(0);
+}
+
+// Qt's loop for it runs inside of the server's, with all that this has to do, until the drag is
+// over. What our own windows hear of it is their NativeWindow's affair.
+void QtDrag::_Carry(std::shared_ptr<Carried> carried)
+{
+    static bool running;
+    if (running) {
+        // Over as well, but still to return.
+        QTimer::singleShot(0, [=] { _Carry(carried); });
+        return;
+    }
+    if (carried->ended)
+        return;
+    QObject source;
+    auto* drag = new QDrag(&source);  // Qt deletes it
+    drag->setMimeData(mime_data_of(carried->forms));
+    if (!carried->picture->pixels.empty()) {
+        const BPoint offset = carried->picture->offset;
+        drag->setPixmap(pixmap_of(*carried->picture));
+        drag->setHotSpot(QPoint(int(offset.x), int(offset.y)));
+    }
+    sCarried = carried.get();
+    running = true;
+    drag->exec(Qt::CopyAction);
+    running = false;
+    if (sCarried == carried.get())
+        Over();
+}
+
 QtDrag::QtDrag(X11Screen* x11, std::shared_ptr<const DragPicture> picture, ClipboardForms forms)
 {
+    if (x11 == nullptr && hides_places()) {
+        fCarried = std::make_shared<Carried>(Carried{std::move(picture), std::move(forms)});
+        // Not from within the queue of work, which goes on meanwhile.
+        QTimer::singleShot(0, [carried = fCarried] { _Carry(carried); });
+    }
     if (x11 == nullptr)
         return;
     if (!picture->pixels.empty())
@@ -130,6 +208,9 @@ bool QtDrag::MoveTo(BPoint pointer)
 
 void QtDrag::End(bool dropped)
 {
+    if (fCarried != nullptr && !std::exchange(fCarried->ended, true) && !dropped &&
+        sCarried == fCarried.get())
+        QDrag::cancel();
     fWindow.reset();
     if (fOffer != nullptr && !std::exchange(fEnded, true))
         fOffer->End(dropped);

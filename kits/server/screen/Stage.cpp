@@ -54,6 +54,8 @@ void Stage::Remove(ScreenWindow* window)
         fActive = nullptr;
     if (fComposer == window)
         fComposer = nullptr;
+    if (fUnder == window)
+        fUnder = nullptr;
 }
 
 void Stage::Raise(ScreenWindow* window)
@@ -208,7 +210,8 @@ Event Stage::_PointerEvent(EventKind kind, const ScreenWindow* window) const
     event.when = fLastInput;
     event.screenWhere = fPointer;
     event.where = fPointer - window->Frame().LeftTop();
-    if (ScreenWindow* under = fCovered ? nullptr : ContentAt(fPointer)) {
+    ScreenWindow* const seen = fUnder != nullptr ? fUnder : ContentAt(fPointer);
+    if (ScreenWindow* under = fCovered ? nullptr : seen) {
         event.under = under->Sink();
         event.underWhere = fPointer - under->Frame().LeftTop();
     }
@@ -428,6 +431,13 @@ bool Stage::_CancelsDrag(const Event& key)
     return true;
 }
 
+void Stage::CarryTo(BPoint where, ScreenWindow* over)
+{
+    fCovered = false;
+    fUnder = over;
+    MovePointer(where);
+}
+
 void Stage::BeginDrag(std::shared_ptr<const DragPicture> picture, std::function<void(bool)> ended)
 {
     EndDrag(false);
@@ -441,6 +451,7 @@ void Stage::EndDrag(bool dropped)
         return;
     fDragged = nullptr;
     fCovered = false;
+    fUnder = nullptr;
     std::exchange(fDragEnded, nullptr)(dropped);
 }
 

@@ -80,6 +80,8 @@ public:
     const DragPicture* Dragged() const { return fDragged.get(); }  // null for none
     // The host says that another program's window lies above ours under the pointer of a drag.
     void SetCovered(bool covered) { fCovered = covered && fDragged != nullptr; }
+    // The host carries the drag itself, and says which window it is over.
+    void CarryTo(BPoint where, ScreenWindow* over);
 
     // Menus take the input from the windows; `owner` is the window whose loss of activity they are
     // told of, null for the active one. ReleaseInput() is true once nobody holds it.
@@ -137,8 +139,9 @@ private:
     ClickCounter fClicks;
     std::shared_ptr<const DragPicture> fDragged;
     std::function<void(bool)> fDragEnded;
-    bool fCovered = false;     // under the pointer of the drag
-    bool fTookEscape = false;  // which is still down: nobody hears of it
+    bool fCovered = false;           // under the pointer of the drag
+    ScreenWindow* fUnder = nullptr;  // that, where the host says it; null: go by the place
+    bool fTookEscape = false;        // which is still down: nobody hears of it
     Cursor fAppCursor;
     bool fCursorHidden = false;
     bool fCursorObscured = false;
