@@ -9,6 +9,7 @@
 #include <QImage>
 #include <QPainter>
 
+#include <Injection.h>
 #include <List.h>
 
 #include <cstring>
@@ -21,14 +22,29 @@ namespace {
 const int32_t kWidth = 1024;
 const int32_t kHeight = 768;
 
+int32_t open_window()
+{
+    const int32_t opened = OpenWindow(0, 0, kWidth - 1, kHeight - 1);
+    SetRefreshWindowMode(opened, 0);
+    SetForeColor(opened, 0x336698FF, 0xFFFFFFFF);
+    SetBackColor(opened, 0xFFFFFFFF);
+    return opened;
+}
+
 // The window drawn into; refresh off, so that only the drawing itself is measured.
 int32_t window()
 {
+    static const int32_t ident = open_window();
+    return ident;
+}
+
+// Another one, on a screen of two pixels a unit.
+int32_t fine_window()
+{
     static const int32_t ident = [] {
-        const int32_t opened = OpenWindow(0, 0, kWidth - 1, kHeight - 1);
-        SetRefreshWindowMode(opened, 0);
-        SetForeColor(opened, 0x336698FF, 0xFFFFFFFF);
-        SetBackColor(opened, 0xFFFFFFFF);
+        inject_display_scale(2);
+        const int32_t opened = open_window();
+        inject_display_scale(1);
         return opened;
     }();
     return ident;
@@ -249,6 +265,36 @@ void refresh_mode(benchmark::State& state)
     SetRefreshWindowMode(target, 0);
 }
 
+// Calls that others time on a plain screen, on one of two pixels a unit. Last of all: the windows
+// that are open go there as well.
+template <class Ours>
+void fine_row(const std::string& name, Ours ours)
+{
+    benchmark::RegisterBenchmark((name + ", scale 2").c_str(), [=](benchmark::State& state) {
+        const int32_t target = fine_window();
+        for (auto _ : state)
+            ours(target);
+    });
+}
+
+void register_fine_rows()
+{
+    for (int side : {10, 100, 500}) {
+        fine_row("FRectangle " + std::to_string(side),
+                 [=](int32_t w) { FRectangle(w, 20, 20, side - 1, side - 1); });
+    }
+    fine_row("FRectangle 10, everywhere", [](int32_t w) {
+        static uint32_t place;
+        place = place * 1664525 + 1013904223;
+        FRectangle(w, static_cast<int32_t>(place >> 8 & 511),
+                   static_cast<int32_t>(place >> 18 & 511), 9, 9);
+    });
+    fine_row("Text Hello world", [](int32_t w) {
+        MoveTo(w, 40, 40);
+        Text(w, "Hello world");
+    });
+}
+
 // With ten thousand other records before it in the registry's list of windows, and after it.
 void many_idents(benchmark::State& state)
 {
@@ -288,5 +334,6 @@ int main(int argc, char** argv)
         ->Arg(1)
         ->Iterations(1'000'000);
     benchmark::RegisterBenchmark("FRectangle 10, 10000 idents", many_idents);
+    register_fine_rows();
     return bench_main(argc, argv);
 }

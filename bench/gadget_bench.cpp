@@ -233,6 +233,7 @@ void redraw(int32_t, int32_t)
 
 void Redraw(benchmark::State& state)
 {
+    inject_display_scale(static_cast<float>(state.range(0)));
     const Opened window;
     const std::vector<int32_t> idents = make_mixed(window.Ident());
     SetHandlerForWindow(window.Ident(), PLINTH_KEY, reinterpret_cast<void*>(redraw));
@@ -246,8 +247,15 @@ void Redraw(benchmark::State& state)
         state.SetIterationTime(sRedrawn);
     }
     kill_all(idents);
+    inject_display_scale(1);
 }
-BENCHMARK(Redraw)->Unit(benchmark::kMicrosecond)->UseManualTime()->Iterations(100);
+BENCHMARK(Redraw)
+    ->ArgName("scale")
+    ->Arg(1)
+    ->Arg(2)
+    ->Unit(benchmark::kMicrosecond)
+    ->UseManualTime()
+    ->Iterations(100);
 
 QWidget* new_widget(int i, QWidget* parent)
 {

@@ -50,6 +50,7 @@ bool FinePicture::_Remake(const server::Surface& bitmap, float scale)
         return false;
     fKnown.space = fFine.space = bitmap.space;
     fFine.scale = fScale = scale;
+    fTarget = {};
     for (int32 y = 0; y < bitmap.height; y++) {
         memcpy(row_of(fKnown, y), row_of(bitmap, y), size_t(bitmap.width) * 4);
         const clipping_rect line = server::pixels_of({0, y, 0, y}, scale);
@@ -88,12 +89,31 @@ void FinePicture::_Agree(const server::Surface& bitmap, const clipping_rect& uni
     }
 }
 
-server::Target FinePicture::_FineTarget(const server::Target& target)
+static bool is_same(const clipping_rect& one, const clipping_rect& other)
 {
-    fClip.assign(target.clip, target.clip + target.count);
+    return memcmp(&one, &other, sizeof(one)) == 0;
+}
+
+// Most often it is the target of the last time.
+const server::Target& FinePicture::_FineTarget(const server::Target& target)
+{
+    if (fUnits.size() == size_t(target.count) && fTarget.surface != nullptr &&
+        std::equal(fUnits.begin(), fUnits.end(), target.clip, is_same))
+        return fTarget;
+    fUnits.assign(target.clip, target.clip + target.count);
+    fClip = fUnits;
     for (clipping_rect& rect : fClip)
         rect = server::pixels_of(rect, fFine.scale);
-    return {&fFine, fClip.data(), target.count, server::pixels_of(target.bounds, fFine.scale)};
+    fTarget = {&fFine, fClip.data(), target.count, server::pixels_of(target.bounds, fFine.scale)};
+    return fTarget;
+}
+
+bool FinePicture::_MakeReady(const server::Surface& bitmap, const clipping_rect& units, float scale)
+{
+    if (fKnown.bits == nullptr || (fFine.scale != scale && !_Remake(bitmap, scale)))
+        return false;
+    _Agree(bitmap, units);
+    return true;
 }
 
 FinePicture::Part FinePicture::Copy(const server::Surface& bitmap, const clipping_rect& units,
@@ -101,14 +121,9 @@ FinePicture::Part FinePicture::Copy(const server::Surface& bitmap, const clippin
 {
     MutexLock lock(fLock);
     Part part;
-    const clipping_rect held = {std::max(units.left, 0), std::max(units.top, 0),
-                                std::min(units.right, bitmap.width - 1),
-                                std::min(units.bottom, bitmap.height - 1)};
-    if (held.left > held.right || held.top > held.bottom || fKnown.bits == nullptr ||
-        (fFine.scale != scale && !_Remake(bitmap, scale)))
+    if (!_MakeReady(bitmap, units, scale))
         return part;
-    _Agree(bitmap, held);
-    const clipping_rect box = server::pixels_of(held, scale);
+    const clipping_rect box = server::pixels_of(units, scale);
     const int32 width = box.right - box.left + 1, height = box.bottom - box.top + 1;
     part.pixels.resize(size_t(width) * size_t(height));
     for (int32 y = 0; y < height; y++) {

@@ -41,6 +41,21 @@ public:
         server::Surface surface;
     };
     Part Copy(const server::Surface& bitmap, const clipping_rect& units, float scale);
+    // Calls draw(surface) with all of the pixels in this scale, which are up to date in a part that
+    // the bitmap holds. Not for drawing on a bitmap that has a picture like this. False if memory
+    // runs out.
+    template <class Draw>
+    bool Show(const server::Surface& bitmap, const clipping_rect& units, float scale,
+              const Draw& draw)
+    {
+        MutexLock lock(fLock);
+        if (!_MakeReady(bitmap, units, scale))
+            return false;
+        server::Surface plain = fFine;
+        plain.scale = 1;
+        draw(plain);
+        return true;
+    }
 
 private:
     struct Room {
@@ -49,10 +64,12 @@ private:
     };
 
     FinePicture() = default;
+    bool _MakeReady(const server::Surface& bitmap, const clipping_rect& units, float scale)
+        REQUIRES(fLock);
     bool _Remake(const server::Surface& bitmap, float scale) REQUIRES(fLock);
     void _Agree(const server::Surface& bitmap, const clipping_rect& units) REQUIRES(fLock);
     void _Flatten(int32 x, int32 y, uint32 pixel) REQUIRES(fLock);
-    server::Target _FineTarget(const server::Target& target) REQUIRES(fLock);
+    const server::Target& _FineTarget(const server::Target& target) REQUIRES(fLock);
 
     Mutex fLock;  // nothing else is locked under it
     // The bitmap as all drawing would have left it.
@@ -60,7 +77,10 @@ private:
     server::Surface fFine GUARDED_BY(fLock);
     Room fKnownRoom GUARDED_BY(fLock);
     Room fFineRoom GUARDED_BY(fLock);
+    // The target that was drawn on last, in units, and the same in the picture's pixels.
+    std::vector<clipping_rect> fUnits GUARDED_BY(fLock);
     std::vector<clipping_rect> fClip GUARDED_BY(fLock);
+    server::Target fTarget GUARDED_BY(fLock);
     std::atomic<float> fScale{1};  // of `fFine`
 };
 

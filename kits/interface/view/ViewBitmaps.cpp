@@ -116,6 +116,12 @@ public:
     {
         const float scale = target.surface->scale;
         const server::Paint& paint = fData.state.paint;
+        clipping_rect changed = {0, 0, -1, -1};
+        if (scale != 1 && fLive != nullptr &&
+            fLive->Show(fSource, fLiveUnits, scale, [&](const server::Surface& pixels) {
+                changed = server::DrawBitmap(target, paint, pixels, fPartFrom, fTo, fFineOptions);
+            }))
+            return changed;
         if (scale != 1 && fPart.surface.bits != nullptr)
             return server::DrawBitmap(target, paint, fPart.surface, fPartFrom, fTo, fFineOptions);
         return server::DrawBitmap(target, paint, fSource, fFrom, fTo,
@@ -123,7 +129,7 @@ public:
     }
 
 private:
-    // Copied, since it may be drawn onto the same bitmap.
+    // Copied where it may be drawn onto the same bitmap.
     void _TakePart(FinePicture& fine, float scale)
     {
         const clipping_rect units = pixels_of(fFrom),
@@ -132,6 +138,12 @@ private:
         const clipping_rect held = BPrivate::intersect(units, all);
         if (!isWhole || BPrivate::is_empty(held) || BPrivate::is_empty(units))
             return;
+        if (!fData.canvas->IsOffscreen()) {
+            fLive = &fine;
+            fLiveUnits = held;
+            fPartFrom = to_rect(server::pixels_of(units, scale));
+            return;
+        }
         fPart = fine.Copy(fSource, held, scale);
         const clipping_rect from = server::pixels_of(units, scale);
         const clipping_rect origin = server::pixels_of(held, scale);
@@ -143,6 +155,8 @@ private:
     const BRect fFrom, fTo;
     const uint32 fOptions;  // as they were given
     uint32 fFineOptions;
+    FinePicture* fLive = nullptr;  // drawn as it is; null: the part
+    clipping_rect fLiveUnits;
     FinePicture::Part fPart;
     BRect fPartFrom;
 };

@@ -100,12 +100,14 @@ clipping_rect StrokeRect(const Target& target, const Paint& paint, BRect rect)
 
 clipping_rect FillRect(const Target& target, const Paint& paint, BRect rect)
 {
-    if (is_scaled(target))
-        return scaled::FillRect(target, paint, rect);
-    if (has_transform(paint))
-        return fill_transformed_rect(target, paint, rect);
     clipping_rect box;
-    if (!is_whole(rect, &box)) {
+    if (is_scaled(target)) {
+        if (has_transform(paint) || !is_solid(paint) || !is_whole(rect, &box))
+            return scaled::FillRect(target, paint, rect);
+        box = pixels_of(box, target.surface->scale);
+    } else if (has_transform(paint)) {
+        return fill_transformed_rect(target, paint, rect);
+    } else if (!is_whole(rect, &box)) {
         box = rounded(rect);
         if (is_empty(box))
             return kNoPixels;

@@ -8,7 +8,6 @@
 #include <interface/geometry/RegionAccess.h>
 
 #include <cmath>
-#include <cstring>
 #include <vector>
 
 #include "server/painter/PainterPaths.h"
@@ -93,12 +92,6 @@ clipping_rect fill_frame(const Target& target, const Paint& paint, const BRect& 
     return changed;
 }
 
-// Nothing of the paint is a place or a length, as is most often so.
-bool is_one_color(const Paint& paint)
-{
-    return paint.gradient == nullptr && memcmp(&paint.pattern, &B_SOLID_HIGH, sizeof(pattern)) == 0;
-}
-
 // Mapped points.
 std::vector<BPoint> in_pixels(const PixelTarget& target, const BPoint* points, int32 count)
 {
@@ -174,7 +167,7 @@ clipping_rect FillRect(const Target& target, const Paint& paint, BRect rect)
     const BRect box = pixels.Box(rect);
     if (!box.IsValid())
         return kNoPixels;
-    if (is_one_color(paint))
+    if (is_solid(paint))
         return server::FillRect(pixels, paint, box);
     return server::FillRect(pixels, PixelPaint(paint, pixels), box);
 }

@@ -6,11 +6,19 @@
 
 #include <server/painter/Painter.h>
 
+#include <cstring>
+
 namespace server {
 
 inline bool is_scaled(const Target& target)
 {
     return target.surface != nullptr && target.surface->scale != 1;
+}
+
+// Nothing of the paint is a place or a length, as is most often so.
+inline bool is_solid(const Paint& paint)
+{
+    return paint.gradient == nullptr && memcmp(&paint.pattern, &B_SOLID_HIGH, sizeof(pattern)) == 0;
 }
 
 // The target without its scale, and what is drawn in its pixels. Whole numbers are the middles of
