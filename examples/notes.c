@@ -29,13 +29,13 @@ static const char *const bar_lines[] = {
     "iQ00000105Quit",
 
     "t*00000000Edit",
-    "iU00000201Undo",
+    "iZ00000201Undo",
     "iY00000202Redo",
     "-",
-    "i*00000203Cut",
-    "i*00000204Copy",
-    "i*00000205Paste",
-    "i*00000206Select all",
+    "iX00000203Cut",
+    "iC00000204Copy",
+    "iV00000205Paste",
+    "iA00000206Select all",
 
     "t*00000000Search",
     "iF00000301Find...",

@@ -32,6 +32,7 @@ TListItem::~TListItem()
 {
     if (fText != _First())
         free(fText);
+    delete fExtras;
 }
 
 void TListItem::SetText(const char* text)
@@ -44,7 +45,7 @@ void TListItem::SetText(const char* text)
 TListItem::Extras& TListItem::_Extras()
 {
     if (fExtras == nullptr)
-        fExtras = std::make_unique<Extras>();
+        fExtras = new Extras;
     return *fExtras;
 }
 
@@ -63,23 +64,31 @@ void TListItem::SetDrawHook(ListDrawHook hook)
 
 void TListItem::SetKey(SortKey* key)
 {
-    *key = {0, fText};
+    *key = {fText, fExtras};
     const char* text = Text();
+    fStart = 0;
     for (int shift = 56; shift >= 0 && *text != '\0'; shift -= 8)
-        key->start |= uint64_t(uint8_t(tolower(static_cast<unsigned char>(*text++)))) << shift;
+        fStart |= uint64_t(uint8_t(tolower(static_cast<unsigned char>(*text++)))) << shift;
     fKey = key;
+}
+
+void TListItem::TakeBack()
+{
+    const SortKey key = *fKey;
+    fText = key.text;
+    fExtras = key.extras;
 }
 
 int TListItem::CompareKeys(const void* a, const void* b)
 {
-    const auto key = [](const void* item) {
-        return static_cast<const TListItem*>(*static_cast<BListItem* const*>(item))->fKey;
+    const auto row = [](const void* item) {
+        return static_cast<const TListItem*>(*static_cast<BListItem* const*>(item));
     };
-    const SortKey* left = key(a);
-    const SortKey* right = key(b);
-    if (left->start != right->start)
-        return left->start < right->start ? -1 : 1;
-    const auto text = [](const SortKey* of) { return of->text != nullptr ? of->text : ""; };
+    const TListItem* left = row(a);
+    const TListItem* right = row(b);
+    if (left->fStart != right->fStart)
+        return left->fStart < right->fStart ? -1 : 1;
+    const auto text = [](const TListItem* of) { return of->fKey->text ? of->fKey->text : ""; };
     return strcasecmp(text(left), text(right));
 }
 

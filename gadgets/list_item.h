@@ -43,11 +43,7 @@ public:
 
 using ListDrawHook = int32_t (*)(int32_t, int32_t);
 
-// The order of a row: its first bytes in lower case, as a number, and all of its text.
-struct SortKey {
-    uint64_t start;
-    char* text;
-};
+struct SortKey;
 
 // Small, for there may be very many of them.
 class TListItem : public BListItem {
@@ -76,28 +72,39 @@ public:
     rgb_color Ground(const ListFrame& list) const;
     rgb_color Ink(const ListFrame& list) const;
 
-    // Between the two the item has the key instead of its text, for CompareKeys().
+    // Between the two the item has what CompareKeys() looks at instead of what is kept there.
     void SetKey(SortKey* key);
-    void TakeBackText() { fText = fKey->text; }
+    void TakeBack();
     // For SortItems(), without regard to case.
     static int CompareKeys(const void* a, const void* b);
 
 private:
+    friend struct SortKey;
+
     struct Extras {
         std::unique_ptr<std::array<uint32_t, 4>> colors;
         ListDrawHook drawHook = nullptr;
     };
-    explicit TListItem(char* text) : BListItem(0, true), fText(text) {}
+    explicit TListItem(char* text) : BListItem(0, true), fText(text), fExtras(nullptr) {}
     Extras& _Extras();
     rgb_color _Color(const ListFrame& list, ListColor disabled, ListColor selected,
                      ListColor unselected) const;
     char* _First() { return reinterpret_cast<char*>(this + 1); }
 
     union {
-        char* fText;  // the first, behind the item, or a later one from the C library
+        char* fText;      // the first, behind the item, or a later one from the C library
+        uint64_t fStart;  // its first bytes in lower case, the order of most rows
+    };
+    union {
+        Extras* fExtras;  // owned; few rows have any
         SortKey* fKey;
     };
-    std::unique_ptr<Extras> fExtras;  // few rows have any
+};
+
+// What a row has otherwise, while it is sorted.
+struct SortKey {
+    char* text;
+    TListItem::Extras* extras;
 };
 
 #endif  // GADGETS_LIST_ITEM_H

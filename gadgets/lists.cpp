@@ -569,7 +569,7 @@ extern "C" void SwapPosition(int32_t ident, int32_t a, int32_t b, int32_t swap)
     (swap != 0 ? SwapItem : MoveItem)(ident, a, b);
 }
 
-// Rows with keys instead of their texts, as long as it lives.
+// Rows with what is compared instead of their texts, as long as it lives.
 class KeyedRows {
 public:
     KeyedRows(const std::vector<BListItem*>& rows, ListFrame& list)
@@ -582,7 +582,7 @@ public:
     ~KeyedRows()
     {
         for (BListItem* row : fRows)
-            as_row(row)->TakeBackText();
+            as_row(row)->TakeBack();
         fList.fIsSorting = false;
     }
     KeyedRows(const KeyedRows&) = delete;

@@ -14,6 +14,7 @@
 #include "windows/timers.h"
 
 #include <Clipboard.h>
+#include <Input.h>
 #include <ScrollBar.h>
 #include <TextView.h>
 
@@ -24,6 +25,7 @@
 #include <math.h>
 #include <string.h>
 #include <string>
+#include <utility>
 
 static const int32_t kLineText = 256;  // bytes of a line that a program gets
 
@@ -38,9 +40,23 @@ public:
         BTextView::AllAttached();
         keep_timer_rate(this);
     }
+    // A press, and what takes the keyboard away, end a composition and keep what it made.
     void MouseDown(BPoint where) override
     {
         ByUser([&] { BTextView::MouseDown(where); });
+        _TellComposed();
+    }
+    void MakeFocus(bool focused) override
+    {
+        BTextView::MakeFocus(focused);
+        if (!focused)
+            _TellComposed();
+    }
+    void WindowActivated(bool active) override
+    {
+        BTextView::WindowActivated(active);
+        if (!active)
+            _TellComposed();
     }
     void MouseMoved(BPoint where, uint32 transit, const BMessage* dragged) override
     {
@@ -91,13 +107,18 @@ private:
         fChanged = false;
         act();
         if (fChanged)
-            call_handler(*fGadget, &MyGadget::value_handler, int32_t{TextLength()});
+            _Tell();
     }
+    void _Tell() { call_handler(*fGadget, &MyGadget::value_handler, int32_t{TextLength()}); }
+    void _Compose(BMessage* message);
+    void _TellComposed();
 
     MyGadget* const fGadget;
     DroppedFiles fDropped;
     bool fMovesStart = false;  // of the selection, rather than its end
     bool fChanged = false;
+    bool fComposed = false;     // changed by an input method, and not told yet
+    int32_t fLengthBefore = 0;  // when the composition began
 };
 
 }  // namespace
@@ -120,7 +141,35 @@ void MyBTextView::MessageReceived(BMessage* message)
         BView::MessageReceived(message);
         return;
     }
-    ByUser([&] { BTextView::MessageReceived(message); });
+    if (message->what == B_INPUT_METHOD_EVENT)
+        _Compose(message);
+    else
+        ByUser([&] { BTextView::MessageReceived(message); });
+}
+
+// The steps to a text that an input method makes are one change, told when it is done.
+void MyBTextView::_Compose(BMessage* message)
+{
+    const int32 step = message->GetInt32("be:opcode", -1);
+    if (step == B_INPUT_METHOD_STARTED)
+        fLengthBefore = TextLength();
+    fChanged = false;
+    BTextView::MessageReceived(message);
+    fComposed = fComposed || fChanged;
+    if (step == B_INPUT_METHOD_STOPPED) {
+        _TellComposed();
+    } else if (fComposed && message->GetBool("be:confirmed", false)) {
+        fComposed = false;
+        fLengthBefore = TextLength();
+        _Tell();
+    }
+}
+
+// What was cancelled leaves the text as it was, unless it took the place of a selection.
+void MyBTextView::_TellComposed()
+{
+    if (std::exchange(fComposed, false) && TextLength() != fLengthBefore)
+        _Tell();
 }
 
 void MyBTextView::Draw(BRect update)

@@ -757,7 +757,9 @@ void TabSystem(int32_t ident, int32_t value, int32_t what);
    number. A new one takes 15 bytes, its label stands in its left half, and its frame has the height
    that its font wants. A field takes only the keys that its filter lets through: of ASCII
    characters all in a text and a password; digits, a "-" in front and, in a decimal number, one "."
-   in a number. Other characters come by pasting. A password shows "*" for each key.
+   in a number. Other characters come by pasting: an accent of a dead key and what an input method
+   makes are keys like any other, of which only filters 5 and 6 take all. A password shows "*" for
+   each key.
 
    The input handler gets the shown text after each key that was let through, the enter handler the
    shown text, or what the keys of a password field typed. Both texts live during the call. Tab goes
@@ -812,9 +814,9 @@ void SetNumberString(int32_t ident, int32_t value);
 /* Text editors (kinds 26 to 29). Texts are UTF-8, of any bytes; offsets count bytes from 0, and
    what lies outside of the text means its nearest end. Lines are counted from 0 as they show: a
    long one is broken into several unless wrapping is off, an empty text has one, and a line feed at
-   the end begins another. Slot 3 gets the length of the text when the user has changed it, slot 2
-   each key when it has done what it does, slot 7 files that were dropped on the editor; they come
-   to its window, too.
+   the end begins another. Slot 3 gets the length of the text when the user has changed it, once for
+   what an input method makes, slot 2 each key when it has done what it does, slot 7 files that were
+   dropped on the editor; they come to its window, too.
 
    Put a text in place of the whole, of which bytes behind the maximum are left out; or insert one
    before the selection, with the caret behind it, or nothing if it would exceed the maximum.

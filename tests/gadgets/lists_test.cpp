@@ -129,6 +129,24 @@ TEST_F(ListGadgets, SortingLooksBeyondTheFirstLetters)
     EXPECT_EQ(Rows(ident), "B same start same START a Same start Z \xc3\xa9");
 }
 
+TEST_F(ListGadgets, SortedRowsKeepTheirOwnTextsAndColours)
+{
+    for (const int32_t kind : {7, 20}) {
+        const int32_t ident = MakeList(kind, {"beginning 2", "c", "BEGINNING 1", "Beginning"});
+        ChangeEntryStr(ident, 1, "a text of its own that is longer");
+        ChangeItemColor(ident, 0, 0x00FF00FF, 0x000000FF, 0x000000FF, 0x0000FFFF);
+        EnableItemLv(ident, 2, 0);
+        for (int times = 0; times < 2; times++) {
+            SortLv(ident);
+            EXPECT_EQ(Rows(ident),
+                      "a text of its own that is longer Beginning BEGINNING 1 beginning 2");
+        }
+        SetSelectEntry(ident, 2);
+        EXPECT_EQ(Selected(ident), "") << "it is disabled still";
+        KillGadget(0, ident);
+    }
+}
+
 TEST_F(ListGadgets, OutlineIndexesCountTheRowsThatShow)
 {
     const int32_t ident = MakeList(20, {"b", "a"});

@@ -168,6 +168,38 @@ TEST_F(TextEditorTest, PastesAndUndoByTheUserAreTold)
     EXPECT_EQ(Calls(), "value 0");
 }
 
+TEST_F(TextEditorTest, WhatAnInputMethodMakesIsToldOnceWhenItIsDone)
+{
+    const int32_t editor = Editor();
+    inject_composition("ni", 2, "");
+    inject_composition("nih", 3, "");
+    EXPECT_TRUE(eventually([&] { return All(editor) == "nih"; }));
+    EXPECT_EQ(Calls(), "");
+    inject_composition("", 0, "日本");
+    EXPECT_TRUE(eventually([&] { return All(editor) == "日本"; }));
+    EXPECT_EQ(Calls(), "value 6");
+    inject_composition("x", 1, "");
+    inject_composition("", 0, "");
+    EXPECT_TRUE(eventually([&] { return All(editor) == "日本"; }));
+    EXPECT_EQ(Calls(), "") << "cancelled";
+    TEditSelect(editor, 0, 3);
+    inject_composition("x", 1, "");
+    inject_composition("", 0, "");
+    EXPECT_TRUE(eventually([&] { return All(editor) == "本"; }));
+    EXPECT_EQ(Calls(), "value 3") << "what was selected is gone";
+    inject_composition("ka", 2, "");
+    EXPECT_TRUE(eventually([&] { return All(editor) == "ka本"; }));
+    Click(200, 100);
+    EXPECT_EQ(Calls(), "value 5") << "a press keeps it";
+    EXPECT_EQ(All(editor), "ka本");
+    inject_composition("ki", 2, "");
+    EXPECT_TRUE(eventually([&] { return All(editor) == "ka本ki"; }));
+    EXPECT_EQ(Calls(), "");
+    const int32_t button = Make(1, 250, 0, 40, 20);
+    ActivateGadget(button);
+    EXPECT_EQ(Calls(), "value 7") << "and so does what takes the keyboard";
+}
+
 TEST_F(TextEditorTest, AHandlerOfAChangeSetsAndKillsItsEditor)
 {
     sEditor = Editor();

@@ -368,6 +368,41 @@ TEST_F(FlatList, ScrollBarsKnowHowMuchThereIs)
     EXPECT_EQ(Locked([&] { return list->LeftTop().y; }), 0) << "it follows what is left";
 }
 
+// Bars hear of new rows when somebody looks at them.
+TEST_F(FlatList, ScrollBarsAreUpToDateWhoeverLooks)
+{
+    Open(B_SINGLE_SELECTION_LIST, 10, true);
+    BScrollBar* bar = Locked([&] { return list->ScrollBar(B_VERTICAL); });
+    const auto add = [&](int count) {
+        for (int i = 0; i < count; i++)
+            list->AddItem(new LoggedItem(log, "more"));
+    };
+    Do([&] {
+        add(90);
+        bar->SetValue(1e9f);
+    });
+    EXPECT_EQ(Locked([&] { return list->LeftTop().y; }), 1900);
+    float step, page;
+    Do([&] {
+        add(100);
+        bar->GetSteps(&step, &page);
+    });
+    EXPECT_EQ(page, 99);
+    Do([&] {
+        add(200);
+        list->ScrollTo(BPoint(0, 7000));
+    });
+    EXPECT_EQ(Locked([&] { return bar->Value(); }), 7000);
+    Do([&] {
+        add(1);
+        bar->SetTarget(static_cast<BView*>(nullptr));
+        add(1);
+    });
+    float min, max;
+    Do([&] { bar->GetRange(&min, &max); });
+    EXPECT_EQ(max, 401 * 20 - 100) << "as it was when they parted";
+}
+
 TEST_F(FlatList, SelectedRowsHaveTheirGround)
 {
     Open(B_SINGLE_SELECTION_LIST, 3);

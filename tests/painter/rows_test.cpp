@@ -117,6 +117,26 @@ TEST_P(Rows, MultipliedPixelsLieOverOthersToo)
         });
 }
 
+// The coverage is that of the pixels' alpha.
+TEST_P(Rows, AColourIsMixedInByItsCoverage)
+{
+    for (const uint32 color : {0u, 0xFFFFFFFFu, 0xFF8040C1u, 0x01FE7F80u}) {
+        EachLength(
+            [&](const uint32* from, uint32* to, int32 count) {
+                std::vector<uint8> coverage(size_t(count) + 1, 255);
+                for (int i = 0; i < count; i++)
+                    coverage[size_t(i)] = uint8(component(from[i], 24));
+                GetParam()->cover(color, coverage.data(), to, count);
+            },
+            [=](uint32 from, uint32 before) {
+                const int weight = component(from, 24);
+                return by_component(color, before, [=](int above, int below) {
+                    return (2 * (above * weight + below * (255 - weight)) + 255) / 510;
+                });
+            });
+    }
+}
+
 TEST_P(Rows, RowsAreMixedByAnyWeight)
 {
     for (int weight = 0; weight <= 256; weight++) {

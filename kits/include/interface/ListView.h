@@ -158,6 +158,7 @@ private:
     void _Init(list_view_type type);
     void _RowsChanged(int32 from);
     void _FixScrollBars();
+    void _FixScrollBarsLater();
     void _UpdateItems();
     void _UpdateItem(BListItem* item);
     void _InvalidateFrom(int32 index);

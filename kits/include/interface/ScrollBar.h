@@ -12,6 +12,7 @@ class BMessageRunner;
 
 namespace BPrivate {
 struct ScrollBarParts;
+struct ScrollBarPrivate;
 }
 
 /* Scrolls its target to its value, and has the value that the target is scrolled to. Its frame is
@@ -66,11 +67,19 @@ public:
 
 private:
     friend struct BPrivate::ScrollBarParts;
+    friend struct BPrivate::ScrollBarPrivate;
 
     enum Part : int8 { kNone, kLess, kMore, kPageLess, kPageMore, kThumb };
 
     bool _HasRange() const { return fMax > fMin; }
     bool _ScrollBy(float delta);
+    void _Settle() const
+    {
+        if (fAsk != nullptr)
+            _Ask();
+    }
+    void _Ask() const;
+    void _Redraw();
     void _Link(bool link);
     void _Press(Part part, BPoint where);
     void _Repeat();
@@ -81,7 +90,9 @@ private:
     float fSmallStep = 1, fLargeStep = 10;
     float fValue = 0;
     float fProportion = 0;
-    BView* fTarget = nullptr;  // tells when it goes
+    BView* fTarget = nullptr;                       // tells when it goes
+    mutable void (*fAsk)(BView* target) = nullptr;  // has it say what changed, once somebody looks
+    mutable bool fAsking = false;
     char* fTargetName = nullptr;
     orientation fOrientation;
     bool fHighlighted = false;

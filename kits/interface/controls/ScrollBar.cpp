@@ -10,8 +10,10 @@
 #include <algorithm>
 #include <cmath>
 #include <cstring>
+#include <utility>
 
 #include <interface/controls/ControlPrivate.h>
+#include <interface/controls/ScrollBarPrivate.h>
 #include <interface/view/ViewPrivate.h>
 
 using BPrivate::Look;
@@ -147,6 +149,7 @@ BArchivable* BScrollBar::Instantiate(BMessage* archive)
 
 status_t BScrollBar::Archive(BMessage* archive, bool deep) const
 {
+    _Settle();
     const status_t status = BView::Archive(archive, deep);
     if (status != B_OK)
         return status;
@@ -171,6 +174,7 @@ void BScrollBar::_Link(bool link)
         entry.bar = this;
         entry.scrolled = [](BScrollBar* bar, float value) { bar->SetValue(value); };
         entry.wheel = [](BScrollBar* bar, float delta) {
+            bar->_Settle();
             const bool pages = (modifiers() & B_SHIFT_KEY) != 0;
             return bar->_ScrollBy(delta * (pages ? bar->fLargeStep : kWheelSteps * bar->fSmallStep))
                        ? B_OK
@@ -185,6 +189,7 @@ void BScrollBar::_Link(bool link)
 
 void BScrollBar::SetTarget(BView* target)
 {
+    _Settle();
     _Link(false);
     fTarget = target;
     if (target != nullptr && target->ScrollBar(fOrientation) != nullptr &&
@@ -225,6 +230,7 @@ void BScrollBar::SetOrientation(orientation direction)
 {
     if (direction == fOrientation)
         return;
+    _Settle();
     _Link(false);
     fOrientation = direction;
     _Link(true);
@@ -235,8 +241,37 @@ orientation BScrollBar::Orientation() const { return fOrientation; }
 
 // --- value and range
 
+namespace BPrivate {
+
+void ScrollBarPrivate::AskLater(BScrollBar* bar, void (*ask)(BView*))
+{
+    if (bar->fAsk == nullptr)
+        bar->Invalidate();
+    bar->fAsk = ask;
+}
+
+}  // namespace BPrivate
+
+// What changes is drawn anyway.
+void BScrollBar::_Ask() const
+{
+    auto* const ask = std::exchange(fAsk, nullptr);
+    if (fTarget == nullptr)
+        return;
+    fAsking = true;
+    ask(fTarget);
+    fAsking = false;
+}
+
+void BScrollBar::_Redraw()
+{
+    if (!fAsking)
+        Invalidate();
+}
+
 void BScrollBar::SetValue(float value)
 {
+    _Settle();
     value = std::clamp(whole(value), fMin, fMax);
     if (value == fValue)
         return;
@@ -268,13 +303,18 @@ bool BScrollBar::_ScrollBy(float delta)
 void BScrollBar::SetProportion(float proportion)
 {
     proportion = proportion > 0 ? std::min(proportion, 1.0f) : 0;  // not a number: 0
+    _Settle();
     if (proportion == fProportion)
         return;
     fProportion = proportion;
-    Invalidate();
+    _Redraw();
 }
 
-float BScrollBar::Proportion() const { return fProportion; }
+float BScrollBar::Proportion() const
+{
+    _Settle();
+    return fProportion;
+}
 
 void BScrollBar::SetRange(float min, float max)
 {
@@ -282,16 +322,18 @@ void BScrollBar::SetRange(float min, float max)
     max = whole(max);
     if (min > max)
         min = max = 0;
+    _Settle();
     if (min == fMin && max == fMax)
         return;
     fMin = min;
     fMax = max;
-    Invalidate();
+    _Redraw();
     SetValue(fValue);
 }
 
 void BScrollBar::GetRange(float* _min, float* _max) const
 {
+    _Settle();
     if (_min != nullptr)
         *_min = fMin;
     if (_max != nullptr)
@@ -300,14 +342,16 @@ void BScrollBar::GetRange(float* _min, float* _max) const
 
 void BScrollBar::SetSteps(float smallStep, float largeStep)
 {
+    _Settle();
     fSmallStep = whole(smallStep);
     fLargeStep = whole(largeStep);
     if (fProportion == 0)
-        Invalidate();
+        _Redraw();
 }
 
 void BScrollBar::GetSteps(float* _smallStep, float* _largeStep) const
 {
+    _Settle();
     if (_smallStep != nullptr)
         *_smallStep = fSmallStep;
     if (_largeStep != nullptr)
@@ -318,6 +362,7 @@ void BScrollBar::GetSteps(float* _smallStep, float* _largeStep) const
 
 void BScrollBar::Draw(BRect)
 {
+    _Settle();
     Look look(this);
     look.FitScrollBar(fOrientation == B_VERTICAL ? Bounds().Width() : Bounds().Height());
     const ScrollBarParts parts(this);
@@ -401,6 +446,7 @@ void BScrollBar::_Press(Part part, BPoint where)
 // One step; goes on while the pointer stays where it was pressed.
 void BScrollBar::_Repeat()
 {
+    _Settle();
     switch (fPressShown && fPressed == _PartAt(fPointer) ? fPressed : kNone) {
         case kLess:
             _ScrollBy(-fSmallStep);
@@ -421,6 +467,7 @@ void BScrollBar::_Repeat()
 
 void BScrollBar::MouseDown(BPoint where)
 {
+    _Settle();
     int32 buttons = 0;
     if (BMessage* message = Window() != nullptr ? Window()->CurrentMessage() : nullptr)
         message->FindInt32("buttons", &buttons);
@@ -440,6 +487,7 @@ void BScrollBar::MouseMoved(BPoint where, uint32, const BMessage*)
 {
     if (fPressed == kNone)
         return;
+    _Settle();
     fPointer = where;
     if (fPressed != kThumb) {
         const bool shown = _PartAt(where) == fPressed;

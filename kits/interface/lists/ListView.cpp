@@ -18,11 +18,13 @@
 
 #include <app/looper/Scripting.h>
 #include <interface/controls/Invocation.h>
+#include <interface/controls/ScrollBarPrivate.h>
 #include <interface/lists/ListData.h>
 #include <interface/view/ViewPrivate.h>
 
 using BPrivate::ListData;
 using BPrivate::Rows;
+using BPrivate::ScrollBarPrivate;
 using BPrivate::ViewRef;
 
 static const uint32 kListFlags = B_WILL_DRAW | B_FRAME_EVENTS | B_NAVIGABLE;
@@ -228,6 +230,16 @@ void BListView::_FixScrollBars()
         set_bar(horizontal, std::ceil(fData->rows.Width()), bounds.Width(), bounds.Width() / 10);
 }
 
+// Where the list is scrolled to stays what it is while rows are added, perhaps very many.
+void BListView::_FixScrollBarsLater()
+{
+    for (const orientation direction : {B_VERTICAL, B_HORIZONTAL}) {
+        if (BScrollBar* bar = ScrollBar(direction))
+            ScrollBarPrivate::AskLater(
+                bar, [](BView* list) { static_cast<BListView*>(list)->_FixScrollBars(); });
+    }
+}
+
 void BListView::_UpdateItem(BListItem* item)
 {
     BFont font;
@@ -266,7 +278,10 @@ void BListView::_RowsChanged(int32 from)
 {
     if (Window() == nullptr)
         return;
-    _FixScrollBars();
+    if (fData->rows.Height() < fData->drawnHeight)
+        _FixScrollBars();
+    else
+        _FixScrollBarsLater();
     _InvalidateFrom(from);
 }
 

@@ -9,6 +9,7 @@
 
 #include "server/painter/PainterPaths.h"
 #include "server/painter/PainterRaster.h"
+#include "server/painter/PainterRows.h"
 #include "server/painter/PainterUnits.h"
 
 namespace server {
@@ -167,26 +168,6 @@ clipping_rect FillMask(const Target& target, const Paint& paint, const uint8* co
 
 namespace {
 
-// Coverage over one colour, the common case of text.
-void mask_plain(const Raster& raster, uint32 color, const uint8* coverage, int32 x, int32 y,
-                int32 count)
-{
-    uint32* pixels = raster.At(x, y);
-    for (int32 i = 0; i < count;) {
-        uint64 eight;
-        if (i + 8 <= count && (memcpy(&eight, coverage + i, 8), eight == 0)) {
-            i += 8;
-            continue;
-        }
-        const uint32 weight = coverage[i];
-        if (weight == 255)
-            pixels[i] = color;
-        else if (weight != 0)
-            pixels[i] = mix_pixels(pixels[i], color, weight);
-        i++;
-    }
-}
-
 // Any brush: what it would make of the pixels, mixed in by coverage.
 void mask_brush(const Raster& raster, const Brush& brush, const uint8* coverage, int32 x, int32 y,
                 int32 count)
@@ -210,9 +191,10 @@ void mask_brush(const Raster& raster, const Brush& brush, const uint8* coverage,
     }
 }
 
+// Coverage over one colour, the common case of text.
 void mask_row(const PlainPen& pen, const uint8* coverage, int32 x, int32 y, int32 count)
 {
-    mask_plain(pen.raster, pen.color, coverage, x, y, count);
+    row_code().cover(pen.color, coverage, pen.raster.At(x, y), count);
 }
 
 void mask_row(const BrushPen& pen, const uint8* coverage, int32 x, int32 y, int32 count)

@@ -281,36 +281,81 @@ IN_VECTORS void mix_columns(const uint32* from, Columns columns, uint32 set, uin
         mix_columns_step<1>(from, columns, at, set, to);
 }
 
+template <int kPixels>
+IN_VECTORS void cover_step(uint32 color, const uint8* coverage, uint32* to)
+{
+    using Pixels = typename Vectors<kPixels>::Pixels;
+    Pixels pixels, weights;
+    if constexpr (kPixels == 1) {
+        weights = Pixels{} + uint32(coverage[0]);
+    } else {
+        typedef uint8 Bytes __attribute__((vector_size(kPixels)));
+        Bytes bytes;
+        memcpy(&bytes, coverage, sizeof(bytes));
+        weights = __builtin_convertvector(bytes, Pixels);
+    }
+    const auto words = typename Vectors<kPixels>::Words(weights | weights << 16);
+    Halves<kPixels> above, below;
+    load(to, &pixels);
+    split<kPixels>(Pixels{} + color, &above);
+    split<kPixels>(pixels, &below);
+    above.even = above.even * words + below.even * (255 - words);
+    above.odd = above.odd * words + below.odd * (255 - words);
+    divide(&above);
+    join(above, &pixels);
+    store(pixels, to);
+}
+
+// Most of a text's box is clear.
+template <int kPixels>
+IN_VECTORS void cover_blocks(uint32 color, const uint8* coverage, uint32* to, int32 count)
+{
+    for (; count >= kBlock; count -= kBlock, coverage += kBlock, to += kBlock) {
+        uint64 block;
+        memcpy(&block, coverage, sizeof(block));
+        for (int32 at = 0; block != 0 && at < kBlock; at += kPixels)
+            cover_step<kPixels>(color, coverage + at, to + at);
+    }
+    for (; count > 0; count--, coverage++, to++) {
+        if (*coverage != 0)
+            cover_step<1>(color, coverage, to);
+    }
+}
+
 // The functions for one kind of processor, and their table.
-#define MAKE_ROWS(NAME, PROCESSOR, PIXELS)                                                  \
-    namespace NAME {                                                                        \
-    PROCESSOR void copy_opaque(const uint32* from, uint32* to, int32 count)                 \
-    {                                                                                       \
-        each_step<PIXELS, CopyOpaque>(from, to, count);                                     \
-    }                                                                                       \
-    PROCESSOR void multiply(const uint32* from, uint32* to, int32 count)                    \
-    {                                                                                       \
-        each_block<PIXELS, Multiply>(from, to, count);                                      \
-    }                                                                                       \
-    PROCESSOR void rows(const uint32* above, const uint32* below, int32 weight, uint32 set, \
-                        uint32* to, int32 count)                                            \
-    {                                                                                       \
-        mix_rows<PIXELS>(above, below, weight, set, to, count);                             \
-    }                                                                                       \
-    PROCESSOR void columns(const uint32* from, Columns places, uint32 set, uint32* to,      \
-                           int32 count)                                                     \
-    {                                                                                       \
-        mix_columns<PIXELS>(from, places, set, to, count);                                  \
-    }                                                                                       \
-    PROCESSOR void lay_over(const uint32* from, uint32* to, int32 count)                    \
-    {                                                                                       \
-        each_block<PIXELS, LayOver>(from, to, count);                                       \
-    }                                                                                       \
-    PROCESSOR void lay_multiplied(const uint32* from, uint32* to, int32 count)              \
-    {                                                                                       \
-        each_block<PIXELS, LayMultiplied>(from, to, count);                                 \
-    }                                                                                       \
-    const RowCode kCode = {copy_opaque, multiply, rows, columns, lay_over, lay_multiplied}; \
+#define MAKE_ROWS(NAME, PROCESSOR, PIXELS)                                                         \
+    namespace NAME {                                                                               \
+    PROCESSOR void copy_opaque(const uint32* from, uint32* to, int32 count)                        \
+    {                                                                                              \
+        each_step<PIXELS, CopyOpaque>(from, to, count);                                            \
+    }                                                                                              \
+    PROCESSOR void multiply(const uint32* from, uint32* to, int32 count)                           \
+    {                                                                                              \
+        each_block<PIXELS, Multiply>(from, to, count);                                             \
+    }                                                                                              \
+    PROCESSOR void rows(const uint32* above, const uint32* below, int32 weight, uint32 set,        \
+                        uint32* to, int32 count)                                                   \
+    {                                                                                              \
+        mix_rows<PIXELS>(above, below, weight, set, to, count);                                    \
+    }                                                                                              \
+    PROCESSOR void columns(const uint32* from, Columns places, uint32 set, uint32* to,             \
+                           int32 count)                                                            \
+    {                                                                                              \
+        mix_columns<PIXELS>(from, places, set, to, count);                                         \
+    }                                                                                              \
+    PROCESSOR void lay_over(const uint32* from, uint32* to, int32 count)                           \
+    {                                                                                              \
+        each_block<PIXELS, LayOver>(from, to, count);                                              \
+    }                                                                                              \
+    PROCESSOR void lay_multiplied(const uint32* from, uint32* to, int32 count)                     \
+    {                                                                                              \
+        each_block<PIXELS, LayMultiplied>(from, to, count);                                        \
+    }                                                                                              \
+    PROCESSOR void cover(uint32 color, const uint8* coverage, uint32* to, int32 count)             \
+    {                                                                                              \
+        cover_blocks<PIXELS>(color, coverage, to, count);                                          \
+    }                                                                                              \
+    const RowCode kCode = {copy_opaque, multiply, rows, columns, lay_over, lay_multiplied, cover}; \
     }
 
 MAKE_ROWS(plain, , 4)

@@ -30,6 +30,8 @@ struct RowCode {
     void (*layOver)(const uint32* from, uint32* to, int32 count);
     // The same with pixels that were multiplied by their alpha.
     void (*layMultiplied)(const uint32* from, uint32* to, int32 count);
+    // Mixes a colour into pixels, of which it covers 255 at most; all four bytes.
+    void (*cover)(uint32 color, const uint8* coverage, uint32* to, int32 count);
 };
 
 // The quickest code for this machine. Any thread.
