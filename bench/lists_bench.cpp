@@ -1,6 +1,7 @@
 // Lists and tabs of a hundred thousand rows in a window that is shown, beside Qt's item views with
-// a QStandardItemModel on its off-screen display.
+// a QStandardItemModel on its off-screen display, and beside GTK's tree view (lists_gtk.cpp).
 
+#include "lists_rows.h"
 #include "program_main.h"
 
 #include <Application.h>
@@ -19,37 +20,10 @@
 #include <malloc.h>
 
 #include <functional>
-#include <memory>
-#include <random>
-#include <string>
-#include <vector>
 
 namespace {
 
-const int kRows = 100000, kTops = 100;
 const int32_t kFlat = 8, kOutline = 21;
-
-// Twenty bytes each, in no order.
-const std::vector<std::string>& texts()
-{
-    static const auto* const all = [] {
-        auto* made = new std::vector<std::string>;
-        std::mt19937 random(1);
-        for (int i = 0; i < kRows; i++) {
-            char text[32];
-            snprintf(text, sizeof(text), "%010u row %5d", unsigned(random()), i);
-            made->push_back(text);
-        }
-        return made;
-    }();
-    return *all;
-}
-
-void set_each(benchmark::State& state, double count)
-{
-    state.counters["each"] = benchmark::Counter(
-        count, benchmark::Counter::kIsIterationInvariantRate | benchmark::Counter::kInvert);
-}
 
 BWindow* newest_window() { return be_app->WindowAt(be_app->CountWindows() - 1); }
 
@@ -138,25 +112,6 @@ public:
     std::unique_ptr<View> view;
 };
 
-// Fills, measures what `act` does once, and starts anew with the next round.
-template <class List, class Fill, class Act>
-void once(benchmark::State& state, double count, Fill fill, Act act)
-{
-    for (auto _ : state) {
-        state.PauseTiming();
-        {
-            auto list = std::make_unique<List>();
-            fill(*list);
-            list->Drawn();
-            state.ResumeTiming();
-            act(*list);
-            state.PauseTiming();
-        }
-        state.ResumeTiming();
-    }
-    set_each(state, count);
-}
-
 struct Flat : Ours {
     Flat() : Ours(kFlat) {}
 };
@@ -180,8 +135,6 @@ template <class List>
 void leave_empty(List&)
 {
 }
-
-#define ROW(name) BENCHMARK(name)->Unit(benchmark::kMillisecond)->Iterations(5)->UseRealTime()
 
 void AddRows(benchmark::State& state) { once<Flat>(state, kRows, leave_empty<Flat>, fill<Flat>); }
 ROW(AddRows);
@@ -431,4 +384,11 @@ BENCHMARK(SwitchTabs)->Unit(benchmark::kMicrosecond);
 
 }  // namespace
 
-int main(int argc, char** argv) { return bench_main(argc, argv); }
+std::string gDisplay;
+
+int main(int argc, char** argv)
+{
+    const char* display = getenv("DISPLAY");
+    gDisplay = display != nullptr ? display : "";
+    return bench_main(argc, argv);
+}

@@ -151,9 +151,10 @@ bool has(const AccessibleItem& item, uint32 states) { return (item.states & stat
 
 std::string narrow(const AccessibleItem& item)
 {
-    return item.text != nullptr
-               ? std::string(item.text->content->begin(), item.text->content->end())
-               : "no text";
+    if (item.text == nullptr)
+        return "no text";
+    const std::u16string units = item.text->content->All();
+    return std::string(units.begin(), units.end());
 }
 
 }  // namespace
@@ -249,9 +250,35 @@ TEST_F(Accessible, HiddenTypingIsNeverTold)
     const AccessibleItem item = Named("Key");
     EXPECT_TRUE(has(item, kIsPassword));
     ASSERT_NE(item.text, nullptr);
-    EXPECT_EQ(*item.text->content, u"\u2022\u2022\u2022\u2022\u2022\u2022");
+    EXPECT_EQ(item.text->content->All(), u"\u2022\u2022\u2022\u2022\u2022\u2022");
     for (const AccessibleItem& each : fTree->items)
         EXPECT_EQ((each.name + each.value + each.description).find("cret"), std::string::npos);
+}
+
+TEST_F(Accessible, InputMethodsAreToldWhereTypingIsHidden)
+{
+    auto* plain = new BTextControl(BRect(10, 10, 200, 34), "t", "Name", "", nullptr);
+    auto* hidden = new BTextControl(BRect(10, 50, 200, 74), "t", "Key", "", nullptr);
+    hidden->TextView()->HideTyping(true);
+    fWindow->AddChild(plain);
+    fWindow->AddChild(hidden);
+    const auto is_hidden = [&] {
+        StageLock lock;
+        return Native()->IsTypingHidden();
+    };
+    const auto with = [&](const std::function<void()>& act) {
+        fWindow->Lock();
+        act();
+        fWindow->Unlock();
+        return is_hidden();
+    };
+    Show();
+    EXPECT_FALSE(is_hidden());
+    EXPECT_TRUE(with([&] { hidden->MakeFocus(true); }));
+    EXPECT_FALSE(with([&] { hidden->TextView()->HideTyping(false); }));
+    EXPECT_FALSE(with([&] { plain->MakeFocus(true); }));
+    EXPECT_TRUE(with([&] { plain->TextView()->HideTyping(true); }));
+    EXPECT_FALSE(with([&] { plain->MakeFocus(false); }));
 }
 
 TEST_F(Accessible, RowsAboutThoseInSightAreToldAndAllAreCounted)
@@ -339,7 +366,7 @@ TEST_F(Accessible, TextIsReadSelectedAndTyped)
     Show();
     AccessibleItem item = Named("Letter");
     ASSERT_NE(item.text, nullptr);
-    EXPECT_EQ(*item.text->content, u"a\U0001F600 b\u00ff");
+    EXPECT_EQ(item.text->content->All(), u"a\U0001F600 b\u00ff");
     Ask(item.id, AccessibleRequest::What::Select, 0, 3, 5);
     item = Find([](const AccessibleItem& each) {
         return each.text != nullptr && each.text->selectionEnd == 5;
@@ -347,9 +374,10 @@ TEST_F(Accessible, TextIsReadSelectedAndTyped)
     EXPECT_EQ(item.text->selectionStart, 3);
     EXPECT_EQ(item.text->caret, 5);
     Ask(item.id, AccessibleRequest::What::Replace, 0, 0, 3, u"x\u00e9");
-    EXPECT_TRUE(eventually([&] { return *Named("Letter").text->content == u"x\u00e9 b\u00ff"; }));
+    EXPECT_TRUE(
+        eventually([&] { return Named("Letter").text->content->All() == u"x\u00e9 b\u00ff"; }));
     Ask(item.id, AccessibleRequest::What::Replace, 0, 2, 100);
-    EXPECT_TRUE(eventually([&] { return *Named("Letter").text->content == u"x\u00e9"; }));
+    EXPECT_TRUE(eventually([&] { return Named("Letter").text->content->All() == u"x\u00e9"; }));
     fWindow->Lock();
     view->MakeEditable(false);
     fWindow->Unlock();
@@ -358,7 +386,7 @@ TEST_F(Accessible, TextIsReadSelectedAndTyped)
     item = Find([](const AccessibleItem& each) {
         return each.text != nullptr && each.text->selectionStart == 1;
     });
-    EXPECT_EQ(*item.text->content, u"x\u00e9");
+    EXPECT_EQ(item.text->content->All(), u"x\u00e9");
 }
 
 TEST_F(Accessible, FieldsOfControlsTypeNoLineFeeds)

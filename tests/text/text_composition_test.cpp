@@ -2,6 +2,8 @@
 
 #include "tests/text/text_harness.h"
 
+#include <Input.h>
+
 using namespace text_test;
 
 TEST_F(TextTest, ComposedTextStandsAtTheCaretUntilItIsDone)
@@ -83,6 +85,40 @@ TEST_F(TextTest, WordsOfTheInputMethodGoToTheCaret)
     EXPECT_EQ(place[0], start.x);
     EXPECT_EQ(place[1], start.y);
     EXPECT_GT(place[3], place[1] + 8);
+}
+
+TEST_F(TextTest, EachCharacterOfWhatIsComposedHasItsPlace)
+{
+    MakeText("one");
+    Start();
+    Select(1, 1);
+    inject_composition("にhe\u0301", 0, "");
+    Settle();
+    class Method : public BHandler {
+    public:
+        void MessageReceived(BMessage* message) override { reply = *message; }
+        BMessage reply;
+    } method;
+    Do([&](BTextView& view) {
+        view.Looper()->AddHandler(&method);
+        BMessage request(B_INPUT_METHOD_EVENT);
+        request.AddInt32("be:opcode", B_INPUT_METHOD_LOCATION_REQUEST);
+        request.AddMessenger("be:reply_to", BMessenger(&method));
+        view.MessageReceived(&request);
+    });
+    Settle();
+    Do([&](BTextView& view) {
+        const int32 kPlaces[] = {1, 4, 5, 8};  // the last one is where the next begins
+        BPoint place;
+        int32 count = 0;
+        for (; method.reply.FindPoint("be:location_reply", count, &place) == B_OK; count++) {
+            ASSERT_LT(count, 4);
+            EXPECT_EQ(place, view.ConvertToScreen(view.PointAt(kPlaces[count])));
+            EXPECT_GT(method.reply.GetFloat("be:height_reply", count, 0), 8);
+        }
+        EXPECT_EQ(count, 4);
+        view.Looper()->RemoveHandler(&method);
+    });
 }
 
 TEST_F(TextTest, HiddenTypingShowsNothingOfWhatIsComposed)

@@ -71,6 +71,10 @@ public:
     virtual BSize MinSize();
     virtual BSize MaxSize();
     virtual BSize PreferredSize();
+    virtual BAlignment LayoutAlignment();
+    // Null: views are laid out by their frames alone.
+    BLayoutItem* CreateLabelLayoutItem();
+    BLayoutItem* CreateTextViewLayoutItem();
     virtual status_t Perform(perform_code d, void* arg);
     virtual status_t SetIcon(const BBitmap* icon, uint32 flags = 0);
 

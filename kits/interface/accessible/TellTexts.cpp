@@ -6,7 +6,7 @@
 #include <TextControl.h>
 #include <TextView.h>
 
-#include <interface/accessible/TextUnits.h>
+#include <interface/accessible/ToldContent.h>
 #include <interface/text/TextData.h>
 
 namespace BPrivate {
@@ -35,22 +35,24 @@ void Teller::AddText(Item* item, BTextView& view)
 {
     const bool hidden = (item->states & server::kIsPassword) != 0;
     TextBody& body = TextData::Of(&view).body;
-    const std::string_view bytes(body.Text() != nullptr ? body.Text() : "",
-                                 body.Text() != nullptr ? size_t(body.Length()) : 0);
-    const TextUnits units(bytes, hidden);
+    const TextBuffer& buffer = body.Buffer();
     ToldText& told = (*fTexts)[server::view_of(item->id)];
-    if (told.content == nullptr || told.revision != body.Buffer().Revision() ||
-        told.hidden != hidden) {
-        told.revision = body.Buffer().Revision();
+    if (told.content == nullptr || told.revision != buffer.Revision() || told.hidden != hidden) {
+        const TextChange change = body.TakeChange();
+        const bool goes_on = change.since == told.revision && told.hidden == hidden;
+        told.content = tell_content(buffer, hidden, goes_on ? told.content : nullptr, change);
+        told.revision = buffer.Revision();
         told.hidden = hidden;
-        told.content = std::make_shared<const std::u16string>(units.All());
     }
+    const auto unit_at = [&](int32 byte) {
+        return told_unit_at(*told.content, buffer, hidden, byte);
+    };
     auto text = std::make_shared<server::AccessibleText>();
     text->content = told.content;
     int32 start, end;
     view.GetSelection(&start, &end);
-    text->selectionStart = units.UnitAt(start);
-    text->selectionEnd = start == end ? text->selectionStart : units.UnitAt(end);
+    text->selectionStart = unit_at(start);
+    text->selectionEnd = start == end ? text->selectionStart : unit_at(end);
     const TextData& data = TextData::Of(&view);
     const bool at_start = start != end && data.lead == start;
     text->caret = at_start ? text->selectionStart : text->selectionEnd;

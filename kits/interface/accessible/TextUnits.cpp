@@ -33,11 +33,12 @@ static void append_character(const char* bytes, int32 length, std::u16string* un
     }
 }
 
-std::u16string TextUnits::All() const
+std::u16string TextUnits::UpTo(int32 byte, int32* end) const
 {
     std::u16string units;
-    units.reserve(fBytes.size());
-    for (int32 at = 0; at < static_cast<int32>(fBytes.size());) {
+    units.reserve(static_cast<size_t>(byte));
+    int32 at = 0;
+    while (at < byte) {
         const int32 length = _Length(at);
         if (fHidden)
             units.push_back(kDot);
@@ -45,6 +46,7 @@ std::u16string TextUnits::All() const
             append_character(fBytes.data() + at, length, &units);
         at += length;
     }
+    *end = at;
     return units;
 }
 

@@ -15,7 +15,13 @@ class TextUnits {
 public:
     TextUnits(std::string_view bytes, bool hidden) : fBytes(bytes), fHidden(hidden) {}
 
-    std::u16string All() const;
+    std::u16string All() const
+    {
+        int32 end;
+        return UpTo(static_cast<int32>(fBytes.size()), &end);
+    }
+    // The characters that begin before a byte, and the byte that they end before.
+    std::u16string UpTo(int32 byte, int32* end) const;
     // The place, in units, of a byte; and the byte that a unit begins with, moved out of the middle
     // of characters. Places beyond the ends are the ends.
     int32 UnitAt(int32 byte) const;

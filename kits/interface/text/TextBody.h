@@ -43,6 +43,7 @@ public:
     TextBody(const BFont& font, rgb_color color);
 
     const TextBuffer& Buffer() const { return fBuffer; }
+    TextChange TakeChange() { return fBuffer.TakeChange(); }
     const StyleTable& Styles() const { return fStyles; }
     const StyleRuns& Runs() const { return fRuns; }
     const LineTable& Lines() const { return fLines; }

@@ -90,7 +90,9 @@ bool TextBuffer::Insert(int32 offset, const char* bytes, int32 length)
         return length == 0;
     if (!_Reserve(length))
         return false;
-    _MoveGap(std::clamp(offset, int32(0), fLength));
+    offset = std::clamp(offset, int32(0), fLength);
+    _Changes(offset, offset);
+    _MoveGap(offset);
     memcpy(fBytes.get() + fGap, bytes, size_t(length));
     fGap += length;
     fLength += length;
@@ -104,12 +106,27 @@ void TextBuffer::Remove(int32 from, int32 to)
     to = std::clamp(to, from, fLength);
     if (from == to)
         return;
+    _Changes(from, to);
     // What lies before the gap joins it from there, what lies behind it from its other side.
     if (fGap < from || fGap > to)
         _MoveGap(from);
     fGap = from;
     fLength -= to - from;
     fRevision++;
+}
+
+// Bytes of the text as it is are going to be others, or none.
+void TextBuffer::_Changes(int32 from, int32 to)
+{
+    fChange.before = std::min(fChange.before, from);
+    fChange.behind = std::min(fChange.behind, fLength - to);
+}
+
+TextChange TextBuffer::TakeChange()
+{
+    const TextChange change = fChange;
+    fChange = {fRevision};
+    return change;
 }
 
 // Makes the gap hold `more` bytes. It grows with the text, so that typing moves it seldom.

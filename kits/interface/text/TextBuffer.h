@@ -6,10 +6,18 @@
 
 #include <SupportDefs.h>
 
+#include <stdint.h>
+
 #include <memory>
 #include <string>
 
 namespace [[gnu::visibility("hidden")]] BPrivate {
+
+// What has changed since a revision: all but some bytes at the start and some at the end.
+struct TextChange {
+    uint32 since = 0;
+    int32 before = INT32_MAX, behind = INT32_MAX;
+};
 
 class TextBuffer {
 public:
@@ -31,7 +39,11 @@ public:
     bool Insert(int32 offset, const char* bytes, int32 length);
     void Remove(int32 from, int32 to);
 
+    // What has changed since the last such call.
+    TextChange TakeChange();
+
 private:
+    void _Changes(int32 from, int32 to);
     bool _Reserve(int32 more);
     void _MoveGap(int32 offset);
 
@@ -40,6 +52,7 @@ private:
     int32 fLength = 0;
     int32 fGap = 0;  // where the gap begins
     uint32 fRevision = 0;
+    TextChange fChange;
 };
 
 }  // namespace BPrivate

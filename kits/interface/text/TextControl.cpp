@@ -326,6 +326,10 @@ BSize BTextControl::PreferredSize()
     return size;
 }
 
+BAlignment BTextControl::LayoutAlignment() { return BControl::LayoutAlignment(); }
+BLayoutItem* BTextControl::CreateLabelLayoutItem() { return nullptr; }
+BLayoutItem* BTextControl::CreateTextViewLayoutItem() { return nullptr; }
+
 void BTextControl::FrameMoved(BPoint where) { BControl::FrameMoved(where); }
 
 void BTextControl::FrameResized(float width, float height)

@@ -9,6 +9,7 @@
 
 #include <interface/geometry/RegionAccess.h>
 #include <interface/view/ViewPrivate.h>
+#include <interface/window/WindowPrivate.h>
 
 #include <cmath>
 
@@ -389,8 +390,11 @@ uint32 BView::ResizingMode() const { return fData->resizingMode; }
 void BView::SetFlags(uint32 flags)
 {
     ViewLock lock(this);
+    const uint32 changed = fData->flags ^ flags;
     fData->flags = flags;
     fData->TreeChanged();  // who clips whom
+    if ((changed & B_INPUT_METHOD_AWARE) != 0 && IsFocus())
+        BPrivate::tell_typing(*BPrivate::WindowData::Of(fData->window));
 }
 
 uint32 BView::Flags() const { return fData->flags; }

@@ -3,6 +3,7 @@
 
 #include <Input.h>
 #include <Messenger.h>
+#include <TextView.h>
 #include <View.h>
 #include <Window.h>
 
@@ -78,6 +79,15 @@ static void tell_view(WindowData* data, ComposedMessage* message)
     where.AddInt32("be:opcode", B_INPUT_METHOD_LOCATION_REQUEST);
     where.AddMessenger("be:reply_to", BMessenger(data->window));
     view->MessageReceived(&where);
+}
+
+// A text that wants nothing of input methods hides what is typed, or lets few keys through.
+void tell_typing(const WindowData& data)
+{
+    const bool hidden = dynamic_cast<const BTextView*>(data.focus) != nullptr &&
+                        (data.focus->Flags() & B_INPUT_METHOD_AWARE) == 0;
+    if (data.display != nullptr)
+        data.display->SetTypingHidden(hidden);
 }
 
 void dispatch_composition(BWindow* window, BMessage* message)

@@ -104,6 +104,7 @@ BView* BWindow::CurrentFocus() const { return fData->focus; }
 void BWindow::_SetFocus(BView* view)
 {
     fData->focus = view;
+    BPrivate::tell_typing(*fData);
     SetPreferredHandler(view);
     fData->TellReaderSoon();
 }

@@ -85,6 +85,8 @@ public:
 
 // Dispatches what an input method says to a view, and what a view answers to the input method.
 void dispatch_composition(BWindow* window, BMessage* message);
+// After another view got the keyboard, or changed its mind about input methods.
+void tell_typing(const WindowData& data);
 
 // A move that the program asked for, on its way to FrameMoved(). A few are told one by one; while
 // that many wait no more are queued, and the last of them has the newest place.
@@ -120,7 +122,7 @@ public:
 struct ToldText {
     uint32 revision = 0;
     bool hidden = false;
-    std::shared_ptr<const std::u16string> content;
+    std::shared_ptr<const server::AccessibleContent> content;
 };
 
 struct WindowStyle {

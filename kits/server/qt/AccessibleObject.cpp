@@ -314,18 +314,15 @@ void AccessibleObject::setCursorPosition(int position)
 
 QString AccessibleObject::text(int start, int end) const
 {
-    const int length = characterCount();
-    if (end < 0 || end > length)
-        end = length;
-    start = std::clamp(start, 0, end);
-    if (start == end)
+    if (_Text() == nullptr)
         return {};
-    return QString::fromUtf16(_Text()->content->data() + start, end - start);
+    return QString::fromStdU16String(
+        _Text()->content->Part(start, end < 0 ? characterCount() : end));
 }
 
 int AccessibleObject::characterCount() const
 {
-    return _Text() != nullptr ? int(_Text()->content->size()) : 0;
+    return _Text() != nullptr ? int(_Text()->content->Units()) : 0;
 }
 
 // Of the caret alone, which magnifiers follow; other characters are somewhere in the text.

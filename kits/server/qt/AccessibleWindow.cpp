@@ -231,8 +231,7 @@ void AccessibleWindow::_TellText(const AccessibleText& before, const AccessibleT
                                  QAccessibleInterface* object)
 {
     if (before.content != now.content)
-        _TellContent(QString::fromStdU16String(*before.content),
-                     QString::fromStdU16String(*now.content), object);
+        _TellContent(*before.content, *now.content, object);
     if (before.caret != now.caret) {
         QAccessibleTextCursorEvent event(object, now.caret);
         QAccessible::updateAccessibility(&event);
@@ -245,9 +244,13 @@ void AccessibleWindow::_TellText(const AccessibleText& before, const AccessibleT
 }
 
 // What both begin and end with has not changed.
-void AccessibleWindow::_TellContent(const QString& before, const QString& now,
-                                    QAccessibleInterface* object)
+void AccessibleWindow::_TellContent(const AccessibleContent& former,
+                                    const AccessibleContent& content, QAccessibleInterface* object)
 {
+    int32 from, behind;
+    content.FindShared(former, &from, &behind);
+    const QString before = QString::fromStdU16String(former.Part(from, former.Units() - behind));
+    const QString now = QString::fromStdU16String(content.Part(from, content.Units() - behind));
     const auto least = std::min(before.size(), now.size());
     qsizetype start = 0, end = 0;
     while (start < least && before[start] == now[start])
@@ -257,11 +260,11 @@ void AccessibleWindow::_TellContent(const QString& before, const QString& now,
     const QString removed = before.mid(start, before.size() - start - end);
     const QString inserted = now.mid(start, now.size() - start - end);
     if (!removed.isEmpty()) {
-        QAccessibleTextRemoveEvent event(object, int(start), removed);
+        QAccessibleTextRemoveEvent event(object, from + int(start), removed);
         QAccessible::updateAccessibility(&event);
     }
     if (!inserted.isEmpty()) {
-        QAccessibleTextInsertEvent event(object, int(start), inserted);
+        QAccessibleTextInsertEvent event(object, from + int(start), inserted);
         QAccessible::updateAccessibility(&event);
     }
 }

@@ -48,7 +48,8 @@ private:
     void _TellChanges(const AccessibleItem& before, const AccessibleItem& now);
     void _TellText(const AccessibleText& before, const AccessibleText& now,
                    QAccessibleInterface* object);
-    void _TellContent(const QString& before, const QString& now, QAccessibleInterface* object);
+    void _TellContent(const AccessibleContent& former, const AccessibleContent& content,
+                      QAccessibleInterface* object);
     void _Forget(AccessibleId id);
 
     NativeWindow* const fWindow;

@@ -736,6 +736,10 @@ QVariant NativeWindow::_InputProperty(Qt::InputMethodQuery query) const
         case Qt::ImCursorRectangle:
         case Qt::ImAnchorRectangle:
             return fInputPlace;
+        case Qt::ImHints:
+            return int(fInputHidden ? Qt::ImhHiddenText | Qt::ImhSensitiveData |
+                                          Qt::ImhNoPredictiveText | Qt::ImhNoAutoUppercase
+                                    : Qt::ImhNone);
         default:
             return QVariant();
     }
@@ -747,6 +751,13 @@ void NativeWindow::SetInputPlace(BRect place)
         QRect(QPoint(int(place.left), int(place.top)), QPoint(int(place.right), int(place.bottom)));
     if (QGuiApplication::focusWindow() == this)
         QGuiApplication::inputMethod()->update(Qt::ImCursorRectangle | Qt::ImAnchorRectangle);
+}
+
+void NativeWindow::SetInputHidden(bool hidden)
+{
+    fInputHidden = hidden;
+    if (QGuiApplication::focusWindow() == this)
+        QGuiApplication::inputMethod()->update(Qt::ImHints);
 }
 
 void NativeWindow::EndInput()
@@ -852,7 +863,7 @@ bool NativeWindow::event(QEvent* event)
         case QEvent::InputMethodQuery: {
             auto* query = static_cast<QInputMethodQueryEvent*>(event);
             for (Qt::InputMethodQuery one :
-                 {Qt::ImEnabled, Qt::ImCursorRectangle, Qt::ImAnchorRectangle}) {
+                 {Qt::ImEnabled, Qt::ImHints, Qt::ImCursorRectangle, Qt::ImAnchorRectangle}) {
                 if ((query->queries() & one) != 0)
                     query->setValue(one, _InputProperty(one));
             }

@@ -40,6 +40,7 @@ public:
     void SetCursorImage(const Cursor& image, bool hidden);
     // Where composed text is.
     void SetInputPlace(BRect place);
+    void SetInputHidden(bool hidden);
     void EndInput();
     // A menu's window, which may grab the pointer: presses on other programs' windows then come
     // here too.
@@ -123,6 +124,7 @@ private:
     QBasicTimer fTimer;  // runs while something waits for the next frame
     bigtime_t fLastFlush = 0;
     QRect fInputPlace;
+    bool fInputHidden = false;
     std::unique_ptr<AccessibleWindow> fAccessible;  // null as long as no reader has listened
 };
 

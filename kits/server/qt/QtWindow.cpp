@@ -245,6 +245,12 @@ void QtWindow::WorkspacesSet()
     _Post([=, this](NativeWindow& native) { _TellWorkspaces(native, workspaces); });
 }
 
+void QtWindow::TypingHidden()
+{
+    const bool hidden = fTypingHidden;
+    _Post([=](NativeWindow& native) { native.SetInputHidden(hidden); });
+}
+
 void QtWindow::CompositionMoved()
 {
     const BRect place = fCompositionPlace;

@@ -78,6 +78,7 @@ private:
     void Retitled() override;
     void Restyled() override;
     void WorkspacesSet() override;
+    void TypingHidden() override;
     void CompositionMoved() override;
     void CompositionEnded() override;
     void AccessibleSet() override;

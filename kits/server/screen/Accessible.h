@@ -13,6 +13,8 @@
 #include <Rect.h>
 #include <SupportDefs.h>
 
+#include <server/screen/AccessibleContent.h>
+
 namespace server {
 
 enum class AccessibleRole : uint8 {
@@ -81,7 +83,7 @@ constexpr uint32 part_of(AccessibleId id) { return uint32(id); }
 
 // Places in a text are units of UTF-16.
 struct AccessibleText {
-    std::shared_ptr<const std::u16string> content;  // the same one as long as nothing changes
+    std::shared_ptr<const AccessibleContent> content;  // the same one as long as nothing changes
     int32 caret = 0;
     int32 selectionStart = 0, selectionEnd = 0;
     BRect caretFrame;  // in the window

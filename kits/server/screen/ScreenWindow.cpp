@@ -309,6 +309,13 @@ void ScreenWindow::EndComposition()
     CompositionEnded();
 }
 
+void ScreenWindow::SetTypingHidden(bool hidden)
+{
+    StageLock lock;
+    if (std::exchange(fTypingHidden, hidden) != hidden)
+        TypingHidden();
+}
+
 void ScreenWindow::SetAccessible(std::shared_ptr<const AccessibleTree> tree)
 {
     StageLock lock;

@@ -46,6 +46,8 @@ public:
     void SetCompositionPlace(BRect place);
     // What is being composed stays where it is, and nothing more of it comes.
     void EndComposition();
+    // Nobody is to see or to keep what is typed, as of passwords: input methods hear of it.
+    void SetTypingHidden(bool hidden);
     // Hands finished pixels over: `rects` of `surface` (pixels of a B_RGBA32 back buffer of the
     // window's size, best in the window's scale) are copied before the call returns, and reach the
     // screen with its next frame.
@@ -108,6 +110,7 @@ public:
 
     // Stage locked.
     BRect CompositionPlace() const { return fCompositionPlace; }
+    bool IsTypingHidden() const { return fTypingHidden; }
     const std::shared_ptr<const AccessibleTree>& Accessible() const { return fAccessible; }
     // What a screen reader wants done; nothing while a modal window keeps input away. Stage locked.
     void Ask(const AccessibleRequest& request);
@@ -125,7 +128,8 @@ protected:
     virtual void Retitled() {}
     virtual void Restyled() {}
     virtual void WorkspacesSet() {}
-    // The composition's place; it is over.
+    // Whether typing is hidden; the composition's place; it is over.
+    virtual void TypingHidden() {}
     virtual void CompositionMoved() {}
     virtual void CompositionEnded() {}
     // Screen readers are told something new.
@@ -147,6 +151,7 @@ protected:
     bool fMinimized = false;
     FrontBuffer fPixels;
     BRect fCompositionPlace;
+    bool fTypingHidden = false;
     std::shared_ptr<const AccessibleTree> fAccessible;
 };
 
