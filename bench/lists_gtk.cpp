@@ -5,7 +5,6 @@
 
 #include <gtk/gtk.h>
 
-#include <malloc.h>
 #include <stdlib.h>
 
 namespace {
@@ -185,20 +184,5 @@ void GtkClear(benchmark::State& state)
                         [](Flat& list) { gtk_list_store_clear(list.Store()); });
 }
 ROW(GtkClear);
-
-// The counter is the number of bytes a row.
-void GtkMemoryOfRows(benchmark::State& state)
-{
-    if (!start_gtk())
-        return state.SkipWithError("no display");
-    texts();
-    for (auto _ : state) {
-        Flat list;
-        const size_t before = mallinfo2().uordblks;
-        list.Fill();
-        state.counters["bytes"] = double(mallinfo2().uordblks - before) / kRows;
-    }
-}
-BENCHMARK(GtkMemoryOfRows)->Iterations(1);
 
 }  // namespace

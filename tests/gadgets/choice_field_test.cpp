@@ -274,6 +274,30 @@ TEST_F(ChoiceFieldTest, TheSecondaryButtonOpensAButtonsMenu)
     KillMenu(menu);
 }
 
+TEST_F(ChoiceFieldTest, TheSecondaryButtonOpensAFlatListsMenuAndNoOutlines)
+{
+    window.Handle(PLINTH_MENU_ITEM, on_menu);
+    const int32_t menu = CreatePopUpMenu(kPopUp);
+    for (const int32_t kind : {8, 21}) {
+        const int32_t list = Make(kind, 10, 10, 150, 100);
+        AddLvEntry(list, "row");
+        AttachPopUpToGadget(list, menu);
+        if (kind == 8) {
+            ClickUntilOpen(60, 20, 2);
+            Key(kDown);
+            Key(kEnter);
+            EXPECT_TRUE(IsClosed());
+            EXPECT_TRUE(WaitFor("menu 1")) << "and no row was selected";
+        }
+        Click(60, 20, kind == 8 ? 4 : 2);
+        Settle();
+        EXPECT_EQ(be_app->CountWindows(), fWindows);
+        EXPECT_EQ(GetLvSelected(list), -1);
+        KillGadget(0, list);
+    }
+    KillMenu(menu);
+}
+
 TEST_F(ChoiceFieldTest, AnAttachedMenuStaysTheProgramsOwn)
 {
     window.Handle(PLINTH_MENU_ITEM, on_menu);

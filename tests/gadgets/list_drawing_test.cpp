@@ -6,9 +6,11 @@
 #include <Screen.h>
 #include <ScrollBar.h>
 
+#include <algorithm>
 #include <atomic>
 #include <cmath>
 #include <memory>
+#include <vector>
 
 namespace {
 
@@ -93,6 +95,29 @@ TEST_F(ListGadgets, GroundsOfRowsGoOnBelowTheirLatches)
     EXPECT_TRUE(becomes(PlaceOf(2, 1), 0x960A28));
     SetSelectEntry(ident, 0);
     EXPECT_TRUE(becomes(PlaceOf(0, 1), 0xFFFFFF));
+}
+
+TEST_F(ListGadgets, TextsBeginAtTheSamePlaceOnEachLevelKept)
+{
+    const int32_t ident = MakeList(20, {"same"});
+    AddEntryInSub(ident, 0, "same");
+    const auto row_of = [&](int32_t row) {
+        std::vector<uint32_t> pixels;
+        const BRect frame = WithList([=](BListView& list) {
+            return list.ConvertToScreen(list.ItemFrame(row)).OffsetBySelf(-100, -100);
+        });
+        for (float y = frame.top; y <= frame.bottom; y++) {
+            for (float x = 12; x < 50; x++)
+                pixels.push_back(pixel_at(BPoint(x, y)));
+        }
+        return pixels;
+    };
+    EXPECT_TRUE(eventually([&] {
+        const std::vector<uint32_t> top = row_of(0);
+        const auto inked =
+            std::count_if(top.begin(), top.end(), [](uint32_t pixel) { return pixel != 0xE2E2E2; });
+        return inked > 20 && top == row_of(1);
+    }));
 }
 
 TEST_F(ListGadgets, LatchesHaveTheColourOfTheirText)

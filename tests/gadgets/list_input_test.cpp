@@ -305,6 +305,28 @@ TEST_F(ListInput, KeysReachTheHandlerAfterTheListButNotTab)
     EXPECT_EQ(Calls(), "");
 }
 
+TEST_F(ListInput, KeysComeWithTheModifiersAndWithASign)
+{
+    for (const int32_t kind : {7, 20}) {
+        const int32_t ident = MakeFull(kind);
+        SetHandlerForGadget(ident, 3, nullptr);
+        SetHandlerForGadget(ident, 2, reinterpret_cast<void*>(+[](int32_t key, int32_t held) {
+                                gHandlers.Add(std::to_string(key) + " " + std::to_string(held & 7));
+                                return 0;
+                            }));
+        ActivateGadget(ident);
+        inject_key(kKeyShift, true);
+        Key(kKeyA);
+        inject_key(kKeyShift, false);
+        Settle();
+        EXPECT_EQ(gHandlers.Take(), "65 1") << kind;
+        inject_text("é");
+        Settle();
+        EXPECT_EQ(gHandlers.Take(), kind == 7 ? "-61 0" : "") << "outlines keep long keys";
+        KillGadget(0, ident);
+    }
+}
+
 TEST_F(ListInput, OutlineKeysOpenAndCloseTopRows)
 {
     const int32_t ident = MakeList(20, {"a", "b"});

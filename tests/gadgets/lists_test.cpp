@@ -41,6 +41,24 @@ TEST_F(ListGadgets, RowsComeAndGoInEveryKind)
     }
 }
 
+TEST_F(ListGadgets, KindsDifferByTheirBarsWhichTakeTheirRoom)
+{
+    for (const int32_t kind : {7, 8, 9, 10, 20, 21, 22, 23}) {
+        const int32_t bars = kind < 20 ? kind - 7 : kind - 20;
+        const int32_t ident = MakeList(kind, {"a"});
+        const BRect list = WithList([](BListView& view) { return view.Frame(); });
+        EXPECT_EQ(list.Width(), (bars & 1) != 0 ? 136 : 150) << kind;
+        EXPECT_EQ(list.Height(), (bars & 2) != 0 ? 106 : 120) << kind;
+        WithList([=](BListView& view) {
+            EXPECT_EQ(view.ScrollBar(B_VERTICAL) != nullptr, (bars & 1) != 0) << kind;
+            EXPECT_EQ(view.ScrollBar(B_HORIZONTAL) != nullptr, (bars & 2) != 0) << kind;
+            EXPECT_EQ(dynamic_cast<BOutlineListView*>(&view) != nullptr, kind >= 20) << kind;
+            return 0;
+        });
+        KillGadget(0, ident);
+    }
+}
+
 TEST_F(ListGadgets, TextsAreCutToTheBuffer)
 {
     const std::string long_text(5000, 'x');
@@ -72,6 +90,8 @@ TEST_F(ListGadgets, OutlinesHoldRowsBelowTheirTopRows)
     AddEntryInSub(ident, 1, "b1");
     AddEntryInSub(ident, 1, "b2");
     AddEntryInSub(ident, 3, "nowhere");
+    AddEntryInSub(ident, 1, "");
+    AddEntryInSub(ident, 1, nullptr);
     EXPECT_EQ(Rows(ident), "a b b1 b2 c");
     LvCollapse(ident, 1);
     EXPECT_EQ(Rows(ident), "a b c");

@@ -69,6 +69,9 @@ TEST_F(TabGadgets, EachNewTabBringsTheFirstToTheFrontKept)
     const BRect page = Ask([](BTabView& tabs) { return tabs.ViewForTab(0)->Frame(); });
     EXPECT_EQ(page.Width(), 199);
     EXPECT_EQ(page.Height(), 150 - Ask([](BTabView& tabs) { return tabs.TabHeight(); }) - 1);
+    const rgb_color ground = {216, 216, 216, 255};
+    EXPECT_EQ(Ask([](BTabView& tabs) { return tabs.ViewForTab(1)->ViewColor(); }), ground);
+    EXPECT_EQ(Ask([](BTabView& tabs) { return tabs.ViewColor(); }), ground);
 }
 
 TEST_F(TabGadgets, ClicksAndKeysBringTabsToTheFront)

@@ -286,6 +286,18 @@ TEST_F(TextEditorTest, ALineIsCutAt256Bytes)
     EXPECT_STREQ(TEditGetLine(editor, 1), "next");
 }
 
+TEST_F(TextEditorTest, LinesAndOffsetsAreEachOthersPlaces)
+{
+    const int32_t editor = Editor(26, "ab\ncd\n");
+    for (const auto& [offset, line] : {std::pair{-1, 0}, {0, 0}, {2, 0}, {3, 1}, {5, 1}, {6, 2}})
+        EXPECT_EQ(TEditLineAt(editor, offset), line) << offset;
+    EXPECT_EQ(TEditLineAt(editor, INT32_MAX), 2);
+    for (const auto& [line, start] : {std::pair{-1, 0}, {0, 0}, {1, 3}, {2, 6}, {3, 6}})
+        EXPECT_EQ(TEditLineStart(editor, line), start) << line;
+    EXPECT_EQ(TEditLineStart(editor, INT32_MAX), 6);
+    EXPECT_EQ(TEditLineStart(editor, INT32_MIN), 0);
+}
+
 TEST_F(TextEditorTest, ABrokenLineIsReadAsFarAsItsLineFeed)
 {
     const int32_t editor = Editor();
