@@ -90,8 +90,7 @@ def menu_keys(desktop):
     menus = Menus(desktop)
     desktop.focus(menus.title)
     menus.open_file()
-    desktop.hands.key("right")  # the keys begin with the first item
-    desktop.hands.key("right")
+    desktop.hands.key("right")  # to the next title
     menus.expect_closed()
     desktop.hands.key("down")
     desktop.hands.key("enter")
