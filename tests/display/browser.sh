@@ -66,11 +66,11 @@ changes() {
 
 is_copied() { cmp "$folder/dropped" "$place/aside/dropped"; }
 drops() {
+    click_tree 1
+    expect_title "$place/aside"
     echo 'dropped' >"$folder/dropped"
     "$source" "$folder/dropped" >"$folder/source" 2>&1 &
     started+=($!)
-    click_tree 1
-    expect_title "$place/aside"
     local window
     eventually has_title 'drag source' || fail "no second program"
     window=$(xdotool search --onlyvisible --name '^drag source$' | head -n 1)

@@ -390,6 +390,21 @@ TEST_F(TextViewTest, DeletionsBecomeOneStepAWord)
     EXPECT_EQ(Selection(), "7-7");
 }
 
+TEST_F(TextViewTest, PagesOfAViewOfAnyHeightEndWithTheText)
+{
+    const char kDown = B_PAGE_DOWN, kUp = B_PAGE_UP;
+    view.SetText("a\nb\nc\nd");
+    for (float height : {0.0f, 3e9f, 1e30f}) {
+        view.ResizeTo(199, height);
+        for (int i = 0; i < 5; i++)
+            view.KeyDown(&kDown, 1);
+        EXPECT_EQ(Selection(), "7-7") << height;
+        for (int i = 0; i < 5; i++)
+            view.KeyDown(&kUp, 1);
+        EXPECT_EQ(Selection(), "0-0") << height;
+    }
+}
+
 TEST_F(TextViewTest, ArchiveBringsAllOfItBack)
 {
     view.SetStylable(true);

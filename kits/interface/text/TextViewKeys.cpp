@@ -80,11 +80,14 @@ void TextData::GoVertically(int32 lines, bool extend)
         goalX = x;
 }
 
+static const float kMostLines = 1 << 24;  // of a page, in a view of any height
+
 void TextData::GoByPage(bool down, bool extend)
 {
     const LineTable::Place line = LineOf(lead);
     const float height = view->Bounds().Height() + 1;
-    const auto lines = int32(std::max(std::floor(height / line.line.height) - 1, 1.0f));
+    const float room = std::floor(height / line.line.height) - 1;
+    const int32 lines = room >= 1 ? int32(std::min(room, kMostLines)) : 1;
     const int32 last = body.Lines().CountLines() - 1;
     const int32 to = std::clamp(line.index + (down ? lines : -lines), int32(0), last);
     GoVertically(to == line.index ? (down ? 1 : -1) : to - line.index, extend);
