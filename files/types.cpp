@@ -196,13 +196,14 @@ try {
     IconRecord* icon = is_open && mime.InitCheck() == B_OK ? MyAllocIcon() : nullptr;
     if (icon == nullptr)
         return 0;
-    icon->ident = static_cast<int32_t>(GetUniqueID());
+    const auto ident = static_cast<int32_t>(GetUniqueID());
+    icon->ident = ident;
     const bool loaded = guarded(false, [&] {
         return mime.GetIcon(icon->image, B_MINI_ICON) == B_OK &&
                mime.GetIcon(icon->selected_image, B_LARGE_ICON) == B_OK;
     });
     if (loaded && enter_record(RegistryLock(), icon))
-        return icon->ident;
+        return ident;  // the record may be closed already
     MyFreeIcon(icon);
     trace(__func__, type);
     return 0;

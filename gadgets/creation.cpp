@@ -78,7 +78,8 @@ extern "C" int32_t CreateGadget(int32_t kind, int32_t window_ident, int32_t x, i
     auto* gadget = static_cast<MyGadget*>(MyAlloc(sizeof(MyGadget)));
     if (gadget == nullptr)
         return 0;
-    gadget->ident = static_cast<int32_t>(GetUniqueID());
+    const auto ident = static_cast<int32_t>(GetUniqueID());
+    gadget->ident = ident;
     const GadgetSpec spec = {gadget, kind, window_ident, frame_of(x, y, width, height),
                              text,   value};
     BView* view = create_view(spec);
@@ -98,5 +99,5 @@ extern "C" int32_t CreateGadget(int32_t kind, int32_t window_ident, int32_t x, i
         MyFree(gadget);
         return 0;
     }
-    return gadget->ident;
+    return ident;  // the gadget may be gone already
 }

@@ -249,9 +249,10 @@ extern "C" int32_t OpenFont(const char* family, const char* style, int32_t size)
             font->SetSize(static_cast<float>(size));
             font->SetFamilyAndStyle(family, style);
         });
-        *record = {static_cast<int32_t>(GetUniqueID()), font};
+        const auto ident = static_cast<int32_t>(GetUniqueID());
+        *record = {ident, font};
         if (enter_record(RegistryLock(), record))
-            return static_cast<int32_t>(record->ident);
+            return ident;  // the record may be closed already
     }
     show_dbg(kNoMemory, 0, __func__);
     delete font;

@@ -80,9 +80,10 @@ void MyFreeIcon(IconRecord* icon)
 // Puts a record into the registry. Returns its ident; 0, and the record is gone, if it can not.
 static int32_t enter_icon(IconRecord* icon)
 {
-    icon->ident = static_cast<int32_t>(GetUniqueID());
+    const auto ident = static_cast<int32_t>(GetUniqueID());
+    icon->ident = ident;
     if (enter_record(RegistryLock(), icon))
-        return icon->ident;
+        return ident;  // the record may be closed already
     MyFreeIcon(icon);
     return 0;
 }

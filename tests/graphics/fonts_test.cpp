@@ -8,9 +8,11 @@
 #include <Rect.h>
 
 #include <algorithm>
+#include <atomic>
 #include <cctype>
 #include <climits>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include "runtime/registry.h"
@@ -311,6 +313,25 @@ TEST_F(Fonts, OpenOnesAreWhatWasAskedUntilTheyAreClosed)
     EXPECT_NE(font_of(unknown), nullptr);
     CloseFont(unknown);
     EXPECT_EQ(font_of(unknown), nullptr);
+}
+
+// Another thread may guess an ident, and close it before the one that opens it is told.
+TEST_F(Fonts, OpenOnesMayBeClosedBeforeTheirIdentIsTold)
+{
+    std::atomic<int32_t> last = OpenFont("", "", 12);
+    std::thread closer([&last] {
+        for (int32_t ident; (ident = last) >= 0;)
+            CloseFont(ident + 1);
+    });
+    bool told = true;
+    for (int i = 0; told && i < 5000; i++) {
+        const int32_t ident = OpenFont("", "", 12);
+        told = ident > last;
+        CloseFont(last.exchange(ident));
+    }
+    CloseFont(last.exchange(-1));
+    closer.join();
+    EXPECT_TRUE(told);
 }
 
 TEST(FontFamilies, ExistInAnyCaseAsTheyAreListed)
