@@ -102,6 +102,23 @@ editor() {
     expect 'changed 0 '
     expect_not 'changed 8 .*'
 }
+
+# What is typed into a hidden text is no input method's business, and the next text's is again.
+hidden() {
+    start_program "$texts"
+    xdotool mousemove 300 174 click 1
+    mark
+    xdotool key n i
+    expect 'input [*][*]'
+    xdotool mousemove 150 240 click 1
+    mark
+    xdotool key n i h a o space
+    expect 'changed 6 你好'
+    xdotool mousemove 300 174 click 1
+    mark
+    xdotool key h
+    expect 'input [*]+'
+}
 # A row of one colour other than the ground's, as wide as the text.
 underlined() {
     import -window root -crop 24x18+112+204 -depth 8 txt:- | awk -F'[,: #]+' '

@@ -753,11 +753,15 @@ void NativeWindow::SetInputPlace(BRect place)
         QGuiApplication::inputMethod()->update(Qt::ImCursorRectangle | Qt::ImAnchorRectangle);
 }
 
+// Input methods that leave hidden texts alone decide so when the focus comes, and by that alone:
+// another text is another object to them.
 void NativeWindow::SetInputHidden(bool hidden)
 {
+    if (hidden == fInputHidden)
+        return;
     fInputHidden = hidden;
     if (QGuiApplication::focusWindow() == this)
-        QGuiApplication::inputMethod()->update(Qt::ImHints);
+        Q_EMIT focusObjectChanged(this);
 }
 
 void NativeWindow::EndInput()
