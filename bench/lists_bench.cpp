@@ -18,6 +18,7 @@
 #include <QTreeView>
 
 #include <malloc.h>
+#include <string.h>
 
 #include <functional>
 
@@ -71,8 +72,7 @@ void start_qt()
     static char name[] = "bench";
     static char* argv[] = {name, nullptr};
     qputenv("QT_QPA_PLATFORM", "offscreen");
-    static auto* const app = new QApplication(argc, argv);
-    (void)app;
+    thread_local QApplication app(argc, argv);  // goes with the thread that it belongs to
 }
 
 template <class View>
@@ -198,25 +198,56 @@ void QtRemoveAtTheFront(benchmark::State& state)
 }
 ROW(QtRemoveAtTheFront);
 
+uint32_t next_place(uint32_t& seed)
+{
+    seed = seed * 1664525 + 1013904223;
+    return (seed >> 8) % kRows;
+}
+
 void GetAtRandom(benchmark::State& state)
 {
     Flat list;
     list.Fill();
     uint32_t seed = 1;
-    for (auto _ : state) {
-        seed = seed * 1664525 + 1013904223;
-        benchmark::DoNotOptimize(GetLvItem(list.ident, int32_t((seed >> 8) % kRows)));
-    }
+    for (auto _ : state)
+        benchmark::DoNotOptimize(GetLvItem(list.ident, int32_t(next_place(seed))));
 }
 BENCHMARK(GetAtRandom);
+// What a call costs whose row is in the processor's cache.
+void GetTheSame(benchmark::State& state)
+{
+    Flat list;
+    list.Fill();
+    for (auto _ : state)
+        benchmark::DoNotOptimize(GetLvItem(list.ident, kRows / 2));
+}
+BENCHMARK(GetTheSame);
+// The machine's own floor: the same texts in a vector, copied out at the same places. In turn, each
+// place is known only once the text before it has come from memory.
+void get_bare(benchmark::State& state, bool in_turn)
+{
+    const std::vector<std::string> rows = texts();
+    static char copy[64];
+    uint32_t seed = 1;
+    for (auto _ : state) {
+        strcpy(copy, rows[next_place(seed)].c_str());
+        benchmark::DoNotOptimize(copy[0]);
+        if (in_turn)
+            seed += uint8_t(copy[0]) >> 7;  // 0, which nobody knows before
+    }
+}
+void BareGetAtRandom(benchmark::State& state) { get_bare(state, false); }
+BENCHMARK(BareGetAtRandom);
+void BareGetInTurn(benchmark::State& state) { get_bare(state, true); }
+BENCHMARK(BareGetInTurn);
 void QtGetAtRandom(benchmark::State& state)
 {
     QtFlat list;
     list.Fill();
     uint32_t seed = 1;
     for (auto _ : state) {
-        seed = seed * 1664525 + 1013904223;
-        benchmark::DoNotOptimize(list.model.item(int(seed >> 8) % kRows)->text().toUtf8());
+        const int place = int(next_place(seed));
+        benchmark::DoNotOptimize(list.model.item(place)->text().toUtf8());
     }
 }
 BENCHMARK(QtGetAtRandom);
