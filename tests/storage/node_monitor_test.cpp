@@ -304,6 +304,10 @@ TEST_F(NodeMonitor, TenThousandChangesArriveCompleteAndInOrderOrAsLost)
 // The watcher is kept from reading until the host's queue has run over.
 TEST_F(NodeMonitor, AnOverflowIsReportedAndWatchingGoesOn)
 {
+#ifdef __SANITIZE_THREAD__
+    // It delivers signals late, that of suspend_thread() too: the watcher would read meanwhile.
+    GTEST_SKIP() << "the sanitizer puts signals off";
+#endif
     int limit = 0;
     FILE* setting = fopen("/proc/sys/fs/inotify/max_queued_events", "r");
     if (setting == nullptr || fscanf(setting, "%d", &limit) != 1 || limit > 50000)
