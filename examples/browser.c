@@ -1,8 +1,9 @@
 /* A file browser: browser [DIR], or for a visit with a picture: browser --tour FILE.png [DIR].
    Folders are on the left and open by their latches; the entries of the one chosen are on the
-   right. A tab shows what is known of the chosen entry, another one its text or its picture. A
-   double click opens a file with its application, or goes into a folder. Changes on the disk show
-   at once, and files that are dropped on the entries are copied into the folder. */
+   right, in the order of the column whose head was clicked. A tab shows what is known of the chosen
+   entry, another one its text or its picture. A double click opens a file with its application, or
+   goes into a folder. Changes on the disk show at once, and files that are dropped on the entries
+   are copied into the folder. */
 
 #define _XOPEN_SOURCE 700
 
@@ -23,21 +24,37 @@
 enum { LEFT = 60, TOP = 60, WIDTH = 779, HEIGHT = 519 };
 enum { EDGE = 8, BORDER = 4, TREE_WIDTH = 190, RIGHT = EDGE + TREE_WIDTH + EDGE + BORDER };
 enum { LIST_HEIGHT = 230, TABS_TOP = EDGE + LIST_HEIGHT + EDGE + BORDER }; /* at first */
+enum { HEAD = 24 };                  /* of the entries, above them */
+enum { LETTER = 7, ROW_EDGES = 32 }; /* pixels */
+enum { LEAST_NAME = 16, TYPE_LETTERS = 20, SIZE_LETTERS = 9, DATE_LETTERS = 16 };
 enum { MOST_TEXT = 65536, LINE = 512 };
-enum { CHECK_BOX = 2, LIST = 8, OUTLINE = 21, TABS = 25, EDITOR = 27, PICTURE = 33 }; /* kinds */
-enum { SELECTED = 3, DOUBLE_CLICKED = 6, DROPPED = 7 };                               /* slots */
+enum {
+    BUTTON = 1,
+    CHECK_BOX = 2,
+    LIST = 8,
+    OUTLINE = 21,
+    TABS = 25,
+    EDITOR = 27,
+    PICTURE = 33
+};                                                                   /* kinds */
+enum { CLICKED = 1, SELECTED = 3, DOUBLE_CLICKED = 6, DROPPED = 7 }; /* slots */
+enum { BY_NAME, BY_TYPE, BY_SIZE, BY_DATE, COLUMNS };
 
 static const int32_t row_ground = (int32_t)0xE2E2E2FF;
 static const char indent[] = "      "; /* of folders within folders, in the tree */
 
 typedef struct {
     char name[NAME_MAX + 1];
+    char type[64]; /* of those on the right */
     struct stat info;
 } Entry;
 
 /* All of it belongs to who has the window locked, as all handlers of gadgets have. */
 static int32_t window, tree, entries, tabs, facts, editor, bell, font;
 static int32_t page_width, page_height; /* of what is on the tabs */
+static int32_t heads[COLUMNS], name_letters;
+static int32_t sort_column;
+static int is_falling; /* the order */
 static int32_t picture, picture_icon;
 static char root[PATH_MAX], folder[PATH_MAX];
 static Entry *entry;
@@ -62,12 +79,41 @@ static int is_folder(const Entry *one) { return S_ISDIR(one->info.st_mode); }
 
 /* --- reading a directory */
 
-/* Folders first, then by name. */
+static int compare_names(const char *one, const char *other)
+{
+    const int order = strcasecmp(one, other);
+    return order != 0 ? order : strcmp(one, other);
+}
+
+static int by_name(const void *a, const void *b)
+{
+    return compare_names(((const Entry *)a)->name, ((const Entry *)b)->name);
+}
+
+static int compare(int64_t one, int64_t other) { return (one > other) - (one < other); }
+
+static int by_column(const Entry *one, const Entry *other)
+{
+    switch (sort_column) {
+        case BY_TYPE:
+            return strcmp(one->type, other->type);
+        case BY_SIZE:
+            return is_folder(one) ? 0 : compare(one->info.st_size, other->info.st_size);
+        case BY_DATE:
+            return compare(one->info.st_mtime, other->info.st_mtime);
+        default:
+            return by_name(one, other);
+    }
+}
+
+/* Folders first. */
 static int in_order(const void *a, const void *b)
 {
     const Entry *one = a, *other = b;
-    return is_folder(one) != is_folder(other) ? is_folder(other) - is_folder(one)
-                                              : strcasecmp(one->name, other->name);
+    if (is_folder(one) != is_folder(other))
+        return is_folder(other) - is_folder(one);
+    const int order = by_column(one, other);
+    return order == 0 ? by_name(one, other) : is_falling ? -order : order;
 }
 
 /* Returns how many there are, in a block that the caller frees. Names with a dot are left out. */
@@ -95,33 +141,99 @@ static int32_t read_entries(const char *path, Entry **all)
             count++;
     }
     closedir(directory);
+    return count;
+}
+
+/* The same of folders only, by name. */
+static int32_t read_folders(const char *path, Entry **all)
+{
+    const int32_t found = read_entries(path, all);
+    int32_t count = 0;
+    for (int32_t i = 0; i < found; i++) {
+        if (is_folder(&(*all)[i]))
+            (*all)[count++] = (*all)[i];
+    }
     if (count > 0)
-        qsort(*all, (size_t)count, sizeof(Entry), in_order);
+        qsort(*all, (size_t)count, sizeof(Entry), by_name);
     return count;
 }
 
 /* --- folders, on the left: the root, then those in it with what is in these */
 
-static void fill_tree(void)
+static int is_below(int32_t row)
 {
-    Entry *outer;
-    const int32_t count = read_entries(root, &outer);
-    ClearListView(tree);
-    AddLvEntry(tree, last_part(root));
-    for (int32_t top = 0; top < count && is_folder(&outer[top]); top++) {
-        char path[PATH_MAX], row[NAME_MAX + sizeof indent];
-        Entry *inner;
-        AddLvEntry(tree, outer[top].name);
-        join(path, root, outer[top].name);
-        const int32_t below = read_entries(path, &inner);
-        for (int32_t i = 0; i < below && is_folder(&inner[i]); i++) {
-            snprintf(row, sizeof row, "%s%s", indent, inner[i].name);
-            AddEntryInSub(tree, top + 1, row);
-        }
-        free(inner);
+    return strncmp(GetLvItem(tree, row), indent, sizeof indent - 1) == 0;
+}
+
+/* Whether a row of the top level, or of those below a top row, is there. */
+static int has_row(int32_t row, int below)
+{
+    return row < CountEntry(tree) && is_below(row) == below;
+}
+
+static int32_t row_after(int32_t row, int below)
+{
+    row++;
+    while (!below && has_row(row, 1))
+        row++;
+    return row;
+}
+
+/* Puts a folder before a row, below the top row with the number `top` if that is not -1. */
+static void put_folder(int32_t row, int32_t top, const char *name)
+{
+    char text[NAME_MAX + sizeof indent];
+    int32_t last = CountEntry(tree);
+    if (top < 0) {
+        AddLvEntry(tree, name);
+    } else {
+        snprintf(text, sizeof text, "%s%s", indent, name);
+        AddEntryInSub(tree, top, text);
+        for (last = row; has_row(last + 1, 1);)
+            last++;
     }
-    free(outer);
-    LvCollapseAll(tree);
+    if (last != row)
+        MoveItem(tree, last, row);
+}
+
+/* Rows of a level, from `row` on, become the folders at `path`; those that stay keep their place,
+   their selection and what is open. */
+static void update_folders(int32_t row, int32_t top, const char *path)
+{
+    const int below = top >= 0;
+    const size_t start = below ? sizeof indent - 1 : 0;
+    Entry *folders;
+    const int32_t count = read_folders(path, &folders);
+    for (int32_t i = 0; i < count || has_row(row, below);) {
+        int order = i == count ? 1 : -1;
+        if (i < count && has_row(row, below))
+            order = compare_names(folders[i].name, GetLvItem(tree, row) + start);
+        if (order > 0) {
+            RemoveItem(tree, row);
+            continue;
+        }
+        if (order < 0)
+            put_folder(row, top, folders[i].name);
+        row = row_after(row, below);
+        i++;
+    }
+    free(folders);
+}
+static void update_tree(void)
+{
+    if (CountEntry(tree) == 0)
+        AddLvEntry(tree, last_part(root));
+    update_folders(1, -1, root);
+    for (int32_t row = 1, top = 1; has_row(row, 0); row = row_after(row, 0), top++) {
+        char path[PATH_MAX];
+        const int was_open = has_row(row + 1, 1);
+        join(path, root, GetLvItem(tree, row));
+        WatchDir(path, 1);
+        LvExpand(tree, row);
+        update_folders(row + 1, top, path);
+        if (!was_open)
+            LvCollapse(tree, row);
+    }
 }
 
 /* The path of a row that shows, from its text and that of the row it is below. */
@@ -129,16 +241,16 @@ static void path_of_row(int32_t row, char *path)
 {
     char name[NAME_MAX + sizeof indent];
     snprintf(name, sizeof name, "%s", GetLvItem(tree, row));
-    const int is_below = strncmp(name, indent, sizeof indent - 1) == 0;
+    const int below = is_below(row);
     strcpy(path, root);
     if (row <= 0)
         return;
-    if (is_below) {
-        while (row > 0 && strncmp(GetLvItem(tree, row), indent, sizeof indent - 1) == 0)
+    if (below) {
+        while (row > 0 && is_below(row))
             row--;
         join(path, path, GetLvItem(tree, row));
     }
-    join(path, path, is_below ? name + sizeof indent - 1 : name);
+    join(path, path, below ? name + sizeof indent - 1 : name);
 }
 
 /* --- entries, on the right */
@@ -168,12 +280,6 @@ static const char *date_text(const Entry *one)
     return text;
 }
 
-static const char *type_text(const Entry *one, const char *path)
-{
-    const char *type = is_folder(one) ? "folder" : GetFileMime(path);
-    return *type != '\0' ? type : "?";
-}
-
 /* Adds a text and blanks, or as much of it as there is room for, as `columns` letters. */
 static void add_column(char *row, const char *text, int32_t columns)
 {
@@ -196,42 +302,120 @@ static void add_column(char *row, const char *text, int32_t columns)
     *end = '\0';
 }
 
-/* Shows the folder's entries anew; the one that was chosen stays so. */
-static void fill_entries(void)
+static const char *row_text(const Entry *one)
 {
-    const int32_t was = GetLvSelected(entries);
-    char chosen[NAME_MAX + 1] = "";
-    if (was >= 0 && was < entry_count)
-        snprintf(chosen, sizeof chosen, "%s", entry[was].name);
-    free(entry);
+    static char row[LINE];
+    *row = '\0';
+    add_column(row, one->name, name_letters);
+    strcat(row, " ");
+    add_column(row, one->type, TYPE_LETTERS);
+    snprintf(row + strlen(row), sizeof row - strlen(row), " %*s  %s", SIZE_LETTERS, size_text(one),
+             date_text(one));
+    return row;
+}
+
+/* Reads the folder that is shown. */
+static void read_shown(void)
+{
     entry_count = read_entries(folder, &entry);
-    ClearListView(entries);
-    int32_t again = -1;
-    for (int32_t i = 0; i < entry_count; i++) {
-        char path[PATH_MAX], row[LINE] = "";
-        join(path, folder, entry[i].name);
-        add_column(row, entry[i].name, 26);
-        strcat(row, " ");
-        add_column(row, type_text(&entry[i], path), 20);
-        snprintf(row + strlen(row), sizeof row - strlen(row), " %9s  %s", size_text(&entry[i]),
-                 date_text(&entry[i]));
-        AddLvEntry(entries, row);
-        if (strcmp(entry[i].name, chosen) == 0)
-            again = i;
+    for (Entry *now = entry; now < entry + entry_count; now++) {
+        char path[PATH_MAX];
+        join(path, folder, now->name);
+        const char *type = is_folder(now) ? "folder" : GetFileMime(path);
+        snprintf(now->type, sizeof now->type, "%s", *type != '\0' ? type : "?");
     }
-    if (again >= 0)
-        SetSelectEntry(entries, again);
+    if (entry_count > 0)
+        qsort(entry, (size_t)entry_count, sizeof(Entry), in_order);
+}
+
+static int has_changed(const Entry *was, const Entry *now)
+{
+    return was->info.st_size != now->info.st_size ||
+           was->info.st_mtim.tv_sec != now->info.st_mtim.tv_sec ||
+           was->info.st_mtim.tv_nsec != now->info.st_mtim.tv_nsec;
+}
+
+/* The rows of the entries before become those of the entries now; rows that stay keep their place
+   on the screen. */
+static void update_rows(const Entry *was, int32_t count)
+{
+    const Entry *const end = was + count;
+    for (int32_t row = 0; was < end || row < entry_count;) {
+        int order = row == entry_count ? -1 : 1;
+        if (was < end && row < entry_count)
+            order = in_order(was, &entry[row]);
+        if (order < 0)
+            RemoveItem(entries, row);
+        else if (order > 0)
+            AddLvEntry(entries, row_text(&entry[row]));
+        else if (has_changed(was, &entry[row]))
+            ChangeEntryStr(entries, row, row_text(&entry[row]));
+        if (order > 0 && CountEntry(entries) - 1 != row)
+            MoveItem(entries, CountEntry(entries) - 1, row);
+        was += order <= 0;
+        row += order >= 0;
+    }
+}
+
+static void show_entry(int32_t index);
+
+static Entry chosen_entry(void)
+{
+    static const Entry none;
+    const int32_t row = GetLvSelected(entries);
+    return row >= 0 && row < entry_count ? entry[row] : none;
+}
+
+/* Shows what is in the folder by now; what was chosen stays so. */
+static void update_entries(const Entry *chosen)
+{
+    Entry *const before = entry;
+    const int32_t count_before = entry_count;
+    read_shown();
+    update_rows(before, count_before);
+    free(before);
+    int32_t row = 0;
+    while (row < entry_count && strcmp(entry[row].name, chosen->name) != 0)
+        row++;
+    if (row == entry_count)
+        return;
+    if (GetLvSelected(entries) != row)
+        SetSelectEntry(entries, row);
+    else if (has_changed(chosen, &entry[row]))
+        show_entry(row);
+}
+
+/* Fills the list from its first row on. */
+static void fill_entries(const Entry *chosen)
+{
+    free(entry);
+    entry = NULL;
+    entry_count = 0;
+    ClearListView(entries);
+    update_entries(chosen);
+}
+
+/* Whether the tree shows what is in it. */
+static int is_in_tree(const char *path)
+{
+    const size_t length = strlen(root);
+    const char *rest = path + length;
+    if (strncmp(path, root, length) != 0)
+        return 0;
+    while (*rest == '/')
+        rest++;
+    return strchr(rest, '/') == NULL;
 }
 
 static void show_folder(const char *path)
 {
-    if (*folder != '\0')
+    static const Entry none;
+    if (*folder != '\0' && !is_in_tree(folder))
         WatchDir(folder, 0);
     snprintf(folder, sizeof folder, "%.*s", PATH_MAX - 1, path);
     WatchDir(folder, 1);
     SetWindowTitle(window, folder);
-    LvSelectNone(entries);
-    fill_entries();
+    fill_entries(&none);
 }
 
 /* --- what is known of the chosen entry, its text and its picture */
@@ -252,7 +436,7 @@ static const char *application_of(const char *path)
 static void show_facts(const Entry *one, const char *path)
 {
     add_fact("Name", one->name);
-    add_fact("Type", type_text(one, path));
+    add_fact("Type", one->type);
     add_fact("Length", size_text(one));
     add_fact("Changed", date_text(one));
     add_fact("Permissions", GetAttribut(path));
@@ -369,26 +553,58 @@ static void copy_here(const char *source)
 
 static int32_t on_drop(int32_t count, char **paths)
 {
+    const Entry chosen = chosen_entry();
     for (int32_t i = 0; i < count; i++)
         copy_here(paths[i]);
-    fill_entries();
+    update_entries(&chosen);
     return 0;
 }
 
 /* Told on the application's thread. Setting the bell calls its handler with the window locked, so
-   that no other handler runs meanwhile. */
+   that no other handler runs meanwhile; on, if folders may have come or gone. */
 static void on_change(int32_t opcode, const char *path, const char *second_path)
 {
-    (void)opcode, (void)path, (void)second_path;
-    SetChecked(bell, 1);
+    (void)path, (void)second_path;
+    SetChecked(bell, opcode != PLINTH_STAT_CHANGED && opcode != PLINTH_ATTR_CHANGED);
 }
 
-static int32_t on_bell(int32_t value)
+static int32_t on_bell(int32_t has_come_or_gone)
 {
-    (void)value;
-    fill_entries();
+    const Entry chosen = chosen_entry();
+    if (has_come_or_gone)
+        update_tree();
+    update_entries(&chosen);
     return 0;
 }
+
+/* --- the heads of the columns */
+
+static void label_heads(void)
+{
+    static const char *const names[COLUMNS] = {"Name", "Type", "Size", "Date"};
+    for (int32_t column = 0; column < COLUMNS; column++) {
+        char label[16];
+        const char *mark = is_falling ? " \xE2\x96\xBE" : " \xE2\x96\xB4"; /* triangles */
+        snprintf(label, sizeof label, "%s%s", names[column], column == sort_column ? mark : "");
+        SetLabel(heads[column], label);
+    }
+}
+
+/* A second click turns the order round. */
+static int32_t sort_by(int32_t column)
+{
+    const Entry chosen = chosen_entry();
+    is_falling = column == sort_column && !is_falling;
+    sort_column = column;
+    label_heads();
+    fill_entries(&chosen);
+    return 0;
+}
+
+static int32_t on_name(void) { return sort_by(BY_NAME); }
+static int32_t on_type(void) { return sort_by(BY_TYPE); }
+static int32_t on_size(void) { return sort_by(BY_SIZE); }
+static int32_t on_date(void) { return sort_by(BY_DATE); }
 
 /* --- the window */
 
@@ -420,6 +636,26 @@ static void make_tabs(int32_t top, int32_t width, int32_t height)
     TabSelect(tabs, front);
 }
 
+/* Above their columns; the last one takes what is left. */
+static void make_heads(int32_t width)
+{
+    static int32_t (*const handlers[COLUMNS])(void) = {on_name, on_type, on_size, on_date};
+    const int32_t letters[COLUMNS] = {name_letters + 2, TYPE_LETTERS + 1, SIZE_LETTERS + 1, 0};
+    int32_t x = RIGHT;
+    for (int32_t column = 0; column < COLUMNS; column++) {
+        const int32_t rest = RIGHT + width + BORDER - x;
+        const int32_t wanted = column == BY_DATE ? rest : LETTER * letters[column];
+        KillGadget(window, heads[column]);
+        heads[column] = 0;
+        if (rest < 2 * LETTER)
+            continue;
+        heads[column] = make(BUTTON, x, EDGE, wanted < rest ? wanted : rest, HEAD - 2);
+        SetHandlerForGadget(heads[column], CLICKED, (void *)handlers[column]);
+        x += wanted;
+    }
+    label_heads();
+}
+
 /* The window's size is shared out: the tree keeps its width, entries and tabs get as much more
    height. */
 static void lay_out(int32_t width, int32_t height)
@@ -428,7 +664,13 @@ static void lay_out(int32_t width, int32_t height)
     const int32_t list_height = LIST_HEIGHT + (height - HEIGHT) / 2;
     const int32_t tabs_top = EDGE + list_height + EDGE + BORDER;
     ResizeGadget(tree, TREE_WIDTH + BORDER, height - 2 * EDGE);
-    ResizeGadget(entries, right_width + BORDER + 2, list_height + BORDER); /* as far as the tabs */
+    const int32_t letters =
+        (right_width - ROW_EDGES) / LETTER - TYPE_LETTERS - SIZE_LETTERS - DATE_LETTERS - 4;
+    name_letters = letters > LEAST_NAME ? letters : LEAST_NAME;
+    ResizeGadget(entries, right_width + BORDER + 2, list_height + BORDER - HEAD); /* as the tabs */
+    for (int32_t row = 0; row < entry_count; row++)
+        ChangeEntryStr(entries, row, row_text(&entry[row]));
+    make_heads(right_width);
     make_tabs(tabs_top, right_width, height - tabs_top - EDGE);
 }
 
@@ -446,7 +688,7 @@ static void make_window(void)
     HideGadget(window, bell);
     tree = make(OUTLINE, EDGE, EDGE, TREE_WIDTH, LIST_HEIGHT);
     SetBackColorGadget(tree, row_ground);
-    entries = make(LIST, RIGHT, EDGE, LIST_HEIGHT, LIST_HEIGHT);
+    entries = make(LIST, RIGHT, EDGE + HEAD, LIST_HEIGHT, LIST_HEIGHT);
     font = OpenFont("Courier10 BT", NULL, 11); /* columns want letters of one width */
     SetFontGadget(entries, font);
     lay_out(WIDTH, HEIGHT);
@@ -540,7 +782,7 @@ static int32_t play(const char *save)
     tour_pause(300);
     write_file(pictures, "New.txt", "Came while the folder was shown.\n");
     tour_pause(300);
-    tour_click(RIGHT + 60, EDGE + 40);
+    tour_click(RIGHT + 60, EDGE + HEAD + 40);
     tour_pause(200);
     tour_click(RIGHT + 160, TABS_TOP + 12); /* Contents */
     tour_pause(300);
@@ -562,7 +804,8 @@ void ProgramMain(void)
         return;
     }
     make_window();
-    fill_tree();
+    update_tree();
+    WatchDir(root, 1);
     show_folder(root);
     set_handlers();
     if (save == NULL)

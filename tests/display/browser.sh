@@ -35,7 +35,7 @@ expect_title() { eventually has_title "$1" || fail "no window \"$1\""; }
 click_tree() { xdotool mousemove 100 $((78 + 18 * $1)) click 1; }
 # A press elsewhere before, so that no more than two are one after the other.
 open_entry() {
-    xdotool mousemove 320 280 click 1 mousemove 320 $((77 + 15 * $1)) click --repeat 2 --delay 60 1
+    xdotool mousemove 320 280 click 1 mousemove 320 $((101 + 15 * $1)) click --repeat 2 --delay 60 1
 }
 opens() {
     open_entry "$1"
@@ -62,6 +62,64 @@ changes() {
     expect_opened 1 letter.txt
     mv "$place/letter.txt" "$place/note.txt"
     expect_opened 1 note.txt
+}
+
+shows_folder() {
+    click_tree "$1"
+    has_title "$2"
+}
+expect_folder() { eventually shows_folder "$@" || fail "row $1 is not $2"; }
+
+# Folders that come and go are in the tree as well, and what is open there stays so.
+tree() {
+    mkdir "$place/aside/second" "$place/zoo"
+    expect_folder 2 "$place/zoo"
+    xdotool mousemove 73 96 click 1 # the latch of "aside"
+    expect_folder 2 "$place/aside/second"
+    mkdir "$place/aside/first" "$place/middle"
+    expect_folder 2 "$place/aside/first"
+    expect_folder 4 "$place/middle"
+    rmdir "$place/aside/first" "$place/middle"
+    expect_folder 2 "$place/aside/second"
+    expect_folder 3 "$place/zoo"
+}
+
+# By the heads of the columns; a second click turns the order round.
+sorting() {
+    echo 'a text that is longer than the letter' >"$place/zebra.txt"
+    expect_opened 2 zebra.txt
+    xdotool mousemove 648 79 click 1 # size
+    expect_opened 1 letter.txt
+    rm "$folder/opened"
+    xdotool mousemove 648 79 click 1
+    expect_opened 1 zebra.txt
+    expect_opened 2 letter.txt
+    rm "$folder/opened"
+    xdotool mousemove 360 79 click 1 # name
+    expect_opened 1 letter.txt
+}
+
+# The list stays where it is scrolled to when something changes.
+opened_row() { tail -n 1 "$folder/opened" | sed 's/.*row \([0-9]*\).txt$/\1/'; }
+opens_far_row() {
+    open_entry 3
+    [ "$(opened_row)" -gt 105 ]
+}
+opens_row() {
+    open_entry 3
+    [ "$(opened_row)" = "$1" ]
+}
+scrolling() {
+    local number
+    for number in $(seq 101 180); do
+        cp "$place/letter.txt" "$place/row $number.txt"
+    done
+    expect_opened 3 'row 102.txt'
+    xdotool mousemove 320 200 click --repeat 10 5
+    eventually opens_far_row || fail "the wheel does not scroll the list"
+    number=$(opened_row)
+    rm "$place/row $number.txt"
+    eventually opens_row $((number + 1)) || fail "row $(opened_row) is where $number was"
 }
 
 is_copied() { cmp "$folder/dropped" "$place/aside/dropped"; }
