@@ -18,6 +18,9 @@
 
 #include <interface/alert/AlertIcon.h>
 #include <interface/controls/Look.h>
+#include <support/EnumNumbers.h>
+
+using BPrivate::enum_up_to;
 
 static const uint32 kPressed = 'ALTB';  // "which"
 static const bigtime_t kRedraw_us = 50'000;
@@ -107,14 +110,10 @@ BAlert::BAlert(const char* title, const char* text, const char* button1, const c
 BAlert::BAlert(BMessage* data) : BWindow(data)
 {
     const char* text = "";
-    int32 number;
     data->FindString("_text", &text);
-    if (data->FindInt32("_atype", &number) == B_OK)
-        fType = static_cast<alert_type>(number);
-    if (data->FindInt32("_but_width", &number) == B_OK)
-        fWidth = static_cast<button_width>(number);
-    if (data->FindInt32("_but_spacing", &number) == B_OK)
-        fSpacing = static_cast<button_spacing>(number);
+    fType = enum_up_to(data->GetInt32("_atype", fType), B_STOP_ALERT, fType);
+    fWidth = enum_up_to(data->GetInt32("_but_width", fWidth), B_WIDTH_FROM_LABEL, fWidth);
+    fSpacing = enum_up_to(data->GetInt32("_but_spacing", fSpacing), B_OFFSET_SPACING, fSpacing);
     _Init(text);
     const char* label;
     for (int32 i = 0; data->FindString("_but_label", i, &label) == B_OK; i++) {

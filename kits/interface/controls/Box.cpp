@@ -10,6 +10,7 @@
 
 #include <interface/controls/ControlPrivate.h>
 #include <interface/view/ViewPrivate.h>
+#include <support/EnumNumbers.h>
 
 using BPrivate::Look;
 
@@ -43,9 +44,7 @@ BBox::BBox(BMessage* archive) : BView(archive), fStyle(B_FANCY_BORDER)
 {
     if (archive == nullptr)
         return;
-    int32 style;
-    if (archive->FindInt32("_style", &style) == B_OK)
-        fStyle = static_cast<border_style>(style);
+    fStyle = BPrivate::enum_up_to(archive->GetInt32("_style", fStyle), B_NO_BORDER, fStyle);
     const char* label;
     if (archive->FindString("_label", &label) == B_OK)
         SetLabel(label);

@@ -11,6 +11,7 @@
 
 #include <interface/controls/ControlIcon.h>
 #include <interface/controls/ControlPrivate.h>
+#include <support/EnumNumbers.h>
 
 using BPrivate::ControlPrivate;
 using BPrivate::Look;
@@ -43,9 +44,8 @@ BButton::BButton(BMessage* data) : BControl(data)
     bool flat;
     if (data->FindBool("be:flat", &flat) == B_OK)
         fFlat = flat;
-    int32 behavior;
-    if (data->FindInt32("be:behavior", &behavior) == B_OK)
-        fBehavior = static_cast<BBehavior>(behavior);
+    fBehavior = BPrivate::enum_up_to(data->GetInt32("be:behavior", fBehavior), B_POP_UP_BEHAVIOR,
+                                     fBehavior);
 }
 
 BButton::~BButton() = default;

@@ -16,6 +16,7 @@
 
 #include <interface/controls/ControlPrivate.h>
 #include <interface/view/ViewPrivate.h>
+#include <support/EnumNumbers.h>
 
 using BPrivate::ControlPrivate;
 using BPrivate::Look;
@@ -86,11 +87,12 @@ BColorControl::BColorControl(BPoint start, color_control_layout layout, float ce
 BColorControl::BColorControl(BMessage* data)
     : BControl(data), fLayout(B_CELLS_16x16), fCellSize(kLeastCell)
 {
-    int32 layout;
-    if (data != nullptr && data->FindInt32("_layout", &layout) == B_OK)
-        fLayout = static_cast<color_control_layout>(layout);
-    if (data != nullptr)
+    static const color_control_layout kLayouts[] = {B_CELLS_4x64, B_CELLS_8x32, B_CELLS_16x16,
+                                                    B_CELLS_32x8, B_CELLS_64x4};
+    if (data != nullptr) {
+        fLayout = BPrivate::enum_among(data->GetInt32("_layout", fLayout), kLayouts, fLayout);
         data->FindFloat("_csize", &fCellSize);
+    }
     _Init();
 }
 
@@ -219,13 +221,18 @@ void BColorControl::SetLayout(color_control_layout layout)
     _PlaceNumbers();
 }
 
+static int32 columns_of(color_control_layout layout)
+{
+    return std::clamp(int32(layout), int32(1), kCells);
+}
+
 // The ramps, inside of the bevel.
 BRect BColorControl::_Palette() const
 {
     const Look look = look_of(this);
     const float wanted = std::ceil(fCellSize * look.Size() / 12);
     const float cell = std::clamp(std::isfinite(wanted) ? wanted : 0, kLeastCell, 1000.0f);
-    const int32 columns = std::clamp(int32(fLayout), int32(1), kCells);
+    const int32 columns = columns_of(fLayout);
     const BPoint corner(kBevel, kBevel);
     return BRect(corner,
                  corner + BPoint(float(columns) * cell - 1, float(kCells / columns) * cell - 1));
@@ -326,7 +333,7 @@ bool BColorControl::_ShowsPalette() const
 BRect BColorControl::_CellFrame(int32 cell) const
 {
     const BRect palette = _Palette();
-    const int32 columns = std::clamp(int32(fLayout), int32(1), kCells);
+    const int32 columns = columns_of(fLayout);
     const float side = (palette.Width() + 1) / float(columns);
     const BPoint corner(palette.left + float(cell % columns) * side,
                         palette.top + float(cell / columns) * side);
@@ -442,7 +449,7 @@ void BColorControl::KeyDown(const char* bytes, int32 numBytes)
     if (_ShowsPalette()) {
         const int32 to = key == B_HOME  ? 0
                          : key == B_END ? kCells - 1
-                                        : _Cell() + way * (across ? 1 : int32(fLayout));
+                                        : _Cell() + way * (across ? 1 : columns_of(fLayout));
         if (to >= 0 && to < kCells)
             _Choose(system_colors()->color_list[to]);
     } else if (along) {

@@ -6,6 +6,7 @@
 #include <Picture.h>
 
 #include <interface/controls/ControlPrivate.h>
+#include <support/EnumNumbers.h>
 
 using BPrivate::ControlPrivate;
 using BPrivate::Look;
@@ -24,11 +25,10 @@ BPictureButton::BPictureButton(BRect frame, const char* name, BPicture* off, BPi
 
 BPictureButton::BPictureButton(BMessage* archive) : BControl(archive), fBehavior(B_ONE_STATE_BUTTON)
 {
-    int32 behavior;
     if (archive == nullptr)
         return;
-    if (archive->FindInt32("_behave", &behavior) == B_OK)
-        fBehavior = static_cast<uint32>(behavior);
+    if (archive->GetInt32("_behave", B_ONE_STATE_BUTTON) == B_TWO_STATE_BUTTON)
+        fBehavior = B_TWO_STATE_BUTTON;
     for (int i = 0; i < kPictures; i++) {
         BMessage picture;
         if (archive->FindMessage(kFields[i], &picture) == B_OK)

@@ -7,6 +7,7 @@
 
 #include <interface/controls/ControlPrivate.h>
 #include <interface/view/ViewPrivate.h>
+#include <support/EnumNumbers.h>
 
 using BPrivate::Look;
 
@@ -60,11 +61,10 @@ BScrollView::BScrollView(BMessage* archive)
 {
     if (archive == nullptr)
         return;
-    int32 number;
-    if (archive->FindInt32("_style", &number) == B_OK)
-        fBorder = static_cast<border_style>(number);
-    if (archive->FindInt32("_borders", &number) == B_OK)
-        fBorders = static_cast<uint32>(number) & kAllSides;
+    fBorder = BPrivate::enum_up_to(archive->GetInt32("_style", fBorder), B_NO_BORDER, fBorder);
+    int32 sides;
+    if (archive->FindInt32("_borders", &sides) == B_OK)
+        fBorders = static_cast<uint32>(sides) & kAllSides;
     fHorizontal = dynamic_cast<BScrollBar*>(FindView(kHorizontalName));
     fVertical = dynamic_cast<BScrollBar*>(FindView(kVerticalName));
     bool has_none;

@@ -9,8 +9,10 @@
 #include <cmath>
 
 #include <interface/controls/ControlPrivate.h>
+#include <support/EnumNumbers.h>
 
 using BPrivate::ControlPrivate;
+using BPrivate::enum_up_to;
 using BPrivate::Look;
 
 static const float kLeastLength = 100;
@@ -79,13 +81,9 @@ BSlider::BSlider(BMessage* archive)
     archive->FindInt32("_sdelay", &fSnooze_us);
     archive->FindInt32("_hashcount", &fHashCount);
     archive->FindFloat("_bthickness", &fThickness);
-    int32 number;
-    if (archive->FindInt32("_hashloc", &number) == B_OK)
-        fHashes = static_cast<hash_mark_location>(number);
-    if (archive->FindInt32("_sstyle", &number) == B_OK)
-        fStyle = static_cast<thumb_style>(number);
-    if (archive->FindInt32("_orient", &number) == B_OK)
-        fOrientation = number == B_VERTICAL ? B_VERTICAL : B_HORIZONTAL;
+    fHashes = enum_up_to(archive->GetInt32("_hashloc", fHashes), B_HASH_MARKS_BOTH, fHashes);
+    fStyle = enum_up_to(archive->GetInt32("_sstyle", fStyle), B_TRIANGLE_THUMB, fStyle);
+    fOrientation = enum_up_to(archive->GetInt32("_orient", fOrientation), B_VERTICAL, fOrientation);
     archive->FindColor("_bcolor", &fBarColor);
     fUseFill = archive->FindColor("_fcolor", &fFillColor) == B_OK;
 }

@@ -12,6 +12,7 @@
 
 #include <app/looper/Scripting.h>
 #include <interface/controls/ControlPrivate.h>
+#include <support/EnumNumbers.h>
 
 using BPrivate::Look;
 
@@ -43,11 +44,10 @@ BStringView::BStringView(BMessage* archive) : BView(archive), fTruncation(B_NO_T
     const char* text;
     if (archive->FindString("_text", &text) == B_OK)
         SetText(text);
-    int32 number;
-    if (archive->FindInt32("_align", &number) == B_OK)
-        fAlign = static_cast<alignment>(number);
-    if (archive->FindInt32("_truncation", &number) == B_OK)
-        fTruncation = static_cast<uint32>(number);
+    fAlign = BPrivate::enum_up_to(archive->GetInt32("_align", fAlign), B_ALIGN_CENTER, fAlign);
+    const int32 truncation = archive->GetInt32("_truncation", -1);
+    if (truncation >= 0 && truncation <= int32(B_TRUNCATE_SMART))
+        fTruncation = static_cast<uint32>(truncation);
 }
 
 BStringView::~BStringView() = default;
@@ -183,7 +183,7 @@ void BStringView::MessageReceived(BMessage* message)
         if (strcmp(name, "Text") == 0 && data.FindString("data", &text) == B_OK)
             SetText(text);
         else if (strcmp(name, "Alignment") == 0 && data.FindInt32("data", &align) == B_OK)
-            SetAlignment(static_cast<alignment>(align));
+            SetAlignment(BPrivate::enum_up_to(align, B_ALIGN_CENTER, fAlign));
         else
             return B_BAD_VALUE;
         return B_OK;

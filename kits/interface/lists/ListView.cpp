@@ -21,6 +21,7 @@
 #include <interface/controls/ScrollBarPrivate.h>
 #include <interface/lists/ListData.h>
 #include <interface/view/ViewPrivate.h>
+#include <support/EnumNumbers.h>
 
 using BPrivate::ListData;
 using BPrivate::Rows;
@@ -75,7 +76,8 @@ BListView::BListView(BMessage* data) : BView(data), fData(std::make_unique<ListD
     _Init(B_SINGLE_SELECTION_LIST);
     if (data == nullptr)
         return;
-    fData->type = static_cast<list_view_type>(data->GetInt32("_lv_type", 0));
+    fData->type = BPrivate::enum_up_to(data->GetInt32("_lv_type", B_SINGLE_SELECTION_LIST),
+                                       B_MULTIPLE_SELECTION_LIST, B_SINGLE_SELECTION_LIST);
     BMessage archive;
     for (int32 i = 0; data->FindMessage("_l_items", i, &archive) == B_OK; i++) {
         auto* item = dynamic_cast<BListItem*>(instantiate_object(&archive));

@@ -16,6 +16,7 @@
 #include <interface/menu/MenuTracker.h>
 #include <interface/menu/MenuWindow.h>
 #include <interface/view/ViewPrivate.h>
+#include <support/EnumNumbers.h>
 
 using BPrivate::MenuPrivate;
 using BPrivate::MenuTracker;
@@ -45,9 +46,8 @@ BMenu::BMenu(BRect frame, const char* name, uint32 resizeMask, uint32 flags, men
 BMenu::BMenu(BMessage* archive) : BView(archive)
 {
     _InitMenu();
-    int32 layout;
-    if (archive->FindInt32("_layout", &layout) == B_OK)
-        fLayout = static_cast<menu_layout>(layout);
+    fLayout =
+        BPrivate::enum_up_to(archive->GetInt32("_layout", fLayout), B_ITEMS_IN_MATRIX, fLayout);
     archive->FindBool("_radio", &fRadioMode);
     archive->FindBool("_marked_label", &fLabelFromMarked);
     bool disabled;

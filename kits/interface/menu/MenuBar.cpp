@@ -15,6 +15,7 @@
 #include <interface/menu/MenuPrivate.h>
 #include <interface/menu/MenuTracker.h>
 #include <interface/window/WindowPrivate.h>
+#include <support/EnumNumbers.h>
 
 using BPrivate::Look;
 using BPrivate::MenuPrivate;
@@ -37,9 +38,8 @@ BMenuBar::BMenuBar(const char* name, menu_layout layout, uint32 flags)
 BMenuBar::BMenuBar(BMessage* archive) : BMenu(archive)
 {
     _InitMenuBar();
-    int32 border;
-    if (archive->FindInt32("_border", &border) == B_OK)
-        fBorder = static_cast<menu_bar_border>(border);
+    fBorder =
+        BPrivate::enum_up_to(archive->GetInt32("_border", fBorder), B_BORDER_EACH_ITEM, fBorder);
 }
 
 BMenuBar::~BMenuBar() { MenuTracker::Forget(this); }

@@ -12,6 +12,7 @@
 
 #include <interface/controls/Look.h>
 #include <interface/menu/MenuPrivate.h>
+#include <support/EnumNumbers.h>
 
 using BPrivate::Look;
 
@@ -129,7 +130,7 @@ BMenuField::BMenuField(BMessage* data) : BView(data)
         SetDivider(divider);
     int32 align;
     if (data->FindInt32("_align", &align) == B_OK)
-        SetAlignment(static_cast<alignment>(align));
+        SetAlignment(BPrivate::enum_up_to(align, B_ALIGN_CENTER, B_ALIGN_LEFT));
     if (data->FindBool("_disable", &disabled) == B_OK)
         SetEnabled(!disabled);
 }

@@ -15,6 +15,7 @@
 #include <app/looper/Scripting.h>
 #include <interface/controls/ControlPrivate.h>
 #include <interface/tabs/TabData.h>
+#include <support/EnumNumbers.h>
 
 using BPrivate::Look;
 using BPrivate::TabViewData;
@@ -57,10 +58,13 @@ BTabView::BTabView(BMessage* archive) : BView(archive), fData(std::make_unique<T
     _Init(B_WIDTH_AS_USUAL);
     if (archive == nullptr)
         return;
-    fData->width = static_cast<button_width>(archive->GetInt16("_but_width", B_WIDTH_AS_USUAL));
+    fData->width = BPrivate::enum_up_to(archive->GetInt16("_but_width", B_WIDTH_AS_USUAL),
+                                        B_WIDTH_FROM_LABEL, B_WIDTH_AS_USUAL);
     fData->height = archive->GetFloat("_high", fData->height);
-    fData->border = static_cast<border_style>(archive->GetInt32("_border_style", B_FANCY_BORDER));
-    fData->side = static_cast<tab_side>(archive->GetInt32("_tab_side", kTopSide));
+    fData->border = BPrivate::enum_up_to(archive->GetInt32("_border_style", B_FANCY_BORDER),
+                                         B_NO_BORDER, B_FANCY_BORDER);
+    static const tab_side kSides[] = {kLeftSide, kRightSide, kTopSide, kBottomSide};
+    fData->side = BPrivate::enum_among(archive->GetInt32("_tab_side", kTopSide), kSides, kTopSide);
     _PlaceContainer();
     BMessage part;
     for (int32 i = 0; archive->FindMessage("_l_items", i, &part) == B_OK; i++) {

@@ -16,7 +16,9 @@
 
 #include <app/looper/Scripting.h>
 #include <interface/controls/ControlPrivate.h>
+#include <support/EnumNumbers.h>
 
+using BPrivate::enum_up_to;
 using BPrivate::Look;
 
 static const float kMargin = 2;  // around the field, for its frame
@@ -177,10 +179,9 @@ BTextControl::BTextControl(BMessage* archive) : BControl(archive)
     ResizeTo(frame.Width(), frame.Height());
     if (archive == nullptr)
         return;
-    int32 label = B_ALIGN_LEFT, field = B_ALIGN_LEFT;
-    archive->FindInt32("_a_label", &label);
-    archive->FindInt32("_a_text", &field);
-    BTextControl::SetAlignment(static_cast<alignment>(label), static_cast<alignment>(field));
+    BTextControl::SetAlignment(
+        enum_up_to(archive->GetInt32("_a_label", B_ALIGN_LEFT), B_ALIGN_CENTER, B_ALIGN_LEFT),
+        enum_up_to(archive->GetInt32("_a_text", B_ALIGN_LEFT), B_ALIGN_CENTER, B_ALIGN_LEFT));
     float divider;
     if (archive->FindFloat("_divide", &divider) == B_OK)
         BTextControl::SetDivider(divider);

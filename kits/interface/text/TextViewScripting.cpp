@@ -9,10 +9,13 @@
 #include <string>
 
 #include <app/looper/Scripting.h>
+#include <support/EnumNumbers.h>
 
+#include "interface/drawing/BitmapSurface.h"
 #include "interface/text/TextData.h"
 #include "interface/view/ViewPrivate.h"
 
+using BPrivate::enum_up_to;
 using BPrivate::TextData;
 
 // ---- Archives
@@ -26,8 +29,10 @@ BTextView::BTextView(BMessage* archive)
     BRect rect;
     SetTextRect(archive->FindRect("_trect", &rect) == B_OK ? rect : Bounds());
     SetTabWidth(archive->GetFloat("_tab", TabWidth()));
-    SetAlignment(static_cast<alignment>(archive->GetInt32("_align", B_ALIGN_LEFT)));
-    SetColorSpace(static_cast<color_space>(archive->GetInt32("_col_sp", B_CMAP8)));
+    SetAlignment(
+        enum_up_to(archive->GetInt32("_align", B_ALIGN_LEFT), B_ALIGN_CENTER, B_ALIGN_LEFT));
+    const color_space space = BPrivate::space_of(archive->GetInt32("_col_sp", B_CMAP8));
+    SetColorSpace(space != B_NO_COLOR_SPACE ? space : B_CMAP8);
     SetMaxBytes(archive->GetInt32("_max", INT32_MAX));
     SetStylable(archive->GetBool("_stylable", false));
     SetAutoindent(archive->GetBool("_auto_in", false));

@@ -8,6 +8,7 @@
 #include <Picture.h>
 
 #include <interface/view/ViewPrivate.h>
+#include <support/EnumNumbers.h>
 
 #include <algorithm>
 #include <cmath>
@@ -119,13 +120,19 @@ BView::~BView()
 
 // Archive.
 
-// Of a type that is kept as a number.
-template <class Value>
-static void read_number(const BMessage* archive, const char* name, int32 index, Value* value)
+static void read_number(const BMessage* archive, const char* name, int32 index, uint32* value)
 {
     int32 number;
     if (archive->FindInt32(name, index, &number) == B_OK)
-        *value = Value(number);
+        *value = uint32(number);
+}
+
+// One of the enumerators from 0 to `last`; the value stays if the archive has no such number.
+template <class Enum>
+static void read_enum(const BMessage* archive, const char* name, int32 index, Enum last,
+                      Enum* value)
+{
+    *value = BPrivate::enum_up_to(archive->GetInt32(name, index, int32(*value)), last, *value);
 }
 
 static void read_drawing(const BMessage* archive, BPrivate::DrawState* state)
@@ -138,12 +145,14 @@ static void read_drawing(const BMessage* archive, BPrivate::DrawState* state)
     archive->FindFloat("_psize", &state->penSize);
     archive->FindFloat("_scale", &state->scale);
     archive->FindFloat("_mitre", &paint.miterLimit);
-    read_number(archive, "_dmod", 0, &paint.mode);
-    read_number(archive, "_lines", 0, &paint.cap);
-    read_number(archive, "_lines", 1, &paint.join);
-    read_number(archive, "_blend", 0, &paint.alphaSource);
-    read_number(archive, "_blend", 1, &paint.alphaFunction);
-    archive->FindInt32("_fillrule", &paint.fillRule);
+    static const cap_mode kCaps[] = {B_ROUND_CAP, B_BUTT_CAP, B_SQUARE_CAP};
+    read_enum(archive, "_dmod", 0, B_OP_ALPHA, &paint.mode);
+    paint.cap = BPrivate::enum_among(archive->GetInt32("_lines", 0, paint.cap), kCaps, paint.cap);
+    read_enum(archive, "_lines", 1, B_SQUARE_JOIN, &paint.join);
+    read_enum(archive, "_blend", 0, B_CONSTANT_ALPHA, &paint.alphaSource);
+    read_enum(archive, "_blend", 1, B_ALPHA_COMPOSITE_DARKEN, &paint.alphaFunction);
+    if (archive->GetInt32("_fillrule", B_NONZERO) == B_EVEN_ODD)
+        paint.fillRule = B_EVEN_ODD;
 }
 
 static BFont read_font(const BMessage* archive)

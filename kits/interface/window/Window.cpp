@@ -52,22 +52,20 @@ BWindow::BWindow(BMessage* archive) : BLooper(archive)
 {
     BRect frame;
     const char* title = "";
-    int32 look = B_TITLED_WINDOW_LOOK, feel = B_NORMAL_WINDOW_FEEL, type, flags = 0;
+    int32 type = B_TITLED_WINDOW, number, flags = 0;
     int32 workspaces = B_CURRENT_WORKSPACE;
     if (archive->FindRect("_frame", &frame) != B_OK)
         frame.Set(100, 100, 200, 200);
     archive->FindString("_title", &title);
-    if (read_archived(archive, "_type", &type)) {
-        const auto style = BPrivate::style_of_type(static_cast<window_type>(type));
-        look = style.look;
-        feel = style.feel;
-    }
-    read_archived(archive, "_wlook", &look);
-    read_archived(archive, "_wfeel", &feel);
+    read_archived(archive, "_type", &type);
     read_archived(archive, "_flags", &flags);
     read_archived(archive, "_wspace", &workspaces);
-    _Init(frame, title, static_cast<window_look>(look), static_cast<window_feel>(feel), flags,
-          workspaces);
+    const auto style = BPrivate::style_of_type(static_cast<window_type>(type));
+    _Init(frame, title, style.look, style.feel, flags, workspaces);
+    if (read_archived(archive, "_wlook", &number))
+        SetLook(static_cast<window_look>(number));
+    if (read_archived(archive, "_wfeel", &number))
+        SetFeel(static_cast<window_feel>(number));
 
     float width, height;
     if (archive->FindFloat("_zoom", 0, &width) == B_OK &&
