@@ -627,12 +627,12 @@ static void make_tabs(int32_t top, int32_t width, int32_t height)
     AddTab(tabs, "Attributes");
     AddTab(tabs, "Contents");
     facts = make(LIST, EDGE, EDGE, page_width, page_height);
+    SetFontGadget(facts, font);
     AddGadgetInTab(facts, tabs, 0);
     editor = make(EDITOR, EDGE, EDGE, page_width, page_height);
+    SetFontGadget(editor, font);
     TEditMakeEditable(editor, 0);
     AddGadgetInTab(editor, tabs, 1);
-    SetFontGadget(facts, font);
-    SetFontGadget(editor, font);
     TabSelect(tabs, front);
 }
 
@@ -687,7 +687,9 @@ static void make_window(void)
     bell = make(CHECK_BOX, 0, 0, 10, 10);
     HideGadget(window, bell);
     tree = make(OUTLINE, EDGE, EDGE, TREE_WIDTH, LIST_HEIGHT);
+    HideGadget(window, tree);
     SetBackColorGadget(tree, row_ground);
+    SetGadget(window, tree);
     entries = make(LIST, RIGHT, EDGE + HEAD, LIST_HEIGHT, LIST_HEIGHT);
     font = OpenFont("Courier10 BT", NULL, 11); /* columns want letters of one width */
     SetFontGadget(entries, font);

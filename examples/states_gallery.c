@@ -34,8 +34,10 @@ static int32_t make(int32_t kind, int32_t column, int32_t y, int32_t width, int3
     const int32_t x = scaled(12) + column * scaled(138);
     const int32_t ident =
         CreateGadget(kind, window, x, y, scaled(width), scaled(height), text, value);
+    HideGadget(window, ident); /* its style shows with the next redraw */
     SetFontGadget(ident, font);
     SetForeColorGadget(ident, (int32_t)colors[TEXTS], (int32_t)colors[GROUND]);
+    SetGadget(window, ident);
     if (count < MOST)
         samples[count++] = ident;
     return ident;

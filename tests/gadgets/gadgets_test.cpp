@@ -3,6 +3,7 @@
 #include "gadget_window.h"
 
 #include <Box.h>
+#include <Control.h>
 #include <Slider.h>
 #include <StatusBar.h>
 #include <StringView.h>
@@ -452,6 +453,70 @@ TEST_F(GadgetTest, RadioGroupsSelectByIndex)
     EXPECT_EQ(Calls(), "");
     SetEnabled(group, 1);
     EXPECT_EQ(GetEnabled(group), 1);
+}
+
+// Calls of some kinds are for gadgets in a window; the others work without one.
+TEST_F(GadgetTest, SomeSettersLeaveGadgetsInNoWindowAlone)
+{
+    const char* const labels[] = {"a", "b", nullptr};
+    const auto loose = [](int32_t kind, const void* text) {
+        return CreateGadget(kind, -1, 0, 0, 80, 40, text, 100);
+    };
+    const int32_t group = loose(18, labels), bar = loose(17, nullptr), slider = loose(15, "s");
+    const int32_t box = loose(24, "box"), across = loose(13, nullptr), check = loose(2, "c");
+    RadSelected(group, 1);
+    SetStatusValue(bar, 10);
+    SetStatusMaxValue(bar, 7);
+    SetStatusLabel(bar, "text");
+    SetStatusTrail(bar, "trail");
+    SetStatusBarHeight(bar, 33);
+    SetStatusBarColor(bar, 0x010203FF);
+    SetLimitsLabel(slider, "low", "high");
+    SetSliderPosition(slider, 40);
+    SetStyle(slider, 0);
+    SetBorder(box, 2);
+    SetValue(across, 9);
+    SetChecked(check, 1);
+    EXPECT_EQ(GetValue(group), 0);
+    EXPECT_EQ(GetValue(bar), 0);
+    EXPECT_EQ(GetValue(slider), 40);
+    EXPECT_EQ(GetValue(across), 9);
+    EXPECT_TRUE(GetChecked(check));
+    for (const int32_t ident : {bar, slider, box})
+        AttachGadgetToWindow(window, ident);
+    WithView(0, [](BView* view) {
+        auto* own = dynamic_cast<BStatusBar*>(view);
+        EXPECT_EQ(own->MaxValue(), 100);
+        EXPECT_TRUE(own->Text() == nullptr || own->Text()[0] == '\0');
+        EXPECT_TRUE(own->TrailingText() == nullptr || own->TrailingText()[0] == '\0');
+        EXPECT_NE(own->BarHeight(), 33);
+        EXPECT_NE(own->BarColor(), make_color(1, 2, 3));
+        return 0;
+    });
+    WithView(1, [](BView* view) {
+        auto* own = dynamic_cast<BSlider*>(view);
+        EXPECT_EQ(own->MinLimitLabel(), nullptr);
+        EXPECT_EQ(own->Style(), B_TRIANGLE_THUMB);
+        return 0;
+    });
+    WithView(2, [](BView* view) {
+        EXPECT_EQ(dynamic_cast<BBox*>(view)->Border(), B_NO_BORDER);
+        return 0;
+    });
+    for (const int32_t ident : {group, across, check})
+        KillGadget(0, ident);
+}
+
+TEST_F(GadgetTest, OnlyAWholeCheckCounts)
+{
+    const int32_t check = Make(2, 10, 10, 80, 24);
+    for (const int32_t value : {2, -1, 0, 1}) {
+        WithView(0, [=](BView* view) {
+            static_cast<BControl*>(view)->SetValue(value);
+            return 0;
+        });
+        EXPECT_EQ(GetChecked(check), value == 1) << value;
+    }
 }
 
 TEST_F(GadgetTest, ColoursArePackedWithoutMasks)

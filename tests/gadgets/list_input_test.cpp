@@ -285,9 +285,34 @@ TEST_F(ListInput, DroppedFilesReachTheListsHandler)
         const char* paths[] = {name};
         inject_file_drop(window.X(60), window.Y(40), paths, 1);
         EXPECT_TRUE(eventually([&] { return Calls() == "files 1 " + std::string(name); })) << kind;
+        SetHandlerForGadget(ident, 7, nullptr);
+        inject_file_drop(window.X(60), window.Y(40), paths, 1);
+        EXPECT_EQ(Calls(), "") << "nobody asked";
         KillGadget(0, ident);
     }
     unlink(name);
+}
+
+// As many paths are passed on as the message has fields.
+TEST_F(ListInput, ManyDroppedFilesAreCutShortKept)
+{
+    const int32_t ident = MakeFull(7);
+    SetHandlerForGadget(ident, 7, reinterpret_cast<void*>(+[](int32_t count, char** paths) {
+                            std::string call = std::to_string(count);
+                            for (int32_t i = 0; i < count; i++)
+                                call += " " + std::string(paths[i]);
+                            gHandlers.Add(call + (paths[count] == nullptr ? "" : "?"));
+                            return 0;
+                        }));
+    const char* three[] = {"/usr", "/etc", "/tmp"};
+    inject_file_drop(window.X(60), window.Y(40), three, 3);
+    EXPECT_TRUE(eventually([&] { return Calls() == "3 /usr /etc /tmp"; }));
+    const std::vector<const char*> many(40, "/usr");
+    inject_file_drop(window.X(60), window.Y(40), many.data(), 40);
+    std::string calls;
+    EXPECT_TRUE(eventually([&] { return !(calls += Calls()).empty(); }));
+    EXPECT_GE(std::stoi(calls), 3);
+    EXPECT_LT(std::stoi(calls), 40);
 }
 
 // ---- Keys

@@ -60,6 +60,11 @@ protected:
         }
         return true;
     }
+    static void DrawAnew(int32_t ident)
+    {
+        HideGadget(0, ident);
+        SetGadget(0, ident);
+    }
     // What an action makes of the picture, once it is another one.
     template <class Act>
     static bool Changes(Act act)
@@ -125,8 +130,10 @@ TEST_F(StylePixels, TextsAndGroundsHaveTheirColours)
     const int32_t check = Show(2);
     EXPECT_TRUE(Appears(0, 5));
     SetForeColorGadget(check, static_cast<int32_t>(0xC01020FF), -1);
+    DrawAnew(check);
     EXPECT_TRUE(Appears(0xC01020, 5));
     SetBackColorGadget(check, 0x12AB34FF);
+    DrawAnew(check);
     EXPECT_TRUE(Appears(0x12AB34, 100));
     EXPECT_TRUE(Changes([=] { SetEnabled(check, 0); }));
 }
@@ -135,7 +142,31 @@ TEST_F(StylePixels, FontsShow)
 {
     const int32_t check = Show(2);
     const int32_t large = OpenFont(nullptr, nullptr, 24);
-    EXPECT_TRUE(Changes([=] { SetFontGadget(check, large); }));
+    EXPECT_TRUE(Changes([=] {
+        SetFontGadget(check, large);
+        DrawAnew(check);
+    }));
+    CloseFont(large);
+}
+
+TEST_F(StylePixels, StylesWaitForTheNextRedrawKept)
+{
+    const int32_t check = Show(2);
+    const int32_t large = OpenFont(nullptr, nullptr, 24);
+    EXPECT_TRUE(Appears(0, 5));
+    EXPECT_TRUE(eventually(IsDrawn));
+    const Pixels before = pixels_shown();
+    SetForeColorGadget(check, static_cast<int32_t>(0xC01020FF), -1);
+    SetBackColorGadget(check, 0x12AB34FF);
+    SetFontGadget(check, large);
+    SetAntiliasingGadget(check, 0);
+    WithView(0, [](BView* view) {
+        EXPECT_FALSE(view->Window()->NeedsUpdate());
+        return 0;
+    });
+    Settle();
+    EXPECT_EQ(pixels_shown(), before);
+    EXPECT_TRUE(Changes([=] { DrawAnew(check); }));
     CloseFont(large);
 }
 
