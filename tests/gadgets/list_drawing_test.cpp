@@ -28,6 +28,55 @@ bool becomes(BPoint place, uint32_t color)
     return eventually([=] { return pixel_at(place) == color; }, 10'000'000);
 }
 
+std::vector<uint32_t> pixels_of(const BBitmap& bitmap)
+{
+    std::vector<uint32_t> pixels;
+    for (int32 y = 0; y <= bitmap.Bounds().IntegerHeight(); y++) {
+        const auto* row = reinterpret_cast<const uint32_t*>(
+            static_cast<const char*>(bitmap.Bits()) + y * bitmap.BytesPerRow());
+        for (int32 x = 0; x <= bitmap.Bounds().IntegerWidth(); x++)
+            pixels.push_back(row[x] & 0xFFFFFF);
+    }
+    return pixels;
+}
+
+std::vector<uint32_t> pixels_on_screen(BRect frame)
+{
+    BBitmap* shot = nullptr;
+    EXPECT_EQ(BScreen().GetBitmap(&shot, false, &frame), B_OK);
+    const std::unique_ptr<BBitmap> owner(shot);
+    return pixels_of(*shot);
+}
+
+rgb_color color_of(uint32_t rgb)
+{
+    return {uint8_t(rgb >> 16), uint8_t(rgb >> 8), uint8_t(rgb), 255};
+}
+
+// A row of that size as it has to look, in colours 0xRRGGBB.
+std::vector<uint32_t> drawn_row(BRect bounds, const BFont& font, const char* text, uint32_t ground,
+                                uint32_t ink)
+{
+    bounds.OffsetTo(0, 0);
+    BBitmap bitmap(bounds, B_RGB32, true);
+    auto* view = new BView(bounds, nullptr, B_FOLLOW_NONE, B_WILL_DRAW);
+    bitmap.AddChild(view);
+    EXPECT_TRUE(bitmap.Lock());
+    view->SetFont(&font);
+    view->SetHighColor(color_of(ground));
+    view->FillRect(bounds);
+    view->SetLowColor(color_of(ground));
+    view->SetHighColor(color_of(ink));
+    font_height height;
+    font.GetHeight(&height);
+    const float glyphs = height.ascent + height.descent;
+    const float spare = bounds.Height() - (glyphs + height.leading);
+    view->DrawString(text, BPoint(10, glyphs + spare / 2 - 2));
+    view->Sync();
+    bitmap.Unlock();
+    return pixels_of(bitmap);
+}
+
 int32_t gList;
 std::atomic<int32_t> gDrawn;
 
@@ -72,6 +121,36 @@ TEST_F(ListGadgets, RowsHaveTheColoursOfTheirState)
         EXPECT_TRUE(becomes(PlaceOf(3, 140), 0x778899)) << "disabled rows have the list's";
         ChangeLvColor(ident, -1, -1, -1, -1, -1, -1);
         EXPECT_TRUE(becomes(PlaceOf(0, 140), 0x112233));
+        KillGadget(0, ident);
+    }
+}
+
+TEST_F(ListGadgets, TextsHaveThePlaceAndTheColourOfTheirState)
+{
+    for (const int32_t kind : {7, 20}) {
+        const int32_t ident = MakeList(kind, {"plain", "chosen", "disabled", "own"});
+        const auto looks = [&](int32_t row, const char* text, uint32_t ground, uint32_t ink) {
+            BFont font;
+            const BRect frame = WithList([&](BListView& list) {
+                list.GetFont(&font);
+                return list.ConvertToScreen(list.ItemFrame(row));
+            });
+            const std::vector<uint32_t> wanted = drawn_row(frame, font, text, ground, ink);
+            return eventually([&] { return pixels_on_screen(frame) == wanted; }, 10'000'000);
+        };
+        EnableItemLv(ident, 2, 0);
+        SetSelectEntry(ident, 1);
+        EXPECT_TRUE(looks(0, "plain", 0xE2E2E2, 0x000000)) << kind;
+        EXPECT_TRUE(looks(2, "disabled", 0x960A28, 0xDE110A)) << kind;
+        ChangeLvColor(ident, -1, 0x112233FF, 0x445566FF, -1, -1, 0x778899FF);
+        EXPECT_TRUE(looks(0, "plain", 0xE2E2E2, 0x112233)) << kind;
+        EXPECT_TRUE(looks(1, "chosen", 0xFFFFFF, 0x445566)) << kind;
+        EXPECT_TRUE(looks(2, "disabled", 0x960A28, 0x778899)) << kind;
+        ChangeItemColor(ident, 3, 0x00FF00FF, 0x880000FF, 0x000088FF, 0xFFFF00FF);
+        EXPECT_TRUE(looks(3, "own", 0x00FF00, 0x880000)) << kind;
+        SetSelectEntry(ident, 3);
+        ChangeEntryStr(ident, 3, "another");
+        EXPECT_TRUE(looks(3, "another", 0xFFFF00, 0x000088)) << kind;
         KillGadget(0, ident);
     }
 }

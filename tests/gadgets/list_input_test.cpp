@@ -116,6 +116,19 @@ TEST_F(ListInput, SecondClickOfAnOutlineNeedsAHandler)
     EXPECT_EQ(Calls(), "value 1") << "else it selects again";
 }
 
+TEST_F(ListInput, FurtherClicksOfARowAreToldByOutlinesOnly)
+{
+    set_click_speed(10000000);
+    for (const int32_t kind : {7, 20}) {
+        const int32_t ident = MakeFull(kind);
+        Click(60, 250);  // no click of the list before counts
+        for (int i = 0; i < 3; i++)
+            ClickRow(3);
+        EXPECT_EQ(Calls(), kind == 7 ? "value 3, double 3" : "value 3, double 3, double 3");
+        KillGadget(0, ident);
+    }
+}
+
 TEST_F(ListInput, OtherButtonsSelectNothing)
 {
     for (const int32_t kind : {7, 20}) {
@@ -259,6 +272,30 @@ TEST_F(ListInput, MovingWithTheButtonDownDragsTheRowIfAllowed)
     EXPECT_EQ(Calls(), "value 3") << "a click drags nothing";
     SetDragLv(ident, 0);
     EXPECT_EQ(drag(), "value 2");
+}
+
+// Which Control does not move.
+TEST_F(ListInput, DragsTakeTheRowOfTheLastPlainClickKept)
+{
+    const int32_t ident = MakeFull(7);
+    SetMultiSelect(ident, 1);
+    SetDragLv(ident, 1);
+    BWindow* object = Object();
+    object->Lock();
+    object->ChildAt(0)->AddChild(new DropView(BRect(160, 0, 280, 120)));
+    object->Unlock();
+    ClickRow(1);
+    inject_key(kKeyControl, true);
+    PressRow(4);
+    Settle();
+    window.Point(64, static_cast<int32_t>(PlaceOf(4).y) + 3);
+    Settle();
+    window.Point(200, 60);
+    Settle();
+    Release();
+    inject_key(kKeyControl, false);
+    EXPECT_EQ(Calls(), "value 1, value 1, dropped 1");
+    EXPECT_EQ(Selected(ident), "14");
 }
 
 // The window's thread is free while the button stays down.

@@ -59,6 +59,42 @@ TEST_F(ListGadgets, KindsDifferByTheirBarsWhichTakeTheirRoom)
     }
 }
 
+TEST_F(ListGadgets, ListsFollowTheSizeOfTheirGadget)
+{
+    for (const int32_t kind : {7, 10, 20, 23}) {
+        const int32_t ident = MakeList(kind, {"a"});
+        const auto list = [&] { return WithList([](BListView& view) { return view.Frame(); }); };
+        const BRect whole = FrameOf(0), before = list();
+        for (const int32_t by : {40, -30}) {
+            ResizeGadget(ident, whole.IntegerWidth() + by, whole.IntegerHeight() + by / 2);
+            EXPECT_EQ(list().Width(), before.Width() + by) << kind;
+            EXPECT_EQ(list().Height(), before.Height() + by / 2) << kind;
+        }
+        KillGadget(0, ident);
+    }
+}
+
+TEST_F(ListGadgets, NothingIsSelectedInAListWithoutRows)
+{
+    for (const int32_t kind : {7, 20}) {
+        const int32_t ident = MakeList(kind, {});
+        for (const int32_t several : {0, 1}) {
+            SetMultiSelect(ident, several);
+            LvSelectAll(ident);
+            LvSelectNone(ident);
+            SortLv(ident);
+            ClearListView(ident);
+            LvExpandAll(ident);
+            LvCollapseAll(ident);
+            EXPECT_EQ(GetLvSelected(ident), -1);
+            EXPECT_STREQ(GetLvFirstItem(ident), "");
+            EXPECT_STREQ(GetLvLastItem(ident), "");
+        }
+        EXPECT_EQ(gHandlers.Take(), "") << kind;
+        KillGadget(0, ident);
+    }
+}
+
 TEST_F(ListGadgets, TextsAreCutToTheBuffer)
 {
     const std::string long_text(5000, 'x');

@@ -2,10 +2,15 @@
 
 #include "gadgets/gadget_window.h"
 
+#include <Bitmap.h>
+#include <Screen.h>
 #include <TabView.h>
 
 #include <algorithm>
 #include <limits>
+#include <memory>
+#include <string>
+#include <utility>
 #include <vector>
 
 namespace {
@@ -109,6 +114,44 @@ TEST_F(TabGadgets, DisabledTabsStayBehind)
     TabEnable(ident, 0, 1);
     TabSelect(ident, 0);
     EXPECT_EQ(Calls(), "value 0");
+}
+
+TEST_F(TabGadgets, TabsThatAreTurnedOffHavePaleLabels)
+{
+    const int32_t ident = MakeTabs({"label", "label"});
+    const auto darkest = [&] {
+        BBitmap* shot = nullptr;
+        BRect frame = Ask([](BTabView& tabs) {
+            return tabs.ConvertToScreen(tabs.TabFrame(1).InsetByCopy(12, 5));
+        });
+        EXPECT_EQ(BScreen().GetBitmap(&shot, false, &frame), B_OK);
+        const std::unique_ptr<BBitmap> owner(shot);
+        const auto* bytes = static_cast<const uint8_t*>(shot->Bits());
+        uint8_t least = 255;  // of blue, in rows of four bytes a pixel
+        for (int32 i = 0; i < shot->BitsLength(); i += 4)
+            least = std::min(least, bytes[i]);
+        return least;
+    };
+    EXPECT_TRUE(eventually([&] { return darkest() < 40; }));
+    TabEnable(ident, 1, 0);
+    EXPECT_TRUE(eventually([&] { return darkest() > 70; }));
+    TabEnable(ident, 1, 1);
+    EXPECT_TRUE(eventually([&] { return darkest() < 40; }));
+}
+
+TEST_F(TabGadgets, PagesKeepTheSizeThatTabsHadKept)
+{
+    const int32_t ident = MakeTabs({"a", "b"});
+    const auto widths = [&] {
+        return Ask([](BTabView& tabs) {
+            return std::pair(tabs.Frame().Width(), tabs.ViewForTab(1)->Frame().Width());
+        });
+    };
+    EXPECT_EQ(widths(), std::pair(280.0f, 279.0f));
+    ResizeGadget(ident, 250, 180);
+    EXPECT_EQ(widths(), std::pair(250.0f, 279.0f));
+    TabSelect(ident, 1);
+    EXPECT_EQ(widths(), std::pair(250.0f, 279.0f));
 }
 
 TEST_F(TabGadgets, BadArgumentsChangeNothing)
