@@ -1119,7 +1119,8 @@ char *GetFontNameList(int32_t index);
    of any size, up to 64 million pixels. Each has an ident, which drawing calls also take as their
    target: they draw into its first picture, on a transparent ground, with black at first. Calls
    that make one return its ident, and 0 if they can not. It lives until CloseIcon or Close_Sys.
-   Any thread. */
+   Where the screen has several pixels for each of a picture's, it is scaled smoothly, and a drawing
+   in SVG that nobody has drawn on is drawn in the screen's own pixels. Any thread. */
 
 /* Loads the icon of a file or folder, links followed, 16 and 32 pixels square: its own, else that
    of its type. */

@@ -57,7 +57,7 @@ static bool matches_webp(const uint8* head, size_t size)
     return size >= 16 && text.starts_with("RIFF") && text.substr(8).starts_with("WEBPVP8");
 }
 
-static bool matches_svg(const uint8* head, size_t size)
+bool MatchesSvg(const uint8* head, size_t size)
 {
     std::string_view text = text_of(head, size);
     if (text.starts_with("\xef\xbb\xbf"))
@@ -83,7 +83,7 @@ const ImageFormat kImageFormats[] = {
      0.6f},
     {B_TGA_FORMAT, "Targa image", "image/x-targa", "", MatchesTarga, ReadTarga, WriteTarga, true,
      0.7f, 0.3f},
-    {'SVG ', "SVG drawing", "image/svg+xml", "", matches_svg, ReadSvg, nullptr, true, 0.7f, 0.5f,
+    {'SVG ', "SVG drawing", "image/svg+xml", "", MatchesSvg, ReadSvg, nullptr, true, 0.7f, 0.5f,
      ReadsSvg},
 };
 

@@ -6,6 +6,9 @@
 #include <DataIO.h>
 #include <TranslationDefs.h>
 
+#include <string>
+#include <vector>
+
 #include <server/screen/ImageCodecs.h>
 
 namespace [[gnu::visibility("hidden")]] BPrivate {
@@ -40,6 +43,9 @@ extern const int32 kImageFormatCount;
 // Those that the host has no reader or writer for, or none that is good for hostile files.
 bool ReadsSvg();
 status_t ReadSvg(BPositionIO* source, const PlaceForImage& place);
+// The same drawing in so many B_RGBA32 pixels.
+bool DrawSvg(const std::string& bytes, int32 width, int32 height, std::vector<uint32>* pixels);
+bool MatchesSvg(const uint8* head, size_t size);
 status_t ReadGif(BPositionIO* source, const PlaceForImage& place);
 status_t WriteGif(const Surface& image, BPositionIO* destination);
 bool MatchesTarga(const uint8* head, size_t size);

@@ -4,6 +4,7 @@
 
 #include "translation/ImageFormats.h"
 
+#include <DataIO.h>
 #include <OS.h>
 
 #include <errno.h>
@@ -23,6 +24,7 @@
 #include <string>
 #include <string_view>
 #include <utility>
+#include <vector>
 
 namespace BPrivate {
 
@@ -68,7 +70,8 @@ public:
         while (waitpid(fProcess, nullptr, 0) < 0 && errno == EINTR) {
         }
     }
-    status_t Start(const std::string& path, const Descriptor& input);
+    status_t Start(const std::string& path, const Descriptor& input,
+                   const std::vector<std::string>& options);
     // All that it writes.
     status_t Read(BPositionIO* output);
 
@@ -85,7 +88,8 @@ static void limit(pid_t process, __rlimit_resource what, rlim_t most)
     prlimit(process, what, &both, nullptr);
 }
 
-status_t Converter::Start(const std::string& path, const Descriptor& input)
+status_t Converter::Start(const std::string& path, const Descriptor& input,
+                          const std::vector<std::string>& options)
 {
     int ends[2];
     if (pipe2(ends, O_CLOEXEC) != 0)
@@ -106,9 +110,14 @@ status_t Converter::Start(const std::string& path, const Descriptor& input)
     sigfillset(&signals);
     posix_spawnattr_setsigdefault(&attributes, &signals);
     posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF);
-    std::string name = kCommand;
-    char* arguments[] = {name.data(), nullptr};
-    const int error = posix_spawn(&fProcess, path.c_str(), &files, &attributes, arguments, environ);
+    std::vector<std::string> words = options;
+    words.insert(words.begin(), kCommand);
+    std::vector<char*> arguments;
+    for (std::string& word : words)
+        arguments.push_back(word.data());
+    arguments.push_back(nullptr);
+    const int error =
+        posix_spawn(&fProcess, path.c_str(), &files, &attributes, arguments.data(), environ);
     posix_spawnattr_destroy(&attributes);
     posix_spawn_file_actions_destroy(&files);
     if (error != 0) {
@@ -189,20 +198,42 @@ static status_t copy_drawing(BPositionIO* source, Descriptor* _copy)
     return B_OK;
 }
 
-status_t ReadSvg(BPositionIO* source, const PlaceForImage& place)
+// As a PNG image.
+static status_t convert(BPositionIO* source, const std::vector<std::string>& options,
+                        BPositionIO* picture)
 {
     Descriptor drawing;
     status_t status = copy_drawing(source, &drawing);
     if (status != B_OK)
         return status;
+    Converter converter;
+    status = converter.Start(find_command(), drawing, options);
+    return status == B_OK ? converter.Read(picture) : status;
+}
+
+status_t ReadSvg(BPositionIO* source, const PlaceForImage& place)
+{
     BMallocIO picture;
-    {
-        Converter converter;
-        status = converter.Start(find_command(), drawing);
-        if (status == B_OK)
-            status = converter.Read(&picture);
-    }
+    const status_t status = convert(source, {}, &picture);
     return status == B_OK ? server::ReadImage(&picture, "png", place) : status;
+}
+
+bool DrawSvg(const std::string& bytes, int32 width, int32 height, std::vector<uint32>* pixels)
+{
+    BMemoryIO source(bytes.data(), bytes.size());
+    BMallocIO picture;
+    if (convert(&source, {"--width=" + std::to_string(width), "--height=" + std::to_string(height)},
+                &picture) != B_OK)
+        return false;
+    const auto place = [&](int32 made_width, int32 made_height, color_space space) {
+        Surface target;
+        if (made_width != width || made_height != height || space != B_RGBA32)
+            return target;
+        pixels->assign(size_t(width) * size_t(height), 0);
+        target = {reinterpret_cast<uint8*>(pixels->data()), width * 4, width, height, B_RGBA32};
+        return target;
+    };
+    return server::ReadImage(&picture, "png", place) == B_OK;
 }
 
 }  // namespace BPrivate

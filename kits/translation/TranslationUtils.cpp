@@ -13,15 +13,39 @@
 
 #include <string.h>
 
+#include <algorithm>
 #include <atomic>
 #include <memory>
 #include <new>
+#include <string>
+
+#include <interface/drawing/SharpPicture.h>
+
+#include "translation/ImageFormats.h"
 
 static std::atomic<color_space> sColorSpace = B_RGB32;  // any thread
 
 static BTranslatorRoster& roster_or_default(BTranslatorRoster* roster)
 {
     return roster != nullptr ? *roster : *BTranslatorRoster::Default();
+}
+
+// A drawing is drawn anew where the screen has more pixels than the bitmap.
+static void keep_drawing(const BBitmap& bitmap, BPositionIO& stream)
+{
+    const off_t kMostBytes = 1 << 20;
+    off_t size = 0;
+    if (!BPrivate::has_fine_screen() || bitmap.ColorSpace() != B_RGBA32 ||
+        stream.GetSize(&size) != B_OK || size < 1 || size > kMostBytes)
+        return;
+    auto bytes = std::make_shared<std::string>(size_t(size), '\0');
+    if (stream.ReadAtExactly(0, bytes->data(), bytes->size()) != B_OK ||
+        !BPrivate::MatchesSvg(reinterpret_cast<const uint8*>(bytes->data()),
+                              std::min(bytes->size(), BPrivate::kHeadSize)))
+        return;
+    BPrivate::keep_maker(bitmap, [bytes](int32 width, int32 height, auto* pixels) {
+        return BPrivate::DrawSvg(*bytes, width, height, pixels);
+    });
 }
 
 BBitmap* BTranslationUtils::GetBitmap(const char* name, BTranslatorRoster* roster)
@@ -56,6 +80,8 @@ BBitmap* BTranslationUtils::GetBitmap(BPositionIO* stream, BTranslatorRoster* ro
     if (roster_or_default(roster).Translate(stream, nullptr, &extension, &bitmaps,
                                             B_TRANSLATOR_BITMAP) == B_OK)
         bitmaps.DetachBitmap(&bitmap);
+    if (bitmap != nullptr)
+        keep_drawing(*bitmap, *stream);
     return bitmap;
 }
 

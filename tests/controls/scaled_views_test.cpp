@@ -12,6 +12,7 @@
 #include <Injection.h>
 #include <gtest/gtest.h>
 
+#include <interface/drawing/SharpPicture.h>
 #include <interface/view/ViewPrivate.h>
 
 #include <cmath>
@@ -409,4 +410,101 @@ TEST(ScaledBitmaps, FollowTheScreenOfTheirWindow)
         EXPECT_EQ(picture.At(box.right, box.bottom), 0xC81E1Eu);
         EXPECT_EQ(raster->Pixels(), before);
     }
+}
+
+TEST(ScaledBitmaps, BecomeSharpOnAFinerScreen)
+{
+    ScaledWindow window(1);
+    auto* raster = new Raster;
+    window.Add(raster);
+    window.Draw();
+    window.SetScale(2);
+    window.Draw();
+    ASSERT_TRUE(raster->bitmap.Lock());
+    raster->board->SetFontSize(14);
+    raster->board->DrawString("Sharp letters", BPoint(10, 40));
+    raster->bitmap.Unlock();
+    window->Lock();
+    raster->Invalidate();
+    window->Unlock();
+    const auto picture = window.Draw();
+    ScaledWindow direct(2);
+    direct.Add(new Letters);
+    EXPECT_TRUE(picture == direct.Draw());
+}
+
+// Bits that were asked for long before they are written to.
+TEST(ScaledBitmaps, ShowWhatIsWrittenBetweenDrawings)
+{
+    ScaledWindow window(2);
+    auto* raster = new Raster;
+    window.Add(raster);
+    uint32* const pixel = raster->Pixel(30, 30);
+    for (uint32 color : {0xFF112233u, 0xFF445566u}) {
+        ASSERT_TRUE(raster->bitmap.Lock());
+        raster->board->SetHighColor(200, 30, 30);
+        raster->board->FillRect(BRect(20, 20, 40, 40));
+        *pixel = color;
+        raster->board->StrokeLine(BPoint(0, 60), BPoint(119, 61));
+        raster->bitmap.Unlock();
+        window->Lock();
+        raster->Invalidate();
+        window->Unlock();
+        const auto picture = window.Draw();
+        EXPECT_EQ(picture.At(60, 60), color & 0xFFFFFF);
+        EXPECT_EQ(picture.At(61, 61), color & 0xFFFFFF);
+        EXPECT_EQ(picture.At(62, 61), 0xC81E1Eu);
+    }
+}
+
+namespace {
+
+// A bitmap of 10 x 10 that is the left half of itself, and finer than that where it can be.
+class Halves : public BView {
+public:
+    Halves() : BView(BRect(0, 0, 119, 79), "halves", B_FOLLOW_LEFT_TOP, B_WILL_DRAW)
+    {
+        const auto make = [](int32 width, int32 height, std::vector<uint32>* pixels) {
+            for (int32 i = 0; i < width * height; i++)
+                pixels->push_back(i % width < width * 11 / 20 ? 0xFFFF0000 : 0xFF0000FF);
+            return true;
+        };
+        std::vector<uint32> own;
+        make(10, 10, &own);
+        bitmap.ImportBits(own.data(), 400, 40, 0, B_RGBA32);
+        BPrivate::keep_maker(bitmap, make);
+    }
+    void Draw(BRect) override { DrawBitmap(&bitmap, BPoint(10, 10)); }
+
+    BBitmap bitmap{BRect(0, 0, 9, 9), B_RGBA32};
+};
+
+}  // namespace
+
+TEST(ScaledDrawings, AreMadeInTheScreensPixels)
+{
+    ScaledWindow window(2);
+    auto* halves = new Halves;
+    window.Add(halves);
+    auto picture = window.Draw();
+    EXPECT_EQ(picture.At(30, 30), 0xFF0000u);
+    EXPECT_EQ(picture.At(31, 30), 0x0000FFu);  // half a unit further on, with nothing between them
+    const BBitmap copy(halves->bitmap);
+    EXPECT_NE(BPrivate::sharp_pixels(copy, 20, 20), nullptr);
+
+    // What is written to the bitmap counts more.
+    window->Lock();
+    static_cast<uint32*>(halves->bitmap.Bits())[0] = 0xFF00FF00;
+    halves->Invalidate();
+    window->Unlock();
+    picture = window.Draw();
+    EXPECT_EQ(picture.At(20, 20), 0x00FF00u);
+    EXPECT_EQ(BPrivate::sharp_pixels(halves->bitmap, 20, 20), nullptr);
+    EXPECT_NE(BPrivate::sharp_pixels(copy, 20, 20), nullptr);
+}
+
+TEST(ScaledDrawings, TakeNoMemoryOnAPlainScreen)
+{
+    const Halves halves;
+    EXPECT_EQ(BPrivate::sharp_pixels(halves.bitmap, 20, 20), nullptr);
 }

@@ -32,6 +32,9 @@
 
 #include <glib.h>
 
+#include <Injection.h>
+#include <interface/drawing/SharpPicture.h>
+
 #include "support/command.h"
 #include "support/desktop_folder.h"
 
@@ -362,6 +365,15 @@ TEST(Icons, UsersThemeIsAskedFirstAndItsDrawingsToo)
         EXPECT_EQ(get_named_icon("../mimetypes/text-plain", &icon, size), B_ENTRY_NOT_FOUND);
         EXPECT_EQ(get_named_icon("no-such-icon", &icon, size), B_ENTRY_NOT_FOUND);
     }
+    // On a screen of more pixels a drawing has them.
+    inject_display_scale(2);
+    BBitmap icon = icon_bitmap(B_MINI_ICON);
+    EXPECT_EQ(BMimeType("text/plain").GetIcon(&icon, B_MINI_ICON), B_OK);
+    const auto pixels = BPrivate::sharp_pixels(icon, 30, 30);
+    inject_display_scale(1);
+    ASSERT_NE(pixels, nullptr);
+    EXPECT_EQ((*pixels)[14], 0xFFFF0000u);
+    EXPECT_EQ((*pixels)[15] >> 24, 0u);
 }
 
 static const std::string kSvg =

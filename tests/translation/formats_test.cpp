@@ -3,8 +3,12 @@
 #include "Pictures.h"
 
 #include <Message.h>
+#include <TranslationUtils.h>
 
+#include <Injection.h>
 #include <gtest/gtest.h>
+
+#include <interface/drawing/SharpPicture.h>
 
 #include <cmath>
 
@@ -169,6 +173,20 @@ TEST(ImageFormats, DrawingsKeepTheirSizeAndClearParts)
     EXPECT_EQ(pixel_at(*bitmap, 3, 3), 0xFFFF0000);
     EXPECT_EQ(pixel_at(*bitmap, 38, 1) >> 24, 0u);
     EXPECT_TRUE(encode(make_fields(8, 8, B_RGB32), 'SVG ').empty());
+}
+
+TEST(ImageFormats, DrawingsHaveThePixelsOfAFinerScreen)
+{
+    inject_display_scale(2);
+    BMemoryIO file(kSvg.data(), kSvg.size());
+    const std::unique_ptr<BBitmap> bitmap(BTranslationUtils::GetBitmap(&file));
+    inject_display_scale(1);
+    ASSERT_NE(bitmap, nullptr);
+    EXPECT_EQ(bitmap->Bounds(), BRect(0, 0, 39, 19));
+    const auto pixels = BPrivate::sharp_pixels(*bitmap, 82, 41);
+    ASSERT_NE(pixels, nullptr);
+    EXPECT_EQ((*pixels)[40], 0xFFFF0000u);
+    EXPECT_EQ((*pixels)[41] >> 24, 0u);
 }
 
 // --- Targa, whose reader is ours

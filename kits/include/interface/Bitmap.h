@@ -19,6 +19,7 @@ class BWindow;
 // Flags of a bitmap. Only the first two change anything: memory is never shared with hardware.
 
 namespace BPrivate {
+struct BitmapBits;
 struct ViewPrivate;
 }  // namespace BPrivate
 
@@ -104,6 +105,7 @@ public:
     void SetBits(const void* data, int32 length, int32 offset, color_space colorSpace);
 
 private:
+    friend struct BPrivate::BitmapBits;
     friend struct BPrivate::ViewPrivate;
 
     void _Init(BRect bounds, color_space colorSpace, uint32 flags, int32 bytesPerRow);

@@ -8,6 +8,8 @@
 #include <Window.h>
 
 #include <interface/drawing/BitmapSurface.h>
+#include <interface/drawing/FinePicture.h>
+#include <interface/drawing/SharpPicture.h>
 #include <interface/geometry/Rounding.h>
 #include <interface/view/ViewPrivate.h>
 #include <server/painter/Painter.h>
@@ -19,7 +21,9 @@
 #include <cstring>
 #include <new>
 
+using BPrivate::FinePicture;
 using BPrivate::surface_of;
+using BPrivate::ViewPrivate;
 
 // The rows of a space that programs expect: padded to whole words.
 static int64 word_row(color_space space, int64 width)
@@ -36,6 +40,13 @@ static int64 default_row(color_space space, int64 width)
         return bytes;
     const int64 padded = (bytes + 63) & ~int64(63);
     return padded % 4096 == 0 ? padded + 64 : padded;
+}
+
+// Before somebody writes on the bits past the views.
+static inline void go_out(const BBitmap& bitmap)
+{
+    if (FinePicture* fine = ViewPrivate::Fine(bitmap)) [[unlikely]]
+        fine->BitsGoOut(surface_of(bitmap));
 }
 
 void BBitmap::_Init(BRect bounds, color_space colorSpace, uint32 flags, int32 bytesPerRow)
@@ -93,6 +104,7 @@ void BBitmap::_Free()
         if (window->Lock())
             window->Quit();
     }
+    BPrivate::forget_maker(this);
     server::free_pixels(std::exchange(fBits, nullptr), size_t(fLength));
     fBytesPerRow = fLength = 0;
     fBounds = BRect();
@@ -109,7 +121,8 @@ void BBitmap::_CopyFrom(const BBitmap& source, uint32 flags)
     }
     _Init(source.fBounds, source.fSpace, flags | BPrivate::kPixelsUnset, source.fBytesPerRow);
     if (fStatus == B_OK)
-        memcpy(fBits, source.fBits, size_t(fLength));
+        memcpy(Bits(), source.fBits, size_t(fLength));
+    BPrivate::copy_maker(source, *this);
 }
 
 BBitmap::BBitmap(BRect bounds, uint32 flags, color_space colorSpace, int32 bytesPerRow, screen_id)
@@ -171,7 +184,7 @@ BBitmap::BBitmap(BMessage* data) : BArchivable(data)
     const void* bits;
     ssize_t length;
     if (fStatus == B_OK && data->FindData("_data", B_RAW_TYPE, &bits, &length) == B_OK)
-        memcpy(fBits, bits, size_t(std::min<ssize_t>(length, fLength)));
+        memcpy(Bits(), bits, size_t(std::min<ssize_t>(length, fLength)));
     BMessage archive;
     for (int32 i = 0; fWindow != nullptr && data->FindMessage("_views", i, &archive) == B_OK; i++) {
         BArchivable* object = instantiate_object(&archive);
@@ -224,7 +237,11 @@ void BBitmap::UnlockBits() {}
 
 area_id BBitmap::Area() const { return B_ERROR; }
 
-void* BBitmap::Bits() const { return fBits; }
+void* BBitmap::Bits() const
+{
+    go_out(*this);
+    return fBits;
+}
 
 int32 BBitmap::BitsLength() const { return fLength; }
 
@@ -250,6 +267,7 @@ status_t BBitmap::_Import(const void* data, int64 length, int64 bytesPerRow, col
     if (data == nullptr || length < 0 || bytesPerRow < 0 || fromX < 0 || fromY < 0 || toX < 0 ||
         toY < 0 || server::BytesPerRow(space, 1) == 0)
         return B_BAD_VALUE;
+    go_out(*this);
     const server::Surface to = surface_of(*this);
     width = std::min(width, to.width - std::min(toX, to.width));
     height = std::min(height, to.height - std::min(toY, to.height));
@@ -300,6 +318,7 @@ status_t BBitmap::ImportBits(const void* data, int32 length, int32 bpr, int32 of
     if (bpr <= 0)
         bpr = int32(word_row(colorSpace, surface.width));
     if (colorSpace == fSpace && bpr == fBytesPerRow) {
+        go_out(*this);
         memmove(fBits + offset, data, size_t(std::min(length, fLength - offset)));
         return B_OK;
     }

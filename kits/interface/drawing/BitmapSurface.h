@@ -10,13 +10,18 @@ namespace BPrivate {
 // A flag for bitmaps whose maker writes every byte of them: it is not zeroed, and forgets the flag.
 const uint32 kPixelsUnset = 0x80000000;
 
+// The bits for who draws on them as views do, or only reads: nobody is told.
+struct BitmapBits {
+    static uint8* Of(const BBitmap& bitmap) { return bitmap.fBits; }
+};
+
 // The pixels of a bitmap; without bits for an invalid one. Holds while the bitmap lives.
 inline server::Surface surface_of(const BBitmap& bitmap)
 {
     server::Surface surface;
     if (!bitmap.IsValid())
         return surface;
-    surface.bits = static_cast<uint8*>(bitmap.Bits());
+    surface.bits = BitmapBits::Of(bitmap);
     surface.bytesPerRow = bitmap.BytesPerRow();
     surface.width = bitmap.Bounds().IntegerWidth() + 1;
     surface.height = bitmap.Bounds().IntegerHeight() + 1;

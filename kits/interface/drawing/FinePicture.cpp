@@ -1,5 +1,6 @@
-// Two copies of a bitmap: one as it is known, one in the screen's pixels. Where the bitmap is not
-// as known its bits were written past the views, and the finer picture takes them over as squares.
+// Two copies of a bitmap: one in the screen's pixels, and one as it is known once others may write
+// on its bits. Where the bitmap is not as known they have, and the finer picture takes that over as
+// squares.
 
 #include <interface/drawing/FinePicture.h>
 
@@ -14,7 +15,8 @@ static uint32* row_of(const server::Surface& surface, int32 y)
     return reinterpret_cast<uint32*>(surface.bits + ptrdiff_t(y) * surface.bytesPerRow);
 }
 
-std::unique_ptr<FinePicture> FinePicture::Make(const server::Surface& bitmap, float scale)
+std::unique_ptr<FinePicture> FinePicture::Make(const server::Surface& bitmap, float scale,
+                                               Bitmap state)
 {
     if (scale == 1 || bitmap.bits == nullptr ||
         (bitmap.space != B_RGBA32 && bitmap.space != B_RGB32))
@@ -23,6 +25,7 @@ std::unique_ptr<FinePicture> FinePicture::Make(const server::Surface& bitmap, fl
     if (picture == nullptr)
         return nullptr;
     MutexLock lock(picture->fLock);
+    picture->fBitsAreOut = state == Bitmap::InUse;
     return picture->_Remake(bitmap, scale) ? std::move(picture) : nullptr;
 }
 
@@ -42,22 +45,48 @@ bool FinePicture::Room::Make(server::Surface* surface, int32 width, int32 height
     return true;
 }
 
+bool FinePicture::_Know(const server::Surface& bitmap)
+{
+    if (!fKnownRoom.Make(&fKnown, bitmap.width, bitmap.height))
+        return false;
+    fKnown.space = bitmap.space;
+    for (int32 y = 0; y < bitmap.height; y++)
+        memcpy(row_of(fKnown, y), row_of(bitmap, y), size_t(bitmap.width) * 4);
+    return true;
+}
+
+// Without memory for what is known there is no picture any more, but that of the bits.
+void FinePicture::_BitsGoOut(const server::Surface& bitmap)
+{
+    MutexLock lock(fLock);
+    if (fBitsAreOut)
+        return;
+    if (!_Know(bitmap)) {
+        fFine = {};
+        fTarget = {};
+    }
+    fBitsAreOut = true;
+}
+
 bool FinePicture::_Remake(const server::Surface& bitmap, float scale)
 {
-    if (!fKnownRoom.Make(&fKnown, bitmap.width, bitmap.height) ||
-        !fFineRoom.Make(&fFine, server::first_pixel(bitmap.width, scale),
+    if (!fFineRoom.Make(&fFine, server::first_pixel(bitmap.width, scale),
                         server::first_pixel(bitmap.height, scale)))
         return false;
-    fKnown.space = fFine.space = bitmap.space;
+    if (fBitsAreOut && !_Know(bitmap)) {
+        fFine = {};
+        return false;
+    }
+    const server::Surface& from = fBitsAreOut ? fKnown : bitmap;
+    fFine.space = bitmap.space;
     fFine.scale = fScale = scale;
     fTarget = {};
     for (int32 y = 0; y < bitmap.height; y++) {
-        memcpy(row_of(fKnown, y), row_of(bitmap, y), size_t(bitmap.width) * 4);
         const clipping_rect line = server::pixels_of({0, y, 0, y}, scale);
         uint32* const first = row_of(fFine, line.top);
         for (int32 x = 0; x < bitmap.width; x++) {
             std::fill(first + server::first_pixel(x, scale),
-                      first + server::first_pixel(x + 1, scale), row_of(bitmap, y)[x]);
+                      first + server::first_pixel(x + 1, scale), row_of(from, y)[x]);
         }
         for (int32 next = line.top + 1; next <= line.bottom; next++)
             memcpy(row_of(fFine, next), first, size_t(fFine.width) * 4);
@@ -110,9 +139,10 @@ const server::Target& FinePicture::_FineTarget(const server::Target& target)
 
 bool FinePicture::_MakeReady(const server::Surface& bitmap, const clipping_rect& units, float scale)
 {
-    if (fKnown.bits == nullptr || (fFine.scale != scale && !_Remake(bitmap, scale)))
+    if (fFine.bits == nullptr || (fFine.scale != scale && !_Remake(bitmap, scale)))
         return false;
-    _Agree(bitmap, units);
+    if (fKnown.bits != nullptr)
+        _Agree(bitmap, units);
     return true;
 }
 

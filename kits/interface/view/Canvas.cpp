@@ -31,14 +31,25 @@ Canvas::Canvas(BWindow* window, const server::Surface& bitmap)
       fDisplay(nullptr),
       fOffscreen(true),
       fSurface(bitmap),
-      fFine(FinePicture::Make(bitmap, server::ScreenScale())),
+      fFine(FinePicture::Make(bitmap, server::ScreenScale(), FinePicture::Bitmap::New).release()),
       fWidth(bitmap.width),
       fHeight(bitmap.height),
       fDirty{INT32_MIN, INT32_MIN, INT32_MAX, INT32_MAX}
 {
 }
 
-Canvas::~Canvas() = default;
+Canvas::~Canvas() { delete fFine.load(); }
+
+FinePicture* Canvas::FineIn(float scale)
+{
+    FinePicture* there = Fine();
+    if (there != nullptr || !fOffscreen)
+        return there;
+    auto made = FinePicture::Make(fSurface, scale, FinePicture::Bitmap::InUse);
+    if (made != nullptr && fFine.compare_exchange_strong(there, made.get()))
+        return made.release();
+    return there;
+}
 
 // Rows start on cache lines, and never a multiple of a page apart: columns would all fall into
 // the same cache sets.

@@ -15,6 +15,7 @@
 #include <server/screen/ScreenWindow.h>
 #include <server/screen/Surface.h>
 
+#include <atomic>
 #include <vector>
 
 class BView;
@@ -37,7 +38,9 @@ public:
 
     server::Surface& Pixels() { return fSurface; }
     // What is drawn on a bitmap is drawn on this too; null on a screen without a scale.
-    FinePicture* Fine() const { return fFine.get(); }
+    FinePicture* Fine() const { return fFine.load(std::memory_order_acquire); }
+    // The same for a screen that the bitmap comes to now, from one without a scale. Any thread.
+    FinePicture* FineIn(float scale);
     bool IsOffscreen() const { return fOffscreen; }
 
     // New size in units; what is kept of the picture stays, the rest is invalid. False, and
@@ -105,9 +108,9 @@ private:
     server::ScreenWindow* const fDisplay;  // null too when the screen took no more windows
     const bool fOffscreen;
     server::Surface fSurface;
-    const std::unique_ptr<FinePicture> fFine;
-    int32 fWidth = 0;   // units
-    int32 fHeight = 0;  // units
+    std::atomic<FinePicture*> fFine{nullptr};  // ours; stays once it is there
+    int32 fWidth = 0;                          // units
+    int32 fHeight = 0;                         // units
     uint32 fGeneration = 1;
     uint32 fTreeGeneration = 1;
     clipping_rect fDirty = {0, 0, -1, -1};  // offscreen: everything, so that no box is outside

@@ -5,6 +5,7 @@
 #include <Bitmap.h>
 
 #include <interface/drawing/BitmapSurface.h>
+#include <interface/drawing/SharpPicture.h>
 #include <interface/view/ViewPainting.h>
 #include <server/painter/PainterPaths.h>
 
@@ -108,8 +109,10 @@ public:
         if (scale == 1)
             return;
         fFineOptions = BPrivate::filter_options(bitmap, options, scale);
-        if (FinePicture* fine = ViewPrivate::Fine(bitmap))
+        if (FinePicture* fine = ViewPrivate::FineIn(bitmap, scale))
             _TakePart(*fine, scale);
+        else
+            _MakeSharp(bitmap, scale);
     }
 
     clipping_rect operator()(const server::Target& target) const
@@ -150,6 +153,21 @@ private:
         fPartFrom = to_rect(BPrivate::moved(from, -origin.left, -origin.top));
     }
 
+    // All of a bitmap that was a drawing, in the pixels that it is going to cover.
+    void _MakeSharp(const BBitmap& bitmap, float scale)
+    {
+        if (fFrom != bitmap.Bounds().OffsetToCopy(0, 0) || !fTo.IsValid())
+            return;
+        const clipping_rect box = server::pixels_of(pixels_of(fTo), scale);
+        const int32 width = box.right - box.left + 1, height = box.bottom - box.top + 1;
+        fSharp = BPrivate::sharp_pixels(bitmap, width, height);
+        if (fSharp == nullptr)
+            return;
+        auto* bits = reinterpret_cast<uint8*>(const_cast<uint32*>(fSharp->data()));
+        fPart.surface = {bits, width * 4, width, height, B_RGBA32};
+        fPartFrom = BRect(0, 0, float(width - 1), float(height - 1));
+    }
+
     const ViewData& fData;
     const server::Surface fSource;
     const BRect fFrom, fTo;
@@ -158,6 +176,7 @@ private:
     FinePicture* fLive = nullptr;  // drawn as it is; null: the part
     clipping_rect fLiveUnits;
     FinePicture::Part fPart;
+    std::shared_ptr<const std::vector<uint32>> fSharp;  // else the part's pixels
     BRect fPartFrom;
 };
 

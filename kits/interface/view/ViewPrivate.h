@@ -347,6 +347,11 @@ struct [[gnu::visibility("hidden")]] ViewPrivate
     {
         return bitmap.fWindow != nullptr ? bitmap.fWindow->_Canvas().Fine() : nullptr;
     }
+    // The same for a bitmap that is shown in this scale.
+    static FinePicture* FineIn(const BBitmap& bitmap, float scale)
+    {
+        return bitmap.fWindow != nullptr ? bitmap.fWindow->_Canvas().FineIn(scale) : nullptr;
+    }
     // How many pixels a unit has where the view draws.
     static float Scale(const BView* view)
     {

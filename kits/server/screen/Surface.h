@@ -43,8 +43,12 @@ inline double nearest_edge(double unit, float scale)
 // Where a unit's first pixel is.
 inline int32 first_pixel(int32 unit, float scale)
 {
-    const double limit = 1 << 30;
-    return scale == 1 ? unit : int32(std::clamp(nearest_edge(unit, scale), -limit, limit));
+    const int32 limit = 1 << 30;
+    if (scale == 1)
+        return unit;
+    if (const int32 whole = int32(scale); float(whole) == scale)
+        return int32(std::clamp<int64>(int64(unit) * whole, -limit, limit));
+    return int32(std::clamp<double>(nearest_edge(unit, scale), -limit, limit));
 }
 
 // The pixels of a box of units.

@@ -16,6 +16,7 @@
 #include <Bitmap.h>
 #include <OS.h>
 
+#include <interface/drawing/SharpPicture.h>
 #include <server/screen/Images.h>
 
 #include "storage/desktop/DataFolders.h"
@@ -119,7 +120,12 @@ status_t load_theme_icon(const std::vector<std::string>& names, BBitmap* icon, i
         if (path.empty() || !server::ReadIconFile(path, size, &pixels))
             continue;
         errno = before;
-        return copy_icon(bitmap_of(pixels, size), icon);
+        status = copy_icon(bitmap_of(pixels, size), icon);
+        if (status == B_OK && path.ends_with(".svg"))
+            BPrivate::keep_maker(*icon, [path](int32 width, int32 height, auto* larger) {
+                return width == height && server::ReadIconFile(path, width, larger);
+            });
+        return status;
     }
     return fail(ENOENT);
 }
