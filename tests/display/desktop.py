@@ -296,6 +296,7 @@ class Program:
 class Desktop:
     def __init__(self, scale=1, border="normal"):
         self.folder = tempfile.mkdtemp()
+        self.border = border  # that windows are going to have
         self.started = []
         self.programs = []
         atexit.register(self.end)
@@ -394,8 +395,22 @@ class Desktop:
     def command(self, *words):
         self.run(["swaymsg", " ".join(words)])
 
+    def dressed(self, node):
+        """The same window once the compositor has drawn what it draws around it, which shifts the
+        content, and moves it no more."""
+        seen = []
+
+        def rests():
+            now = next((each for each in self.windows() if each["id"] == node["id"]), None)
+            seen.append(now and [now[key] for key in ("border", "rect", "deco_rect", "window_rect")])
+            if now is None or now["border"] != self.border or seen[-2:] != seen[-1:] * 2:
+                return None
+            return now if self.border != "normal" or now["deco_rect"]["height"] > 0 else None
+        return eventually(rests, lambda: "a window comes to no rest: %r" % seen[-2:])
+
     def move(self, title, x, y):
         """Brings the left top of a window's content there."""
+        self.dressed(self.window(title))
         identity = "[con_id=%d]" % self.window(title)["id"]
         asked = [x, y]  # of its corner with what the compositor draws around it
 

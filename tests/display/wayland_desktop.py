@@ -260,6 +260,56 @@ def sizes(desktop):
         raise Failure("it has moved")
 
 
+# What a program's own title asks of a compositor that knows it: one in a window of the other, which
+# draws no titles.
+def maximize(desktop):
+    if shutil.which("weston") is None:
+        raise Skipped("no weston")
+    desktop.program("weston", "--backend=wayland-backend.so", "--use-pixman", "--no-config",
+                    "--width=900", "--height=600", "--idle-time=0", "--socket=inner")
+    eventually(lambda: os.path.exists(os.path.join(desktop.runtime, "inner")), "no compositor")
+    desktop.move("Weston Compositor - wayland0", 50, 100)
+    listener = program(desktop, "display_listener", WAYLAND_DISPLAY="inner")
+    hands, place = desktop.hands, None
+
+    def blue_box():
+        """Left, top, width and height."""
+        box = desktop.picture().box_of(BLUE)
+        return box and (box[0], box[1], box[2] - box[0] + 1, box[3] - box[1] + 1)
+
+    def settled():
+        nonlocal place
+        before, place = place, blue_box()
+        return place == before and place is not None and place[2:] == (300, 200)
+    eventually(settled, lambda: "blue is %r" % (place,))
+
+    def click_button(width):
+        listener.mark()
+        hands.click(place[0] + width - 37, place[1] - 15)
+        listener.expect("zoomed")
+
+    def resized():
+        lines = [line.split() for line in listener.lines()[listener.from_here:]]
+        return [(int(line[1]), int(line[2])) for line in lines if line[0] == "resized"][-1:]
+    click_button(300)
+    width, height = eventually(resized, "it keeps its size")[0]
+    if width < 880 or not 500 < height < 590:
+        raise Failure("it fills %d by %d" % (width, height))
+    old = place
+    eventually(lambda: settled() and place != old, "it does not go to the corner")
+    for x, y in ((700, 400), (width - 8, height - 8)):
+        hands.click(place[0] + x, place[1] + y)
+        listener.expect("press %d %d 1 1" % (x, y))
+    click_button(width + 1)
+    listener.expect("resized 299 199")
+    old = place
+    eventually(lambda: settled() and place != old, "it does not go back")
+    hands.click(place[0] + 290, place[1] + 190)
+    listener.expect("press 290 190 1 1")
+    if any(line.startswith("moved") for line in listener.lines()):
+        raise Failure("it has moved")
+
+
 # Out of sight no picture is lost, and being seen again is told.
 def covered(desktop):
     listener, title = alone(desktop, "display_listener")
@@ -280,6 +330,9 @@ def covered(desktop):
 def own_titles(desktop):
     calls = program(desktop, "display_operations")
     calls.tell("title 2 other")
+    for title in ("first window", "other"):
+        desktop.dressed(desktop.window(title))
+    desktop.border = "csd"
     for title in ("first window", "other"):
         desktop.command("[con_id=%d]" % desktop.window(title)["id"], "border csd")
     calls.expect("resized 293 166")  # which takes it from the room that the compositor gave
@@ -359,13 +412,13 @@ def two_draggers(desktop):
     known = desktop.windows()[0]["id"]
     second = program(desktop, "display_drag_user")
     eventually(lambda: len(desktop.windows()) == 2, "no second window")
-    other = next(each["id"] for each in desktop.windows() if each["id"] != known)
-    desktop.command("[con_id=%d]" % other, "move absolute position 600 220")
+    other = next(each for each in desktop.windows() if each["id"] != known)
+    desktop.dressed(other)
+    desktop.command("[con_id=%d]" % other["id"], "move absolute position 600 220")
     desktop.shows(BLUE, 880, 400)
     return first, second
 
 
-# By steps, the first of them inside of the window: as a hand does, not before the drag is in sight.
 # A part of the picture that the cursor leaves free, wherever the compositor puts its hot spot.
 def picture_at(desktop, x, y):
     return desktop.picture().at(x + 13, y + 2) not in (BLUE, GROUND)
@@ -406,9 +459,8 @@ def drag_to_other(desktop):
 
 def drag_within(desktop):
     first, second = two_draggers(desktop)
-    drag_from(desktop, first, 150, 300, (200, 310), (700, 330), (300, 330), (310, 335))
-    desktop.hands.release()
-    first.expect("dropped here")
+    drag_until(desktop, first, ((200, 310), (700, 330), (300, 330), (310, 335)), first,
+               "dropped here")
     second.expect_not("dropped here")
 
 
