@@ -245,6 +245,7 @@ static int32_t play(const char *picture)
     tour_pause(100);
     tour_click(40, 170); /* the parts */
     tour_pause(200);
+    tour_click(40, 150); /* Ground, above the one that was chosen */
     return tour_end(picture);
 }
 

@@ -22,7 +22,7 @@ NOBODY = 65534   # the compositor refuses to run as root
 CONFIGURATION = """
 xwayland disable
 output HEADLESS-1 resolution 1024x768 position 0 0 scale {scale} bg #406080 solid_color
-for_window [title=".*"] floating enable, border {border}
+for_window [shell=".*"] floating enable, border {border}
 focus_follows_mouse no
 floating_modifier none
 floating_minimum_size 1 x 1

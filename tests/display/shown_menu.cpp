@@ -1,25 +1,32 @@
 // A blue window and a menu that its program opens, which lies 20 pixels right of its corner and 50
-// below.
+// below. With an argument it is one that takes the input.
 
 #include <plinth.h>
 
 #include <Menu.h>
 #include <MenuItem.h>
+#include <PopUpMenu.h>
 
 #include <stdio.h>
 
 namespace {
 
+const BPoint kPlace(120, 170);
+
 class ShownMenu : public BMenu {
 public:
-    ShownMenu() : BMenu("shown")
-    {
-        for (const char* label : {"First", "Second"})
-            AddItem(new BMenuItem(label, nullptr));
-    }
+    ShownMenu() : BMenu("shown") {}
     using BMenu::Show;
-    BPoint ScreenLocation() override { return BPoint(120, 170); }
+    BPoint ScreenLocation() override { return kPlace; }
 };
+
+template <class Menu>
+Menu* with_items(Menu* menu)
+{
+    for (const char* label : {"First", "Second"})
+        menu->AddItem(new BMenuItem(label, nullptr));
+    return menu;
+}
 
 }  // namespace
 
@@ -32,8 +39,10 @@ extern "C" void ProgramMain()
     puts("ready");
     fflush(stdout);
     getchar();
-    auto* menu = new ShownMenu;
-    menu->Show();
+    if (__argc > 1)
+        with_items(new BPopUpMenu("shown", false, false))->Go(kPlace, false, true, true);
+    else
+        with_items(new ShownMenu)->Show();
     puts("shown");
     fflush(stdout);
 }

@@ -146,8 +146,8 @@ def menu_edges(desktop):
 
 
 # A compositor gives no input to a menu that nobody asked for: it shows all the same.
-def menu_by_program(desktop):
-    shown = program(desktop, "display_shown_menu")
+def menu_by_program(desktop, *arguments):
+    shown = program(desktop, "display_shown_menu", *arguments)
     eventually(lambda: len(desktop.windows()) == 1, "no window")
     title = desktop.windows()[0]["name"] or ""
     desktop.move(title, 300, 220)
@@ -156,6 +156,13 @@ def menu_by_program(desktop):
     desktop.shows(FACE, 322, 272)
     for x, y in ((318, 272), (322, 268)):
         desktop.shows(BLUE, x, y)
+    if len(desktop.windows()) != 1:
+        raise Failure("the menu is a window like others")
+
+
+# Even one that takes the input, before there has been any.
+def menu_before_input(desktop):
+    menu_by_program(desktop, "takes the input")
 
 
 def tip(desktop):

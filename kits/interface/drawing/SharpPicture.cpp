@@ -17,7 +17,7 @@ namespace BPrivate {
 namespace {
 
 const int64 kMostPixels = 1 << 24;  // as many as a large screen has
-const size_t kMostSizes = 4;         // that one drawing is kept in
+const size_t kMostSizes = 4;        // that one drawing is kept in
 
 struct Made {
     int32 width, height;
@@ -124,8 +124,7 @@ std::shared_ptr<const std::vector<uint32>> sharp_pixels(const BBitmap& bitmap, i
             return made.pixels;
     }
     auto pixels = std::make_shared<std::vector<uint32>>();
-    if (!kept->maker(width, height, pixels.get()) ||
-        int64(pixels->size()) != int64(width) * height)
+    if (!kept->maker(width, height, pixels.get()) || int64(pixels->size()) != int64(width) * height)
         pixels = nullptr;
     if (kept->made.size() == kMostSizes)
         kept->made.erase(kept->made.begin());

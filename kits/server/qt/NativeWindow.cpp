@@ -35,6 +35,8 @@ const int kBusy_ms = 4;
 const uint32 kXLockMask = 0x02;     // Caps Lock in the state of an X key event
 const uint32 kXNumLockMask = 0x10;  // Mod2, where Num Lock is on every usual keyboard
 
+bool sWasPressed = false;  // server thread; a key or a button, by hand
+
 int32 button_of(Qt::MouseButton button)
 {
     switch (button) {
@@ -259,7 +261,8 @@ static NativeWindow* parent_of_menu(bool grabs)
 }
 
 // Where places are hidden, a menu or a tip shows beside the window that it belongs to, and stays
-// there: it shows anew at another place, and not at all outside of the screen.
+// there: it shows anew at another place, and not at all outside of the screen. Before anything was
+// pressed at all Qt would make a plain window of a menu that takes the input.
 void NativeWindow::_HangOn()
 {
     hide();
@@ -269,7 +272,7 @@ void NativeWindow::_HangOn()
         StageLock lock;
         const bool grabs = stage().IsInputHeld();
         if (NativeWindow* const parent = parent_of_menu(grabs)) {
-            _SetType(grabs ? Qt::Popup : Qt::ToolTip);
+            _SetType(grabs && sWasPressed ? Qt::Popup : Qt::ToolTip);
             setTransientParent(parent);
             setPosition(parent->position() + fPlace - parent->fPlace);
         }
@@ -808,6 +811,8 @@ static bool is_made_up(QEvent::Type type)
 
 bool NativeWindow::event(QEvent* event)
 {
+    if (event->type() == QEvent::MouseButtonPress || event->type() == QEvent::KeyPress)
+        sWasPressed = true;
     if (fOwner == nullptr)
         return QObject::event(event);
     if (is_made_up(event->type()))

@@ -17,7 +17,8 @@ namespace {
 
 uint32 sDesktop = 0xff336698;  // stage locked
 
-const int32 kBoxSize = 13;  // close and zoom boxes in the tab
+const int32 kBoxSize = 13;   // close and zoom boxes in the tab
+const int32 kLeastTab = 19;  // its height, also where the window manager's own titles are lower
 
 // Fills and frames in a picture of the screen whose first pixel is somewhere on it.
 class Screenshot {
@@ -162,6 +163,7 @@ void draw_window(Screenshot& shot, ScreenWindow& window, bool active)
         }
     }
     if (edge > top) {
+        top = std::min(top, edge - kLeastTab);
         uint32 color = active ? 0xffffcb00 : 0xffe8e8e8;
         clipping_rect tab = {left, top, left + tab_width(window, right - left), edge};
         shot.Fill(tab, color);
