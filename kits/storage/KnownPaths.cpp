@@ -103,17 +103,23 @@ bool KnownPaths::Find(const Key& key, std::string* path)
     return true;
 }
 
+// What is known at a place is known at the other one, of which nothing was.
+void KnownPaths::_HandOver(Place* from, Place* to)
+{
+    to->order = from->order;
+    to->order->second = to;
+    to->is_known = true;
+    from->is_known = false;
+    fKnown[to->order->first] = to;
+}
+
 // What is known of the new place came after the move.
 void KnownPaths::_Merge(std::unique_ptr<Place> moved, Place* into)
 {
-    if (moved->is_known && into->is_known) {
+    if (moved->is_known && into->is_known)
         _Forget(moved.get());
-    } else if (moved->is_known) {
-        into->order = moved->order;
-        into->is_known = true;
-        into->order->second = into;
-        fKnown[into->order->first] = into;
-    }
+    else if (moved->is_known)
+        _HandOver(moved.get(), into);
     for (auto& [name, below] : moved->below) {
         const auto found = into->below.find(name);
         if (found != into->below.end()) {
@@ -123,6 +129,18 @@ void KnownPaths::_Merge(std::unique_ptr<Place> moved, Place* into)
             into->below.emplace(name, std::move(below));
         }
     }
+}
+
+// Takes the place of one that has nothing below it, with all that is below the moved one.
+void KnownPaths::_Replace(Place* place, std::unique_ptr<Place> moved)
+{
+    if (place->is_known) {
+        _Forget(moved.get());
+        _HandOver(place, moved.get());
+    }
+    moved->name = place->name;
+    moved->above = place->above;
+    place->above->below.find(place->name)->second = std::move(moved);
 }
 
 static bool is_at_or_below(std::string_view path, std::string_view folder)
@@ -138,8 +156,12 @@ void KnownPaths::Move(std::string_view from, std::string_view to)
     Place* const above = place->above;
     auto taken = above->below.extract(above->below.find(place->name));
     Place* const into = _PlaceOf(to, true);
-    _Merge(std::move(taken.mapped()), into);
-    _Prune(into);
+    if (into->below.empty() && into != above && into != &fRoot) {
+        _Replace(into, std::move(taken.mapped()));
+    } else {
+        _Merge(std::move(taken.mapped()), into);
+        _Prune(into);
+    }
     _Prune(above);
 }
 

@@ -50,7 +50,9 @@ private:
     static std::string _PathOf(const Place* place);
     void _Forget(Place* place);
     void _Prune(Place* place);
+    void _HandOver(Place* from, Place* to);
     void _Merge(std::unique_ptr<Place> moved, Place* into);
+    void _Replace(Place* place, std::unique_ptr<Place> moved);
 
     const size_t fLimit;
     Place fRoot;

@@ -734,6 +734,29 @@ TEST(Roster, WhatWantsArgumentsOnlyGetsNoMessages)
     wait_for_thread(team, nullptr);
 }
 
+TEST(Roster, BackgroundApplicationsAreNoRecentOnes)
+{
+    DesktopFolder folder;
+    setenv("PROBE_SIGNATURE", kOther, 1);
+    setenv("PROBE_REPORT", folder.At("/heard").c_str(), 1);
+    if (!copy_app_probe(folder.At("/seen"), B_MULTIPLE_LAUNCH) ||
+        !copy_app_probe(folder.At("/unseen"), B_MULTIPLE_LAUNCH | B_BACKGROUND_APP))
+        GTEST_SKIP() << "no attributes here";
+    for (const char* name : {"/seen", "/unseen"}) {
+        const entry_ref program = ref_for(folder.At(name));
+        team_id team = -1;
+        ASSERT_EQ(B_OK, be_roster->Launch(&program, 0, nullptr, &team)) << name;
+        kill_team(team);
+        wait_for_thread(team, nullptr);
+    }
+    BMessage recent;
+    be_roster->GetRecentApps(&recent, 64);
+    entry_ref ref;
+    ASSERT_EQ(B_OK, recent.FindRef("refs", &ref));
+    EXPECT_EQ(folder.At("/seen"), path_of(ref));
+    EXPECT_EQ(B_BAD_INDEX, recent.FindRef("refs", 1, &ref));
+}
+
 TEST(Roster, NullNamesNoApplication)
 {
     const char* const no_name = nullptr;
@@ -743,5 +766,7 @@ TEST(Roster, NullNamesNoApplication)
     EXPECT_EQ(B_BAD_VALUE, be_roster->TeamFor(no_ref));
     EXPECT_EQ(B_BAD_VALUE, be_roster->GetAppInfo(no_name, &info));
     EXPECT_EQ(B_BAD_VALUE, be_roster->GetAppInfo(no_ref, &info));
+    EXPECT_EQ(B_BAD_VALUE, be_roster->GetRunningAppInfo(getpid(), nullptr));
     EXPECT_FALSE(be_roster->IsRunning(no_name));
+    EXPECT_FALSE(be_roster->IsRunning(no_ref));
 }

@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # shutdown.sh NAME PROGRAM [RUNS]: a display ends while threads open and close windows on it, each
 # time, and no other one takes its place.
-scenario=$1 program=$2 runs=${3:-10}
+scenario=$1 program=$2 runs=${3:-5}
 . "$(dirname "$0")/screen.sh"
 
 start_server none

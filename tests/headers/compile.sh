@@ -1,10 +1,12 @@
 #!/usr/bin/env bash
-# compile.sh alone|together|brings|kits INCLUDE_FOLDER WORK_FOLDER COMPILER...: compiles each public
+# compile.sh alone|together|brings|kits|library INCLUDE_FOLDER WORK_FOLDER COMPILER...: compiles each public
 # header in a source of its own; or all of them in one, forwards and backwards, so that each stands
 # before each other one; or, by brings.txt, a program that includes a header and uses what that brings
 # in (a header and the statements a line). No warning is allowed. Sources of the same text stay as
 # they are, for a compiler cache. "kits" compiles nothing, but compares what each kit's own header
-# includes with what is in its folder.
+# includes with what is in its folder. "library" reads the library's own sources where each of them has
+# all of the C library in sight, as <stdlib.h> alone has <signal.h> on another system: no name of ours
+# is one of those.
 set -euo pipefail
 check=$1 include=$2 work=$3/$1
 here=$(cd "$(dirname "$0")" && pwd)
@@ -38,6 +40,21 @@ kits)
         same "$kit" "$(included "$kit")" "$(ls "$folder")"
     done
     same Be.h "$(included Be.h)" "${kits%$'\n'}"
+    ;;
+library)
+    root=$here/../..
+    flags+=(-std=c++20 -Wno-multichar -I"$root" -I"$root/include")
+    for header in signal stdlib unistd stdio string strings math time ctype errno fcntl limits \
+        locale pthread dirent sched semaphore setjmp termios wchar sys/{stat,time,types,wait,mman}; do
+        echo "#include <$header.h>"
+    done >"$work/all.h"
+    # Read once, for them all.
+    echo Be.h algorithm atomic exception memory string utility vector | tr ' ' '\n' | includes \
+        >>"$work/all.h"
+    "$@" "${flags[@]}" -x c++-header "$work/all.h" -o "$work/all.h.gch"
+    for folder in runtime windows gadgets graphics files system; do
+        printf '%s\0' "$root/$folder"/*.cpp
+    done | xargs -0 -P 2 -I{} "$@" "${flags[@]}" -include "$work/all.h" -fsyntax-only {}
     ;;
 alone)
     for header in $headers; do

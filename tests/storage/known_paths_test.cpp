@@ -6,6 +6,8 @@
 #include <Entry.h>
 #include <Path.h>
 
+#include <cstdlib>
+#include <new>
 #include <random>
 
 #include <sys/stat.h>
@@ -14,6 +16,19 @@
 #include "support/temp_folder.h"
 
 using storage::KnownPaths;
+
+static thread_local size_t tAllocations = 0;
+
+void* operator new(size_t size)
+{
+    tAllocations++;
+    void* block = malloc(size);
+    if (block == nullptr)
+        throw std::bad_alloc();
+    return block;
+}
+void operator delete(void* block) noexcept { free(block); }
+void operator delete(void* block, size_t) noexcept { free(block); }
 
 static std::string find(KnownPaths& paths, uint64 inode)
 {
@@ -59,6 +74,32 @@ TEST(KnownPaths, NothingMovesIntoItselfAndNobodyMovesTheRoot)
     paths.Move("/a", "/ab");
     paths.Move("/a", "/gone");
     EXPECT_EQ(find(paths, 1), "/ab/b");
+}
+
+// How many blocks of memory a move takes where so many nodes are known below what moves, and as
+// many beside it; also where the new place has been met before the move was heard of.
+static size_t work_of_move(uint64 nodes, bool is_met)
+{
+    KnownPaths paths(3 * nodes);
+    for (uint64 i = 1; i <= nodes; i++) {
+        const std::string name = "/a name too long for a string itself/" + std::to_string(i);
+        paths.Remember({1, i}, "/from" + name);
+        paths.Remember({2, i}, "/beside" + name);
+    }
+    if (is_met)
+        paths.Remember({3, 1}, "/new/to");
+    const size_t before = tAllocations;
+    paths.Move("/from", "/new/to");
+    const size_t work = tAllocations - before;
+    EXPECT_EQ(find(paths, nodes),
+              "/new/to/a name too long for a string itself/" + std::to_string(nodes));
+    return work;
+}
+
+TEST(KnownPaths, AMoveIsTheSameWorkWhateverIsKnown)
+{
+    for (bool is_met : {false, true})
+        EXPECT_EQ(work_of_move(20000, is_met), work_of_move(20, is_met)) << is_met;
 }
 
 // What a list of paths without any structure would say.
