@@ -501,6 +501,20 @@ static void show_entry(int32_t index)
 
 /* --- handlers */
 
+/* Chooses the row of the folder that is shown, if it has one. */
+static void mark_folder(void)
+{
+    for (int32_t row = 0; row < CountEntry(tree); row++) {
+        char path[PATH_MAX];
+        path_of_row(row, path);
+        if (strcmp(path, folder) == 0) {
+            SetSelectEntry(tree, row);
+            return;
+        }
+    }
+    LvSelectNone(tree);
+}
+
 static int32_t on_folder(int32_t row)
 {
     char path[PATH_MAX];
@@ -525,8 +539,8 @@ static int32_t on_open(int32_t row)
         return 0;
     join(path, folder, entry[row].name);
     if (is_folder(&entry[row])) {
-        LvSelectNone(tree);
         show_folder(path);
+        mark_folder();
         return 0;
     }
     snprintf(signature, sizeof signature, "%s", application_of(path));
@@ -809,6 +823,7 @@ void ProgramMain(void)
     update_tree();
     WatchDir(root, 1);
     show_folder(root);
+    mark_folder();
     set_handlers();
     if (save == NULL)
         return;

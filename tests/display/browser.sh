@@ -43,13 +43,24 @@ opens() {
 }
 expect_opened() { eventually opens "$@" || fail "$2 is not opened"; }
 
+shows_folder() {
+    click_tree "$1"
+    has_title "$2"
+}
+expect_folder() { eventually shows_folder "$@" || fail "row $1 is not $2"; }
+
 folders() {
+    mkdir "$place/zoo"
+    expect_folder 2 "$place/zoo"
     click_tree 1
     expect_title "$place/aside"
     click_tree 0
     expect_title "$place"
     open_entry 0
     expect_title "$place/aside"
+    # Its row in the tree is chosen as well: the arrow goes on from there.
+    xdotool mousemove 100 400 click 1 key Down
+    expect_title "$place/zoo"
 }
 
 opening() { expect_opened 1 letter.txt; }
@@ -63,12 +74,6 @@ changes() {
     mv "$place/letter.txt" "$place/note.txt"
     expect_opened 1 note.txt
 }
-
-shows_folder() {
-    click_tree "$1"
-    has_title "$2"
-}
-expect_folder() { eventually shows_folder "$@" || fail "row $1 is not $2"; }
 
 # Folders that come and go are in the tree as well, and what is open there stays so.
 tree() {
