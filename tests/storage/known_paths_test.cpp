@@ -82,7 +82,7 @@ static size_t work_of_move(uint64 nodes, bool is_met)
 {
     KnownPaths paths(3 * nodes);
     for (uint64 i = 1; i <= nodes; i++) {
-        const std::string name = "/a name too long for a string itself/" + std::to_string(i);
+        const std::string name = "/a name too long for a string itself " + std::to_string(i);
         paths.Remember({1, i}, "/from" + name);
         paths.Remember({2, i}, "/beside" + name);
     }
@@ -92,7 +92,7 @@ static size_t work_of_move(uint64 nodes, bool is_met)
     paths.Move("/from", "/new/to");
     const size_t work = tAllocations - before;
     EXPECT_EQ(find(paths, nodes),
-              "/new/to/a name too long for a string itself/" + std::to_string(nodes));
+              "/new/to/a name too long for a string itself " + std::to_string(nodes));
     return work;
 }
 
