@@ -4,10 +4,14 @@
 #include <Button.h>
 #include <Invoker.h>
 #include <Screen.h>
+#include <ScrollBar.h>
 #include <TextView.h>
 
 #include <atomic>
+#include <initializer_list>
+#include <string>
 #include <thread>
+#include <vector>
 
 #include "window_harness.h"
 
@@ -72,6 +76,77 @@ float gap_before(BAlert* alert, int32 button)
 }
 
 }  // namespace
+
+// Of one made with a plain font of a size.
+static void check_it_fits(float points, const char* text, std::initializer_list<const char*> labels,
+                          button_width width)
+{
+    const BRect screen = BScreen().Frame();
+    const BFont* const usual = be_plain_font;
+    BFont font(usual);
+    font.SetSize(points);
+    be_plain_font = &font;
+    auto* alert =
+        new BAlert("title", text, nullptr, nullptr, nullptr, width, B_OFFSET_SPACING, B_STOP_ALERT);
+    for (const char* label : labels)
+        alert->AddButton(label);
+    EXPECT_TRUE(screen.Contains(alert->Frame())) << points << " " << labels.size();
+    std::vector<BRect> places = {alert->TextView()->Frame()};
+    for (int32 i = 0; i < alert->CountButtons(); i++)
+        places.push_back(alert->ButtonAt(i)->Frame());
+    if (BView* bar = alert->FindView("_bar_"))
+        places.push_back(bar->Frame());
+    for (size_t i = 0; i < places.size(); i++) {
+        EXPECT_TRUE(alert->Bounds().Contains(places[i])) << points << " " << i;
+        for (size_t k = 0; k < i; k++)
+            EXPECT_FALSE(places[i].Intersects(places[k])) << points << " " << i << " " << k;
+    }
+    alert->Lock();
+    alert->Quit();
+    be_plain_font = usual;
+}
+
+TEST_F(AlertTest, FitsTheScreenWhateverItSays)
+{
+    std::string many;
+    for (int i = 0; i < 200; i++)
+        many += "This is a sentence of a text that goes on and on. ";
+    const std::string wide(400, 'w');
+    for (const float points : {8.0f, 12.0f, 18.0f, 24.0f, 36.0f}) {
+        for (const char* text : {"", "Short.", many.c_str(), wide.c_str()}) {
+            for (const button_width width :
+                 {B_WIDTH_AS_USUAL, B_WIDTH_FROM_WIDEST, B_WIDTH_FROM_LABEL}) {
+                check_it_fits(points, text, {"OK"}, width);
+                check_it_fits(points, text, {"Cancel", "Don't save", "Save"}, width);
+                check_it_fits(points, text,
+                              {"A label that needs very much room, more than the others",
+                               "And yet another one of that kind, which is as long", "OK"},
+                              width);
+            }
+        }
+    }
+}
+
+TEST_F(AlertTest, TextThatIsHigherThanTheScreenScrolls)
+{
+    std::string lines = "first";
+    for (int i = 0; i < 300; i++)
+        lines += "\nline";
+    auto* alert = new BAlert("title", lines.c_str(), "OK");
+    BTextView* text = alert->TextView();
+    auto* bar = dynamic_cast<BScrollBar*>(alert->FindView("_bar_"));
+    ASSERT_NE(bar, nullptr);
+    float low, high;
+    bar->GetRange(&low, &high);
+    EXPECT_EQ(low, 0);
+    EXPECT_NEAR(high, text->TextHeight(0, 300) - text->Bounds().Height(), text->LineHeight(0));
+    bar->SetValue(high);
+    EXPECT_EQ(text->Bounds().top, high);
+    alert->SetText("short");
+    EXPECT_EQ(alert->FindView("_bar_"), nullptr);
+    EXPECT_EQ(text->Bounds().top, 0);
+    Drop(alert);
+}
 
 TEST_F(AlertTest, ClickAnswersWithTheButton)
 {

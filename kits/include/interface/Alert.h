@@ -9,6 +9,7 @@
 class BBitmap;
 class BButton;
 class BInvoker;
+class BScrollBar;
 class BTextView;
 
 enum alert_type {
@@ -86,7 +87,9 @@ private:
 
     void _Init(const char* text);
     void _Layout();
-    float _LayoutButtons(float left, float top, float right);
+    float _LayoutText(BPoint place, float width, float mostHeight);
+    void _LayoutButtons(float left, float top, float right);
+    float _ButtonsHeight(float width) const;
     float _ButtonsWidth() const;
     float _ButtonGap(size_t index) const;
     void _FitButtons();
@@ -94,6 +97,7 @@ private:
 
     Ground* fGround = nullptr;
     BTextView* fText = nullptr;
+    BScrollBar* fBar = nullptr;  // of a text that is higher than the screen
     std::vector<Button> fButtons;
     alert_type fType = B_INFO_ALERT;
     button_width fWidth = B_WIDTH_AS_USUAL;

@@ -8,6 +8,7 @@
 #include <Message.h>
 #include <OS.h>
 #include <Screen.h>
+#include <ScrollBar.h>
 #include <TextView.h>
 
 #include <algorithm>
@@ -15,6 +16,7 @@
 #include <cmath>
 #include <new>
 #include <string>
+#include <utility>
 
 #include <interface/alert/AlertIcon.h>
 #include <interface/controls/Look.h>
@@ -285,47 +287,109 @@ float BAlert::_ButtonsWidth() const
     return width;
 }
 
-// From the right, in the middle of the highest. Returns its height.
-float BAlert::_LayoutButtons(float left, float top, float right)
+// As a row if that is not wider, else as a column.
+float BAlert::_ButtonsHeight(float width) const
 {
-    float height = 0;
-    for (const Button& button : fButtons)
-        height = std::max(height, button.view->Bounds().Height() + 1);
-    float x = std::max(left, right - _ButtonsWidth());
+    float highest = 0, all = 0;
+    for (const Button& button : fButtons) {
+        const float height = button.view->Bounds().Height() + 1;
+        highest = std::max(highest, height);
+        all += height + (all > 0 ? plain_look().Scaled(kGap) : 0);
+    }
+    return _ButtonsWidth() > width ? all : highest;
+}
+
+// Up to the right; those of a row in its middle, those of a column no wider than there is room.
+void BAlert::_LayoutButtons(float left, float top, float right)
+{
+    const bool is_row = _ButtonsWidth() <= right - left;
+    const float height = _ButtonsHeight(right - left);
+    float x = right - _ButtonsWidth();
     for (size_t i = 0; i < fButtons.size(); i++) {
         BButton* button = fButtons[i].view;
-        x += _ButtonGap(i);
-        button->MoveTo(x, top + std::floor((height - button->Bounds().Height() - 1) / 2));
-        x += button->Bounds().Width() + 1;
+        const BRect size = button->Bounds();
+        if (is_row) {
+            x += _ButtonGap(i);
+            button->MoveTo(x, top + std::floor((height - size.Height() - 1) / 2));
+            x += size.Width() + 1;
+            continue;
+        }
+        const float width = std::min(size.Width(), right - left - 1);
+        button->ResizeTo(width, size.Height());
+        button->MoveTo(right - width - 1, top);
+        top += size.Height() + 1 + plain_look().Scaled(kGap);
     }
+}
+
+// With a bar to scroll it if it is too high. Returns its height.
+float BAlert::_LayoutText(BPoint place, float width, float mostHeight)
+{
+    const float line = plain_look().LineHeight();
+    const auto fit = [&](float wide) {
+        fText->ResizeTo(wide - 1, line);
+        fText->SetTextRect(BRect(0, 0, wide - 1, line));
+        return std::ceil(fText->TextHeight(0, fText->CountLines() - 1));
+    };
+    if (fBar != nullptr) {
+        fText->ScrollTo(B_ORIGIN);
+        fBar->RemoveSelf();
+        delete std::exchange(fBar, nullptr);
+    }
+    fText->MoveTo(place);
+    float height = fit(width);
+    if (height <= mostHeight) {
+        fText->ResizeTo(width - 1, height);
+        return height;
+    }
+    const float bar = plain_look().Scaled(B_V_SCROLL_BAR_WIDTH) + 1;
+    const float gap = plain_look().Scaled(kGap);
+    const float whole = fit(width - bar - gap);
+    height = line * std::max(1.0f, std::floor(mostHeight / line));
+    fText->ResizeTo(width - bar - gap - 1, height);
+    const BRect frame(place.x + width - bar, place.y, place.x + width - 1, place.y + height);
+    fBar = new BScrollBar(frame, "_bar_", fText, 0, 0, B_VERTICAL);
+    fBar->SetResizingMode(B_FOLLOW_NONE);
+    fGround->AddChild(fBar);
+    fBar->SetRange(0, std::max(0.0f, whole - height));
+    fBar->SetProportion(height / whole);
+    fBar->SetSteps(line, height - line);
     return height;
 }
 
+// No larger than the screen, whatever it says: it has to be answered.
 void BAlert::_Layout()
 {
     const BPrivate::Look look = plain_look();
     const float margin = look.Scaled(kMargin);
+    const BRect screen = BScreen().Frame();
     const BBitmap* icon = fGround->Icon();
     float text_left = margin;
     if (icon != nullptr)
         text_left = std::max(look.Scaled(kTextLeft),
                              look.Scaled(kIconLeft) + icon->Bounds().Width() + margin);
     _FitButtons();
-    const float content = std::max(look.Scaled(kTextWidth), _ButtonsWidth() + margin);
+    const float most_content = screen.Width() - text_left - 2 * margin;
+    float wanted = _ButtonsWidth() + margin;
+    if (wanted > most_content) {  // a column
+        wanted = 0;
+        for (const Button& button : fButtons)
+            wanted = std::max(wanted, button.view->Bounds().Width() + 1);
+    }
+    const float content = std::min(std::max(look.Scaled(kTextWidth), wanted), most_content);
     const float right = text_left + content;
+    const float buttons = _ButtonsHeight(right - text_left);
 
-    fText->MoveTo(text_left, margin);
-    fText->ResizeTo(content - 1, look.LineHeight());
-    fText->SetTextRect(BRect(0, 0, content - 1, look.LineHeight()));
-    const float text_height = std::ceil(fText->TextHeight(0, fText->CountLines() - 1));
-    fText->ResizeTo(content - 1, text_height);
+    const float most_text = screen.Height() - buttons - 4 * margin;
+    const float text_height = _LayoutText(BPoint(text_left, margin), content, most_text);
     float bottom = margin + text_height;
     if (icon != nullptr)
         bottom = std::max(bottom, margin + icon->Bounds().Height() + 1);
     bottom += margin;
-    bottom += _LayoutButtons(margin, bottom, right);
+    _LayoutButtons(text_left, bottom, right);
+    bottom += buttons;
     ResizeTo(right + margin, bottom + margin);
-    const BPoint place = AlertPosition(right + margin, bottom + margin);
+    BPoint place = AlertPosition(right + margin, bottom + margin);
+    place.y = std::max(place.y, screen.top + std::floor(margin / 2));
     MoveTo(place);
 }
 
