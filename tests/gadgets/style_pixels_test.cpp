@@ -4,6 +4,8 @@
 
 #include <Bitmap.h>
 #include <Application.h>
+#include <Control.h>
+#include <List.h>
 #include <Screen.h>
 #include <Window.h>
 
@@ -192,4 +194,79 @@ TEST_F(StylePixels, ScrollBarsShowProportionAndValue)
     EXPECT_TRUE(Changes([=] { SetProportion(bar, 50); }));
     EXPECT_TRUE(Changes([=] { SetValue(bar, 60); }));
     EXPECT_TRUE(Changes([=] { SetRange(bar, 0, 0); }));
+}
+
+// --- picture buttons
+
+namespace {
+
+const uint32_t kRed = 0xFF0000, kGround = 0xD8D8D8;
+
+// Where a button of 16 by 16 pixels and its frame of two differ from what they have to be.
+std::string faults(uint32_t light, uint32_t dark)
+{
+    const Pixels pixels = pixels_shown();
+    const size_t width = kPlace.IntegerWidth() + 1;
+    std::string faults;
+    for (size_t y = 0; y <= 21; y++) {
+        for (size_t x = 0; x <= 21; x++) {
+            const bool edge_x = x == 0 || x == 20, edge_y = y == 0 || y == 20;
+            uint32_t wanted = kGround;
+            if (x > 20 || y > 20 || (edge_x && edge_y))
+                wanted = kGround;
+            else if (edge_x || edge_y)
+                wanted = 0;
+            else if ((x == 1 && y <= 18) || (y == 1 && x >= 2))
+                wanted = light;
+            else if ((x == 19 && y >= 2) || y == 19)
+                wanted = dark;
+            else if (x <= 17 && y <= 17)
+                wanted = kRed;
+            if (pixels[y * width + x] != wanted)
+                faults += std::to_string(x) + "," + std::to_string(y) + " ";
+        }
+    }
+    return faults;
+}
+
+bool looks(uint32_t light, uint32_t dark)
+{
+    return eventually([=] { return faults(light, dark).empty(); });
+}
+bool looks_released() { return looks(0xFFFFFF, 0x7F7F7F); }
+bool looks_pressed() { return looks(0x606060, 0xC8C8C8); }
+
+}  // namespace
+
+TEST_F(StylePixels, PictureButtonsStandOutUntilTheyArePressed)
+{
+    const int32_t icon = CreateImage(16, 16);
+    SetForeColor(icon, static_cast<int32_t>(0xFF0000FF), 0);
+    FRectangle(icon, 0, 0, 15, 15);
+    const int32_t button = Make(33, 20, 20, 16, 16, nullptr, icon);
+    CloseIcon(icon);  // it has a copy
+    EXPECT_TRUE(looks_released()) << faults(0xFFFFFF, 0x7F7F7F);
+    // It is told by a message that the program's own gadgets do not have.
+    auto* message = new BMessage(753);
+    message->AddPointer("gd", static_cast<BList*>(gRegistry[4])->LastItem());
+    WithView(0, [=](BView* view) {
+        static_cast<BControl*>(view)->SetMessage(message);
+        return 0;
+    });
+    Press(30, 30);
+    EXPECT_TRUE(looks_pressed()) << faults(0x606060, 0xC8C8C8);
+    window.Point(150, 150);
+    EXPECT_TRUE(looks_pressed()) << "wherever the pointer goes";
+    Release();
+    EXPECT_TRUE(looks_released());
+    EXPECT_EQ(Calls(), "");
+    window.Point(30, 30);
+    Release();
+    EXPECT_EQ(Calls(), "") << "it was not down";
+    Press(30, 30);
+    EXPECT_TRUE(looks_pressed());
+    Release();
+    EXPECT_TRUE(looks_released());
+    EXPECT_EQ(Calls(), "action");
+    KillGadget(0, button);
 }

@@ -5,12 +5,16 @@
 #include <gtest/gtest.h>
 
 #include <Application.h>
+#include <Bitmap.h>
 #include <InterfaceDefs.h>
+#include <Message.h>
+#include <Messenger.h>
 #include <Screen.h>
 #include <StringView.h>
 #include <Window.h>
 
 #include <climits>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -109,6 +113,74 @@ TEST_F(ToolTips, TextShowsBelowThePointerThatRests)
     EXPECT_EQ(tip.high, once);
     EXPECT_FALSE(tip.has_focus);
     EXPECT_TRUE(Platform()->IsActive());
+}
+
+TEST_F(ToolTips, WindowIsBareAndFloatsAboveAll)
+{
+    SetTipsWindow(fGadget, "what it does");
+    BWindow* const window = tip_windows().at(0);
+    window->Lock();
+    EXPECT_EQ(window->Look(), B_BORDERED_WINDOW_LOOK);
+    EXPECT_EQ(window->Feel(), B_FLOATING_ALL_WINDOW_FEEL);
+    EXPECT_EQ(window->Flags(), uint32(B_NOT_MOVABLE | B_AVOID_FOCUS));
+    EXPECT_EQ(window->Frame().LeftTop(), BPoint(-1000, -1000));
+    EXPECT_EQ(window->PulseRate(), 0);
+    auto* view = dynamic_cast<BStringView*>(window->FindView("tt"));
+    EXPECT_EQ(view->ResizingMode(), uint32(B_FOLLOW_ALL));
+    EXPECT_EQ(view->Flags() & (B_WILL_DRAW | B_PULSE_NEEDED), uint32(B_WILL_DRAW | B_PULSE_NEEDED));
+    EXPECT_EQ(view->Alignment(), B_ALIGN_CENTER);
+    EXPECT_EQ(view->ViewColor(), ui_color(B_WINDOW_TAB_COLOR));
+    EXPECT_EQ(view->LowColor(), view->ViewColor());
+    window->Unlock();
+}
+
+TEST_F(ToolTips, FrameIsLightAboveAndDarkBelow)
+{
+    SetTipsWindow(fGadget, "what it does");
+    fWindow.Point(30, 30);
+    ASSERT_TRUE(ComesUp());
+    const BRect frame = Now().frame;
+    BRect place = frame;
+    const rgb_color ground = ui_color(B_WINDOW_TAB_COLOR);
+    const auto is_drawn = [&] {
+        BBitmap* shot = nullptr;
+        if (BScreen().GetBitmap(&shot, false, &place) != B_OK)
+            return false;
+        const std::unique_ptr<BBitmap> owner(shot);
+        const auto at = [&](float x, float y) {
+            const auto* pixel = static_cast<const uint8*>(shot->Bits()) +
+                                int32(y) * shot->BytesPerRow() + int32(x) * 4;
+            return make_color(pixel[2], pixel[1], pixel[0]);
+        };
+        const float right = frame.Width(), bottom = frame.Height();
+        const rgb_color light = tint_color(ground, 0.385f), dark = tint_color(ground, 1.147f);
+        return at(0, bottom / 2) == light && at(right / 2, 0) == light && at(0, 0) == light &&
+               at(right, bottom / 2) == dark && at(right / 2, bottom) == dark &&
+               at(right, bottom) == dark && at(1, 1) == ground;
+    };
+    EXPECT_TRUE(eventually(is_drawn));
+    BStringView plain(BRect(), "", "what it does");
+    float width;
+    plain.GetPreferredSize(&width, nullptr);
+    EXPECT_EQ(frame.Width(), width + 4);
+}
+
+// A second of rest begins with the last move; the same place again is no move.
+TEST_F(ToolTips, PointerThatStaysWhereItIsWaitsOn)
+{
+    SetTipsWindow(fGadget, "text");
+    fWindow.Point(30, 30);
+    ASSERT_TRUE(ComesUp());
+    fWindow.Point(30, 30);
+    BMessage same('ttSt'), title(B_GET_PROPERTY), reply;
+    same.AddPoint("where", BPoint(30, 30));
+    title.AddSpecifier("Title");
+    BMessenger tip(tip_windows().at(0));
+    tip.SendMessage(&same);
+    tip.SendMessage(&title, &reply);
+    EXPECT_NE(Now().rate, kWaiting);
+    fWindow.Point(31, 30);
+    EXPECT_TRUE(GoesAway());
 }
 
 TEST_F(ToolTips, AfterThreeSecondsTheyGoAndNothingWaits)
