@@ -7,8 +7,11 @@
 #include <ListView.h>
 #include <Message.h>
 #include <OutlineListView.h>
+#include <ScrollBar.h>
 #include <Slider.h>
+#include <StatusBar.h>
 #include <StringItem.h>
+#include <TabView.h>
 #include <TextControl.h>
 #include <TextView.h>
 #include <Window.h>
@@ -237,6 +240,59 @@ TEST_F(Accessible, ChangesAreToldAgain)
     delete slider;
 }
 
+TEST_F(Accessible, StatesTellWhatControlsAre)
+{
+    Listen(true);
+    const auto mark = [&](BControl* control, int32 value) {
+        control->SetValue(value);
+        fWindow->AddChild(control);
+    };
+    const BRect frame(10, 10, 90, 34);
+    mark(new BCheckBox(frame, "", "off", nullptr), B_CONTROL_OFF);
+    mark(new BCheckBox(frame, "", "on", nullptr), B_CONTROL_ON);
+    mark(new BCheckBox(frame, "", "half", nullptr), B_CONTROL_PARTIALLY_ON);
+    auto* toggle = new BButton(frame, "", "down", nullptr);
+    toggle->SetBehavior(BButton::B_TOGGLE_BEHAVIOR);
+    mark(toggle, B_CONTROL_ON);
+    auto* usual = new BButton(frame, "", "usual", nullptr);
+    mark(usual, B_CONTROL_OFF);
+    fWindow->SetDefaultButton(usual);
+    fWindow->AddChild(new BStatusBar(BRect(10, 50, 200, 90), "", "done"));
+    fWindow->AddChild(
+        new BScrollBar(BRect(10, 100, 100, 114), "still", nullptr, 0, 0, B_HORIZONTAL));
+    fWindow->AddChild(
+        new BScrollBar(BRect(10, 120, 100, 134), "moves", nullptr, 3, 9, B_HORIZONTAL));
+    auto* tabs = new BTabView(BRect(10, 150, 290, 290), "tabs");
+    tabs->AddTab(new BView(BRect(), "front", B_FOLLOW_NONE, 0));
+    tabs->AddTab(new BView(BRect(), "barred", B_FOLLOW_NONE, 0));
+    tabs->TabAt(1)->SetEnabled(false);
+    fWindow->AddChild(tabs);
+    Show();
+    const uint32 asked = kIsCheckable | kIsChecked | kIsMixed | kIsDefault | kIsReadOnly |
+                         kIsDisabled | kCanBePressed | kCanBeSet;
+    const struct {
+        const char* name;
+        uint32 states;
+    } rows[] = {
+        {"off", kIsCheckable | kCanBePressed},
+        {"on", kIsCheckable | kIsChecked | kCanBePressed},
+        {"half", kIsCheckable | kIsMixed | kCanBePressed},
+        {"down", kIsCheckable | kIsChecked | kCanBePressed},
+        {"usual", kIsDefault | kCanBePressed},
+        {"done", kIsReadOnly},
+        {"front", kCanBePressed},
+        {"barred", kIsDisabled},
+    };
+    for (const auto& row : rows)
+        EXPECT_EQ(Named(row.name).states & asked, row.states) << row.name;
+    for (const auto& [most, states] : {std::pair{0, kIsDisabled}, {9, kCanBeSet}}) {
+        const AccessibleItem bar = Find([most = most](const AccessibleItem& each) {
+            return each.role == AccessibleRole::ScrollBar && each.range->most == most;
+        });
+        EXPECT_EQ(bar.states & asked, uint32(states)) << most;
+    }
+}
+
 TEST_F(Accessible, HiddenTypingIsNeverTold)
 {
     Listen(true);
@@ -382,6 +438,13 @@ TEST_F(Accessible, TextIsReadSelectedAndTyped)
     view->MakeEditable(false);
     fWindow->Unlock();
     Ask(item.id, AccessibleRequest::What::Replace, 0, 0, 2, u"no");
+    fWindow->PostMessage(1);
+    ASSERT_TRUE(fWindow->Receives(1));
+    fWindow->Lock();
+    int32 start, end;
+    view->GetSelection(&start, &end);
+    fWindow->Unlock();
+    EXPECT_EQ(start, end) << "it selects nothing either";
     Ask(item.id, AccessibleRequest::What::Select, 0, 1, 2);
     item = Find([](const AccessibleItem& each) {
         return each.text != nullptr && each.text->selectionStart == 1;
@@ -396,6 +459,9 @@ TEST_F(Accessible, FieldsOfControlsTypeNoLineFeeds)
     Show();
     Ask(Named("Name").id, AccessibleRequest::What::Replace, 0, 0, 0, u"one\ntwo");
     EXPECT_TRUE(eventually([&] { return narrow(Named("Name")) == "onetwo"; }));
+    // Nor keys that remove or move: what is typed after them stands behind the rest.
+    Ask(Named("Name").id, AccessibleRequest::What::Replace, 0, 3, 3, u"\x7f\x08\x1c-");
+    EXPECT_TRUE(eventually([&] { return narrow(Named("Name")) == "one-two"; }));
 }
 
 TEST_F(Accessible, WhatIsGoneDisabledOrUnknownDoesNothing)
