@@ -473,7 +473,11 @@ TEST_F(Accessible, WhatIsGoneDisabledOrUnknownDoesNothing)
     fWindow->AddChild(button);
     fWindow->AddChild(off);
     fWindow->AddChild(new BButton(BRect(10, 90, 90, 114), "l", "Last", new BMessage(3)));
+    auto* still = new BSlider(BRect(10, 130, 200, 170), "s", "Still", nullptr, 0, 9);
+    still->SetEnabled(false);
+    fWindow->AddChild(still);
     Show();
+    Ask(Named("Still").id, AccessibleRequest::What::SetValue, 5);
     const AccessibleId id = Named("One").id, disabled = Named("Off").id, last = Named("Last").id;
     fWindow->Lock();
     button->RemoveSelf();
@@ -491,6 +495,7 @@ TEST_F(Accessible, WhatIsGoneDisabledOrUnknownDoesNothing)
     Ask(last, What::Press);
     EXPECT_TRUE(fWindow->Receives(3));
     EXPECT_EQ(fWindow->fReceived[1] + fWindow->fReceived[2], 0);
+    EXPECT_EQ(Named("Still").range->value, 0);
 }
 
 TEST_F(Accessible, WindowBehindAModalOneIsLeftAlone)
