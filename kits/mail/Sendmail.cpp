@@ -8,7 +8,6 @@
 #include <errno.h>
 #include <fcntl.h>
 #include <signal.h>
-#include <spawn.h>
 #include <stdlib.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
@@ -18,6 +17,8 @@
 #include <algorithm>
 #include <string>
 #include <string_view>
+
+#include "support/ProgramStart.h"
 
 namespace mail {
 
@@ -56,33 +57,16 @@ static bigtime_t timeout_us()
     return seconds > 0 && seconds < 1e6 ? bigtime_t(seconds * 1e6) : kDefaultTimeout;
 }
 
-// In a process group of its own, to end it with what it started; signals are as for a new program,
-// and of our files it gets the mail alone. A lone dot is no end of the mail (-i).
-static status_t start(const std::string& program, const char* mail_path, pid_t* process)
+// In a process group of its own, to end it with what it started. A lone dot is no end of the mail
+// (-i).
+static pid_t start(const std::string& program, const char* mail_path)
 {
-    posix_spawn_file_actions_t files;
-    posix_spawn_file_actions_init(&files);
-    posix_spawn_file_actions_addopen(&files, STDIN_FILENO, mail_path, O_RDONLY, 0);
-    posix_spawn_file_actions_addopen(&files, STDOUT_FILENO, "/dev/null", O_WRONLY, 0);
-    posix_spawn_file_actions_adddup2(&files, STDOUT_FILENO, STDERR_FILENO);
-    posix_spawn_file_actions_addclosefrom_np(&files, STDERR_FILENO + 1);
-    posix_spawnattr_t attributes;
-    posix_spawnattr_init(&attributes);
-    sigset_t signals;
-    sigemptyset(&signals);
-    posix_spawnattr_setsigmask(&attributes, &signals);
-    sigfillset(&signals);
-    posix_spawnattr_setsigdefault(&attributes, &signals);
-    posix_spawnattr_setpgroup(&attributes, 0);
-    posix_spawnattr_setflags(
-        &attributes, POSIX_SPAWN_SETPGROUP | POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF);
-    char name[] = "sendmail", to_those_in_the_head[] = "-t", dots_are_text[] = "-i";
-    char* arguments[] = {name, to_those_in_the_head, dots_are_text, nullptr};
-    const int error =
-        posix_spawn(process, program.c_str(), &files, &attributes, arguments, environ);
-    posix_spawnattr_destroy(&attributes);
-    posix_spawn_file_actions_destroy(&files);
-    return error == 0 ? B_OK : B_MAIL_NO_DAEMON;
+    BPrivate::ProgramStart start;
+    start.Open(STDIN_FILENO, mail_path, O_RDONLY);
+    start.Open(STDOUT_FILENO, "/dev/null", O_WRONLY);
+    start.Give(STDERR_FILENO, STDOUT_FILENO);
+    start.LeadGroup();
+    return start.Run(program.c_str(), {"sendmail", "-t", "-i"});
 }
 
 static status_t status_of(int exit_code)
@@ -129,9 +113,8 @@ status_t run_sendmail(const char* mail_path)
     const std::string program = find_sendmail();
     if (program.empty())
         return B_MAIL_NO_DAEMON;
-    pid_t process;
-    const status_t status = start(program, mail_path, &process);
-    return status == B_OK ? wait_for(process) : status;
+    const pid_t process = start(program, mail_path);
+    return process >= 0 ? wait_for(process) : B_MAIL_NO_DAEMON;
 }
 
 }  // namespace mail

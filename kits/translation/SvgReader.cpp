@@ -11,7 +11,6 @@
 #include <fcntl.h>
 #include <poll.h>
 #include <signal.h>
-#include <spawn.h>
 #include <stdlib.h>
 #include <sys/mman.h>
 #include <sys/resource.h>
@@ -25,6 +24,8 @@
 #include <string_view>
 #include <utility>
 #include <vector>
+
+#include "support/ProgramStart.h"
 
 namespace BPrivate {
 
@@ -96,34 +97,15 @@ status_t Converter::Start(const std::string& path, const Descriptor& input,
         return B_NO_MORE_FDS;
     fOutput = Descriptor(ends[0]);
     const Descriptor written(ends[1]);
-    posix_spawn_file_actions_t files;
-    posix_spawn_file_actions_init(&files);
-    posix_spawn_file_actions_adddup2(&files, input.Number(), STDIN_FILENO);
-    posix_spawn_file_actions_adddup2(&files, written.Number(), STDOUT_FILENO);
-    posix_spawn_file_actions_addopen(&files, STDERR_FILENO, "/dev/null", O_WRONLY, 0);
-    posix_spawn_file_actions_addclosefrom_np(&files, STDERR_FILENO + 1);
-    posix_spawnattr_t attributes;
-    posix_spawnattr_init(&attributes);
-    sigset_t signals;
-    sigemptyset(&signals);
-    posix_spawnattr_setsigmask(&attributes, &signals);
-    sigfillset(&signals);
-    posix_spawnattr_setsigdefault(&attributes, &signals);
-    posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF);
+    BPrivate::ProgramStart start;
+    start.Give(STDIN_FILENO, input.Number());
+    start.Give(STDOUT_FILENO, written.Number());
+    start.Open(STDERR_FILENO, "/dev/null", O_WRONLY);
     std::vector<std::string> words = options;
     words.insert(words.begin(), kCommand);
-    std::vector<char*> arguments;
-    for (std::string& word : words)
-        arguments.push_back(word.data());
-    arguments.push_back(nullptr);
-    const int error =
-        posix_spawn(&fProcess, path.c_str(), &files, &attributes, arguments.data(), environ);
-    posix_spawnattr_destroy(&attributes);
-    posix_spawn_file_actions_destroy(&files);
-    if (error != 0) {
-        fProcess = -1;
+    fProcess = start.Run(path.c_str(), words);
+    if (fProcess < 0)
         return B_NOT_SUPPORTED;
-    }
     limit(fProcess, RLIMIT_AS, kMostMemory);
     limit(fProcess, RLIMIT_CPU, kMostWork);
     limit(fProcess, RLIMIT_CORE, 0);
