@@ -8,6 +8,7 @@
 
 #include <string.h>
 
+#include <algorithm>
 #include <string>
 #include <string_view>
 
@@ -36,15 +37,22 @@ inline size_t valid_utf8_length(std::string_view text)
     return is_overlong || is_no_character ? 0 : length;
 }
 
+// The number of a character of so many bytes; that of a byte alone is the byte.
+inline uint32 utf8_code(const char* bytes, size_t length)
+{
+    const uint8 first = static_cast<uint8>(bytes[0]);
+    uint32 code = length < 2 ? first : first & (0x7Fu >> length);
+    for (size_t i = 1; i < length; i++)
+        code = code << 6 | (static_cast<uint8>(bytes[i]) & 0x3F);
+    return code;
+}
+
 // Takes the character at the start of a text that is not empty; returns its bytes.
 inline size_t next_character(std::string_view text, uint32* code)
 {
-    const size_t length = valid_utf8_length(text);
-    const uint8 first = static_cast<uint8>(text[0]);
-    *code = length < 2 ? first : first & (0x7Fu >> length);
-    for (size_t i = 1; i < length; i++)
-        *code = *code << 6 | (static_cast<uint8>(text[i]) & 0x3F);
-    return length == 0 ? 1 : length;
+    const size_t length = std::max<size_t>(valid_utf8_length(text), 1);
+    *code = utf8_code(text.data(), length);
+    return length;
 }
 
 // Puts a character, below 0x200000, in UTF-8 at `bytes`, which hold four; returns how many it took.

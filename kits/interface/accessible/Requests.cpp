@@ -23,6 +23,7 @@
 #include <interface/menu/MenuWindow.h>
 #include <interface/text/TextData.h>
 #include <interface/window/WindowPrivate.h>
+#include <support/ValidUTF8.h>
 
 namespace BPrivate {
 
@@ -202,26 +203,8 @@ static std::string first_character(std::u16string_view text, size_t* units)
         code = 0x10000 + ((code - 0xd800) << 10) + ((text[1] - 0xdc00u) & 0x3ff);
         *units = 2;
     }
-    std::string bytes;
-    const auto follower = [&](int shift) {
-        bytes.push_back(static_cast<char>(0x80 | (code >> shift & 0x3f)));
-    };
-    if (code < 0x80) {
-        bytes.push_back(static_cast<char>(code));
-    } else if (code < 0x800) {
-        bytes.push_back(static_cast<char>(0xc0 | code >> 6));
-        follower(0);
-    } else if (code < 0x10000) {
-        bytes.push_back(static_cast<char>(0xe0 | code >> 12));
-        follower(6);
-        follower(0);
-    } else {
-        bytes.push_back(static_cast<char>(0xf0 | code >> 18));
-        follower(12);
-        follower(6);
-        follower(0);
-    }
-    return bytes;
+    char bytes[4];
+    return std::string(bytes, put_utf8(code, bytes));
 }
 
 // By keys, which the field may want to filter.

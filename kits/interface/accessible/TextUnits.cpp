@@ -1,6 +1,7 @@
 #include <interface/accessible/TextUnits.h>
 
 #include <support/UTF8Characters.h>
+#include <support/ValidUTF8.h>
 
 namespace BPrivate {
 
@@ -14,12 +15,7 @@ int32 TextUnits::_Length(int32 byte) const
 // Bytes that are no UTF-8 are Latin-1, as they are shown.
 static void append_character(const char* bytes, int32 length, std::u16string* units)
 {
-    const auto byte = [=](int32 i) { return static_cast<uint32>(static_cast<uint8>(bytes[i])); };
-    uint32 code = byte(0);
-    if (length > 1)
-        code &= 0x7f >> length;
-    for (int32 i = 1; i < length; i++)
-        code = code << 6 | (byte(i) & 0x3f);
+    uint32 code = utf8_code(bytes, static_cast<size_t>(length));
     const bool is_surrogate = code >= 0xd800 && code < 0xe000;
     if (is_surrogate || code > 0x10ffff || code == 0)
         code = 0xfffd;
