@@ -43,8 +43,6 @@ struct [[gnu::visibility("hidden")]] ListData
     // The letters of a name.
     std::string typed;
     bigtime_t typedAt = 0;
-
-    static Rows& RowsOf(const BListView* list) { return list->fData->rows; }
 };
 
 }  // namespace BPrivate

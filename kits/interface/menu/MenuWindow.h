@@ -31,7 +31,6 @@ public:
     BMenu* Menu() const;  // null once it was taken out
     // Takes out what is in the window, hides the window and lets it end.
     void End();
-    bool Scrolls() const { return fScrolls; }
     // -1 over the strip at the top, 1 over that at the bottom, else 0. Place on the screen.
     int32 StripAt(BPoint where) const;
     // Scrolls by so many pixels; false if it is at the end.

@@ -65,7 +65,6 @@ public:
     void insertText(int offset, const QString& text) override;
     void replaceText(int start, int end, const QString& text) override;
 
-    AccessibleId Id() const { return fId; }
     // The states that a tree's item has, as Qt counts them.
     static QAccessible::State States(uint32 states, AccessibleRole role);
 
