@@ -3,15 +3,14 @@
 #include "files/filesystem.h"
 
 #include "plinth.h"
+#include "runtime/lasting_locker.h"
 #include "runtime/strings.h"
 #include "runtime/trace.h"
 
 #include <Application.h>
-#include <Autolock.h>
 #include <Directory.h>
 #include <Entry.h>
 #include <File.h>
-#include <Locker.h>
 #include <Path.h>
 #include <Roster.h>
 #include <Volume.h>
@@ -39,8 +38,10 @@ static const struct {
 };
 static const size_t kPermissionLetters = sizeof(kPermissions) / sizeof(kPermissions[0]);
 
-static BDirectory* sScan;   // the directory being scanned
-static BEntry* sScanEntry;  // what the scan fills
+// The program's thread scans; a handler may end the program meanwhile.
+static LastingLocker sScanLock("scan");
+static BDirectory* sScan GUARDED_BY(sScanLock);   // the directory being scanned
+static BEntry* sScanEntry GUARDED_BY(sScanLock);  // what the scan fills
 
 bool keep_file_error(const char* call)
 {
@@ -250,16 +251,9 @@ try {
     return no_memory(__func__);
 }
 
-// The program's thread scans; a handler may end the program meanwhile.
-static BLocker& scan_lock()
-{
-    static auto* const lock = new BLocker("scan");
-    return *lock;
-}
-
 void close_scan()
 {
-    BAutolock guard(scan_lock());
+    Autolock guard(sScanLock);
     delete sScan;
     delete sScanEntry;
     sScan = nullptr;
@@ -267,7 +261,7 @@ void close_scan()
 }
 
 // The name of the scan's next entry; null at the end, which is no failure, and on one.
-static char* next_name(const char* call)
+static char* next_name(const char* call) REQUIRES(sScanLock)
 {
     static char name[kTextSize];  // main thread
     status_t status = sScan->GetNextEntry(sScanEntry, false);
@@ -282,7 +276,7 @@ static char* next_name(const char* call)
 
 extern "C" char* FindFirstEntry(const char* path)
 try {
-    BAutolock guard(scan_lock());
+    Autolock guard(sScanLock);
     close_scan();
     sScan = new BDirectory(text_or_empty(path));
     if (sScan->InitCheck() != B_OK) {
@@ -305,7 +299,7 @@ try {
 
 extern "C" char* FindNextEntry(void)
 try {
-    BAutolock guard(scan_lock());
+    Autolock guard(sScanLock);
     if (sScan == nullptr || sScanEntry == nullptr)
         return kNoText;
     char* name = next_name(__func__);

@@ -4,6 +4,7 @@
 #include "files/filesystem.h"
 
 #include "plinth.h"
+#include "runtime/lasting_locker.h"
 #include "runtime/strings.h"
 
 #include <Application.h>
@@ -31,9 +32,9 @@ static std::atomic<void*> sHandler = nullptr;
 
 // Where the watched nodes and the volumes are: their messages name them by number.
 struct WatchedPaths {
-    BLocker lock{"watched paths"};
-    std::map<node_ref, std::string> nodes;  // lock
-    std::map<int32, std::string> volumes;   // lock; by device
+    LastingLocker lock{"watched paths"};
+    std::map<node_ref, std::string> nodes GUARDED_BY(lock);
+    std::map<int32, std::string> volumes GUARDED_BY(lock);  // by device
 };
 
 static WatchedPaths& watched()
@@ -68,7 +69,7 @@ static const char* text_in(const BMessage& message, const char* field, const cha
 
 static std::string node_path(const node_ref& node)
 {
-    BAutolock guard(watched().lock);
+    Autolock guard(watched().lock);
     auto found = watched().nodes.find(node);
     return found == watched().nodes.end() ? std::string() : found->second;
 }
@@ -100,7 +101,7 @@ static void remember_volumes()
 {
     BVolumeRoster roster;
     BVolume volume;
-    BAutolock guard(watched().lock);
+    Autolock guard(watched().lock);
     while (roster.GetNextVolume(&volume) == B_OK)
         watched().volumes[device_number(volume)] = volume_path(volume);
 }
@@ -119,7 +120,7 @@ static void follow_move(const std::string& from, const std::string& to)
 {
     if (from.empty() || to.empty())
         return;
-    BAutolock guard(watched().lock);
+    Autolock guard(watched().lock);
     for (auto& [node, path] : watched().nodes) {
         if (path == from || path.starts_with(from + '/'))
             path.replace(0, from.size(), to);
@@ -147,7 +148,7 @@ static bool is_at(const std::string& path, const node_ref& node)
 // A watched node that left its place may be anywhere, if it is at all.
 static void forget_removed(const node_ref& node, const std::string& path)
 {
-    BAutolock guard(watched().lock);
+    Autolock guard(watched().lock);
     auto found = watched().nodes.find(node);
     if (found != watched().nodes.end() && found->second == path && !is_at(path, node))
         watched().nodes.erase(found);
@@ -168,7 +169,7 @@ static void tell_mounted(const BMessage& message)
     const BVolume volume(numbered(number_in(message, "new device"), 0).device);
     const std::string path = volume_path(volume);
     {
-        BAutolock guard(watched().lock);
+        Autolock guard(watched().lock);
         watched().volumes[device_number(volume)] = path;
     }
     tell(B_DEVICE_MOUNTED, path, nullptr);
@@ -178,7 +179,7 @@ static void tell_unmounted(const BMessage& message)
 {
     std::string path;
     {
-        BAutolock guard(watched().lock);
+        Autolock guard(watched().lock);
         auto volume = watched().volumes.find(number_in(message, "device"));
         if (volume != watched().volumes.end()) {
             path = volume->second;
@@ -253,7 +254,7 @@ try {
     const BPath full(&entry);
     const BMessenger target = watcher();
     const node_ref key = numbered(static_cast<int32>(node.device), static_cast<int64>(node.node));
-    BAutolock guard(watched().lock);  // so that the first message finds the path
+    Autolock guard(watched().lock);  // so that the first message finds the path
     if (watch_node(&node, on != 0 ? B_WATCH_ALL : B_STOP_WATCHING, target) != B_OK)
         return keep_file_error(__func__);
     if (on != 0 && full.InitCheck() == B_OK)
@@ -274,7 +275,7 @@ try {
         status = watch_node(nullptr, B_WATCH_MOUNT, target);
     } else {
         status = stop_watching(target);
-        BAutolock guard(watched().lock);
+        Autolock guard(watched().lock);
         watched().nodes.clear();
         watched().volumes.clear();
     }

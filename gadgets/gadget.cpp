@@ -5,7 +5,6 @@
 #include "gadgets/gadget_list.h"
 #include "gadgets/kinds.h"
 
-#include <Locker.h>
 #include <ScrollView.h>
 #include <View.h>
 
@@ -71,31 +70,28 @@ static bool is_meant(const MyGadget* gadget, int32_t family)
 
 // --- gadgets in no window
 
-static BLocker& loose_lock()
-{
-    static auto* const lock = new BLocker("loose gadgets");
-    return *lock;
-}
+static LastingLocker sLooseLock("loose gadgets");
 
-void LooseLock::Take() { fHeld = loose_lock().Lock(); }
+void LooseLock::Take() { fHeld = sLooseLock.Locker().Lock(); }
 
 void LooseLock::Release()
 {
     if (fHeld)
-        loose_lock().Unlock();
+        sLooseLock.Locker().Unlock();
     fHeld = false;
 }
 
-LooseGivenUp::LooseGivenUp() : fLevels(loose_lock().IsLocked() ? loose_lock().CountLocks() : 0)
+LooseGivenUp::LooseGivenUp()
+    : fLevels(sLooseLock.Locker().IsLocked() ? sLooseLock.Locker().CountLocks() : 0)
 {
     for (int32_t i = 0; i < fLevels; i++)
-        loose_lock().Unlock();
+        sLooseLock.Locker().Unlock();
 }
 
 LooseGivenUp::~LooseGivenUp()
 {
     for (int32_t i = 0; i < fLevels; i++)
-        loose_lock().Lock();
+        sLooseLock.Locker().Lock();
 }
 
 // --- gadgets for a call

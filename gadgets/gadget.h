@@ -62,12 +62,14 @@ struct MyGadget {
     int32_t ident;                     // 0 once it is killed
     uint32_t flags;                    // GadgetFlags
     BView* view;                       // the control, or the scroll view around it
-    intptr_t popup;  // ident of the menu that the secondary button opens; registry lock
+    // Ident of the menu that the secondary button opens.
+    intptr_t popup GUARDED_BY(gRegistryLocker);
     intptr_t reserved10[2];
     int32_t selection;
     int32_t minimum, maximum, value;
-    intptr_t holds;   // calls and windows' threads, beside the registry: atomic
-    intptr_t holder;  // ident of the gadget that it was put into, 0 for none; registry lock
+    intptr_t holds;  // calls and windows' threads, beside the registry: atomic
+    // Ident of the gadget that it was put into, 0 for none.
+    intptr_t holder GUARDED_BY(gRegistryLocker);
     intptr_t reserved18[2];
     void* action_handler;  // slot 1
     void* key_handler;     // slot 2

@@ -326,6 +326,7 @@ void MyOutListView::MouseDown(BPoint where)
     const int32_t clicks = current_clicks(this);
     if (fGadget == nullptr || (buttons & B_PRIMARY_MOUSE_BUTTON) == 0 || clicks == 0)
         return;
+    // The platform's own count may go on with other buttons: kept on purpose.
     fClickCount = buttons != fLastButtons || clicks < 2 ? 1 : fClickCount + 1;
     fLastButtons = buttons;
     if ((fGadget->flags & kTakesFocus) != 0)

@@ -30,15 +30,7 @@ static const uint32 kSavedFormats[] = {B_TGA_FORMAT, B_PPM_FORMAT, 0, B_JPEG_FOR
 
 // --- records
 
-static BLocker& images_locker()
-{
-    static BLocker* const locker = new BLocker("images");
-    return *locker;
-}
-
-ImagesLock::ImagesLock() { images_locker().Lock(); }
-
-ImagesLock::~ImagesLock() { images_locker().Unlock(); }
+LastingLocker gImagesLocker("images");
 
 static BBitmap* new_bitmap(int32_t width, int32_t height, color_space space,
                            bool takes_views = false)
@@ -200,10 +192,10 @@ static bool make_canvas(IconRecord* icon)
 
 bool ImageAccess::Open(int32_t ident)
 {
-    images_locker().Lock();
+    gImagesLocker.Locker().Lock();
     IconRecord* icon = find_record<IconRecord>(RegistryLock(), ident);
     if (icon == nullptr || !make_canvas(icon)) {
-        images_locker().Unlock();
+        gImagesLocker.Locker().Unlock();
         return false;
     }
     fIcon = icon;
@@ -222,7 +214,7 @@ void ImageAccess::Close()
         return;
     fIcon->image->Unlock();
     fIcon = nullptr;
-    images_locker().Unlock();
+    gImagesLocker.Locker().Unlock();
 }
 
 // --- exported calls

@@ -23,12 +23,14 @@ struct IconRecord {
     bool has_own_second;      // the second image is not made from the first
 };
 
+extern LastingLocker gImagesLocker;
+
 // Holds all images: what was looked up stays, and nobody else draws into one. A window is locked
 // before it, and the registry may be looked up under it. Any thread; it may be held twice.
-class [[nodiscard]] ImagesLock {
+class [[nodiscard]] THREAD_SAFETY(scoped_lockable) ImagesLock {
 public:
-    ImagesLock();
-    ~ImagesLock();
+    ImagesLock() THREAD_SAFETY(acquire_capability(gImagesLocker)) { gImagesLocker.Lock(); }
+    ~ImagesLock() THREAD_SAFETY(release_capability()) { gImagesLocker.Unlock(); }
     ImagesLock(const ImagesLock&) = delete;
     ImagesLock& operator=(const ImagesLock&) = delete;
 };

@@ -3,12 +3,10 @@
 
 #include "plinth.h"
 
-#include <Autolock.h>
 #include <Entry.h>
 #include <Font.h>
 #include <Joystick.h>
 #include <List.h>
-#include <Locker.h>
 #include <Message.h>
 #include <MidiPort.h>
 #include <Path.h>
@@ -21,6 +19,7 @@
 #include <exception>
 #include <iterator>
 
+#include "runtime/lasting_locker.h"
 #include "runtime/strings.h"
 #include "runtime/trace.h"
 
@@ -28,8 +27,9 @@ static const int32 kMaxRecent = 64;
 static const size_t kDeviceName = 32;
 
 struct NameList {
-    BLocker lock{"names"};  // several handlers may end the program at once
-    BList names{20};        // heap strings, null where a name is empty or could not be copied
+    LastingLocker lock{"names"};  // several handlers may end the program at once
+    // Heap strings, null where a name is empty or could not be copied.
+    BList names GUARDED_BY(lock){20};
 };
 
 // Built on first use, and there to the end of the process.
@@ -41,7 +41,7 @@ static NameList& system_list()
 
 static void append(const char* name)
 {
-    BAutolock guard(system_list().lock);
+    Autolock guard(system_list().lock);
     system_list().names.AddItem(MyStringStr(name));
 }
 
@@ -143,19 +143,19 @@ try {
 
 extern "C" int32_t CountList(void)
 {
-    BAutolock guard(system_list().lock);
+    Autolock guard(system_list().lock);
     return system_list().names.CountItems();
 }
 
 extern "C" const char* GetInfoList(int32_t index)
 {
-    BAutolock guard(system_list().lock);
+    Autolock guard(system_list().lock);
     return text_or_empty(static_cast<const char*>(system_list().names.ItemAt(index)));
 }
 
 extern "C" void FreeList(void)
 {
-    BAutolock guard(system_list().lock);
+    Autolock guard(system_list().lock);
     BList& list = system_list().names;
     for (int32 i = 0; i < list.CountItems(); i++)
         MyFree(list.ItemAtFast(i));

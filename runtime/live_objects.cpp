@@ -2,13 +2,11 @@
 
 #include "runtime/live_objects.h"
 
-#include <Autolock.h>
-
 #include <new>
 
 void LiveSet::Add(const void* object)
 {
-    BAutolock lock(fLock);
+    Autolock lock(fLock);
     try {
         fObjects.insert(object);
     } catch (const std::bad_alloc&) {
@@ -17,12 +15,12 @@ void LiveSet::Add(const void* object)
 
 void LiveSet::Remove(const void* object)
 {
-    BAutolock lock(fLock);
+    Autolock lock(fLock);
     fObjects.erase(object);
 }
 
 bool LiveSet::Has(const void* object)
 {
-    BAutolock lock(fLock);
+    Autolock lock(fLock);
     return fObjects.count(object) > 0;
 }

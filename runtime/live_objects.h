@@ -18,10 +18,11 @@
 // the lock held under which it was looked up, most often that of the window that the message came
 // to.
 
-#include <Locker.h>
 #include <Message.h>
 
 #include <unordered_set>
+
+#include "runtime/lasting_locker.h"
 
 // Addresses of objects of one type. Any thread; its lock is the innermost.
 class LiveSet {
@@ -32,8 +33,8 @@ public:
     bool Has(const void* object);
 
 private:
-    BLocker fLock{"live objects"};
-    std::unordered_set<const void*> fObjects;
+    LastingLocker fLock{"live objects"};
+    std::unordered_set<const void*> fObjects GUARDED_BY(fLock);
 };
 
 // The set of a type. It is never deleted: objects may outlive the end of main.

@@ -17,33 +17,27 @@ BList** PtApp = nullptr;
 
 static const int32 kListBlockSize = 20;
 
-static BList* sOpenTables;                 // registry lock; the tables that Close_Sys has not freed
-static BList** sTableInUse;                // registry lock; PtApp, until Close_Sys frees it
-static std::atomic<bool> sEndApp = false;  // endapp
-static std::atomic<bool> sTracker = false;  // tracker
+LastingLocker gRegistryLocker("registry");
 
-static BLocker& registry_lock()
-{
-    static BLocker* const lock = new BLocker("registry");  // outlives every window's thread
-    return *lock;
-}
-
-RegistryLock::RegistryLock() { registry_lock().Lock(); }
-
-RegistryLock::~RegistryLock() { registry_lock().Unlock(); }
+static BList* sOpenTables GUARDED_BY(gRegistryLocker);   // the tables that Close_Sys has not freed
+static BList** sTableInUse GUARDED_BY(gRegistryLocker);  // PtApp, until Close_Sys frees it
+static std::atomic<bool> sEndApp = false;                // endapp
+static std::atomic<bool> sTracker = false;               // tracker
 
 bool keep_registry(bigtime_t patience_us)
 {
-    return registry_lock().LockWithTimeout(patience_us) == B_OK;
+    return gRegistryLocker.Locker().LockWithTimeout(patience_us) == B_OK;
 }
 
-static bool is_open_table(const RegistryLock&, BList** table)
+static bool is_open_table(const RegistryLock& registry, BList** table)
 {
+    registry.IsHeld();
     return table != nullptr && sOpenTables != nullptr && sOpenTables->HasItem(table);
 }
 
 BList* RegistryLock::List(RegistrySlot slot) const
 {
+    IsHeld();
     return sTableInUse != nullptr ? sTableInUse[slot] : nullptr;
 }
 

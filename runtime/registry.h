@@ -16,9 +16,10 @@
 // there: the window's lock for windows and gadgets, or runs on the only thread that frees it.
 
 #include <List.h>
-#include <Locker.h>
 
 #include <stdint.h>
+
+#include "runtime/lasting_locker.h"
 
 enum RegistrySlot {
     kWindows,
@@ -36,18 +37,23 @@ enum RegistrySlot {
 
 extern BList** PtApp;  // the table that Open_Sys made last; stays as it is after Close_Sys
 
+extern LastingLocker gRegistryLocker;
+
 // Holds the lock of the registry's lists, for look-ups and changes only, never while a window is
 // waited for: who has a window locked may want it. Any thread; it may be held twice.
-class [[nodiscard]] RegistryLock {
+class [[nodiscard]] THREAD_SAFETY(scoped_lockable) RegistryLock {
 public:
-    RegistryLock();
-    ~RegistryLock();
+    RegistryLock() THREAD_SAFETY(acquire_capability(gRegistryLocker)) { gRegistryLocker.Lock(); }
+    ~RegistryLock() THREAD_SAFETY(release_capability()) { gRegistryLocker.Unlock(); }
     RegistryLock(const RegistryLock&) = delete;
     RegistryLock& operator=(const RegistryLock&) = delete;
 
     // The list of a kind in the table in use; null before Open_Sys, after Close_Sys, and while
     // nobody made the list.
     BList* List(RegistrySlot slot) const;
+
+    // Who was handed one holds the lock.
+    void IsHeld() const THREAD_SAFETY(assert_capability(gRegistryLocker)) {}
 };
 
 // Keeps the registry as it is until the process ends; false if that takes longer.

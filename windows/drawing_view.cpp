@@ -62,7 +62,8 @@ void MyView::Draw(BRect update)
     BView::Draw(update);
 }
 
-// A run goes on while the same buttons are pressed again within the click speed.
+// A run goes on while the same buttons are pressed again within the click speed. The
+// platform's own count may go on from another view, and with other buttons: kept on purpose.
 void MyView::_CountClick(int32 buttons, int32 clicks, int64 when)
 {
     bigtime_t interval = 0;

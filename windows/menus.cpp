@@ -9,7 +9,6 @@
 #include "windows/window.h"
 #include "windows/window_access.h"
 
-#include <Locker.h>
 #include <MenuBar.h>
 #include <Messenger.h>
 #include <PopUpMenu.h>
@@ -53,15 +52,7 @@ void MyMenuItem::DrawContent()
     BMenuItem::DrawContent();
 }
 
-static BLocker& menu_lock()
-{
-    static BLocker* const lock = new BLocker("menus");  // outlives every window's thread
-    return *lock;
-}
-
-MenuLock::MenuLock() { menu_lock().Lock(); }
-
-MenuLock::~MenuLock() { menu_lock().Unlock(); }
+LastingLocker gMenusLocker("menus");
 
 bool mark_chosen_item(const BMessage& message)
 {

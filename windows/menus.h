@@ -24,7 +24,7 @@ struct MenuRecord {
     void* owner;  // null for those of CreateMenu and CreatePopUpMenu
     BMenu* menu;  // a BMenuBar or a MyPopUpMenu
     intptr_t ident;
-    intptr_t attached;  // windows that show it; registry lock
+    intptr_t attached GUARDED_BY(gRegistryLocker);  // windows that show it
 };
 
 // A menu item whose mark changes with each choice while it is checkable. Its message names it by
@@ -43,12 +43,14 @@ private:
     const Live<BMenuItem> fLive{this};
 };
 
+extern LastingLocker gMenusLocker;
+
 // Keeps the menus that no window shows from being deleted, for as long as it lives. Taken after a
 // window's lock, never held while one is waited for.
-class [[nodiscard]] MenuLock {
+class [[nodiscard]] THREAD_SAFETY(scoped_lockable) MenuLock {
 public:
-    MenuLock();
-    ~MenuLock();
+    MenuLock() THREAD_SAFETY(acquire_capability(gMenusLocker)) { gMenusLocker.Lock(); }
+    ~MenuLock() THREAD_SAFETY(release_capability()) { gMenusLocker.Unlock(); }
     MenuLock(const MenuLock&) = delete;
     MenuLock& operator=(const MenuLock&) = delete;
 };

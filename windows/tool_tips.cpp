@@ -9,11 +9,10 @@
 
 #include "plinth.h"
 #include "gadgets/gadget.h"
+#include "runtime/lasting_locker.h"
 #include "windows/window_access.h"
 
-#include <Autolock.h>
 #include <InterfaceDefs.h>
-#include <Locker.h>
 #include <Message.h>
 #include <MessageFilter.h>
 #include <Messenger.h>
@@ -54,14 +53,10 @@ struct TipTexts {
 
 using Marlin::TipTexts;
 
-static BLocker& tips_lock()
-{
-    static auto* const lock = new BLocker("tool tips");
-    return *lock;
-}
+static LastingLocker sTipsLock("tool tips");
 
-// Of all windows; tips_lock(). A window may have older ones that it knows no more.
-static std::vector<std::shared_ptr<TipTexts>>& all_tips()
+// Of all windows. A window may have older ones that it knows no more.
+static std::vector<std::shared_ptr<TipTexts>>& all_tips() REQUIRES(sTipsLock)
 {
     static auto* const all = new std::vector<std::shared_ptr<TipTexts>>;
     return *all;
@@ -72,7 +67,7 @@ static std::atomic<int32> sCount;  // of them: most programs have none
 // The text of a view or of the nearest one around it that has some.
 static bool find_text(const TipTexts& tips, const BView* view, std::string* text)
 {
-    BAutolock lock(tips_lock());
+    Autolock lock(sTipsLock);
     for (; view != nullptr; view = view->Parent()) {
         const auto known = tips.texts.find(view);
         if (known == tips.texts.end())
@@ -297,7 +292,7 @@ static void make_tips(MyWinClass* window)
     tips->filter = new Marlin::ToolTipWatcher(tips->tip);
     window->AddCommonFilter(tips->filter);
     window->fToolTip = tips.get();
-    BAutolock lock(tips_lock());
+    Autolock lock(sTipsLock);
     all_tips().push_back(std::move(tips));
     sCount++;
 }
@@ -308,7 +303,7 @@ static void end_tips(IsMeant is_meant)
 {
     std::vector<std::shared_ptr<TipTexts>> ended;
     {
-        BAutolock lock(tips_lock());
+        Autolock lock(sTipsLock);
         std::erase_if(all_tips(), [&](const std::shared_ptr<TipTexts>& tips) {
             if (!is_meant(*tips))
                 return false;
@@ -333,7 +328,7 @@ bool tip_of(const BView* view, std::string* text)
 {
     if (sCount == 0)
         return false;
-    BAutolock lock(tips_lock());
+    Autolock lock(sTipsLock);
     for (const auto& tips : all_tips()) {
         const auto known = tips->texts.find(view);
         if (known != tips->texts.end() && !known->second.empty())
@@ -346,7 +341,7 @@ void forget_tip(const BView* view)
 {
     if (sCount == 0)
         return;
-    BAutolock lock(tips_lock());
+    Autolock lock(sTipsLock);
     for (const auto& tips : all_tips()) {
         if (tips->texts.erase(view) != 0)
             tips->tip.SendMessage(kHide);
@@ -384,7 +379,7 @@ extern "C" void SetTipsWindow(int32_t ident, const char* text)
         return;
     if (window->fToolTip == nullptr)
         make_tips(window);
-    BAutolock lock(tips_lock());
+    Autolock lock(sTipsLock);
     if (text != nullptr)
         window->fToolTip->texts[view] = text;
     else

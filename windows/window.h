@@ -175,7 +175,7 @@ private:
     bool fIsQuitting = false;  // in Quit(), which hides
 };
 
-extern MyWinClass* DefWin;  // registry lock; what names no window means this one
+extern MyWinClass* DefWin GUARDED_BY(gRegistryLocker);  // what names no window means this one
 
 // The window that a target of -1 draws into, null for none. It leaves here locked. Any thread.
 extern std::atomic<MyWinClass*> defaultoutput;

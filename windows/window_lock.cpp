@@ -9,11 +9,10 @@
 #include "windows/window_lock.h"
 
 #include "runtime/guarded.h"
+#include "runtime/lasting_locker.h"
 #include "windows/window.h"
 
-#include <Autolock.h>
 #include <Bitmap.h>
-#include <Locker.h>
 #include <View.h>
 
 #include <utility>
@@ -27,13 +26,8 @@ struct Wait {
     Wait* next;
 };
 
-static Wait* sWaits;  // waits_lock()
-
-static BLocker& waits_lock()
-{
-    static auto* const lock = new BLocker("waits");
-    return *lock;
-}
+static LastingLocker sWaitsLock("waits");
+static Wait* sWaits GUARDED_BY(sWaitsLock);
 
 namespace {
 
@@ -41,12 +35,12 @@ class Waiting {
 public:
     explicit Waiting(BLooper* looper) : fWait{find_thread(nullptr), looper, nullptr}
     {
-        BAutolock lock(waits_lock());
+        Autolock lock(sWaitsLock);
         fWait.next = std::exchange(sWaits, &fWait);
     }
     ~Waiting()
     {
-        BAutolock lock(waits_lock());
+        Autolock lock(sWaitsLock);
         Wait** place = &sWaits;
         while (*place != &fWait)
             place = &(*place)->next;
@@ -63,7 +57,7 @@ private:
 
 }  // namespace
 
-static const Wait* wait_of(thread_id thread)
+static const Wait* wait_of(thread_id thread) REQUIRES(sWaitsLock)
 {
     const Wait* wait = sWaits;
     while (wait != nullptr && wait->thread != thread)
@@ -73,7 +67,7 @@ static const Wait* wait_of(thread_id thread)
 
 bool Waiting::ClosesCircleAt(const BLooper* held) const
 {
-    BAutolock lock(waits_lock());
+    Autolock lock(sWaitsLock);
     const Wait* wait = &fWait;
     // A circle that this thread is not in has no end.
     for (int steps = 0; wait != nullptr && steps < 1000; steps++) {

@@ -1,27 +1,58 @@
 #!/usr/bin/env bash
-# locks.sh SOURCE_DIR COMPILER FLAGS...: has clang follow the locks of all sources that know
-# kits/support/Mutex.h, directly or through other headers. Fails where something is touched without
-# the lock that guards it.
+# locks.sh SOURCE_DIR KEPT_DIR COMPILER FLAGS...: has clang follow the locks of all sources that know
+# the words of kits/support/Mutex.h or runtime/lasting_locker.h, directly or through other headers.
+# Fails where something is touched without the lock that guards it. A source that was right is not
+# looked at again before it, a header of ours that it includes, or the flags change.
 set -euo pipefail
-cd "$1/kits"
-compiler=$2
-shift 2
+cd "$1"
+kept=$2
+compiler=$3
+shift 3
 flags=(-std=c++20 -Wno-everything "$@")
 folder=$(mktemp -d)
 trap 'rm -rf "$folder"' EXIT
+mkdir -p "$kept"
 
 # The files among those named that include a header of `headers`.
 including() { git ls-files "$@" | xargs grep -lE "#include [\"<]($headers)[\">]" || true; }
-
-headers=support/Mutex.h
+# The names that a header of the tree is included by: below its root or below kits/.
+headers='support/Mutex\.h|runtime/lasting_locker\.h'
 before=
 while [ "$headers" != "$before" ]; do
     before=$headers
-    headers=$({ tr '|' '\n' <<<"$headers" && including '*.h'; } | sort -u | paste -sd '|')
+    headers=$({ tr '|' '\n' <<<"$headers" && including '*.h' | sed 's|^kits/||; s|\.|\\.|g'; } |
+        sort -u | paste -sd '|')
 done
-sources=$(including '*.cpp')
+sources=$(including '*.cpp' | grep -v '^tests/')
 [ -n "$sources" ] || { echo "no source locks anything"; exit 1; }
 
-"$compiler" "${flags[@]}" -x c++-header pch.h -o "$folder/pch.h.pch"
-xargs -P 2 -n 1 "$compiler" "${flags[@]}" -include-pch "$folder/pch.h.pch" -fsyntax-only \
-    -Wthread-safety -Werror=thread-safety <<<"$sources"
+# What a source was when it was right: the flags, and all files of ours that it is made of.
+print_of() { { echo "${flags[*]}"; xargs sha256sum <"$1" 2>&1; } | sha256sum; }
+
+waiting=()
+for source in $sources; do
+    files=$kept/${source//\//:}
+    if [ ! -f "$files.right" ] || [ "$(print_of "$files")" != "$(cat "$files.right")" ]; then
+        waiting+=("$source")
+    fi
+done
+[ ${#waiting[@]} -gt 0 ] || exit 0
+
+"$compiler" "${flags[@]}" -x c++-header kits/pch.h -o "$folder/pch.h.pch"
+follow() {
+    local source=$1 files=$kept/${1//\//:}
+    rm -f "$files.right"
+    "$compiler" "${flags[@]}" -include-pch "$folder/pch.h.pch" -fsyntax-only -Wthread-safety \
+        -Werror=thread-safety -MD -MF "$files.d" "$source" || return
+    sed 's/^[^ ]*: //' "$files.d" | tr -d '\\' | tr ' ' '\n' | sort -u |
+        { grep -v "^$\|^/usr/\|^$folder" || true; } >"$files"
+    print_of "$files" >"$files.right"
+}
+for source in "${waiting[@]}"; do
+    [ "$(jobs -rp | wc -l)" -lt 2 ] || wait -n || true
+    follow "$source" &
+done
+wait
+for source in "${waiting[@]}"; do
+    [ -f "$kept/${source//\//:}.right" ] || exit 1
+done

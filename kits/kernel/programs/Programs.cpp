@@ -31,6 +31,7 @@
 #include "kernel/threads/Priorities.h"
 #include "kernel/threads/Threads.h"
 #include "support/HostErrors.h"
+#include "support/Mutex.h"
 
 namespace BPrivate {
 
@@ -46,9 +47,9 @@ struct Program {
 };
 
 struct Programs {
-    std::mutex lock;
-    std::map<thread_id, std::shared_ptr<Program>> all;
-    std::deque<thread_id> ended;  // that nobody has waited for yet
+    Mutex lock;
+    std::map<thread_id, std::shared_ptr<Program>> all GUARDED_BY(lock);
+    std::deque<thread_id> ended GUARDED_BY(lock);  // that nobody has waited for yet
 };
 
 // Never destroyed: threads run on while the process exits.
@@ -61,7 +62,7 @@ static Programs& programs()
 static std::shared_ptr<Program> find_program(thread_id id)
 {
     Programs& list = programs();
-    std::lock_guard hold(list.lock);
+    MutexLock hold(list.lock);
     const auto found = list.all.find(id);
     return found != list.all.end() ? found->second : nullptr;
 }
@@ -80,7 +81,7 @@ static void enter(thread_id id)
 {
     begin_with_normal_priority(id);
     Programs& list = programs();
-    std::lock_guard hold(list.lock);
+    MutexLock hold(list.lock);
     std::erase(list.ended, id);
     list.all[id] = std::make_shared<Program>();
 }
@@ -89,7 +90,7 @@ static void leave(thread_id id, status_t status, bool killed)
 {
     forget_priority(id);
     Programs& list = programs();
-    std::lock_guard hold(list.lock);
+    MutexLock hold(list.lock);
     const std::shared_ptr<Program> program = list.all[id];
     std::lock_guard hold_program(program->lock);
     program->ended = true;
@@ -127,7 +128,7 @@ status_t wait_for_program(thread_id id, bigtime_t deadline, uint32 flags, status
     } else {
         hold.unlock();
         Programs& list = programs();
-        std::lock_guard hold_list(list.lock);
+        MutexLock hold_list(list.lock);
         if (std::erase(list.ended, id) == 0)
             return B_BAD_THREAD_ID;  // another thread heard of it first
         list.all.erase(id);

@@ -10,6 +10,8 @@
 #include <deque>
 #include <mutex>
 
+#include "support/Mutex.h"
+
 namespace BPrivate {
 
 // Slot has a `std::mutex lock` and, guarded by it, an `int32 id`, 0 while the slot is free.
@@ -21,7 +23,7 @@ public:
     {
         int32 index;
         {
-            std::lock_guard table(fLock);
+            MutexLock table(fLock);
             // Freed slots rest a while before they are used again.
             if (fFree.size() > kResting || (fUsed == kMaxSlots && !fFree.empty())) {
                 index = fFree.front();
@@ -63,7 +65,7 @@ public:
         const int32 index = slot->id & (kMaxSlots - 1);
         slot->id = 0;
         --fCount;
-        std::lock_guard table(fLock);
+        MutexLock table(fLock);
         fFree.push_back(index);
     }
 
@@ -98,9 +100,9 @@ private:
         return chunk != nullptr ? chunk + index % kChunk : nullptr;
     }
 
-    std::mutex fLock;
-    std::deque<int32> fFree;  // with fLock
-    int32 fUsed = 0;          // with fLock
+    Mutex fLock;
+    std::deque<int32> fFree GUARDED_BY(fLock);
+    int32 fUsed GUARDED_BY(fLock) = 0;
     std::atomic<int32> fSequence{0};
     std::atomic<int32> fCount{0};
     std::atomic<Slot*> fChunks[kMaxSlots / kChunk] = {};

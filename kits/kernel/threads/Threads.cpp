@@ -20,6 +20,7 @@
 #include "kernel/threads/Priorities.h"
 #include "kernel/threads/ProcessExit.h"
 #include "kernel/programs/Programs.h"
+#include "support/Mutex.h"
 #include "support/RecursiveLock.h"
 
 namespace BPrivate {
@@ -32,10 +33,10 @@ struct Ended {
 };
 
 struct Registry {
-    std::mutex lock;
-    std::map<thread_id, std::shared_ptr<Thread>> threads;
-    std::map<thread_id, Ended> ended;  // that nobody has waited for yet
-    std::deque<thread_id> ended_order;
+    Mutex lock;
+    std::map<thread_id, std::shared_ptr<Thread>> threads GUARDED_BY(lock);
+    std::map<thread_id, Ended> ended GUARDED_BY(lock);  // that nobody has waited for yet
+    std::deque<thread_id> ended_order GUARDED_BY(lock);
 };
 
 // Never destroyed: threads run on while the process exits.
@@ -56,7 +57,7 @@ static void enter(const std::shared_ptr<Thread>& thread)
     tThread = thread->id;
     watch_for_exit();
     Registry& all = registry();
-    std::lock_guard hold(all.lock);
+    MutexLock hold(all.lock);
     all.ended.erase(thread->id);
     all.threads[thread->id] = thread;
 }
@@ -75,7 +76,7 @@ static void leave(Thread* self)
     std::shared_ptr<Thread> keep;
     bool waited_for;
     {
-        std::lock_guard hold(all.lock);
+        MutexLock hold(all.lock);
         keep = std::move(all.threads[self->id]);
         all.threads.erase(self->id);
         std::lock_guard hold_self(self->lock);
@@ -130,7 +131,7 @@ std::shared_ptr<Thread> find(thread_id id)
     if (id == gettid())
         current();
     Registry& all = registry();
-    std::lock_guard hold(all.lock);
+    MutexLock hold(all.lock);
     const auto found = all.threads.find(id);
     return found != all.threads.end() ? found->second : nullptr;
 }
@@ -139,7 +140,7 @@ std::vector<std::shared_ptr<Thread>> all_threads()
 {
     current();
     Registry& all = registry();
-    std::lock_guard hold(all.lock);
+    MutexLock hold(all.lock);
     std::vector<std::shared_ptr<Thread>> list;
     for (const auto& [id, thread] : all.threads)
         list.push_back(thread);
@@ -241,7 +242,7 @@ static void* run_thread(void* argument)
 static status_t wait_ended(thread_id id, status_t* returnValue)
 {
     Registry& all = registry();
-    std::lock_guard hold(all.lock);
+    MutexLock hold(all.lock);
     const auto found = all.ended.find(id);
     if (found == all.ended.end())
         return B_BAD_THREAD_ID;

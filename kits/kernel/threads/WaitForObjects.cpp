@@ -13,17 +13,18 @@
 #include "kernel/threads/ObjectWatch.h"
 #include "kernel/threads/Threads.h"
 #include "kernel/threads/WaitableObjects.h"
+#include "support/Mutex.h"
 
 namespace BPrivate {
 
 std::atomic<int> gObjectWatchers{0};
 
-static std::mutex sWatchLock;
-static std::vector<int>* sWatchers;  // their event descriptors; with sWatchLock
+static Mutex sWatchLock;
+static std::vector<int>* sWatchers GUARDED_BY(sWatchLock);  // their event descriptors
 
 void wake_object_watchers()
 {
-    std::lock_guard hold(sWatchLock);
+    MutexLock hold(sWatchLock);
     if (sWatchers == nullptr)
         return;
     for (int descriptor : *sWatchers)
@@ -35,7 +36,7 @@ class ObjectWatcher {
 public:
     ObjectWatcher() : fDescriptor(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK))
     {
-        std::lock_guard hold(sWatchLock);
+        MutexLock hold(sWatchLock);
         if (sWatchers == nullptr)
             sWatchers = new std::vector<int>;
         sWatchers->push_back(fDescriptor);
@@ -44,7 +45,7 @@ public:
 
     ~ObjectWatcher()
     {
-        std::lock_guard hold(sWatchLock);
+        MutexLock hold(sWatchLock);
         std::erase(*sWatchers, fDescriptor);
         gObjectWatchers.store(static_cast<int>(sWatchers->size()));
         close(fDescriptor);

@@ -22,7 +22,7 @@ class MemoryWindow final : public ScreenWindow {
 public:
     using ScreenWindow::ScreenWindow;
 
-    static MemoryWindow* Make(const WindowSpec& spec, EventSink* sink)
+    static MemoryWindow* Make(const WindowSpec& spec, EventSink* sink) REQUIRES(gStageLock)
     {
         auto* window = new MemoryWindow(spec, sink);
         if (!window->ResizePixels(window->fSpec.frame)) {
@@ -54,16 +54,16 @@ public:
     void Present(const Surface& surface, const clipping_rect* rects, int32 count) override;
     float Scale() const override { return sScale; }
 
-    void ActivateByUser() override;
+    void ActivateByUser() override REQUIRES(gStageLock);
 
 private:
     ~MemoryWindow() override = default;
-    void Place(BRect frame) override;
-    void Iconify(bool minimize) override;
-    void WorkspacesSet() override { _Unseen(); }
-    void _Activate();
-    void _Seen();    // it came into sight
-    void _Unseen();  // it may have gone out of sight
+    void Place(BRect frame) override REQUIRES(gStageLock);
+    void Iconify(bool minimize) override REQUIRES(gStageLock);
+    void WorkspacesSet() override REQUIRES(gStageLock) { _Unseen(); }
+    void _Activate() REQUIRES(gStageLock);
+    void _Seen() REQUIRES(gStageLock);    // it came into sight
+    void _Unseen() REQUIRES(gStageLock);  // it may have gone out of sight
 };
 
 class MemoryDisplay final : public Display {
@@ -81,15 +81,15 @@ public:
             sScale = sensible_scale(strtod(scale, nullptr));
     }
 
-    ScreenWindow* Create(const WindowSpec& spec, EventSink* sink) override
+    ScreenWindow* Create(const WindowSpec& spec, EventSink* sink) override REQUIRES(gStageLock)
     {
         return MemoryWindow::Make(spec, sink);
     }
 
-    BRect ScreenFrame() const override { return fScreen; }
-    bigtime_t FrameInterval() const override { return 1000000 / 60; }
-    float Scale() const override { return sScale; }
-    void SetScale(float scale) override
+    BRect ScreenFrame() const override REQUIRES(gStageLock) { return fScreen; }
+    bigtime_t FrameInterval() const override REQUIRES(gStageLock) { return 1000000 / 60; }
+    float Scale() const override REQUIRES(gStageLock) { return sScale; }
+    void SetScale(float scale) override REQUIRES(gStageLock)
     {
         if (sScale.exchange(scale) == scale)
             return;
@@ -98,13 +98,19 @@ public:
         for (ScreenWindow* window : stage().Windows())
             window->Deliver(event);
     }
-    void SetPointer(BPoint where) override { stage().MovePointer(where); }
-    int32 CountWorkspaces() override { return stage().WorkspaceCount(); }
-    int32 CurrentWorkspace() override { return stage().Workspace(); }
-    void ActivateWorkspace(int32 workspace) override { stage().ShowWorkspace(workspace); }
-    void SetWorkspaceCount(int32 count) override { stage().SetWorkspaceCount(count); }
-    void UpdateCursors() override {}
-    void InputHeld(bool) override {}
+    void SetPointer(BPoint where) override REQUIRES(gStageLock) { stage().MovePointer(where); }
+    int32 CountWorkspaces() override REQUIRES(gStageLock) { return stage().WorkspaceCount(); }
+    int32 CurrentWorkspace() override REQUIRES(gStageLock) { return stage().Workspace(); }
+    void ActivateWorkspace(int32 workspace) override REQUIRES(gStageLock)
+    {
+        stage().ShowWorkspace(workspace);
+    }
+    void SetWorkspaceCount(int32 count) override REQUIRES(gStageLock)
+    {
+        stage().SetWorkspaceCount(count);
+    }
+    void UpdateCursors() override REQUIRES(gStageLock) {}
+    void InputHeld(bool) override REQUIRES(gStageLock) {}
     std::shared_ptr<Clipboard> SystemClipboard() override { return fClipboard; }
     std::shared_ptr<Clipboard> PrimarySelection() override { return fPrimary; }
 

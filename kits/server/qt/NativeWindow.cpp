@@ -241,8 +241,8 @@ void NativeWindow::FollowScreen()
 bool NativeWindow::_HangsOn() const { return fIsMenu && hides_places(); }
 
 // What a menu or a tip belongs to: the menu that was opened last, the window that the open menus
-// are of, the one under the pointer, or the topmost one. Stage locked.
-static NativeWindow* parent_of_menu(bool grabs)
+// are of, the one under the pointer, or the topmost one.
+static NativeWindow* parent_of_menu(bool grabs) REQUIRES(gStageLock)
 {
     const ScreenWindow* const owner = grabs ? stage().HoldersOwner() : stage().Hovered();
     NativeWindow* found = nullptr;

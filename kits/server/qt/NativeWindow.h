@@ -97,8 +97,8 @@ private:
     QRegion _TakeDirty(float* scale);
     void _Paint(const QRegion& region, float scale, QImage& image);
     void _CopyPixels(const QRect& rect, float scale, QImage& image, QPoint to);
-    BPoint _OnScreen(QPointF where) const;        // stage locked
-    void _MoveTo(QPointF where, bigtime_t when);  // stage locked
+    BPoint _OnScreen(QPointF where) const REQUIRES(gStageLock);
+    void _MoveTo(QPointF where, bigtime_t when) REQUIRES(gStageLock);
     void _DragTo(const QMouseEvent* event);
     void _Key(QKeyEvent* event, bool down);
     void _Compose(const QInputMethodEvent& event);

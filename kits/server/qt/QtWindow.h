@@ -17,8 +17,8 @@ class QtDisplay;
 // server's thread on the native window.
 class QtWindow final : public ScreenWindow {
 public:
-    // Stage locked.
-    static QtWindow* Make(QtDisplay* display, const WindowSpec& spec, EventSink* sink);
+    static QtWindow* Make(QtDisplay* display, const WindowSpec& spec, EventSink* sink)
+        REQUIRES(gStageLock);
     ~QtWindow() override;
 
     void Destroy() override;
@@ -29,13 +29,12 @@ public:
     void SetCursor(const BCursor* cursor) override;
     void Present(const Surface& surface, const clipping_rect* rects, int32 count) override;
 
-    Border Decoration() const override { return fBorder; }
+    Border Decoration() const override REQUIRES(gStageLock) { return fBorder; }
     float Scale() const override { return fScale; }
-    void ActivateByUser() override;
-    bool HasHostFocus() const override { return fHasFocus; }
+    void ActivateByUser() override REQUIRES(gStageLock);
+    bool HasHostFocus() const override REQUIRES(gStageLock) { return fHasFocus; }
 
-    // Stage locked.
-    void UpdateCursor();
+    void UpdateCursor() REQUIRES(gStageLock);
 
     // What the native window says. Server's thread, stage not locked.
     void NativeMoved(BRect frame, Border border);
@@ -46,53 +45,52 @@ public:
     void NativeFocus(bool focus);
     // A menu's window had the keyboard for the active window, and has lost it to another program.
     static void NoFocus();
-    // The same, stage locked: the window manager has it on these workspaces.
-    void NativeWorkspaces(uint32 workspaces);
+    // The same: the window manager has it on these workspaces.
+    void NativeWorkspaces(uint32 workspaces) REQUIRES(gStageLock);
     // Whether `id` is the X window of it. Server's thread.
     bool IsNative(uint32 id) const;
-    // The native window, which knows nothing of this one any more. Stage locked; null if none.
-    std::unique_ptr<NativeWindow> TakeNative();
+    // The native window, which knows nothing of this one any more; null if none.
+    std::unique_ptr<NativeWindow> TakeNative() REQUIRES(gStageLock);
     NativeWindow* Native() const { return fNative.get(); }
     // Which window of the menus takes the pointer may have changed.
     void UpdateGrab();
     // The pointer is there, on the screen. Server's thread, stage not locked.
     void DragTo(BPoint where);
     bigtime_t FrameInterval() const;
-    // When something happened of which the host says that it was then; stage locked.
-    bigtime_t TimeOf(uint64 host_ms) const;
+    // When something happened of which the host says that it was then.
+    bigtime_t TimeOf(uint64 host_ms) const REQUIRES(gStageLock);
 
 private:
     QtWindow(QtDisplay* display, const WindowSpec& spec, EventSink* sink);
-    // Stage locked.
     template <class Task>
-    void _Post(Task task);
+    void _Post(Task task) REQUIRES(gStageLock);
     void _MakeNative();
     void _TellWorkspaces(NativeWindow& native, uint32 workspaces);
     void _TellHints(const WindowSpec& spec);
     void _TellTitle(const std::string& title);
     uint32 _SubsetOwner() const;
-    BRect Wanted() const override { return fWanted; }
-    WindowSpec _WantedSpec() const;
-    void Place(BRect frame) override;
-    void Iconify(bool minimize) override;
-    void Retitled() override;
-    void Restyled() override;
-    void WorkspacesSet() override;
-    void TypingHidden() override;
-    void CompositionMoved() override;
-    void CompositionEnded() override;
-    void AccessibleSet() override;
+    BRect Wanted() const override REQUIRES(gStageLock) { return fWanted; }
+    WindowSpec _WantedSpec() const REQUIRES(gStageLock);
+    void Place(BRect frame) override REQUIRES(gStageLock);
+    void Iconify(bool minimize) override REQUIRES(gStageLock);
+    void Retitled() override REQUIRES(gStageLock);
+    void Restyled() override REQUIRES(gStageLock);
+    void WorkspacesSet() override REQUIRES(gStageLock);
+    void TypingHidden() override REQUIRES(gStageLock);
+    void CompositionMoved() override REQUIRES(gStageLock);
+    void CompositionEnded() override REQUIRES(gStageLock);
+    void AccessibleSet() override REQUIRES(gStageLock);
 
     QtDisplay* fDisplay;
-    std::unique_ptr<NativeWindow> fNative;  // server's thread; made by the first task
-    bool fDestroyed = false;                // stage locked: its last task is posted
-    BRect fWanted;                          // stage locked: where the program last put it
-    bool fPlacing = false;                  // stage locked: a task that waits will put it there
-    bool fZoomed = false;                   // stage locked: by the window manager
-    EchoFilter<uint32> fWorkspaces;         // stage locked
-    Border fBorder{5, 26};                  // stage locked: a guess until the window is mapped
-    Cursor fCursor;                         // stage locked
-    bool fHasFocus = false;                 // stage locked
+    std::unique_ptr<NativeWindow> fNative;           // server's thread; made by the first task
+    bool fDestroyed GUARDED_BY(gStageLock) = false;  // its last task is posted
+    BRect fWanted GUARDED_BY(gStageLock);            // where the program last put it
+    bool fPlacing GUARDED_BY(gStageLock) = false;    // a task that waits will put it there
+    bool fZoomed GUARDED_BY(gStageLock) = false;     // by the window manager
+    EchoFilter<uint32> fWorkspaces GUARDED_BY(gStageLock);
+    Border fBorder GUARDED_BY(gStageLock){5, 26};  // a guess until the window is mapped
+    Cursor fCursor GUARDED_BY(gStageLock);
+    bool fHasFocus GUARDED_BY(gStageLock) = false;
     std::atomic<float> fScale;
 };
 

@@ -14,6 +14,7 @@
 #include <SupportDefs.h>
 
 #include <server/screen/AccessibleContent.h>
+#include <server/screen/StageLock.h>
 
 namespace server {
 
@@ -132,8 +133,8 @@ struct AccessibleRequest {
 extern std::atomic<bool> gReaderListens;
 // Any thread; windows ask at every change.
 inline bool reader_listens() { return gReaderListens.load(std::memory_order_relaxed); }
-// Tells the windows if one has come. Stage locked.
-void set_reader_listens(bool listens);
+// Tells the windows if one has come.
+void set_reader_listens(bool listens) REQUIRES(gStageLock);
 
 }  // namespace server
 

@@ -1,11 +1,11 @@
 #ifndef SERVER_DISPLAYS_H
 #define SERVER_DISPLAYS_H
 
-// What the two displays do each in its own way. Unless it says otherwise a function is called with
-// the stage locked and must not wait.
+// What the two displays do each in its own way. What is called with the stage locked must not wait.
 
 #include <server/clipboard/Clipboard.h>
 #include <server/screen/Screen.h>
+#include <server/screen/StageLock.h>
 
 namespace server {
 
@@ -14,26 +14,28 @@ class ScreenWindow;
 class Display {
 public:
     // A window that is not on the stage yet; null when the screen can not take another one.
-    virtual ScreenWindow* Create(const WindowSpec& spec, EventSink* sink) = 0;
-    virtual BRect ScreenFrame() const = 0;
-    virtual bigtime_t FrameInterval() const = 0;
+    virtual ScreenWindow* Create(const WindowSpec& spec, EventSink* sink) REQUIRES(gStageLock) = 0;
+    virtual BRect ScreenFrame() const REQUIRES(gStageLock) = 0;
+    virtual bigtime_t FrameInterval() const REQUIRES(gStageLock) = 0;
     // The pixels a unit, of new windows and of pictures of the screen: a sensible_scale().
-    virtual float Scale() const = 0;
+    virtual float Scale() const REQUIRES(gStageLock) = 0;
     // What the user does to a screen; nothing where it has a say of its own.
-    virtual void SetScale(float) {}
-    virtual Monitor ScreenMonitor() const { return {}; }
-    virtual void SetPointer(BPoint where) = 0;
-    virtual int32 CountWorkspaces() = 0;
-    virtual int32 CurrentWorkspace() = 0;
-    virtual void ActivateWorkspace(int32 workspace) = 0;
-    virtual void SetWorkspaceCount(int32 count) = 0;
+    virtual void SetScale(float) REQUIRES(gStageLock) {}
+    virtual Monitor ScreenMonitor() const REQUIRES(gStageLock) { return {}; }
+    virtual void SetPointer(BPoint where) REQUIRES(gStageLock) = 0;
+    virtual int32 CountWorkspaces() REQUIRES(gStageLock) = 0;
+    virtual int32 CurrentWorkspace() REQUIRES(gStageLock) = 0;
+    virtual void ActivateWorkspace(int32 workspace) REQUIRES(gStageLock) = 0;
+    virtual void SetWorkspaceCount(int32 count) REQUIRES(gStageLock) = 0;
     // The cursor of the application, or of no window at all, changed.
-    virtual void UpdateCursors() = 0;
+    virtual void UpdateCursors() REQUIRES(gStageLock) = 0;
     // Menus hold the input, or no one does any more: presses on other programs' windows count too.
-    virtual void InputHeld(bool held) = 0;
+    virtual void InputHeld(bool held) REQUIRES(gStageLock) = 0;
     // Something is dragged, which the screen shows; and no more, be it dropped or not.
-    virtual void DragBegan(std::shared_ptr<const DragPicture>, ClipboardForms) {}
-    virtual void DragEnded(bool) {}
+    virtual void DragBegan(std::shared_ptr<const DragPicture>, ClipboardForms) REQUIRES(gStageLock)
+    {
+    }
+    virtual void DragEnded(bool) REQUIRES(gStageLock) {}
     // Not locked.
     virtual std::shared_ptr<Clipboard> SystemClipboard() = 0;
     virtual std::shared_ptr<Clipboard> PrimarySelection() { return nullptr; }

@@ -22,7 +22,7 @@ static void on_window(float x, float y, Action action)
         action(*window);
 }
 
-static void press_and_release(int32 key)
+static void press_and_release(int32 key) REQUIRES(gStageLock)
 {
     stage().ChangeKey(key, true);
     stage().ChangeKey(key, false);
@@ -122,17 +122,21 @@ void inject_file_drop(float x, float y, const char* const* paths, int32_t count)
 
 void inject_window_close(float x, float y)
 {
-    on_window(x, y, [](ScreenWindow& window) { window.CloseByUser(); });
+    on_window(x, y, [](ScreenWindow& window) REQUIRES(gStageLock) { window.CloseByUser(); });
 }
 
 void inject_window_move(float x, float y, float left, float top)
 {
-    on_window(x, y, [=](ScreenWindow& window) { window.MoveByUser(BPoint(left, top)); });
+    on_window(x, y, [=](ScreenWindow& window) REQUIRES(gStageLock) {
+        window.MoveByUser(BPoint(left, top));
+    });
 }
 
 void inject_window_resize(float x, float y, float width, float height)
 {
-    on_window(x, y, [=](ScreenWindow& window) { window.ResizeByUser(width, height); });
+    on_window(x, y, [=](ScreenWindow& window) REQUIRES(gStageLock) {
+        window.ResizeByUser(width, height);
+    });
 }
 
 void inject_window_minimize(float x, float y, bool minimize)
@@ -145,12 +149,12 @@ void inject_window_minimize(float x, float y, bool minimize)
 
 void inject_window_zoom(float x, float y)
 {
-    on_window(x, y, [](ScreenWindow& window) { window.ZoomByUser(); });
+    on_window(x, y, [](ScreenWindow& window) REQUIRES(gStageLock) { window.ZoomByUser(); });
 }
 
 void inject_window_activate(float x, float y)
 {
-    on_window(x, y, [](ScreenWindow& window) { window.ActivateByUser(); });
+    on_window(x, y, [](ScreenWindow& window) REQUIRES(gStageLock) { window.ActivateByUser(); });
 }
 
 void inject_display_scale(float scale) { SetScreenScale(scale); }

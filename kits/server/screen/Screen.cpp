@@ -216,7 +216,8 @@ void BeginDrag(std::shared_ptr<const DragPicture> picture, ClipboardForms forms)
 {
     Display* display = the_display();
     StageLock lock;
-    stage().BeginDrag(picture, [=](bool dropped) { display->DragEnded(dropped); });
+    stage().BeginDrag(picture,
+                      [=](bool dropped) REQUIRES(gStageLock) { display->DragEnded(dropped); });
     display->DragBegan(picture, std::move(forms));
     if (stage().Buttons() == 0)
         stage().EndDrag(true);

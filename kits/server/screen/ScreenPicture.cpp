@@ -15,7 +15,7 @@ namespace server {
 
 namespace {
 
-uint32 sDesktop = 0xff336698;  // stage locked
+uint32 sDesktop GUARDED_BY(gStageLock) = 0xff336698;
 
 const int32 kBoxSize = 13;   // close and zoom boxes in the tab
 const int32 kLeastTab = 19;  // its height, also where the window manager's own titles are lower
@@ -144,7 +144,7 @@ int32 tab_width(const ScreenWindow& window, int32 whole)
     return std::min(whole, int32(text) + 2 * kBoxSize + 32);
 }
 
-void draw_window(Screenshot& shot, ScreenWindow& window, bool active)
+void draw_window(Screenshot& shot, ScreenWindow& window, bool active) REQUIRES(gStageLock)
 {
     BRect outer = window.OuterFrame();
     BRect content = window.Frame();

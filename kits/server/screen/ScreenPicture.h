@@ -3,17 +3,18 @@
 
 #include <Point.h>
 
+#include <server/screen/StageLock.h>
 #include <server/screen/Surface.h>
 
 namespace server {
 
-// The colour behind the windows. Stage locked.
-rgb_color desktop_color();
-void set_desktop_color(rgb_color color);
+// The colour behind the windows.
+rgb_color desktop_color() REQUIRES(gStageLock);
+void set_desktop_color(rgb_color color) REQUIRES(gStageLock);
 
 // Draws this program's windows with title tabs and borders over the desktop. `leftTop` is the
-// place on the screen of the target's first pixel. Stage locked.
-void draw_screen(const Surface& target, BPoint leftTop);
+// place on the screen of the target's first pixel.
+void draw_screen(const Surface& target, BPoint leftTop) REQUIRES(gStageLock);
 
 }  // namespace server
 

@@ -11,6 +11,7 @@
 
 #include <server/screen/Screen.h>
 #include <server/screen/FrontBuffer.h>
+#include <server/screen/StageLock.h>
 
 namespace server {
 
@@ -73,14 +74,14 @@ public:
     // that a window can have.
     static BRect SaneFrame(const WindowSpec& spec, BRect frame);
 
-    // Queues the event for the window; nothing once it is destroyed. Stage locked.
-    void Deliver(Event event);
+    // Queues the event for the window; nothing once it is destroyed.
+    void Deliver(Event event) REQUIRES(gStageLock);
 
-    // No more events. Stage locked.
-    void Silence() { fSink = nullptr; }
+    // No more events.
+    void Silence() REQUIRES(gStageLock) { fSink = nullptr; }
 
     BRect Frame() const { return fSpec.frame; }
-    BRect OuterFrame() const;  // with the decoration
+    BRect OuterFrame() const REQUIRES(gStageLock);  // with the decoration
     const std::string& Title() const { return fSpec.title; }
     window_look Look() const { return fSpec.look; }
     uint32 Flags() const { return fSpec.flags; }
@@ -88,7 +89,7 @@ public:
     // Whether it is modal for `window`, wherever that is.
     bool IsModalFor(const ScreenWindow* window) const;
     // Whether the host gives it the keyboard, be it blocked or not.
-    virtual bool HasHostFocus() const { return false; }
+    virtual bool HasHostFocus() const REQUIRES(gStageLock) { return false; }
     // The other one is gone.
     void Forget(const ScreenWindow* other) { std::erase(fSubset, other); }
     int32 Layer() const;  // a window stays below those of higher layers
@@ -97,52 +98,54 @@ public:
     bool IsMinimized() const { return fShown && fMinimized; }
     uint32 Workspaces() const { return fSpec.workspaces; }
     EventSink* Sink() const { return fSink; }
-    virtual Border Decoration() const;
+    virtual Border Decoration() const REQUIRES(gStageLock);
     FrontBuffer& Pixels() { return fPixels; }
 
-    // What a person does to a window, as far as its flags allow. Stage locked.
-    virtual void ActivateByUser() = 0;
-    void MoveByUser(BPoint leftTop);
-    void ResizeByUser(float width, float height);
-    void MinimizeByUser(bool minimize);
-    void CloseByUser();
-    void ZoomByUser();
+    // What a person does to a window, as far as its flags allow.
+    virtual void ActivateByUser() REQUIRES(gStageLock) = 0;
+    void MoveByUser(BPoint leftTop) REQUIRES(gStageLock);
+    void ResizeByUser(float width, float height) REQUIRES(gStageLock);
+    void MinimizeByUser(bool minimize) REQUIRES(gStageLock);
+    void CloseByUser() REQUIRES(gStageLock);
+    void ZoomByUser() REQUIRES(gStageLock);
 
-    // Stage locked.
-    BRect CompositionPlace() const { return fCompositionPlace; }
-    bool IsTypingHidden() const { return fTypingHidden; }
-    const std::shared_ptr<const AccessibleTree>& Accessible() const { return fAccessible; }
-    // What a screen reader wants done; nothing while a modal window keeps input away. Stage locked.
-    void Ask(const AccessibleRequest& request);
+    BRect CompositionPlace() const REQUIRES(gStageLock) { return fCompositionPlace; }
+    bool IsTypingHidden() const REQUIRES(gStageLock) { return fTypingHidden; }
+    const std::shared_ptr<const AccessibleTree>& Accessible() const REQUIRES(gStageLock)
+    {
+        return fAccessible;
+    }
+    // What a screen reader wants done; nothing while a modal window keeps input away.
+    void Ask(const AccessibleRequest& request) REQUIRES(gStageLock);
 
 protected:
     virtual ~ScreenWindow() = default;
 
-    // Where the window is, or soon will be. Stage locked, as for all hooks below.
-    virtual BRect Wanted() const { return fSpec.frame; }
+    // Where the window is, or soon will be.
+    virtual BRect Wanted() const REQUIRES(gStageLock) { return fSpec.frame; }
     // Brings the window there; the frame may lie outside its limits.
-    virtual void Place(BRect frame) = 0;
+    virtual void Place(BRect frame) REQUIRES(gStageLock) = 0;
     // Makes the window an icon, or opens it.
-    virtual void Iconify(bool minimize) = 0;
+    virtual void Iconify(bool minimize) REQUIRES(gStageLock) = 0;
     // What the window was asked to be changed: the title; look, feel or flags; the workspaces.
-    virtual void Retitled() {}
-    virtual void Restyled() {}
-    virtual void WorkspacesSet() {}
+    virtual void Retitled() REQUIRES(gStageLock) {}
+    virtual void Restyled() REQUIRES(gStageLock) {}
+    virtual void WorkspacesSet() REQUIRES(gStageLock) {}
     // Whether typing is hidden; the composition's place; it is over.
-    virtual void TypingHidden() {}
-    virtual void CompositionMoved() {}
-    virtual void CompositionEnded() {}
+    virtual void TypingHidden() REQUIRES(gStageLock) {}
+    virtual void CompositionMoved() REQUIRES(gStageLock) {}
+    virtual void CompositionEnded() REQUIRES(gStageLock) {}
     // Screen readers are told something new.
-    virtual void AccessibleSet() {}
+    virtual void AccessibleSet() REQUIRES(gStageLock) {}
 
     bool ResizePixels(BRect frame);
     // The workspaces of a new window are those of the moment.
-    void SettleWorkspaces();
+    void SettleWorkspaces() REQUIRES(gStageLock);
     // Tell the window what has changed.
-    void ReportFrame(BRect before);
+    void ReportFrame(BRect before) REQUIRES(gStageLock);
     // Does nothing and returns false if that is no change.
-    bool ReportMinimized(bool minimized);
-    bool ReportWorkspaces(uint32 workspaces);
+    bool ReportMinimized(bool minimized) REQUIRES(gStageLock);
+    bool ReportWorkspaces(uint32 workspaces) REQUIRES(gStageLock);
 
     WindowSpec fSpec;
     EventSink* fSink;

@@ -15,21 +15,11 @@ namespace server {
 
 static const int32 kMaxWorkspaces = 32;
 
-static std::mutex& stage_mutex()
-{
-    static auto* mutex = new std::mutex;
-    return *mutex;
-}
-
 Stage& stage()
 {
     static auto* stage = new Stage;
     return *stage;
 }
-
-StageLock::StageLock() { stage_mutex().lock(); }
-
-StageLock::~StageLock() { stage_mutex().unlock(); }
 
 void Stage::Add(ScreenWindow* window)
 {
@@ -487,7 +477,7 @@ static Composition composition_step(Composition::Step step, std::string text = "
     return composition;
 }
 
-static void type_all(Stage& stage, const std::string& text)
+static void type_all(Stage& stage, const std::string& text) REQUIRES(gStageLock)
 {
     for (size_t at = 0; at < text.size();) {
         const std::string character =

@@ -8,7 +8,6 @@
 
 #include <functional>
 #include <memory>
-#include <mutex>
 #include <string>
 #include <utility>
 #include <vector>
@@ -16,6 +15,7 @@
 #include <server/screen/Screen.h>
 #include <server/screen/Input.h>
 #include <server/screen/InputHolders.h>
+#include <server/screen/StageLock.h>
 
 namespace server {
 
@@ -33,65 +33,70 @@ public:
     bool IsVisible(const ScreenWindow* window) const;
     ScreenWindow* Active() const { return fActive; }
     // Tells the two windows concerned. Null, or one that was taken off: none is active.
-    void SetActive(ScreenWindow* window);
+    void SetActive(ScreenWindow* window) REQUIRES(gStageLock);
     // Activates the topmost window that wants it, after the active one went out of sight.
-    void ActivateNext();
+    void ActivateNext() REQUIRES(gStageLock);
     // The modal window that keeps input from this one, null if none.
     ScreenWindow* Blocker(const ScreenWindow* window) const;
     // A modal window came or went: it takes the focus from a window that it blocks, and leaves it
     // to one that the host has given it to.
-    void MindBlockers();
+    void MindBlockers() REQUIRES(gStageLock);
     // The topmost visible window whose content, or content and decoration, holds a place.
-    ScreenWindow* ContentAt(BPoint where) const;
-    ScreenWindow* FrameAt(BPoint where) const;
+    ScreenWindow* ContentAt(BPoint where) const REQUIRES(gStageLock);
+    ScreenWindow* FrameAt(BPoint where) const REQUIRES(gStageLock);
     // The topmost minimised window whose frame would hold the place.
-    ScreenWindow* IconAt(BPoint where) const;
+    ScreenWindow* IconAt(BPoint where) const REQUIRES(gStageLock);
 
     // Workspaces. The display says which is shown.
     int32 Workspace() const { return fWorkspace; }
     int32 WorkspaceCount() const { return fWorkspaceCount; }
-    void SetWorkspaceCount(int32 count);
-    void ShowWorkspace(int32 workspace);
+    void SetWorkspaceCount(int32 count) REQUIRES(gStageLock);
+    void ShowWorkspace(int32 workspace) REQUIRES(gStageLock);
 
     // Input. `target` is the window that the host names; null: the one at that place. The host may
     // still speak of a window that has been taken off: nobody hears of that. `when` is when it
     // happened; 0: at this moment.
-    void MovePointer(BPoint where, ScreenWindow* target = nullptr, bigtime_t when = 0);
-    void LeavePointer(ScreenWindow* window);
-    void ChangeButton(int32 button, bool down, ScreenWindow* target = nullptr, bigtime_t when = 0);
+    void MovePointer(BPoint where, ScreenWindow* target = nullptr, bigtime_t when = 0)
+        REQUIRES(gStageLock);
+    void LeavePointer(ScreenWindow* window) REQUIRES(gStageLock);
+    void ChangeButton(int32 button, bool down, ScreenWindow* target = nullptr, bigtime_t when = 0)
+        REQUIRES(gStageLock);
     // Takes over that only the buttons in `held` are down: others went up elsewhere.
-    void SyncButtons(int32 held);
-    void TurnWheel(float dx, float dy, ScreenWindow* target = nullptr, bigtime_t when = 0);
-    void ChangeKey(int32 key, bool down, const char* text = nullptr, int32 rawChar = 0);
-    void TypeCharacter(const char* utf8);
+    void SyncButtons(int32 held) REQUIRES(gStageLock);
+    void TurnWheel(float dx, float dy, ScreenWindow* target = nullptr, bigtime_t when = 0)
+        REQUIRES(gStageLock);
+    void ChangeKey(int32 key, bool down, const char* text = nullptr, int32 rawChar = 0)
+        REQUIRES(gStageLock);
+    void TypeCharacter(const char* utf8) REQUIRES(gStageLock);
     // What an input method has made of keys so far, which may be nothing any more, and what it is
     // done with. Text that nobody saw being composed is typed.
-    void Compose(Composition composing, const std::string& committed);
+    void Compose(Composition composing, const std::string& committed) REQUIRES(gStageLock);
     // The window that takes part knows of its end.
     void ForgetComposition() { fComposer = nullptr; }
-    void SyncModifiers(uint32 modifiers, uint32 mask);
-    void ReleaseKeys();
-    void Drop(BPoint where, Event event, ScreenWindow* target = nullptr);
+    void SyncModifiers(uint32 modifiers, uint32 mask) REQUIRES(gStageLock);
+    void ReleaseKeys() REQUIRES(gStageLock);
+    void Drop(BPoint where, Event event, ScreenWindow* target = nullptr) REQUIRES(gStageLock);
 
     // A drag, of which `ended` is told whether it was dropped. One that goes on is cancelled by the
     // next.
-    void BeginDrag(std::shared_ptr<const DragPicture> picture, std::function<void(bool)> ended);
-    void EndDrag(bool dropped);
+    void BeginDrag(std::shared_ptr<const DragPicture> picture, std::function<void(bool)> ended)
+        REQUIRES(gStageLock);
+    void EndDrag(bool dropped) REQUIRES(gStageLock);
     const DragPicture* Dragged() const { return fDragged.get(); }  // null for none
     // The host says that another program's window lies above ours under the pointer of a drag.
     void SetCovered(bool covered) { fCovered = covered && fDragged != nullptr; }
     // The host carries the drag itself, and says which window it is over.
-    void CarryTo(BPoint where, ScreenWindow* over);
+    void CarryTo(BPoint where, ScreenWindow* over) REQUIRES(gStageLock);
 
     // Menus take the input from the windows; `owner` is the window whose loss of activity they are
     // told of, null for the active one. ReleaseInput() is true once nobody holds it.
-    void HoldInput(EventSink* sink, const EventSink* owner);
-    bool ReleaseInput(EventSink* sink);
+    void HoldInput(EventSink* sink, const EventSink* owner) REQUIRES(gStageLock);
+    bool ReleaseInput(EventSink* sink) REQUIRES(gStageLock);
     bool IsInputHeld() const { return !fHolders.IsEmpty(); }
     // The window that the newest of them belongs to; null for none.
     const ScreenWindow* HoldersOwner() const { return fHolders.Owner(); }
     // The host has closed their windows: they hear what they do when their window is inactive.
-    void CancelHolders();
+    void CancelHolders() REQUIRES(gStageLock);
 
     BPoint Pointer() const { return fPointer; }
     // The last window that the pointer moved in, unless it has left it; null for none.
@@ -112,17 +117,18 @@ public:
     bool acceptsFirstClick = true;
 
 private:
-    void _InputAt(bigtime_t when);
+    void _InputAt(bigtime_t when) REQUIRES(gStageLock);
     bool _Has(const ScreenWindow* window) const;
-    ScreenWindow* _PointerTarget(ScreenWindow* target) const;
-    Event _PointerEvent(EventKind kind, const ScreenWindow* window) const;
+    ScreenWindow* _PointerTarget(ScreenWindow* target) const REQUIRES(gStageLock);
+    Event _PointerEvent(EventKind kind, const ScreenWindow* window) const REQUIRES(gStageLock);
     Event _ScreenEvent(EventKind kind) const;
-    void _Enter(ScreenWindow* window);
-    bool _HeldButton(int32 button, bool down);
-    void _ChangeButton(int32 button, bool down, ScreenWindow* target, bigtime_t when);
-    void _DeliverKeys(const std::vector<Event>& events);
-    void _Tell(ScreenWindow* window, Composition composition);
-    bool _CancelsDrag(const Event& key);
+    void _Enter(ScreenWindow* window) REQUIRES(gStageLock);
+    bool _HeldButton(int32 button, bool down) REQUIRES(gStageLock);
+    void _ChangeButton(int32 button, bool down, ScreenWindow* target, bigtime_t when)
+        REQUIRES(gStageLock);
+    void _DeliverKeys(const std::vector<Event>& events) REQUIRES(gStageLock);
+    void _Tell(ScreenWindow* window, Composition composition) REQUIRES(gStageLock);
+    bool _CancelsDrag(const Event& key) REQUIRES(gStageLock);
 
     std::vector<ScreenWindow*> fWindows;
     ScreenWindow* fActive = nullptr;
@@ -150,16 +156,8 @@ private:
     bigtime_t fLastInput = 0;
 };
 
-// The one stage. It is never destroyed: threads may outlive main().
-Stage& stage();
-
-// Holds the stage.
-class StageLock {
-public:
-    StageLock();
-    ~StageLock();
-    StageLock(const StageLock&) = delete;
-};
+// The one stage. It is never destroyed: threads may outlive main(). Whoever holds its lock has it.
+Stage& stage() REQUIRES(gStageLock);
 
 }  // namespace server
 
