@@ -294,7 +294,9 @@ void RedrawOfQt(benchmark::State& state)
     static char name[] = "gadget_bench";
     static char* argv[] = {name, nullptr};
     qputenv("QT_QPA_PLATFORM", "offscreen");
-    thread_local QApplication application(argc, argv);  // goes with the thread that it belongs to
+    // Never destroyed: the benchmark's thread is not the one that the process ends on.
+    static auto* const application = new QApplication(argc, argv);
+    static_cast<void>(application);
     QApplication::setStyle(QStyleFactory::create(QStringLiteral("Windows")));
     QWidget window;
     window.resize(800, 600);
