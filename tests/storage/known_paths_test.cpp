@@ -27,6 +27,12 @@ void* operator new(size_t size)
         throw std::bad_alloc();
     return block;
 }
+void* operator new(size_t size, const std::nothrow_t&) noexcept
+{
+    tAllocations++;
+    return malloc(size);
+}
+void operator delete(void* block, const std::nothrow_t&) noexcept { free(block); }
 void operator delete(void* block) noexcept { free(block); }
 void operator delete(void* block, size_t) noexcept { free(block); }
 
