@@ -213,6 +213,7 @@ TEST_F(TabGadgets, WidthsAreAsUsualOrOfTheWidestLabel)
     EXPECT_LT(width(0), usual);
     for (const int32_t what : {-1, 2, INT32_MAX})
         TabSystem(ident, 1, what);
+    EXPECT_LT(width(0), usual);  // nothing else is set
     TabSystem(ident, 2, 1);
     EXPECT_EQ(width(0), width(1));
     TabSystem(ident, 1, 1);
