@@ -85,10 +85,21 @@ stopped_by_program() {
     expect 'opcode 2 "a" selection 1-1 clause 0-1'
 }
 
+# The editor's handler hears of keys once the click has brought it the focus.
+hears_keys() {
+    xdotool key Left
+    said 'key 28 .*'
+}
+click_editor() {
+    mark
+    xdotool mousemove 150 240 click 1
+    eventually hears_keys || fail "the editor has no focus"
+}
+
 # Inline and underlined in an editor.
 editor() {
     start_program "$texts"
-    xdotool mousemove 150 240 click 1
+    click_editor
     type_first n
     xdotool key i h a o
     eventually underlined || fail "no line below the text"
@@ -104,20 +115,22 @@ editor() {
 }
 
 # What is typed into a hidden text is no input method's business, and the next text's is again.
+types_hidden() {
+    xdotool key n
+    said 'input [*]+'
+}
+click_hidden() {
+    mark
+    xdotool mousemove 300 174 click 1
+    eventually types_hidden || fail "nothing is typed into the hidden text"
+}
 hidden() {
     start_program "$texts"
-    xdotool mousemove 300 174 click 1
-    mark
-    xdotool key n i
-    expect 'input [*][*]'
-    xdotool mousemove 150 240 click 1
-    mark
+    click_hidden
+    click_editor
     xdotool key n i h a o space
     expect 'changed 6 你好'
-    xdotool mousemove 300 174 click 1
-    mark
-    xdotool key h
-    expect 'input [*]+'
+    click_hidden
 }
 # A row of one colour other than the ground's, as wide as the text.
 underlined() {
