@@ -172,7 +172,7 @@ states() {
     expect_has "$first" WM_STATE Normal
     tell wink 1
     expect winked
-    settled || fail "an icon, though it was restored last"
+    eventually settled || fail "an icon, though it was restored last"
     tell hide 1
     eventually state_is "$first" IsUnMapped || fail "still there"
     expect_lacks "$first" WM_STATE Normal

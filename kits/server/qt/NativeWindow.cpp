@@ -183,7 +183,8 @@ void NativeWindow::SetPlace(BRect frame)
     fPlace = place.topLeft();
     fUnits = place.size();
     setGeometry(place);
-    _TellFrame();
+    if (handle() == nullptr || hides_places())
+        _TellFrame();  // the X server tells it itself, after the places before it
     if (changes && fAppears && _HangsOn() && !Grabs())
         _HangOn();
 }

@@ -205,6 +205,7 @@ void QtWindow::Place(BRect frame)
             StageLock lock;
             fPlacing = false;
             spec = _WantedSpec();
+            fPlaces.Asked(spec.frame);
         }
         native.SetLimits(spec);
         native.SetPlace(spec.frame);
@@ -314,7 +315,7 @@ void QtWindow::NativeMoved(BRect frame, Border border)
     if (frame.Width() != before.Width() || frame.Height() != before.Height())
         ResizePixels(frame);
     ReportFrame(before);
-    if (!fPlacing)
+    if (!fPlaces.IsEcho(frame) && !fPlacing)
         fWanted = frame;
 }
 

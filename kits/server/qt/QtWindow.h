@@ -82,11 +82,12 @@ private:
     void AccessibleSet() override REQUIRES(gStageLock);
 
     QtDisplay* fDisplay;
-    std::unique_ptr<NativeWindow> fNative;           // server's thread; made by the first task
-    bool fDestroyed GUARDED_BY(gStageLock) = false;  // its last task is posted
-    BRect fWanted GUARDED_BY(gStageLock);            // where the program last put it
-    bool fPlacing GUARDED_BY(gStageLock) = false;    // a task that waits will put it there
-    bool fZoomed GUARDED_BY(gStageLock) = false;     // by the window manager
+    std::unique_ptr<NativeWindow> fNative;             // server's thread; made by the first task
+    bool fDestroyed GUARDED_BY(gStageLock) = false;    // its last task is posted
+    BRect fWanted GUARDED_BY(gStageLock);              // where the program last put it
+    bool fPlacing GUARDED_BY(gStageLock) = false;      // a task that waits will put it there
+    EchoFilter<BRect> fPlaces GUARDED_BY(gStageLock);  // what the screen was told of it
+    bool fZoomed GUARDED_BY(gStageLock) = false;       // by the window manager
     EchoFilter<uint32> fWorkspaces GUARDED_BY(gStageLock);
     Border fBorder GUARDED_BY(gStageLock){5, 26};  // a guess until the window is mapped
     Cursor fCursor GUARDED_BY(gStageLock);

@@ -36,6 +36,7 @@ public:
         if (value == fNewest)
             return true;
         fNewest = value;
+        fAsked.clear();  // an answer that comes later is news again
         return false;
     }
 
