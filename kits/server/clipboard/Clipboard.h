@@ -17,6 +17,8 @@ namespace server {
 
 // Microseconds of silence after which a program that owns the clipboard counts as dead.
 const bigtime_t kClipboardPatience = 800000;
+// The same of the screen itself, which is slow only where the machine is busy.
+const bigtime_t kScreenPatience = 10000000;
 
 // The text form, in UTF-8 on every host. Other forms have their MIME type's name.
 inline const char* const kTextForm = "text/plain";

@@ -41,18 +41,22 @@ void QtClipboard::_Changed()
 // False if the work was not done in time; it may be later, and owns all that it needs.
 bool QtClipboard::Call(std::function<void()> work)
 {
-    auto done = std::make_shared<std::promise<void>>();
-    std::future<void> future = done->get_future();
+    using Sign = std::promise<void>;
+    auto begun = std::make_shared<Sign>(), done = std::make_shared<Sign>();
+    std::future<void> begins = begun->get_future(), ends = done->get_future();
     {
         StageLock lock;
-        if (!fDisplay->Post([work = std::move(work), done] {
+        if (!fDisplay->Post([work = std::move(work), begun, done] {
+                begun->set_value();
                 work();
                 done->set_value();
             }))
             return false;
     }
-    const auto patience = std::chrono::microseconds(kClipboardPatience);
-    return future.wait_for(patience) == std::future_status::ready;
+    const auto comes = [](const std::future<void>& sign, bigtime_t patience) {
+        return sign.wait_for(std::chrono::microseconds(patience)) == std::future_status::ready;
+    };
+    return comes(begins, kScreenPatience) && comes(ends, kClipboardPatience);
 }
 
 QMimeData* mime_data_of(const ClipboardForms& forms)

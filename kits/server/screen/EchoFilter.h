@@ -41,7 +41,7 @@ public:
     }
 
 private:
-    static constexpr bigtime_t kPatience_us = 2000000;  // a change the screen never answered
+    static constexpr bigtime_t kPatience_us = 10000000;  // then the screen never answers it
 
     Value fNewest{};
     std::deque<std::pair<Value, bigtime_t>> fAsked;

@@ -46,8 +46,8 @@ X11Clipboard::~X11Clipboard()
     close(fWakeUp);
 }
 
-// True once the work is done; false when there is no connection, or the thread does not get on. The
-// work may then still be done later: it owns all that it needs.
+// True once the work is done; false when there is no connection, or the X server does not answer:
+// the work itself gives other programs up. It may still be done later, and owns all that it needs.
 bool X11Clipboard::Call(std::function<void()> work)
 {
     auto task = std::make_shared<Task>(std::move(work));
@@ -61,7 +61,7 @@ bool X11Clipboard::Call(std::function<void()> work)
     uint32 progress;
     do {
         progress = fProgress;
-        fProgressed.wait_for(lock, std::chrono::microseconds(kClipboardPatience + 200000),
+        fProgressed.wait_for(lock, std::chrono::microseconds(kScreenPatience),
                              [&] { return task->done || fEnded || fProgress != progress; });
     } while (!task->done && !fEnded && fProgress != progress);
     return task->done;
