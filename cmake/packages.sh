@@ -16,7 +16,7 @@ plinth_packages() {
 }
 
 build_packages=(g++ cmake ninja-build ccache pkg-config qt6-base-dev qt6-wayland libqt6svg6 libgl1-mesa-dev
-    libxcb1-dev libxcb-shm0-dev libxcb-xfixes0-dev libfreetype-dev libharfbuzz-dev libfontconfig-dev
+    libxcb1-dev libxcb-shm0-dev libxcb-xfixes0-dev libfreetype-dev libharfbuzz-dev libfribidi-dev libfontconfig-dev
     fonts-noto-core fonts-dejavu-core libglib2.0-dev libgmime-3.0-dev libudev-dev libasound2-dev
     qt6-image-formats-plugins librsvg2-bin libgif-dev libtiff-dev shared-mime-info
     libbenchmark-dev)

@@ -322,6 +322,39 @@ TEST_F(TextViewTest, PlacesAndOffsetsAreEachOthersInverse)
     }
 }
 
+TEST_F(TextViewTest, PlacesInLinesOfBothDirectionsAreEachOthersInverse)
+{
+    const char* const kTexts[] = {
+        "ab \u05D0\u05D1\u05D2 12-34 (\u05D3) cd",
+        "\u05D0\u05D1 (c 1.5) \u05D2",
+        "\u0661\u0662 \u0663 \u0633\u0646!",
+        "\u05D0\u05D1\u05D2 \u05D3",
+    };
+    for (const char* text : kTexts) {
+        view.SetText(text);
+        for (int32 offset = 0; offset <= view.TextLength(); offset++) {
+            if (offset < view.TextLength() && (view.ByteAt(offset) & 0xC0) == 0x80)
+                continue;
+            float height;
+            const BPoint point = view.PointAt(offset, &height);
+            EXPECT_EQ(view.OffsetAt(BPoint(point.x, point.y + height / 2)), offset) << text;
+        }
+    }
+}
+
+TEST_F(TextViewTest, WordsReadFromTheRightFillTheirLines)
+{
+    std::string text;
+    for (int i = 0; i < 40; i++)
+        text += "\u05E9\u05DC\u05D5\u05DD ";
+    view.SetText(text.c_str());
+    const float word = Width("\u05E9\u05DC\u05D5\u05DD ");
+    const float blank = Width(" ");  // which may hang over
+    const int32 words = int32((view.TextRect().Width() + blank) / word);
+    EXPECT_EQ(view.CountLines(), (40 + words - 1) / words);
+    EXPECT_EQ(view.OffsetAt(int32(1)), words * 9);
+}
+
 TEST_F(TextViewTest, UndoIsOfWholeStepsAndSaysWhatItIs)
 {
     bool redo = true;

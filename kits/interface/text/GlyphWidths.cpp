@@ -72,9 +72,9 @@ float GlyphWidths::Sum(const char* text, int32 length)
     return rest.empty() ? sum : server::StringWidth(fSpec, text, length, nullptr);
 }
 
-// As drawing places them, whatever their order on the line.
+// As drawing places them, or by their widths alone.
 static void shaped_starts(const server::FontSpec& spec, const char* text, int32 length,
-                          std::vector<float>* starts)
+                          GlyphWidths::Along along, std::vector<float>* starts)
 {
     const std::string ended(text, size_t(length));
     std::vector<server::CharacterMetrics> metrics(size_t(length) + 1);
@@ -85,15 +85,17 @@ static void shaped_starts(const server::FontSpec& spec, const char* text, int32 
     for (int32 i = 0; i < count && at < length; i++) {
         uint32 code;
         const int32 size = server::NextCharacter(spec, text + at, length - at, &code);
+        const server::CharacterMetrics& metric = metrics[size_t(i)];
+        const float start = along == GlyphWidths::Along::Line ? metric.start : width;
         for (int32 byte = 0; byte < size; byte++)
-            (*starts)[size_t(at + byte)] = metrics[size_t(i)].start;
-        width = std::max(width, metrics[size_t(i)].start + metrics[size_t(i)].advance);
+            (*starts)[size_t(at + byte)] = start;
+        width = std::max(width, start + metric.advance);
         at += size;
     }
     std::fill(starts->begin() + at, starts->end(), width);
 }
 
-void GlyphWidths::Starts(const char* text, int32 length, std::vector<float>* starts)
+void GlyphWidths::Starts(const char* text, int32 length, Along along, std::vector<float>* starts)
 {
     starts->assign(size_t(length) + 1, 0);
     float x = 0;
@@ -113,7 +115,7 @@ void GlyphWidths::Starts(const char* text, int32 length, std::vector<float>* sta
     if (at == length)
         (*starts)[size_t(length)] = x;
     else
-        shaped_starts(fSpec, text, length, starts);
+        shaped_starts(fSpec, text, length, along, starts);
 }
 
 }  // namespace BPrivate

@@ -28,8 +28,10 @@ public:
     float Of(uint32 code);
     // Of a text without tabs, line feeds and zero bytes.
     float Sum(const char* text, int32 length);
-    // Where each byte's character begins from the start, `length` + 1 places.
-    void Starts(const char* text, int32 length, std::vector<float>* starts);
+    // Where each byte's character begins from the start, `length` + 1 places: as it stands on the
+    // line, or how wide the text before it is, which differ where letters are read from the right.
+    enum class Along { Line, Text };
+    void Starts(const char* text, int32 length, Along along, std::vector<float>* starts);
 
 private:
     static const uint32 kPage = 256;

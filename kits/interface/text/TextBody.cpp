@@ -146,14 +146,14 @@ int32 TextBody::_PieceAt(int32 offset, int32 end, float x, TextPiece* piece) con
 }
 
 // Where each byte of a piece is drawn, into fStarts.
-void TextBody::_PlaceStarts(const TextPiece& piece) const
+void TextBody::_PlaceStarts(const TextPiece& piece, GlyphWidths::Along along) const
 {
     GlyphWidths& widths = *fStyles.At(piece.style).widths;
     if (piece.drawn == 0) {
         fStarts.assign(size_t(piece.length) + 1, 0);
         fStarts.back() = piece.width;
     } else if (!fHidden) {
-        widths.Starts(piece.bytes, piece.length, &fStarts);
+        widths.Starts(piece.bytes, piece.length, along, &fStarts);
     } else {
         const char* bytes = fBuffer.Bytes(piece.offset, piece.length, &fCopy);
         const float dot = widths.Sum(kDot, sizeof(kDot) - 1);
@@ -180,7 +180,8 @@ float TextBody::XAt(const LineTable::Place& line, int32 offset) const
             return true;
         }
         x = piece.x;
-        if (offset > piece.offset) {
+        // A first letter that is read from the right does not stand at the left.
+        if (offset > piece.offset || (piece.drawn > 0 && uint8(piece.bytes[0]) >= 0x80)) {
             _PlaceStarts(piece);
             x += fStarts[size_t(offset - piece.offset)];
         }
@@ -310,7 +311,7 @@ bool TextBody::Breaker::PassesLimit(const TextPiece& piece)
 {
     if (limit <= 0 || x + piece.width <= limit || piece.drawn == 0)
         return false;
-    body._PlaceStarts(piece);
+    body._PlaceStarts(piece, GlyphWidths::Along::Text);
     const std::vector<float> starts(body.fStarts);
     const int32 end = piece.offset + piece.length;
     for (int32 next; at < end; at = next) {

@@ -128,7 +128,8 @@ private:
     void _SetHeight(int32 from, int32 to, TextLine* line) const;
     LineChange _Rebreak(int32 from, int32 to, int32 removed);
     LineChange _Follow(int32 from, int32 to, int32 removed);
-    void _PlaceStarts(const TextPiece& piece) const;
+    void _PlaceStarts(const TextPiece& piece,
+                      GlyphWidths::Along along = GlyphWidths::Along::Line) const;
     int32 _Window(int32 offset) const;
 
     TextBuffer fBuffer;

@@ -12,6 +12,7 @@
 #include <mutex>
 #include <string_view>
 
+#include "server/text/LineOrder.h"
 #include "support/ValidUTF8.h"
 
 namespace server {
@@ -21,7 +22,7 @@ namespace {
 struct Character {
     uint32 code = 0;
     uint16 font = 0;
-    uint8 level = 0;  // 1: right to left, 2: a number in such a run
+    uint8 level = 0;  // odd: read from the right
 };
 
 struct Range {
@@ -45,9 +46,6 @@ constexpr Range kSimple[] = {
     {0xFFFC, 0xFFFD},   {0x1D000, 0x1D164}, {0x1F000, 0x1F3FA}, {0x1F400, 0x1FAFF},
     {0x20000, 0x3FFFF},
 };
-constexpr Range kRightToLeft[] = {
-    {0x0590, 0x08FF}, {0xFB1D, 0xFDFF}, {0xFE70, 0xFEFE}, {0x10800, 0x10FFF}, {0x1E800, 0x1EFFF},
-};
 // What is seen of the controls behind ASCII, which in most texts are stray bytes.
 constexpr uint32 kReplacement = 0xFFFD;
 
@@ -60,21 +58,10 @@ constexpr Range kInvisible[] = {
 
 bool is_simple(uint32 code) { return code < 0x300 || in_ranges(kSimple, std::size(kSimple), code); }
 
-bool is_right_to_left(uint32 code)
-{
-    return code >= 0x590 && in_ranges(kRightToLeft, std::size(kRightToLeft), code);
-}
-
 bool is_invisible(uint32 code)
 {
     return (code < 0x20 && code != '\t') ||
            (code >= 0x7F && in_ranges(kInvisible, std::size(kInvisible), code));
-}
-
-bool is_digit(uint32 code)
-{
-    return (code >= '0' && code <= '9') || (code >= 0x660 && code <= 0x669) ||
-           (code >= 0x6F0 && code <= 0x6F9);
 }
 
 bool is_mark(uint32 code)
@@ -185,39 +172,6 @@ void place_simple(const FontSpec& spec, const Character* characters, int32 count
     }
 }
 
-// Right-to-left runs reach from the first such letter to the last one before a letter of the other
-// direction; numbers inside keep their own.
-void set_levels(Character* characters, int32 count)
-{
-    int32 start = -1, end = -1;
-    auto close = [&] {
-        for (int32 i = start; start >= 0 && i <= end; i++)
-            characters[i].level = is_digit(characters[i].code) ? 2 : 1;
-        start = -1;
-    };
-    for (int32 i = 0; i < count; i++) {
-        uint32 code = characters[i].code;
-        if (is_right_to_left(code) && !is_digit(code)) {
-            if (start < 0)
-                start = i;
-            end = i;
-        } else if (is_digit(code)) {
-            if (start >= 0)
-                end = i;
-        } else if (code >= 'A' && !is_mark(code) && !is_invisible(code)) {
-            hb_unicode_general_category_t category =
-                hb_unicode_general_category(hb_unicode_funcs_get_default(), code);
-            bool letter = category >= HB_UNICODE_GENERAL_CATEGORY_LOWERCASE_LETTER &&
-                          category <= HB_UNICODE_GENERAL_CATEGORY_UPPERCASE_LETTER;
-            if (letter)
-                close();
-        } else if (start >= 0 && is_mark(code)) {
-            end = i;
-        }
-    }
-    close();
-}
-
 struct Item {
     int32 start, end;
     uint8 level;
@@ -237,7 +191,8 @@ void shape_item(const FontSpec& spec, const Character* characters, const Item& i
             uint32 code = characters[i].code;
             float advance = 0.0f;
             if (!is_invisible(code)) {
-                uint32 glyph = font.GlyphFor(code == '\t' ? ' ' : code);
+                uint32 drawn = code == '\t' ? ' ' : step < 0 ? Mirrored(code) : code;
+                uint32 glyph = font.GlyphFor(drawn);
                 advance = spaced(spec, layout, font.Advance(glyph)) + extra(code, delta);
                 layout.glyphs.push_back(
                     {glyph, characters[i].font, static_cast<uint16>(i), layout.width, 0.0f});
@@ -292,26 +247,41 @@ void shape_item(const FontSpec& spec, const Character* characters, const Item& i
     }
 }
 
-// Reverses, for each level from the highest down, the runs of that level and above.
-void reorder(std::vector<Item>& items)
+// Gives the characters their levels, and says in which order they stand; nothing for the order of
+// the text.
+std::vector<int32> set_levels(Character* characters, int32 count)
 {
-    for (uint8 level = 2; level >= 1; level--) {
-        for (size_t i = 0; i < items.size(); i++) {
-            size_t end = i;
-            while (end < items.size() && items[end].level >= level)
-                end++;
-            std::reverse(items.begin() + i, items.begin() + end);
-            if (end > i)
-                i = end;
-        }
+    const auto turns = [](const Character& each) { return TurnsOrder(each.code); };
+    if (std::none_of(characters, characters + count, turns))
+        return {};
+    std::vector<uint32> codes(static_cast<size_t>(count));
+    for (int32 i = 0; i < count; i++)
+        codes[i] = characters[i].code;
+    LineOrder line = OrderOf(codes.data(), count);
+    for (int32 i = 0; i < count; i++)
+        characters[i].level = line.levels[i];
+    return std::move(line.order);
+}
+
+// Items as they stand. Each is of one level, so that its characters stand together.
+std::vector<Item> reordered(const std::vector<Item>& items, const std::vector<int32>& order)
+{
+    std::vector<Item> standing;
+    for (size_t at = 0; at < order.size();) {
+        const auto behind =
+            std::upper_bound(items.begin(), items.end(), order[at],
+                             [](int32 place, const Item& item) { return place < item.start; });
+        standing.push_back(behind[-1]);
+        at += static_cast<size_t>(behind[-1].end - behind[-1].start);
     }
+    return standing;
 }
 
 void place_shaped(const FontSpec& spec, Character* characters, int32 count,
                   const escapement_delta* delta, Layout& layout) REQUIRES(FontLock())
 {
     hb_unicode_funcs_t* unicode = hb_unicode_funcs_get_default();
-    set_levels(characters, count);
+    const std::vector<int32> order = set_levels(characters, count);
     std::vector<Item> items;
     hb_script_t itemScript = HB_SCRIPT_COMMON;
     for (int32 i = 0; i < count; i++) {
@@ -338,7 +308,8 @@ void place_shaped(const FontSpec& spec, Character* characters, int32 count,
         if (!neutral)
             itemScript = script;
     }
-    reorder(items);
+    if (!order.empty())
+        items = reordered(items, order);
     std::fill(layout.starts.begin(), layout.starts.end(), NAN);
     for (const Item& item : items)
         shape_item(spec, characters, item, delta, layout);
@@ -347,6 +318,21 @@ void place_shaped(const FontSpec& spec, Character* characters, int32 count,
         if (std::isnan(layout.starts[i]))
             layout.starts[i] = i > 0 ? layout.starts[i - 1] + layout.advances[i - 1] : 0.0f;
     }
+}
+
+// How long a piece of a text that is longer than most pieces may be.
+int32 piece_limit(const FontSpec& font, const char* text)
+{
+    uint8 all = 0;
+    for (int32 i = 0; i < kPieceBytes; i++)
+        all |= static_cast<uint8>(text[i]);
+    for (int32 at = 0; at < kPieceBytes && all >= 0x80;) {
+        uint32 code;
+        at += NextCharacter(font, text + at, kPieceBytes - at, &code);
+        if (TurnsOrder(code))
+            return kTurnedPieceBytes;
+    }
+    return kPieceBytes;
 }
 
 }  // namespace
@@ -386,17 +372,20 @@ int32 PieceLength(const FontSpec& font, const char* text, int32 length)
 {
     if (length <= kPieceBytes)
         return length;
+    const int32 limit = piece_limit(font, text);
+    if (length <= limit)
+        return length;
     // Behind the last space; never before a mark that stands on it.
-    for (int32 end = kPieceBytes; end > kPieceBytes / 2; end--) {
+    for (int32 end = limit; end > limit / 2; end--) {
         if (text[end - 1] == ' ' && static_cast<uint8>(text[end]) < 0x80)
             return end;
     }
     int32 end = 0;
     int32 lastStart = 0;
     uint32 code;
-    while (end < kPieceBytes) {
+    while (end < limit) {
         int32 size = NextCharacter(font, text + end, length - end, &code);
-        if (end + size > kPieceBytes)
+        if (end + size > limit)
             break;
         if (!is_mark(code))
             lastStart = end;
@@ -413,10 +402,10 @@ void LayOut(const FontSpec& spec, const char* text, int32 length, const escapeme
     layout->glyphs.clear();
     layout->width = 0.0f;
 
-    Character characters[kPieceBytes];
+    static Character characters[kTurnedPieceBytes];  // font lock
     int32 count = 0;
     bool simple = spec.spacing == B_BITMAP_SPACING || spec.spacing == B_FIXED_SPACING;
-    for (int32 at = 0; at < length && count < kPieceBytes; count++) {
+    for (int32 at = 0; at < length && count < kTurnedPieceBytes; count++) {
         uint32 code;
         at += NextCharacter(spec, text + at, length - at, &code);
         characters[count] = {};

@@ -13,6 +13,8 @@ namespace server {
 
 // Text is laid out in pieces of at most so many bytes; longer text is cut, at spaces if it can be.
 constexpr int32 kPieceBytes = 256;
+// That of text with letters read from the right, which do not stand where the text is cut.
+constexpr int32 kTurnedPieceBytes = 2048;
 
 struct PlacedGlyph {
     uint32 glyph = 0;
@@ -30,7 +32,7 @@ struct Layout {
     float width = 0.0f;
 };
 
-// Lays out at most kPieceBytes of text; whatever else comes is left out.
+// Lays out one piece of text; what is behind kTurnedPieceBytes is left out.
 void LayOut(const FontSpec& font, const char* text, int32 length, const escapement_delta* delta,
             Layout* layout) REQUIRES(FontLock());
 

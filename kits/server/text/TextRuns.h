@@ -33,7 +33,7 @@ struct RunScale {
     float times = 1.0f;
 };
 
-// The run of a text of at most kPieceBytes. `phase` is where the pen stands between pixels. The
+// The run of one piece of text. `phase` is where the pen stands between pixels. The
 // run's width is not scaled.
 std::shared_ptr<const TextRun> FindRun(const FontSpec& font, const char* text, int32 length,
                                        const escapement_delta* delta, GlyphPhase phase,
