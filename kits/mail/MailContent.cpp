@@ -16,21 +16,14 @@
 #include <mutex>
 
 #include "support/ValidUTF8.h"
+#include "support/Held.h"
 
 namespace mail {
 
 namespace {
 
-struct Unref {
-    void operator()(gpointer object) const { g_object_unref(object); }
-};
-template <class Object>
-using Owned = std::unique_ptr<Object, Unref>;
-
-struct Free {
-    void operator()(gpointer memory) const { g_free(memory); }
-};
-using OwnedText = std::unique_ptr<char, Free>;
+using BPrivate::Held;
+using BPrivate::HeldObject;
 
 const size_t kLongestLine = 76;
 
@@ -61,13 +54,13 @@ bool holds_addresses(const std::string& name)
 // all can be encoded.
 std::string encode_addresses(const Field& field)
 {
-    Owned<InternetAddressList> list(internet_address_list_parse(nullptr, field.value.c_str()));
+    HeldObject<InternetAddressList> list(internet_address_list_parse(nullptr, field.value.c_str()));
     if (list == nullptr)
         return "";
     for (int i = 0; i < internet_address_list_length(list.get()); i++)
         internet_address_set_charset(internet_address_list_get_address(list.get(), i),
                                      charset_or_default(field.charset));
-    OwnedText text(internet_address_list_to_string(list.get(), nullptr, TRUE));
+    Held<char> text(internet_address_list_to_string(list.get(), nullptr, TRUE));
     std::string result = text != nullptr ? text.get() : "";
     std::erase(result, '\n');
     return is_ascii(result) ? result : "";
@@ -75,8 +68,8 @@ std::string encode_addresses(const Field& field)
 
 std::string encode_words(const Field& field)
 {
-    OwnedText text(g_mime_utils_header_encode_text(nullptr, field.value.c_str(),
-                                                   charset_or_default(field.charset)));
+    Held<char> text(g_mime_utils_header_encode_text(nullptr, field.value.c_str(),
+                                                    charset_or_default(field.charset)));
     return text.get();
 }
 
@@ -128,8 +121,8 @@ std::string fold_field(const std::string& name, const std::string& value)
 
 void set_content(GMimePart* part, GMimeStream* stream)
 {
-    Owned<GMimeStream> owned(stream);
-    Owned<GMimeDataWrapper> wrapper(
+    HeldObject<GMimeStream> owned(stream);
+    HeldObject<GMimeDataWrapper> wrapper(
         g_mime_data_wrapper_new_with_stream(stream, GMIME_CONTENT_ENCODING_DEFAULT));
     g_mime_part_set_content(part, wrapper.get());
 }
@@ -139,14 +132,14 @@ GMimeStream* stream_of(const std::string& bytes)
     return g_mime_stream_mem_new_with_buffer(bytes.data(), bytes.size());
 }
 
-Owned<GMimeObject> make_text_part(const MailContent& content)
+HeldObject<GMimeObject> make_text_part(const MailContent& content)
 {
     std::string text = content.text;
     const char* charset = is_ascii(text) ? "us-ascii" : charset_or_default(content.charset);
     if (!is_ascii(text)) {
         gsize length = 0;
-        OwnedText converted(g_convert(text.data(), gssize(text.size()), charset, "UTF-8", nullptr,
-                                      &length, nullptr));
+        Held<char> converted(g_convert(text.data(), gssize(text.size()), charset, "UTF-8", nullptr,
+                                       &length, nullptr));
         if (converted != nullptr)
             text.assign(converted.get(), length);
         else
@@ -157,7 +150,7 @@ Owned<GMimeObject> make_text_part(const MailContent& content)
     set_content(part, stream_of(text));
     g_mime_part_set_content_encoding(
         part, g_mime_part_get_best_content_encoding(part, GMIME_ENCODING_CONSTRAINT_7BIT));
-    return Owned<GMimeObject>(GMIME_OBJECT(part));
+    return HeldObject<GMimeObject>(GMIME_OBJECT(part));
 }
 
 // The leaf. A line break in it would end its line in the mail.
@@ -169,7 +162,7 @@ std::string sent_name(const std::string& path)
     return name;
 }
 
-status_t make_enclosure(const Enclosure& enclosure, Owned<GMimeObject>* made)
+status_t make_enclosure(const Enclosure& enclosure, HeldObject<GMimeObject>* made)
 {
     const size_t slash = enclosure.type.find('/');
     GMimePart* part = g_mime_part_new_with_type(enclosure.type.substr(0, slash).c_str(),
@@ -197,11 +190,11 @@ status_t make_body(const MailContent& content, GMimeMessage* message)
             g_mime_message_set_mime_part(message, make_text_part(content).get());
         return B_OK;
     }
-    Owned<GMimeMultipart> parts(g_mime_multipart_new_with_subtype("mixed"));
+    HeldObject<GMimeMultipart> parts(g_mime_multipart_new_with_subtype("mixed"));
     if (content.has_text)
         g_mime_multipart_add(parts.get(), make_text_part(content).get());
     for (const Enclosure& enclosure : content.enclosures) {
-        Owned<GMimeObject> part;
+        HeldObject<GMimeObject> part;
         const status_t status = make_enclosure(enclosure, &part);
         if (status != B_OK)
             return status;
@@ -235,17 +228,17 @@ bool is_mime_type(const char* type)
 
 std::string guess_type(const std::string& path, const std::string& data)
 {
-    OwnedText content_type(g_content_type_guess(path.empty() ? nullptr : path.c_str(),
-                                                reinterpret_cast<const guchar*>(data.data()),
-                                                data.size(), nullptr));
-    OwnedText type(g_content_type_get_mime_type(content_type.get()));
+    Held<char> content_type(g_content_type_guess(path.empty() ? nullptr : path.c_str(),
+                                                 reinterpret_cast<const guchar*>(data.data()),
+                                                 data.size(), nullptr));
+    Held<char> type(g_content_type_get_mime_type(content_type.get()));
     return type != nullptr && is_mime_type(type.get()) ? type.get() : "application/octet-stream";
 }
 
 status_t write_mail(const MailContent& content, int file)
 {
     start_gmime();
-    Owned<GMimeMessage> message(g_mime_message_new(FALSE));
+    HeldObject<GMimeMessage> message(g_mime_message_new(FALSE));
     GMimeHeaderList* headers = g_mime_object_get_header_list(GMIME_OBJECT(message.get()));
     for (const Field& field : content.fields) {
         g_mime_header_list_append(headers, field.name.c_str(), "", nullptr);
@@ -256,7 +249,7 @@ status_t write_mail(const MailContent& content, int file)
     status_t status = make_body(content, message.get());
     if (status != B_OK)
         return status;
-    Owned<GMimeStream> stream(g_mime_stream_fs_new(file));
+    HeldObject<GMimeStream> stream(g_mime_stream_fs_new(file));
     g_mime_stream_fs_set_owner(GMIME_STREAM_FS(stream.get()), FALSE);
     if (g_mime_object_write_to_stream(GMIME_OBJECT(message.get()), nullptr, stream.get()) < 0)
         status = errno == ENOSPC ? B_DEVICE_FULL : B_IO_ERROR;

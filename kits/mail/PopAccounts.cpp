@@ -20,10 +20,12 @@
 #include <string>
 
 #include <glib.h>
+#include "support/Held.h"
 
 namespace {
 
-using KeyFile = std::unique_ptr<GKeyFile, decltype(&g_key_file_unref)>;
+using BPrivate::Held;
+using BPrivate::take_text;
 
 std::mutex sLock;
 
@@ -47,9 +49,9 @@ status_t accounts_file(std::string* path)
     return status;
 }
 
-KeyFile read_accounts(const std::string& path)
+Held<GKeyFile> read_accounts(const std::string& path)
 {
-    KeyFile file(g_key_file_new(), &g_key_file_unref);
+    Held<GKeyFile> file(g_key_file_new());
     g_key_file_load_from_file(file.get(), path.c_str(), G_KEY_FILE_KEEP_COMMENTS, nullptr);
     return file;
 }
@@ -87,18 +89,12 @@ void copy_text(char* to, size_t size, const std::string& text)
 
 std::string read_text(GKeyFile* file, const std::string& group, const char* key)
 {
-    char* value = g_key_file_get_string(file, group.c_str(), key, nullptr);
-    const std::string text = value != nullptr ? value : "";
-    g_free(value);
-    return text;
+    return take_text(g_key_file_get_string(file, group.c_str(), key, nullptr));
 }
 
 std::string read_password(GKeyFile* file, const std::string& group)
 {
-    gsize size = 0;
-    guchar* bytes = g_base64_decode(read_text(file, group, "password").c_str(), &size);
-    std::string password(reinterpret_cast<char*>(bytes), size);
-    g_free(bytes);
+    std::string password = BPrivate::decode_base64(read_text(file, group, "password"));
     blur(&password);
     return password;
 }
@@ -146,30 +142,27 @@ void write_account(GKeyFile* file, int32 index, const mail_pop_account& account)
     for (const TextRow& row : kTexts) {
         const std::string text =
             as_text(reinterpret_cast<const char*>(&account) + row.offset, row.size);
-        char* valid = g_utf8_make_valid(text.data(), static_cast<gssize>(text.size()));
-        g_key_file_set_string(file, group.c_str(), row.key, valid);
-        g_free(valid);
+        const Held<char> valid(g_utf8_make_valid(text.data(), static_cast<gssize>(text.size())));
+        g_key_file_set_string(file, group.c_str(), row.key, valid.get());
     }
     for (const NumberRow& row : kNumbers)
         g_key_file_set_integer(file, group.c_str(), row.key, account.*row.field);
     std::string password = as_text(account.pop_password, sizeof(account.pop_password));
     blur(&password);
-    char* encoded =
-        g_base64_encode(reinterpret_cast<const guchar*>(password.data()), password.size());
-    g_key_file_set_string(file, group.c_str(), "password", encoded);
-    g_free(encoded);
+    const Held<char> encoded(
+        g_base64_encode(reinterpret_cast<const guchar*>(password.data()), password.size()));
+    g_key_file_set_string(file, group.c_str(), "password", encoded.get());
 }
 
 // As a whole, and for its owner's eyes only, whatever the file was before.
 status_t save(GKeyFile* file, const std::string& path)
 {
     gsize size = 0;
-    char* text = g_key_file_to_data(file, &size, nullptr);
+    const Held<char> text(g_key_file_to_data(file, &size, nullptr));
     const std::string unfinished = path + "." + std::to_string(getpid());
     unlink(unfinished.c_str());
     const int fd = open(unfinished.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600);
-    const bool written = fd >= 0 && write(fd, text, size) == static_cast<ssize_t>(size);
-    g_free(text);
+    const bool written = fd >= 0 && write(fd, text.get(), size) == static_cast<ssize_t>(size);
     if (fd >= 0)
         close(fd);
     if (written && rename(unfinished.c_str(), path.c_str()) == 0)
@@ -206,7 +199,7 @@ status_t get_pop_account(mail_pop_account* account, int32 index)
     std::string path;
     accounts_file(&path);
     std::lock_guard<std::mutex> hold(sLock);
-    const KeyFile file = read_accounts(path);
+    const Held<GKeyFile> file = read_accounts(path);
     if (index < 0 || index >= count_accounts(file.get()))
         return B_BAD_INDEX;
     const auto own = unsaved().find(index);
@@ -221,7 +214,7 @@ status_t set_pop_account(mail_pop_account* account, int32 index, bool should_sav
     std::string path;
     const status_t status = accounts_file(&path);
     std::lock_guard<std::mutex> hold(sLock);
-    const KeyFile file = read_accounts(path);
+    const Held<GKeyFile> file = read_accounts(path);
     if (index < 0 || index > count_accounts(file.get()))
         return B_BAD_INDEX;
     if (!should_save) {

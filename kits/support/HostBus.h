@@ -6,17 +6,12 @@
 
 #include <gio/gio.h>
 
-#include <memory>
 #include <string>
 
 #include <SupportDefs.h>
+#include "support/Held.h"
 
 namespace [[gnu::visibility("hidden")]] BPrivate {
-
-struct FreeVariant {
-    void operator()(GVariant* variant) const { g_variant_unref(variant); }
-};
-using Variant = std::unique_ptr<GVariant, FreeVariant>;
 
 // Where the user's bus listens, "" for none. An address that would have to start one is none.
 std::string session_bus_address();
@@ -42,8 +37,8 @@ public:
         const char* interface;
     };
     // Calls a method; takes `arguments`, a tuple or null. Null on failure, see Status().
-    Variant Call(const Object& object, const char* method, GVariant* arguments,
-                 const char* reply_type);
+    Held<GVariant> Call(const Object& object, const char* method, GVariant* arguments,
+                        const char* reply_type);
 
     // Why the last call failed: B_ENTRY_NOT_FOUND without bus or service, B_TIMED_OUT, or
     // B_ERROR for what the service itself says, and then by what name.
@@ -51,11 +46,11 @@ public:
     const std::string& ErrorName() const { return fErrorName; }
 
 private:
-    void _Fail(GError* error);
+    void _Fail(const GError* error);
     void _Close();
 
     const int fTimeoutMs;
-    GDBusConnection* fConnection = nullptr;
+    HeldObject<GDBusConnection> fConnection;
     status_t fStatus = B_ENTRY_NOT_FOUND;
     std::string fErrorName;
 };

@@ -23,19 +23,20 @@
 #include "storage/desktop/DataFolders.h"
 #include "storage/desktop/FileReplacement.h"
 #include "support/UriPaths.h"
+#include "support/Held.h"
 
 namespace BPrivate {
 
 static const char* const kApplications = "BeOSApplications";
 
-using Bookmarks = std::unique_ptr<GBookmarkFile, decltype(&g_bookmark_file_free)>;
+using Bookmarks = Held<GBookmarkFile>;
 
 static std::string list_path() { return storage::data_folders().front() + "/recently-used.xbel"; }
 
 // Null for a text that is no list of bookmarks.
 static Bookmarks parse(const std::string& text)
 {
-    Bookmarks file(g_bookmark_file_new(), &g_bookmark_file_free);
+    Bookmarks file(g_bookmark_file_new());
     if (!text.empty() &&
         !g_bookmark_file_load_from_data(file.get(), text.data(), text.size(), nullptr))
         file.reset();
@@ -54,9 +55,7 @@ static std::string own_name(const char* signature)
 // take the whole list for damaged.
 static std::string readable(const std::string& text)
 {
-    char* valid = g_utf8_make_valid(text.data(), static_cast<gssize>(text.size()));
-    std::string plain = valid;
-    g_free(valid);
+    std::string plain = take_text(g_utf8_make_valid(text.data(), static_cast<gssize>(text.size())));
     const auto is_control = [](char c) { return static_cast<uint8>(c) < ' ' || c == 0x7F; };
     std::replace_if(plain.begin(), plain.end(), is_control, '?');
     return plain;
@@ -68,19 +67,14 @@ static std::string command_of(const std::string& name)
     const storage::ApplicationRef application = storage::find_application(name);
     const std::string executable =
         application != nullptr ? application->executable : own_executable();
-    char* quoted = g_shell_quote(readable(executable).c_str());
-    const std::string command = std::string(quoted) + " %u";
-    g_free(quoted);
-    return command;
+    return take_text(g_shell_quote(readable(executable).c_str())) + " %u";
 }
 
 static std::string text_of(GBookmarkFile* file)
 {
     gsize size = 0;
-    char* data = g_bookmark_file_to_data(file, &size, nullptr);
-    const std::string text = data != nullptr ? std::string(data, size) : "";
-    g_free(data);
-    return text;
+    const Held<char> data(g_bookmark_file_to_data(file, &size, nullptr));
+    return data != nullptr ? std::string(data.get(), size) : "";
 }
 
 // A list of one bookmark, as `text` has it, or of none.
@@ -132,10 +126,9 @@ static void touch(GBookmarkFile* file, const std::string& uri, const std::string
     g_bookmark_file_set_mime_type(file, uri.c_str(), readable(type).c_str());
     g_bookmark_file_add_application(file, uri.c_str(), readable(name).c_str(),
                                     command_of(name).c_str());
-    GDateTime* now = g_date_time_new_now_utc();
-    g_bookmark_file_set_visited_date_time(file, uri.c_str(), now);
-    g_bookmark_file_set_modified_date_time(file, uri.c_str(), now);
-    g_date_time_unref(now);
+    const Held<GDateTime> now(g_date_time_new_now_utc());
+    g_bookmark_file_set_visited_date_time(file, uri.c_str(), now.get());
+    g_bookmark_file_set_modified_date_time(file, uri.c_str(), now.get());
 }
 
 void add_recent_file(const std::string& path, const std::string& type, const char* signature)
@@ -159,20 +152,11 @@ void add_recent_app(const std::string& executable, const storage::ApplicationRef
     });
 }
 
-static std::vector<std::string> take_texts(char** list, gsize count)
-{
-    const std::vector<std::string> texts(list, list + (list != nullptr ? count : 0));
-    g_strfreev(list);
-    return texts;
-}
-
 // All entries, newest first; of those with the same time, the one that was added last.
 static std::vector<std::string> uris_by_time(GBookmarkFile* file)
 {
-    gsize count = 0;
-    char** list = g_bookmark_file_get_uris(file, &count);
     std::vector<std::pair<gint64, std::string>> timed;
-    for (std::string& uri : take_texts(list, count)) {
+    for (std::string& uri : take_texts(g_bookmark_file_get_uris(file, nullptr))) {
         GDateTime* time = g_bookmark_file_get_modified_date_time(file, uri.c_str(), nullptr);
         const gint64 moment = time != nullptr ? g_date_time_to_unix(time) * G_USEC_PER_SEC +
                                                     g_date_time_get_microsecond(time)
@@ -192,12 +176,9 @@ static RecentItem item_of(GBookmarkFile* file, const std::string& uri)
 {
     RecentItem item;
     item.path = storage::path_of_uri(uri);
-    char* type = g_bookmark_file_get_mime_type(file, uri.c_str(), nullptr);
-    item.type = type != nullptr ? type : "";
-    g_free(type);
-    gsize count = 0;
-    char** list = g_bookmark_file_get_applications(file, uri.c_str(), &count, nullptr);
-    item.applications = take_texts(list, count);
+    item.type = take_text(g_bookmark_file_get_mime_type(file, uri.c_str(), nullptr));
+    item.applications =
+        take_texts(g_bookmark_file_get_applications(file, uri.c_str(), nullptr, nullptr));
     item.is_application = g_bookmark_file_has_group(file, uri.c_str(), kApplications, nullptr);
     item.is_private = g_bookmark_file_get_is_private(file, uri.c_str(), nullptr);
     return item;

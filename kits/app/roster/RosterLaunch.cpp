@@ -24,6 +24,7 @@
 #include "app/roster/RunningApps.h"
 #include "kernel/programs/HostProcess.h"
 #include "kernel/programs/Programs.h"
+#include "support/Held.h"
 
 using BPrivate::find_target;
 using BPrivate::LaunchTarget;
@@ -46,10 +47,8 @@ static const Line kTerminals[] = {
 
 static std::string program_in_path(const std::string& name)
 {
-    char* path = g_find_program_in_path(name.c_str());
-    const std::string found = path != nullptr ? path : name;
-    g_free(path);
-    return found;
+    const std::string path = BPrivate::take_text(g_find_program_in_path(name.c_str()));
+    return path.empty() ? name : path;
 }
 
 // Without a terminal to start, a program has ours, if there is one; else the line is empty.

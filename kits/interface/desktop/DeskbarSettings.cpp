@@ -16,6 +16,7 @@
 #include "interface/desktop/DeskbarPatience.h"
 #include "storage/desktop/FileLock.h"
 #include "support/HostErrors.h"
+#include "support/Held.h"
 
 namespace BPrivate {
 
@@ -39,11 +40,6 @@ static const FlagRow kFlags[] = {
     {"auto-hide", &DeskbarSettings::auto_hide},
 };
 
-struct FreeKeyFile {
-    void operator()(GKeyFile* file) const { g_key_file_free(file); }
-};
-using KeyFile = std::unique_ptr<GKeyFile, FreeKeyFile>;
-
 static BPath settings_folder()
 {
     BPath path;
@@ -58,9 +54,9 @@ static std::string settings_path(const BPath& folder)
 }
 
 // An unreadable file counts as empty.
-static KeyFile load(const BPath& folder)
+static Held<GKeyFile> load(const BPath& folder)
 {
-    KeyFile file(g_key_file_new());
+    Held<GKeyFile> file(g_key_file_new());
     const auto flags = GKeyFileFlags(G_KEY_FILE_KEEP_COMMENTS | G_KEY_FILE_KEEP_TRANSLATIONS);
     if (folder.Path() == nullptr ||
         !g_key_file_load_from_file(file.get(), settings_path(folder).c_str(), flags, nullptr))
@@ -70,10 +66,7 @@ static KeyFile load(const BPath& folder)
 
 static std::string get_text(GKeyFile* file, const char* key)
 {
-    char* text = g_key_file_get_string(file, kGroup, key, nullptr);
-    const std::string result = text != nullptr ? text : "";
-    g_free(text);
-    return result;
+    return take_text(g_key_file_get_string(file, kGroup, key, nullptr));
 }
 
 static DeskbarSettings read_from(GKeyFile* file)
@@ -87,10 +80,9 @@ static DeskbarSettings read_from(GKeyFile* file)
     for (const FlagRow& row : kFlags) {
         GError* error = nullptr;
         const bool value = g_key_file_get_boolean(file, kGroup, row.key, &error);
-        if (error == nullptr)
+        const Held<GError> failure(error);
+        if (failure == nullptr)
             settings.*row.flag = value;
-        else
-            g_error_free(error);
     }
     settings.panel = get_text(file, "panel");
     return settings;
@@ -119,7 +111,7 @@ status_t change_deskbar_settings(const std::function<void(DeskbarSettings&)>& ch
                                  deskbar_patience().settings);
     if (lock.Status() != B_OK)
         return lock.Status();
-    const KeyFile file = load(folder);
+    const Held<GKeyFile> file = load(folder);
     DeskbarSettings settings = read_from(file.get());
     change(settings);
     write_to(file.get(), settings);

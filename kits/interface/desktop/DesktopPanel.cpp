@@ -79,7 +79,7 @@ static std::optional<PanelState> run_plasma(HostBus& bus, const PanelChange& cha
     if (change.auto_hide)
         script += std::string(" p.hiding = '") + (*change.auto_hide ? "autohide" : "none") + "';";
     script += kPlasmaEnd;
-    const Variant reply =
+    const Held<GVariant> reply =
         bus.Call(kPlasma, "evaluateScript", g_variant_new("(s)", script.c_str()), "(s)");
     if (reply == nullptr)
         return std::nullopt;
@@ -94,7 +94,7 @@ static void set_xfce(HostBus& bus, const char* property, GVariant* value)
 {
     const std::string path = std::string(kXfcePanel) + property;
     if (bus.Status() == B_TIMED_OUT) {
-        g_variant_unref(g_variant_ref_sink(value));
+        const Held<GVariant> unused(g_variant_ref_sink(value));
         return;
     }
     bus.Call(kXfce, "SetProperty", g_variant_new("(ssv)", kXfceChannel, path.c_str(), value), "()");
@@ -104,7 +104,7 @@ static void set_xfce(HostBus& bus, const char* property, GVariant* value)
 static uint32 xfce_number(GVariant* properties, const char* property)
 {
     const std::string path = std::string(kXfcePanel) + property;
-    const Variant value(g_variant_lookup_value(properties, path.c_str(), nullptr));
+    const Held<GVariant> value(g_variant_lookup_value(properties, path.c_str(), nullptr));
     if (value == nullptr)
         return 0;
     if (g_variant_is_of_type(value.get(), G_VARIANT_TYPE_UINT32))
@@ -156,11 +156,11 @@ static std::optional<PanelState> run_xfce(HostBus& bus, const PanelChange& chang
                  g_variant_new_uint32(*change.auto_hide ? kXfceHides : kXfceStays));
     if (bus.Status() == B_TIMED_OUT)
         return std::nullopt;
-    const Variant reply = bus.Call(kXfce, "GetAllProperties",
-                                   g_variant_new("(ss)", kXfceChannel, kXfcePanel), "(a{sv})");
+    const Held<GVariant> reply = bus.Call(
+        kXfce, "GetAllProperties", g_variant_new("(ss)", kXfceChannel, kXfcePanel), "(a{sv})");
     if (reply == nullptr)
         return std::nullopt;
-    const Variant properties(g_variant_get_child_value(reply.get(), 0));
+    const Held<GVariant> properties(g_variant_get_child_value(reply.get(), 0));
     const std::string path = std::string(kXfcePanel) + "/position";
     const char* position = "";
     int snap = 0;

@@ -5,8 +5,12 @@
 #include <utility>
 
 #include "support/HostBus.h"
+#include "support/Held.h"
 
 namespace server {
+
+using BPrivate::Held;
+using BPrivate::HeldObject;
 
 static const char* const kService = "org.a11y.Bus";
 static const char* const kPath = "/org/a11y/bus";
@@ -35,8 +39,8 @@ private:
     void _Tell(bool on, const std::string& address = "");
 
     const Switched fSwitched;
-    GCancellable* const fEnd = g_cancellable_new();
-    GDBusConnection* fBus = nullptr;
+    const HeldObject<GCancellable> fEnd{g_cancellable_new()};
+    HeldObject<GDBusConnection> fBus;
     unsigned fSubscription = 0, fNameWatch = 0;
     bool fOn = false;
     bool fCame = false;  // the service, since it was asked last
@@ -48,37 +52,25 @@ ReaderSwitch::Watch::Watch(const std::string& address, Switched switched)
     const int flags = G_DBUS_CONNECTION_FLAGS_AUTHENTICATION_CLIENT |
                       G_DBUS_CONNECTION_FLAGS_MESSAGE_BUS_CONNECTION;
     g_dbus_connection_new_for_address(address.c_str(), static_cast<GDBusConnectionFlags>(flags),
-                                      nullptr, fEnd, _Connected, this);
+                                      nullptr, fEnd.get(), _Connected, this);
 }
 
 ReaderSwitch::Watch::~Watch()
 {
-    g_cancellable_cancel(fEnd);
+    g_cancellable_cancel(fEnd.get());
     if (fBus != nullptr) {
         g_bus_unwatch_name(fNameWatch);
-        g_dbus_connection_signal_unsubscribe(fBus, fSubscription);
-        g_object_unref(fBus);
+        g_dbus_connection_signal_unsubscribe(fBus.get(), fSubscription);
     }
-    g_object_unref(fEnd);
-}
-
-// True if it failed; of a call that was given up the watch is gone.
-static bool has_failed(GError* error)
-{
-    if (error == nullptr)
-        return false;
-    g_error_free(error);
-    return true;
 }
 
 void ReaderSwitch::Watch::_Connected(GObject*, GAsyncResult* result, void* data)
 {
-    GError* error = nullptr;
-    GDBusConnection* const bus = g_dbus_connection_new_for_address_finish(result, &error);
-    if (has_failed(error))
-        return;
+    GDBusConnection* const bus = g_dbus_connection_new_for_address_finish(result, nullptr);
+    if (bus == nullptr)
+        return;  // the watch may be gone
     auto* const self = static_cast<Watch*>(data);
-    self->fBus = bus;
+    self->fBus.reset(bus);
     g_dbus_connection_set_exit_on_close(bus, false);
     self->fSubscription = g_dbus_connection_signal_subscribe(
         bus, kService, kProperties, "PropertiesChanged", kPath, kStatus, G_DBUS_SIGNAL_FLAGS_NONE,
@@ -108,9 +100,9 @@ void ReaderSwitch::Watch::_Changed(GDBusConnection*, const char*, const char*, c
 void ReaderSwitch::Watch::_Call(const char* interface, const char* method, GVariant* arguments,
                                 const char* reply_type, GAsyncReadyCallback answered)
 {
-    g_dbus_connection_call(fBus, kService, kPath, interface, method, arguments,
-                           G_VARIANT_TYPE(reply_type), G_DBUS_CALL_FLAGS_NO_AUTO_START, -1, fEnd,
-                           answered, this);
+    g_dbus_connection_call(fBus.get(), kService, kPath, interface, method, arguments,
+                           G_VARIANT_TYPE(reply_type), G_DBUS_CALL_FLAGS_NO_AUTO_START, -1,
+                           fEnd.get(), answered, this);
 }
 
 // One of two values says it, and the signal has only what has changed: both are asked for.
@@ -119,26 +111,22 @@ void ReaderSwitch::Watch::_Ask()
     _Call(kProperties, "GetAll", g_variant_new("(s)", kStatus), "(a{sv})", _Answered);
 }
 
-// Null if the call failed.
-static GVariant* end_call(GObject* source, GAsyncResult* result)
+// Null if the call failed; of one that was given up the watch is gone.
+static Held<GVariant> end_call(GObject* source, GAsyncResult* result)
 {
-    GError* error = nullptr;
-    GVariant* const answer =
-        g_dbus_connection_call_finish(G_DBUS_CONNECTION(source), result, &error);
-    return has_failed(error) ? nullptr : answer;
+    return Held<GVariant>(
+        g_dbus_connection_call_finish(G_DBUS_CONNECTION(source), result, nullptr));
 }
 
 void ReaderSwitch::Watch::_Answered(GObject* source, GAsyncResult* result, void* data)
 {
-    GVariant* const answer = end_call(source, result);
+    const Held<GVariant> answer = end_call(source, result);
     if (answer == nullptr)
         return;
-    GVariant* const values = g_variant_get_child_value(answer, 0);
+    const Held<GVariant> values(g_variant_get_child_value(answer.get(), 0));
     gboolean enabled = false, read = false;
-    g_variant_lookup(values, "IsEnabled", "b", &enabled);
-    g_variant_lookup(values, "ScreenReaderEnabled", "b", &read);
-    g_variant_unref(values);
-    g_variant_unref(answer);
+    g_variant_lookup(values.get(), "IsEnabled", "b", &enabled);
+    g_variant_lookup(values.get(), "ScreenReaderEnabled", "b", &read);
     auto* const self = static_cast<Watch*>(data);
     const bool came = std::exchange(self->fCame, false);
     if ((enabled || read) && !came)
@@ -149,13 +137,12 @@ void ReaderSwitch::Watch::_Answered(GObject* source, GAsyncResult* result, void*
 
 void ReaderSwitch::Watch::_Addressed(GObject* source, GAsyncResult* result, void* data)
 {
-    GVariant* const answer = end_call(source, result);
+    const Held<GVariant> answer = end_call(source, result);
     if (answer == nullptr)
         return;
     const char* address;
-    g_variant_get(answer, "(&s)", &address);
+    g_variant_get(answer.get(), "(&s)", &address);
     static_cast<Watch*>(data)->_Tell(true, address);
-    g_variant_unref(answer);
 }
 
 void ReaderSwitch::Watch::_Tell(bool on, const std::string& address)

@@ -10,8 +10,11 @@
 #include "storage/desktop/FileReplacement.h"
 #include "support/HostErrors.h"
 #include "storage/desktop/RunProgram.h"
+#include "support/Held.h"
 
 namespace storage {
+
+using BPrivate::Held;
 
 // A program's path as the first word of a command: in quotes, and no field codes.
 static std::string as_command(const std::string& path)
@@ -46,9 +49,9 @@ status_t write_application_entry(const ApplicationEntry& entry)
         if (type.find('/') != std::string::npos)  // desktops know no supertypes alone
             types.append(type).append(";");
     }
-    GKeyFile* file = g_key_file_new();
+    const Held<GKeyFile> file(g_key_file_new());
     const auto set = [&](const char* key, const std::string& value) {
-        g_key_file_set_string(file, G_KEY_FILE_DESKTOP_GROUP, key, value.c_str());
+        g_key_file_set_string(file.get(), G_KEY_FILE_DESKTOP_GROUP, key, value.c_str());
     };
     set("Type", "Application");
     set("Name", leaf);
@@ -59,13 +62,11 @@ status_t write_application_entry(const ApplicationEntry& entry)
     if (!entry.in_menus)
         set("NoDisplay", "true");
     gsize size = 0;
-    char* text = g_key_file_to_data(file, &size, nullptr);
+    const Held<char> text(g_key_file_to_data(file.get(), &size, nullptr));
     const std::string folder = data_folders().front() + "/applications";
     TypesLock lock;
     status_t status =
-        replace_file(folder + "/" + file_name(entry.signature), std::string(text, size));
-    g_free(text);
-    g_key_file_unref(file);
+        replace_file(folder + "/" + file_name(entry.signature), std::string(text.get(), size));
     if (status == B_OK) {
         // Desktops without that tool read the entries themselves.
         const int before = errno;

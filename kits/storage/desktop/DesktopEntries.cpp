@@ -18,6 +18,7 @@
 #include <glib.h>
 
 #include "storage/desktop/DataFolders.h"
+#include "support/Held.h"
 #include "storage/desktop/KeptFiles.h"
 #include "storage/mime/MimeNames.h"
 #include "support/UriPaths.h"
@@ -81,14 +82,8 @@ std::string id_of_signature(std::string_view signature)
 
 // ---- Reading
 
-using KeyFile = std::unique_ptr<GKeyFile, decltype(&g_key_file_unref)>;
-
-static std::string take_text(char* text)
-{
-    std::string copy = text != nullptr ? text : "";
-    g_free(text);
-    return copy;
-}
+using BPrivate::take_text;
+using KeyFile = BPrivate::Held<GKeyFile>;
 
 static std::string get_text(const KeyFile& file, const char* key)
 {
@@ -108,14 +103,9 @@ static bool get_flag(const KeyFile& file, const char* key)
 
 static std::vector<std::string> split_command(const std::string& text)
 {
-    std::vector<std::string> words;
-    char** list = nullptr;
-    if (!g_shell_parse_argv(text.c_str(), nullptr, &list, nullptr))
-        return words;
-    for (char** word = list; *word != nullptr; word++)
-        words.push_back(*word);
-    g_strfreev(list);
-    return words;
+    char** list = nullptr;  // stays so if the text is no command
+    g_shell_parse_argv(text.c_str(), nullptr, &list, nullptr);
+    return BPrivate::take_texts(list);
 }
 
 // Where a command's program begins: behind "env" and what that sets.
@@ -240,7 +230,7 @@ static void read_entry(const std::string& path, const std::string& id, size_t pl
 {
     if (entries->by_id.contains(id))
         return;  // the user's own, or the weightier folder's
-    const KeyFile file(g_key_file_new(), &g_key_file_unref);
+    const KeyFile file(g_key_file_new());
     ApplicationRef& known = entries->by_id[id];  // null for one that hides others
     if (!g_key_file_load_from_file(file.get(), path.c_str(), G_KEY_FILE_NONE, nullptr) ||
         get_flag(file, "Hidden"))

@@ -13,8 +13,13 @@
 #include <gio/gio.h>
 
 #include "storage/desktop/DataFolders.h"
+#include "support/Held.h"
 
 namespace storage {
+
+using BPrivate::Held;
+using BPrivate::HeldObject;
+using BPrivate::take_text;
 
 static const size_t kMaxDepth = 16;  // of themes that inherit
 static const char* const kFallbacks[] = {"Adwaita", "breeze", "hicolor"};
@@ -23,21 +28,12 @@ static const char* const kEndings[] = {".png", ".svg", ".xpm"};
 
 // ---- The user's choice
 
-static std::string take_text(char* text)
-{
-    std::string copy = text != nullptr ? text : "";
-    g_free(text);
-    return copy;
-}
-
 static std::string read_key(const std::string& path, const char* group, const char* key)
 {
-    GKeyFile* file = g_key_file_new();
-    std::string value;
-    if (g_key_file_load_from_file(file, path.c_str(), G_KEY_FILE_NONE, nullptr))
-        value = take_text(g_key_file_get_string(file, group, key, nullptr));
-    g_key_file_unref(file);
-    return value;
+    const Held<GKeyFile> file(g_key_file_new());
+    if (!g_key_file_load_from_file(file.get(), path.c_str(), G_KEY_FILE_NONE, nullptr))
+        return "";
+    return take_text(g_key_file_get_string(file.get(), group, key, nullptr));
 }
 
 // <property name="IconThemeName" type="string" value="..."/>
@@ -54,18 +50,12 @@ static std::string xfce_theme(const std::string& config)
 static std::string gnome_theme(const char* schema)
 {
     GSettingsSchemaSource* source = g_settings_schema_source_get_default();
-    GSettingsSchema* found =
-        source != nullptr ? g_settings_schema_source_lookup(source, schema, true) : nullptr;
-    if (found == nullptr)
+    const Held<GSettingsSchema> found(
+        source != nullptr ? g_settings_schema_source_lookup(source, schema, true) : nullptr);
+    if (found == nullptr || !g_settings_schema_has_key(found.get(), "icon-theme"))
         return "";
-    std::string theme;
-    if (g_settings_schema_has_key(found, "icon-theme")) {
-        GSettings* settings = g_settings_new_full(found, nullptr, nullptr);
-        theme = take_text(g_settings_get_string(settings, "icon-theme"));
-        g_object_unref(settings);
-    }
-    g_settings_schema_unref(found);
-    return theme;
+    const HeldObject<GSettings> settings(g_settings_new_full(found.get(), nullptr, nullptr));
+    return take_text(g_settings_get_string(settings.get(), "icon-theme"));
 }
 
 std::string users_icon_theme()
@@ -113,9 +103,8 @@ static int get_number(GKeyFile* file, const std::string& group, const char* key,
 {
     GError* error = nullptr;
     const int value = g_key_file_get_integer(file, group.c_str(), key, &error);
-    const bool failed = error != nullptr;
-    g_clear_error(&error);
-    return failed ? otherwise : value;
+    const Held<GError> failure(error);
+    return failure != nullptr ? otherwise : value;
 }
 
 IconTheme::IconTheme(const std::string& name)
@@ -160,8 +149,7 @@ void IconTheme::_Add(const std::string& name, size_t depth)
         std::find(fNames.begin(), fNames.end(), name) != fNames.end())
         return;
     std::vector<std::string> places;
-    const std::unique_ptr<GKeyFile, decltype(&g_key_file_unref)> index(g_key_file_new(),
-                                                                       &g_key_file_unref);
+    const Held<GKeyFile> index(g_key_file_new());
     bool loaded = false;
     for (const std::string& folder : icon_folders()) {
         const std::string place = folder + "/" + name;

@@ -19,6 +19,7 @@
 #include "storage/mime/MimeTypeRecords.h"
 #include "storage/mime/SharedMime.h"
 #include "storage/mime/SnifferRule.h"
+#include "support/Held.h"
 
 namespace storage {
 
@@ -29,11 +30,10 @@ static std::string guess(const char* name, const void* bytes, size_t size, bool*
 {
     SharedMime::Get();  // GIO then knows the types as they are
     gboolean is_uncertain = false;
-    char* type = g_content_type_guess(name, static_cast<const guchar*>(bytes), size, &is_uncertain);
-    std::string copy = type != nullptr ? type : kUnknown;
-    g_free(type);
+    const std::string type = BPrivate::take_text(
+        g_content_type_guess(name, static_cast<const guchar*>(bytes), size, &is_uncertain));
     *uncertain = is_uncertain;
-    return copy;
+    return type.empty() ? kUnknown : type;
 }
 
 // ---- Rules that GIO still has

@@ -9,8 +9,13 @@
 #include "storage/desktop/DataFolders.h"
 #include "storage/desktop/FileReplacement.h"
 #include "storage/desktop/KeptFiles.h"
+#include "support/Held.h"
 
 namespace storage {
+
+using BPrivate::Held;
+using BPrivate::take_text;
+using BPrivate::take_texts;
 
 static const char* const kName = "types.ini";
 
@@ -20,41 +25,34 @@ struct NotesFile {
     static std::shared_ptr<const MimeNotes> Parse(const std::string& text)
     {
         auto notes = std::make_shared<MimeNotes>();
-        GKeyFile* file = g_key_file_new();
-        if (g_key_file_load_from_data(file, text.data(), text.size(), G_KEY_FILE_NONE, nullptr)) {
-            char** groups = g_key_file_get_groups(file, nullptr);
-            for (char** group = groups; *group != nullptr; group++)
-                ReadGroup(file, *group, &notes->fGroups[lower_case(*group)]);
-            g_strfreev(groups);
+        const Held<GKeyFile> file(g_key_file_new());
+        if (g_key_file_load_from_data(file.get(), text.data(), text.size(), G_KEY_FILE_NONE,
+                                      nullptr)) {
+            for (const std::string& group : take_texts(g_key_file_get_groups(file.get(), nullptr)))
+                ReadGroup(file.get(), group, &notes->fGroups[lower_case(group)]);
         }
-        g_key_file_unref(file);
         return notes;
     }
-    static void ReadGroup(GKeyFile* file, const char* name, MimeNotes::Group* group)
+    static void ReadGroup(GKeyFile* file, const std::string& name, MimeNotes::Group* group)
     {
         group->type = name;
-        char** keys = g_key_file_get_keys(file, name, nullptr, nullptr);
-        for (char** key = keys; key != nullptr && *key != nullptr; key++) {
-            char* value = g_key_file_get_string(file, name, *key, nullptr);
+        for (const std::string& key :
+             take_texts(g_key_file_get_keys(file, name.c_str(), nullptr, nullptr))) {
+            const Held<char> value(g_key_file_get_string(file, name.c_str(), key.c_str(), nullptr));
             if (value != nullptr)
-                group->values[*key] = value;
-            g_free(value);
+                group->values[key] = value.get();
         }
-        g_strfreev(keys);
     }
     static status_t Write(const MimeNotes& notes)
     {
-        GKeyFile* file = g_key_file_new();
+        const Held<GKeyFile> file(g_key_file_new());
         for (const auto& [lower, group] : notes.fGroups) {
             for (const auto& [key, value] : group.values)
-                g_key_file_set_string(file, group.type.c_str(), key.c_str(), value.c_str());
+                g_key_file_set_string(file.get(), group.type.c_str(), key.c_str(), value.c_str());
         }
         gsize size = 0;
-        char* text = g_key_file_to_data(file, &size, nullptr);
-        const status_t status = replace_file(notes_path(), std::string(text, size));
-        g_free(text);
-        g_key_file_unref(file);
-        return status;
+        const Held<char> text(g_key_file_to_data(file.get(), &size, nullptr));
+        return replace_file(notes_path(), std::string(text.get(), size));
     }
 };
 
@@ -119,19 +117,9 @@ std::map<std::string, std::string> MimeNotes::Values(std::string_view type) cons
 
 std::string encode_bytes(const void* bytes, size_t size)
 {
-    char* text = g_base64_encode(static_cast<const guchar*>(bytes), size);
-    std::string copy = text;
-    g_free(text);
-    return copy;
+    return take_text(g_base64_encode(static_cast<const guchar*>(bytes), size));
 }
 
-std::string decode_bytes(const std::string& text)
-{
-    gsize size = 0;
-    guchar* bytes = g_base64_decode(text.c_str(), &size);
-    std::string copy(reinterpret_cast<char*>(bytes), size);
-    g_free(bytes);
-    return copy;
-}
+std::string decode_bytes(const std::string& text) { return BPrivate::decode_base64(text); }
 
 }  // namespace storage

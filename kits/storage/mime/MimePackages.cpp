@@ -18,6 +18,7 @@
 #include "storage/desktop/RunProgram.h"
 #include "storage/mime/SharedMime.h"
 #include "storage/mime/SnifferRule.h"
+#include "support/Held.h"
 
 namespace storage {
 
@@ -71,10 +72,7 @@ bool is_extension(const std::string& extension)
 
 static std::string xml(const std::string& text)
 {
-    char* escaped = g_markup_escape_text(text.c_str(), -1);
-    std::string copy = escaped;
-    g_free(escaped);
-    return copy;
+    return BPrivate::take_text(g_markup_escape_text(text.c_str(), -1));
 }
 
 static std::string xml_of(const MimePackage& package)

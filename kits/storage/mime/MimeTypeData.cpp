@@ -32,6 +32,7 @@
 #include "storage/mime/SnifferRule.h"
 #include "support/UTF8Characters.h"
 #include "support/UriPaths.h"
+#include "support/Held.h"
 
 using namespace storage;
 
@@ -180,9 +181,7 @@ static bool is_description(const char* text)
 // GIO makes one up from the name of a type that has none.
 static std::string desktops_description(const std::string& type)
 {
-    char* text = g_content_type_get_description(type.c_str());
-    std::string copy = text != nullptr ? text : "";
-    g_free(text);
+    const std::string copy = BPrivate::take_text(g_content_type_get_description(type.c_str()));
     return copy.find(type) == std::string::npos ? copy : "";
 }
 
