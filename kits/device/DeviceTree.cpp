@@ -110,13 +110,13 @@ std::string device_path(const char* name)
 int open_device(const char* name, int flags)
 {
     if (name == nullptr || name[0] == '\0')
-        return storage::fail(EINVAL);
+        return BPrivate::fail(EINVAL);
     int file = open(device_path(name).c_str(), flags | O_NONBLOCK | O_NOCTTY | O_CLOEXEC);
     if (file == 0) {  // means failure to those who call
         file = fcntl(file, F_DUPFD_CLOEXEC, 3);
         close(0);
     }
-    return file < 0 ? storage::host_failure() : file;
+    return file < 0 ? BPrivate::host_failure() : file;
 }
 
 }  // namespace device

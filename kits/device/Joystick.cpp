@@ -139,14 +139,14 @@ void BJoystick::Close()
 status_t BJoystick::Update()
 {
     if (fData->file < 0)
-        return storage::not_set();
+        return BPrivate::not_set();
     js_event events[64];
     for (;;) {
         const ssize_t got = read(fData->file, events, sizeof(events));
         if (got < 0 && errno == EINTR)
             continue;
         if (got < 0 && errno != EAGAIN)
-            return storage::host_failure();
+            return BPrivate::host_failure();
         const size_t count = got > 0 ? got / sizeof(js_event) : 0;
         for (size_t i = 0; i < count; i++)
             fData->TakeEvent(events[i]);

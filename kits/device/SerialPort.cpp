@@ -17,8 +17,8 @@
 #include "support/HostErrors.h"
 
 using namespace device;
-using storage::fail;
-using storage::host_failure;
+using BPrivate::fail;
+using BPrivate::host_failure;
 
 static const bigtime_t kLongestTimeout = 25'000'000;
 
@@ -95,7 +95,7 @@ struct BSerialPort::Data {
     status_t SetLine(int line, bool asserted) const
     {
         if (file < 0)
-            return storage::not_set();
+            return BPrivate::not_set();
         return ioctl(file, asserted ? TIOCMBIS : TIOCMBIC, &line) == 0 ? B_OK : host_failure();
     }
 
@@ -151,7 +151,7 @@ ssize_t BSerialPort::Read(void* buf, size_t count)
     if (buf == nullptr)
         return fail(EINVAL);
     if (fData->file < 0)
-        return storage::not_set();
+        return BPrivate::not_set();
     if (count == 0)
         return 0;
     const int ready = fData->Wait(POLLIN, fData->blocking ? fData->timeout : 0);
@@ -168,7 +168,7 @@ ssize_t BSerialPort::Write(const void* buf, size_t count)
     if (buf == nullptr)
         return fail(EINVAL);
     if (fData->file < 0)
-        return storage::not_set();
+        return BPrivate::not_set();
     size_t done = 0;
     while (done < count) {
         const ssize_t put = write(fData->file, static_cast<const char*>(buf) + done, count - done);
@@ -269,7 +269,7 @@ status_t BSerialPort::NumCharsAvailable(int32* waitThisMany)
     if (waitThisMany == nullptr)
         return fail(EINVAL);
     if (fData->file < 0)
-        return storage::not_set();
+        return BPrivate::not_set();
     const ssize_t count = fData->Waiting();
     if (count < 0)
         return count;
@@ -280,7 +280,7 @@ status_t BSerialPort::NumCharsAvailable(int32* waitThisMany)
 ssize_t BSerialPort::WaitForInput()
 {
     if (fData->file < 0)
-        return storage::not_set();
+        return BPrivate::not_set();
     const int ready = fData->Wait(POLLIN, B_INFINITE_TIMEOUT);
     return ready < 0 ? ready : fData->Waiting();
 }

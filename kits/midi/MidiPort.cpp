@@ -60,15 +60,15 @@ status_t BMidiPort::Open(const char* name)
 {
     Close();
     if (name == nullptr)
-        return fData->status = storage::fail(EINVAL);
+        return fData->status = BPrivate::fail(EINVAL);
     const std::vector<MidiHostPort> ports = midi_host().list();
     const std::vector<std::string> names = name_ports(ports);
     const auto found = std::find(names.begin(), names.end(), name);
     if (found == names.end())
-        return fData->status = storage::fail(ENOENT);
+        return fData->status = BPrivate::fail(ENOENT);
     fData->line = midi_host().open(ports[found - names.begin()].address);
     if (fData->line == nullptr)
-        return fData->status = storage::host_failure();
+        return fData->status = BPrivate::host_failure();
     fData->name = name;
     return fData->status = B_OK;
 }

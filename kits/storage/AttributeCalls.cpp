@@ -17,6 +17,7 @@
 #include "storage/StorageAccess.h"
 
 using namespace storage;
+using BPrivate::fail;
 using BPrivate::StorageAccess;
 
 // The list behind the DIR of these calls.

@@ -20,6 +20,9 @@
 
 namespace storage {
 
+using BPrivate::fail;
+using BPrivate::host_failure;
+
 static const std::string_view kPrefix = "user.";
 static const std::string_view kTypePrefix = "user.beos-type.";
 static const size_t kMaxHostName = 255;

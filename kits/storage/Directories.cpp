@@ -26,6 +26,10 @@ using BPrivate::StorageAccess;
 
 namespace storage {
 
+using BPrivate::fail;
+using BPrivate::fail_again;
+using BPrivate::host_failure;
+
 // Device numbers travel in messages as 32 bits, which is all that the host uses of them.
 static KnownPaths::Key key_of(dev_t device, ino_t inode)
 {

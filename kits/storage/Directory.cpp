@@ -25,6 +25,10 @@
 #include "storage/StorageAccess.h"
 
 using namespace storage;
+using BPrivate::fail;
+using BPrivate::fail_again;
+using BPrivate::host_failure;
+using BPrivate::not_set;
 using BPrivate::StorageAccess;
 
 static const int kDirectoryFlags = O_RDONLY | O_DIRECTORY | O_CLOEXEC;

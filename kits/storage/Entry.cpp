@@ -22,6 +22,9 @@
 #include "storage/StorageAccess.h"
 
 using namespace storage;
+using BPrivate::fail;
+using BPrivate::host_failure;
+using BPrivate::not_set;
 
 entry_ref::entry_ref()
     : device(static_cast<dev_t>(-1)), directory(static_cast<ino_t>(-1)), name(nullptr)

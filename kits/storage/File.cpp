@@ -20,6 +20,8 @@
 #include "storage/StorageAccess.h"
 
 using namespace storage;
+using BPrivate::fail;
+using BPrivate::host_failure;
 using BPrivate::StorageAccess;
 
 static const uint32 kAccessBits = 3;

@@ -19,6 +19,7 @@
 #include "support/HostErrors.h"
 
 using namespace storage;
+using BPrivate::fail;
 
 // What the path in a row starts from.
 enum class Base { System, Home, Config, Data, Cache, State, Desktop };

@@ -23,6 +23,8 @@
 #include "support/HostErrors.h"
 
 using namespace storage;
+using BPrivate::fail;
+using BPrivate::host_failure;
 
 struct BaseRow {
     path_base_directory which;

@@ -31,6 +31,9 @@
 #include "storage/StorageAccess.h"
 
 using namespace storage;
+using BPrivate::fail;
+using BPrivate::host_failure;
+using BPrivate::not_set;
 using BPrivate::StorageAccess;
 
 static const int kNodeFlags = O_PATH | O_NOFOLLOW | O_CLOEXEC;

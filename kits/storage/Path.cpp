@@ -16,6 +16,8 @@
 #include "support/HostErrors.h"
 
 using namespace storage;
+using BPrivate::fail;
+using BPrivate::fail_again;
 
 static const ssize_t kFlatHeader = sizeof(dev_t) + sizeof(ino_t);
 

@@ -17,6 +17,8 @@
 #include "storage/StatFields.h"
 
 using namespace storage;
+using BPrivate::fail;
+using BPrivate::host_failure;
 
 // Copies one value out of the object's stat record.
 template <class Value, class Field>

@@ -18,6 +18,8 @@
 #include "storage/StorageAccess.h"
 
 using namespace storage;
+using BPrivate::fail;
+using BPrivate::host_failure;
 using BPrivate::StorageAccess;
 
 BSymLink::BSymLink() {}

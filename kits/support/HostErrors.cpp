@@ -4,7 +4,7 @@
 
 #include <errno.h>
 
-namespace storage {
+namespace BPrivate {
 
 struct StatusRow {
     int host;
@@ -85,4 +85,4 @@ status_t fail_again(status_t status)
     return status;
 }
 
-}  // namespace storage
+}  // namespace BPrivate

@@ -1,9 +1,9 @@
-#ifndef STORAGE_HOST_ERRORS_H
-#define STORAGE_HOST_ERRORS_H
+#ifndef SUPPORT_HOST_ERRORS_H
+#define SUPPORT_HOST_ERRORS_H
 
 #include <SupportDefs.h>
 
-namespace [[gnu::visibility("hidden")]] storage {
+namespace [[gnu::visibility("hidden")]] BPrivate {
 
 // The status of the host call that just failed; errno stays as the call left it.
 status_t host_failure();
@@ -18,6 +18,6 @@ status_t not_set();
 // more.
 status_t fail_again(status_t status);
 
-}  // namespace storage
+}  // namespace BPrivate
 
-#endif  // STORAGE_HOST_ERRORS_H
+#endif  // SUPPORT_HOST_ERRORS_H

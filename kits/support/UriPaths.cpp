@@ -5,16 +5,16 @@
 #include <glib.h>
 #include "support/Held.h"
 
-namespace storage {
+namespace BPrivate {
 
 std::string uri_of_path(const std::string& path)
 {
-    return BPrivate::take_text(g_filename_to_uri(path.c_str(), nullptr, nullptr));
+    return take_text(g_filename_to_uri(path.c_str(), nullptr, nullptr));
 }
 
 std::string path_of_uri(const std::string& uri)
 {
-    return BPrivate::take_text(g_filename_from_uri(uri.c_str(), nullptr, nullptr));
+    return take_text(g_filename_from_uri(uri.c_str(), nullptr, nullptr));
 }
 
-}  // namespace storage
+}  // namespace BPrivate

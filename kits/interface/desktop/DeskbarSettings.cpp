@@ -102,7 +102,7 @@ status_t change_deskbar_settings(const std::function<void(DeskbarSettings&)>& ch
 {
     const BPath folder = settings_folder();
     if (folder.Path() == nullptr)
-        return storage::fail(ENOENT);
+        return BPrivate::fail(ENOENT);
     status_t status = create_directory(folder.Path(), 0700);
     if (status != B_OK)
         return status;
@@ -118,7 +118,7 @@ status_t change_deskbar_settings(const std::function<void(DeskbarSettings&)>& ch
     // Replaces the file in one step, so that a reader sees the former or the new one.
     errno = 0;
     if (!g_key_file_save_to_file(file.get(), settings_path(folder).c_str(), nullptr))
-        return errno != 0 ? storage::host_failure() : B_ERROR;
+        return errno != 0 ? BPrivate::host_failure() : B_ERROR;
     return B_OK;
 }
 

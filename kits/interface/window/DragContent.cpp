@@ -109,7 +109,7 @@ static std::string uris_of(const BMessage& message, const char* field)
     for (int32 i = 0; message.FindRef(field, i, &ref) == B_OK; i++) {
         BPath path;
         if (BEntry(&ref).GetPath(&path) == B_OK)
-            uris += storage::uri_of_path(path.Path()) + "\r\n";
+            uris += BPrivate::uri_of_path(path.Path()) + "\r\n";
     }
     return uris;
 }

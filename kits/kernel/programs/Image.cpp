@@ -221,12 +221,12 @@ static status_t check_add_on(const char* path)
 {
     FILE* file = fopen(path, "re");
     if (file == nullptr)
-        return storage::host_failure();
+        return BPrivate::host_failure();
     char magic[SELFMAG];
     const bool is_elf =
         fread(magic, 1, SELFMAG, file) == SELFMAG && memcmp(magic, ELFMAG, SELFMAG) == 0;
     fclose(file);
-    return is_elf ? B_OK : storage::fail(ENOEXEC);
+    return is_elf ? B_OK : BPrivate::fail(ENOEXEC);
 }
 
 // The id of what a handle stands for. With the lock held.

@@ -355,10 +355,10 @@ static std::unique_ptr<Start> make_start(int32 argc, const char** argv, const ch
 thread_id load_program(int32 argc, const char** argv, const char** environment, const char* folder)
 {
     if (argc < 1 || argv == nullptr)
-        return storage::fail(EINVAL);
+        return BPrivate::fail(EINVAL);
     for (int32 i = 0; i < argc; ++i) {
         if (argv[i] == nullptr)
-            return storage::fail(EINVAL);
+            return BPrivate::fail(EINVAL);
     }
     if (environment == nullptr)
         environment = const_cast<const char**>(environ);
@@ -370,13 +370,13 @@ thread_id load_program(int32 argc, const char** argv, const char** environment, 
         if (spawn_starter(std::move(start)) != 0)
             return B_NO_MORE_THREADS;
     } catch (const std::exception&) {
-        return storage::fail(ENOMEM);
+        return BPrivate::fail(ENOMEM);
     }
     const int process = result.get();
     if (process > 0)
         return process;
     const int failed = -process;
-    const status_t status = storage::fail(failed);
+    const status_t status = BPrivate::fail(failed);
     return failed == EAGAIN ? B_NO_MORE_TEAMS : status;
 }
 

@@ -14,6 +14,7 @@
 
 namespace storage {
 
+using BPrivate::fail;
 using BPrivate::Held;
 
 // A program's path as the first word of a command: in quotes, and no field codes.

@@ -26,6 +26,9 @@
 
 namespace storage {
 
+using BPrivate::path_of_uri;
+using BPrivate::uri_of_path;
+
 static const char* const kSignatureKey = "X-BeOS-Signature";
 static const std::string_view kIdPrefix = "application/x-vnd.desktop.";
 static const std::string_view kSuffix = ".desktop";

@@ -11,6 +11,9 @@
 
 namespace storage {
 
+using BPrivate::fail;
+using BPrivate::host_failure;
+
 static const bigtime_t kPause_us = 1'000;
 
 FileLock::FileLock(const std::string& path, int flags, bigtime_t patience_us)

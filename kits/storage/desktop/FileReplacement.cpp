@@ -22,6 +22,9 @@
 
 namespace storage {
 
+using BPrivate::fail;
+using BPrivate::host_failure;
+
 static const bigtime_t kPatience_us = 10'000'000;  // the host's database takes seconds
 static const int kAttempts = 1000;                 // against programs that write all the time
 static const mode_t kNewFileMode = 0600;           // what the user chose and used is nobody else's

@@ -12,6 +12,8 @@
 
 namespace storage {
 
+using BPrivate::fail;
+
 status_t run_program(std::vector<std::string> command)
 {
     std::vector<char*> arguments;

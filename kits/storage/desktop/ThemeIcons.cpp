@@ -26,6 +26,9 @@
 
 namespace storage {
 
+using BPrivate::fail;
+using BPrivate::host_failure;
+
 static const bigtime_t kKeptFor_us = 5'000'000;
 
 namespace {

@@ -18,6 +18,10 @@
 #include "storage/desktop/ThemeIcons.h"
 
 using namespace storage;
+using BPrivate::fail;
+using BPrivate::fail_again;
+using BPrivate::host_failure;
+using BPrivate::not_set;
 
 static const type_code kAppFlagsType = 'APPF';
 static const type_code kVersionType = 'APPV';

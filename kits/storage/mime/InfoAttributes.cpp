@@ -20,6 +20,9 @@ using BPrivate::StorageAccess;
 
 namespace storage {
 
+using BPrivate::fail;
+using BPrivate::host_failure;
+
 std::string icon_attribute(icon_size which, const char* type)
 {
     const std::string name = which == B_LARGE_ICON ? "BEOS:L:" : "BEOS:M:";

@@ -31,6 +31,8 @@
 #include "storage/volumes/VolumeIcons.h"
 
 using namespace storage;
+using BPrivate::fail;
+using BPrivate::host_failure;
 
 // Calls `act` for a file, or with `recursive` for the files of a folder and those below; the first
 // failure is the result, but does not end it. Links are not followed.

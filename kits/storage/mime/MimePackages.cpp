@@ -22,6 +22,9 @@
 
 namespace storage {
 
+using BPrivate::fail;
+using BPrivate::host_failure;
+
 static std::string mime_folder() { return data_folders().front() + "/mime"; }
 
 static std::string package_path(const std::string& type)

@@ -17,6 +17,8 @@
 #include "storage/mime/MimeNames.h"
 
 using namespace storage;
+using BPrivate::fail;
+using BPrivate::not_set;
 
 const char* B_PEF_APP_MIME_TYPE = "application/x-be-executable";
 const char* B_PE_APP_MIME_TYPE = "application/x-vnd.Be-peexecutable";

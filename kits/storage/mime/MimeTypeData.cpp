@@ -35,6 +35,11 @@
 #include "support/Held.h"
 
 using namespace storage;
+using BPrivate::fail;
+using BPrivate::fail_again;
+using BPrivate::not_set;
+using BPrivate::path_of_uri;
+using BPrivate::uri_of_path;
 
 status_t BMimeType::_CheckInstalled() const
 {

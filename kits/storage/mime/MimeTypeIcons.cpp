@@ -23,6 +23,8 @@
 #include "storage/desktop/ThemeIcons.h"
 
 using namespace storage;
+using BPrivate::fail;
+using BPrivate::not_set;
 
 // The name of the icon of our own for a type, which no theme has.
 static std::string own_icon_name(const std::string& type)

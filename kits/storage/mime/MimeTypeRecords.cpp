@@ -21,6 +21,8 @@
 
 namespace storage {
 
+using BPrivate::fail;
+
 static bool is_supertype(const std::string& type) { return type.find('/') == std::string::npos; }
 
 // The name that notes and packages go by.

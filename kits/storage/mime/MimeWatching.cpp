@@ -27,6 +27,7 @@
 #include "app/looper/MessengerAccess.h"
 
 using namespace storage;
+using BPrivate::fail;
 
 static const int kQuiet_ms = 20;        // the files of one change are written within this
 static const int kBlindWait_ms = 1000;  // where the host does not tell

@@ -27,6 +27,9 @@
 #include "storage/desktop/ThemeIcons.h"
 
 using namespace storage;
+using BPrivate::fail;
+using BPrivate::fail_again;
+using BPrivate::not_set;
 using BPrivate::StorageAccess;
 
 BNodeInfo::BNodeInfo() : fNode(nullptr), fStatus(B_NO_INIT) {}

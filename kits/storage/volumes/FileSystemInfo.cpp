@@ -16,6 +16,8 @@
 #include "storage/volumes/MountTable.h"
 
 using namespace storage;
+using BPrivate::fail;
+using BPrivate::host_failure;
 
 // dev_t has no sign on this host: a status code is cast into its upper end.
 static dev_t as_device(status_t status) { return static_cast<dev_t>(static_cast<int64>(status)); }

@@ -19,6 +19,9 @@
 #include "storage/volumes/VolumeLabels.h"
 
 using namespace storage;
+using BPrivate::fail;
+using BPrivate::fail_again;
+using BPrivate::host_failure;
 
 static const dev_t kNoDevice = static_cast<dev_t>(-1);
 

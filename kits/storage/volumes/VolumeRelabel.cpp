@@ -18,6 +18,8 @@ using BPrivate::HostBus;
 
 namespace storage {
 
+using BPrivate::fail;
+
 static const char* const kService = "org.freedesktop.UDisks2";
 static const char* const kFileSystem = "org.freedesktop.UDisks2.Filesystem";
 static const char* const kObjects = "/org/freedesktop/UDisks2/block_devices/";

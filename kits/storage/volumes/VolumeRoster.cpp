@@ -12,7 +12,8 @@
 
 #include "support/HostErrors.h"
 
-using namespace storage;
+using BPrivate::fail;
+using BPrivate::host_failure;
 
 BVolumeRoster::BVolumeRoster() : fNext(0) {}
 

@@ -25,6 +25,9 @@
 
 namespace storage {
 
+using BPrivate::fail;
+using BPrivate::host_failure;
+
 // A move's two halves stand close together in the host's queue, though not always side by side,
 // and the second may come a moment later.
 static const bigtime_t kPartnerWait_us = 10'000;

@@ -10,6 +10,7 @@
 #include "support/HostErrors.h"
 
 using namespace storage;
+using BPrivate::fail;
 
 status_t watch_node(const node_ref* node, uint32 flags, BMessenger target)
 {
