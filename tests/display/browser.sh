@@ -37,9 +37,15 @@ click_tree() { xdotool mousemove 100 $((78 + 18 * $1)) click 1; }
 open_entry() {
     xdotool mousemove 320 280 click 1 mousemove 320 $((101 + 15 * $1)) click --repeat 2 --delay 60 1
 }
+# A second is given to the program that opens it, lest clicks pile up.
 opens() {
+    local tries
     open_entry "$1"
-    grep -qx "$place/$2" "$folder/opened"
+    for tries in $(seq 20); do
+        ! grep -qx "$place/$2" "$folder/opened" || return 0
+        sleep 0.05
+    done
+    return 1
 }
 expect_opened() { eventually opens "$@" || fail "$2 is not opened"; }
 
@@ -56,10 +62,11 @@ folders() {
     expect_title "$place/aside"
     click_tree 0
     expect_title "$place"
-    open_entry 0
-    expect_title "$place/aside"
+    open_first() { open_entry 0; }
+    try_until open_first has_title "$place/aside" || fail "the folder is not opened"
     # Its row in the tree is chosen as well: the arrow goes on from there.
-    xdotool mousemove 100 400 click 1 key Down
+    click_at 100 400
+    xdotool key Down
     expect_title "$place/zoo"
 }
 
@@ -79,8 +86,9 @@ changes() {
 tree() {
     mkdir "$place/aside/second" "$place/zoo"
     expect_folder 2 "$place/zoo"
-    xdotool mousemove 73 96 click 1 # the latch of "aside"
-    expect_folder 2 "$place/aside/second"
+    # Its latch may come later than the row below.
+    click_latch() { xdotool mousemove 73 96 click 1; }
+    try_until click_latch shows_folder 2 "$place/aside/second" || fail "the latch opens nothing"
     mkdir "$place/aside/first" "$place/middle"
     expect_folder 2 "$place/aside/first"
     expect_folder 4 "$place/middle"

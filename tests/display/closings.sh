@@ -23,7 +23,7 @@ windows=(1 2 3 8) delays=(0 150 4 40 1)
 for ((run = 0; run < runs; run++)); do
     count=${windows[run % 4]} delay=${delays[run % 5]} file=$folder/written
     rm -f "$file"
-    timeout -s ABRT 150 "$program" "$scenario" "$count" "$delay" "$file" >"$log" 2>&1
+    timeout -s ABRT 250 "$program" "$scenario" "$count" "$delay" "$file" >"$log" 2>&1
     status=$?
     where="run $run, $count windows, delay $delay"
     [ $status -eq 0 ] || fail "$where: status $status"

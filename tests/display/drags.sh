@@ -22,27 +22,21 @@ start_program() {
     expect ready
 }
 start_other() {
-    "$other_program" "$@" >"$folder/other" 2>&1 &
-    started+=($!)
+    start_source "$other_program" "$@"
     eventually pixel_is 650 170 '#FF0000' || fail "no second program"
 }
-# Presses at the place, and moves to others.
-drag() {
-    xdotool mousemove "$1" "$2" mousedown 1
-    shift 2
-    while [ $# -gt 0 ]; do
-        sleep 0.05
-        xdotool mousemove "$1" "$2"
-        shift 2
-    done
-}
-# Out of the program, to the other one.
+# drag_out X LINE: out of the program, to the other one, until that has said the line.
 drag_out() {
-    drag "$1" 200 "$(($1 + 20))" 200
+    local from=$1
+    try_until drag_over other_said "$2" || fail "no line \"$2\" of: $(cat "$folder/other")"
+}
+drag_over() {
+    mark
+    drag "$from" 200 "$((from + 20))" 200
     expect drag
     drag_on 450 200 640 160 650 170
     expect_other held
-    xdotool mouseup 1
+    let_go "$1"
 }
 drag_on() {
     while [ $# -gt 0 ]; do
@@ -52,16 +46,13 @@ drag_on() {
 }
 
 text() {
-    drag_out 110
-    expect_other 'got text dragged ä'
+    drag_out 110 'got text dragged ä'
 }
 file() {
-    drag_out 210
-    expect_other 'got file a file'
+    drag_out 210 'got file a file'
 }
 picture() {
-    drag_out 310
-    expect_other 'got picture 4 x 2'
+    drag_out 310 'got picture 4 x 2'
 }
 
 # Half of the dots where nothing blends.
@@ -94,72 +85,58 @@ escape() {
 
 # Who does not want it gets nothing; the next drag is one as any other.
 refused() {
-    drag_out 110
-    expect_other left
+    drag_out 110 left
     ! other_said 'got .*' || fail "dropped all the same"
 }
 
 # Over a window of ours that another program's covers, and then over the part that is free.
 cover() {
+    mark
     drag 110 200 120 200
-    xdotool windowraise "$wid"
+    xdotool windowraise "$other"
     eventually pixel_is 300 280 '#FF0000' || fail "it does not cover"
-}
-covered() {
-    wid=$(xdotool search --onlyvisible --name 'drag source' | tail -n 1)
-    xdotool windowmove "$wid" 250 200
-    cover
     expect drag
+}
+drop_on_cover() {
+    cover
     drag_on 290 270 300 280
     expect_other held
-    xdotool mouseup 1
-    expect_other 'got text dragged ä'
-    expect_not 'dropped .*'
+    let_go "$1"
+}
+drop_beside_cover() {
     cover
     drag_on 300 280 150 300
-    xdotool mouseup 1
+    let_go "$1"
+}
+covered() {
+    xdotool windowmove "$other" 250 200
+    try_until drop_on_cover other_said 'got text dragged ä' || fail "no text: $(cat "$folder/other")"
+    expect_not 'dropped .*'
+    try_until drop_beside_cover said 'dropped at 150 300' || fail "not dropped at 150 300"
     expect 'dropped text dragged ä'
-    expect 'dropped at 150 300'
 }
 
 # Into the program.
-drag_in() {
-    drag 650 170 640 170 500 200 300 200 250 200
-    sleep "${1:-0.3}"
-    xdotool mouseup 1
-}
-# The other program drops where it was last answered, so that a slow one is given more time.
 text_in() {
-    local rest
-    for rest in 0.3 1 4; do
-        mark
-        drag_in "$rest"
-        expect 'dropped text fallen ü'
-        expect 'dropped at .*'
-        said 'dropped at 250 200' && return
-    done
-    fail "not dropped at 250 200"
+    drop_until 250 200 'dropped at 250 200'
+    expect 'dropped text fallen ü'
 }
-picture_in() {
-    drag_in
-    expect 'dropped image/png'
-}
-file_in() {
-    drag_in
-    expect 'dropped file a file'
-}
+picture_in() { drop_until 250 200 'dropped image/png'; }
+file_in() { drop_until 250 200 'dropped file a file'; }
 
 # Two programs of our kind: the whole message goes over, but for addresses.
-message() {
-    started_other_at_right
+drag_message() {
+    mark
     drag 110 200 120 200
     expect drag
     drag_on 550 200 640 200 650 200
-    sleep 0.3
-    xdotool mouseup 1
+    let_go "$1"
+}
+message() {
+    started_other_at_right
+    try_until drag_message other_said 'dropped at 650 200' || fail "no drop: $(cat "$folder/other")"
     expect_other 'dropped text dragged ä'
     expect_other 'dropped buttons'
-    expect_other 'dropped at 650 200'
     ! other_said 'dropped here' || fail "an address went over"
 }
 started_other_at_right() {

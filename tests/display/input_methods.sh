@@ -27,10 +27,7 @@ start_program() {
     QT_IM_MODULE=ibus "$1" >"$log" 2>"$folder/errors" &
     pid=$!
     started+=("$pid")
-    eventually window_shows "$pid" || fail "no window"
-    expect ready
-    window=$(xdotool search --onlyvisible --pid "$pid" | head -n 1)
-    activate "$window"
+    activate_ready "$pid"
 }
 # The window may have the keys before the input method knows of it.
 type_first() {

@@ -9,40 +9,34 @@ start_program() {
     "$program" >"$log" 2>&1 &
     pid=$!
     started+=("$pid")
-    eventually window_shows "$pid" || fail "no window"
-    expect ready
-    window=$(xdotool search --onlyvisible --pid "$pid" | head -n 1)
-    activate "$window"
+    activate_ready "$pid"
 }
-# click_row ROW [KEY]: in the list, whose rows are 16 to 19 pixels high; ROW is 0, 2 or 4.
+# click_row ROW SELECTED [KEY]: in the list, whose rows are 16 to 19 pixels high; ROW is 0, 2 or 4. The
+# key is held until the click has its effect.
 click_row() {
     local y=$((120 + 20 + $1 * 35 / 2))
-    [ -z "${2:-}" ] || xdotool keydown "$2"
+    [ -z "${3:-}" ] || xdotool keydown "$3"
     xdotool mousemove 200 "$y" click 1
-    [ -z "${2:-}" ] || xdotool keyup "$2"
+    expect "$2"
+    [ -z "${3:-}" ] || xdotool keyup "$3"
 }
 
 modifiers() {
-    click_row 2
-    expect 'first 2 rows 2'
-    click_row 4 shift
-    expect 'first 2 rows 2 3 4'
-    click_row 0 ctrl
-    expect 'first 0 rows 0 2 3 4'
+    click_row 2 'first 2 rows 2'
+    click_row 4 'first 2 rows 2 3 4' shift
+    click_row 0 'first 0 rows 0 2 3 4' ctrl
     mark
-    click_row 2
-    expect 'first 2 rows 2'
+    click_row 2 'first 2 rows 2'
 }
 
 double_click() {
-    xdotool mousemove 200 140 click --repeat 2 --delay 50 1
+    click_twice() { xdotool mousemove 200 140 click --repeat 2 --delay 50 1; }
+    try_until click_twice said 'double 0' || fail "no double click"
     expect 'first 0 rows 0'
-    expect 'double 0'
 }
 
 keys() {
-    click_row 0
-    expect 'first 0 rows 0'
+    click_row 0 'first 0 rows 0'
     xdotool key Down
     expect 'first 1 rows 1'
     expect 'key 31 0'
@@ -90,17 +84,8 @@ tabs() {
 
 drop() {
     touch "$folder/one file"
-    "$other_program" "$folder/one file" >"$folder/other" 2>&1 &
-    started+=($!)
-    eventually xdotool search --onlyvisible --name "drag source" || fail "no second program"
-    xdotool mousemove 650 170 mousedown 1
-    for x in 640 600 500 400 300 220 210; do
-        xdotool mousemove "$x" 180
-        sleep 0.1
-    done
-    sleep 0.3
-    xdotool mouseup 1
-    expect "dropped $folder/one file"
+    start_source "$other_program" "$folder/one file"
+    drop_until 210 180 "dropped $folder/one file"
 }
 
 start_server

@@ -10,7 +10,7 @@ for ((run = 0; run < runs; run++)); do
     count=${windows[run % 3]} file=$folder/written
     rm -f "$file"
     : >"$log"
-    timeout -s ABRT 150 "$program" "$scenario" "$count" 0 "$file" >"$log" 2>"$folder/err" &
+    timeout -s ABRT 250 "$program" "$scenario" "$count" 0 "$file" >"$log" 2>"$folder/err" &
     lonely=$!
     started+=("$lonely")
     expect ready

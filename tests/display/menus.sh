@@ -17,16 +17,10 @@ start_program() {
     exec {calls}>"$folder/calls"
     pid=$!
     started+=("$pid")
-    eventually window_shows "$pid" || fail "no window"
-    expect ready
-    window=$(xdotool search --onlyvisible --pid "$pid" | head -n 1)
-    activate "$window"
+    activate_ready "$pid"
 }
 start_other() {
-    "$other_program" >"$folder/other" 2>&1 &
-    started+=($!)
-    eventually xdotool search --onlyvisible --name "drag source" || fail "no second program"
-    other=$(xdotool search --onlyvisible --name "drag source" | tail -n 1)
+    start_source "$other_program"
     xdotool windowmove "$other" 600 400
     activate "$window"
 }

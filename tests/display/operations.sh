@@ -69,10 +69,11 @@ looks() {
     expect_motif "$first" 0x3e,0x7e
     expect_has "$first" _NET_WM_WINDOW_TYPE NORMAL
     for none in 6 -1 99; do tell look 1 "$none"; done
-    ask place 1 'at 100 120, 299 by 199'
+    ask_until place 1 'at 100 120, 299 by 199'
     expect_frame "$first" '100 120 300 200'
 }
 
+press_close() { xdotool key alt+F4; }
 features() {
     tell resizable 1 0
     expect_motif "$first" 0x2c,0x3a
@@ -92,8 +93,7 @@ features() {
     expect 'key 97 0'
     expect_not 'close requested'
     tell closable 1 1
-    xdotool key alt+F4
-    expect 'close requested'
+    try_until press_close said 'close requested' || fail "nobody asks it to close"
     tell zoomable 1 0
     expect_motif "$first" 0x2e,0x3e
     tell zoomable 1 1
@@ -116,7 +116,7 @@ limits() {
     xdotool windowsize "$first" 900 50
     expect 'resized 400 80'
     expect_frame "$first" '100 120 401 81'
-    ask place 1 'at 100 120, 400 by 80'
+    ask_until place 1 'at 100 120, 400 by 80'
     # A size, and then no other for the user: the limits are those of the new one.
     tell $'size 1 199 149\nresizable 1 0'
     expect_has "$first" WM_NORMAL_HINTS 'maximum size: 200 by 150'
@@ -193,10 +193,11 @@ modal() {
     expect 'second activated'
     eventually active "$second" || fail "the modal window is not the active one"
     mark
-    xdotool mousemove 150 170 click 1
+    click_at 150 170
     xdotool key a
     expect 'second key 97'
-    xdotool mousemove 600 200 click 1 key b
+    click_at 600 200
+    xdotool key b
     expect 'second key 98'
     expect_not 'press.*'
     expect_not 'key.*'

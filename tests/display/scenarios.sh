@@ -34,12 +34,7 @@ find_window() {
 listener_shows() { window_shows "$program"; }
 
 # A bystander to take the focus.
-start_other() {
-    "$drag_source" "$@" >"$folder/other" 2>&1 &
-    started+=($!)
-    eventually xdotool search --onlyvisible --name "drag source" || fail "no second program"
-    other=$(xdotool search --onlyvisible --name "drag source" | tail -n 1)
-}
+start_other() { start_source "$drag_source" "$@"; }
 
 frame() { :; }  # the start has looked at it
 
@@ -156,8 +151,8 @@ two_screens() {
     xdotool windowmove "$window" 300 100
     eventually frame_is '300 100 300 200' || fail "back on the coarser screen it is $(client_frame)"
     eventually pixel_is 599 299 '#2060C0' || fail "its picture does not fill it"
-    xdotool mousemove 599 299 click 1
-    expect 'press 299 199 1 1'
+    xdotool mousemove 560 260 click 1
+    expect 'press 260 160 1 1'
     expect_not 'resized.*'
 }
 
@@ -197,13 +192,16 @@ no_room() {
     eventually pixel_is 399 319 '#2061C5' || fail "right bottom pixel is $(pixel 399 319)"
 }
 
+click_thrice() {
+    mark
+    sleep 0.6  # no part of the clicks before
+    xdotool click 1 click 1 click 1
+}
+clicked_thrice() { said 'press 50 50 1 1' && said 'press 50 50 1 2' && said 'press 50 50 1 3'; }
 clicks() {
     xdotool mousemove 150 170
     expect 'pointer 50 50'
-    xdotool click 1 click 1 click 1
-    expect 'press 50 50 1 1'
-    expect 'press 50 50 1 2'
-    expect 'press 50 50 1 3'
+    try_until click_thrice clicked_thrice || fail "not three clicks in a row"
     mark
     sleep 0.6
     xdotool click 1
@@ -273,10 +271,9 @@ move_and_resize() {
         xdotool mousemove $((300 + step)) $((230 + step))
     done
     xdotool mouseup 1
-    expect 'moved [0-9]+ [0-9]+'
-    read -r x y w h < <(client_frame)
-    expect "moved $x $y"
-    xdotool mousemove $((x + 30)) $((y + 20)) click 1
+    expect 'moved 240 280'
+    expect_frame "240 280 350 260"
+    xdotool mousemove 270 300 click 1
     expect 'press 30 20 1 1'
 }
 
@@ -289,15 +286,16 @@ minimize() {
 }
 
 # By a double click on the title; back the same way.
+click_title_twice() { xdotool click --repeat 2 --delay 50 1; }
 zoom() {
-    xdotool mousemove 250 110 click --repeat 2 --delay 50 1
-    expect zoomed
+    xdotool mousemove 250 110
+    try_until click_title_twice said zoomed || fail "not zoomed"
     expect 'moved 0 [0-9]+'
     expect 'resized 1[0-9]{3} [0-9]+'
     sleep 0.6
     mark
-    xdotool mousemove 500 10 click --repeat 2 --delay 50 1
-    expect zoomed
+    xdotool mousemove 500 10
+    try_until click_title_twice said zoomed || fail "not zoomed back"
     expect_frame "100 120 300 200"
     mark
     xdotool mousemove 150 170 click 1
@@ -325,12 +323,17 @@ self_closing() {
 
 # The window may have become active before its handlers were set, and then said nothing. Who takes
 # the focus for less than half a second is not told of: each step is as slow as a hand.
-is_inactive() { [ "$(grep activated "$log" | tail -n 1)" != activated ]; }
+is_inactive() { [ "$(grep activated "$log" | tail -n 1)" = deactivated ]; }
+leave_and_come() {
+    activate "$other"
+    sleep 0.8
+    activate "$window"
+}
 activation() {
     start_other
     xdotool windowmove "$other" 600 400
+    try_until leave_and_come said activated || fail "the window says nothing of the focus"
     activate "$other"
-    sleep 0.8
     eventually is_inactive || fail "the window keeps the focus"
     mark
     activate "$window"
@@ -345,21 +348,12 @@ activation() {
 }
 
 # The window manager drops a key now and then that comes while it moves the focus.
-press_close() {
-    local tries
-    xdotool key alt+F4
-    for tries in $(seq 100); do
-        said "$1" && return 0
-        sleep 0.05
-    done
-    return 1
-}
-
+press_close() { xdotool key alt+F4; }
 close() {
     activate "$window"
-    eventually press_close refused || fail "nobody asks the window to close"
+    try_until press_close said refused || fail "nobody asks the window to close"
     expect_frame "100 120 300 200"
-    eventually press_close closing || fail "nobody asks the window to close again"
+    try_until press_close said closing || fail "nobody asks the window to close again"
     gone() { ! kill -0 "$program"; }
     eventually gone || fail "the process lives on"
     wait "$program"
@@ -370,14 +364,7 @@ close() {
 drop() {
     touch "$folder/one file" "$folder/zwei"
     start_other "$folder/one file" "$folder/zwei"
-    xdotool mousemove 650 170 mousedown 1
-    for x in 640 600 500 400 300 260 250; do
-        xdotool mousemove "$x" 200
-        sleep 0.1
-    done
-    sleep 0.3
-    xdotool mouseup 1
-    expect "dropped $folder/one file"
+    drop_until 250 200 "dropped $folder/one file"
     expect "dropped $folder/zwei"
 }
 

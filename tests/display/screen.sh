@@ -11,6 +11,7 @@ finish() {
     local status=$? pid
     for pid in "${started[@]}"; do
         kill "$pid" 2>/dev/null
+        kill -CONT "$pid" 2>/dev/null
     done
     wait 2>/dev/null
     rm -rf "$folder"
@@ -65,8 +66,13 @@ start_server() {
     eventually sh -c 'xprop -root _NET_SUPPORTING_WM_CHECK | grep -q "window id"'
 }
 
-# True once a process has a window on the screen.
-window_shows() { [ -n "$(xdotool search --onlyvisible --pid "$1")" ]; }
+# True once a process has a window on the screen that the window manager knows: `window`, the first.
+window_shows() {
+    for window in $(xdotool search --onlyvisible --pid "$1"); do
+        ! xprop -id "$window" WM_STATE | grep -q Normal || return 0
+    done
+    return 1
+}
 
 # The window manager may not know a new window yet.
 become_active() {
@@ -75,6 +81,83 @@ become_active() {
     return 1
 }
 activate() { eventually become_active "$1" || fail "the window does not become active"; }
+# activate_ready PID: a program that is ready and has a window, which becomes active, and is `window`.
+activate_ready() {
+    eventually window_shows "$1" || fail "no window"
+    expect ready
+    activate "$window"
+}
+
+# The window manager sees a click before the window does, and keys that follow it overtake it
+# meanwhile. What the manager is asked for behind the click it does behind it.
+desktops=4
+rest() {
+    desktops=$((9 - desktops))
+    xdotool set_num_desktops "$desktops"
+    eventually desktops_are "$desktops" || fail "the window manager does not answer"
+}
+desktops_are() { [ "$(xdotool get_num_desktops)" = "$1" ]; }
+# click_at X Y: keys may follow.
+click_at() {
+    xdotool mousemove "$1" "$2" click 1
+    rest
+}
+
+# try_until ACTION COMMAND...: acts until the command succeeds, which has five seconds each time: for
+# what a hand may do in vain, as clicking twice too slowly, and does once more. The action gets the
+# number of the try.
+try_until() {
+    local turn
+    for turn in 1 2 3 4 5 6 7 8; do
+        "$1" "$turn"
+        soon "${@:2}" && return 0
+    done
+    return 1
+}
+soon() {
+    local tries
+    for tries in $(seq 100); do
+        "$@" >/dev/null 2>&1 && return 0
+        sleep 0.05
+    done
+    return 1
+}
+
+# start_source PROGRAM...: another program's window, which is `other`: red, at (600, 120).
+start_source() {
+    "$@" >"$folder/other" 2>&1 &
+    started+=($!)
+    eventually source_shows || fail "no second program"
+}
+source_shows() {
+    other=$(xdotool search --onlyvisible --name "drag source" | tail -n 1)
+    [ -n "$other" ]
+}
+# drag X Y X Y ...: presses at the first place, and moves to the others.
+drag() {
+    xdotool mousemove "$1" "$2" mousedown 1
+    shift 2
+    while [ $# -gt 0 ]; do
+        sleep 0.05
+        xdotool mousemove "$1" "$2"
+        shift 2
+    done
+}
+# Who drags drops where it was last answered: slow programs are given more time with each try.
+let_go() {
+    sleep "$(($1 * 3 / 10)).$(($1 * 3 % 10))"
+    xdotool mouseup 1
+}
+# drop_until X Y LINE: out of the other program's window, until ours has said the line.
+drop_until() {
+    local to=("$1" "$2")
+    try_until drop_there said "$3" || fail "no line \"$3\""
+}
+drop_there() {
+    mark
+    drag 650 170 640 170 500 200 300 200 "${to[@]}"
+    let_go "$1"
+}
 
 # start_told PROGRAM...: one that is told what to do. Its errors go to a file of their own.
 start_told() {

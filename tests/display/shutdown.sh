@@ -6,7 +6,7 @@ scenario=$1 program=$2 runs=${3:-5}
 
 start_server none
 for ((run = 0; run < runs; run++)); do
-    timeout -s ABRT 60 "$program" >"$log" 2>&1
+    timeout -s ABRT 250 "$program" >"$log" 2>&1
     status=$?
     [ $status -eq 0 ] || fail "run $run: status $status"
 done

@@ -9,14 +9,12 @@ start_program() {
     "$program" >"$log" 2>&1 &
     pid=$!
     started+=("$pid")
-    eventually window_shows "$pid" || fail "no window"
-    expect ready
-    window=$(xdotool search --onlyvisible --pid "$pid" | head -n 1)
-    activate "$window"
+    activate_ready "$pid"
 }
-click_editor() { xdotool mousemove 150 240 click 1; }
+click_editor() { click_at 150 240; }
+click_field() { click_at 270 135; }
 # Another program's word for what is selected or was copied.
-clip_is() { [ "$(timeout 5 xclip -o -selection "$1" 2>/dev/null)" = "$2" ]; }
+clip_is() { [ "$(timeout 20 xclip -o -selection "$1" 2>/dev/null)" = "$2" ]; }
 
 # On a screen of twice the pixels letters are as sharp as those allow. Enlarged ones would come in
 # squares of four.
@@ -48,7 +46,7 @@ password() {
     expect 'input \*\*\*\*'
     xdotool key Return
     expect 'enter pass'
-    xdotool mousemove 270 135 click 1
+    click_field
     xdotool type 'x'
     expect 'input x'
 }
@@ -77,38 +75,42 @@ editor() {
 
 # A double click takes a word; the next key takes its place. On a machine that has much to do the
 # second press may come too late.
+type_over_word() {
+    xdotool key ctrl+a
+    xdotool type 'one two'
+    expect 'changed 7 one two'
+    mark
+    xdotool mousemove 122 208 click --repeat 2 --delay 10 1
+    rest
+    xdotool type 'x'
+    expect 'changed .*'
+}
+select_all_of_line() {
+    xdotool mousemove 111 208 mousedown 1 mousemove 180 209 mousemove 300 210 mouseup 1
+    rest
+}
 pointer() {
-    local tries
     click_editor
-    for tries in 1 2 3 4 5; do
-        xdotool key ctrl+a
-        xdotool type 'one two'
-        expect 'changed 7 one two'
-        mark
-        xdotool mousemove 122 208 click --repeat 2 --delay 10 1
-        xdotool type 'x'
-        expect 'changed .*'
-        ! said 'changed 5 x two' || break
-    done
-    expect 'changed 5 x two'
+    try_until type_over_word said 'changed 5 x two' || fail "no word is replaced"
     mark
     click_editor
-    xdotool mousemove 111 208 mousedown 1 mousemove 180 209 mousemove 300 210 mouseup 1
+    select_all_of_line
     xdotool type 'y'
     expect 'changed 1 y'
 }
 
+paste_keys() { xdotool key ctrl+v; }  # in vain while another program is too slow to answer
 clipboard() {
     printf 'from another' | timeout 60 xclip -i -selection clipboard
     click_editor
-    xdotool key ctrl+v
-    expect 'changed 12 from another'
+    try_until paste_keys said 'changed 12 from another' || fail "nothing is pasted"
     xdotool key ctrl+a ctrl+c
     eventually clip_is clipboard 'from another' || fail "no copy"
     xdotool key ctrl+x
     expect 'changed 0 '
-    xdotool mousemove 270 135 click 1
+    click_field
     xdotool key ctrl+v
+    expect 'input from another'
     xdotool type '!'
     expect 'input from another!'
 }
@@ -118,7 +120,7 @@ primary() {
     click_editor
     xdotool type 'one two'
     expect 'changed 7 one two'
-    xdotool mousemove 111 208 mousedown 1 mousemove 180 209 mousemove 300 210 mouseup 1
+    select_all_of_line
     eventually clip_is primary 'one two' || fail "no selection"
     printf 'other ' | timeout 60 xclip -i -selection primary
     xdotool mousemove 111 208 click 2
@@ -155,22 +157,18 @@ drag_out() {
     xdotool windowmove "$window" 600 300
     eventually moved_to 600 300 || fail "not moved"
     activate "$first"
-    xdotool key ctrl+a
-    sleep 0.3
-    xdotool mousemove 120 208 mousedown 1
-    for place in '130 212' '150 230' '350 300' '420 340' '500 380' '640 400' '650 410' '655 412'; do
-        xdotool mousemove $place
-        sleep 0.1
-    done
-    sleep 0.3
-    xdotool mouseup 1
-    expect 'changed 7 one two'
+    try_until drag_all said 'changed 7 one two' || fail "nothing is dropped"
     # And inside of the first it is over.
     log=$first_log
     mark
-    xdotool mousemove 300 215 click 1
+    click_at 300 215
     xdotool type '!'
     expect 'changed 8 one two!'
+}
+drag_all() {
+    xdotool key ctrl+a
+    drag 120 208 130 212 150 230 350 300 420 340 500 380 640 400 650 410 655 412
+    let_go "$1"
 }
 moved_to() {
     local X Y

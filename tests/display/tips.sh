@@ -16,7 +16,7 @@ start_program() {
     started+=("$pid")
     expect ready
     eventually pixel_is $(($1 + 5)) $(($2 + 5)) '#D8D8D8' || fail "no window"
-    window=$(xdotool getactivewindow)
+    activate_ready "$pid"
 }
 
 # shows_at X Y POINTER_X POINTER_Y: a tip is seen for three seconds after a move, which may be less

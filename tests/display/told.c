@@ -21,10 +21,11 @@ static void menu(int32_t which) { printf("menu %d\n", which); }
 
 static void obey(const char* line)
 {
+    static int32_t value = 70;
     if (strcmp(line, "kill") == 0)
         KillGadget(0, button);
     else if (strcmp(line, "value") == 0)
-        SetValue(slider, 70);
+        SetValue(slider, value++);
     else if (strcmp(line, "label") == 0)
         SetLabel(check, "Louder");
     else if (strcmp(line, "type") == 0)

@@ -20,7 +20,7 @@ ended() { ! kill -0 "$program"; }
 
 take_picture() {
     rm -f "$folder"/wayland-screenshot*
-    (cd "$folder" && timeout 20 weston-screenshooter) && mv "$folder"/wayland-screenshot* "$folder/picture.png"
+    (cd "$folder" && timeout 60 weston-screenshooter) && mv "$folder"/wayland-screenshot* "$folder/picture.png"
 }
 # Width, height and corner of what is blue: "400x300+70+253".
 blue=none seen=none
@@ -74,6 +74,8 @@ icons() {
     ask place 1 'at 100 120, 299 by 199'
     [ "$(grep -c minimized "$log")" -eq 2 ] || fail "it says so more than once"
     ask wink 1 winked
+    all_told() { [ "$(grep -c minimized "$log")" -ge 22 ]; }
+    eventually all_told || fail "not each wish is told"
     ask place 1 'at 100 120, 299 by 199'
     [ "$(grep -c minimized "$log")" -eq 22 ] || fail "the answers to old wishes are told"
 }
