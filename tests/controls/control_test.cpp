@@ -422,7 +422,7 @@ TEST_F(ControlTest, ScriptsGetAndSetItsProperties)
         BMessage request(what), reply;
         add(request);
         request.AddSpecifier(property);
-        EXPECT_EQ(BMessenger(box).SendMessage(&request, &reply, 10000000, 10000000), B_OK);
+        EXPECT_EQ(BMessenger(box).SendMessage(&request, &reply, 60000000, 60000000), B_OK);
         return reply;
     };
     ask(B_SET_PROPERTY, "Label", [](BMessage& m) { m.AddString("data", "new"); });

@@ -25,7 +25,7 @@ uint32_t pixel_at(BPoint place)
 
 bool becomes(BPoint place, uint32_t color)
 {
-    return eventually([=] { return pixel_at(place) == color; }, 10'000'000);
+    return eventually([=] { return pixel_at(place) == color; });
 }
 
 std::vector<uint32_t> pixels_of(const BBitmap& bitmap)
@@ -136,7 +136,7 @@ TEST_F(ListGadgets, TextsHaveThePlaceAndTheColourOfTheirState)
                 return list.ConvertToScreen(list.ItemFrame(row));
             });
             const std::vector<uint32_t> wanted = drawn_row(frame, font, text, ground, ink);
-            return eventually([&] { return pixels_on_screen(frame) == wanted; }, 10'000'000);
+            return eventually([&] { return pixels_on_screen(frame) == wanted; });
         };
         EnableItemLv(ident, 2, 0);
         SetSelectEntry(ident, 1);

@@ -1,6 +1,7 @@
 // List gadgets and their user: mouse, keys, drags, drops, and handlers that change their own list.
 
 #include "gadgets/list_gadgets.h"
+#include "support/click_interval.h"
 
 #include <InterfaceDefs.h>
 
@@ -48,22 +49,14 @@ public:
 
 class ListInput : public ListGadgets {
 protected:
-    // No two clicks are a double click, unless a test wants that.
-    ListInput()
-    {
-        get_click_speed(&fSpeed);
-        set_click_speed(1);
-    }
-    ~ListInput() override { set_click_speed(fSpeed); }
+    const ClickInterval fQuick{1};  // no two clicks are a double click, unless a test wants that
+
     int32_t MakeFull(int32_t kind)
     {
         const int32_t ident = MakeList(kind, {"a", "b", "c", "d", "e", "f"});
         SetHandlerForGadget(ident, 6, handler(on_double));
         return ident;
     }
-
-private:
-    bigtime_t fSpeed;
 };
 
 }  // namespace
@@ -93,7 +86,7 @@ TEST_F(ListInput, ClickBelowTheLastRowOfAnOutlineChangesNothing)
 
 TEST_F(ListInput, SecondClickIsToldAndSelectsNothing)
 {
-    set_click_speed(10000000);
+    const ClickInterval slow;
     const int32_t ident = MakeFull(7);
     ClickRow(3);
     ClickRow(3);
@@ -103,7 +96,7 @@ TEST_F(ListInput, SecondClickIsToldAndSelectsNothing)
 
 TEST_F(ListInput, SecondClickOfAnOutlineNeedsAHandler)
 {
-    set_click_speed(10000000);
+    const ClickInterval slow;
     const int32_t ident = MakeFull(20);
     ClickRow(3);
     ClickRow(3);
@@ -118,7 +111,7 @@ TEST_F(ListInput, SecondClickOfAnOutlineNeedsAHandler)
 
 TEST_F(ListInput, FurtherClicksOfARowAreToldByOutlinesOnly)
 {
-    set_click_speed(10000000);
+    const ClickInterval slow;
     for (const int32_t kind : {7, 20}) {
         const int32_t ident = MakeFull(kind);
         Click(60, 250);  // no click of the list before counts
@@ -536,7 +529,7 @@ TEST_F(ListInput, HandlersOfKeysClicksAndDropsMayChangeOrKillTheirList)
         return gAct(number);
     });
     const char* paths[] = {"/tmp"};
-    set_click_speed(5000000);
+    const ClickInterval slow;
     for (const int32_t kind : {7, 10, 20, 23}) {
         for (auto* change : kActs) {
             for (const int32_t slot : {2, 6, 7}) {

@@ -37,4 +37,4 @@ libdir=$(dirname "$(find "$prefix" -name plinth.pc)")
 # shellcheck disable=SC2046
 "$cc" "${flags[@]}" prog.c -o prog \
     $(PKG_CONFIG_PATH=$libdir pkg-config --cflags --libs plinth)
-env -u DISPLAY -u WAYLAND_DISPLAY timeout 20 ./prog
+env -u DISPLAY -u WAYLAND_DISPLAY timeout 250 ./prog

@@ -308,7 +308,7 @@ protected:
         for (int round = 0; round < 2; round++) {
             BMessage request(kSettle), reply;
             BMessenger(which != nullptr ? which : window)
-                .SendMessage(&request, &reply, 10000000, 10000000);
+                .SendMessage(&request, &reply, 60000000, 60000000);
         }
     }
     static void Click(float x, float y, int32_t button = 1)

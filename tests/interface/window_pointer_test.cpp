@@ -3,6 +3,7 @@
 #include <MessageFilter.h>
 #include <MessageQueue.h>
 
+#include "support/click_interval.h"
 #include "window_harness.h"
 
 using namespace window_test;
@@ -114,6 +115,7 @@ TEST_F(WindowPointer, LeavingComesBeforeEntering)
 
 TEST_F(WindowPointer, ClicksStartAnewAtAnotherView)
 {
+    const ClickInterval slow;
     OpenPair();
     Click(148, 115);
     Click(148, 115);

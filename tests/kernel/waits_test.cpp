@@ -245,7 +245,7 @@ TEST(WaitForObjects, EndsOfObjectsAreToldUnasked)
             "ends it", B_NORMAL_PRIORITY, const_cast<thread_func*>(&row.end));
         resume_thread(helper);
         object_wait_info info = row.info;
-        EXPECT_EQ(wait_for_objects_etc(&info, 1, B_RELATIVE_TIMEOUT, 10'000'000), 1);
+        EXPECT_EQ(wait_for_objects_etc(&info, 1, B_RELATIVE_TIMEOUT, 60'000'000), 1);
         EXPECT_EQ(info.events & row.event, row.event) << info.type;
         EXPECT_EQ(result_of(helper), B_OK);
     }

@@ -16,6 +16,7 @@
 
 #include "server/screen/ScreenWindow.h"
 #include "server/screen/Stage.h"
+#include "support/click_interval.h"
 
 using namespace server;
 
@@ -478,6 +479,7 @@ TEST(Injection, DropsFilesAndTurnsTheWheel)
 
 TEST(Injection, ClickCountsReachTheWindow)
 {
+    const ClickInterval slow;
     TestWindow window(BRect(100, 100, 199, 199));
     for (int i = 0; i < 3; i++)
         click(150, 150);
@@ -493,6 +495,7 @@ TEST(Injection, ClickCountsReachTheWindow)
 
 TEST(Injection, TurningTheWheelEndsARunOfClicks)
 {
+    const ClickInterval slow;
     TestWindow window(BRect(100, 100, 199, 199));
     click(150, 150);
     click(150, 150);

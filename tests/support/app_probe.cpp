@@ -1,6 +1,6 @@
 // An application for the tests to launch. Its signature is in PROBE_SIGNATURE; what it hears goes
 // to the file that PROBE_REPORT names, a line each, complete once the file is there. It runs until
-// it is told 'quit', or for a minute.
+// it is told 'quit', or for some minutes.
 
 #include <AppDefs.h>
 #include <Application.h>
@@ -69,7 +69,7 @@ int main()
 {
     unsetenv("DISPLAY");
     unsetenv("WAYLAND_DISPLAY");
-    alarm(60);
+    alarm(250);
     Probe probe;
     if (probe.InitCheck() != B_OK)
         return 1;

@@ -1,6 +1,7 @@
 // A program for the tests to start. It reports what it was given to the file that its first
 // argument names, complete once the file is there, and leaves with the status PROBE_STATUS of its
-// environment; with PROBE_STAYS in it, only when the file of that name is there, or after a minute.
+// environment; with PROBE_STAYS in it, only when the file of that name is there, or after some
+// minutes.
 
 #include <dirent.h>
 #include <stdio.h>
@@ -47,7 +48,7 @@ int main(int argc, char** argv)
         rename(unfinished, argv[1]);
     }
     const char* end = getenv("PROBE_STAYS");
-    for (int i = 0; end != NULL && i < 60000 && access(end, F_OK) != 0; i++)
+    for (int i = 0; end != NULL && i < 250000 && access(end, F_OK) != 0; i++)
         usleep(1000);
     return getenv("PROBE_STATUS") != NULL ? atoi(getenv("PROBE_STATUS")) : 0;
 }

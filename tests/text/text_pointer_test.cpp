@@ -1,5 +1,6 @@
 // What the pointer makes of a text: presses that select, drags, and drops.
 
+#include "support/click_interval.h"
 #include "tests/text/text_harness.h"
 
 #include <Clipboard.h>
@@ -51,6 +52,7 @@ TEST_F(PointerTest, PressPutsTheCaretAtTheNearestPlace)
 
 TEST_F(PointerTest, SecondClickSelectsAWordAndThirdALine)
 {
+    const ClickInterval slow;
     MakeText("one two three\nfour");
     Start();
     Click(5, 2);
@@ -61,6 +63,7 @@ TEST_F(PointerTest, SecondClickSelectsAWordAndThirdALine)
 
 TEST_F(PointerTest, PointerThatMovesSelectsByWhatThePressSelected)
 {
+    const ClickInterval slow;
     MakeText("one two three four");
     Start();
     Drag(2, 6);

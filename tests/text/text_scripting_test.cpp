@@ -21,7 +21,7 @@ protected:
             specifier.AddInt32("range", count);
         }
         question.AddSpecifier(&specifier);
-        BMessenger(text).SendMessage(&question, &reply, 10000000, 10000000);
+        BMessenger(text).SendMessage(&question, &reply, 60000000, 60000000);
         return reply;
     }
 };

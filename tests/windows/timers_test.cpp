@@ -52,8 +52,8 @@ TEST_F(Timer, CountsSecondsWhileItRuns)
 TEST_F(Timer, CallsItsHandlerOncePerPeriod)
 {
     SetTimerCount(fWindow, 5);
-    SetTimerStart(fWindow, 1);
     const bigtime_t start = system_time();
+    SetTimerStart(fWindow, 1);
     Faster();
     ASSERT_TRUE(eventually([] { return sCalls >= 4; }));
     // Pulses come no faster than their rate: twenty of them take at least nineteen of its steps.

@@ -1,5 +1,6 @@
 // Windows as a program and its user meet them: opening, finding, handlers, closing.
 
+#include "support/click_interval.h"
 #include "support/program.h"
 
 #include "gadgets/gadget.h"
@@ -147,6 +148,7 @@ TEST_F(Windows, FrameIsWhatWasAskedAlsoLeftOfTheScreen)
 
 TEST_F(Windows, ClicksReachSlot14WithPlaceButtonAndRun)
 {
+    const ClickInterval slow;
     TestWindow window;
     window.Handle(PLINTH_MOUSE_DOWN, log_four<14>);
     window.Click(17, 23);
