@@ -24,16 +24,25 @@ status_t BLocker::InitCheck() const { return fSemaphore >= 0 ? B_OK : fSemaphore
 
 bool BLocker::Lock() { return LockWithTimeout(B_INFINITE_TIMEOUT) == B_OK; }
 
+// By a thread whose first lock it is.
+[[gnu::cold, gnu::noinline]] static status_t lock_first(BLocker* locker, bigtime_t timeout)
+{
+    BPrivate::current_thread();
+    return locker->LockWithTimeout(timeout);
+}
+
+// The way through a free lock is short, and calls nothing.
 status_t BLocker::LockWithTimeout(bigtime_t timeout)
 {
-    const thread_id me = BPrivate::current_thread();
+    const thread_id me = BPrivate::tThread;
+    if (me == 0)
+        return lock_first(this, timeout);
     if (fOwner.load(std::memory_order_relaxed) == me) {
         fDepth.fetch_add(1, std::memory_order_relaxed);
         return B_OK;
     }
-    const status_t status = _Acquire(timeout);
-    if (status != B_OK)
-        return status;
+    if (fRequests.fetch_add(1, std::memory_order_acquire) > 0 || !fBenaphore)
+        return _Acquire(timeout);
     fOwner.store(me, std::memory_order_relaxed);
     fDepth.store(1, std::memory_order_relaxed);
     return B_OK;
@@ -43,15 +52,17 @@ status_t BLocker::LockWithTimeout(bigtime_t timeout)
 status_t BLocker::_Acquire(bigtime_t timeout)
 {
     const sem_id semaphore = fSemaphore;
-    if (fRequests.fetch_add(1, std::memory_order_acquire) == 0 && fBenaphore)
-        return B_OK;
     const status_t status =
         timeout == B_INFINITE_TIMEOUT
             ? acquire_sem(semaphore)
             : acquire_sem_etc(semaphore, 1, B_RELATIVE_TIMEOUT, max_c(timeout, 0));
-    if (status == B_OK || status == B_BAD_SEM_ID)
+    if (status == B_BAD_SEM_ID)
         return status;
-    return _Withdraw() ? B_TIMED_OUT : B_OK;
+    if (status != B_OK && _Withdraw())
+        return B_TIMED_OUT;
+    fOwner.store(BPrivate::current_thread(), std::memory_order_relaxed);
+    fDepth.store(1, std::memory_order_relaxed);
+    return B_OK;
 }
 
 // Ends a request that was not granted in time. False if there is nobody left who holds or wants the
@@ -73,8 +84,10 @@ bool BLocker::_Withdraw()
 void BLocker::Unlock()
 {
     if (fOwner.load(std::memory_order_relaxed) == 0 ||
-        fDepth.fetch_sub(1, std::memory_order_relaxed) > 1)
+        (fDepth.load(std::memory_order_relaxed) > 1 &&
+         fDepth.fetch_sub(1, std::memory_order_relaxed) > 1))
         return;
+    fDepth.store(0, std::memory_order_relaxed);
     fOwner.store(0, std::memory_order_relaxed);
     // The next one may delete the locker as soon as it has it.
     const sem_id semaphore = fSemaphore;

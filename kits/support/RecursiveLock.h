@@ -55,6 +55,24 @@ public:
 
     void Lock() { LockUntil(B_INFINITE_TIMEOUT); }
 
+    // False if another thread has the lock, or the calling one never asked for its id.
+    bool TakeFree()
+    {
+        const thread_id me = tThread;
+        const thread_id owner = Owner();
+        if (owner == me && me != 0) {
+            ++fDepth;
+            return true;
+        }
+        uint32 state = kFree;
+        if (me == 0 || !fState.compare_exchange_strong(state, kHeld, std::memory_order_acquire,
+                                                       std::memory_order_relaxed))
+            return false;
+        fOwner.store(me, std::memory_order_relaxed);
+        fDepth = 1;
+        return true;
+    }
+
     // False if the lock was not free before system_time() reached `deadline`. 0 only tries.
     bool LockUntil(bigtime_t deadline)
     {
@@ -66,7 +84,7 @@ public:
         uint32 state = kFree;
         if (!fState.compare_exchange_strong(state, kHeld, std::memory_order_acquire,
                                             std::memory_order_relaxed) &&
-            (deadline == 0 || (!_Spin() && !_Wait(deadline))))
+            (deadline == 0 || !_LockTaken(deadline)))
             return false;
         fOwner.store(me, std::memory_order_relaxed);
         fDepth = 1;
@@ -76,15 +94,14 @@ public:
     // Does nothing if the calling thread does not hold the lock.
     void Unlock()
     {
-        if (fOwner.load(std::memory_order_relaxed) != current_thread() || --fDepth > 0)
-            return;
-        _Release();
+        if (IsMine() && --fDepth == 0)
+            _Release();
     }
 
     // Gives all levels back; returns how many there were, for LockTimes().
     int32 UnlockAll()
     {
-        if (fOwner.load(std::memory_order_relaxed) != current_thread())
+        if (!IsMine())
             return 0;
         const int32 depth = fDepth;
         fDepth = 0;
@@ -115,7 +132,11 @@ public:
             sched_yield();
     }
 
-    bool IsMine() const { return fOwner.load(std::memory_order_relaxed) == current_thread(); }
+    bool IsMine() const
+    {
+        const thread_id owner = Owner();
+        return owner != 0 && owner == tThread;  // which who took a lock has asked for
+    }
     // 0 if the lock is free.
     thread_id Owner() const { return fOwner.load(std::memory_order_relaxed); }
     // Levels of the calling thread.
@@ -140,9 +161,16 @@ private:
             fState.store(kFree, std::memory_order_release);
             std::atomic_signal_fence(std::memory_order_seq_cst);
             if (__builtin_expect(fWaiting.load(std::memory_order_relaxed) != 0, 0))
-                futex_wake(fState, 1);
+                _WakeOne();
         } else if (fState.exchange(kFree, std::memory_order_release) == kContended)
-            futex_wake(fState, 1);
+            _WakeOne();
+    }
+
+    // Apart, so that who finds nobody in the way pays nothing for them.
+    [[gnu::cold, gnu::noinline]] void _WakeOne() { futex_wake(fState, 1); }
+    [[gnu::cold, gnu::noinline]] bool _LockTaken(bigtime_t deadline)
+    {
+        return _Spin() || _Wait(deadline);
     }
 
     // Most holders are soon done. True if the lock could be taken without going to sleep for it,

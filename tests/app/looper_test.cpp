@@ -13,6 +13,7 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <thread>
 
 #include "app/Mailbox.h"
 
@@ -112,6 +113,21 @@ TEST(Looper, LockIsRecursiveAndExclusive)
     looper->Unlock();
     EXPECT_FALSE(is_free(looper));
     looper->Unlock();
+    EXPECT_TRUE(is_free(looper));
+}
+
+TEST(Looper, ThreadThatNeverAskedForItsIdLocksAndTries)
+{
+    Mailbox mail;
+    auto* looper = new ListeningLooper(mail);
+    looper->Run();
+    QuitAtEnd quit(looper);
+    std::thread([&] {
+        looper->Unlock();  // of nobody: does nothing
+        EXPECT_EQ(B_OK, looper->LockWithTimeout(0));
+        EXPECT_EQ(1, looper->CountLocks());
+        looper->Unlock();
+    }).join();
     EXPECT_TRUE(is_free(looper));
 }
 

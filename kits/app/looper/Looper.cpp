@@ -421,17 +421,28 @@ bool BLooper::IsLocked() const
     return slot != nullptr && slot->lock.IsMine();
 }
 
+// What is left to do where the lock is taken, or was, but of another looper.
+[[gnu::cold, gnu::noinline]] static status_t lock_slowly(LooperSlot* slot, const BLooper* looper,
+                                                         bigtime_t timeout)
+{
+    if (!slot->lock.IsMine() &&
+        !slot->lock.LockUntil(timeout <= 0 ? 0 : BPrivate::deadline_after(timeout)))
+        return B_TIMED_OUT;
+    if (slot->looper.load(std::memory_order_relaxed) == looper)
+        return B_OK;
+    slot->lock.Unlock();
+    return B_BAD_VALUE;
+}
+
+// The way through a free lock is short: nearly every call of a program takes one.
 status_t BLooper::LockWithTimeout(bigtime_t timeout)
 {
     LooperSlot* slot = LooperTable::Find(this);
     if (slot == nullptr)
         return B_BAD_VALUE;
-    if (!slot->lock.LockUntil(timeout <= 0 ? 0 : BPrivate::deadline_after(timeout)))
-        return B_TIMED_OUT;
-    if (slot->looper.load(std::memory_order_relaxed) == this)
+    if (slot->lock.TakeFree() && slot->looper.load(std::memory_order_relaxed) == this)
         return B_OK;
-    slot->lock.Unlock();
-    return B_BAD_VALUE;
+    return lock_slowly(slot, this, timeout);
 }
 
 // 0 before Run(), and for a looper that is gone.
