@@ -237,7 +237,7 @@ BListItem* Rows::At(int32 row) const
     return place.block != nullptr ? place.block->items[place.slot] : nullptr;
 }
 
-BListItem* Rows::ShownAt(int32 index) const
+BListItem* Rows::_ShownAt(int32 index) const
 {
     const Place place = _PlaceOfIndex(index);
     return place.block != nullptr ? place.block->items[place.slot] : nullptr;

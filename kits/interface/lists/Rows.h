@@ -66,7 +66,13 @@ public:
     float Width();
 
     BListItem* At(int32 row) const;
-    BListItem* ShownAt(int32 index) const;
+    BListItem* ShownAt(int32 index) const
+    {
+        const auto row = static_cast<uint32>(index);
+        if (!fAllFull || fTotal.shown != fTotal.rows || row >= static_cast<uint32>(fTotal.rows))
+            return _ShownAt(index);
+        return fBlocks[row / RowBlock::kMost]->items[row % RowBlock::kMost];
+    }
     int32 RowOf(const BListItem* item) const;
     int32 IndexOf(const BListItem* item) const;
     int32 RowOfIndex(int32 index) const;
@@ -155,6 +161,7 @@ private:
     void _Add(RowBlock * block, const RowSums& change);
     void _Append();
     void _Rebuild();
+    BListItem* _ShownAt(int32 index) const;
     Place _PlaceOfRow(int32 row) const;
     Place _PlaceOfIndex(int32 index) const;
     Place _PlaceOf(const BListItem* item) const;
