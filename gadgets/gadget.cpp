@@ -82,12 +82,10 @@ LooseGivenUp::~LooseGivenUp()
 
 // --- gadgets for a call
 
-// The window that a gadget is in, or would be in if its page were shown.
-static BWindow* window_of(const MyGadget& gadget)
+// That of the gadgets that it was put into.
+[[gnu::cold, gnu::noinline]] static BWindow* window_of_holders(const MyGadget& gadget)
 {
-    BWindow* window = gadget.view != nullptr ? gadget.view->Window() : nullptr;
-    if (window != nullptr)
-        return window;
+    BWindow* window = nullptr;
     RegistryLock registry;
     const MyGadget* holder = &gadget;
     for (int32_t steps = 0; steps < kMostHolders && window == nullptr; steps++) {
@@ -99,20 +97,34 @@ static BWindow* window_of(const MyGadget& gadget)
     return window;
 }
 
+// The window that a gadget is in, or would be in if its page were shown.
+static BWindow* window_of(const MyGadget& gadget)
+{
+    BWindow* const window = gadget.view != nullptr ? gadget.view->Window() : nullptr;
+    return window != nullptr ? window : window_of_holders(gadget);
+}
+
+// False if the gadget is in a window by now.
+bool GadgetAccess::_LockLoose()
+{
+    fLoose.Take();
+    if (window_of(*fGadget) == nullptr)
+        return true;
+    fLoose.Release();
+    return false;
+}
+
+[[gnu::cold, gnu::noinline]] static WindowLock wait_for(BWindow* window)
+{
+    const LooseGivenUp given_up;
+    return WindowLock(window);
+}
+
 // False if the gadget is in another window by now.
 bool GadgetAccess::_Lock(BWindow* window)
 {
-    if (window == nullptr) {
-        fLoose.Take();
-        if (window_of(*fGadget) == nullptr)
-            return true;
-        fLoose.Release();
-        return false;
-    }
-    {
-        const LooseGivenUp given_up;
-        fLock = WindowLock(window);
-    }
+    if (!fLock.Try(window))
+        fLock = wait_for(window);
     if (window_of(*fGadget) == window)
         return true;
     fLock = WindowLock();
@@ -129,7 +141,9 @@ GadgetAccess::GadgetAccess(int32_t ident, int32_t family)
         hold_gadget(gadget);
         fGadget = gadget;
     }
-    while (!_Lock(window_of(*fGadget))) {
+    for (bool locked = false; !locked;) {
+        BWindow* const window = window_of(*fGadget);
+        locked = window != nullptr ? _Lock(window) : _LockLoose();
     }
     if (fGadget->ident == 0)
         release_gadget(std::exchange(fGadget, nullptr));

@@ -120,6 +120,7 @@ public:
 
 private:
     bool _Lock(BWindow* window);
+    bool _LockLoose();
 
     MyGadget* fGadget = nullptr;
     WindowLock fLock;

@@ -2,10 +2,8 @@
 
 #include "runtime/lasting_locker.h"
 
-BLocker& LastingLocker::Locker()
+BLocker& LastingLocker::_Make()
 {
-    if (BLocker* locker = fLocker.load(std::memory_order_acquire))
-        return *locker;
     auto* made = new BLocker(fName);
     BLocker* first = nullptr;
     if (fLocker.compare_exchange_strong(first, made, std::memory_order_acq_rel))

@@ -32,9 +32,15 @@ public:
     bool Lock() THREAD_SAFETY(acquire_capability()) { return Locker().Lock(); }
     void Unlock() THREAD_SAFETY(release_capability()) { Locker().Unlock(); }
     // What it is made of, for waits with a limit and counts.
-    BLocker& Locker();
+    BLocker& Locker()
+    {
+        BLocker* const locker = fLocker.load(std::memory_order_acquire);
+        return locker != nullptr ? *locker : _Make();
+    }
 
 private:
+    BLocker& _Make();
+
     const char* const fName;
     std::atomic<BLocker*> fLocker{nullptr};
 };

@@ -161,12 +161,6 @@ WindowLock::WindowLock(const BView* view) : WindowLock(view != nullptr ? view->W
 {
 }
 
-WindowLock::~WindowLock()
-{
-    if (fWindow != nullptr)
-        fWindow->Unlock();
-}
-
 WindowLock::WindowLock(WindowLock&& other) noexcept : fWindow(std::exchange(other.fWindow, nullptr))
 {
 }

@@ -3,8 +3,7 @@
 
 // Locking a window for one call.
 
-class BView;
-class BWindow;
+#include <Window.h>
 
 // Locks a window that may be gone; false, and nothing locked, if it is, and where memory fails. Any
 // thread.
@@ -16,10 +15,20 @@ public:
     WindowLock() = default;
     explicit WindowLock(BWindow* window);
     explicit WindowLock(const BView* view);
-    ~WindowLock();
+    ~WindowLock()
+    {
+        if (fWindow != nullptr)
+            fWindow->Unlock();
+    }
     WindowLock(WindowLock&& other) noexcept;
     WindowLock& operator=(WindowLock&& other) noexcept;
 
+    // Takes a window only if that is free; for one that holds nothing.
+    bool Try(BWindow* window)
+    {
+        fWindow = window->LockWithTimeout(0) == B_OK ? window : nullptr;
+        return fWindow != nullptr;
+    }
     bool Held() const { return fWindow != nullptr; }
 
 private:
