@@ -19,26 +19,36 @@
 
 TListItem* TListItem::New(const char* text)
 {
-    const size_t size = strlen(text) + 1;
-    void* const memory = malloc(sizeof(TListItem) + size);
-    if (memory == nullptr)
-        throw std::bad_alloc();
-    char* const own = static_cast<char*>(memory) + sizeof(TListItem);
-    memcpy(own, text, size);
-    return ::new (memory) TListItem(own);
+    static_assert(sizeof(TListItem) <= RowMemory::kRowBytes);
+    std::unique_ptr<TListItem> item(::new (RowMemory::Take()) TListItem);
+    item->SetText(text);
+    return item.release();
+}
+
+TListItem::TListItem() : BListItem(0, true), fText(_Near()), fExtras(nullptr)
+{
+    memset(fText, 0, RowMemory::kTextBytes);
 }
 
 TListItem::~TListItem()
 {
-    if (fText != _First())
+    if (fText != _Near())
         free(fText);
     delete fExtras;
 }
 
 void TListItem::SetText(const char* text)
 {
-    char* const before = std::exchange(fText, strdup(text));
-    if (before != _First())
+    char* const near = _Near();
+    const size_t size = strlen(text) + 1;
+    const bool is_long = size > RowMemory::kTextBytes;
+    char* const place = is_long ? static_cast<char*>(malloc(size)) : near;
+    if (place == nullptr)
+        throw std::bad_alloc();
+    memmove(place, text, size);
+    near[kIsLong] = is_long ? 1 : '\0';
+    char* const before = std::exchange(fText, place);
+    if (before != near)
         free(before);
 }
 
@@ -88,8 +98,7 @@ int TListItem::CompareKeys(const void* a, const void* b)
     const TListItem* right = row(b);
     if (left->fStart != right->fStart)
         return left->fStart < right->fStart ? -1 : 1;
-    const auto text = [](const TListItem* of) { return of->fKey->text ? of->fKey->text : ""; };
-    return strcasecmp(text(left), text(right));
+    return strcasecmp(left->fKey->text, right->fKey->text);
 }
 
 // --- size and looks

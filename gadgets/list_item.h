@@ -4,6 +4,7 @@
 // A row of a list gadget: a line of text in the list's colours or in its own.
 
 #include "gadgets/gadget.h"
+#include "gadgets/row_memory.h"
 #include "windows/drawing_view.h"
 
 #include <ListItem.h>
@@ -12,6 +13,7 @@
 #include <memory>
 
 #include <stdlib.h>
+#include <string.h>
 
 static const float kTextStart = 10;  // of texts, whatever the level: kept on purpose
 
@@ -48,22 +50,29 @@ struct SortKey;
 // Small, for there may be very many of them.
 class TListItem : public BListItem {
 public:
-    // The text lies behind the item, so that both come from memory at once.
     static TListItem* New(const char* text);
     ~TListItem() override;
-    void operator delete(void* item) { free(item); }
+    void operator delete(void* item) { RowMemory::Give(item); }
 
     void DrawItem(BView* owner, BRect frame, bool complete) override;
     void Update(BView* owner, const BFont* font) override;
     status_t Perform(perform_code code, void* data) override;
 
-    // The text of a row comes from memory beside the row, if both are far away.
-    static void Prefetch(const BListItem* row)
+    // Copies the text of a row to a place for RowMemory::kTextBytes without a look at the row
+    // itself, which may be far away. False, and nothing copied, if the text is longer or the row
+    // none of these.
+    static bool CopyShortText(const BListItem* row, char* text)
     {
-        if (row != nullptr)
-            __builtin_prefetch(static_cast<const TListItem*>(row) + 1);
+        if (!RowMemory::Knows(row))
+            return false;
+        const char* const near = RowMemory::TextOf(row);
+        if (near[kIsLong] != '\0')
+            return false;
+        memcpy(text, near, RowMemory::kTextBytes);
+        return true;
     }
-    const char* Text() const { return fText != nullptr ? fText : ""; }
+    const char* Text() const { return fText; }
+    // Throws std::bad_alloc, and keeps the text that was there.
     void SetText(const char* text);
     // The list's first four are these instead.
     void SetColors(const std::array<uint32_t, 4>& colors);
@@ -85,14 +94,18 @@ private:
         std::unique_ptr<std::array<uint32_t, 4>> colors;
         ListDrawHook drawHook = nullptr;
     };
-    explicit TListItem(char* text) : BListItem(0, true), fText(text), fExtras(nullptr) {}
+    TListItem();
     Extras& _Extras();
     rgb_color _Color(const ListFrame& list, ListColor disabled, ListColor selected,
                      ListColor unselected) const;
-    char* _First() { return reinterpret_cast<char*>(this + 1); }
+    char* _Near() { return RowMemory::TextOf(this); }
+
+    // In the memory near the item: the terminator of the longest text there, not 0 for a longer one
+    // elsewhere.
+    static constexpr size_t kIsLong = RowMemory::kTextBytes - 1;
 
     union {
-        char* fText;      // the first, behind the item, or a later one from the C library
+        char* fText;      // near the item if it is short, else from the C library
         uint64_t fStart;  // its first bytes in lower case, the order of most rows
     };
     union {

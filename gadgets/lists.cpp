@@ -21,6 +21,8 @@
 static const uint32_t kDragMessage = 'DATA';
 static const size_t kTextSize = 1024;
 
+static char sRowText[kTextSize];  // of the row that was asked for last; the program's thread
+
 // --- what both kinds of lists share
 
 // Null for what another program's code may have put into the list.
@@ -615,15 +617,15 @@ extern "C" void SortLv(int32_t ident)
 template <class Find>
 static char* text_of_row(int32_t ident, Find find)
 {
-    static char sText[kTextSize];  // the program's thread
-    sText[0] = '\0';
+    sRowText[0] = '\0';
     on_list(ident, [&](auto& list) {
         BListItem* const row = find(list);
-        TListItem::Prefetch(row);
+        if (TListItem::CopyShortText(row, sRowText))
+            return;
         if (const TListItem* item = as_row(row))
-            sText[std::string_view(item->Text()).copy(sText, kTextSize - 1)] = '\0';
+            sRowText[std::string_view(item->Text()).copy(sRowText, kTextSize - 1)] = '\0';
     });
-    return sText;
+    return sRowText;
 }
 
 extern "C" char* GetLvItem(int32_t ident, int32_t index)

@@ -2,6 +2,12 @@
 
 #include "gadgets/list_gadgets.h"
 
+#include <StringItem.h>
+
+#include <malloc.h>
+#include <string.h>
+
+#include <algorithm>
 #include <limits>
 
 namespace {
@@ -175,6 +181,85 @@ TEST_F(ListGadgets, TextsMayHaveAnyLength)
     ChangeEntryStr(ident, 3, "aa");
     SortLv(ident);
     EXPECT_EQ(Rows(ident), " A aa b");
+}
+
+TEST_F(ListGadgets, CallsForTextsShareOneBuffer)
+{
+    const std::string long_text(50, 'x');
+    const int32_t ident = MakeList(7, {"first", long_text.c_str(), "last"});
+    const char* const text = GetLvItem(ident, 1);
+    EXPECT_EQ(GetLvFirstItem(ident), text);
+    EXPECT_STREQ(text, "first");
+    EXPECT_EQ(GetLvLastItem(ident), text);
+    EXPECT_EQ(GetTextLv(ident, 1, 2), text);
+    EXPECT_EQ(text, long_text);
+    EXPECT_STREQ(GetLvItem(ident, 3), "");
+    EXPECT_STREQ(text, "");
+}
+
+// Short texts are kept elsewhere than long ones.
+TEST_F(ListGadgets, TextsOfAnyLengthReplaceOneAnother)
+{
+    const int32_t ident = MakeList(7, {"first", "second", "third"});
+    for (const size_t length : {31, 32, 30, 33, 1, 5000, 31, 0, 32, 64, 23, 24}) {
+        const std::string text(length, 'm');
+        ChangeEntryStr(ident, 1, text.c_str());
+        EXPECT_EQ(std::string(GetLvItem(ident, 1)), text.substr(0, 1023)) << length;
+        AddLvEntry(ident, length > 0 ? text.c_str() : "none");
+        EXPECT_EQ(strlen(GetLvLastItem(ident)), length > 0 ? std::min<size_t>(length, 1023) : 4);
+        EXPECT_STREQ(GetLvItem(ident, 0), "first") << length;
+        EXPECT_STREQ(GetLvItem(ident, 2), "third") << length;
+        RemoveItem(ident, 3);
+    }
+    ChangeEntryStr(ident, 1, GetLvItem(ident, 2));
+    EXPECT_EQ(Rows(ident), "first third third");
+}
+
+TEST_F(ListGadgets, ThousandsOfRowsKeepTheirTexts)
+{
+    const int32_t ident = MakeList(7, {}), other = MakeList(20, {});
+    const auto text = [](int32_t row) { return "row " + std::to_string(row * 7919); };
+    const int32_t kRows = 5000;
+    for (int32_t i = 0; i < kRows; i++)
+        AddLvEntry(i % 3 == 0 ? other : ident, text(i).c_str());
+    ClearListView(other);
+    for (int32_t i = CountEntry(ident) - 1; i >= 0; i -= 2)
+        RemoveItem(ident, i);
+    for (int32_t i = 0; i < kRows; i++)
+        AddLvEntry(other, text(-i).c_str());
+    for (int32_t i = 0; i < CountEntry(ident); i++)
+        ASSERT_EQ(GetLvItem(ident, i), text(i * 3 + 2));
+    for (int32_t i = 0; i < kRows; i++)
+        ASSERT_EQ(GetLvItem(other, i), text(-i));
+}
+
+TEST_F(ListGadgets, RowsGiveTheirMemoryBack)
+{
+    const int32_t ident = MakeList(7, {});
+    const auto used_after = [=](int32_t count) {
+        for (int32_t i = 0; i < count; i++)
+            AddLvEntry(ident, "twenty letters long.");
+        ClearListView(ident);
+        const auto used = mallinfo2();
+        return used.uordblks + used.hblkhd;
+    };
+    const size_t first = used_after(1000);  // what is drawn takes some more
+    for (int32_t times = 0; times < 3; times++)
+        EXPECT_LT(used_after(50000), first + 2000000) << "of five million";
+}
+
+// A row that somebody else put in through the platform's own calls.
+TEST_F(ListGadgets, RowsOfOtherKindsHaveNoText)
+{
+    const int32_t ident = MakeList(7, {"a", "b"});
+    BStringItem strange("strange");
+    WithList([&](BListView& list) { return list.AddItem(&strange, 1); });
+    EXPECT_EQ(Rows(ident), "a  b");
+    ChangeEntryStr(ident, 1, "x");
+    SortLv(ident);
+    EXPECT_EQ(Rows(ident), "a  b");
+    WithList([&](BListView& list) { return list.RemoveItem(&strange); });
+    EXPECT_EQ(Rows(ident), "a b");
 }
 
 TEST_F(ListGadgets, SortingLooksBeyondTheFirstLetters)
