@@ -212,7 +212,7 @@ void GetAtRandom(benchmark::State& state)
     list.Fill();
     uint32_t seed = 1;
     for (auto _ : state)
-        benchmark::DoNotOptimize(GetLvItem(list.ident, int32_t(next_place(seed))));
+        benchmark::DoNotOptimize(*GetLvItem(list.ident, int32_t(next_place(seed))));
 }
 BENCHMARK(GetAtRandom);
 // What a call costs whose row is in the processor's cache.
@@ -221,7 +221,7 @@ void GetTheSame(benchmark::State& state)
     Flat list;
     list.Fill();
     for (auto _ : state)
-        benchmark::DoNotOptimize(GetLvItem(list.ident, kRows / 2));
+        benchmark::DoNotOptimize(*GetLvItem(list.ident, kRows / 2));
 }
 BENCHMARK(GetTheSame);
 // The machine's own floor: the same texts in a vector, copied out at the same places. In turn, each
@@ -249,7 +249,7 @@ void QtGetAtRandom(benchmark::State& state)
     uint32_t seed = 1;
     for (auto _ : state) {
         const int place = int(next_place(seed));
-        benchmark::DoNotOptimize(list.model.item(place)->text().toUtf8());
+        benchmark::DoNotOptimize(*list.model.item(place)->text().toUtf8().constData());
     }
 }
 BENCHMARK(QtGetAtRandom);
