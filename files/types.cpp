@@ -19,10 +19,10 @@
 #include <exception>
 #include <string.h>
 
-static const size_t kTextSize = 1024;  // of a text result, with the terminator
-static_assert(kTextSize >= B_MIME_TYPE_LENGTH, "the kits write whole types into it");
+static const size_t kInfoSize = 1024;  // of a text result, with the terminator
+static_assert(kInfoSize >= B_MIME_TYPE_LENGTH, "the kits write whole types into it");
 
-static char kNoText[] = "";
+static char kNoInfo[] = "";
 
 static void trace(const char* call, const char* subject)
 {
@@ -34,7 +34,7 @@ static bool copy_path(const entry_ref& ref, char* text)
 {
     BEntry entry(&ref);
     BPath path;
-    if (entry.GetPath(&path) != B_OK || strlen(path.Path()) >= kTextSize)
+    if (entry.GetPath(&path) != B_OK || strlen(path.Path()) >= kInfoSize)
         return false;
     strcpy(text, path.Path());
     return true;
@@ -77,9 +77,9 @@ static bool read_info(const BNodeInfo& info, int32_t which, char* text)
 
 char* GetMimeInfo(const char* path, int32_t which)
 {
-    static char texts[kFileInfos][kTextSize];
+    static char texts[kFileInfos][kInfoSize];
     if (which < 0 || which >= kFileInfos)
-        return kNoText;
+        return kNoInfo;
     char* text = texts[which];
     text[0] = '\0';
     if (!with_info(path, [&](BNodeInfo& info) { return read_info(info, which, text); })) {
@@ -172,20 +172,20 @@ extern "C" bool IsValidMime(const char* type) { return BMimeType::IsValid(type);
 
 extern "C" char* GetPreferredApp(const char* type)
 {
-    static char text[kTextSize];
+    static char text[kInfoSize];
     const bool found = with_type(
         type, __func__, [](BMimeType& mime) { return mime.GetPreferredApp(text, B_OPEN) == B_OK; });
-    return found ? text : kNoText;
+    return found ? text : kNoInfo;
 }
 
 extern "C" char* GetAppHintMime(const char* type)
 {
-    static char text[kTextSize];
+    static char text[kInfoSize];
     const bool found = with_type(type, __func__, [](BMimeType& mime) {
         entry_ref ref;
         return mime.GetAppHint(&ref) == B_OK && copy_path(ref, text);
     });
-    return found ? text : kNoText;
+    return found ? text : kNoInfo;
 }
 
 extern "C" int32_t LoadMimeIcon(const char* type)

@@ -65,7 +65,7 @@ static constexpr KindRow kKinds[] = {
     {46, kStringField, create_integer, Inside::None},
 };
 
-static constexpr bool rows_are_in_order()
+static constexpr bool kinds_are_in_order()
 {
     for (int32_t i = 0; i < kLastKind; i++) {
         if (kKinds[i].kind != i + 1)
@@ -73,7 +73,7 @@ static constexpr bool rows_are_in_order()
     }
     return std::size(kKinds) == kLastKind;
 }
-static_assert(rows_are_in_order(), "one row per kind, by its number");
+static_assert(kinds_are_in_order(), "one row per kind, by its number");
 
 const KindRow* kind_row(int32_t kind)
 {

@@ -18,7 +18,7 @@
 #include <typeinfo>
 #include <vector>
 
-static const uint32_t kDragMessage = 'DATA';
+static const uint32_t kRowDragMessage = 'DATA';
 static const size_t kTextSize = 1024;
 
 static char sRowText[kTextSize];  // of the row that was asked for last; the program's thread
@@ -244,7 +244,7 @@ void MyListView::_StartDrag()
     BFont font;
     GetFont(&font);
     item->Update(this, &font);
-    BMessage message(kDragMessage);
+    BMessage message(kRowDragMessage);
     message.AddPointer("it", item);
     message.AddPointer("gd", this);
     message.AddInt32("sl", fAnchor);

@@ -132,7 +132,7 @@ extern "C" void FocusOnClick(int32_t ident, int8_t flag)
 }
 
 // By slot; those of entry fields are not the record's.
-static void* MyGadget::*const kSlots[] = {
+static void* MyGadget::*const kHandlerSlots[] = {
     nullptr, &MyGadget::action_handler, &MyGadget::key_handler,  &MyGadget::value_handler,  nullptr,
     nullptr, &MyGadget::list_handler,   &MyGadget::drop_handler, &MyGadget::unused_handler,
 };
@@ -143,11 +143,11 @@ extern "C" void SetHandlerForGadget(int32_t ident, int32_t slot, void* handler)
         SetStringInputHandler(ident, handler);
     else if (slot == PLINTH_GADGET_ENTER)
         SetStringEnterHandler(ident, handler);
-    if (slot < 1 || slot > 8 || kSlots[slot] == nullptr)
+    if (slot < 1 || slot > 8 || kHandlerSlots[slot] == nullptr)
         return;
     RegistryLock registry;
     if (MyGadget* gadget = find_gadget(registry, ident))
-        gadget->*kSlots[slot] = handler;
+        gadget->*kHandlerSlots[slot] = handler;
 }
 
 extern "C" void RemoveAll(int32_t window_ident)

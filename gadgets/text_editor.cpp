@@ -288,7 +288,7 @@ extern "C" void TEditSetTabWidth(int32_t ident, int32_t width)
 using EditorCommand = void (*)(BTextView& editor, bool flag);
 
 // By number.
-static const EditorCommand kCommands[] = {
+static const EditorCommand kEditorCommands[] = {
     [](BTextView& editor, bool flag) { editor.SetWordWrap(flag); },
     [](BTextView& editor, bool flag) { editor.SetAutoindent(flag); },
     [](BTextView& editor, bool flag) { editor.MakeEditable(flag); },
@@ -297,8 +297,8 @@ static const EditorCommand kCommands[] = {
 
 extern "C" void TEditCommand(int32_t ident, int32_t command, int8_t flag)
 {
-    if (command >= 0 && command < static_cast<int32_t>(std::size(kCommands)))
-        on_editor(ident, [=](MyBTextView& editor) { kCommands[command](editor, flag != 0); });
+    if (command >= 0 && command < static_cast<int32_t>(std::size(kEditorCommands)))
+        on_editor(ident, [=](MyBTextView& editor) { kEditorCommands[command](editor, flag != 0); });
 }
 
 extern "C" void TEditWordWrap(int32_t ident, int8_t flag) { TEditCommand(ident, 0, flag); }

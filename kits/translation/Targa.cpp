@@ -12,7 +12,7 @@
 namespace BPrivate {
 
 static const size_t kHeaderSize = 18;
-static const int32 kMostSide = 65535;
+static const int32 kMostTargaSide = 65535;
 
 enum {
     kIdLength = 0,
@@ -278,7 +278,7 @@ static bool has_alpha(const Surface& image)
 
 status_t WriteTarga(const Surface& image, BPositionIO* destination)
 try {
-    if (image.width > kMostSide || image.height > kMostSide)
+    if (image.width > kMostTargaSide || image.height > kMostTargaSide)
         return B_NOT_SUPPORTED;
     const bool alpha = has_alpha(image);
     const size_t size = alpha ? 4 : 3;

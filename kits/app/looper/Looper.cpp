@@ -35,7 +35,7 @@ using BPrivate::MessengerAccess;
 static const uint32 kQuitLoop = '_QIT';   // ends the loop in its turn, after what was posted before
 static const int kMaxRedirections = 100;  // filters that send a message round in circles
 
-static const property_info kProperties[] = {
+static const property_info kLooperProperties[] = {
     {"Handler", {B_COUNT_PROPERTIES}, {B_DIRECT_SPECIFIER}, nullptr, 0, {B_INT32_TYPE}, {}},
     {"Handlers", {B_GET_PROPERTY}, {B_DIRECT_SPECIFIER}, nullptr, 0, {B_MESSENGER_TYPE}, {}},
     {"Handler",
@@ -255,7 +255,7 @@ void BLooper::MessageReceived(BMessage* message)
     const char* property;
     if (message == nullptr || !message->HasSpecifiers() ||
         message->GetCurrentSpecifier(&index, &specifier, &form, &property) != B_OK ||
-        !BPrivate::knows_property(kProperties, message, index, &specifier, form, property)) {
+        !BPrivate::knows_property(kLooperProperties, message, index, &specifier, form, property)) {
         BHandler::MessageReceived(message);
         return;
     }
@@ -488,11 +488,11 @@ sem_id BLooper::Sem() const { return B_BAD_SEM_ID; }
 BHandler* BLooper::ResolveSpecifier(BMessage* message, int32 index, BMessage* specifier, int32 what,
                                     const char* property)
 {
-    BPropertyInfo info(const_cast<property_info*>(kProperties));
+    BPropertyInfo info(const_cast<property_info*>(kLooperProperties));
     const int32 match = info.FindMatch(message, index, specifier, what, property);
     if (match < 0)
         return BHandler::ResolveSpecifier(message, index, specifier, what, property);
-    if (kProperties[match].commands[0] != 0)
+    if (kLooperProperties[match].commands[0] != 0)
         return this;
 
     BHandler* target = nullptr;
@@ -521,7 +521,7 @@ BHandler* BLooper::ResolveSpecifier(BMessage* message, int32 index, BMessage* sp
 
 status_t BLooper::GetSupportedSuites(BMessage* data)
 {
-    const status_t status = BPrivate::add_suite(data, "suite/vnd.Be-looper", kProperties);
+    const status_t status = BPrivate::add_suite(data, "suite/vnd.Be-looper", kLooperProperties);
     return status == B_OK ? BHandler::GetSupportedSuites(data) : status;
 }
 

@@ -317,7 +317,7 @@ bool BMessage::_HasSameData(const BMessage& other, bool ignoreFieldOrder, bool d
         const bool nested = deep && mine->type == B_MESSAGE_TYPE && depth < kMaxCompareDepth;
         ValueWalk my_values(mine);
         ValueWalk their_values(theirs);
-        uint32 my_size, their_size;
+        uint32 my_size, their_size = 0;
         while (const void* my_value = my_values.Next(&my_size)) {
             const void* their_value = their_values.Next(&their_size);
             if (my_size == their_size && memcmp(my_value, their_value, my_size) == 0)

@@ -36,10 +36,10 @@ namespace BPrivate {
 static const char* const kActive = "/active";  // a link that names the team
 static const size_t kMaxEntry = 8192;          // bytes of a file
 
-static BPrivate::Mutex sLock;
-static RunningApp sOwn GUARDED_BY(sLock);  // no team while not registered
-static std::string sOwnFile GUARDED_BY(sLock);
-static int sOwnDescriptor GUARDED_BY(sLock) = -1;  // holds the file's lock
+static BPrivate::Mutex sOwnLock;
+static RunningApp sOwn GUARDED_BY(sOwnLock);  // no team while not registered
+static std::string sOwnFile GUARDED_BY(sOwnLock);
+static int sOwnDescriptor GUARDED_BY(sOwnLock) = -1;  // holds the file's lock
 
 // True for a folder of this user's that no other may enter.
 static bool is_private(const std::string& path)
@@ -224,7 +224,7 @@ static void remove_leftovers(const std::string& path)
 
 void register_app(const char* signature, thread_id thread, int32 looper)
 {
-    BPrivate::MutexLock hold(sLock);
+    BPrivate::MutexLock hold(sOwnLock);
     sOwn.team = getpid();
     sOwn.thread = thread;
     sOwn.looper = looper;
@@ -244,7 +244,7 @@ void register_app(const char* signature, thread_id thread, int32 looper)
 std::string registered_folder()
 {
     {
-        BPrivate::MutexLock hold(sLock);
+        BPrivate::MutexLock hold(sOwnLock);
         if (!sOwnFile.empty())
             return sOwnFile.substr(0, sOwnFile.find_last_of('/'));
     }
@@ -255,12 +255,12 @@ void unregister_app()
 {
     note_active(false);
     {
-        BPrivate::MutexLock hold(sLock);
+        BPrivate::MutexLock hold(sOwnLock);
         if (sOwn.team != getpid())
             return;
     }
     close_channel();
-    BPrivate::MutexLock hold(sLock);
+    BPrivate::MutexLock hold(sOwnLock);
     sOwn = RunningApp();
     if (sOwnDescriptor < 0)
         return;
@@ -273,7 +273,7 @@ std::vector<RunningApp> running_apps()
 {
     std::vector<RunningApp> apps;
     {
-        BPrivate::MutexLock hold(sLock);
+        BPrivate::MutexLock hold(sOwnLock);
         if (sOwn.team == getpid())
             apps.push_back(sOwn);
     }

@@ -15,7 +15,7 @@ using BPrivate::ControlPrivate;
 using BPrivate::enum_up_to;
 using BPrivate::Look;
 
-static const float kLeastLength = 100;
+static const float kLeastSliderLength = 100;
 static const float kTextGap = 4;  // between a line of text and the bar
 
 static Look look_of(const BSlider* slider) { return Look(const_cast<BSlider*>(slider)); }
@@ -152,13 +152,13 @@ void BSlider::GetPreferredSize(float* _width, float* _height)
     float width, height;
     if (fOrientation == B_HORIZONTAL) {
         const float limits = has_limits ? low + high + 2 * look.TextWidth("M") : 0;
-        width = std::max({bounds.Width(), kLeastLength, label, limits});
+        width = std::max({bounds.Width(), kLeastSliderLength, label, limits});
         height = across + (has_label ? line : 0) + (has_limits ? line : 0);
     } else {
         const float lines = float(Label() != nullptr) + float(UpdateText() != nullptr) +
                             float(fHasMinLabel) + float(fHasMaxLabel);
         width = std::max({across, label, low, high});
-        height = std::max({bounds.Height(), kLeastLength, 32 + lines * line});
+        height = std::max({bounds.Height(), kLeastSliderLength, 32 + lines * line});
     }
     if (_width != nullptr)
         *_width = width;

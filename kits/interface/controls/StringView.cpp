@@ -16,7 +16,7 @@
 
 using BPrivate::Look;
 
-static const property_info kProperties[] = {
+static const property_info kStringViewProperties[] = {
     SCRIPT_VALUE("Text", B_STRING_TYPE),
     SCRIPT_VALUE("Alignment", B_INT32_TYPE),
     {},
@@ -160,14 +160,15 @@ void BStringView::Draw(BRect)
 BHandler* BStringView::ResolveSpecifier(BMessage* message, int32 index, BMessage* specifier,
                                         int32 form, const char* property)
 {
-    if (BPrivate::knows_property(kProperties, message, index, specifier, form, property))
+    if (BPrivate::knows_property(kStringViewProperties, message, index, specifier, form, property))
         return this;
     return BView::ResolveSpecifier(message, index, specifier, form, property);
 }
 
 status_t BStringView::GetSupportedSuites(BMessage* data)
 {
-    const status_t status = BPrivate::add_suite(data, "suite/vnd.Be-string-view", kProperties);
+    const status_t status =
+        BPrivate::add_suite(data, "suite/vnd.Be-string-view", kStringViewProperties);
     return status == B_OK ? BView::GetSupportedSuites(data) : status;
 }
 
@@ -188,6 +189,6 @@ void BStringView::MessageReceived(BMessage* message)
             return B_BAD_VALUE;
         return B_OK;
     };
-    if (!BPrivate::answer_property(kProperties, message, get, set))
+    if (!BPrivate::answer_property(kStringViewProperties, message, get, set))
         BView::MessageReceived(message);
 }

@@ -118,35 +118,36 @@ status_t BTextView::Archive(BMessage* archive, bool deep) const
 
 // ---- Scripting
 
-static const property_info kProperties[] = {{"Selection",
-                                             {B_GET_PROPERTY, B_SET_PROPERTY},
-                                             {B_DIRECT_SPECIFIER},
-                                             "start and end of the selection",
-                                             0,
-                                             {B_INT32_TYPE},
-                                             {}},
-                                            {"Text",
-                                             {B_COUNT_PROPERTIES},
-                                             {B_DIRECT_SPECIFIER},
-                                             "the length of the text in bytes",
-                                             0,
-                                             {B_INT32_TYPE},
-                                             {}},
-                                            {"Text",
-                                             {B_GET_PROPERTY, B_SET_PROPERTY},
-                                             {B_RANGE_SPECIFIER, B_REVERSE_RANGE_SPECIFIER},
-                                             "the text in a range; to set it puts other text there",
-                                             0,
-                                             {B_STRING_TYPE},
-                                             {}},
-                                            {"text_run_array",
-                                             {B_GET_PROPERTY, B_SET_PROPERTY},
-                                             {B_RANGE_SPECIFIER, B_REVERSE_RANGE_SPECIFIER},
-                                             "the styles in a range, flattened",
-                                             0,
-                                             {B_RAW_TYPE},
-                                             {}},
-                                            {}};
+static const property_info kTextViewProperties[] = {
+    {"Selection",
+     {B_GET_PROPERTY, B_SET_PROPERTY},
+     {B_DIRECT_SPECIFIER},
+     "start and end of the selection",
+     0,
+     {B_INT32_TYPE},
+     {}},
+    {"Text",
+     {B_COUNT_PROPERTIES},
+     {B_DIRECT_SPECIFIER},
+     "the length of the text in bytes",
+     0,
+     {B_INT32_TYPE},
+     {}},
+    {"Text",
+     {B_GET_PROPERTY, B_SET_PROPERTY},
+     {B_RANGE_SPECIFIER, B_REVERSE_RANGE_SPECIFIER},
+     "the text in a range; to set it puts other text there",
+     0,
+     {B_STRING_TYPE},
+     {}},
+    {"text_run_array",
+     {B_GET_PROPERTY, B_SET_PROPERTY},
+     {B_RANGE_SPECIFIER, B_REVERSE_RANGE_SPECIFIER},
+     "the styles in a range, flattened",
+     0,
+     {B_RAW_TYPE},
+     {}},
+    {}};
 
 namespace {
 
@@ -239,7 +240,7 @@ bool BPrivate::TextData::Answer(BMessage* message)
     const char* property = nullptr;
     if (!message->HasSpecifiers() ||
         message->GetCurrentSpecifier(&index, &specifier, &form, &property) != B_OK ||
-        !knows_property(kProperties, message, index, &specifier, form, property))
+        !knows_property(kTextViewProperties, message, index, &specifier, form, property))
         return false;
     Request request{*message, property};
     const ViewRef self(view);
@@ -256,13 +257,14 @@ bool BPrivate::TextData::Answer(BMessage* message)
 BHandler* BTextView::ResolveSpecifier(BMessage* message, int32 index, BMessage* specifier,
                                       int32 form, const char* property)
 {
-    return BPrivate::knows_property(kProperties, message, index, specifier, form, property)
+    return BPrivate::knows_property(kTextViewProperties, message, index, specifier, form, property)
                ? this
                : BView::ResolveSpecifier(message, index, specifier, form, property);
 }
 
 status_t BTextView::GetSupportedSuites(BMessage* data)
 {
-    const status_t status = BPrivate::add_suite(data, "suite/vnd.Be-text-view", kProperties);
+    const status_t status =
+        BPrivate::add_suite(data, "suite/vnd.Be-text-view", kTextViewProperties);
     return status == B_OK ? BView::GetSupportedSuites(data) : status;
 }

@@ -12,7 +12,7 @@
 namespace BPrivate {
 
 // What is done before so many bytes of later steps is forgotten.
-static const size_t kMostBytes = size_t(64) << 20;
+static const size_t kMostUndoBytes = size_t(64) << 20;
 
 size_t TextEdit::Size() const
 {
@@ -140,7 +140,7 @@ void UndoHistory::_Forget()
 
 void UndoHistory::_Trim()
 {
-    while (fSize > kMostBytes && fDone.size() > 1) {
+    while (fSize > kMostUndoBytes && fDone.size() > 1) {
         fSize -= fDone.front().size;
         fDone.pop_front();
     }

@@ -25,7 +25,7 @@
 
 namespace BPrivate {
 
-static const size_t kMaxRemembered = 512;
+static const size_t kMaxEnded = 512;
 
 struct Ended {
     status_t status;
@@ -85,7 +85,7 @@ static void leave(Thread* self)
         if (!waited_for && self->entry != nullptr) {
             all.ended[self->id] = {self->exit_status, self->killed};
             all.ended_order.push_back(self->id);
-            if (all.ended_order.size() > kMaxRemembered) {
+            if (all.ended_order.size() > kMaxEnded) {
                 all.ended.erase(all.ended_order.front());
                 all.ended_order.pop_front();
             }

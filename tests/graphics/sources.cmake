@@ -1,0 +1,1 @@
+set(alone primitives_test.cpp)
