@@ -53,7 +53,8 @@ library)
         >>"$work/all.h"
     "$@" "${flags[@]}" -x c++-header "$work/all.h" -o "$work/all.h.gch"
     for folder in runtime windows gadgets graphics files system; do
-        printf '%s\0' "$root/$folder"/*.cpp
+        printf '#include "%s"\n' "$root/$folder"/*.cpp >"$work/all_$folder.cc"
+        printf '%s\0' "$work/all_$folder.cc"
     done | xargs -0 -P 2 -I{} "$@" "${flags[@]}" -include "$work/all.h" -fsyntax-only {}
     ;;
 alone)

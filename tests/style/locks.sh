@@ -1,8 +1,9 @@
 #!/usr/bin/env bash
 # locks.sh SOURCE_DIR KEPT_DIR COMPILER FLAGS...: has clang follow the locks of all sources that know
 # the words of kits/support/Mutex.h or runtime/lasting_locker.h, directly or through other headers.
-# Fails where something is touched without the lock that guards it. A source that was right is not
-# looked at again before it, a header of ours that it includes, or the flags change.
+# Fails where something is touched without the lock that guards it. The sources of a folder are
+# followed at once, or one by one where they have names in common. What was right is not looked at
+# again before a source, a header of ours that one includes, or the flags change.
 set -euo pipefail
 cd "$1"
 kept=$2
@@ -30,29 +31,42 @@ sources=$(including '*.cpp' | grep -v '^tests/')
 print_of() { { echo "${flags[*]}"; xargs sha256sum <"$1" 2>&1; } | sha256sum; }
 
 waiting=()
-for source in $sources; do
-    files=$kept/${source//\//:}
+for group in $(dirname $sources | sort -u); do
+    files=$kept/${group//\//:}
     if [ ! -f "$files.right" ] || [ "$(print_of "$files")" != "$(cat "$files.right")" ]; then
-        waiting+=("$source")
+        waiting+=("$group")
     fi
 done
 [ ${#waiting[@]} -gt 0 ] || exit 0
 
 "$compiler" "${flags[@]}" -x c++-header kits/pch.h -o "$folder/pch.h.pch"
-follow() {
-    local source=$1 files=$kept/${1//\//:}
-    rm -f "$files.right"
+# Follows a source, which writes down what it is made of.
+follow_source() {
     "$compiler" "${flags[@]}" -include-pch "$folder/pch.h.pch" -fsyntax-only -Wthread-safety \
-        -Werror=thread-safety -MD -MF "$files.d" "$source" || return
-    sed 's/^[^ ]*: //' "$files.d" | tr -d '\\' | tr ' ' '\n' | sort -u |
+        -Werror=thread-safety -MD -MF "$2" "$1"
+}
+# Follows the sources of a folder.
+follow() {
+    local group=$1 files=$kept/${1//\//:} made=$folder/${1//\//:} source number=0
+    rm -f "$files.right"
+    for source in $sources; do
+        [ "$(dirname "$source")" != "$group" ] || echo "#include \"$source\""
+    done >"$made.cpp"
+    if ! follow_source "$made.cpp" "$made.d" 2>/dev/null; then
+        for source in $(cut -d '"' -f 2 "$made.cpp"); do
+            number=$((number + 1))
+            follow_source "$source" "$made.$number.d" || return
+        done
+    fi
+    cat "$made"*.d | sed 's/^[^ ]*: //' | tr -d '\\' | tr ' ' '\n' | sort -u |
         { grep -v "^$\|^/usr/\|^$folder" || true; } >"$files"
     print_of "$files" >"$files.right"
 }
-for source in "${waiting[@]}"; do
+for group in "${waiting[@]}"; do
     [ "$(jobs -rp | wc -l)" -lt 2 ] || wait -n || true
-    follow "$source" &
+    follow "$group" &
 done
 wait
-for source in "${waiting[@]}"; do
-    [ -f "$kept/${source//\//:}.right" ] || exit 1
+for group in "${waiting[@]}"; do
+    [ -f "$kept/${group//\//:}.right" ] || exit 1
 done
