@@ -539,6 +539,82 @@ TEST(StatusBars, StopAtTheirEnds)
     EXPECT_STREQ(bar.TrailingText(), "");
 }
 
+// --- archives of others
+
+static const float kOddNumbers[] = {
+    std::numeric_limits<float>::quiet_NaN(), std::numeric_limits<float>::infinity(),
+    -std::numeric_limits<float>::infinity(), std::numeric_limits<float>::max(),
+    -std::numeric_limits<float>::max(),      -1};
+
+TEST_F(BarTest, StatusBarsOfOddArchivesAreSound)
+{
+    Start();
+    for (const char* field : {"_high", "_max", "_val"}) {
+        for (const float number : kOddNumbers) {
+            BStatusBar bar(BRect(10, 10, 100, 40), "bar");
+            bar.SetBarHeight(10);
+            BMessage archive;
+            ASSERT_EQ(bar.Archive(&archive), B_OK);
+            archive.ReplaceFloat(field, number);
+            auto* copy = new BStatusBar(&archive);
+            EXPECT_TRUE(std::isfinite(copy->BarHeight())) << field << " " << number;
+            EXPECT_TRUE(std::isfinite(copy->MaxValue())) << field << " " << number;
+            EXPECT_GE(copy->MaxValue(), 0) << field << " " << number;
+            EXPECT_GE(copy->CurrentValue(), 0) << field << " " << number;
+            EXPECT_LE(copy->CurrentValue(), copy->MaxValue()) << field << " " << number;
+            window->AddChild(copy);
+            Settle();
+            Locked([&] { return copy->RemoveSelf(); });
+            delete copy;
+        }
+    }
+}
+
+TEST_F(BarTest, ScrollBarsOfOddArchivesAreSound)
+{
+    Start();
+    for (const char* field : {"_range", "_steps", "_val", "_prop"}) {
+        for (const float number : kOddNumbers) {
+            BScrollBar bar(BRect(10, 10, 24, 110), "bar", nullptr, 0, 9, B_VERTICAL);
+            BMessage archive;
+            ASSERT_EQ(bar.Archive(&archive), B_OK);
+            for (int32 i = 0; i < 2; i++)
+                archive.ReplaceFloat(field, i, i == 0 ? -number : number);
+            auto* copy = new BScrollBar(&archive);
+            float min, max;
+            copy->GetRange(&min, &max);
+            EXPECT_TRUE(std::isfinite(min) && min <= max) << field << " " << number;
+            EXPECT_GE(copy->Value(), min) << field << " " << number;
+            EXPECT_LE(copy->Value(), max) << field << " " << number;
+            EXPECT_GE(copy->Proportion(), 0) << field << " " << number;
+            EXPECT_LE(copy->Proportion(), 1) << field << " " << number;
+            window->AddChild(copy);
+            Settle();
+            Locked([&] { return copy->RemoveSelf(); });
+            delete copy;
+        }
+    }
+}
+
+// Ends as far from each other as numbers can be.
+TEST_F(BarTest, ThumbOfTheWidestRangeIsWhereItsValueIs)
+{
+    const float most = std::numeric_limits<float>::max();
+    auto* bar = new LoggedBar(log, BRect(10, 10, 24, 110), 0, 0, B_VERTICAL);
+    window->AddChild(bar);
+    Locked([&] {
+        bar->SetRange(-most, most);
+        bar->SetProportion(0.2f);
+        bar->SetValue(most);
+        return 0;
+    });
+    Start();
+    Down(17, 90);  // above the lower arrow
+    Move(17, 20);
+    Up();
+    EXPECT_EQ(Locked([&] { return bar->Value(); }), -most);
+}
+
 TEST_F(BarTest, StatusBarTakesItsHeightAndMessages)
 {
     auto* bar = new BStatusBar(BRect(10, 10, 200, 11), "bar", "label");

@@ -59,14 +59,15 @@ ScrollBarParts::ScrollBarParts(const BScrollBar* bar) : bounds(bar->Bounds())
     room = std::max(0.0f, length - 2 * start);
     if (!bar->_HasRange() || room < 1)
         return;
-    const float range = bar->fMax - bar->fMin;
+    const double range = double(bar->fMax) - bar->fMin;  // may be more than a float tells
     float share = bar->fProportion;
     if (share == 0)
-        share = bar->fLargeStep / (2 * range);
+        share = float(bar->fLargeStep / (2 * range));
     const float least = std::min(room, std::max(1.0f, float(info.min_knob_size)));
     thumb = info.proportional ? std::round(share * room) : thickness;
     thumb = std::clamp(std::isfinite(thumb) ? thumb : room, least, room);
-    thumbStart = start + std::round((bar->fValue - bar->fMin) / range * (room - thumb));
+    const double passed = (double(bar->fValue) - bar->fMin) / range;
+    thumbStart = start + float(std::round(passed * (room - thumb)));
 }
 
 BRect ScrollBarParts::Frame(float from, float to) const
@@ -87,6 +88,9 @@ BRect ScrollBarParts::Frame(float from, float to) const
 using BPrivate::ScrollBarParts;
 
 static float whole(float value) { return std::isfinite(value) ? std::round(value) : 0; }
+
+// Between none and all; not a number is none.
+static float share(float proportion) { return proportion > 0 ? std::min(proportion, 1.0f) : 0; }
 
 static uint32 mode_of(orientation direction)
 {
@@ -129,7 +133,7 @@ BScrollBar::BScrollBar(BMessage* archive)
     if (archive->FindFloat("_val", &first) == B_OK)
         fValue = std::clamp(whole(first), fMin, fMax);
     if (archive->FindFloat("_prop", &first) == B_OK)
-        fProportion = std::clamp(first, 0.0f, 1.0f);
+        fProportion = share(first);
     int32 direction;
     if (archive->FindInt32("_orient", &direction) == B_OK)
         fOrientation = direction == B_VERTICAL ? B_VERTICAL : B_HORIZONTAL;
@@ -302,7 +306,7 @@ bool BScrollBar::_ScrollBy(float delta)
 
 void BScrollBar::SetProportion(float proportion)
 {
-    proportion = proportion > 0 ? std::min(proportion, 1.0f) : 0;  // not a number: 0
+    proportion = share(proportion);
     _Settle();
     if (proportion == fProportion)
         return;
@@ -498,8 +502,10 @@ void BScrollBar::MouseMoved(BPoint where, uint32, const BMessage*)
     }
     const ScrollBarParts parts(this);
     const float way = parts.room - parts.thumb;
-    if (way > 0)
-        SetValue(fMin + (parts.Along(where) - fGrip - parts.start) / way * (fMax - fMin));
+    if (way <= 0)
+        return;
+    const double passed = double(parts.Along(where) - fGrip - parts.start) / way;
+    SetValue(float(fMin + std::clamp(passed, 0.0, 1.0) * (double(fMax) - fMin)));
 }
 
 void BScrollBar::_EndPress()

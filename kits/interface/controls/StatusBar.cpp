@@ -12,6 +12,11 @@
 
 using BPrivate::Look;
 
+static float at_least_none(float number)
+{
+    return std::isfinite(number) ? std::max(number, 0.0f) : 0;
+}
+
 static const float kMaximum = 100;
 static const float kGap = 2;  // between the frame and the edge of the view
 
@@ -35,11 +40,11 @@ BStatusBar::BStatusBar(BMessage* archive) : BView(archive), fBarColor(ui_color(B
         return;
     float number;
     if (archive->FindFloat("_high", &number) == B_OK)
-        fBarHeight = number;
+        fBarHeight = at_least_none(number);
     if (archive->FindFloat("_max", &number) == B_OK)
-        fMax = std::max(number, 0.0f);
+        fMax = at_least_none(number);
     if (archive->FindFloat("_val", &number) == B_OK)
-        fValue = std::clamp(number, 0.0f, fMax);
+        fValue = std::min(at_least_none(number), fMax);
     rgb_color color;
     if (archive->FindColor("_bcolor", &color) == B_OK)
         SetBarColor(color);
@@ -116,7 +121,7 @@ void BStatusBar::AttachedToWindow()
 
 void BStatusBar::SetBarHeight(float height)
 {
-    fBarHeight = std::isfinite(height) ? std::max(height, 0.0f) : 0;
+    fBarHeight = at_least_none(height);
     GetPreferredSize(nullptr, &height);
     ResizeTo(Bounds().Width(), height);
     Invalidate();
@@ -155,7 +160,7 @@ void BStatusBar::SetTrailingText(const char* string)
 
 void BStatusBar::SetMaxValue(float max)
 {
-    max = max > 0 ? max : 0;
+    max = at_least_none(max);
     if (max == fMax)
         return;
     fMax = max;
@@ -216,7 +221,9 @@ const char* BStatusBar::TrailingLabel() const { return fTrailingLabel.String(); 
 float BStatusBar::_FillWidth() const
 {
     const float room = _BarFrame().Width() - 3;
-    return fMax > 0 && room > 0 ? std::ceil(fValue * room / fMax) : 0;
+    if (!(fMax > 0 && room > 0))
+        return 0;
+    return float(std::ceil(double(fValue) * room / fMax));
 }
 
 void BStatusBar::Draw(BRect updateRect)
