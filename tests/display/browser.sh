@@ -32,10 +32,12 @@ has_title() { xdotool search --onlyvisible --name "^$1\$"; }
 expect_title() { eventually has_title "$1" || fail "no window \"$1\""; }
 
 # Rows from 0.
-click_tree() { xdotool mousemove 100 $((78 + 18 * $1)) click 1; }
+click_tree() { click_at 100 $((78 + 18 * $1)); }
 # A press elsewhere before, so that no more than two are one after the other.
 open_entry() {
-    xdotool mousemove 320 280 click 1 mousemove 320 $((101 + 15 * $1)) click --repeat 2 --delay 60 1
+    click_at 320 280
+    xdotool mousemove 320 $((101 + 15 * $1)) click --repeat 2 --delay 60 1
+    rest
 }
 # A second is given to the program that opens it, lest clicks pile up.
 opens() {
@@ -87,7 +89,7 @@ tree() {
     mkdir "$place/aside/second" "$place/zoo"
     expect_folder 2 "$place/zoo"
     # Its latch may come later than the row below.
-    click_latch() { xdotool mousemove 73 96 click 1; }
+    click_latch() { click_at 73 96; }
     try_until click_latch shows_folder 2 "$place/aside/second" || fail "the latch opens nothing"
     mkdir "$place/aside/first" "$place/middle"
     expect_folder 2 "$place/aside/first"
@@ -101,14 +103,14 @@ tree() {
 sorting() {
     echo 'a text that is longer than the letter' >"$place/zebra.txt"
     expect_opened 2 zebra.txt
-    xdotool mousemove 648 79 click 1 # size
+    click_at 648 79 # size
     expect_opened 1 letter.txt
     rm "$folder/opened"
-    xdotool mousemove 648 79 click 1
+    click_at 648 79
     expect_opened 1 zebra.txt
     expect_opened 2 letter.txt
     rm "$folder/opened"
-    xdotool mousemove 360 79 click 1 # name
+    click_at 360 79 # name
     expect_opened 1 letter.txt
 }
 

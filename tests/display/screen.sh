@@ -88,8 +88,9 @@ activate_ready() {
     activate "$window"
 }
 
-# The window manager sees a click before the window does, and keys that follow it overtake it
-# meanwhile. What the manager is asked for behind the click it does behind it.
+# The window manager holds a press before the window gets it. Keys overtake it meanwhile, and the X
+# server tells the release where the pointer has gone by then. What the manager is asked for behind
+# the press it does behind it.
 desktops=4
 rest() {
     desktops=$((9 - desktops))
@@ -97,7 +98,7 @@ rest() {
     eventually desktops_are "$desktops" || fail "the window manager does not answer"
 }
 desktops_are() { [ "$(xdotool get_num_desktops)" = "$1" ]; }
-# click_at X Y: keys may follow.
+# click_at X Y: keys and moves may follow.
 click_at() {
     xdotool mousemove "$1" "$2" click 1
     rest
