@@ -170,6 +170,22 @@ TEST(LookParts, HashMarksAreAllOfTheSameThickness)
     }
 }
 
+TEST(LookParts, HashMarksBeyondThePixelsAreOneAPixel)
+{
+    for (float size : kSizes) {
+        for (const int32 count : {61, 62, 1000, INT32_MAX}) {
+            LookBoard board(size);
+            Look(board.view).DrawHashMarks(BRect(10, 10, 70, 20), B_HORIZONTAL, count);
+            const uint32 dark = board.At(10, 15);
+            EXPECT_NE(dark, 0xD8D8D8u);
+            for (int32 x = 10; x <= 70; x++)
+                EXPECT_EQ(board.At(x, 15), dark) << count << " at " << x << " at " << size;
+            EXPECT_EQ(board.At(9, 15), 0xD8D8D8u);
+            EXPECT_EQ(board.At(71, 15), 0xD8D8D8u);
+        }
+    }
+}
+
 TEST(LookEdges, FillTheWidthOfABorder)
 {
     LookBoard board(36);

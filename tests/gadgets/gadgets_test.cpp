@@ -3,6 +3,7 @@
 #include "gadget_window.h"
 
 #include <Box.h>
+#include <Button.h>
 #include <Control.h>
 #include <Slider.h>
 #include <StatusBar.h>
@@ -169,6 +170,70 @@ TEST_F(GadgetTest, HidingCountsOnce)
     EXPECT_EQ(Calls(), "");
 }
 
+// What is wished of a gadget holds, whether what it is in shows or not.
+TEST_F(GadgetTest, GadgetsOfAHiddenBoxAreHiddenAndShownByThemselves)
+{
+    const int32_t box = Make(24, 100, 100, 150, 150, "box");
+    const int32_t button = Make(1, 20, 30, 80, 24);
+    BBoxAddGadget(box, button);
+    const auto calls = [&] {
+        Click(125, 140);
+        return Calls();
+    };
+    ASSERT_EQ(calls(), "action");
+    HideGadget(0, box);
+    HideGadget(0, button);
+    ShowGadget(0, box);
+    EXPECT_EQ(calls(), "") << "hidden meanwhile";
+    HideGadget(0, box);
+    ShowGadget(0, button);
+    EXPECT_EQ(calls(), "") << "its box does not show";
+    ShowGadget(0, box);
+    EXPECT_EQ(calls(), "action");
+}
+
+static const BView* button_in(const BView* view)
+{
+    const BView* found = dynamic_cast<const BButton*>(view);
+    for (BView* child = view->ChildAt(0); child != nullptr && found == nullptr;
+         child = child->NextSibling())
+        found = button_in(child);
+    return found;
+}
+
+TEST_F(GadgetTest, GadgetsOfAPageBehindAreHiddenAndShownByThemselves)
+{
+    const int32_t tabs = Make(25, 10, 10, 250, 200);
+    AddTab(tabs, "one");
+    AddTab(tabs, "two");
+    const int32_t button = Make(1, 20, 30, 80, 24);
+    AddGadgetInTab(button, tabs, 1);
+    TabSelect(tabs, 1);
+    Settle();
+    BWindow* const object = Object();
+    ASSERT_TRUE(object->Lock());
+    const BView* const view = button_in(object->ChildAt(0));
+    const BPoint corner = view != nullptr ? view->ConvertToScreen(BPoint(5, 5)) : B_ORIGIN;
+    object->Unlock();
+    const auto calls = [&] {
+        inject_pointer(corner.x, corner.y);
+        inject_button(1, true);
+        inject_button(1, false);
+        const std::string all = Calls();
+        return all.find("action") != std::string::npos;
+    };
+    ASSERT_TRUE(calls());
+    TabSelect(tabs, 0);
+    HideGadget(0, button);
+    TabSelect(tabs, 1);
+    EXPECT_FALSE(calls()) << "hidden meanwhile";
+    TabSelect(tabs, 0);
+    ShowGadget(0, button);
+    EXPECT_FALSE(calls()) << "its page does not show";
+    TabSelect(tabs, 1);
+    EXPECT_TRUE(calls());
+}
+
 TEST_F(GadgetTest, RemoveAllLeavesEverySecondGadgetKept)
 {
     std::vector<int32_t> buttons;
@@ -287,6 +352,26 @@ TEST_F(GadgetTest, SlidersCallAgainForEachValueBeyondTheirEndsKept)
     SetValue(slider, 30);
     EXPECT_EQ(GetValue(slider), 30);
     EXPECT_EQ(Calls(), "");
+}
+
+TEST_F(GadgetTest, ADisabledSliderIsMovedByTheProgramAlone)
+{
+    const int32_t kKeyRight = 0x63;
+    const int32_t slider = Make(15, 10, 10, 200, 30, "s", 50);
+    ActivateGadget(slider);
+    SetValue(slider, 20);
+    SetEnabled(slider, 0);
+    SetValue(slider, 30);
+    Calls();
+    Click(190, 25);
+    Key(kKeyRight);
+    EXPECT_EQ(Calls(), "");
+    EXPECT_EQ(GetValue(slider), 30);
+    SetEnabled(slider, 1);
+    SetValue(slider, 30);
+    EXPECT_EQ(Calls(), "") << "where it is already";
+    SetValue(slider, 31);
+    EXPECT_EQ(Calls(), "value 31");
 }
 
 TEST_F(GadgetTest, SlidersTakeTheirStyle)
