@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# A screen reader and a program: readers.sh SCENARIO PROGRAM READER. Starts its own X server, window
+# A screen reader and a program: readers.sh SCENARIO PROGRAM READER. Starts its own screen, window
 # manager, session bus and accessibility bus, and ends them.
 scenario=$1 program=$2 reader=$3
 . "$(dirname "$0")/screen.sh"
@@ -250,6 +250,34 @@ open_menu() {
 none_shows() { ! "$reader" tree | grep -E "\|$1\|" | grep -q showing; }
 menu_is_told() { "$reader" tree | grep -qE 'pop.?up menu\||menu\|'; }
 
+# Windows that a Wayland compositor shows are told as well, but for their places, which it keeps.
+wayland() {
+    ! grep -q 'in memory' "$log" || fail "it is not on the screen"
+    answers 'push button\|Press me\|enabled,focusable,showing,visible\|\|What it does\|.*' \
+        of 'Press me' description actions
+    answers 'menu item\|File\|.*\|menu bar:' of File parent
+    answers 'frame\|Told\|.*' of Told
+    answers 'frame\|Other\|.*' of Other
+    ask do 'Press me' press
+    expect pressed
+    ask do There press
+    expect there
+    ask set Volume 30
+    expect 'slid 30'
+    ask do Loud toggle
+    expect 'checked 1'
+    answers 'check box\|Loud\|checked,.*' of Loud
+    ask insert Name 3 ,
+    answers '.*\|one, two caret 4' of Name text
+    start_watch
+    try_until change_value happened 'Object:PropertyChange:accessible-value\|.*\|Volume' ||
+        fail "no event of a value in: $(cat "$folder/events")"
+    tell kill
+    happens 'Object:ChildrenChanged:remove.*'
+    tell close
+    none_called There
+}
+
 # One that comes when the program runs already is told all.
 late() {
     answers 'push button\|Press me\|.*' of 'Press me'
@@ -279,7 +307,10 @@ switch() {
         fail "cannot switch $1 $2"
 }
 
-start_server
+case $scenario in
+    wayland) start_compositor ;;
+    *) start_server ;;
+esac
 start_session_bus
 case $scenario in
     late) ;;
@@ -287,7 +318,7 @@ case $scenario in
     *) start_readers ;;
 esac
 start_program
-eventually window_shows "$pid" || fail "no window"
+[ "$scenario" = wayland ] || eventually window_shows "$pid" || fail "no window"
 [ "$scenario" != late ] || start_readers
 "$scenario"
 [ "$scenario" = gone ] || alive

@@ -66,6 +66,16 @@ start_server() {
     eventually sh -c 'xprop -root _NET_SUPPORTING_WM_CHECK | grep -q "window id"'
 }
 
+# A Wayland compositor instead, with a screen in memory and neither keyboard nor pointer.
+start_compositor() {
+    export XDG_RUNTIME_DIR=$folder WAYLAND_DISPLAY=plinth-test
+    unset DISPLAY
+    weston --backend=headless-backend.so --use-pixman --debug --no-config --idle-time=0 \
+        --socket=plinth-test --width=1024 --height=768 >"$folder/weston" 2>&1 &
+    started+=($!)
+    eventually test -S "$folder/plinth-test" || fail "no compositor: $(cat "$folder/weston")"
+}
+
 # True once a process has a window on the screen that the window manager knows: `window`, the first.
 window_shows() {
     for window in $(xdotool search --onlyvisible --pid "$1"); do

@@ -4,14 +4,6 @@
 scenario=$1 operations=$2 shown_menu=$3
 . "$(dirname "$0")/screen.sh"
 
-start_compositor() {
-    export XDG_RUNTIME_DIR=$folder WAYLAND_DISPLAY=plinth-test
-    unset DISPLAY
-    weston --backend=headless-backend.so --use-pixman --debug --no-config --idle-time=0 \
-        --socket=plinth-test --width=1024 --height=768 >"$folder/weston" 2>&1 &
-    started+=($!)
-    eventually test -S "$folder/plinth-test" || fail "no compositor: $(cat "$folder/weston")"
-}
 start_program() {
     start_told "$1"
     ! grep -q 'in memory' "$folder/err" || fail "it is not on the screen"
