@@ -24,14 +24,6 @@ namespace {
 class BarTest : public WindowTest {
 protected:
     void SetUp() override { Make(300, 300, B_ASYNCHRONOUS_CONTROLS); }
-    template <class Ask>
-    auto Locked(Ask ask)
-    {
-        window->Lock();
-        auto answer = ask();
-        window->Unlock();
-        return answer;
-    }
     void Down(float x, float y, int32_t button = 1)
     {
         inject_pointer(100 + x, 100 + y);

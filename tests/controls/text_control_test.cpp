@@ -28,14 +28,6 @@ protected:
         window->AddChild(control);
         return control;
     }
-    template <class Act>
-    auto Locked(Act act)
-    {
-        window->Lock();
-        auto answer = act();
-        window->Unlock();
-        return answer;
-    }
     void Focus(BView* view)
     {
         Locked([=] {

@@ -58,21 +58,6 @@ protected:
             tabs->AddTab(new Page(log, name));
         Start();
     }
-    void Do(const std::function<void()>& act)
-    {
-        window->Lock();
-        act();
-        window->Unlock();
-        Settle();
-    }
-    template <class Ask>
-    auto Locked(Ask ask)
-    {
-        window->Lock();
-        auto answer = ask();
-        window->Unlock();
-        return answer;
-    }
     void ClickTab(int32 index)
     {
         const BRect frame = Locked([&] { return tabs->TabFrame(index); });

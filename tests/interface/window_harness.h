@@ -311,6 +311,22 @@ protected:
                 .SendMessage(&request, &reply, 60000000, 60000000);
         }
     }
+    // With the window locked: acts and settles, or asks.
+    void Do(const std::function<void()>& act)
+    {
+        window->Lock();
+        act();
+        window->Unlock();
+        Settle();
+    }
+    template <class Ask>
+    auto Locked(Ask ask)
+    {
+        window->Lock();
+        auto answer = ask();
+        window->Unlock();
+        return answer;
+    }
     static void Click(float x, float y, int32_t button = 1)
     {
         inject_pointer(x, y);

@@ -107,21 +107,6 @@ protected:
         Start();
         Do([&] { list->MakeFocus(); });
     }
-    void Do(const std::function<void()>& act)
-    {
-        window->Lock();
-        act();
-        window->Unlock();
-        Settle();
-    }
-    template <class Ask>
-    auto Locked(Ask ask)
-    {
-        window->Lock();
-        auto answer = ask();
-        window->Unlock();
-        return answer;
-    }
     // Well apart in time for the list, since no row is clicked twice in a row.
     void ClickRow(int row, std::vector<int32_t> held = {})
     {

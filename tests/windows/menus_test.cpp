@@ -177,6 +177,12 @@ public:
         inject_button(1, true);
         inject_button(1, false);
     }
+    void OpenPopUp()
+    {
+        const int32 before = be_app->CountWindows();
+        Click(60, 60, 2);
+        EXPECT_TRUE(eventually([=] { return be_app->CountWindows() > before; }));
+    }
     void OpenTitle(int32 index) const
     {
         // Another window may just be giving the menu back.
@@ -440,9 +446,7 @@ TEST_F(ProgramMenus, ItemsOfAPopUpMenuKeepTheirOwnMarks)
         static_cast<const MenuRecord*>(menus->ItemAt(menus->CountItems() - 1))->menu;
     const auto marked = [=](int32 index) { return shown->ItemAt(index)->IsMarked(); };
     EXPECT_FALSE(marked(0));
-    const int32 before = be_app->CountWindows();
-    window.Click(60, 60, 2);
-    ASSERT_TRUE(eventually([=] { return be_app->CountWindows() > before; }));
+    window.OpenPopUp();
     press(kKeyDown);
     press(kKeyEnter);
     ASSERT_TRUE(sChoices.Wait("1")) << sChoices.All();
@@ -527,9 +531,7 @@ TEST_F(ProgramMenus, TheSecondaryButtonOpensThePopUpMenu)
     const int32_t menu = CreatePopUpMenu(lines);
     EXPECT_EQ(AttachPopUpToWindow(window, menu), 1);
     KillMenu(menu);  // it is attached
-    const int32 before = be_app->CountWindows();
-    window.Click(60, 60, 2);
-    ASSERT_TRUE(eventually([=] { return be_app->CountWindows() > before; }));
+    window.OpenPopUp();
     press(kKeyDown);
     press(kKeyDown);
     press(kKeyEnter);
@@ -547,9 +549,7 @@ TEST_F(ProgramMenus, AWindowClosesWhileItsPopUpMenuIsOpen)
     {
         MenuWindow window;
         AttachPopUpToWindow(window, menu);
-        const int32 before = be_app->CountWindows();
-        window.Click(60, 60, 2);
-        ASSERT_TRUE(eventually([=] { return be_app->CountWindows() > before; }));
+        window.OpenPopUp();
     }
     MenuWindow other;
     EXPECT_EQ(AttachPopUpToWindow(other, menu), 1) << "no window shows it";

@@ -69,7 +69,6 @@ public:
         fHidden = hidden;
         fLong.Forget();
     }
-    bool Hidden() const { return fHidden; }
     LineChange Break();
     bool IsRough() const { return fRough; }
 

@@ -191,12 +191,6 @@ int32 KeyForHostCode(uint32 code)
     return code < std::size(index().byHostCode) ? index().byHostCode[code] : 0;
 }
 
-uint32 HostCodeForKey(int32 key)
-{
-    const KeyRow* row = row_of(key);
-    return row != nullptr ? row->hostCode : 0;
-}
-
 int32 KeyByte(int32 key, uint32 modifiers)
 {
     const KeyRow* row = row_of(key);

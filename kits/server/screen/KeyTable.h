@@ -12,8 +12,6 @@ const int32 kKeyCount = 128;  // key codes are below this
 
 // The key code of a Linux input event code (X: key code - 8), 0 for a key that BeOS never had.
 int32 KeyForHostCode(uint32 code);
-// The host's code of a key, 0 if unknown.
-uint32 HostCodeForKey(int32 key);
 // The byte that the key sends under these modifiers, -1 for none.
 int32 KeyByte(int32 key, uint32 modifiers);
 // True for keys whose byte is the same on every keyboard: function and cursor keys, Enter, Tab ...

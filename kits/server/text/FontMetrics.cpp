@@ -149,6 +149,15 @@ const FontStyle* installed_style(const FontFamily& family, int32 index)
     return nullptr;
 }
 
+// The installed family of a name, or without one that which `info` is of; null if there is none.
+const FontFamily* family_for(const char* name, const FontInfo& info) REQUIRES(FontLock())
+{
+    FontCatalog& catalog = FontCatalog::Get();
+    const FontFamily* family =
+        name != nullptr ? catalog.FindFamily(name) : catalog.FamilyFor(info.familyId);
+    return family != nullptr && family->Installed() ? family : nullptr;
+}
+
 }  // namespace
 
 int32 MeasureCharacters(const FontSpec& font, const char* text, int32 count,
@@ -281,24 +290,21 @@ bool GetFontInfo(uint16 family, uint16 style, FontInfo* info)
 status_t FindFontStyle(const char* name, const char* styleName, FontInfo* info)
 {
     BPrivate::MutexLock lock(FontLock());
-    FontCatalog& catalog = FontCatalog::Get();
-    const FontFamily* family =
-        name != nullptr ? catalog.FindFamily(name) : catalog.FamilyFor(info->familyId);
-    if (family == nullptr || !family->Installed())
+    const FontFamily* family = family_for(name, *info);
+    if (family == nullptr)
         return B_NAME_NOT_FOUND;
-    describe(*catalog.FindStyle(*family, styleName != nullptr ? styleName : info->style), info);
+    describe(*FontCatalog::Get().FindStyle(*family, styleName != nullptr ? styleName : info->style),
+             info);
     return B_OK;
 }
 
 status_t FindFontFace(const char* name, uint16 face, FontInfo* info)
 {
     BPrivate::MutexLock lock(FontLock());
-    FontCatalog& catalog = FontCatalog::Get();
-    const FontFamily* family =
-        name != nullptr ? catalog.FindFamily(name) : catalog.FamilyFor(info->familyId);
-    if (family == nullptr || !family->Installed())
+    const FontFamily* family = family_for(name, *info);
+    if (family == nullptr)
         return B_NAME_NOT_FOUND;
-    describe(*catalog.NearestStyle(*family, face), info);
+    describe(*FontCatalog::Get().NearestStyle(*family, face), info);
     return B_OK;
 }
 
