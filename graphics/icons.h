@@ -46,7 +46,8 @@ const BBitmap* icon_image(const ImagesLock& images, int32_t ident, bool selected
 // The large image of an icon that has one, else its only one.
 const BBitmap* large_icon_image(const ImagesLock& images, int32_t ident);
 
-// An image for one drawing call: it stays as long as this lives.
+// An image for one drawing call: it stays as long as this lives. Clang's analysis does not follow
+// the lock that an open one has, since Open() may fail.
 class [[nodiscard]] ImageAccess {
 public:
     ImageAccess() = default;

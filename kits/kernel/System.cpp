@@ -312,7 +312,7 @@ int send_signal(thread_id threadID, unsigned int signal)
                    : B_BAD_THREAD_ID;
     if (threadID == find_thread(nullptr))
         return raise(static_cast<int>(signal)) == 0 ? B_OK : B_BAD_VALUE;
-    std::lock_guard hold(thread->lock);
+    BPrivate::MutexLock hold(thread->lock);
     if (thread->dead)
         return B_BAD_THREAD_ID;
     return pthread_kill(thread->handle, static_cast<int>(signal)) == 0 ? B_OK : B_BAD_VALUE;

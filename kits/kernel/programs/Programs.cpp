@@ -38,12 +38,12 @@ namespace BPrivate {
 static const size_t kMaxRemembered = 512;
 
 struct Program {
-    std::mutex lock;  // of all below
-    bool begun = false;
-    bool ended = false;
-    bool killed = false;
-    status_t status = B_OK;
-    WaitList waiting_for_end;
+    Mutex lock;
+    bool begun GUARDED_BY(lock) = false;
+    bool ended GUARDED_BY(lock) = false;
+    bool killed GUARDED_BY(lock) = false;
+    status_t status GUARDED_BY(lock) = B_OK;
+    WaitList waiting_for_end GUARDED_BY(lock);
 };
 
 struct Programs {
@@ -72,7 +72,7 @@ bool is_loaded_program(thread_id id) { return find_program(id) != nullptr; }
 void program_resumed(thread_id id)
 {
     if (std::shared_ptr<Program> program = find_program(id)) {
-        std::lock_guard hold(program->lock);
+        MutexLock hold(program->lock);
         program->begun = true;
     }
 }
@@ -92,7 +92,7 @@ static void leave(thread_id id, status_t status, bool killed)
     Programs& list = programs();
     MutexLock hold(list.lock);
     const std::shared_ptr<Program> program = list.all[id];
-    std::lock_guard hold_program(program->lock);
+    MutexLock hold_program(program->lock);
     program->ended = true;
     program->killed = killed;
     program->status = status;
@@ -108,13 +108,24 @@ static void leave(thread_id id, status_t status, bool killed)
     }
 }
 
+// False if nobody is to hear of that end any more.
+static bool take_ended(thread_id id)
+{
+    Programs& list = programs();
+    MutexLock hold(list.lock);
+    if (std::erase(list.ended, id) == 0)
+        return false;
+    list.all.erase(id);
+    return true;
+}
+
 status_t wait_for_program(thread_id id, bigtime_t deadline, uint32 flags, status_t* exit_status)
 {
     current();  // enters the caller while no lock is held
     std::shared_ptr<Program> program = find_program(id);
     if (program == nullptr)
         return B_BAD_THREAD_ID;
-    std::unique_lock hold(program->lock);
+    MutexLock hold(program->lock);
     if (!program->begun && !program->ended) {
         program->begun = true;
         host_actions().signal_team(id, SIGCONT);
@@ -126,12 +137,10 @@ status_t wait_for_program(thread_id id, bigtime_t deadline, uint32 flags, status
         if (status != B_OK)
             return status;
     } else {
-        hold.unlock();
-        Programs& list = programs();
-        MutexLock hold_list(list.lock);
-        if (std::erase(list.ended, id) == 0)
+        hold.Unlock();  // the list's comes first
+        if (!take_ended(id))
             return B_BAD_THREAD_ID;  // another thread heard of it first
-        list.all.erase(id);
+        hold.Lock();
     }
     if (exit_status != nullptr)
         *exit_status = program->status;

@@ -3,6 +3,7 @@
 
 // Objects by id, found without a lock. Slots are never freed, so that a late caller with the id of
 // a deleted object finds, with the slot's own lock held, that the id is another's.
+// Clang's analysis does not follow that lock: it goes with the slot to whoever asked for it.
 
 #include <OS.h>
 
@@ -14,12 +15,12 @@
 
 namespace BPrivate {
 
-// Slot has a `std::mutex lock` and, guarded by it, an `int32 id`, 0 while the slot is free.
+// Slot has a `Mutex lock` and, guarded by it, an `int32 id`, 0 while the slot is free.
 template <class Slot>
 class IdTable {
 public:
     // Gives a free slot an id, and locks it; null when all are in use.
-    Slot* Take(std::unique_lock<std::mutex>& hold)
+    Slot* Take(std::unique_lock<Mutex>& hold)
     {
         int32 index;
         {
@@ -45,7 +46,7 @@ public:
     }
 
     // Null, or the slot of `id`, locked.
-    Slot* Find(int32 id, std::unique_lock<std::mutex>& hold) const
+    Slot* Find(int32 id, std::unique_lock<Mutex>& hold) const
     {
         if (id <= 0)
             return nullptr;
@@ -70,7 +71,7 @@ public:
     }
 
     // The first slot in use at `*cookie` or behind it, locked; moves the cookie past it.
-    Slot* Next(int32* cookie, std::unique_lock<std::mutex>& hold) const
+    Slot* Next(int32* cookie, std::unique_lock<Mutex>& hold) const
     {
         while (*cookie >= 0 && *cookie < kMaxSlots) {
             Slot* slot = _At((*cookie)++);

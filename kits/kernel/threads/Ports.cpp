@@ -23,7 +23,7 @@ struct PortMessage {
 };
 
 struct Port {
-    std::mutex lock;
+    Mutex lock;
     int32 id = 0;
     char name[B_OS_NAME_LENGTH];
     int32 capacity;
@@ -60,7 +60,7 @@ static void wake_everybody(Port* port)
 
 // Locks the port as soon as `ready` holds. `list` is that of the threads that wait for the same.
 template <class Ready>
-static status_t lock_when(port_id id, std::unique_lock<std::mutex>& hold, Port*& port,
+static status_t lock_when(port_id id, std::unique_lock<Mutex>& hold, Port*& port,
                           WaitList Port::*list, Ready ready, uint32 flags, bigtime_t timeout)
 {
     bigtime_t deadline;
@@ -93,7 +93,7 @@ static bool has_room(Port* port)
 
 uint16 BPrivate::port_events(port_id id)
 {
-    std::unique_lock<std::mutex> hold;
+    std::unique_lock<Mutex> hold;
     Port* port = ports().Find(id, hold);
     if (port == nullptr)
         return B_EVENT_INVALID;
@@ -113,7 +113,7 @@ port_id create_port(int32 capacity, const char* name)
 {
     if (capacity < 1 || capacity > kMaxCapacity)
         return B_BAD_VALUE;
-    std::unique_lock<std::mutex> hold;
+    std::unique_lock<Mutex> hold;
     Port* port = ports().Take(hold);
     if (port == nullptr)
         return B_NO_MORE_PORTS;
@@ -128,7 +128,7 @@ port_id find_port(const char* name)
 {
     if (name == nullptr)
         return B_BAD_VALUE;
-    std::unique_lock<std::mutex> hold;
+    std::unique_lock<Mutex> hold;
     int32 cookie = 0;
     while (Port* port = ports().Next(&cookie, hold)) {
         if (strcmp(port->name, name) == 0)
@@ -148,7 +148,7 @@ ssize_t read_port_etc(port_id id, int32* code, void* buffer, size_t bufferSize, 
 {
     if (buffer == nullptr && bufferSize > 0)
         return B_BAD_VALUE;
-    std::unique_lock<std::mutex> hold;
+    std::unique_lock<Mutex> hold;
     Port* port;
     const status_t status = lock_when(id, hold, port, &Port::readers, has_message, flags, timeout);
     if (status != B_OK)
@@ -179,7 +179,7 @@ status_t write_port_etc(port_id id, int32 code, const void* buffer, size_t buffe
         return B_BAD_VALUE;
     const char* bytes = static_cast<const char*>(buffer);
     PortMessage message{code, std::vector<char>(bytes, bytes + bufferSize)};
-    std::unique_lock<std::mutex> hold;
+    std::unique_lock<Mutex> hold;
     Port* port;
     const status_t status = lock_when(id, hold, port, &Port::writers, has_room, flags, timeout);
     if (status != B_OK)
@@ -194,7 +194,7 @@ status_t write_port_etc(port_id id, int32 code, const void* buffer, size_t buffe
 
 status_t close_port(port_id id)
 {
-    std::unique_lock<std::mutex> hold;
+    std::unique_lock<Mutex> hold;
     Port* port = ports().Find(id, hold);
     if (port == nullptr)
         return B_BAD_PORT_ID;
@@ -208,7 +208,7 @@ status_t close_port(port_id id)
 status_t delete_port(port_id id)
 {
     std::deque<PortMessage> unread;
-    std::unique_lock<std::mutex> hold;
+    std::unique_lock<Mutex> hold;
     Port* port = ports().Find(id, hold);
     if (port == nullptr)
         return B_BAD_PORT_ID;
@@ -238,7 +238,7 @@ ssize_t port_count(port_id id)
 
 status_t set_port_owner(port_id id, team_id team)
 {
-    std::unique_lock<std::mutex> hold;
+    std::unique_lock<Mutex> hold;
     if (ports().Find(id, hold) == nullptr)
         return B_BAD_PORT_ID;
     return team == B_CURRENT_TEAM || team == getpid() ? B_OK : B_BAD_TEAM_ID;
@@ -248,7 +248,7 @@ status_t _get_port_info(port_id id, port_info* portInfo, size_t portInfoSize)
 {
     if (portInfo == nullptr || portInfoSize != sizeof(port_info))
         return B_BAD_VALUE;
-    std::unique_lock<std::mutex> hold;
+    std::unique_lock<Mutex> hold;
     Port* port = ports().Find(id, hold);
     if (port == nullptr)
         return B_BAD_PORT_ID;
@@ -262,7 +262,7 @@ status_t _get_next_port_info(team_id team, int32* cookie, port_info* portInfo, s
         return B_BAD_VALUE;
     if (team != B_CURRENT_TEAM && team != getpid())
         return B_BAD_TEAM_ID;
-    std::unique_lock<std::mutex> hold;
+    std::unique_lock<Mutex> hold;
     Port* port = ports().Next(cookie, hold);
     if (port == nullptr)
         return B_BAD_PORT_ID;
@@ -275,7 +275,7 @@ status_t _get_port_message_info_etc(port_id id, port_message_info* info, size_t 
 {
     if (info == nullptr || infoSize != sizeof(port_message_info))
         return B_BAD_VALUE;
-    std::unique_lock<std::mutex> hold;
+    std::unique_lock<Mutex> hold;
     Port* port;
     const status_t status = lock_when(id, hold, port, &Port::lookers, has_message, flags, timeout);
     if (status != B_OK)

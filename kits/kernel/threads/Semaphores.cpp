@@ -14,7 +14,7 @@
 using namespace BPrivate;
 
 struct Semaphore {
-    std::mutex lock;
+    Mutex lock;
     int32 id = 0;
     char name[B_OS_NAME_LENGTH];
     int64 available;  // with threads waiting: less than the first of them wants
@@ -51,7 +51,7 @@ static void fill_info(const Semaphore* sem, sem_info* info)
 
 bool BPrivate::semaphore_is_ready(sem_id id, bool* valid)
 {
-    std::unique_lock<std::mutex> hold;
+    std::unique_lock<Mutex> hold;
     Semaphore* sem = semaphores().Find(id, hold);
     *valid = sem != nullptr;
     return sem != nullptr && sem->available > 0 && sem->waiting.IsEmpty();
@@ -63,7 +63,7 @@ sem_id create_sem(int32 count, const char* name)
 {
     if (count < 0)
         return B_BAD_VALUE;
-    std::unique_lock<std::mutex> hold;
+    std::unique_lock<Mutex> hold;
     Semaphore* sem = semaphores().Take(hold);
     if (sem == nullptr)
         return B_NO_MORE_SEMS;
@@ -76,7 +76,7 @@ sem_id create_sem(int32 count, const char* name)
 
 status_t delete_sem(sem_id id)
 {
-    std::unique_lock<std::mutex> hold;
+    std::unique_lock<Mutex> hold;
     Semaphore* sem = semaphores().Find(id, hold);
     if (sem == nullptr)
         return B_BAD_SEM_ID;
@@ -99,7 +99,7 @@ status_t acquire_sem_etc(sem_id id, int32 count, uint32 flags, bigtime_t timeout
 {
     if (!is_acquisition(count, flags))
         return B_BAD_VALUE;
-    std::unique_lock<std::mutex> hold;
+    std::unique_lock<Mutex> hold;
     Semaphore* sem = semaphores().Find(id, hold);
     if (sem == nullptr)
         return B_BAD_SEM_ID;
@@ -120,7 +120,7 @@ status_t acquire_sem_etc(sem_id id, int32 count, uint32 flags, bigtime_t timeout
         bool open;
         ~Wish()
         {
-            std::unique_lock<std::mutex> relock;
+            std::unique_lock<Mutex> relock;
             Semaphore* sem = open ? semaphores().Find(id, relock) : nullptr;
             if (sem == nullptr)
                 return;
@@ -146,7 +146,7 @@ status_t release_sem_etc(sem_id id, int32 count, uint32 flags)
 {
     if (count < 1 && (flags & B_RELEASE_ALL) == 0)
         return B_BAD_VALUE;
-    std::unique_lock<std::mutex> hold;
+    std::unique_lock<Mutex> hold;
     Semaphore* sem = semaphores().Find(id, hold);
     if (sem == nullptr)
         return B_BAD_SEM_ID;
@@ -194,7 +194,7 @@ status_t get_sem_count(sem_id id, int32* threadCount)
 
 status_t set_sem_owner(sem_id id, team_id team)
 {
-    std::unique_lock<std::mutex> hold;
+    std::unique_lock<Mutex> hold;
     if (semaphores().Find(id, hold) == nullptr)
         return B_BAD_SEM_ID;
     return team == B_CURRENT_TEAM || team == getpid() ? B_OK : B_BAD_TEAM_ID;
@@ -204,7 +204,7 @@ status_t _get_sem_info(sem_id id, sem_info* info, size_t infoSize)
 {
     if (info == nullptr || infoSize != sizeof(sem_info))
         return B_BAD_VALUE;
-    std::unique_lock<std::mutex> hold;
+    std::unique_lock<Mutex> hold;
     Semaphore* sem = semaphores().Find(id, hold);
     if (sem == nullptr)
         return B_BAD_SEM_ID;
@@ -218,7 +218,7 @@ status_t _get_next_sem_info(team_id team, int32* cookie, sem_info* info, size_t 
         return B_BAD_VALUE;
     if (team != B_CURRENT_TEAM && team != getpid())
         return B_BAD_TEAM_ID;
-    std::unique_lock<std::mutex> hold;
+    std::unique_lock<Mutex> hold;
     Semaphore* sem = semaphores().Next(cookie, hold);
     if (sem == nullptr)
         return B_BAD_VALUE;

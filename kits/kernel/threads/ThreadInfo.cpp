@@ -51,7 +51,7 @@ static void fill_times(Thread& thread, thread_info* info)
 
 static status_t fill_info(Thread& thread, thread_info* info)
 {
-    std::lock_guard hold(thread.lock);
+    MutexLock hold(thread.lock);
     if (thread.dead)
         return B_BAD_THREAD_ID;
     *info = {};

@@ -79,7 +79,7 @@ static void leave(Thread* self)
         MutexLock hold(all.lock);
         keep = std::move(all.threads[self->id]);
         all.threads.erase(self->id);
-        std::lock_guard hold_self(self->lock);
+        MutexLock hold_self(self->lock);
         self->dead = true;
         waited_for = !self->waiting_for_end.IsEmpty();
         if (!waited_for && self->entry != nullptr) {
@@ -111,6 +111,12 @@ static thread_local ForeignEnd tForeignEnd;
 
 static void arm_signal();
 
+static void name_thread(Thread& thread, const char* name, const char* unnamed)
+{
+    MutexLock hold(thread.lock);
+    copy_name(thread.name, name, unnamed);
+}
+
 Thread* current()
 {
     if (tSelf != nullptr)
@@ -118,7 +124,7 @@ Thread* current()
     auto thread = std::make_shared<Thread>();
     char name[B_OS_NAME_LENGTH] = {};
     pthread_getname_np(pthread_self(), name, sizeof(name));
-    copy_name(thread->name, name, "");
+    name_thread(*thread, name, "");
     thread->gate = 1;
     arm_signal();
     enter(thread);
@@ -264,7 +270,7 @@ thread_id spawn_thread(thread_func entry, const char* name, int32 priority, void
         return B_BAD_VALUE;
     arm_signal();
     auto thread = std::make_shared<Thread>();
-    copy_name(thread->name, name, "no-name thread");
+    name_thread(*thread, name, "no-name thread");
     thread->entry = entry;
     thread->data = data;
     thread->priority = clamp_priority(priority);
@@ -355,7 +361,7 @@ status_t suspend_thread(thread_id id)
         return B_OK;
     }
     // Holding its lock keeps the thread from ending under the signal.
-    std::lock_guard hold(thread->lock);
+    MutexLock hold(thread->lock);
     if (thread->dead || pthread_kill(thread->handle, suspend_signal()) != 0)
         return B_BAD_THREAD_ID;
     return B_OK;
@@ -368,7 +374,7 @@ status_t rename_thread(thread_id id, const char* newName)
         return B_BAD_THREAD_ID;
     if (newName == nullptr)
         return B_BAD_VALUE;
-    std::lock_guard hold(thread->lock);
+    MutexLock hold(thread->lock);
     copy_name(thread->name, newName, "");
     if (!thread->dead)
         pthread_setname_np(thread->handle, host_name(*thread).c_str());
@@ -419,9 +425,9 @@ status_t wait_for_thread_etc(thread_id id, uint32 flags, bigtime_t timeout, stat
         return B_BAD_THREAD_ID;
     if (thread->gate.exchange(1) == 0)
         futex_wake(thread->gate, 1);
-    std::unique_lock hold(thread->lock);
+    MutexLock hold(thread->lock);
     if (thread->dead) {
-        hold.unlock();
+        hold.Unlock();
         return wait_ended(id, _returnCode);
     }
     WaitList::Waiter waiter;
@@ -447,7 +453,7 @@ thread_id find_thread(const char* name)
     if (name == nullptr)
         return current()->id;
     for (const auto& thread : all_threads()) {
-        std::lock_guard hold(thread->lock);
+        MutexLock hold(thread->lock);
         if (strcmp(thread->name, name) == 0)
             return thread->id;
     }
@@ -462,14 +468,13 @@ status_t send_data(thread_id id, int32 code, const void* buffer, size_t bufferSi
     if (buffer == nullptr && bufferSize > 0)
         return B_BAD_VALUE;
     current();  // enters the caller while no thread's lock is held
-    std::unique_lock hold(thread->lock);
+    MutexLock hold(thread->lock);
     while (thread->has_mail && !thread->dead) {
         WaitList::Waiter waiter;
         const status_t status = thread->senders.Wait(hold, waiter, B_INFINITE_TIMEOUT,
                                                      B_CAN_INTERRUPT, B_THREAD_WAITING);
         if (status != B_OK)
             return status;
-        hold.lock();
     }
     if (thread->dead)
         return B_BAD_THREAD_ID;
@@ -489,14 +494,13 @@ status_t send_data(thread_id id, int32 code, const void* buffer, size_t bufferSi
 int32 receive_data(thread_id* sender, void* buffer, size_t bufferSize)
 {
     Thread* self = current();
-    std::unique_lock hold(self->lock);
+    MutexLock hold(self->lock);
     while (!self->has_mail) {
         WaitList::Waiter waiter;
         const status_t status =
             self->readers.Wait(hold, waiter, B_INFINITE_TIMEOUT, 0, B_THREAD_RECEIVING);
         if (status != B_OK)
             return status;
-        hold.lock();
     }
     if (sender != nullptr)
         *sender = self->mail_sender;
@@ -514,7 +518,7 @@ bool has_data(thread_id id)
     std::shared_ptr<Thread> thread = find(id);
     if (thread == nullptr)
         return false;
-    std::lock_guard hold(thread->lock);
+    MutexLock hold(thread->lock);
     return thread->has_mail;
 }
 

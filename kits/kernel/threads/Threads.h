@@ -13,6 +13,8 @@
 #include <utility>
 #include <vector>
 
+#include "support/Mutex.h"
+
 namespace BPrivate {
 
 struct Thread;
@@ -33,15 +35,21 @@ public:
     Waiter* First() const { return fFirst; }
 
     // Waits for Wake() until system_time() reaches `deadline`, and returns its result, B_TIMED_OUT,
-    // or B_INTERRUPTED. Returns with `held` unlocked. Does not return to a thread that was killed:
-    // its stack is unwound from here.
-    status_t Wait(std::unique_lock<std::mutex>& held, Waiter& waiter, bigtime_t deadline,
-                  uint32 flags, thread_state state, sem_id sem = -1);
+    // or B_INTERRUPTED. Does not return to a thread that was killed: its stack is unwound from
+    // here. A table's slot may be another's then, and is left unlocked; else the lock is held
+    // again.
+    status_t Wait(std::unique_lock<Mutex>& held, Waiter& waiter, bigtime_t deadline, uint32 flags,
+                  thread_state state, sem_id sem = -1);
+    status_t Wait(MutexLock& held, Waiter& waiter, bigtime_t deadline, uint32 flags,
+                  thread_state state);
     void Wake(Waiter* waiter, status_t result);
     void WakeFirst(status_t result);
     void WakeAll(status_t result);
 
 private:
+    template <class Held>
+    status_t _Wait(Held& held, Waiter& waiter, bigtime_t deadline, uint32 flags, thread_state state,
+                   sem_id sem);
     void _Append(Waiter* waiter);
     void _Remove(Waiter* waiter);
 
@@ -68,16 +76,16 @@ struct Thread {
     status_t exit_status = B_OK;
     bool exiting = false;
 
-    std::mutex lock;  // of all below
-    char name[B_OS_NAME_LENGTH] = {};
-    bool dead = false;
-    WaitList waiting_for_end;
-    bool has_mail = false;
-    int32 mail_code = 0;
-    thread_id mail_sender = 0;
-    std::vector<char> mail;
-    WaitList readers;
-    WaitList senders;
+    Mutex lock;
+    char name[B_OS_NAME_LENGTH] GUARDED_BY(lock) = {};
+    bool dead GUARDED_BY(lock) = false;
+    WaitList waiting_for_end GUARDED_BY(lock);
+    bool has_mail GUARDED_BY(lock) = false;
+    int32 mail_code GUARDED_BY(lock) = 0;
+    thread_id mail_sender GUARDED_BY(lock) = 0;
+    std::vector<char> mail GUARDED_BY(lock);
+    WaitList readers GUARDED_BY(lock);
+    WaitList senders GUARDED_BY(lock);
 };
 
 // The calling thread's; registers a thread that the kit did not start.

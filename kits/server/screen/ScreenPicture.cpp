@@ -50,7 +50,7 @@ public:
     }
 
     void Title(const std::string& text, const clipping_rect& room, uint32 background);
-    void Content(ScreenWindow& window);
+    void Content(ScreenWindow& window) REQUIRES(gStageLock);
     // Lays a picture over what is there.
     void Blend(const DragPicture& picture, BPoint leftTop);
 
@@ -137,7 +137,7 @@ void Screenshot::Blend(const DragPicture& picture, BPoint leftTop)
 }
 
 // How far the tab reaches to the right of the window's left side.
-int32 tab_width(const ScreenWindow& window, int32 whole)
+int32 tab_width(const ScreenWindow& window, int32 whole) REQUIRES(gStageLock)
 {
     const std::string& title = window.Title();
     float text = StringWidth(title_font(), title.data(), int32(title.size()), nullptr);

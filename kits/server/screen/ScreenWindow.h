@@ -80,24 +80,24 @@ public:
     // No more events.
     void Silence() REQUIRES(gStageLock) { fSink = nullptr; }
 
-    BRect Frame() const { return fSpec.frame; }
+    BRect Frame() const REQUIRES(gStageLock) { return fSpec.frame; }
     BRect OuterFrame() const REQUIRES(gStageLock);  // with the decoration
-    const std::string& Title() const { return fSpec.title; }
-    window_look Look() const { return fSpec.look; }
-    uint32 Flags() const { return fSpec.flags; }
-    bool IsModal() const;
+    const std::string& Title() const REQUIRES(gStageLock) { return fSpec.title; }
+    window_look Look() const REQUIRES(gStageLock) { return fSpec.look; }
+    uint32 Flags() const REQUIRES(gStageLock) { return fSpec.flags; }
+    bool IsModal() const REQUIRES(gStageLock);
     // Whether it is modal for `window`, wherever that is.
-    bool IsModalFor(const ScreenWindow* window) const;
+    bool IsModalFor(const ScreenWindow* window) const REQUIRES(gStageLock);
     // Whether the host gives it the keyboard, be it blocked or not.
     virtual bool HasHostFocus() const REQUIRES(gStageLock) { return false; }
     // The other one is gone.
-    void Forget(const ScreenWindow* other) { std::erase(fSubset, other); }
-    int32 Layer() const;  // a window stays below those of higher layers
+    void Forget(const ScreenWindow* other) REQUIRES(gStageLock) { std::erase(fSubset, other); }
+    int32 Layer() const REQUIRES(gStageLock);  // a window stays below those of higher layers
     // Shown, and not an icon; the workspace left aside.
-    bool IsOpen() const { return fShown && !fMinimized; }
-    bool IsMinimized() const { return fShown && fMinimized; }
-    uint32 Workspaces() const { return fSpec.workspaces; }
-    EventSink* Sink() const { return fSink; }
+    bool IsOpen() const REQUIRES(gStageLock) { return fShown && !fMinimized; }
+    bool IsMinimized() const REQUIRES(gStageLock) { return fShown && fMinimized; }
+    uint32 Workspaces() const REQUIRES(gStageLock) { return fSpec.workspaces; }
+    EventSink* Sink() const REQUIRES(gStageLock) { return fSink; }
     virtual Border Decoration() const REQUIRES(gStageLock);
     FrontBuffer& Pixels() { return fPixels; }
 
@@ -138,7 +138,7 @@ protected:
     // Screen readers are told something new.
     virtual void AccessibleSet() REQUIRES(gStageLock) {}
 
-    bool ResizePixels(BRect frame);
+    bool ResizePixels(BRect frame) REQUIRES(gStageLock);
     // The workspaces of a new window are those of the moment.
     void SettleWorkspaces() REQUIRES(gStageLock);
     // Tell the window what has changed.
@@ -147,15 +147,15 @@ protected:
     bool ReportMinimized(bool minimized) REQUIRES(gStageLock);
     bool ReportWorkspaces(uint32 workspaces) REQUIRES(gStageLock);
 
-    WindowSpec fSpec;
-    EventSink* fSink;
-    std::vector<ScreenWindow*> fSubset;  // still there, all of them
-    bool fShown = false;
-    bool fMinimized = false;
+    WindowSpec fSpec GUARDED_BY(gStageLock);
+    EventSink* fSink GUARDED_BY(gStageLock);
+    std::vector<ScreenWindow*> fSubset GUARDED_BY(gStageLock);  // still there, all of them
+    bool fShown GUARDED_BY(gStageLock) = false;
+    bool fMinimized GUARDED_BY(gStageLock) = false;
     FrontBuffer fPixels;
-    BRect fCompositionPlace;
-    bool fTypingHidden = false;
-    std::shared_ptr<const AccessibleTree> fAccessible;
+    BRect fCompositionPlace GUARDED_BY(gStageLock);
+    bool fTypingHidden GUARDED_BY(gStageLock) = false;
+    std::shared_ptr<const AccessibleTree> fAccessible GUARDED_BY(gStageLock);
 };
 
 }  // namespace server

@@ -23,9 +23,9 @@ Stage& stage()
 
 void Stage::Add(ScreenWindow* window)
 {
-    auto above = std::find_if(fWindows.begin(), fWindows.end(), [=](ScreenWindow* other) {
-        return other->Layer() > window->Layer();
-    });
+    auto above = std::find_if(
+        fWindows.begin(), fWindows.end(),
+        [=](ScreenWindow* other) REQUIRES(gStageLock) { return other->Layer() > window->Layer(); });
     fWindows.insert(above, window);
 }
 
@@ -61,11 +61,12 @@ void Stage::PutBehind(ScreenWindow* window, const ScreenWindow* other)
     auto place = std::find(fWindows.begin(), fWindows.end(), other);
     if (place == fWindows.end())
         place = fWindows.begin();
-    auto lowest = std::find_if(fWindows.begin(), fWindows.end(), [=](ScreenWindow* each) {
-        return each->Layer() >= window->Layer();
-    });
+    auto lowest = std::find_if(
+        fWindows.begin(), fWindows.end(),
+        [=](ScreenWindow* each) REQUIRES(gStageLock) { return each->Layer() >= window->Layer(); });
     auto above = std::find_if(fWindows.begin(), fWindows.end(),
-                              [=](ScreenWindow* each) { return each->Layer() > window->Layer(); });
+                              [=](ScreenWindow* each)
+                                  REQUIRES(gStageLock) { return each->Layer() > window->Layer(); });
     fWindows.insert(std::clamp(place, lowest, above), window);
 }
 

@@ -25,19 +25,20 @@ using Cursor = std::shared_ptr<const BPrivate::CursorImage>;  // null: the host'
 class Stage {
 public:
     // Windows. A new one lies on top of its layer.
-    void Add(ScreenWindow* window);
-    void Remove(ScreenWindow* window);
-    void Raise(ScreenWindow* window);
-    void PutBehind(ScreenWindow* window, const ScreenWindow* other);        // null: behind all
+    void Add(ScreenWindow* window) REQUIRES(gStageLock);
+    void Remove(ScreenWindow* window) REQUIRES(gStageLock);
+    void Raise(ScreenWindow* window) REQUIRES(gStageLock);
+    // Null: behind all.
+    void PutBehind(ScreenWindow* window, const ScreenWindow* other) REQUIRES(gStageLock);
     const std::vector<ScreenWindow*>& Windows() const { return fWindows; }  // the lowest first
-    bool IsVisible(const ScreenWindow* window) const;
+    bool IsVisible(const ScreenWindow* window) const REQUIRES(gStageLock);
     ScreenWindow* Active() const { return fActive; }
     // Tells the two windows concerned. Null, or one that was taken off: none is active.
     void SetActive(ScreenWindow* window) REQUIRES(gStageLock);
     // Activates the topmost window that wants it, after the active one went out of sight.
     void ActivateNext() REQUIRES(gStageLock);
     // The modal window that keeps input from this one, null if none.
-    ScreenWindow* Blocker(const ScreenWindow* window) const;
+    ScreenWindow* Blocker(const ScreenWindow* window) const REQUIRES(gStageLock);
     // A modal window came or went: it takes the focus from a window that it blocks, and leaves it
     // to one that the host has given it to.
     void MindBlockers() REQUIRES(gStageLock);
