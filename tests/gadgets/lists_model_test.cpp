@@ -266,7 +266,7 @@ void ListsModel::Act()
 
 TEST_P(ListsModel, RowsAndSelectionAreThoseOfTheVectors)
 {
-    for (int step = 0; step < 150000 && !HasFatalFailure(); step++) {
+    for (int step = 0; step < 300000 && !HasFatalFailure(); step++) {
         Act();
         if (step % 100 == 0)
             CompareAll();
