@@ -95,19 +95,7 @@ public:
         Click(50, 100);
     }
 
-    BWindow* Platform() const
-    {
-        for (int32 i = 0; i < be_app->CountWindows(); i++) {
-            BWindow* window = be_app->WindowAt(i);
-            if (window == nullptr || !window->Lock())  // or on its way out
-                continue;
-            const bool is_this = window->Frame().LeftTop() == BPoint(X(0), Y(0));
-            window->Unlock();
-            if (is_this)
-                return window;
-        }
-        return nullptr;
-    }
+    BWindow* Platform() const { return reinterpret_cast<BWindow*>(GetAdress(*this)); }
     // What `ask` says of the bar, with the window locked; null is the bar if there is none.
     template <class Ask>
     auto WithBar(Ask ask) const
