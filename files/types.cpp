@@ -10,6 +10,7 @@
 
 #include <Bitmap.h>
 #include <Entry.h>
+#include <Message.h>
 #include <Mime.h>
 #include <Node.h>
 #include <NodeInfo.h>
@@ -208,5 +209,35 @@ try {
     return 0;
 } catch (const std::exception&) {
     trace(__func__, type);
+    return 0;
+}
+
+// Neither has a caller that wants the texts: what is read is left.
+
+int32_t GetExtensions(const char* type)
+{
+    BMessage message;
+    BMimeType mime(type);
+    const char* text = nullptr;
+    if (mime.InitCheck() == B_OK && mime.GetFileExtensions(&message) == B_OK) {
+        for (int32 i = 0; message.FindString("extensions", i, &text) == B_OK;)
+            i++;
+    }
+    return 0;
+}
+
+int32_t GetMimeList(const char* type)
+{
+    BMessage message;
+    BMimeType mime(type);
+    int32 sub = 0;
+    int32 super = 0;
+    const char* text = nullptr;
+    if (mime.InitCheck() == B_OK && mime.GetSupportingApps(&message) == B_OK &&
+        message.FindInt32("be:sub", &sub) == B_OK &&
+        message.FindInt32("be:super", &super) == B_OK) {
+        for (int32 i = 0; i < sub + super; i++)
+            message.FindString("applications", i, &text);
+    }
     return 0;
 }

@@ -13,4 +13,8 @@ static const int32_t kFileInfos = 3;
 char* GetMimeInfo(const char* path, int32_t which);
 void SetMimeInfo(const char* path, const char* value, int32_t which);
 
+// Read what the system has on a type and return 0.
+int32_t GetExtensions(const char* type);
+int32_t GetMimeList(const char* type);
+
 #endif  // FILES_TYPES_H

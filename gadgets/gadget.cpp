@@ -26,6 +26,13 @@ MyGadget* find_gadget(const RegistryLock& registry, int32_t ident)
 
 MyGadget* gadget_record(int32_t ident) { return find_gadget(RegistryLock(), ident); }
 
+BView* Find_Gadget(int32_t ident, int32_t family)
+{
+    RegistryLock registry;
+    const MyGadget* gadget = find_gadget(registry, ident);
+    return gadget != nullptr && family_of(gadget->kind) == family ? gadget->view : nullptr;
+}
+
 static const char* const kIdentField = "id";
 
 void name_gadget(BMessage* message, MyGadget* gadget)

@@ -19,8 +19,8 @@ class BWindow;
 static const uint32_t kClickMessage = 753;
 static const uint32_t kChoiceMessage = 75000;  // plus the index chosen
 
-// Kinds as CreateGadget numbers them. Families have a kind that stands for them, which
-// GadgetAccess asks for; see kinds.h.
+// Kinds as CreateGadget numbers them. Families have a kind that stands for them, which Find_Gadget
+// asks for; see kinds.h.
 enum GadgetKind {
     kButton = 1,
     kCheckBox = 2,
@@ -83,6 +83,10 @@ struct MyGadget {
 // The record of a gadget, null if there is none. See MyGadget for how long it may be read.
 MyGadget* gadget_record(int32_t ident);
 MyGadget* find_gadget(const RegistryLock& registry, int32_t ident);
+// Its view, or the view inside if that is a scroll view.
+BView* FindGadget(int32_t ident);
+// Its view if its kind belongs to the family that the kind `family` stands for, else null.
+BView* Find_Gadget(int32_t ident, int32_t family);
 
 // Holds the gadgets that are in no window. Who has it waits for no window: those are locked before.
 // Clang's analysis does not follow it: a call takes it or a window's lock, as the gadget is found.
@@ -104,7 +108,7 @@ private:
 class GadgetAccess {
 public:
     explicit GadgetAccess(int32_t ident) : GadgetAccess(ident, kAnyFamily) {}
-    // Finds only gadgets of the family that a kind stands for.
+    // Finds only gadgets of a family, as Find_Gadget does.
     GadgetAccess(int32_t ident, int32_t family);
     ~GadgetAccess();
     GadgetAccess(const GadgetAccess&) = delete;

@@ -36,6 +36,12 @@ static void on_shown_views(int32_t ident, Action act)
     });
 }
 
+BView* FindGadget(int32_t ident)
+{
+    const GadgetAccess gadget(ident);
+    return gadget && gadget.View() != nullptr ? shown_view(gadget.Record()) : nullptr;
+}
+
 extern "C" void HideGadget(int32_t, int32_t ident)
 {
     on_gadget<BView>(ident, GadgetAccess::kAnyFamily, Unlocked::Act, [](BView& view, MyGadget&) {
