@@ -35,7 +35,7 @@ const struct Operation {
     {"ChangeMxData", {19}, [](int32_t i, int32_t, const char*) { ChangeMxData(i, kFew); }},
     {"RadSelected", {18}, [](int32_t i, int32_t n, const char*) { RadSelected(i, n); }},
     {"SetProportion", {13, 14}, [](int32_t i, int32_t n, const char*) { SetProportion(i, n); }},
-    {"SetRange", {13, 14}, [](int32_t i, int32_t n, const char*) { SetRange(i, n, -n / 2); }},
+    {"SetRange", {13, 14}, [](int32_t i, int32_t n, const char*) { SetRange(i, n, -(n / 2)); }},
     {"SetSteps", {13, 14}, [](int32_t i, int32_t n, const char*) { SetSteps(i, n, n); }},
     {"SetSliderPosition",
      {15, 16},
