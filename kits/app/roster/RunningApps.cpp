@@ -37,8 +37,10 @@ static const char* const kActive = "/active";  // a link that names the team
 static const size_t kMaxEntry = 8192;          // bytes of a file
 
 static BPrivate::Mutex sOwnLock;
-static RunningApp sOwn GUARDED_BY(sOwnLock);  // no team while not registered
-static std::string sOwnFile GUARDED_BY(sOwnLock);
+// They outlive the process' exit handlers: where the X server is lost, the application may end
+// while another thread runs those.
+static RunningApp& sOwn GUARDED_BY(sOwnLock) = *new RunningApp;  // no team while not registered
+static std::string& sOwnFile GUARDED_BY(sOwnLock) = *new std::string;
 static int sOwnDescriptor GUARDED_BY(sOwnLock) = -1;  // holds the file's lock
 
 // True for a folder of this user's that no other may enter.
