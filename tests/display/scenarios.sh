@@ -151,8 +151,8 @@ two_screens() {
     xdotool windowmove "$window" 300 100
     eventually frame_is '300 100 300 200' || fail "back on the coarser screen it is $(client_frame)"
     eventually pixel_is 599 299 '#2060C0' || fail "its picture does not fill it"
-    xdotool mousemove 560 260 click 1
-    expect 'press 260 160 1 1'
+    xdotool mousemove 599 299 click 1
+    expect 'press 299 199 1 1'
     expect_not 'resized.*'
 }
 

@@ -1,12 +1,12 @@
 #!/usr/bin/env bash
 # compile.sh alone|together|brings|kits|library INCLUDE_FOLDER WORK_FOLDER COMPILER...: compiles each public
-# header in a source of its own; or all of them in one, forwards and backwards, so that each stands
-# before each other one; or, by brings.txt, a program that includes a header and uses what that brings
-# in (a header and the statements a line). No warning is allowed. Sources of the same text stay as
-# they are, for a compiler cache. "kits" compiles nothing, but compares what each kit's own header
-# includes with what is in its folder. "library" reads the library's own sources where each of them has
-# all of the C library in sight, as <stdlib.h> alone has <signal.h> on another system: no name of ours
-# is one of those.
+# header in a source of its own, but for those that begin a source of "brings"; or all of them in one,
+# forwards and backwards, so that each stands before each other one; or, by brings.txt, a program that
+# includes a header and uses what that brings in (a header and the statements a line). No warning is
+# allowed. Sources of the same text stay as they are, for a compiler cache. "kits" compiles nothing,
+# but compares what each kit's own header includes with what is in its folder. "library" reads the
+# library's own sources where each of them has all of the C library in sight, as <stdlib.h> alone has
+# <signal.h> on another system: no name of ours is one of those.
 set -euo pipefail
 check=$1 include=$2 work=$3/$1
 here=$(cd "$(dirname "$0")" && pwd)
@@ -15,7 +15,8 @@ rm -rf "$work"
 mkdir -p "$work"
 cd "$include"
 headers=$(find . -name '*.h' ! -path './server/*' -printf '%P\n' | sort)
-flags=(-std=c++17 -O0 -Wall -Wextra -Werror -Wno-unused -Wno-uninitialized -I"$include")
+# The oldest standard that the headers are for: there the host's own headers bring the least.
+flags=(-std=c++14 -O0 -Wall -Wextra -Werror -Wno-unused -Wno-uninitialized -I"$include")
 for folder in */; do
     flags+=(-I"$include/${folder%/}")
 done
@@ -59,16 +60,18 @@ library)
     ;;
 alone)
     for header in $headers; do
-        includes <<<"$header" >"$work/$(basename "$header" .h).cpp"
+        name=$(basename "$header" .h)
+        grep -qw "^$name\.h" "$here/brings.txt" || includes <<<"$header" >"$work/$name.cpp"
     done
     ;;
 together)
+    flags+=(-std=c++20)
     includes <<<"$headers" >"$work/forwards.cpp"
     tac <<<"$headers" | includes >"$work/backwards.cpp"
     ;;
 brings)
     while read -r header statements; do
-        printf '#include <stdio.h>\n#include <%s>\nvoid use()\n{\n    %s\n}\n' "$header" "$statements" \
+        printf '#include <%s>\n#include <stdio.h>\nvoid use()\n{\n    %s\n}\n' "$header" "$statements" \
             >"$work/${header//\//_}.cpp"
     done <"$here/brings.txt"
     ;;

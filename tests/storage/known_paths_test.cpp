@@ -24,7 +24,7 @@ void* operator new(size_t size)
     tAllocations++;
     void* block = malloc(size);
     if (block == nullptr)
-        throw std::bad_alloc();
+        abort();
     return block;
 }
 void* operator new(size_t size, const std::nothrow_t&) noexcept

@@ -47,7 +47,7 @@ protected:
 private:
     friend class BTranslatorRoster;
 
-    std::atomic<int32> fReferences = 1;
+    std::atomic<int32> fReferences{1};
 };
 
 /* An add-on's translators by index, null behind the last. */
