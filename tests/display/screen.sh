@@ -31,12 +31,16 @@ fail() {
 server=
 nudge() { [ -z "$server" ] || xprop -root -f _TEST_NUDGE 8s -set _TEST_NUDGE again; }
 
+# Looks are frequent, and to start a process for each wait costs more than they do.
+exec {silence}<> <(:)
+pause() { read -rt "$1" -u "$silence"; }
+
 # Waits up to twenty seconds for a command to succeed: only a fault reaches that.
 eventually() {
     local tries
-    for tries in $(seq 400); do
+    for ((tries = 1; tries <= 400; tries++)); do
         "$@" >/dev/null 2>&1 && return 0
-        sleep 0.05
+        pause 0.05
         [ $((tries % 8)) -ne 0 ] || nudge >/dev/null 2>&1
     done
     return 1
@@ -45,7 +49,13 @@ eventually() {
 # Waits until the program has printed a line, from the mark on.
 mark=0
 mark() { mark=$(wc -l <"$log"); }
-said() { tail -n "+$((mark + 1))" "$log" | grep -qxE -- "$1"; }
+said() {
+    if [ "$mark" = 0 ]; then
+        grep -qxE -- "$1" "$log"
+    else
+        tail -n "+$((mark + 1))" "$log" | grep -qxE -- "$1"
+    fi
+}
 expect() { eventually said "$1" || fail "no line \"$1\""; }
 expect_not() { ! said "$1" || fail "a line \"$1\""; }
 
@@ -127,9 +137,9 @@ try_until() {
 }
 soon() {
     local tries
-    for tries in $(seq 100); do
+    for ((tries = 1; tries <= 100; tries++)); do
         "$@" >/dev/null 2>&1 && return 0
-        sleep 0.05
+        pause 0.05
     done
     return 1
 }
