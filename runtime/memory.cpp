@@ -13,7 +13,9 @@
 static const uint32_t kFirstIdent = 0x14041968;
 static const int32_t kStringBytes = 257;
 
-BList mem(20);  // every string handed out below; never walked nor freed
+// Every string handed out below; never walked nor freed. It outlives the exit handlers, which may
+// run on a window's thread while the program's takes strings.
+static BList& mem = *new BList(20);
 static uint32_t count_mem_alloc;
 static std::atomic<uint32_t> sNextIdent = kFirstIdent;
 

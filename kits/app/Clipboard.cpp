@@ -32,8 +32,9 @@ static const char* const kSystemName = "system";
 static const char* const kMessageForm = "application/x-vnd.be-clipboard-message";
 static const uint32 kMessageCode = 'Clip';
 
-// What is taken of another program: its text, else the picture that loses least.
-static const std::vector<std::string> kForeignForms = {
+// What is taken of another program: its text, else the picture that loses least. It outlives the
+// exit handlers, as other threads may paste while they run.
+static const auto& kForeignForms = *new std::vector<std::string>{
     server::kTextForm, "image/png", "image/tiff", "image/bmp", "image/jpeg", "image/gif",
 };
 

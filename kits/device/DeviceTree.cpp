@@ -32,7 +32,7 @@ static bool udev_says_joystick(const char* name)
 
 BPrivate::DeviceHost& BPrivate::device_host()
 {
-    static DeviceHost host{"", udev_says_joystick};
+    static auto& host = *new DeviceHost{"", udev_says_joystick};  // outlives the exit handlers
     return host;
 }
 

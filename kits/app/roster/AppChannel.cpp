@@ -37,7 +37,7 @@ static const bigtime_t kRetry = 1000;
 static BPrivate::Mutex sLock;
 static int sSocket GUARDED_BY(sLock) = -1;   // the channel's thread reads from it
 static pthread_t sThread GUARDED_BY(sLock);  // valid with the socket
-static std::string sPath GUARDED_BY(sLock);
+static std::string& sPath GUARDED_BY(sLock) = *new std::string;  // outlives the exit handlers
 static std::atomic<bool> sEnding{false};
 
 // What stands before the flattened message.

@@ -39,8 +39,8 @@ struct Order {
     std::vector<BMessage> messages;  // for an application of ours
 };
 
-// Terminals, and how each is told what to run in it.
-static const Line kTerminals[] = {
+// Terminals, and how each is told what to run in it. They outlive the exit handlers.
+static const auto& kTerminals = *new std::vector<Line>{
     {"xdg-terminal-exec"}, {"x-terminal-emulator", "-e"}, {"gnome-terminal", "--"},
     {"konsole", "-e"},     {"xfce4-terminal", "-x"},      {"xterm", "-e"},
 };

@@ -11,7 +11,7 @@
 
 std::string& BPrivate::volume_label_folder()
 {
-    static std::string folder("/dev/disk/by-label");
+    static auto& folder = *new std::string("/dev/disk/by-label");  // outlives the exit handlers
     return folder;
 }
 
