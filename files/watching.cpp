@@ -189,6 +189,15 @@ static void tell_unmounted(const BMessage& message)
     tell(B_DEVICE_UNMOUNTED, path, nullptr);
 }
 
+// Programs are told the platform's own numbers.
+static_assert(int{PLINTH_ENTRY_CREATED} == B_ENTRY_CREATED);
+static_assert(int{PLINTH_ENTRY_REMOVED} == B_ENTRY_REMOVED);
+static_assert(int{PLINTH_ENTRY_MOVED} == B_ENTRY_MOVED);
+static_assert(int{PLINTH_STAT_CHANGED} == B_STAT_CHANGED);
+static_assert(int{PLINTH_ATTR_CHANGED} == B_ATTR_CHANGED);
+static_assert(int{PLINTH_DEVICE_MOUNTED} == B_DEVICE_MOUNTED);
+static_assert(int{PLINTH_DEVICE_UNMOUNTED} == B_DEVICE_UNMOUNTED);
+
 static void tell_change(const BMessage& message)
 {
     const int32 opcode = number_in(message, "opcode");

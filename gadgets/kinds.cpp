@@ -2,6 +2,7 @@
 
 #include "gadgets/kinds.h"
 
+#include "plinth.h"
 #include "windows/menus.h"
 
 #include <InterfaceDefs.h>
@@ -74,6 +75,47 @@ static constexpr bool kinds_are_in_order()
     return std::size(kKinds) == kLastKind;
 }
 static_assert(kinds_are_in_order(), "one row per kind, by its number");
+
+struct NamedKind {
+    int32_t kind;  // as plinth.h numbers it
+    int32_t family;
+};
+
+static constexpr NamedKind kNamedKinds[] = {
+    {PLINTH_BUTTON, kButton},
+    {PLINTH_CHECK_BOX, kCheckBox},
+    {PLINTH_STRING_FIELD, kStringField},
+    {PLINTH_INTEGER_FIELD, kStringField},
+    {PLINTH_PASSWORD_FIELD, kStringField},
+    {PLINTH_DECIMAL_FIELD, kStringField},
+    {PLINTH_TEXT_LABEL, kTextLabel},
+    {PLINTH_NUMBER_LABEL, kNumberLabel},
+    {PLINTH_SCROLL_BAR, kScrollBar},
+    {PLINTH_VERTICAL_SCROLL_BAR, kScrollBar},
+    {PLINTH_SLIDER, kSlider},
+    {PLINTH_VERTICAL_SLIDER, kSlider},
+    {PLINTH_STATUS_BAR, kStatusBar},
+    {PLINTH_RADIO_GROUP, kRadioGroup},
+    {PLINTH_CHOICE_FIELD, kChoiceField},
+    {PLINTH_BOX, kBox},
+    {PLINTH_TEXT_EDITOR, kTextEditor},
+    {PLINTH_COLOR_CONTROL, kColorControl},
+    {PLINTH_ICON, kDraggableIcon},
+    {PLINTH_LARGE_ICON, kSecondDraggableIcon},
+    {PLINTH_PICTURE_BUTTON, kPictureButton},
+};
+
+static constexpr bool named_kinds_are_in_their_families()
+{
+    for (const NamedKind& named : kNamedKinds) {
+        if (kKinds[named.kind - 1].family != named.family)
+            return false;
+    }
+    return true;
+}
+static_assert(named_kinds_are_in_their_families(), "plinth.h numbers the kinds as the table does");
+static_assert(int{PLINTH_VERTICAL_SCROLL_BAR} == kVerticalScrollBar);
+static_assert(int{PLINTH_VERTICAL_SLIDER} == kVerticalSlider);
 
 const KindRow* kind_row(int32_t kind)
 {

@@ -138,10 +138,18 @@ extern "C" void FocusOnClick(int32_t ident, int8_t flag)
 }
 
 // By slot; those of entry fields are not the record's.
-static void* MyGadget::*const kHandlerSlots[] = {
+static constexpr void* MyGadget::*kHandlerSlots[] = {
     nullptr, &MyGadget::action_handler, &MyGadget::key_handler,  &MyGadget::value_handler,  nullptr,
     nullptr, &MyGadget::list_handler,   &MyGadget::drop_handler, &MyGadget::unused_handler,
 };
+
+static_assert(kHandlerSlots[PLINTH_GADGET_ACTION] == &MyGadget::action_handler);
+static_assert(kHandlerSlots[PLINTH_GADGET_KEY] == &MyGadget::key_handler);
+static_assert(kHandlerSlots[PLINTH_GADGET_VALUE] == &MyGadget::value_handler);
+static_assert(kHandlerSlots[PLINTH_GADGET_INPUT] == nullptr);
+static_assert(kHandlerSlots[PLINTH_GADGET_ENTER] == nullptr);
+static_assert(kHandlerSlots[PLINTH_GADGET_LIST] == &MyGadget::list_handler);
+static_assert(kHandlerSlots[PLINTH_GADGET_DROP] == &MyGadget::drop_handler);
 
 extern "C" void SetHandlerForGadget(int32_t ident, int32_t slot, void* handler)
 {

@@ -7,6 +7,14 @@
 #include "runtime/guarded.h"
 #include "runtime/trace.h"
 
+// Places of the Deskbar are the platform's own numbers.
+static_assert(int{PLINTH_DESKBAR_TOP} == B_DESKBAR_TOP);
+static_assert(int{PLINTH_DESKBAR_BOTTOM} == B_DESKBAR_BOTTOM);
+static_assert(int{PLINTH_DESKBAR_LEFT_TOP} == B_DESKBAR_LEFT_TOP);
+static_assert(int{PLINTH_DESKBAR_RIGHT_TOP} == B_DESKBAR_RIGHT_TOP);
+static_assert(int{PLINTH_DESKBAR_LEFT_BOTTOM} == B_DESKBAR_LEFT_BOTTOM);
+static_assert(int{PLINTH_DESKBAR_RIGHT_BOTTOM} == B_DESKBAR_RIGHT_BOTTOM);
+
 extern "C" {
 
 void SetExpandDeskBar(uint8_t flag)

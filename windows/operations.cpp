@@ -19,10 +19,16 @@
 #include <iterator>
 #include <math.h>
 
-static const window_look kLooks[] = {
+static constexpr window_look kLooks[] = {
     B_TITLED_WINDOW_LOOK,   B_BORDERED_WINDOW_LOOK,  B_MODAL_WINDOW_LOOK,
     B_FLOATING_WINDOW_LOOK, B_NO_BORDER_WINDOW_LOOK, B_DOCUMENT_WINDOW_LOOK,
 };
+static_assert(kLooks[PLINTH_TITLED_LOOK] == B_TITLED_WINDOW_LOOK);
+static_assert(kLooks[PLINTH_BORDERED_LOOK] == B_BORDERED_WINDOW_LOOK);
+static_assert(kLooks[PLINTH_MODAL_LOOK] == B_MODAL_WINDOW_LOOK);
+static_assert(kLooks[PLINTH_FLOATING_LOOK] == B_FLOATING_WINDOW_LOOK);
+static_assert(kLooks[PLINTH_BARE_LOOK] == B_NO_BORDER_WINDOW_LOOK);
+static_assert(kLooks[PLINTH_DOCUMENT_LOOK] == B_DOCUMENT_WINDOW_LOOK);
 
 static const int32_t kMostWorkspaces = 32;
 
