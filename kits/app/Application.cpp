@@ -22,6 +22,7 @@
 #include <atomic>
 #include <fstream>
 #include <iterator>
+#include <string>
 #include <vector>
 
 #include "app/roster/LaunchMessages.h"
@@ -44,9 +45,21 @@ BMessenger be_app_messenger;
 static const property_info kProperties[] = {
     {"Name", {B_GET_PROPERTY}, {B_DIRECT_SPECIFIER}, nullptr, 0, {B_STRING_TYPE}, {}},
     {"Window", {B_COUNT_PROPERTIES}, {B_DIRECT_SPECIFIER}, nullptr, 0, {B_INT32_TYPE}, {}},
-    {"Window", {B_GET_PROPERTY}, {B_INDEX_SPECIFIER}, nullptr, 0, {B_MESSENGER_TYPE}, {}},
+    {"Window",
+     {B_GET_PROPERTY},
+     {B_INDEX_SPECIFIER, B_NAME_SPECIFIER},
+     nullptr,
+     0,
+     {B_MESSENGER_TYPE},
+     {}},
     {"Looper", {B_COUNT_PROPERTIES}, {B_DIRECT_SPECIFIER}, nullptr, 0, {B_INT32_TYPE}, {}},
-    {"Looper", {B_GET_PROPERTY}, {B_INDEX_SPECIFIER}, nullptr, 0, {B_MESSENGER_TYPE}, {}},
+    {"Looper",
+     {B_GET_PROPERTY},
+     {B_INDEX_SPECIFIER, B_NAME_SPECIFIER},
+     nullptr,
+     0,
+     {B_MESSENGER_TYPE},
+     {}},
     {},
 };
 
@@ -283,6 +296,50 @@ void BApplication::Pulse() {}
 
 void BApplication::ReadyToRun() {}
 
+static bool is_window_property(const char* property)
+{
+    return property != nullptr && strcmp(property, "Window") == 0;
+}
+
+// A window's name for scripts is its title.
+static std::string script_name(BLooper& looper)
+{
+    if (auto* window = dynamic_cast<BWindow*>(&looper))
+        return window->Title() != nullptr ? window->Title() : "";
+    return looper.Name() != nullptr ? looper.Name() : "";
+}
+
+// Busy ones are not waited for longer than that: they may wait for the application themselves.
+static BMessenger find_named(bool windows, const char* name)
+{
+    const bigtime_t kPatience = 1'000'000;
+    const bigtime_t deadline = system_time() + kPatience;
+    for (const LooperRef& ref : LooperTable::List()) {
+        if ((windows && !LooperTable::IsWindow(ref.slot)) ||
+            LooperTable::Lock(ref.slot, ref.token, deadline) != B_OK)
+            continue;
+        BLooper& looper = *ref.slot->looper.load();
+        const BMessenger found =
+            script_name(looper) == name ? BMessenger(nullptr, &looper) : BMessenger();
+        ref.slot->lock.Unlock();
+        if (found.IsValid())
+            return found;
+    }
+    return BMessenger();
+}
+
+// The window or looper that a script asks for; invalid if there is none.
+static BMessenger find_asked(const BApplication& app, const char* property,
+                             const BMessage& specifier)
+{
+    const bool windows = is_window_property(property);
+    const char* name = nullptr;
+    if (specifier.FindString("name", &name) == B_OK)
+        return find_named(windows, name);
+    const int32 at = specifier.GetInt32("index", -1);
+    return BMessenger(nullptr, windows ? app.WindowAt(at) : app.LooperAt(at));
+}
+
 void BApplication::MessageReceived(BMessage* message)
 {
     int32 index, form;
@@ -296,15 +353,16 @@ void BApplication::MessageReceived(BMessage* message)
     }
     BMessage reply(B_REPLY);
     status_t status;
-    const bool windows = strcmp(property, "Window") == 0;
+    const bool windows = is_window_property(property);
     if (strcmp(property, "Name") == 0)
         status = reply.AddString("result", Name());
     else if (message->what == B_COUNT_PROPERTIES)
         status = reply.AddInt32("result", windows ? CountWindows() : CountLoopers());
     else {
-        const int32 at = specifier.FindInt32("index");
-        const BMessenger messenger(nullptr, windows ? WindowAt(at) : LooperAt(at));
-        status = messenger.IsValid() ? reply.AddMessenger("result", messenger) : B_BAD_INDEX;
+        const BMessenger messenger = find_asked(*this, property, specifier);
+        status = messenger.IsValid()        ? reply.AddMessenger("result", messenger)
+                 : form == B_NAME_SPECIFIER ? B_NAME_NOT_FOUND
+                                            : B_BAD_INDEX;
     }
     reply.AddInt32("error", status);
     message->SendReply(&reply);
@@ -323,7 +381,20 @@ BHandler* BApplication::ResolveSpecifier(BMessage* message, int32 index, BMessag
 {
     if (BPrivate::knows_property(kProperties, message, index, specifier, form, property))
         return this;
-    return BLooper::ResolveSpecifier(message, index, specifier, form, property);
+    const bool of_client = property != nullptr &&
+                           (is_window_property(property) || strcmp(property, "Looper") == 0) &&
+                           (form == B_INDEX_SPECIFIER || form == B_NAME_SPECIFIER);
+    if (index < 1 || !of_client)
+        return BLooper::ResolveSpecifier(message, index, specifier, form, property);
+    // What is asked is a property of the window or looper, which answers instead.
+    message->PopSpecifier();
+    if (MessengerAccess::PassOn(find_asked(*this, property, *specifier), message) != B_OK) {
+        BMessage reply(B_MESSAGE_NOT_UNDERSTOOD);
+        reply.AddInt32("error", form == B_NAME_SPECIFIER ? B_NAME_NOT_FOUND : B_BAD_INDEX);
+        reply.AddString("message", "no such window or looper");
+        message->SendReply(&reply);
+    }
+    return nullptr;
 }
 
 void BApplication::ShowCursor() { _SetCursorHidden(false); }

@@ -551,6 +551,11 @@ TEST_F(Files, FoundDirectoriesAreTheDesktopsOwn)
     EXPECT_EQ(find_directory(B_SYSTEM_TEMP_DIRECTORY, 0, false, text, 4), B_BUFFER_OVERFLOW);
     EXPECT_EQ(find_directory(B_SYSTEM_TEMP_DIRECTORY, 0, false, nullptr, 4), B_BAD_VALUE);
     EXPECT_EQ(find_directory(static_cast<directory_which>(77), &path), B_BAD_VALUE);
+    // Each of the places that older programs call common is somewhere.
+    for (int common = B_COMMON_DIRECTORY; common <= B_COMMON_VAR_DIRECTORY; ++common)
+        EXPECT_EQ(find_directory(static_cast<directory_which>(common), &path), B_OK) << common;
+    EXPECT_EQ(find_directory(B_COMMON_SETTINGS_DIRECTORY, &path), B_OK);
+    EXPECT_STREQ(path.Path(), "/etc");
 }
 
 TEST_F(Files, NothingStaysOpen)

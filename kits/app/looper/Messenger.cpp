@@ -168,6 +168,18 @@ status_t MessengerAccess::SendAndWait(const BMessenger& target, const BMessage* 
     return end_wait(status, token, waiter, reply);
 }
 
+status_t MessengerAccess::PassOn(const BMessenger& target, BMessage* message)
+{
+    if (!IsSet(target) || !target.IsTargetLocal())
+        return B_BAD_PORT_ID;
+    const uint32 waits = MessageAccess::Delivery(message) & MessageAccess::kSourceWaiting;
+    const status_t status = Deliver(
+        target, outgoing_copy(message, MessageAccess::ReturnAddress(message), waits, nullptr));
+    if (status == B_OK)
+        MessageAccess::Delivery(message) |= MessageAccess::kReplied;
+    return status;
+}
+
 BMessenger MessengerAccess::ReplyAddress(const BMessage* message)
 {
     const BMessenger& address = MessageAccess::ReturnAddress(const_cast<BMessage*>(message));

@@ -42,6 +42,9 @@ struct MessengerAccess {
     }
     static status_t SendAndWait(const BMessenger& target, const BMessage* message, BMessage* reply,
                                 bigtime_t replyTimeout, const BMessage* previous);
+    // Has a looper of this team answer a delivered message instead of its receiver, which has no
+    // answer left to give.
+    static status_t PassOn(const BMessenger& target, BMessage* message);
     // Where an answer goes when the sender of `message` named nobody: to who waits for it
     // already, if it is passed on, else to the application.
     static BMessenger ReplyAddress(const BMessage* message);

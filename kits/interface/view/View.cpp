@@ -1,5 +1,5 @@
 // Views: birth, archive, messages and hooks. The rest has a file for each family: ViewTree,
-// ViewFrame, ViewState, ViewClip, ViewDraw, ViewBitmaps, ViewInput, ViewLayout.
+// ViewFrame, ViewState, ViewClip, ViewDraw, ViewBitmaps, ViewInput, ViewLayout, ViewScripting.
 
 #include <View.h>
 
@@ -299,22 +299,9 @@ void BView::MessageReceived(BMessage* message)
             break;
         }
         default:
-            BHandler::MessageReceived(message);
+            if (!BPrivate::answer_view_script(*this, message))
+                BHandler::MessageReceived(message);
     }
-}
-
-BHandler* BView::ResolveSpecifier(BMessage* message, int32 index, BMessage* specifier, int32 form,
-                                  const char* property)
-{
-    return BHandler::ResolveSpecifier(message, index, specifier, form, property);
-}
-
-status_t BView::GetSupportedSuites(BMessage* data)
-{
-    if (data == nullptr)
-        return B_BAD_VALUE;
-    status_t status = data->AddString("suites", "suite/vnd.Be-view");
-    return status == B_OK ? BHandler::GetSupportedSuites(data) : status;
 }
 
 bool BView::IsPrinting() const { return false; }

@@ -38,6 +38,9 @@ const uint32 kInvalidateLater = '_DIV';  // "rect"
 // A view with more is not asked about each of them.
 const int32 kFewChildren = 64;
 
+// Answers a script that asks for a property of the view, or sets one; false for other messages.
+[[gnu::visibility("hidden")]] bool answer_view_script(BView& view, BMessage* message);
+
 // The picture of a view's background: SetViewBitmap().
 struct ViewBitmap {
     std::unique_ptr<BBitmap> bitmap;
