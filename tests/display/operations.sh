@@ -46,6 +46,8 @@ titles() {
     expect_property "$first" _NET_WM_NAME '"first window"'
     tell title 1 Grüße
     expect_property "$first" _NET_WM_NAME '"Grüße"'
+    tell title 1 $'Fl\xfc\xdfe'  # Latin-1, as all that is no UTF-8
+    expect_property "$first" _NET_WM_NAME '"Flüße"'
     tell title 1
     expect_property "$first" _NET_WM_NAME ''
 }

@@ -65,7 +65,7 @@ names() {
     answers 'slider\|Volume\|.*\|0\|0\.\.100/1\|increase,decrease,setfocus' of Volume range actions
     answers 'scroll bar\|\|.*\|10\|10\.\.60/1' of 'range:10..60/1' range
     answers 'progress bar\|.*read-only\|0\|0\.\.100/0' of 'role:progress bar' range
-    answers 'label\|Plain\|.*' of Plain
+    answers 'label\|Plain ±\|.*' of 'Plain ±'  # from a text in Latin-1
     answers 'combo box\|\|.*' of 'role:combo box'
     answers 'menu item\|Green\|enabled,focusable,selectable\|\|combo box:' of Green parent
     answers 'panel\|Radios\|.*\|3' of Radios rows

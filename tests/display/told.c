@@ -80,7 +80,8 @@ static void fill(void)
     const int32_t choice = CreateGadget(PLINTH_CHOICE_FIELD, window, 20, 310, 200, 24, kColors, 0);
     SetHandlerForGadget(choice, PLINTH_GADGET_VALUE, (void*)option);
     CreateGadget(PLINTH_INTEGER_FIELD, window, 250, 280, 200, 24, "Number", 0);
-    SetTextString(CreateGadget(PLINTH_TEXT_LABEL, window, 250, 310, 100, 20, NULL, 0), "Plain");
+    SetTextString(CreateGadget(PLINTH_TEXT_LABEL, window, 250, 310, 100, 20, NULL, 0),
+                  "Plain \xb1");
     const int32_t radios = CreateGadget(PLINTH_RADIO_GROUP, window, 250, 370, 100, 0, kColors, 0);
     SetTipsWindow(radios, "Radios");
     SetHandlerForGadget(radios, PLINTH_GADGET_VALUE, (void*)radio);

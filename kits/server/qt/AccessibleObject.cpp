@@ -8,6 +8,7 @@
 
 #include "server/qt/AccessibleWindow.h"
 #include "server/qt/NativeWindow.h"
+#include "server/qt/QtText.h"
 
 namespace server {
 
@@ -26,8 +27,6 @@ const QAccessible::Role kRoles[] = {
     QAccessible::Separator,    QAccessible::ComboBox,
 };
 static_assert(std::size(kRoles) == size_t(AccessibleRole::ChoiceField) + 1, "one for each role");
-
-QString string_of(const std::string& text) { return QString::fromStdString(text); }
 
 }  // namespace
 
@@ -107,13 +106,13 @@ QString AccessibleObject::text(QAccessible::Text kind) const
         return {};
     switch (kind) {
         case QAccessible::Name:
-            return string_of(item->name);
+            return qt_text(item->name);
         case QAccessible::Description:
-            return string_of(item->description.empty() ? item->value : item->description);
+            return qt_text(item->description.empty() ? item->value : item->description);
         case QAccessible::Accelerator:
-            return string_of(item->shortcut);
+            return qt_text(item->shortcut);
         case QAccessible::Value:
-            return item->text != nullptr ? text(0, characterCount()) : string_of(item->value);
+            return item->text != nullptr ? text(0, characterCount()) : qt_text(item->value);
         default:
             return {};
     }
@@ -242,7 +241,7 @@ QStringList AccessibleObject::keyBindingsForAction(const QString& name) const
     const AccessibleItem* const item = _Item();
     if (item == nullptr || item->shortcut.empty() || name == setFocusAction())
         return {};
-    return {string_of(item->shortcut)};
+    return {qt_text(item->shortcut)};
 }
 
 // --- its value

@@ -6,6 +6,7 @@
 
 #include "server/qt/AccessibleObject.h"
 #include "server/qt/NativeWindow.h"
+#include "server/qt/QtText.h"
 
 namespace server {
 
@@ -218,9 +219,9 @@ void AccessibleWindow::_TellChanges(const AccessibleItem& before, const Accessib
     }
     const bool ranges = before.range != nullptr && now.range != nullptr;
     if ((ranges && *before.range != *now.range) || before.value != now.value) {
-        QAccessibleValueChangeEvent event(
-            Interface(now.id),
-            now.range != nullptr ? QVariant(now.range->value) : QString::fromStdString(now.value));
+        QAccessibleValueChangeEvent event(Interface(now.id), now.range != nullptr
+                                                                 ? QVariant(now.range->value)
+                                                                 : qt_text(now.value));
         QAccessible::updateAccessibility(&event);
     }
     if (before.text != nullptr && now.text != nullptr)

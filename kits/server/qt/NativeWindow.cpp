@@ -24,6 +24,7 @@
 #include "server/qt/Cursors.h"
 #include "server/qt/Platforms.h"
 #include "server/qt/QtDrag.h"
+#include "server/qt/QtText.h"
 #include "server/qt/QtWindow.h"
 
 namespace server {
@@ -192,7 +193,7 @@ void NativeWindow::SetPlace(BRect frame)
 // Qt puts the program's name where there is no title.
 void NativeWindow::SetTitle(const std::string& title)
 {
-    fTitle = title.empty() && hides_places() ? QStringLiteral(" ") : QString::fromStdString(title);
+    fTitle = title.empty() && hides_places() ? QStringLiteral(" ") : qt_text(title);
     _FitTitle();
 }
 
