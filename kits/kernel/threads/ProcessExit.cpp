@@ -6,7 +6,7 @@
 
 namespace BPrivate {
 
-static constinit std::atomic<void (*)()> sCallback = nullptr;
+static constinit std::atomic<void (*)()> sCallbacks[4] = {};
 
 // A thread that ends by itself stops its watch first, so that only exit() finds one.
 struct Watch {
@@ -15,14 +15,23 @@ struct Watch {
     {
         if (!on)
             return;
-        if (auto* callback = sCallback.exchange(nullptr))
-            callback();
+        for (auto& place : sCallbacks) {
+            if (auto* callback = place.exchange(nullptr))
+                callback();
+        }
     }
 };
 
 static thread_local Watch tWatch;
 
-void on_process_exit(void (*callback)()) { sCallback = callback; }
+void on_process_exit(void (*callback)())
+{
+    for (auto& place : sCallbacks) {
+        void (*known)() = nullptr;
+        if (place.compare_exchange_strong(known, callback) || known == callback)
+            return;
+    }
+}
 
 void watch_for_exit() { tWatch.on = true; }
 

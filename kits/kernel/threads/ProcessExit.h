@@ -8,7 +8,7 @@ namespace BPrivate {
 
 // Calls `callback`, at most once, as soon as a thread of the kit, the main one among them, calls
 // exit() or comes back from main(). A thread that the kit did not start gets there without. Any
-// thread; the latest callback counts.
+// thread; there is room for four.
 void on_process_exit(void (*callback)());
 
 // Between these two the calling thread is watched: whatever takes it down there is exit().

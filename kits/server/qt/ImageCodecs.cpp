@@ -166,19 +166,21 @@ static status_t read_image(StreamDevice& device, const char* format, const Place
 
 bool ReadsImages(const char* format)
 {
-    ready_image_plugins();
-    return QImageReader::supportedImageFormats().contains(format);
+    const ImageWork work;
+    return work.IsAllowed() && QImageReader::supportedImageFormats().contains(format);
 }
 
 bool WritesImages(const char* format)
 {
-    ready_image_plugins();
-    return QImageWriter::supportedImageFormats().contains(format);
+    const ImageWork work;
+    return work.IsAllowed() && QImageWriter::supportedImageFormats().contains(format);
 }
 
 status_t ReadImage(BPositionIO* source, const char* format, const PlaceForImage& place)
 try {
-    ready_image_plugins();
+    const ImageWork work;
+    if (!work.IsAllowed())
+        return B_ERROR;
     StreamDevice device(source);
     return read_image(device, format, place);
 } catch (const std::bad_alloc&) {
@@ -187,7 +189,9 @@ try {
 
 status_t WriteImage(const Surface& image, const char* format, BPositionIO* destination)
 try {
-    ready_image_plugins();
+    const ImageWork work;
+    if (!work.IsAllowed())
+        return B_ERROR;
     QByteArray bytes;
     QBuffer buffer(&bytes);
     buffer.open(QIODevice::ReadWrite);

@@ -1,19 +1,61 @@
 // Qt makes one object of each of its image plug-ins, on the thread that reads or writes the first
 // image, and deletes them when the process ends. It counts the data of a thread that is gone once
-// too little then. Here the plug-ins belong to a thread that stays.
+// too little then. Here the plug-ins belong to a thread that stays. Qt's own globals go with the
+// exit handlers: no thread may be at an image by then.
 
 #include "server/qt/ImagePlugins.h"
 
 #include <QImageReader>
 #include <QLoggingCategory>
 
+#include <stdlib.h>
 #include <tiffio.h>
 
+#include <chrono>
+#include <condition_variable>
 #include <mutex>
 #include <semaphore>
 #include <thread>
 
+#include "kernel/threads/ProcessExit.h"
+
 namespace server {
+
+static const std::chrono::seconds kPatience(2);  // for images, when the process ends
+
+namespace {
+
+struct Works {
+    std::mutex lock;
+    std::condition_variable changed;
+    int count = 0;
+    bool ended = false;
+    std::thread::id ender;  // whose own exit handlers may still save images
+};
+
+}  // namespace
+
+static Works& works()
+{
+    static auto* works = new Works;  // never deleted: threads may ask at any time
+    return *works;
+}
+
+static void end_image_works()
+{
+    std::unique_lock hold(works().lock);
+    if (!works().ended)
+        works().ender = std::this_thread::get_id();
+    works().ended = true;
+    works().changed.wait_for(hold, kPatience, [] { return works().count == 0; });
+}
+
+// In time for the first image too, whenever it comes.
+[[gnu::constructor]] static void watch_exit()
+{
+    BPrivate::on_process_exit(end_image_works);
+    atexit(end_image_works);  // the second best, for threads that the kits do not know
+}
 
 // What is wrong with a file is told by a call's result, not on the program's standard error.
 static void silence_plugins()
@@ -23,7 +65,7 @@ static void silence_plugins()
     TIFFSetWarningHandler(nullptr);
 }
 
-void ready_image_plugins()
+static void ready_plugins()
 {
     static std::once_flag done;
     std::call_once(done, [] {
@@ -38,7 +80,29 @@ void ready_image_plugins()
             hold->for_ever.acquire();
         }).detach();
         hold->ready.acquire();
+        atexit(end_image_works);  // before those that came with the plug-ins
     });
+}
+
+ImageWork::ImageWork()
+{
+    {
+        std::lock_guard hold(works().lock);
+        fAllowed = !works().ended || works().ender == std::this_thread::get_id();
+        if (!fAllowed)
+            return;
+        works().count++;
+    }
+    ready_plugins();
+}
+
+ImageWork::~ImageWork()
+{
+    if (!fAllowed)
+        return;
+    std::lock_guard hold(works().lock);
+    works().count--;
+    works().changed.notify_all();
 }
 
 }  // namespace server

@@ -3,8 +3,20 @@
 
 namespace server {
 
-// To be called before Qt reads or writes an image. Any thread.
-void ready_image_plugins();
+// To be held while Qt reads or writes an image. The process' end waits a while for those that hold
+// one, and allows other threads than its own
+// no more. Any thread.
+class ImageWork {
+public:
+    ImageWork();
+    ~ImageWork();
+    ImageWork(const ImageWork&) = delete;
+    ImageWork& operator=(const ImageWork&) = delete;
+    bool IsAllowed() const { return fAllowed; }
+
+private:
+    bool fAllowed;
+};
 
 }  // namespace server
 

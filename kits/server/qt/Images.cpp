@@ -55,7 +55,9 @@ bool ReadIconFile(const std::string& path, int32 size, std::vector<uint32>* pixe
 {
     QByteArray bytes = size > 0 ? read_file(path) : QByteArray();
     QBuffer buffer(&bytes);
-    ready_image_plugins();
+    const ImageWork work;
+    if (!work.IsAllowed())
+        return false;
     QImageReader reader(&buffer);
     if (reader.format() == "svg") {
         if (bytes.size() > kLargestDrawing || !is_harmless_drawing(bytes))
@@ -83,8 +85,8 @@ std::string EncodePng(const std::vector<uint32>& pixels, int32 width, int32 heig
     QByteArray bytes;
     QBuffer buffer(&bytes);
     buffer.open(QIODevice::WriteOnly);
-    ready_image_plugins();
-    if (!image.save(&buffer, "PNG"))
+    const ImageWork work;
+    if (!work.IsAllowed() || !image.save(&buffer, "PNG"))
         return "";
     return std::string(bytes.constData(), static_cast<size_t>(bytes.size()));
 }

@@ -3,6 +3,7 @@
 
 #include <Application.h>
 #include <Clipboard.h>
+#include <Injection.h>
 
 #include <atomic>
 #include <cassert>
@@ -13,8 +14,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-static const int kRuns = 15;
-static const int kPasses = 20;
+static const int kPasses = 20;  // behind the end
 static const bigtime_t kPatience_us = 60000000;
 static const int kStatus = 7;
 
@@ -34,6 +34,13 @@ static void paste()
     assert(clipboard.Lock());
     clipboard.Data();
     clipboard.Unlock();
+}
+
+// The end comes while the first picture is taken.
+static void take_picture()
+{
+    sPasses++;
+    inject_save_screen("/dev/null");
 }
 
 // Freed memory is handed out to others before long.
@@ -77,23 +84,32 @@ static status_t work_for_ever(void* work)
     }
 }
 
-static int end_in_the_middle(void (*work)())
+struct Way {
+    void (*work)();
+    int passes;  // before the end
+    int runs;
+    bigtime_t later_us;  // each run ends later than the one before
+};
+
+static int end_in_the_middle(const Way& way, int run)
 {
     sHasWorker = true;
-    resume_thread(
-        spawn_thread(work_for_ever, "worker", B_NORMAL_PRIORITY, reinterpret_cast<void*>(work)));
-    while (sPasses < kPasses)
+    resume_thread(spawn_thread(work_for_ever, "worker", B_NORMAL_PRIORITY,
+                               reinterpret_cast<void*>(way.work)));
+    while (sPasses < way.passes)
         snooze(100);
+    snooze(run * way.later_us);
     exit(kStatus);
 }
 
 int main()
 {
-    for (void (*work)() : {take_part, paste}) {
-        for (int run = 0; run < kRuns; run++) {
+    for (const Way& way :
+         {Way{take_part, 20, 15, 0}, Way{paste, 20, 5, 0}, Way{take_picture, 1, 20, 2000}}) {
+        for (int run = 0; run < way.runs; run++) {
             const pid_t child = fork();
             if (child == 0)
-                return end_in_the_middle(work);
+                return end_in_the_middle(way, run);
             int status = 0;
             assert(child > 0 && waitpid(child, &status, 0) == child);
             assert(WIFEXITED(status) && WEXITSTATUS(status) == kStatus);
