@@ -277,6 +277,47 @@ TEST_F(TextViewTest, RegionCoversTheLinesOfAPart)
     EXPECT_EQ(region.CountRects(), 0);
 }
 
+// Latin letters, Hebrew ones, digits and Latin letters; the digits stand left of the Hebrew word.
+TEST_F(TextViewTest, PartsOfATextOfTwoDirectionsAreWhereTheirLettersStand)
+{
+    const char* const kText = "abc \u05e9\u05dc\u05d5\u05dd 123 def";
+    view.SetText(kText);
+    const auto part = [&](int32 from, int32 to) {
+        BRegion region;
+        view.GetTextRegion(from, to, &region);
+        return region;
+    };
+    const int32 hebrew = 4, digits = 13, latin = 17, length = 20;
+    BRegion most = part(1, digits + 2);
+    EXPECT_EQ(most.CountRects(), 2) << "the last digit is not in it";
+    const BRect left_over = part(digits + 2, digits + 3).Frame();
+    EXPECT_LT(most.RectAt(0).right, left_over.right);
+    EXPECT_GT(most.RectAt(1).left, left_over.left);
+
+    // Each character has its place, and they fill the line.
+    float sum = 0;
+    std::vector<int32> places;
+    for (int32 at = 0; at < length; at += at >= hebrew && at < hebrew + 8 ? 2 : 1)
+        places.push_back(at);
+    places.push_back(length);
+    for (size_t i = 0; i + 1 < places.size(); i++) {
+        BRegion one;
+        one.Set(part(places[i], places[i + 1]).Frame());
+        EXPECT_EQ(part(places[i], places[i + 1]).CountRects(), 1) << places[i];
+        sum += one.Frame().Width() + 1;
+    }
+    EXPECT_NEAR(sum, view.LineWidth(0), float(places.size()));
+    EXPECT_LT(part(digits, latin).Frame().left, part(hebrew, hebrew + 8).Frame().left);
+    EXPECT_GT(part(hebrew, hebrew + 2).Frame().left, part(hebrew + 2, hebrew + 4).Frame().left);
+
+    // What goes on in the next line ends at the right of this one.
+    view.SetText((std::string(kText) + "\nnext").c_str());
+    BRegion down = part(hebrew + 2, length + 3);
+    EXPECT_EQ(down.Frame().right, view.TextRect().right);
+    EXPECT_FALSE(down.Contains(BPoint(part(0, 1).Frame().left + 1, view.PointAt(0).y + 1)));
+    EXPECT_TRUE(down.Contains(BPoint(part(0, 1).Frame().left + 1, view.PointAt(21).y + 1)));
+}
+
 TEST_F(TextViewTest, SelectionsKeepClustersWhole)
 {
     view.SetText("ae\u0301\U0001F1E9\U0001F1EAb");

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <string>
 #include <string_view>
 
 #include <interface/drawing/FontAccess.h>
@@ -72,27 +73,70 @@ float GlyphWidths::Sum(const char* text, int32 length)
     return rest.empty() ? sum : server::StringWidth(fSpec, text, length, nullptr);
 }
 
-// As drawing places them, or by their widths alone.
-static void shaped_starts(const server::FontSpec& spec, const char* text, int32 length,
-                          GlyphWidths::Along along, std::vector<float>* starts)
+namespace {
+
+struct Measured {
+    int32 offset;
+    int32 size;
+    float left;
+    float advance;
+};
+
+}  // namespace
+
+// The characters of a text as drawing places them.
+static std::vector<Measured> measured(const server::FontSpec& spec, const char* text, int32 length)
 {
     const std::string ended(text, size_t(length));
     std::vector<server::CharacterMetrics> metrics(size_t(length) + 1);
     const int32 count = server::MeasureCharacters(spec, ended.c_str(), length, nullptr,
                                                   server::Boxes::None, metrics.data());
-    float width = 0;
+    std::vector<Measured> characters;
     int32 at = 0;
     for (int32 i = 0; i < count && at < length; i++) {
         uint32 code;
         const int32 size = server::NextCharacter(spec, text + at, length - at, &code);
         const server::CharacterMetrics& metric = metrics[size_t(i)];
-        const float start = along == GlyphWidths::Along::Line ? metric.start : width;
-        for (int32 byte = 0; byte < size; byte++)
-            (*starts)[size_t(at + byte)] = start;
-        width = std::max(width, start + metric.advance);
+        characters.push_back({at, size, metric.start, metric.advance});
         at += size;
     }
-    std::fill(starts->begin() + at, starts->end(), width);
+    return characters;
+}
+
+// As drawing places them, or by their widths alone.
+static void shaped_starts(const server::FontSpec& spec, const char* text, int32 length,
+                          GlyphWidths::Along along, std::vector<float>* starts)
+{
+    float width = 0;
+    int32 behind = 0;
+    for (const Measured& each : measured(spec, text, length)) {
+        const float start = along == GlyphWidths::Along::Line ? each.left : width;
+        std::fill_n(starts->begin() + each.offset, each.size, start);
+        width = std::max(width, start + each.advance);
+        behind = each.offset + each.size;
+    }
+    std::fill(starts->begin() + behind, starts->end(), width);
+}
+
+std::vector<GlyphWidths::Span> GlyphWidths::Spans(const char* text, int32 length, int32 from,
+                                                  int32 to) const
+{
+    const float kTouching = 0.01f;
+    std::vector<Span> parts;
+    for (const Measured& each : measured(fSpec, text, length)) {
+        if (each.offset >= from && each.offset < to && each.advance > 0)
+            parts.push_back({each.left, each.left + each.advance});
+    }
+    std::sort(parts.begin(), parts.end(),
+              [](const Span& a, const Span& b) { return a.left < b.left; });
+    std::vector<Span> spans;
+    for (const Span& part : parts) {
+        if (spans.empty() || part.left > spans.back().right + kTouching)
+            spans.push_back(part);
+        else
+            spans.back().right = std::max(spans.back().right, part.right);
+    }
+    return spans;
 }
 
 void GlyphWidths::Starts(const char* text, int32 length, Along along, std::vector<float>* starts)

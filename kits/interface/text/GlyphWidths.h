@@ -32,6 +32,13 @@ public:
     // line, or how wide the text before it is, which differ where letters are read from the right.
     enum class Along { Line, Text };
     void Starts(const char* text, int32 length, Along along, std::vector<float>* starts);
+    // What the characters that begin at bytes `from` to before `to` take up of the line, from left
+    // to right: several parts where some letters are read from the right.
+    struct Span {
+        float left;
+        float right;
+    };
+    std::vector<Span> Spans(const char* text, int32 length, int32 from, int32 to) const;
 
 private:
     static const uint32 kPage = 256;

@@ -8,6 +8,7 @@
 #include <string_view>
 
 #include <server/text/Characters.h>
+#include <server/text/LineOrder.h>
 #include <support/ValidUTF8.h>
 
 namespace BPrivate {
@@ -188,6 +189,48 @@ float TextBody::XAt(const LineTable::Place& line, int32 offset) const
         return false;
     });
     return x;
+}
+
+// A line of a whole file is not looked through.
+bool TextBody::Turns(const LineTable::Place& line) const
+{
+    const uint8 kFirst = 0xD6;  // no letter that turns begins with a lower byte
+    if (fHidden || _IsLong(line))
+        return false;
+    const char* bytes = fBuffer.Bytes(line.offset, line.line.length, &fCopy);
+    std::string_view rest(bytes, size_t(line.line.length));
+    while (!rest.empty()) {
+        if (uint8(rest[0]) < kFirst) {
+            rest.remove_prefix(1);
+            continue;
+        }
+        uint32 code;
+        rest.remove_prefix(next_character(rest, &code));
+        if (server::TurnsOrder(code))
+            return true;
+    }
+    return false;
+}
+
+std::vector<GlyphWidths::Span> TextBody::Spans(const LineTable::Place& line, int32 from,
+                                               int32 to) const
+{
+    std::vector<GlyphWidths::Span> spans;
+    EachPiece(line, 0, [&](const TextPiece& piece) {
+        const int32 end = piece.offset + piece.length;
+        if (from >= end || to <= piece.offset || piece.width <= 0)
+            return to > piece.offset;
+        if (piece.drawn == 0 || (from <= piece.offset && to >= end)) {
+            spans.push_back({piece.x, piece.x + piece.width});
+            return true;
+        }
+        const GlyphWidths& widths = *fStyles.At(piece.style).widths;
+        for (const GlyphWidths::Span& part :
+             widths.Spans(piece.bytes, piece.drawn, from - piece.offset, to - piece.offset))
+            spans.push_back({piece.x + part.left, piece.x + part.right});
+        return true;
+    });
+    return spans;
 }
 
 int32 TextBody::OffsetAt(const LineTable::Place& line, float x) const

@@ -12,6 +12,7 @@
 #include <string>
 #include <vector>
 
+#include "interface/text/GlyphWidths.h"
 #include "interface/text/LineTable.h"
 #include "interface/text/LongLine.h"
 #include "interface/text/StyleRuns.h"
@@ -101,6 +102,10 @@ public:
 
     // From a line's start to a byte in it.
     float XAt(const LineTable::Place& line, int32 offset) const;
+    // Whether letters of a line are read from the right, so that a part of its text may stand in
+    // several places; and these, as distances from its start, from left to right.
+    bool Turns(const LineTable::Place& line) const;
+    std::vector<GlyphWidths::Span> Spans(const LineTable::Place& line, int32 from, int32 to) const;
     // The place between characters of a line that is nearest to a distance from its start.
     int32 OffsetAt(const LineTable::Place& line, float x) const;
 

@@ -230,6 +230,14 @@ void TextData::EachRect(int32 start, int32 end, BRect limit, Act act) const
         const float left = Left(line);
         float right = std::max(textRect.right, left + line.line.width);
         const bool whole = end > behind || (end == behind && EndsParagraph(line));
+        if ((!whole || start > line.offset) && body.Turns(line)) {
+            const float bottom = top + line.line.height - 1;
+            for (const auto& span : body.Spans(line, start, end))
+                act(BRect(left + span.left, top, left + span.right - 1, bottom));
+            if (whole && right > left + line.line.width)
+                act(BRect(left + line.line.width, top, right, bottom));
+            return true;
+        }
         if (!whole)
             right = left + body.XAt(line, end) - 1;
         const float x =
