@@ -113,8 +113,11 @@ std::string known_directory_path(dev_t device, ino_t inode)
 
 void learn_directory(dev_t device, ino_t inode, const std::string& path)
 {
+    if (path[0] != '/' || known_directory_path(device, inode) == path)
+        return;
+    std::string known_path;
     struct stat info;
-    if (known_directory_path(device, inode).empty() && path[0] == '/' &&
+    if (find_directory_path(device, inode, &known_path) != B_OK &&
         lstat(path.c_str(), &info) == 0 && S_ISDIR(info.st_mode) &&
         key_of(info.st_dev, info.st_ino) == key_of(device, inode))
         remember_node(path, info);

@@ -24,7 +24,8 @@ status_t find_directory_path(dev_t device, ino_t inode, std::string* path);
 // The remembered path as it is, without a look whether it is still right; empty if there is none.
 std::string known_directory_path(dev_t device, ino_t inode);
 
-// Remembers what another program says of a directory that was never met here, if it is true.
+// Remembers what another program says of a directory that was never met here, or is no longer where
+// it was, if it is true.
 void learn_directory(dev_t device, ino_t inode, const std::string& path);
 
 // The same for any node, of which only the last thousands are kept unless they are directories.

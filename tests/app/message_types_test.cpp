@@ -5,6 +5,7 @@
 #include <Message.h>
 #include <Messenger.h>
 #include <Node.h>
+#include <Path.h>
 #include <Rect.h>
 #include <Size.h>
 #include <String.h>
@@ -14,7 +15,10 @@
 #include <gtest/gtest.h>
 
 #include <cstring>
+#include <filesystem>
 #include <string>
+
+#include "support/temp_folder.h"
 
 namespace {
 
@@ -221,6 +225,40 @@ TEST(MessageTypes, StringsComeAsObjectsAndLists)
     EXPECT_STREQ("?", message.GetString("s", 9, "?"));
     EXPECT_EQ(B_BAD_VALUE, message.FindStrings("s", nullptr));
     EXPECT_EQ(B_NAME_NOT_FOUND, message.FindStrings("t", &all));
+}
+
+// As it comes from a program that met the directory at its new place: its path is at the end.
+BMessage sent_from(const entry_ref& ref, const std::string& folder)
+{
+    BMessage own, sent;
+    own.AddRef("r", &ref);
+    const void* data;
+    ssize_t size;
+    own.FindData("r", B_REF_TYPE, &data, &size);
+    std::string flat(static_cast<const char*>(data), size);
+    flat.resize(16 + strlen(ref.name) + 1);
+    flat.append(folder.c_str(), folder.size() + 1);
+    sent.AddData("r", B_REF_TYPE, flat.data(), flat.size(), false);
+    return sent;
+}
+
+TEST(MessageTypes, ReferencesTellWhereAnotherProgramMovedTheirDirectory)
+{
+    const TempFolder folder;
+    std::filesystem::create_directory(folder.At("/old"));
+    entry_ref ref, found;
+    ASSERT_EQ(B_OK, get_ref_for_path(folder.At("/old/letter").c_str(), &ref));
+    // What is not true is not believed.
+    ASSERT_EQ(B_OK, sent_from(ref, folder.At("")).FindRef("r", &found));
+    EXPECT_EQ(folder.At("/old/letter"), BPath(&found).Path());
+    std::filesystem::rename(folder.At("/old"), folder.At("/new"));
+    EXPECT_EQ(B_ENTRY_NOT_FOUND, BPath(&ref).InitCheck());
+    ASSERT_EQ(B_OK, sent_from(ref, folder.At("")).FindRef("r", &found));
+    EXPECT_EQ(B_ENTRY_NOT_FOUND, BPath(&found).InitCheck());
+    ASSERT_EQ(B_OK, sent_from(ref, folder.At("/new")).FindRef("r", &found));
+    EXPECT_TRUE(found == ref);
+    ASSERT_EQ(B_OK, BPath(&found).InitCheck());
+    EXPECT_EQ(folder.At("/new/letter"), BPath(&found).Path());
 }
 
 TEST(MessageTypes, ReferencesAreReplaced)
