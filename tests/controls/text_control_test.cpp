@@ -1,8 +1,7 @@
 // Text controls: what keys, focus and programs make of the text, and which messages that sends.
 
 #include <Button.h>
-#include <TextControl.h>
-#include <TextView.h>
+#include <TextControl.h>  // brings what its TextView() is
 
 #include <gtest/gtest.h>
 

@@ -2,10 +2,9 @@
 #define _TEXT_CONTROL_H
 
 #include <Control.h>
+#include <TextView.h>
 
 #include <memory>
-
-class BTextView;
 
 /* A label and beside it a field for one line of text. Enter, or the focus going elsewhere, sends
    the control's message if the text was changed; every change sends the modification message.
