@@ -50,12 +50,14 @@ static int sSignalPipe[2] = {-1, -1};
 
 static status_t flush_all(void* done)
 {
+    fflush(stdout);
     fflush(nullptr);
     release_sem(static_cast<sem_id>(reinterpret_cast<intptr_t>(done)));
     return B_OK;
 }
 
-// A stream may be kept for long by a thread that reads from it.
+// A stream may be kept for long by a thread that reads from it: what the program has said goes
+// before all others.
 static void flush_streams()
 {
     const sem_id done = create_sem(0, "flushed");

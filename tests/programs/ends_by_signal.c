@@ -5,6 +5,7 @@
 #include "again.h"
 
 #include <Injection.h>
+#include <pthread.h>
 #include <signal.h>
 
 static void never_return(int32_t x, int32_t y, int32_t button, int32_t clicks)
@@ -18,6 +19,15 @@ static void never_return(int32_t x, int32_t y, int32_t button, int32_t clicks)
         WaitTicks(1000);
 }
 
+/* Keeps the latest of all streams for good. */
+static void* read_for_ever(void* unused)
+{
+    int ends[2];
+    expect(pipe(ends) == 0);
+    getc(fdopen(ends[0], "r"));
+    return unused;
+}
+
 static int32_t refuse(void) { return 0; }
 
 static void be_signalled(int number, const char* folder, int in_handler)
@@ -28,6 +38,8 @@ static void be_signalled(int number, const char* folder, int in_handler)
     SetHandlerForWindow(window, PLINTH_CLOSE_REQUESTED, (void*)refuse);
     WriteFile(OpenFile(path, 1), "channel");
     printf("said");
+    pthread_t reader;
+    expect(pthread_create(&reader, NULL, read_for_ever, NULL) == 0);
     if (number == SIGHUP) {
         kill(getpid(), SIGHUP); /* ignored */
         WaitTicks(50000);
