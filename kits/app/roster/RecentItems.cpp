@@ -22,8 +22,8 @@
 #include "app/roster/RunningApps.h"
 #include "storage/desktop/DataFolders.h"
 #include "storage/desktop/FileReplacement.h"
-#include "support/UriPaths.h"
 #include "support/Held.h"
+#include "support/UriPaths.h"
 
 namespace BPrivate {
 
@@ -133,7 +133,7 @@ static void touch(GBookmarkFile* file, const std::string& uri, const std::string
 
 void add_recent_file(const std::string& path, const std::string& type, const char* signature)
 {
-    const std::string uri = BPrivate::uri_of_path(path);
+    const std::string uri = uri_of_path(path);
     const std::string name = own_name(signature);
     if (!uri.empty())
         edit_list(uri, [&](GBookmarkFile* file) { touch(file, uri, type, name); });
@@ -141,7 +141,7 @@ void add_recent_file(const std::string& path, const std::string& type, const cha
 
 void add_recent_app(const std::string& executable, const storage::ApplicationRef& application)
 {
-    const std::string uri = BPrivate::uri_of_path(executable);
+    const std::string uri = uri_of_path(executable);
     const std::string name = application != nullptr ? application->signature : executable;
     if (uri.empty())
         return;
@@ -175,7 +175,7 @@ static std::vector<std::string> uris_by_time(GBookmarkFile* file)
 static RecentItem item_of(GBookmarkFile* file, const std::string& uri)
 {
     RecentItem item;
-    item.path = BPrivate::path_of_uri(uri);
+    item.path = path_of_uri(uri);
     item.type = take_text(g_bookmark_file_get_mime_type(file, uri.c_str(), nullptr));
     item.applications =
         take_texts(g_bookmark_file_get_applications(file, uri.c_str(), nullptr, nullptr));
