@@ -4,8 +4,7 @@
 namespace server {
 
 // To be held while Qt reads or writes an image. The process' end waits a while for those that hold
-// one, and allows other threads than its own
-// no more. Any thread.
+// one, and allows no other thread than its own one any more. Any thread.
 class ImageWork {
 public:
     ImageWork();
