@@ -30,7 +30,8 @@ struct Works {
     std::condition_variable changed;
     int count = 0;
     bool ended = false;
-    std::thread::id ender;  // whose own exit handlers may still save images
+    std::thread::id ender;  // whose own exit handlers may still save images,
+    bool over = false;      // but not once Qt's have run
 };
 
 }  // namespace
@@ -48,6 +49,13 @@ static void end_image_works()
         works().ender = std::this_thread::get_id();
     works().ended = true;
     works().changed.wait_for(hold, kPatience, [] { return works().count == 0; });
+}
+
+static void end_all_image_works()
+{
+    end_image_works();
+    std::lock_guard hold(works().lock);
+    works().over = true;
 }
 
 // In time for the first image too, whenever it comes.
@@ -80,7 +88,7 @@ static void ready_plugins()
             hold->for_ever.acquire();
         }).detach();
         hold->ready.acquire();
-        atexit(end_image_works);  // before those that came with the plug-ins
+        atexit(end_all_image_works);  // before those that came with the plug-ins
     });
 }
 
@@ -88,7 +96,8 @@ ImageWork::ImageWork()
 {
     {
         std::lock_guard hold(works().lock);
-        fAllowed = !works().ended || works().ender == std::this_thread::get_id();
+        const bool ends = works().ender == std::this_thread::get_id() && !works().over;
+        fAllowed = !works().ended || ends;
         if (!fAllowed)
             return;
         works().count++;

@@ -3,8 +3,9 @@
 
 namespace server {
 
-// To be held while Qt reads or writes an image. The process' end waits a while for those that hold
-// one, and allows no other thread than its own one any more. Any thread.
+// To be held while Qt reads or writes an image, and until its objects for that are gone. The
+// process' end waits a while for those that hold one, and allows no other thread than its own one
+// any more. Any thread.
 class ImageWork {
 public:
     ImageWork();

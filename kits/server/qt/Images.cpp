@@ -53,11 +53,11 @@ static QImage fitted(const QImage& image, int size)
 
 bool ReadIconFile(const std::string& path, int32 size, std::vector<uint32>* pixels)
 {
-    QByteArray bytes = size > 0 ? read_file(path) : QByteArray();
-    QBuffer buffer(&bytes);
-    const ImageWork work;
+    const ImageWork work;  // outlives all of Qt's in here
     if (!work.IsAllowed())
         return false;
+    QByteArray bytes = size > 0 ? read_file(path) : QByteArray();
+    QBuffer buffer(&bytes);
     QImageReader reader(&buffer);
     if (reader.format() == "svg") {
         if (bytes.size() > kLargestDrawing || !is_harmless_drawing(bytes))
@@ -80,13 +80,15 @@ bool ReadIconFile(const std::string& path, int32 size, std::vector<uint32>* pixe
 
 std::string EncodePng(const std::vector<uint32>& pixels, int32 width, int32 height)
 {
+    const ImageWork work;  // outlives all of Qt's in here
+    if (!work.IsAllowed())
+        return "";
     const QImage image(reinterpret_cast<const uchar*>(pixels.data()), width, height, width * 4,
                        QImage::Format_ARGB32);
     QByteArray bytes;
     QBuffer buffer(&bytes);
     buffer.open(QIODevice::WriteOnly);
-    const ImageWork work;
-    if (!work.IsAllowed() || !image.save(&buffer, "PNG"))
+    if (!image.save(&buffer, "PNG"))
         return "";
     return std::string(bytes.constData(), static_cast<size_t>(bytes.size()));
 }
