@@ -389,10 +389,8 @@ BHandler* BApplication::ResolveSpecifier(BMessage* message, int32 index, BMessag
     // What is asked is a property of the window or looper, which answers instead.
     message->PopSpecifier();
     if (MessengerAccess::PassOn(find_asked(*this, property, *specifier), message) != B_OK) {
-        BMessage reply(B_MESSAGE_NOT_UNDERSTOOD);
-        reply.AddInt32("error", form == B_NAME_SPECIFIER ? B_NAME_NOT_FOUND : B_BAD_INDEX);
-        reply.AddString("message", "no such window or looper");
-        message->SendReply(&reply);
+        BPrivate::answer_missing(message, BPrivate::missing_error(form),
+                                 "no such window or looper");
     }
     return nullptr;
 }

@@ -512,10 +512,7 @@ BHandler* BLooper::ResolveSpecifier(BMessage* message, int32 index, BMessage* sp
         message->PopSpecifier();
         return target;
     }
-    BMessage reply(B_MESSAGE_NOT_UNDERSTOOD);
-    reply.AddInt32("error", what == B_NAME_SPECIFIER ? B_NAME_NOT_FOUND : B_BAD_INDEX);
-    reply.AddString("message", "no such handler");
-    message->SendReply(&reply);
+    BPrivate::answer_missing(message, BPrivate::missing_error(what), "no such handler");
     return nullptr;
 }
 

@@ -17,6 +17,21 @@ inline bool knows_property(const property_info* table, BMessage* message, int32 
     return info.FindMatch(message, index, specifier, form, property) >= 0;
 }
 
+// Tells who sent a message that what its specifier names is not there.
+inline void answer_missing(BMessage* message, status_t error, const char* what)
+{
+    BMessage reply(B_MESSAGE_NOT_UNDERSTOOD);
+    reply.AddInt32("error", error);
+    reply.AddString("message", what);
+    message->SendReply(&reply);
+}
+
+// What is wrong with the name or the index of a specifier of that form.
+inline status_t missing_error(int32 form)
+{
+    return form == B_NAME_SPECIFIER ? B_NAME_NOT_FOUND : B_BAD_INDEX;
+}
+
 // For GetSupportedSuites(): the name of the suite and its table.
 inline status_t add_suite(BMessage* data, const char* name, const property_info* table)
 {

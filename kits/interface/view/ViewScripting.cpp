@@ -48,10 +48,7 @@ BHandler* BView::ResolveSpecifier(BMessage* message, int32 index, BMessage* spec
         message->PopSpecifier();
         return found;
     }
-    BMessage reply(B_MESSAGE_NOT_UNDERSTOOD);
-    reply.AddInt32("error", form == B_NAME_SPECIFIER ? B_NAME_NOT_FOUND : B_BAD_INDEX);
-    reply.AddString("message", "no such view");
-    message->SendReply(&reply);
+    BPrivate::answer_missing(message, BPrivate::missing_error(form), "no such view");
     return nullptr;
 }
 

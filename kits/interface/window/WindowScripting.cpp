@@ -49,10 +49,7 @@ BHandler* BWindow::ResolveSpecifier(BMessage* message, int32 index, BMessage* sp
             message->PopSpecifier();
             return view;
         }
-        BMessage reply(B_MESSAGE_NOT_UNDERSTOOD);
-        reply.AddInt32("error", B_BAD_INDEX);
-        reply.AddString("message", "no such view");
-        message->SendReply(&reply);
+        BPrivate::answer_missing(message, B_BAD_INDEX, "no such view");
         return nullptr;
     }
     if (BPrivate::knows_property(kProperties, message, index, specifier, form, property))
