@@ -342,8 +342,9 @@ TEST_F(TextViewTest, ShapedTextIsAsWideAsItIsDrawn)
     for (const char* text : kTexts) {
         view.SetText(text);
         EXPECT_EQ(view.LineWidth(0), Width(text)) << text;
-        EXPECT_EQ(view.PointAt(view.TextLength()).x, 4 + Width(text)) << text;
     }
+    view.SetText("e\u0301a");
+    EXPECT_EQ(view.PointAt(view.TextLength()).x, 4 + Width("e\u0301a"));
     BFont kerned(be_plain_font);
     kerned.SetSpacing(B_CHAR_SPACING);
     view.SetText("AVAVAV");
@@ -363,13 +364,13 @@ TEST_F(TextViewTest, PlacesAndOffsetsAreEachOthersInverse)
     }
 }
 
-TEST_F(TextViewTest, PlacesInLinesOfBothDirectionsAreEachOthersInverse)
+// Two offsets may share a place where the direction changes.
+TEST_F(TextViewTest, ClicksOnCaretsOfBothDirectionsFindTheirPlacesAgain)
 {
     const char* const kTexts[] = {
-        "ab \u05D0\u05D1\u05D2 12-34 (\u05D3) cd",
-        "\u05D0\u05D1 (c 1.5) \u05D2",
-        "\u0661\u0662 \u0663 \u0633\u0646!",
-        "\u05D0\u05D1\u05D2 \u05D3",
+        "ab \u05D0\u05D1\u05D2 12-34 (\u05D3) cd",   "\u05D0\u05D1 (c 1.5) \u05D2",
+        "\u0661\u0662 \u0663 \u0633\u0646!",         "\u05D0\u05D1\u05D2 \u05D3",
+        "a\u0301 \u05D0\u05B8\u05D1 \u0644\u0627\n",
     };
     for (const char* text : kTexts) {
         view.SetText(text);
@@ -378,9 +379,29 @@ TEST_F(TextViewTest, PlacesInLinesOfBothDirectionsAreEachOthersInverse)
                 continue;
             float height;
             const BPoint point = view.PointAt(offset, &height);
-            EXPECT_EQ(view.OffsetAt(BPoint(point.x, point.y + height / 2)), offset) << text;
+            const int32 found = view.OffsetAt(BPoint(point.x, point.y + height / 2));
+            EXPECT_EQ(view.PointAt(found), point) << text << offset;
         }
     }
+}
+
+// As typed letters appear behind it.
+TEST_F(TextViewTest, TheCaretStandsBehindTheLetterBeforeIt)
+{
+    const float left = view.TextRect().left, letter = Width("\u05D0");
+    view.SetText("\u05D0\u05D0\u05D0\n\u05D0\u05D0 12");
+    EXPECT_EQ(view.PointAt(0).x, left + 3 * letter);
+    EXPECT_EQ(view.PointAt(2).x, left + 2 * letter);
+    EXPECT_EQ(view.PointAt(4).x, left + letter);
+    EXPECT_EQ(view.PointAt(6).x, left);
+    EXPECT_EQ(view.PointAt(7).x, left + Width("12 ") + 2 * letter);
+    EXPECT_EQ(view.PointAt(14).x, left + Width("12"));  // numbers are read from the left
+    // Either half of a letter is the place at that side of it.
+    const float y = view.PointAt(0).y + 2;
+    EXPECT_EQ(view.OffsetAt(BPoint(left + letter * 1.25f, y)), 4);
+    EXPECT_EQ(view.OffsetAt(BPoint(left + letter * 1.75f, y)), 2);
+    EXPECT_EQ(view.OffsetAt(BPoint(left - 5, y)), 6);
+    EXPECT_EQ(view.OffsetAt(BPoint(left + letter * 9, y)), 0);
 }
 
 TEST_F(TextViewTest, WordsReadFromTheRightFillTheirLines)

@@ -80,6 +80,11 @@ struct Measured {
     int32 size;
     float left;
     float advance;
+    bool turned;
+
+    float Right() const { return left + advance; }
+    float Before() const { return turned ? Right() : left; }
+    float Behind() const { return turned ? left : Right(); }
 };
 
 }  // namespace
@@ -97,7 +102,7 @@ static std::vector<Measured> measured(const server::FontSpec& spec, const char* 
         uint32 code;
         const int32 size = server::NextCharacter(spec, text + at, length - at, &code);
         const server::CharacterMetrics& metric = metrics[size_t(i)];
-        characters.push_back({at, size, metric.start, metric.advance});
+        characters.push_back({at, size, metric.start, metric.advance, metric.turned});
         at += size;
     }
     return characters;
@@ -107,15 +112,32 @@ static std::vector<Measured> measured(const server::FontSpec& spec, const char* 
 static void shaped_starts(const server::FontSpec& spec, const char* text, int32 length,
                           GlyphWidths::Along along, std::vector<float>* starts)
 {
-    float width = 0;
+    const std::vector<Measured> characters = measured(spec, text, length);
+    const bool on_line = along == GlyphWidths::Along::Line;
+    float start = on_line && !characters.empty() ? characters[0].Before() : 0;
     int32 behind = 0;
-    for (const Measured& each : measured(spec, text, length)) {
-        const float start = along == GlyphWidths::Along::Line ? each.left : width;
+    for (const Measured& each : characters) {
         std::fill_n(starts->begin() + each.offset, each.size, start);
-        width = std::max(width, start + each.advance);
+        if (each.advance > 0)  // else it stands with the one before
+            start = on_line ? each.Behind() : start + each.advance;
         behind = each.offset + each.size;
     }
-    std::fill(starts->begin() + behind, starts->end(), width);
+    std::fill(starts->begin() + behind, starts->end(), start);
+}
+
+GlyphWidths::Side GlyphWidths::SideAt(const char* text, int32 length, float x) const
+{
+    Side side = {0, false, 0};
+    float nearest = INFINITY;
+    for (const Measured& each : measured(fSpec, text, length)) {
+        const float off = std::fabs(x - std::clamp(x, each.left, each.Right()));
+        if (each.advance <= 0 || off >= nearest)
+            continue;
+        nearest = off;
+        const bool left = x < each.left + each.advance / 2;
+        side = {each.offset, left == each.turned, left ? each.left : each.Right()};
+    }
+    return side;
 }
 
 std::vector<GlyphWidths::Span> GlyphWidths::Spans(const char* text, int32 length, int32 from,

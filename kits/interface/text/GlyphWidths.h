@@ -28,8 +28,9 @@ public:
     float Of(uint32 code);
     // Of a text without tabs, line feeds and zero bytes.
     float Sum(const char* text, int32 length);
-    // Where each byte's character begins from the start, `length` + 1 places: as it stands on the
-    // line, or how wide the text before it is, which differ where letters are read from the right.
+    // Where the caret before each byte's character stands, `length` + 1 places: behind the
+    // character before it on the line, or how wide the text before it is. They differ where letters
+    // are read from the right.
     enum class Along { Line, Text };
     void Starts(const char* text, int32 length, Along along, std::vector<float>* starts);
     // What the characters that begin at bytes `from` to before `to` take up of the line, from left
@@ -39,6 +40,13 @@ public:
         float right;
     };
     std::vector<Span> Spans(const char* text, int32 length, int32 from, int32 to) const;
+    // The character that `x` is nearest to, and which side of it: before or behind it in the text.
+    struct Side {
+        int32 offset;
+        bool behind;
+        float x;  // where that side stands on the line
+    };
+    Side SideAt(const char* text, int32 length, float x) const;
 
 private:
     static const uint32 kPage = 256;

@@ -169,24 +169,48 @@ void TextBody::_PlaceStarts(const TextPiece& piece, GlyphWidths::Along along) co
     }
 }
 
-float TextBody::XAt(const LineTable::Place& line, int32 offset) const
+static bool turns(std::string_view text)
+{
+    const uint8 kFirst = 0xD6;  // no letter that turns begins with a lower byte
+    while (!text.empty()) {
+        if (uint8(text[0]) < kFirst) {
+            text.remove_prefix(1);
+            continue;
+        }
+        uint32 code;
+        text.remove_prefix(next_character(text, &code));
+        if (server::TurnsOrder(code))
+            return true;
+    }
+    return false;
+}
+
+static bool turns(const TextPiece& piece)
+{
+    return turns(std::string_view(piece.bytes, size_t(piece.drawn)));
+}
+
+float TextBody::XAt(const LineTable::Place& line, int32 offset, GlyphWidths::Along along) const
 {
     const int32 end = line.offset + line.line.length;
     const LongLine::Place part =
         _IsLong(line) ? fLong.AtOffset(offset) : LongLine::Place{line.offset, end, 0};
     float x = part.x;
     _EachPieceFrom(part, end, [&](const TextPiece& piece) {
-        if (offset >= piece.offset + piece.length) {
+        if (offset == piece.offset && offset > part.offset)
+            return false;  // behind the piece before
+        const int32 behind = piece.offset + piece.length;
+        const bool turned = offset <= behind && along == GlyphWidths::Along::Line && turns(piece);
+        if (offset >= behind && !turned) {
             x = piece.x + piece.width;
             return true;
         }
         x = piece.x;
-        // A first letter that is read from the right does not stand at the left.
-        if (offset > piece.offset || (piece.drawn > 0 && uint8(piece.bytes[0]) >= 0x80)) {
-            _PlaceStarts(piece);
+        if (offset > piece.offset || turned) {
+            _PlaceStarts(piece, along);
             x += fStarts[size_t(offset - piece.offset)];
         }
-        return false;
+        return offset == behind;
     });
     return x;
 }
@@ -194,22 +218,8 @@ float TextBody::XAt(const LineTable::Place& line, int32 offset) const
 // A line of a whole file is not looked through.
 bool TextBody::Turns(const LineTable::Place& line) const
 {
-    const uint8 kFirst = 0xD6;  // no letter that turns begins with a lower byte
-    if (fHidden || _IsLong(line))
-        return false;
-    const char* bytes = fBuffer.Bytes(line.offset, line.line.length, &fCopy);
-    std::string_view rest(bytes, size_t(line.line.length));
-    while (!rest.empty()) {
-        if (uint8(rest[0]) < kFirst) {
-            rest.remove_prefix(1);
-            continue;
-        }
-        uint32 code;
-        rest.remove_prefix(next_character(rest, &code));
-        if (server::TurnsOrder(code))
-            return true;
-    }
-    return false;
+    return !fHidden && !_IsLong(line) &&
+           turns({fBuffer.Bytes(line.offset, line.line.length, &fCopy), size_t(line.line.length)});
 }
 
 std::vector<GlyphWidths::Span> TextBody::Spans(const LineTable::Place& line, int32 from,
@@ -247,6 +257,15 @@ int32 TextBody::OffsetAt(const LineTable::Place& line, float x) const
         }
     };
     EachPiece(line, x, [&](const TextPiece& piece) {
+        if (turns(piece)) {
+            const GlyphWidths& widths = *fStyles.At(piece.style).widths;
+            const GlyphWidths::Side side = widths.SideAt(piece.bytes, piece.drawn, x - piece.x);
+            const int32 at = piece.offset + side.offset;
+            if (x <= piece.x + piece.width)
+                nearest = INFINITY;  // on the piece, so no other is nearer
+            consider(side.behind ? Next(at) : at, piece.x + side.x);
+            return x > piece.x + piece.width;
+        }
         if (x > piece.x + piece.width) {
             // Behind all of it: its end is what may be near.
             consider(piece.offset + piece.length, piece.x + piece.width);
@@ -479,7 +498,7 @@ TextLine TextBody::_BreakAt(int32 start)
         while (shown > start && fBuffer.At(shown - 1) == ' ')
             shown--;
         line.length = end - start;
-        line.width = XAt({0, start, 0, line}, shown);
+        line.width = XAt({0, start, 0, line}, shown, GlyphWidths::Along::Text);
     }
     line.length = end - start;
     _SetHeight(start, end, &line);

@@ -100,8 +100,9 @@ public:
     template <class Visit>
     void EachPiece(const LineTable::Place& line, float x, Visit visit) const;
 
-    // From a line's start to a byte in it.
-    float XAt(const LineTable::Place& line, int32 offset) const;
+    // From a line's start to the caret before a byte in it, or how wide the text before that is.
+    float XAt(const LineTable::Place& line, int32 offset,
+              GlyphWidths::Along along = GlyphWidths::Along::Line) const;
     // Whether letters of a line are read from the right, so that a part of its text may stand in
     // several places; and these, as distances from its start, from left to right.
     bool Turns(const LineTable::Place& line) const;

@@ -182,6 +182,7 @@ int32 MeasureCharacters(const FontSpec& font, const char* text, int32 count,
             metrics[done + i] = {};
             metrics[done + i].start = start + layout.starts[i];
             metrics[done + i].advance = layout.advances[i];
+            metrics[done + i].turned = layout.turned[i] != 0;
         }
         for (const PlacedGlyph& placed : layout.glyphs) {
             if (boxes != Boxes::None)

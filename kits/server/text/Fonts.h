@@ -49,6 +49,7 @@ void FontHeight(const FontSpec& font, font_height* height);
 struct CharacterMetrics {
     float start = 0.0f;    // from the start of the text along the baseline
     float advance = 0.0f;  // 0 for what is drawn together with the character before
+    bool turned = false;   // read from the right
     float left = 0.0f;     // of the outline, from the character's start; right < left if blank
     float right = -1.0f;
     BRect box;  // from the character's start; not valid if blank

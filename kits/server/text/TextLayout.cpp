@@ -315,6 +315,7 @@ void place_shaped(const FontSpec& spec, Character* characters, int32 count,
         shape_item(spec, characters, item, delta, layout);
     // What went into another character's cluster begins where that one ends.
     for (int32 i = 0; i < count; i++) {
+        layout.turned[i] = characters[i].level & 1;
         if (std::isnan(layout.starts[i]))
             layout.starts[i] = i > 0 ? layout.starts[i - 1] + layout.advances[i - 1] : 0.0f;
     }
@@ -414,6 +415,7 @@ void LayOut(const FontSpec& spec, const char* text, int32 length, const escapeme
     }
     layout->advances.assign(static_cast<size_t>(count), 0.0f);
     layout->starts.assign(static_cast<size_t>(count), 0.0f);
+    layout->turned.assign(static_cast<size_t>(count), 0);
     FontCatalog& catalog = FontCatalog::Get();
     auto main = ScaledFont::Get(spec, catalog.StyleFor(spec.family, spec.style));
     if (main == nullptr)  // an unreadable file: the next look-up gives the plain font instead

@@ -29,6 +29,7 @@ struct Layout {
     std::vector<PlacedGlyph> glyphs;                 // in visual order
     std::vector<float> advances;                     // one a character, in text order
     std::vector<float> starts;                       // where each one begins, in text order
+    std::vector<uint8> turned;                       // 1 for what is read from the right
     float width = 0.0f;
 };
 
