@@ -379,6 +379,36 @@ TEST(MimeType, ReplacedSnifferRuleMatchesNoMore)
     EXPECT_STREQ(guess.Type(), "text/plain");
 }
 
+TEST(MimeType, ChangedAndDeletedTypesAreGuessedAsTheyAreNow)
+{
+    DesktopFolder folder;
+    BMimeType type("x-sniff/deleted");
+    ASSERT_EQ(type.SetSnifferRule("0.9 ('Qq3q')"), B_OK);
+    BMessage extensions;
+    extensions.AddString("extensions", "qq3");
+    ASSERT_EQ(type.SetFileExtensions(&extensions), B_OK);
+    BMimeType guess;
+    EXPECT_EQ(BMimeType::GuessMimeType("a.qq3", &guess), B_OK);
+    EXPECT_STREQ(guess.Type(), "x-sniff/deleted");
+    EXPECT_EQ(guess_of("Qq3q..."), "x-sniff/deleted");
+    BMessage others;
+    others.AddString("extensions", "qq4");
+    ASSERT_EQ(type.SetFileExtensions(&others), B_OK);
+    EXPECT_EQ(BMimeType::GuessMimeType("a.qq3", &guess), B_OK);
+    EXPECT_STREQ(guess.Type(), "application/octet-stream");
+    EXPECT_EQ(BMimeType::GuessMimeType("a.QQ4", &guess), B_OK);
+    EXPECT_STREQ(guess.Type(), "x-sniff/deleted");
+    BMimeType heir("x-sniff/heir");
+    ASSERT_EQ(heir.SetFileExtensions(&extensions), B_OK);
+    EXPECT_EQ(BMimeType::GuessMimeType("a.qq3", &guess), B_OK);
+    EXPECT_STREQ(guess.Type(), "x-sniff/heir");
+    ASSERT_EQ(type.Delete(), B_OK);
+    EXPECT_EQ(guess_of("Qq3q..."), "text/plain");
+    EXPECT_EQ(guess_of(std::string("Qq3q\0", 5)), "application/octet-stream");
+    EXPECT_EQ(BMimeType::GuessMimeType("a.qq4", &guess), B_OK);
+    EXPECT_STREQ(guess.Type(), "application/octet-stream");
+}
+
 TEST(MimeType, PrioritiesAndRangesAreNumbersOfEveryForm)
 {
     DesktopFolder folder;

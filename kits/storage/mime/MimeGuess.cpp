@@ -26,6 +26,8 @@ namespace storage {
 static const size_t kLookedAt = 4096;  // bytes from the start
 static const char* const kUnknown = "application/octet-stream";
 
+static const char* const kText = "text/plain";
+
 static std::string guess(const char* name, const void* bytes, size_t size, bool* uncertain)
 {
     SharedMime::Get();  // GIO then knows the types as they are
@@ -36,17 +38,53 @@ static std::string guess(const char* name, const void* bytes, size_t size, bool*
     return type.empty() ? kUnknown : type;
 }
 
-// ---- Rules that GIO still has
+// ---- What GIO still has: it goes on for seconds with types, names and rules that are gone
 
-// GIO goes on for seconds with rules that were replaced; ours are known at once.
+static bool is_deleted(const std::string& type, const SharedMime& database)
+{
+    return type != kUnknown && type != kText && !database.Types().empty() &&
+           !database.Contains(type);
+}
+
 static bool is_outdated(const std::string& type, std::string_view bytes)
 {
+    const auto database = SharedMime::Get();
     const auto notes = MimeNotes::Get();
     const auto text = notes->Find(type, keys::kSnifferRule);
     SnifferRule rule;
     if (text && parse_sniffer_rule(text->c_str(), &rule, nullptr) == B_OK)
         return !magic_of(rule).empty() && !matches(rule, bytes);
-    return notes->Contains(type) && SharedMime::Get()->IsOwn(type);  // it has no rule
+    if (notes->Contains(type))
+        return database->IsOwn(type);  // it has no rule
+    return is_deleted(type, *database);
+}
+
+// Whether a name ends with one of the type's extensions.
+static bool has_extension(const std::string& name, const std::string& type,
+                          const SharedMime& database)
+{
+    const auto extensions = database.Extensions(type);
+    return std::any_of(extensions.begin(), extensions.end(), [&](const std::string& extension) {
+        const size_t size = extension.size() + 1;
+        return name.size() >= size && name[name.size() - size] == '.' &&
+               strcasecmp(name.c_str() + name.size() - size + 1, extension.c_str()) == 0;
+    });
+}
+
+static std::string guess_by_name(const std::string& name, bool* uncertain)
+{
+    const std::string type = guess(name.c_str(), nullptr, 0, uncertain);
+    const auto database = SharedMime::Get();
+    const bool named = !database->IsOwn(type) || !MimeNotes::Get()->Contains(type) ||
+                       has_extension(name, type, *database);
+    if (named && !is_deleted(type, *database))
+        return type;
+    *uncertain = true;
+    const auto& types = database->Types();
+    const auto other = std::find_if(types.begin(), types.end(), [&](const std::string& each) {
+        return has_extension(name, each, *database);
+    });
+    return other == types.end() ? kUnknown : *other;
 }
 
 static std::string guess_by_own_rules(std::string_view bytes)
@@ -78,14 +116,14 @@ static std::string guess_content(const char* name, const void* data, size_t size
 {
     bool uncertain = false;
     const std::string type = guess(name, data, size, &uncertain);
-    const std::string by_name = name != nullptr ? guess(name, nullptr, 0, &uncertain) : kUnknown;
+    const std::string by_name = name != nullptr ? guess_by_name(name, &uncertain) : kUnknown;
     const std::string_view bytes(static_cast<const char*>(data), size);
     if (type == by_name || !is_outdated(type, bytes))
         return type;
     const std::string own = guess_by_own_rules(bytes);
     if (!own.empty() || by_name != kUnknown)
         return own.empty() ? by_name : own;
-    return is_text(bytes) ? "text/plain" : kUnknown;
+    return is_text(bytes) ? kText : kUnknown;
 }
 
 static size_t read_start(const std::string& path, char* bytes, size_t size)
@@ -101,7 +139,7 @@ static size_t read_start(const std::string& path, char* bytes, size_t size)
 static std::string guess_regular(const std::string& path, const std::string& name, off_t size)
 {
     bool uncertain = false;
-    std::string type = guess(name.c_str(), nullptr, 0, &uncertain);
+    std::string type = guess_by_name(name, &uncertain);
     if (!uncertain)
         return type;
     if (size == 0)  // only the name can tell, though it may fit several types
@@ -151,7 +189,7 @@ std::string guess_type_of_file(const std::string& path, const std::string& name)
 std::string guess_type_of_name(const std::string& name)
 {
     bool uncertain = false;
-    return guess(name.c_str(), nullptr, 0, &uncertain);
+    return guess_by_name(name, &uncertain);
 }
 
 std::string guess_type_of_bytes(const void* bytes, size_t size)
