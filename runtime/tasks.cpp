@@ -42,7 +42,8 @@ try {
     const status_t status = be_roster->Launch(path, count, argv + 1, &team);
     if (status == B_OK)
         return team;
-    show_status(kNoSuchProgram, 0, "RunProg", status);
+    // Of a path that is no signature either the first answer says more.
+    show_status(kNoSuchProgram, 0, "RunProg", status == B_BAD_VALUE ? thread : status);
     return 0;
 } catch (const std::exception&) {
     show_dbg(kNoMemory, 0, __func__);

@@ -85,6 +85,9 @@ TEST(Lifecycle, TracesNameTheSystemsStatus)
     testing::internal::CaptureStderr();
     KillTask(0x7FFFFFFF);
     EXPECT_NE(testing::internal::GetCapturedStderr().find("B_BAD_THREAD_ID"), std::string::npos);
+    testing::internal::CaptureStderr();
+    EXPECT_EQ(RunProg("/no/program", nullptr), 0);
+    EXPECT_NE(testing::internal::GetCapturedStderr().find("B_ENTRY_NOT_FOUND"), std::string::npos);
 }
 
 TEST(Lifecycle, TheDiagnosticCallsDoNothing)
