@@ -139,6 +139,17 @@ message() {
     expect_other 'dropped buttons'
     ! other_said 'dropped here' || fail "an address went over"
 }
+# So fast that the button is up before the picture is on the screen; none may be lost.
+flicks() {
+    local i
+    started_other_at_right
+    for i in $(seq 12); do
+        xdotool mousemove 110 200 mousedown 1 mousemove 120 200 mousemove 550 200 \
+            mousemove 650 200 mouseup 1
+        drops() { [ "$(grep -c 'dropped at' "$folder/other")" = "$i" ]; }
+        eventually drops || fail "flick $i is lost: $(cat "$folder/other")"
+    done
+}
 started_other_at_right() {
     "$program" right >"$folder/other" 2>&1 &
     started+=($!)
@@ -153,7 +164,7 @@ text_in) start_other --text ;;
 picture_in) start_other --picture ;;
 file_in) start_other "$folder/a file" ;;
 refused) start_other --refuse ;;
-message) ;;
+message | flicks) ;;
 *) start_other ;;
 esac
 "$scenario"

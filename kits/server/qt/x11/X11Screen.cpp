@@ -189,6 +189,8 @@ void X11Screen::PassInputThrough(uint32 window)
     xcb_xfixes_create_region(fConnection, nothing, 0, nullptr);
     xcb_xfixes_set_window_shape_region(fConnection, window, XCB_SHAPE_SK_INPUT, 0, 0, nothing);
     xcb_xfixes_destroy_region(fConnection, nothing);
+    // Other connections see it so from here on: a drag asks at once what is below its picture.
+    free(xcb_get_input_focus_reply(fConnection, xcb_get_input_focus(fConnection), nullptr));
 }
 
 bool X11Screen::nativeEventFilter(const QByteArray& type, void* message, qintptr*)
