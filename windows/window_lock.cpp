@@ -1,10 +1,10 @@
 // Locks of windows, taken so that threads which want one another's all get them. Any thread.
 //
-// A handler runs with its own window locked. If it wants a window whose handler wants, perhaps over
-// others in between, the first one's, all of them would wait for ever. So whoever waits says for
-// what, and looks now and then whether the circle closes at the window that it came with: then it
-// gives that one up until it can have both. The handler goes on with both, as ever, but others may
-// have drawn into its window meanwhile.
+// A handler runs with its window locked, on that window's thread or on that of the call which led
+// to it. If it wants a window whose handler wants, perhaps over others in between, the first one's,
+// all of them would wait for ever. So whoever waits says for what, and looks now and then whether
+// the circle closes at a window that it holds: then it gives that one up until it can have both.
+// The handler goes on with both, as ever, but others may have drawn into its window meanwhile.
 
 #include "windows/window_lock.h"
 
@@ -48,8 +48,8 @@ public:
     }
     Waiting(const Waiting&) = delete;
 
-    // True if the thread waits for what waits, in the end, for `held`, which it holds.
-    bool ClosesCircleAt(const BLooper* held) const;
+    // The looper of this thread that what it waits for is waiting for, in the end; null for none.
+    BLooper* CircleClosesAt() const;
 
 private:
     Wait fWait;
@@ -65,7 +65,7 @@ static const Wait* wait_of(thread_id thread) REQUIRES(sWaitsLock)
     return wait;
 }
 
-bool Waiting::ClosesCircleAt(const BLooper* held) const
+BLooper* Waiting::CircleClosesAt() const
 {
     Autolock lock(sWaitsLock);
     const Wait* wait = &fWait;
@@ -73,10 +73,10 @@ bool Waiting::ClosesCircleAt(const BLooper* held) const
     for (int steps = 0; wait != nullptr && steps < 1000; steps++) {
         const thread_id holder = wait->looper->LockingThread();
         if (holder == fWait.thread)
-            return wait->looper == held;
+            return wait->looper;
         wait = wait_of(holder);
     }
-    return false;
+    return nullptr;
 }
 
 static bool is_taken(status_t status) { return status == B_TIMED_OUT || status == B_WOULD_BLOCK; }
@@ -114,6 +114,8 @@ private:
 
 }  // namespace
 
+static bool lock_looper(BLooper* looper);
+
 // Takes both, one of which is held already, without waiting for either while it holds the other.
 // False, with `held` alone, if the window is gone.
 static bool take_both(BLooper* held, BLooper* wanted)
@@ -122,7 +124,7 @@ static bool take_both(BLooper* held, BLooper* wanted)
     BLooper* first = wanted;
     BLooper* second = held;
     bool both = false;
-    while (first->Lock()) {
+    while (lock_looper(first)) {
         both = second->LockWithTimeout(0) == B_OK;
         if (both)
             break;
@@ -130,29 +132,32 @@ static bool take_both(BLooper* held, BLooper* wanted)
         std::swap(first, second);
     }
     if (!both)
-        held->Lock();
+        lock_looper(held);
     return both;
 }
 
+// The thread may hold more than one: each is given up where a circle closes at it.
 static bool wait_for(BLooper* wanted)
 {
-    BLooper* const own = BLooper::LooperForThread(find_thread(nullptr));
     const Waiting waiting(wanted);
     for (;;) {
         const status_t status = wanted->LockWithTimeout(kLookAgain_us);
         if (!is_taken(status))
             return status == B_OK;
-        if (own != nullptr && own->IsLocked() && waiting.ClosesCircleAt(own))
-            return take_both(own, wanted);
+        if (BLooper* const held = waiting.CircleClosesAt())
+            return take_both(held, wanted);
     }
+}
+
+static bool lock_looper(BLooper* looper)
+{
+    const status_t status = looper->LockWithTimeout(0);
+    return status == B_OK || (is_taken(status) && wait_for(looper));
 }
 
 bool lock_window(BWindow* window)
 {
-    if (window == nullptr)
-        return false;
-    const status_t status = window->LockWithTimeout(0);
-    return status == B_OK || (is_taken(status) && guarded(false, [=] { return wait_for(window); }));
+    return window != nullptr && guarded(false, [=] { return lock_looper(window); });
 }
 
 WindowLock::WindowLock(BWindow* window) : fWindow(lock_window(window) ? window : nullptr) {}

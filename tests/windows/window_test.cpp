@@ -458,6 +458,68 @@ TEST_F(Windows, HandlersThatDrawIntoOneAnothersWindowsAllGoOn)
     }
 }
 
+// Handlers that run with a window locked which is not their thread's: that of a call.
+static int32_t sShown[2];
+static std::atomic<int> sShowing, sBothShown;
+
+template <int index>
+static void draw_into_the_other()
+{
+    sShowing++;
+    while (sShowing < 2)
+        snooze(100);
+    for (int i = 0; i < 200; i++)
+        FRectangle(sShown[1 - index], 0, 0, 20, 20);
+    sBothShown++;
+}
+
+static status_t hide_and_show(void* index)
+{
+    const int32_t window = sShown[reinterpret_cast<intptr_t>(index)];
+    HideWindow(window);
+    ShowWindow(window);
+    return B_OK;
+}
+
+template <int index>
+static void hide_and_show_in_handler(int32_t, int32_t, int32_t, int32_t)
+{
+    hide_and_show(reinterpret_cast<void*>(index));
+}
+
+class ShownWindows : public Windows {
+protected:
+    void SetUp() override
+    {
+        sShowing = sBothShown = 0;
+        sShown[0] = fFirst;
+        sShown[1] = fSecond;
+        fFirst.Handle(PLINTH_SHOWN, draw_into_the_other<0>);
+        fSecond.Handle(PLINTH_SHOWN, draw_into_the_other<1>);
+    }
+
+    TestWindow fFirst{100, 100}, fSecond{400, 100};
+};
+
+TEST_F(ShownWindows, DrawIntoOneAnotherOnThreadsWithoutAWindow)
+{
+    for (intptr_t i = 0; i < 2; i++) {
+        resume_thread(
+            spawn_thread(hide_and_show, "shows", B_NORMAL_PRIORITY, reinterpret_cast<void*>(i)));
+    }
+    EXPECT_TRUE(eventually([] { return sBothShown == 2; }));
+}
+
+TEST_F(ShownWindows, DrawIntoOneAnotherOnThreadsOfOtherWindows)
+{
+    TestWindow third(100, 400), fourth(400, 400);
+    third.Handle(PLINTH_MOUSE_DOWN, hide_and_show_in_handler<0>);
+    fourth.Handle(PLINTH_MOUSE_DOWN, hide_and_show_in_handler<1>);
+    third.Click(5, 5);
+    fourth.Click(5, 5);
+    EXPECT_TRUE(eventually([] { return sBothShown == 2; }));
+}
+
 TEST_F(Windows, HandlersThatCloseOneAnothersWindowsBothGoOn)
 {
     static std::atomic<int> inside, done;
