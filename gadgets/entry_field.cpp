@@ -9,6 +9,7 @@
 #include "plinth.h"
 #include "runtime/guarded.h"
 #include "runtime/strings.h"
+#include "runtime/thread_text.h"
 #include "windows/screen_reader.h"
 #include "windows/timers.h"
 
@@ -334,12 +335,15 @@ extern "C" void SetInteger(int32_t ident, int32_t value)
 extern "C" const char* GetString(int32_t ident)
 {
     // Handlers ask for it on their windows' threads.
-    static thread_local std::string text;
-    text.clear();
-    on_gadget<PassControl>(ident, kStringField, Unlocked::Act, [](PassControl& field, MyGadget&) {
-        guarded([&] { text.assign(field.Text(), static_cast<size_t>(field.TextLength())); });
+    static thread_local std::string* tText = nullptr;
+    std::string* text = thread_text(&tText);
+    if (text == nullptr)
+        return "";
+    text->clear();
+    on_gadget<PassControl>(ident, kStringField, Unlocked::Act, [=](PassControl& field, MyGadget&) {
+        guarded([&] { text->assign(field.Text(), static_cast<size_t>(field.TextLength())); });
     });
-    return text.c_str();
+    return text->c_str();
 }
 
 extern "C" const char* TEditGetText(int32_t ident) { return GetString(ident); }

@@ -2,12 +2,18 @@
 
 #include "runtime/lasting_locker.h"
 
+#include <mutex>
+#include <new>
+
+static constinit std::mutex sMaking;  // one at a time
+
 BLocker& LastingLocker::_Make()
 {
-    auto* made = new BLocker(fName);
-    BLocker* first = nullptr;
-    if (fLocker.compare_exchange_strong(first, made, std::memory_order_acq_rel))
-        return *made;
-    delete made;
-    return *first;
+    const std::lock_guard<std::mutex> lock(sMaking);
+    BLocker* locker = fLocker.load(std::memory_order_acquire);
+    if (locker == nullptr) {
+        locker = new (fRoom) BLocker(fName);
+        fLocker.store(locker, std::memory_order_release);
+    }
+    return *locker;
 }

@@ -23,8 +23,8 @@
 // Called by whoever holds it.
 #define REQUIRES(lock) THREAD_SAFETY(exclusive_locks_required(lock))
 
-// Made by its first use, and there to the end of the process: windows' threads outlive main(). Any
-// thread; it may be held twice.
+// Made by its first use, in place, so that it needs no memory then, and there to the end of the
+// process: windows' threads outlive main(). Any thread; it may be held twice.
 class THREAD_SAFETY(capability("locker")) LastingLocker {
 public:
     constexpr explicit LastingLocker(const char* name) : fName(name) {}
@@ -43,6 +43,7 @@ private:
 
     const char* const fName;
     std::atomic<BLocker*> fLocker{nullptr};
+    alignas(BLocker) char fRoom[sizeof(BLocker)] = {};
 };
 
 // Holds one as long as it lives.

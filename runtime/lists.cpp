@@ -18,6 +18,7 @@
 
 #include <exception>
 #include <iterator>
+#include <new>
 
 #include "runtime/lasting_locker.h"
 #include "runtime/strings.h"
@@ -32,10 +33,11 @@ struct NameList {
     BList names GUARDED_BY(lock){20};
 };
 
-// Built on first use, and there to the end of the process.
+// Built on first use, in place, and there to the end of the process.
 static NameList& system_list()
 {
-    static auto* const list = new NameList;
+    alignas(NameList) static char room[sizeof(NameList)];
+    static auto* const list = new (room) NameList;
     return *list;
 }
 

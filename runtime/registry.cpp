@@ -66,6 +66,15 @@ void Close_All_Serial(BList* ports) { free_records(ports); }
 void Close_All_Midi(BList* files) { free_records(files); }
 void Close_All_Joystick(BList* joysticks) { free_records(joysticks); }
 
+// Has Close_Sys know it; false if there is no memory for that.
+static bool enter_table(const RegistryLock& registry, BList** table)
+{
+    registry.IsHeld();
+    if (sOpenTables == nullptr)
+        sOpenTables = new (std::nothrow) BList(kListBlockSize);
+    return sOpenTables != nullptr && sOpenTables->AddItem(table);
+}
+
 extern "C" void** Open_Sys(uint8_t tracker)
 {
     sTracker = tracker != 0;
@@ -81,9 +90,10 @@ extern "C" void** Open_Sys(uint8_t tracker)
         }
     }
     RegistryLock registry;
-    if (sOpenTables == nullptr)
-        sOpenTables = new BList(kListBlockSize);
-    sOpenTables->AddItem(table);
+    if (!enter_table(registry, table)) {
+        MyFree(table);  // its lists are lost as well
+        return nullptr;
+    }
     PtApp = table;
     sTableInUse = table;
     empty_window_cache(registry);

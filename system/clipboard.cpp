@@ -7,11 +7,13 @@
 #include <TypeConstants.h>
 
 #include <exception>
+#include <new>
 #include <string.h>
 
 #include <string>
 #include <string_view>
 
+#include "runtime/thread_text.h"
 #include "runtime/trace.h"
 
 static const char* const kText = "text/plain";
@@ -51,16 +53,19 @@ static bool find_text(const void** bytes, ssize_t* size)
 // gets a copy, which only moves when the text has changed.
 extern "C" char* GetStringClipboard(void)
 try {
-    static thread_local std::string text;
+    static thread_local std::string* tText = nullptr;
+    std::string* text = thread_text(&tText);
+    if (text == nullptr)
+        throw std::bad_alloc();
     ClipboardLock lock(__func__);
     const void* bytes = "";
     ssize_t size = 0;
     if (lock.Held())
         find_text(&bytes, &size);
     const std::string_view stored(static_cast<const char*>(bytes), static_cast<size_t>(size));
-    if (text != stored)
-        text = stored;
-    return text.data();
+    if (*text != stored)
+        *text = stored;
+    return text->data();
 } catch (const std::exception&) {
     static char nothing[] = "";
     show_dbg(kNoMemory, 0, __func__);

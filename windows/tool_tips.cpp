@@ -9,6 +9,7 @@
 
 #include "plinth.h"
 #include "gadgets/gadget.h"
+#include "runtime/guarded.h"
 #include "runtime/lasting_locker.h"
 #include "windows/window_access.h"
 
@@ -23,6 +24,7 @@
 #include <algorithm>
 #include <atomic>
 #include <memory>
+#include <new>
 #include <string>
 #include <unordered_map>
 #include <vector>
@@ -283,20 +285,6 @@ void ToolTip::_Place(BPoint pointer)
 
 // --- the tool tips of a window
 
-static void make_tips(MyWinClass* window)
-{
-    auto tips = std::make_shared<TipTexts>();
-    tips->target = window;
-    auto* tip = new Marlin::ToolTip(window, tips);
-    tips->tip = BMessenger(tip);
-    tips->filter = new Marlin::ToolTipWatcher(tips->tip);
-    window->AddCommonFilter(tips->filter);
-    window->fToolTip = tips.get();
-    Autolock lock(sTipsLock);
-    all_tips().push_back(std::move(tips));
-    sCount++;
-}
-
 // Takes those out that `is_meant` names, and ends their windows.
 template <class IsMeant>
 static void end_tips(IsMeant is_meant)
@@ -315,6 +303,30 @@ static void end_tips(IsMeant is_meant)
     }
     for (const auto& tips : ended)
         tips->tip.SendMessage(B_QUIT_REQUESTED);
+}
+
+static void enter_tips(const std::shared_ptr<TipTexts>& tips)
+{
+    Autolock lock(sTipsLock);
+    all_tips().push_back(tips);
+    sCount++;
+}
+
+static void make_tips(MyWinClass* window)
+{
+    auto tips = std::make_shared<TipTexts>();
+    tips->target = window;
+    enter_tips(tips);
+    try {
+        tips->tip = BMessenger(new Marlin::ToolTip(window, tips));
+        auto filter = std::make_unique<Marlin::ToolTipWatcher>(tips->tip);
+        window->AddCommonFilter(filter.get());
+        tips->filter = filter.release();
+    } catch (const std::bad_alloc&) {
+        end_tips([&](const TipTexts& each) { return &each == tips.get(); });
+        throw;
+    }
+    window->fToolTip = tips.get();
 }
 
 void release_tool_tips(MyWinClass* window)
@@ -352,9 +364,8 @@ void forget_tip(const BView* view)
 
 // Those that a window has stay, and go on showing their texts, when it gets new ones: kept on
 // purpose.
-extern "C" void ToolTipsWindow(int32_t ident, int8_t on)
+static void turn_tips(WindowAccess& window, int8_t on)
 {
-    WindowAccess window(ident, __func__);
     if (!window)
         return;
     if (on != 0) {
@@ -370,9 +381,16 @@ extern "C" void ToolTipsWindow(int32_t ident, int8_t on)
     end_tips([=](const TipTexts& each) { return &each == tips; });
 }
 
-extern "C" void SetTipsWindow(int32_t ident, const char* text)
+extern "C" void ToolTipsWindow(int32_t ident, int8_t on)
 {
-    const GadgetAccess gadget(ident);
+    guarded([=, call = __func__] {
+        WindowAccess window(ident, call);
+        turn_tips(window, on);
+    });
+}
+
+static void set_tip(const GadgetAccess& gadget, const char* text)
+{
     BView* view = gadget ? gadget.View() : nullptr;
     auto* window = view != nullptr ? dynamic_cast<MyWinClass*>(view->Window()) : nullptr;
     if (window == nullptr)
@@ -385,4 +403,9 @@ extern "C" void SetTipsWindow(int32_t ident, const char* text)
     else
         window->fToolTip->texts.erase(view);
     view->Invalidate();  // for screen readers, which hear of what is drawn anew
+}
+
+extern "C" void SetTipsWindow(int32_t ident, const char* text)
+{
+    guarded([=] { set_tip(GadgetAccess(ident), text); });
 }

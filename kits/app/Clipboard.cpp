@@ -142,7 +142,13 @@ bool BClipboard::Lock()
         return false;
     if (fState->lock.CountLocks() > 1)
         return true;
-    std::shared_ptr<server::Clipboard> host = find_clipboard(fState->name);
+    std::shared_ptr<server::Clipboard> host;
+    try {
+        host = find_clipboard(fState->name);
+    } catch (const std::bad_alloc&) {
+        fState->lock.Unlock();
+        return false;
+    }
     if (host != fState->host) {
         fState->host = std::move(host);
         fState->current = false;

@@ -10,6 +10,7 @@
 #include <atomic>
 #include <deque>
 #include <mutex>
+#include <new>
 
 #include "support/Mutex.h"
 
@@ -19,7 +20,7 @@ namespace BPrivate {
 template <class Slot>
 class IdTable {
 public:
-    // Gives a free slot an id, and locks it; null when all are in use.
+    // Gives a free slot an id, and locks it; null when all are in use, and without memory.
     Slot* Take(std::unique_lock<Mutex>& hold)
     {
         int32 index;
@@ -30,9 +31,10 @@ public:
                 index = fFree.front();
                 fFree.pop_front();
             } else if (fUsed < kMaxSlots) {
-                index = fUsed++;
-                if (index % kChunk == 0)
-                    fChunks[index / kChunk].store(new Slot[kChunk], std::memory_order_release);
+                index = fUsed;
+                if (index % kChunk == 0 && !_MakeChunk(index / kChunk))
+                    return nullptr;
+                fUsed++;
             } else {
                 return nullptr;
             }
@@ -94,6 +96,13 @@ private:
     static constexpr int32 kChunk = 256;
     static constexpr int32 kMaxSequence = (1 << 15) - 1;
     static constexpr size_t kResting = 64;
+
+    bool _MakeChunk(int32 number) REQUIRES(fLock)
+    {
+        auto* chunk = new (std::nothrow) Slot[kChunk];
+        fChunks[number].store(chunk, std::memory_order_release);
+        return chunk != nullptr;
+    }
 
     Slot* _At(int32 index) const
     {

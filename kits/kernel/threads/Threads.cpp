@@ -12,6 +12,7 @@
 #include <algorithm>
 #include <deque>
 #include <map>
+#include <new>
 #include <string>
 
 #include "kernel/HostActions.h"
@@ -444,7 +445,11 @@ status_t on_exit_thread(void (*callback)(void*), void* data)
 {
     if (callback == nullptr)
         return B_BAD_VALUE;
-    current()->exit_callbacks.emplace_back(callback, data);
+    try {
+        current()->exit_callbacks.emplace_back(callback, data);
+    } catch (const std::bad_alloc&) {
+        return B_NO_MEMORY;
+    }
     return B_OK;
 }
 

@@ -13,6 +13,7 @@
 
 #include "server/painter/PainterUnits.h"
 #include "support/Boxes.h"
+#include "support/ThreadOwned.h"
 
 namespace server {
 
@@ -317,14 +318,16 @@ void FontHeight(const FontSpec& font, font_height* height)
         uint32 generation = ~0u;
         font_height height = {};
     };
-    // On the heap: what a library keeps in thread-local places must stay small, or it can not be
-    // loaded at run time.
-    thread_local std::unique_ptr<Known[]> known;
-    if (known == nullptr)
-        known = std::make_unique<Known[]>(16);
+    struct Table {
+        Known slots[16];
+    };
+    thread_local Table* tTable = nullptr;
+    Table* const table = BPrivate::thread_owned(&tTable);
+    Known unkept;
     uint32 ids = static_cast<uint32>(font.family) << 16 | font.style;
     uint32 size = font.size > 0.0f ? static_cast<uint32>(std::min(font.size, kLargestSize)) : 0;
-    Known& slot = known[((ids >> 16) * 3 + ids * 7 + size) & 15];
+    const uint32 place = ((ids >> 16) * 3 + ids * 7 + size) & 15;
+    Known& slot = table != nullptr ? table->slots[place] : unkept;
     if (slot.ids == ids && slot.size == font.size && slot.generation == RunGeneration()) {
         *height = slot.height;
         return;

@@ -14,6 +14,7 @@
 
 #include "support/Boxes.h"
 #include "support/Mutex.h"
+#include "support/ThreadOwned.h"
 
 namespace server {
 
@@ -146,7 +147,7 @@ Shard& shard_for(uint64 hash)
     return shards[hash >> 4 & (kShards - 1)];
 }
 
-// The calling thread's own table; null once the thread is ending.
+// The calling thread's own table; null once the thread is ending, and without memory.
 struct OwnRuns {
     RunPointer runs[kOwnRuns];
     ~OwnRuns();
@@ -154,19 +155,11 @@ struct OwnRuns {
 thread_local OwnRuns* sOwn;
 thread_local bool sEnding;
 
-OwnRuns::~OwnRuns()
-{
-    sOwn = nullptr;
-    sEnding = true;
-}
+OwnRuns::~OwnRuns() { sEnding = true; }
 
 [[gnu::noinline]] OwnRuns* make_own_runs()
 {
-    if (sEnding)
-        return nullptr;
-    // On the heap, so that the library needs little thread-local room where it is loaded.
-    thread_local const std::unique_ptr<OwnRuns> own(new OwnRuns);
-    return sOwn = own.get();
+    return sEnding ? nullptr : BPrivate::thread_owned(&sOwn);
 }
 
 OwnRuns* own_runs()
