@@ -367,6 +367,24 @@ drop() {
     expect "dropped $folder/zwei"
 }
 
+# A message bus that takes connections and says nothing.
+start_silent_bus() {
+    python3 -c 'import socket, sys, time
+bus = socket.socket(socket.AF_UNIX)
+bus.bind(sys.argv[1])
+bus.listen()
+time.sleep(1000)' "$folder/silent" &
+    started+=($!)
+    eventually test -S "$folder/silent" || fail "no bus"
+    export DBUS_SESSION_BUS_ADDRESS=unix:path=$folder/silent
+}
+
+# It has its window all the same.
+silent_bus() {
+    xdotool mousemove 150 170 click 1
+    expect 'press 50 50 1 1'
+}
+
 # A Wayland display that does not answer beside an X server that does.
 x_beside_dead_wayland() {
     xdotool mousemove 150 170 click 1
@@ -406,6 +424,7 @@ if [[ $scenario != exit_without_* ]]; then
     no_scale) factor=two ;;
     huge_scale) scale=4 factor=100 extent=2400x1800 ;;
     two_screens | unplugged) extent=2000x768 ;;
+    silent_bus) start_silent_bus ;;
     x_beside_dead_wayland) export WAYLAND_DISPLAY=wayland-not-there XDG_SESSION_TYPE=wayland ;;
     esac
     [ -n "$fonts" ] || export QT_SCALE_FACTOR=${factor:-$scale}

@@ -24,6 +24,7 @@
 #include "server/qt/QtClipboard.h"
 #include "server/qt/QtDrag.h"
 #include "server/qt/QtWindow.h"
+#include "server/qt/ReaderSwitch.h"
 #include "server/qt/x11/X11Clipboard.h"
 #include "server/qt/x11/X11Screen.h"
 
@@ -112,6 +113,18 @@ private:
     const StartVariable fFactor, fScaling, fScreens;
 };
 
+// Qt asks the user's bus for screen readers, and waits for it without limit: one that keeps silent
+// is none for Qt.
+class StartBus {
+public:
+    StartBus() : fAddress("DBUS_SESSION_BUS_ADDRESS", bus_is_silent() ? "unix:path=/dev/null" : "")
+    {
+    }
+
+private:
+    const StartVariable fAddress;
+};
+
 }  // namespace
 
 // Wakes the server's thread for the tasks that wait.
@@ -148,6 +161,7 @@ void QtDisplay::_Run()
     strncpy(name, program_invocation_short_name, sizeof(name) - 1);
 
     auto scales = std::make_unique<const StartScales>();
+    auto bus = std::make_unique<const StartBus>();
     QtMessageHandler before = qInstallMessageHandler(filter_message);
     QGuiApplication application(count, arguments);
     // Qt's plug-ins are destroyed with the process, and still count down what they know of the
@@ -163,6 +177,7 @@ void QtDisplay::_Run()
     {
         TaskQueue queue(this);
         const ReaderWatch readers;
+        bus.reset();
         fX11 = X11Screen::Connect();
         if (fX11 != nullptr) {
             fClipboard = std::make_shared<X11Clipboard>("CLIPBOARD");

@@ -18,6 +18,14 @@ static const char* const kStatus = "org.a11y.Status";
 static const char* const kBus = "org.a11y.Bus";
 static const char* const kProperties = "org.freedesktop.DBus.Properties";
 
+static const bigtime_t kBusPatience_us = 1'000'000;  // of each of its answers
+
+bool bus_is_silent()
+{
+    using BPrivate::HostBus;
+    return HostBus(HostBus::Kind::Session, kBusPatience_us).Status() == B_TIMED_OUT;
+}
+
 class ReaderSwitch::Watch {
 public:
     Watch(const std::string& address, Switched switched);

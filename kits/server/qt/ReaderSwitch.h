@@ -26,6 +26,9 @@ private:
     std::unique_ptr<Watch> fWatch;
 };
 
+// True if the user's bus takes connections and does not answer them.
+bool bus_is_silent();
+
 }  // namespace server
 
 #endif  // SERVER_QT_READER_SWITCH_H
