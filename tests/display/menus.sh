@@ -17,6 +17,7 @@ start_program() {
     exec {calls}>"$folder/calls"
     pid=$!
     started+=("$pid")
+    [ "$scenario" != at_once ] || return 0
     activate_ready "$pid"
 }
 start_other() {
@@ -52,6 +53,30 @@ submenu() {
     xdotool key Down key Return
     expect 'choice 103'
     expect_menus 0
+}
+
+# So fast that the window has it all before the menu is on the screen, and while it goes again. No
+# window manager holds the presses meanwhile.
+at_once() {
+    local all i way
+    expect ready
+    eventually shows 1 || fail "no window"
+    window=$(xdotool search --onlyvisible --pid "$pid")
+    xdotool windowfocus --sync "$window"
+    for i in $(seq 8); do
+        for way in "mousedown 1 mousemove 120 140 mousemove 130 153 mouseup 1" \
+            "click 1 mousemove 130 153 click 1"; do
+            mark
+            xdotool mousemove 112 131 $way
+            expect 'choice 101'
+        done
+        mark
+        xdotool key --delay 0 F10 Right Down Return a b
+        expect 'key 98 0'
+        all=$(tail -n "+$((mark + 1))" "$log" | grep -vx menus | paste -sd,)
+        [ "$all" = 'choice 202,key 97 0,key 98 0' ] || fail "it is $all"
+    done
+    expect_not 'press .*'
 }
 
 # On another program's window, and on the desktop.
@@ -203,7 +228,7 @@ beside() {
     [ "${frame[0]}" -gt 800 ] && [ "${frame[2]}" -le $((file_frame[0] + 1)) ]
 }
 
-start_server
+[ "$scenario" = at_once ] && start_server none || start_server
 case $scenario in
     command_key | tall | edges) ;;
     *) start_program ;;

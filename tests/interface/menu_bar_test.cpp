@@ -94,6 +94,40 @@ TEST_F(Bars, APressDrawnToAnItemChoosesItOnRelease)
     EXPECT_TRUE(WaitClosed(file));
 }
 
+// What the user has done behind the press waits at the window then.
+TEST_F(Bars, ABusyWindowsMenuGetsWhatWasDoneBehindThePress)
+{
+    ClickTitle(0, file);
+    const BPoint save = MiddleOf(file->ItemAt(1));
+    Press(kKeyEscape);
+    ASSERT_TRUE(log.Wait("menus ended"));
+    WhileBusy([&] {
+        PressTitle(0);
+        inject_pointer(save.x, save.y);
+        inject_button(1, false);
+    });
+    EXPECT_TRUE(log.Wait("message save")) << "drawn: " << log.Lines();
+    WhileBusy([&] {
+        Click(Title(0).x, Title(0).y);
+        Click(save.x, save.y);
+        Click(250, 250);
+    });
+    EXPECT_TRUE(log.Wait("message save", 2)) << "clicked: " << log.Lines();
+    EXPECT_TRUE(log.Wait("view up")) << log.Lines();
+    EXPECT_EQ(log.Count("view down"), 1) << "behind the choice: " << log.Lines();
+}
+
+TEST_F(Bars, ABusyWindowsMenuGetsTheKeysUpToTheChoiceAndTheWindowTheOthers)
+{
+    WhileBusy([this] {
+        view->MakeFocus();
+        for (int32_t key : {kKeyF10, kKeyDown, kKeyEnter, kKeyG})
+            Press(key);
+    });
+    EXPECT_TRUE(log.Wait("view key g")) << log.Lines();
+    EXPECT_EQ(log.Lines({"message", "view key "}), "message save; view key g 1");
+}
+
 TEST_F(Bars, AClickLeavesTheMenuOpenForAnother)
 {
     ClickTitle(0, file);

@@ -435,7 +435,11 @@ BMenuItem* BMenu::Track(bool startOpened, BRect* specialRect)
         options.openRect = *specialRect;
     options.where = Window() == nullptr ? ScreenLocation() : BPoint();
     options.caller = dynamic_cast<BWindow*>(BLooper::LooperForThread(find_thread(nullptr)));
-    return MenuTracker::Make(this, options)->Run();
+    const auto tracker = MenuTracker::Make(this, options);
+    tracker->Hold();
+    BMenuItem* const chosen = tracker->Run();
+    tracker->Release();
+    return chosen;
 }
 
 // --- hooks of the view

@@ -242,6 +242,7 @@ status_t follow_user(void* data)
     walk->tracker->Run();
     walk->window.SendMessage(BPrivate::kMenusEnded);
     walk->tracker->InvokeChosen();
+    walk->tracker->Release();
     return B_OK;
 }
 
@@ -265,11 +266,13 @@ void BMenuBar::StartMenuBar(int32 menuIndex, bool sticky, bool showMenu, BRect* 
         fTracker = tracker;
         // The program may take the bar away.
         window->MenusBeginning();
+        tracker->Hold();
         auto* walk = new Walk{tracker, BMessenger(window)};
         const thread_id thread =
             spawn_thread(follow_user, "menu tracking", B_DISPLAY_PRIORITY, walk);
         if (thread < B_OK || resume_thread(thread) != B_OK) {
             delete walk;
+            tracker->Release();
             window->MenusEnded();
         }
     }

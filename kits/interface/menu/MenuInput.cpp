@@ -22,6 +22,14 @@ void MenuInput::Deliver(const server::Event& event)
     fChanged.notify_one();
 }
 
+std::vector<server::Event> MenuInput::TakeWaiting()
+{
+    std::lock_guard guard(fLock);
+    std::vector<server::Event> waiting(fEvents.begin(), fEvents.end());
+    fEvents.clear();
+    return waiting;
+}
+
 void MenuInput::Cancel()
 {
     std::lock_guard guard(fLock);
@@ -62,7 +70,11 @@ bool MenuInput::HasLeft(BRect area) const
     std::lock_guard guard(fLock);
     return fCancelled ||
            std::any_of(fEvents.begin(), fEvents.end(), [=](const server::Event& event) {
-               return event.kind != EventKind::MouseMoved || !area.Contains(event.screenWhere);
+               if (event.kind == EventKind::KeyUp)
+                   return false;
+               const bool goes_on =
+                   event.kind == EventKind::MouseMoved || event.kind == EventKind::MouseUp;
+               return !goes_on || !area.Contains(event.screenWhere);
            });
 }
 

@@ -8,6 +8,7 @@
 #include <condition_variable>
 #include <deque>
 #include <mutex>
+#include <vector>
 
 #include <server/screen/Screen.h>
 
@@ -16,6 +17,7 @@ namespace [[gnu::visibility("hidden")]] BPrivate {
 class MenuInput final : public server::EventSink {
 public:
     void Deliver(const server::Event& event) override;
+    std::vector<server::Event> TakeWaiting() override;
 
     // Ends the waiting, now and from now on. Any thread.
     void Cancel();
@@ -25,7 +27,8 @@ public:
     // The next event, waited for until `deadline`; false if there was none, no more are wanted, or
     // somebody woke who waits.
     bool Next(bigtime_t deadline, server::Event* event);
-    // True if the user has gone elsewhere: pressed or typed something, or left `area`.
+    // True if the user has gone elsewhere: pressed or typed something, or left `area`. Who has let
+    // a button or a key go there waits for the menu.
     bool HasLeft(BRect area) const;
 
 private:

@@ -200,7 +200,9 @@ void MenuTracker::_Released(BPoint where)
     bool isChoice = false;
     BMenuItem* const item =
         level >= 0 ? _ItemAt(static_cast<size_t>(level), where, &isChoice) : nullptr;
-    const bool leaves_open = _LeavesOpen(where) || (level >= 0 && _IsBar(level) && fOpening);
+    const bool on_bar = level >= 0 && _IsBar(level);
+    const bool is_plain = on_bar && fLevels.size() == 1;  // a title without a menu
+    const bool leaves_open = !is_plain && (_LeavesOpen(where) || (on_bar && fOpening));
     const bool stays_open = fSticky && std::exchange(fOpening, false) && level < 0;
     fOpening = false;
     if (leaves_open && menu_settings().click_to_open) {

@@ -7,6 +7,7 @@
 #include <Window.h>
 
 #include <algorithm>
+#include <utility>
 
 #include <app/QuitAsked.h>
 #include <interface/menu/MenuLevels.h>
@@ -54,6 +55,7 @@ MenuTracker::MenuTracker(BMenu* root, const Options& options)
 
 MenuTracker::~MenuTracker()
 {
+    Release();
     BPrivate::MutexLock guard(trackers().lock);
     std::erase(trackers().running, this);
 }
@@ -152,6 +154,22 @@ bool MenuTracker::_LockRoot()
     return false;
 }
 
+// Nobody has the input while its window is busy.
+bool MenuTracker::_LockRootOrRelease()
+{
+    const bigtime_t kSoon_us = 100000;
+    if (fRootWindow == nullptr)
+        return _LockRoot();
+    if (fRootWindow->LockWithTimeout(kSoon_us) != B_OK) {
+        Release();
+        return _LockRoot();
+    }
+    if (!fRootGone)
+        return true;
+    fRootWindow->Unlock();
+    return false;
+}
+
 void MenuTracker::_UnlockRoot()
 {
     if (fRootWindow != nullptr)
@@ -167,18 +185,37 @@ bool MenuTracker::_IsRow(size_t level)
 
 // --- opening and closing
 
+void MenuTracker::Hold()
+{
+    BWindow* const owner = fRootWindow != nullptr ? fRootWindow : fOptions.caller;
+    WindowData* const data = owner != nullptr ? WindowData::Of(owner) : nullptr;
+    const bool in_turn = owner != nullptr && owner->Thread() == find_thread(nullptr);
+    const BMessage* const turn = in_turn ? owner->CurrentMessage() : nullptr;
+    const bool by_press = turn != nullptr && turn->what == B_MOUSE_DOWN;
+    const bool by_hand = by_press || (turn != nullptr && turn->what == B_KEY_DOWN);
+    uint32 buttons = 0;
+    server::HoldInput(&fInput, data, by_hand ? data : nullptr, &fPointer, &buttons);
+    fHolds = true;
+    if (by_press) {
+        fPointer = owner->ConvertToScreen(data->pointer);
+        buttons = static_cast<uint32>(data->buttons);
+    }
+    fHeld = fOpening = buttons != 0;
+    fSticky = fOptions.sticky || !fHeld;
+    fPressedAt = fPointer;
+}
+
+void MenuTracker::Release()
+{
+    if (std::exchange(fHolds, false))
+        server::ReleaseInput(&fInput);
+}
+
 BMenuItem* MenuTracker::Run()
 {
     if (is_quit_asked())
         fInput.Cancel();
-    BWindow* const owner = fRootWindow != nullptr ? fRootWindow : fOptions.caller;
-    uint32 buttons = 0;
     if (_LockRoot()) {
-        server::HoldInput(&fInput, owner != nullptr ? WindowData::Of(owner) : nullptr, &fPointer,
-                          &buttons);
-        fHeld = fOpening = buttons != 0;
-        fSticky = fOptions.sticky || !fHeld;
-        fPressedAt = fPointer;
         fPressedWhen = system_time();
         _Begin();
         _UnlockRoot();
@@ -243,10 +280,9 @@ void MenuTracker::_End(BMenuItem* chosen)
 
 void MenuTracker::_Finish()
 {
-    // Input first: who sees the menus gone may use the hands at once.
-    server::ReleaseInput(&fInput);
+    server::EndHold(&fInput);
     _CloseTo(0);
-    if (fRootWindow != nullptr && _LockRoot()) {
+    if (fRootWindow != nullptr && _LockRootOrRelease()) {
         MenuPrivate::Select(fRoot, nullptr);
         MenuPrivate::ShowTriggers(fRoot, false);
         _UnlockRoot();
@@ -256,7 +292,7 @@ void MenuTracker::_Finish()
 
 void MenuTracker::InvokeChosen()
 {
-    if (!_LockRoot())
+    if (fChosen == nullptr || !_LockRootOrRelease())
         return;
     if (BMenuItem* item = fChosen)
         MenuPrivate::Invoke(item);

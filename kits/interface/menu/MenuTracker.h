@@ -36,10 +36,15 @@ public:
     static std::shared_ptr<MenuTracker> Make(BMenu* root, const Options& options);
     ~MenuTracker();
 
+    // Takes the input, on the thread that opens the menus: the caller's, which still has in its
+    // queue what the user did behind the press or key that it is at. Who runs it has to release it.
+    void Hold();
     // Returns the item chosen, null for none, once all is closed again.
     BMenuItem* Run();
     // Sends the message of the item chosen, if it is still there.
     void InvokeChosen();
+    // Gives the input back, and what waits of it, which is meant to meet what the choice has done.
+    void Release();
     // All is closed; what was chosen may still be on its way.
     bool IsDone() const { return fDone; }
 
@@ -62,6 +67,7 @@ private:
     MenuTracker(BMenu* root, const Options& options);
 
     bool _LockRoot();
+    bool _LockRootOrRelease();
     void _UnlockRoot();
     template <class Action>
     bool _With(size_t level, Action act);
@@ -126,6 +132,7 @@ private:
     // Only the thread in Run().
     std::vector<Level> fLevels;
     bool fEnded = false;
+    bool fHolds = false;     // the input
     bool fHeld = false;      // a button is down
     bool fOpening = false;   // the one that opened the menus
     bool fSticky = false;    // they stay open without one

@@ -103,8 +103,10 @@ BMenuItem* BPopUpMenu::Go(BPoint where, bool autoInvoke, bool keepOpen, BRect op
         opening->End();
         if (autoInvoke)
             tracker->InvokeChosen();
+        tracker->Release();
         return chosen;
     };
+    tracker->Hold();
     if (!async)
         return follow();
     auto* job = new std::function<void()>([=, this] {
@@ -122,6 +124,7 @@ BMenuItem* BPopUpMenu::Go(BPoint where, bool autoInvoke, bool keepOpen, BRect op
         "menu tracking", B_DISPLAY_PRIORITY, job);
     if (fTracking < B_OK || resume_thread(fTracking) != B_OK) {
         delete job;
+        tracker->Release();
         fOpening->End();
     }
     return nullptr;

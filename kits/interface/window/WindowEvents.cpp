@@ -3,10 +3,12 @@
 
 #include <AppDefs.h>
 #include <Message.h>
+#include <MessageQueue.h>
 #include <TypeConstants.h>
 
 #include <algorithm>
 #include <string>
+#include <utility>
 
 #include <interface/window/WindowDrag.h>
 #include <interface/window/WindowPrivate.h>
@@ -203,6 +205,56 @@ void WindowData::Deliver(const server::Event& event)
         PostInput(event, false);
     else if (!drag_event(this, event))
         PostInput(event, event.under != this);
+}
+
+// True for an event that goes with its beginning: the window keeps what ends what it has had.
+static bool takes(const server::Event& event, int32* buttons, std::vector<int32>* keys)
+{
+    switch (event.kind) {
+        case server::EventKind::KeyDown:
+            keys->push_back(event.key);
+            return true;
+        case server::EventKind::KeyUp:
+            return std::find(keys->begin(), keys->end(), event.key) != keys->end();
+        case server::EventKind::MouseUp:
+            return (std::exchange(*buttons, *buttons & ~event.button) & event.button) == 0;
+        default:
+            return true;
+    }
+}
+
+static bool is_for_holders(server::EventKind kind)
+{
+    return is_pointer(kind) || kind == server::EventKind::MouseWheel ||
+           kind == server::EventKind::KeyDown || kind == server::EventKind::KeyUp;
+}
+
+std::vector<server::Event> WindowData::TakeWaiting()
+{
+    std::vector<server::Event> waiting;
+    std::vector<std::unique_ptr<InputMessage>> taken;
+    int32 pressed = buttons;
+    std::vector<int32> keys;
+    BMessageQueue* const queue = window->MessageQueue();
+    queue->Lock();
+    for (int32 i = 0; BMessage* message = queue->FindMessage(i); i++) {
+        auto* const input = dynamic_cast<InputMessage*>(message);
+        if (input == nullptr || !is_for_holders(input->Kind()))
+            continue;
+        const server::Event& event = input->Close();
+        const bool is_taken = takes(event, &pressed, &keys);
+        if (!is_taken && event.kind == server::EventKind::KeyUp)
+            continue;
+        waiting.push_back(event);
+        waiting.back().where = event.screenWhere;
+        if (is_taken) {
+            queue->RemoveMessage(input);
+            taken.emplace_back(input);
+            i--;
+        }
+    }
+    queue->Unlock();
+    return waiting;
 }
 
 void WindowData::_ScreenMoved(const server::Event& event)

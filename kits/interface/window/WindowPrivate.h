@@ -60,6 +60,7 @@ public:
     // No newer event takes its place from here on.
     const server::Event& Close();
     bool IsOutside() const { return fIsOutside; }
+    server::EventKind Kind() const { return fEvent.kind; }
 
     // Under the lock of the open move.
     bool CanBecome(const server::Event& event, bool isOutside, const Dragged& dragged) const;
@@ -156,6 +157,8 @@ struct [[gnu::visibility("hidden")]] WindowData : public server::EventSink
     static WindowData* Of(const BWindow* window) { return window->fData; }
 
     void Deliver(const server::Event& event) override;
+    // All but the end of what the window has had the beginning of.
+    std::vector<server::Event> TakeWaiting() override;
 
     // Queue a message of the system; any thread.
     void Post(std::unique_ptr<BMessage> message);

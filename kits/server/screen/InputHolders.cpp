@@ -13,6 +13,12 @@ void InputHolders::Remove(EventSink* sink)
     std::erase_if(fHolders, [=](const Holder& holder) { return holder.sink == sink; });
 }
 
+void InputHolders::End(EventSink* sink)
+{
+    for (Holder& holder : fHolders)
+        holder.ends = holder.ends || holder.sink == sink;
+}
+
 void InputHolders::Tell(const Event& event)
 {
     for (const Holder& holder : fHolders)
@@ -42,6 +48,8 @@ void InputHolders::Deactivated(const ScreenWindow* window)
         if (holder.owner == window)
             holder.sink->Deliver(event);
     }
+    std::erase_if(fHolders,
+                  [=](const Holder& holder) { return holder.ends && holder.owner == window; });
 }
 
 }  // namespace server

@@ -16,6 +16,8 @@ public:
     bool IsEmpty() const { return fHolders.empty(); }
     void Add(EventSink* sink, const ScreenWindow* owner) { fHolders.push_back({sink, owner}); }
     void Remove(EventSink* sink);
+    // It goes by itself when its owner is no longer active.
+    void End(EventSink* sink);
     const ScreenWindow* Owner() const { return fHolders.empty() ? nullptr : fHolders.back().owner; }
 
     // Pointer events go to all of them: each knows what it has on the screen.
@@ -30,6 +32,7 @@ private:
     struct Holder {
         EventSink* sink;
         const ScreenWindow* owner;
+        bool ends = false;
     };
 
     std::vector<Holder> fHolders;  // the newest last

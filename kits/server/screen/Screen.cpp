@@ -240,14 +240,23 @@ EventSink* SinkAt(BPoint screenWhere, BPoint* where)
     return window->Sink();
 }
 
-void HoldInput(EventSink* sink, EventSink* owner, BPoint* screenWhere, uint32* buttons)
+void HoldInput(EventSink* sink, EventSink* owner, EventSink* from, BPoint* screenWhere,
+               uint32* buttons)
 {
     Display* display = the_display();
     StageLock lock;
     stage().HoldInput(sink, owner);
+    if (from != nullptr)
+        stage().HandOver(from->TakeWaiting(), sink);
     *screenWhere = stage().Pointer();
     *buttons = static_cast<uint32>(stage().Buttons());
     display->InputHeld(true);
+}
+
+void EndHold(EventSink* sink)
+{
+    StageLock lock;
+    stage().EndHold(sink);
 }
 
 void ReleaseInput(EventSink* sink)
@@ -256,6 +265,7 @@ void ReleaseInput(EventSink* sink)
     StageLock lock;
     if (stage().ReleaseInput(sink))
         display->InputHeld(false);
+    stage().GiveBack(sink->TakeWaiting());
 }
 
 int32 CountWorkspaces()

@@ -101,6 +101,9 @@ struct Event {
 class EventSink {
 public:
     virtual void Deliver(const Event& event) = 0;
+    // Takes back keys and pointer that wait for their turn, as somebody else is to have them.
+    // Called with the stage locked.
+    virtual std::vector<Event> TakeWaiting() { return {}; }
 
 protected:
     ~EventSink() = default;
@@ -167,9 +170,14 @@ EventSink* SinkAt(BPoint screenWhere, BPoint* where);
 // moves; `where` of the events is their place on the screen. The newest of several sinks gets the
 // keys, all get the pointer. A press that began before still ends at its window as well.
 // `Activated` tells that `owner`, or where that is null the window that is active at present, no
-// longer is. Returns pointer and buttons of this moment.
-void HoldInput(EventSink* sink, EventSink* owner, BPoint* screenWhere, uint32* buttons);
-// No event reaches the sink once this returns.
+// longer is. What waits at `from`, which may be null, comes first: it happened behind what the
+// sink holds the input for. Returns pointer and buttons of this moment.
+void HoldInput(EventSink* sink, EventSink* owner, EventSink* from, BPoint* screenWhere,
+               uint32* buttons);
+// The sink has what it wanted, and gets more only to give it back: until it releases the input, or
+// its owner is no longer active.
+void EndHold(EventSink* sink);
+// No event reaches the sink once this returns. What waits there is the windows' again.
 void ReleaseInput(EventSink* sink);
 
 // Workspaces. The host's where it has some, else one; those in memory are four.

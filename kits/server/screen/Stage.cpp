@@ -286,14 +286,103 @@ Event Stage::_ScreenEvent(EventKind kind) const
     return event;
 }
 
+static bool is_first_press(const Event& event)
+{
+    return event.kind == EventKind::MouseDown && event.buttons == event.button;
+}
+
+static bool is_key(const Event& event)
+{
+    return event.kind == EventKind::KeyDown || event.kind == EventKind::KeyUp;
+}
+
+// A press among them is the holders', and so is its end.
+void Stage::HandOver(const std::vector<Event>& events, EventSink* sink)
+{
+    bool pressed = false;
+    for (const Event& event : events) {
+        if (is_key(event))
+            fHolders.TakeKey(event);
+        else
+            sink->Deliver(event);
+        pressed = is_first_press(event) ||
+                  (pressed && (event.kind != EventKind::MouseUp || event.buttons != 0));
+    }
+    if (!pressed)
+        return;
+    fHeldPress = true;
+    fPressed = nullptr;
+}
+
+// The end of a press or of a key is for who had its beginning; the other holders of the input have
+// been told of the pointer. From the first press on that does again what it has done.
+void Stage::GiveBack(const std::vector<Event>& events)
+{
+    const BPoint pointer = fPointer;
+    const bigtime_t when = fLastInput;
+    const uint32 presses = fPresses;
+    std::vector<int32> down;
+    bool again = false;
+    for (const Event& event : events) {
+        if (event.kind == EventKind::Activated)
+            continue;
+        if (event.kind == EventKind::KeyDown)
+            down.push_back(event.key);
+        if (!again && is_first_press(event) && !IsInputHeld()) {
+            again = true;
+            fHeldPress = false;
+            fButtons = 0;
+        }
+        if (!is_key(event) && again)
+            _GiveBackPointer(event);
+        else if (is_key(event) && std::find(down.begin(), down.end(), event.key) != down.end())
+            _DeliverKeys({event});
+    }
+    fPresses = presses;
+    if (again && fPressed == nullptr && !fHeldPress)
+        MovePointer(pointer, nullptr, when);
+    fPointer = pointer;
+}
+
+void Stage::_GiveBackPointer(const Event& event)
+{
+    MovePointer(event.screenWhere, nullptr, event.when);
+    if (event.kind == EventKind::MouseWheel)
+        TurnWheel(event.wheelX, event.wheelY, nullptr, event.when);
+    else if (event.kind == EventKind::MouseUp)
+        _ChangeButton(event.button, false, nullptr, event.when);
+    else if (event.kind == EventKind::MouseDown)
+        _GiveBackPress(event);
+}
+
+// A press that a menu's window had is for the active one below it, if it is there; what other
+// programs have on the screen is not known here.
+void Stage::_GiveBackPress(const Event& press)
+{
+    ScreenWindow* target = nullptr;
+    for (ScreenWindow* window : fWindows) {
+        if (press.under != nullptr && window->Sink() == press.under)
+            target = window;
+    }
+    if (target == nullptr && press.under != nullptr && ContentAt(fPointer) == fActive)
+        target = fActive;
+    if (target != nullptr || press.under == nullptr) {
+        _ChangeButton(press.button, true, target, press.when);
+        return;
+    }
+    fButtons |= press.button;
+    fHeldPress = true;
+}
+
 // True if the change of a button is nothing to any window.
-bool Stage::_HeldButton(int32 button, bool down)
+bool Stage::_HeldButton(int32 button, bool down, const ScreenWindow* target)
 {
     if (down && fButtons == button)
         fHeldPress = IsInputHeld();
     if (IsInputHeld()) {
         Event event = _ScreenEvent(down ? EventKind::MouseDown : EventKind::MouseUp);
         event.button = button;
+        event.under = _Has(target) ? target->Sink() : nullptr;
         fHolders.Tell(event);
     }
     const bool ends_at_window = fPressed != nullptr && fButtons == 0;
@@ -320,7 +409,7 @@ void Stage::_ChangeButton(int32 button, bool down, ScreenWindow* target, bigtime
     _InputAt(when);
     fButtons ^= button;
     fPresses += down;
-    if (_HeldButton(button, down))
+    if (_HeldButton(button, down, target))
         return;
     if (down && fPressed == nullptr && target == nullptr) {
         // The title and the border belong to the window, but not to its content.

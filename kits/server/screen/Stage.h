@@ -93,6 +93,11 @@ public:
     // told of, null for the active one. ReleaseInput() is true once nobody holds it.
     void HoldInput(EventSink* sink, const EventSink* owner) REQUIRES(gStageLock);
     bool ReleaseInput(EventSink* sink) REQUIRES(gStageLock);
+    void EndHold(EventSink* sink) REQUIRES(gStageLock) { fHolders.End(sink); }
+    // Events that waited at a window are for the newest holder of the input; those that waited
+    // there when it released that are for the windows again, or for who still holds it.
+    void HandOver(const std::vector<Event>& events, EventSink* sink) REQUIRES(gStageLock);
+    void GiveBack(const std::vector<Event>& events) REQUIRES(gStageLock);
     bool IsInputHeld() const { return !fHolders.IsEmpty(); }
     // The window that the newest of them belongs to; null for none.
     const ScreenWindow* HoldersOwner() const { return fHolders.Owner(); }
@@ -124,7 +129,9 @@ private:
     Event _PointerEvent(EventKind kind, const ScreenWindow* window) const REQUIRES(gStageLock);
     Event _ScreenEvent(EventKind kind) const;
     void _Enter(ScreenWindow* window) REQUIRES(gStageLock);
-    bool _HeldButton(int32 button, bool down) REQUIRES(gStageLock);
+    bool _HeldButton(int32 button, bool down, const ScreenWindow* target) REQUIRES(gStageLock);
+    void _GiveBackPointer(const Event& event) REQUIRES(gStageLock);
+    void _GiveBackPress(const Event& press) REQUIRES(gStageLock);
     void _ChangeButton(int32 button, bool down, ScreenWindow* target, bigtime_t when)
         REQUIRES(gStageLock);
     void _DeliverKeys(const std::vector<Event>& events) REQUIRES(gStageLock);
