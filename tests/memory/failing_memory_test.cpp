@@ -3,6 +3,9 @@
 
 #include "memory/support/failing_memory.h"
 
+#include <Clipboard.h>
+#include <Message.h>
+
 #include <string>
 #include <vector>
 
@@ -152,6 +155,35 @@ TEST_F(FailingMemory, ClipboardKeepsWhatItHasOrTakesTheNewText)
     with_each_failing([&] { ClearClipboard(); });
     EXPECT_TRUE(SetStringClipboard("at last"));
     EXPECT_STREQ(GetStringClipboard(), "at last");
+}
+
+// As another program does: what is there has to be fetched again.
+static void change_clipboard()
+{
+    static const char kText[] = "another text that is longer than what is held in place";
+    BClipboard other("system");
+    ASSERT_TRUE(other.Lock());
+    other.Clear();
+    other.Data()->AddData("text/plain", B_MIME_TYPE, kText, sizeof(kText) - 1);
+    EXPECT_EQ(other.Commit(), B_OK);
+    other.Unlock();
+}
+
+TEST_F(FailingMemory, EntryFieldsLetGoOfTheClipboard)
+{
+    TestWindow window;
+    const int32_t field = CreateGadget(PLINTH_STRING_FIELD, window, 10, 10, 180, 24, "", 0);
+    for (int command : {1, 2, 3}) {
+        for (int before = 0; before < 60; before++) {
+            SetString(field, "a text");
+            SelectCommand(field, 4);
+            change_clipboard();
+            fail_after(before);
+            SelectCommand(field, command);
+            stop_failing();
+            EXPECT_FALSE(be_clipboard->IsLocked()) << command << ", " << before;
+        }
+    }
 }
 
 TEST_F(FailingMemory, FontsGoOn)

@@ -434,11 +434,35 @@ bool TextData::TakeData(const BMessage* data, undo_state kind)
 
 }  // namespace BPrivate
 
+namespace {
+
+// Holds a clipboard, if there is one; also where memory fails it is let go.
+class ClipboardLock {
+public:
+    explicit ClipboardLock(BClipboard* clipboard)
+        : fClipboard(clipboard != nullptr && clipboard->Lock() ? clipboard : nullptr)
+    {
+    }
+    ~ClipboardLock()
+    {
+        if (fClipboard != nullptr)
+            fClipboard->Unlock();
+    }
+    ClipboardLock(const ClipboardLock&) = delete;
+    bool Held() const { return fClipboard != nullptr; }
+
+private:
+    BClipboard* const fClipboard;
+};
+
+}  // namespace
+
 // Empties the clipboard, has it filled, and gives it to the others.
 template <class Fill>
 static bool fill_clipboard(BClipboard* clipboard, Fill fill)
 {
-    if (clipboard == nullptr || !clipboard->Lock())
+    const ClipboardLock lock(clipboard);
+    if (!lock.Held())
         return false;
     clipboard->Clear();
     BMessage* data = clipboard->Data();
@@ -446,7 +470,6 @@ static bool fill_clipboard(BClipboard* clipboard, Fill fill)
         fill(data);
         clipboard->Commit();
     }
-    clipboard->Unlock();
     return data != nullptr;
 }
 
@@ -472,11 +495,13 @@ void BTextView::Cut(BClipboard* clipboard)
 
 bool BTextView::AcceptsPaste(BClipboard* clipboard)
 {
-    if (!fText->editable || clipboard == nullptr || !clipboard->Lock())
+    if (!fText->editable)
+        return false;
+    const ClipboardLock lock(clipboard);
+    if (!lock.Held())
         return false;
     const BMessage* data = clipboard->Data();
     const bool accepts = data != nullptr && data->HasData(kPlain, B_MIME_TYPE);
-    clipboard->Unlock();
     return accepts;
 }
 
@@ -485,11 +510,13 @@ void BTextView::Paste(BClipboard* clipboard)
     if (!fText->editable || clipboard == nullptr || !AcceptsPaste(clipboard))
         return;
     BMessage copy;
-    if (!clipboard->Lock())
-        return;
-    if (const BMessage* data = clipboard->Data())
+    {
+        const ClipboardLock lock(clipboard);
+        const BMessage* data = lock.Held() ? clipboard->Data() : nullptr;
+        if (data == nullptr)
+            return;
         copy = *data;
-    clipboard->Unlock();
+    }
     fText->TakeData(&copy, B_UNDO_PASTE);
 }
 
