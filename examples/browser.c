@@ -720,7 +720,6 @@ static void set_handlers(void)
     SetHandlerForGadget(entries, DOUBLE_CLICKED, (void *)on_open);
     SetHandlerForGadget(entries, DROPPED, (void *)on_drop);
     SetHandlerForWindow(window, PLINTH_RESIZED, (void *)on_resize);
-    SetHandlerForWatch((void *)on_change);
 }
 
 /* --- a visit: a folder of its own, a latch, a picture, and a file that comes meanwhile */
@@ -820,6 +819,7 @@ void ProgramMain(void)
         return;
     }
     make_window();
+    SetHandlerForWatch((void *)on_change); /* before anything is watched */
     update_tree();
     WatchDir(root, 1);
     show_folder(root);

@@ -93,7 +93,11 @@ public:
         Handle(PLINTH_MENU_ITEM, on_choice);
         Handle(PLINTH_MENUS_BEGINNING, on_menus);
         Click(50, 100);
+        // Tests count windows; those of the test before go when they can.
+        sOpen++;
+        EXPECT_TRUE(eventually([] { return be_app->CountWindows() == sOpen; }));
     }
+    ~MenuWindow() { sOpen--; }
 
     BWindow* Platform() const { return reinterpret_cast<BWindow*>(GetAdress(*this)); }
     // What `ask` says of the bar, with the window locked; null is the bar if there is none.
@@ -200,6 +204,9 @@ public:
         window->Unlock();
         return frame;
     }
+
+private:
+    static inline int32 sOpen;
 };
 
 class ProgramMenus : public testing::Test {
