@@ -459,7 +459,7 @@ TEST_F(Windows, HandlersThatDrawIntoOneAnothersWindowsAllGoOn)
 }
 
 // Handlers that run with a window locked which is not their thread's: that of a call.
-static int32_t sShown[2];
+static int32_t sFacing[2];
 static std::atomic<int> sShowing, sBothShown;
 
 template <int index>
@@ -469,13 +469,13 @@ static void draw_into_the_other()
     while (sShowing < 2)
         snooze(100);
     for (int i = 0; i < 200; i++)
-        FRectangle(sShown[1 - index], 0, 0, 20, 20);
+        FRectangle(sFacing[1 - index], 0, 0, 20, 20);
     sBothShown++;
 }
 
 static status_t hide_and_show(void* index)
 {
-    const int32_t window = sShown[reinterpret_cast<intptr_t>(index)];
+    const int32_t window = sFacing[reinterpret_cast<intptr_t>(index)];
     HideWindow(window);
     ShowWindow(window);
     return B_OK;
@@ -492,8 +492,8 @@ protected:
     void SetUp() override
     {
         sShowing = sBothShown = 0;
-        sShown[0] = fFirst;
-        sShown[1] = fSecond;
+        sFacing[0] = fFirst;
+        sFacing[1] = fSecond;
         fFirst.Handle(PLINTH_SHOWN, draw_into_the_other<0>);
         fSecond.Handle(PLINTH_SHOWN, draw_into_the_other<1>);
     }
