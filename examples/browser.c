@@ -720,6 +720,7 @@ static void set_handlers(void)
     SetHandlerForGadget(entries, DOUBLE_CLICKED, (void *)on_open);
     SetHandlerForGadget(entries, DROPPED, (void *)on_drop);
     SetHandlerForWindow(window, PLINTH_RESIZED, (void *)on_resize);
+    SetHandlerForWatch((void *)on_change);
 }
 
 /* --- a visit: a folder of its own, a latch, a picture, and a file that comes meanwhile */
@@ -819,12 +820,12 @@ void ProgramMain(void)
         return;
     }
     make_window();
-    SetHandlerForWatch((void *)on_change); /* before anything is watched */
     update_tree();
     WatchDir(root, 1);
     show_folder(root);
     mark_folder();
     set_handlers();
+    SetChecked(bell, 1); /* for what has changed meanwhile */
     if (save == NULL)
         return;
     const int32_t status = play(save);
